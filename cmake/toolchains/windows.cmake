@@ -1,0 +1,11 @@
+# Cross-compilation for Windows; KW_TARGET names the compiler and comes from windows-x64.cmake or windows-x86.cmake.
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_C_COMPILER ${KW_TARGET}-gcc-posix)
+set(CMAKE_CXX_COMPILER ${KW_TARGET}-g++-posix)
+set(CMAKE_RC_COMPILER ${KW_TARGET}-windres)
+set(CMAKE_FIND_ROOT_PATH /usr/${KW_TARGET})
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+set(CMAKE_CROSSCOMPILING_EMULATOR "${CMAKE_CURRENT_LIST_DIR}/../../scripts/wine-run")
