@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string>
+#include <utility>
+
+#include "components/Control.h"
+
+namespace kw {
+
+// A tick box, also in the style of a button.
+class CheckBox : public Control {
+ public:
+  explicit CheckBox(std::string name) : Control(std::move(name), "CheckBox") {}
+
+  const std::string& Caption() const { return caption; }
+  void SetCaption(std::string text) {
+    caption = std::move(text);
+    Tell(Aspect::Content);
+  }
+  bool Value() const { return value; }
+  void SetValue(bool newValue) {
+    if (value == newValue) return;
+    value = newValue;
+    Tell(Aspect::Content);
+    Click.Raise();
+  }
+  // Input procedure: the user toggled it.
+  void UserToggle() {
+    if (Enabled()) SetValue(!value);
+  }
+
+  Event<> Click;  // its value changed, by the user or by a procedure
+
+ private:
+  std::string caption;
+  bool value = false;
+};
+
+}  // namespace kw

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "components/Control.h"
+
+namespace kw {
+
+// One entry of a menu, or the menu itself, whose children are its entries in order.
+class Menu : public Control {
+ public:
+  explicit Menu(std::string name) : Control(std::move(name), "Menu") {}
+
+  // With the mnemonic behind "&".
+  const std::string& Caption() const { return caption; }
+  void SetCaption(std::string text) { caption = std::move(text); }
+
+  // Input procedure: the user chose the entry.
+  void UserChoose() {
+    if (Enabled()) Click.Raise();
+  }
+
+  Event<> Click;
+
+ private:
+  std::string caption;
+};
+
+}  // namespace kw

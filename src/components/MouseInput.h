@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+
+#include "components/Event.h"
+
+namespace kw {
+
+// The mouse events of a control, with the button, the shift state and the position in the control's own units.
+// The names of the input procedures are what a view calls.
+struct MouseInput {
+  Event<std::int16_t, std::int16_t, float, float> MouseDown;
+  Event<std::int16_t, std::int16_t, float, float> MouseMove;
+  Event<std::int16_t, std::int16_t, float, float> MouseUp;
+  Event<> Click;
+  Event<> DblClick;
+};
+
+}  // namespace kw

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <utility>
+
+#include "components/Bitmap.h"
+#include "components/Control.h"
+#include "components/MouseInput.h"
+
+namespace kw {
+
+// A container that shows a picture at its own size and takes the keyboard.
+class PictureBox : public Control, public MouseInput {
+ public:
+  explicit PictureBox(std::string name) : Control(std::move(name), "PictureBox") {}
+
+  const Bitmap& Picture() const { return picture; }
+  void SetPicture(Bitmap newPicture);
+  bool TryClearPicture() override;
+  Colour BackColor() const { return backColor; }
+  void SetBackColor(Colour value);
+
+  // Input procedures of the keyboard: key codes and characters as the platform numbers them.
+  Event<std::int16_t, std::int16_t> KeyDown;
+  Event<std::int16_t> KeyPress;
+  Event<std::int16_t, std::int16_t> KeyUp;
+  Event<> Resize;
+
+ protected:
+  void Resized() override { Resize.Raise(); }
+
+ private:
+  Bitmap picture;
+  Colour backColor = MakeColour(255, 255, 255);
+};
+
+}  // namespace kw

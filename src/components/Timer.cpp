@@ -1,0 +1,40 @@
+#include "components/Timer.h"
+
+#include "components/Desktop.h"
+#include "components/RunTimeError.h"
+
+namespace kw {
+
+Timer::Timer(std::string name, Desktop& desktop) : Control(std::move(name), "Timer"), desktop(desktop) {
+  Control::SetEnabled(false);
+}
+
+Timer::~Timer() { desktop.StopTimer(*this); }
+
+void Timer::SetInterval(std::int32_t milliseconds) {
+  if (milliseconds < 0 || milliseconds > 65535) Raise(ErrorNumber::InvalidPropertyValue);
+  interval = milliseconds;
+  Restart();
+}
+
+void Timer::SetEnabled(bool value) {
+  if (Enabled() == value) return;
+  Control::SetEnabled(value);
+  Restart();
+}
+
+bool Timer::TrySetInterval(std::int32_t milliseconds) {
+  SetInterval(milliseconds);
+  return true;
+}
+
+void Timer::Fire() {
+  if (Enabled() && interval > 0) Tick.Raise();
+}
+
+void Timer::Restart() {
+  if (Enabled() && interval > 0) desktop.StartTimer(*this, interval);
+  else desktop.StopTimer(*this);
+}
+
+}  // namespace kw

@@ -1,0 +1,79 @@
+#include "components/TransparentPicture.h"
+
+namespace kw {
+
+void TransparentPicture::LoadFrom(const TransparentPicture& other) {
+  CopyDesign(other);
+  picture = other.picture;
+  sourcePicture = other.sourcePicture;
+  caption = other.caption;
+  foreColor = other.foreColor;
+  backColor = other.backColor;
+  fillColor = other.fillColor;
+  font = other.font;
+  isToShowBorderMarks = other.isToShowBorderMarks;
+  isToShowResize = other.isToShowResize;
+}
+
+void TransparentPicture::SetPicture(Bitmap newPicture) {
+  picture = std::move(newPicture);
+  sourcePicture = picture;
+  Tell(Aspect::Content);
+  Change.Raise();
+}
+
+bool TransparentPicture::TryClearPicture() {
+  SetPicture({});
+  return true;
+}
+
+void TransparentPicture::SetLightened(bool value) {
+  if (isLightened == value) return;
+  isLightened = value;
+  Tell(Aspect::Content);
+}
+
+void TransparentPicture::SetCaption(std::string text) {
+  caption = std::move(text);
+  Tell(Aspect::Content);
+}
+
+void TransparentPicture::SetForeColor(Colour value) {
+  foreColor = value;
+  Tell(Aspect::Colours);
+}
+
+void TransparentPicture::SetBackColor(Colour value) {
+  backColor = value;
+  Tell(Aspect::Colours);
+}
+
+void TransparentPicture::SetFillColor(Colour value) {
+  fillColor = value;
+  Tell(Aspect::Colours);
+}
+
+void TransparentPicture::SetTextFont(Font newFont) {
+  font = std::move(newFont);
+  Tell(Aspect::Font);
+}
+
+void TransparentPicture::SetSelectionFrame(std::int32_t value) {
+  if (selectionFrame == value) return;
+  selectionFrame = value;
+  Tell(Aspect::Content);
+}
+
+void TransparentPicture::SetIsToShowBorderMarks(bool value) {
+  if (isToShowBorderMarks == value) return;
+  isToShowBorderMarks = value;
+  Tell(Aspect::Content);
+}
+
+void TransparentPicture::SetIsToShowResize(bool value) {
+  if (isToShowResize == value) return;
+  isToShowResize = value;
+  Tell(Aspect::Content);
+}
+
+}  // namespace kw
