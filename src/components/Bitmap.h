@@ -47,6 +47,7 @@ class Bitmap {
 
   // Empty for 24 and 32 bits; else at most 2^depth entries. An index past the end is black.
   std::span<const Rgb> Palette() const { return palette; }
+  // Raises InvalidProcedureCall for more entries than that.
   void SetPalette(std::vector<Rgb> entries);
 
   // The RowBytes() bytes of row y (0 to Height() - 1; checked, SubscriptOutOfRange).
@@ -77,5 +78,11 @@ bool SamePicture(const Bitmap& a, const Bitmap& b);
 
 // Bytes of one row of `width` pixels without padding.
 std::size_t PackedRowBytes(std::int32_t width, int bitsPerPixel);
+
+// Bytes that the pixels of a picture of that size take, row padding included. Sizes from 0 up never overflow.
+std::uint64_t PixelMemory(std::int32_t width, std::int32_t height, int bitsPerPixel);
+
+// The palette index of pixel `x` in a row of depth 1, 4 or 8. The caller keeps x inside the row.
+std::uint8_t PaletteIndexAt(std::span<const std::uint8_t> row, std::size_t x, int bitsPerPixel);
 
 }  // namespace kw

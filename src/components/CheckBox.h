@@ -10,7 +10,7 @@ namespace kw {
 // A tick box, also in the style of a button.
 class CheckBox : public Control {
  public:
-  explicit CheckBox(std::string name) : Control(std::move(name), "CheckBox") {}
+  explicit CheckBox(std::string controlName) : Control(std::move(controlName), "CheckBox") {}
 
   const std::string& Caption() const { return caption; }
   void SetCaption(std::string text) {

@@ -6,7 +6,8 @@
 
 namespace kw {
 
-Control::Control(std::string name, std::string_view type) : name(std::move(name)), type(type) {}
+Control::Control(std::string controlName, std::string_view componentType)
+    : name(std::move(controlName)), type(componentType) {}
 
 Control::~Control() {
   Control& root = Root();

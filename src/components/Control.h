@@ -73,8 +73,8 @@ inline constexpr std::int16_t AltKey = 4;
 // its own. A container owns none of its children: the form does, and a child that is destroyed leaves its container.
 class Control {
  public:
-  // `type` is the component's name, as "KWRaisedAreaCtl".
-  Control(std::string name, std::string_view type);
+  // `componentType` is the component's name, as "KWRaisedAreaCtl".
+  Control(std::string controlName, std::string_view componentType);
   Control(const Control&) = delete;
   Control& operator=(const Control&) = delete;
   virtual ~Control();

@@ -19,17 +19,18 @@ class ControlArray {
  public:
   static constexpr std::int32_t HighestIndex = 32767;
 
-  // `connect` joins a new item's events to the editor's procedures; it runs for every item, loaded ones included.
-  ControlArray(std::string name, std::int16_t designCount) : name(std::move(name)), designCount(designCount) {
+  ControlArray(std::string arrayName, std::int16_t itemsOfDesign)
+      : name(std::move(arrayName)), designCount(itemsOfDesign) {
     for (std::int16_t i = 0; i < designCount; ++i) Make(i);
   }
 
   const std::string& Name() const { return name; }
 
-  // Called for each item that exists and, from now on, for each that is loaded.
+  // Joins the items' events to the editor's procedures: called for each item that exists and, from now on, for each
+  // that is loaded.
   void ConnectItems(std::function<void(T&)> newConnect) {
     connect = std::move(newConnect);
-    for (auto& [index, item] : items) connect(*item);
+    for (const auto& item : items) connect(*item.second);
   }
 
   // Raises ControlArrayElementDoesNotExist where no item has that index.

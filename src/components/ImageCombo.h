@@ -11,7 +11,7 @@ namespace kw {
 // A drop-down list whose items are numbered from 1.
 class ImageCombo : public Control {
  public:
-  explicit ImageCombo(std::string name) : Control(std::move(name), "ImageCombo") {}
+  explicit ImageCombo(std::string controlName) : Control(std::move(controlName), "ImageCombo") {}
 
   std::int32_t ItemCount() const { return static_cast<std::int32_t>(items.size()); }
   // Raises SubscriptOutOfRange outside 1 to ItemCount().

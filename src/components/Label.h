@@ -12,7 +12,7 @@ namespace kw {
 // A caption, also used for the plain colour fields of the tool box.
 class Label : public Control, public MouseInput {
  public:
-  explicit Label(std::string name) : Control(std::move(name), "Label") {}
+  explicit Label(std::string controlName) : Control(std::move(controlName), "Label") {}
 
   const std::string& Caption() const { return caption; }
   void SetCaption(std::string text);

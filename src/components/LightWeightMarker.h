@@ -12,7 +12,7 @@ namespace kw {
 // MouseUp carries is the distance dragged.
 class LightWeightMarker : public Control, public MouseInput {
  public:
-  explicit LightWeightMarker(std::string name) : Control(std::move(name), "KWLightWeightCtl") {}
+  explicit LightWeightMarker(std::string controlName) : Control(std::move(controlName), "KWLightWeightCtl") {}
 
   void LoadFrom(const LightWeightMarker& other) {
     CopyDesign(other);

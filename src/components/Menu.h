@@ -11,7 +11,7 @@ namespace kw {
 // One entry of a menu, or the menu itself, whose children are its entries in order.
 class Menu : public Control {
  public:
-  explicit Menu(std::string name) : Control(std::move(name), "Menu") {}
+  explicit Menu(std::string controlName) : Control(std::move(controlName), "Menu") {}
 
   // With the mnemonic behind "&".
   const std::string& Caption() const { return caption; }

@@ -13,7 +13,7 @@ namespace kw {
 // A container that shows a picture at its own size and takes the keyboard.
 class PictureBox : public Control, public MouseInput {
  public:
-  explicit PictureBox(std::string name) : Control(std::move(name), "PictureBox") {}
+  explicit PictureBox(std::string controlName) : Control(std::move(controlName), "PictureBox") {}
 
   const Bitmap& Picture() const { return picture; }
   void SetPicture(Bitmap newPicture);

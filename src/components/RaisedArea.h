@@ -11,14 +11,14 @@ namespace kw {
 // A raised frame that groups tool bars and status panels.
 class RaisedArea : public Control, public MouseInput {
  public:
-  explicit RaisedArea(std::string name) : Control(std::move(name), "KWRaisedAreaCtl") {}
+  explicit RaisedArea(std::string controlName) : Control(std::move(controlName), "KWRaisedAreaCtl") {}
   void LoadFrom(const RaisedArea& other) { CopyDesign(other); }
 };
 
 // A raised frame that shows a picture of the image list by its key; an empty key shows none.
 class RaisedPicture : public Control, public MouseInput {
  public:
-  explicit RaisedPicture(std::string name) : Control(std::move(name), "KWRaisedPicture") {}
+  explicit RaisedPicture(std::string controlName) : Control(std::move(controlName), "KWRaisedPicture") {}
 
   const std::string& Picture() const { return picture; }
   void SetPicture(std::string key) {
@@ -37,7 +37,7 @@ class RaisedPicture : public Control, public MouseInput {
 // A plain frame with an optional caption.
 class Frame : public Control {
  public:
-  explicit Frame(std::string name) : Control(std::move(name), "Frame") {}
+  explicit Frame(std::string controlName) : Control(std::move(controlName), "Frame") {}
 };
 
 }  // namespace kw

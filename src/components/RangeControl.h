@@ -39,14 +39,14 @@ class RangeControl : public Control {
 
 class Slider : public RangeControl {
  public:
-  explicit Slider(std::string name) : RangeControl(std::move(name), "Slider") {}
+  explicit Slider(std::string controlName) : RangeControl(std::move(controlName), "Slider") {}
 };
 
 // The page number: a range control that the tool bar's page buttons and the page list move. Setting its range afresh
 // is no page change, so a value that the new range moves raises nothing.
 class PageSpinner : public RangeControl {
  public:
-  explicit PageSpinner(std::string name) : RangeControl(std::move(name), "UpDown") {}
+  explicit PageSpinner(std::string controlName) : RangeControl(std::move(controlName), "UpDown") {}
 
  protected:
   bool RangeMovesValueLoudly() const override { return false; }
@@ -54,7 +54,8 @@ class PageSpinner : public RangeControl {
 
 class ScrollBar : public RangeControl {
  public:
-  ScrollBar(std::string name, bool isVertical) : RangeControl(std::move(name), "ScrollBar"), isVertical(isVertical) {}
+  ScrollBar(std::string controlName, bool vertical)
+      : RangeControl(std::move(controlName), "ScrollBar"), isVertical(vertical) {}
 
   bool IsVertical() const { return isVertical; }
   // How far a press beside the thumb and on an arrow moves; at least 1, else InvalidPropertyValue.

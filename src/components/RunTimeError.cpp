@@ -49,11 +49,12 @@ std::string ErrorDescription(std::int32_t number) {
   return row != Rows.end() ? row->text : "Application-defined or object-defined error";
 }
 
-RunTimeError::RunTimeError(ErrorNumber number)
-    : RunTimeError(static_cast<std::int32_t>(number), ErrorDescription(static_cast<std::int32_t>(number))) {}
+RunTimeError::RunTimeError(ErrorNumber known)
+    : RunTimeError(static_cast<std::int32_t>(known), ErrorDescription(static_cast<std::int32_t>(known))) {}
 
-RunTimeError::RunTimeError(std::int32_t number, std::string description, std::int32_t lastDllError, std::string source)
-    : number(number), description(std::move(description)), lastDllError(lastDllError), source(std::move(source)) {}
+RunTimeError::RunTimeError(std::int32_t errorNumber, std::string text, std::int32_t systemError,
+                           std::string sourceName)
+    : number(errorNumber), description(std::move(text)), lastDllError(systemError), source(std::move(sourceName)) {}
 
 void Raise(ErrorNumber number, std::int32_t lastDllError) {
   const auto plain = static_cast<std::int32_t>(number);

@@ -39,11 +39,11 @@ enum class ErrorNumber : std::int32_t {
 // The one exception type of the editor: an error as the run time describes it.
 class RunTimeError : public std::exception {
  public:
-  // The description is the run time's own text for `number`, the source is the editor's project name.
-  explicit RunTimeError(ErrorNumber number);
-  // `lastDllError` is the system's last error code at the moment of the failure (0 where no system call failed).
-  RunTimeError(std::int32_t number, std::string description, std::int32_t lastDllError = 0,
-               std::string source = "KwEditor");
+  // The description is the run time's own text for `known`, the source is the editor's project name.
+  explicit RunTimeError(ErrorNumber known);
+  // `systemError` is the system's last error code at the moment of the failure (0 where no system call failed).
+  RunTimeError(std::int32_t errorNumber, std::string text, std::int32_t systemError = 0,
+               std::string sourceName = "KwEditor");
 
   std::int32_t Number() const { return number; }
   const std::string& Description() const { return description; }

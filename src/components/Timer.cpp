@@ -5,7 +5,7 @@
 
 namespace kw {
 
-Timer::Timer(std::string name, Desktop& desktop) : Control(std::move(name), "Timer"), desktop(desktop) {
+Timer::Timer(std::string controlName, Desktop& clock) : Control(std::move(controlName), "Timer"), desktop(clock) {
   Control::SetEnabled(false);
 }
 

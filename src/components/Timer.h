@@ -13,7 +13,7 @@ class Desktop;
 class Timer : public Control {
  public:
   // The desktop must outlive the timer.
-  Timer(std::string name, Desktop& desktop);
+  Timer(std::string controlName, Desktop& clock);
   ~Timer() override;
 
   std::int32_t Interval() const { return interval; }

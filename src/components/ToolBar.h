@@ -30,7 +30,7 @@ class ToolBar : public Control {
     bool pressed = false;  // Value 1
   };
 
-  explicit ToolBar(std::string name) : Control(std::move(name), "Toolbar") {}
+  explicit ToolBar(std::string controlName) : Control(std::move(controlName), "Toolbar") {}
 
   // Buttons in their order. Adding is a matter of design time.
   const std::vector<Button>& Buttons() const { return buttons; }

@@ -15,7 +15,7 @@ namespace kw {
 // transparent colour. The page, the background image, the floating layers and the rubber band are of this type.
 class TransparentPicture : public Control, public MouseInput {
  public:
-  explicit TransparentPicture(std::string name) : Control(std::move(name), "KWTransPicCtl") {}
+  explicit TransparentPicture(std::string controlName) : Control(std::move(controlName), "KWTransPicCtl") {}
   void LoadFrom(const TransparentPicture& other);
 
   // What is shown. Assigning it makes it the source picture too, unless it is the source being assigned again;

@@ -11,7 +11,7 @@ namespace kw {
 // children in pixels.
 class UserControl : public Control {
  public:
-  explicit UserControl(std::string name) : Control(std::move(name), "UserControl") {}
+  explicit UserControl(std::string controlName) : Control(std::move(controlName), "UserControl") {}
 
   // Input procedure: the container gave the control this size in pixels; raises Resize when it differs.
   void UserResize(float widthInPixels, float heightInPixels) {
