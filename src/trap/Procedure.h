@@ -1,0 +1,63 @@
+#pragma once
+
+#include <new>
+#include <string_view>
+#include <utility>
+
+#include "trap/Trap.h"
+
+namespace kw {
+
+// The shape of every procedure of the editor: it traces its name on entry, then runs each statement under the trap.
+//
+//   Procedure run(trap, "SavePage");
+//   run([&] { ... });  // a statement; when it fails, the error is reported and the next one runs
+//
+// An error never leaves a statement, except one that the report itself meets: that leaves the procedure.
+class Procedure {
+public:
+  // Traces `name`. A failing trace is an error of the procedure like any other.
+  Procedure(Trap& errorTrap, std::string_view name) : Procedure(errorTrap) {
+    (*this)([&] { trap.TraceFunction(name); });
+  }
+  // For the few procedures that trace no name, or more than their name.
+  explicit Procedure(Trap& errorTrap) : trap(errorTrap) {}
+  Procedure(const Procedure&) = delete;
+  Procedure& operator=(const Procedure&) = delete;
+
+  // Runs a statement; true when it ran to its end.
+  template <class Statement>
+  bool operator()(Statement&& statement) {
+    try {
+      std::forward<Statement>(statement)();
+      return true;
+    } catch (const RunTimeError& error) {
+      if (isIgnoring) return false;
+      trap.SetCurrentError(error);
+    } catch (const std::bad_alloc&) {
+      if (isIgnoring) return false;
+      trap.SetCurrentError(RunTimeError(ErrorNumber::OutOfMemory));
+    } catch (const std::exception& error) {
+      if (isIgnoring) return false;
+      trap.SetCurrentError(RunTimeError(static_cast<std::int32_t>(ErrorNumber::InternalError), error.what()));
+    }
+    trap.HandleCriticalError();
+    return false;
+  }
+
+  // The value of an expression; `otherwise` when it fails.
+  template <class Value, class Expression>
+  Value Ask(Expression&& expression, Value otherwise) {
+    (*this)([&] { otherwise = std::forward<Expression>(expression)(); });
+    return otherwise;
+  }
+
+  // From now on a failing statement is skipped without a report.
+  void IgnoreErrors() { isIgnoring = true; }
+
+private:
+  Trap& trap;
+  bool isIgnoring = false;
+};
+
+}  // namespace kw

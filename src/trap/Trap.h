@@ -1,0 +1,63 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "components/Control.h"
+#include "components/Desktop.h"
+#include "components/Event.h"
+#include "components/Log.h"
+#include "components/RunTimeError.h"
+
+namespace kw {
+
+// The folder of the trace file and of the scratch bitmap, shared by all editors of one thread. The trace joins it to
+// the file name as it stands, so it has to end with a backslash for the file to lie inside the folder.
+extern thread_local std::string AppDir;
+
+// The error trap and the trace of one editor: every procedure passes its name to TraceFunction, and every error of a
+// procedure ends in HandleCriticalError. Procedure (see Procedure.h) gives both their shape.
+class Trap {
+public:
+  static constexpr std::size_t HistoryLimit = 4096;
+  static constexpr std::string_view TraceFileName = "FunctionsInExecution.txt";
+
+  // Everything referred to must outlive the trap.
+  Trap(Desktop& platform, Control& userControl, Control& viewport, Control& drawingSurface, Log& log);
+
+  // Local date and time as month-day-year hour:minute:second, from six separate reads.
+  std::string GetTimeStamp() const;
+
+  // Appends the name to the trace file and to the history. Raises the errors of Log::Append, the history unchanged.
+  void TraceFunction(std::string_view name);
+
+  // Reports the current error: disables the editor, shows the message, writes the block and raises ErrorOccured.
+  // Does nothing while the editor is disabled. Raises the errors of Log::Append, and Overflow for an error number
+  // that does not fit ErrorOccured.
+  void HandleCriticalError();
+
+  // The run-time error that a trapped statement met last.
+  void SetCurrentError(RunTimeError error) { currentError = std::move(error); }
+
+  // The last HistoryLimit characters of CR LF and name, one after the other.
+  const std::string& FunctionHistory() const { return m_FunctionHistory; }
+
+  // The number and the message; a handler may change both.
+  Event<std::int16_t&, std::string&> ErrorOccured;
+
+private:
+  static std::string TraceFilePath();
+
+  Desktop& desktop;
+  Control& editor;
+  Control& picFrame;
+  Control& picCanvas;
+  Log& KwLogCtl1;
+  std::string m_FunctionHistory;
+  RunTimeError currentError{ErrorNumber::InternalError};
+};
+
+}  // namespace kw
