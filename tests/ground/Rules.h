@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+// The rules that hold the rooms of the source tree apart. Each takes one file, its path from the project's root with
+// forward slashes and its text, and returns what breaks the rule; nothing when the rule does not concern that file.
+namespace kw::ground {
+
+struct Finding {
+  std::string path;
+  int line = 0;  // from 1
+  std::string what;
+};
+
+// Headers of an operating system, outside the rooms that talk to it. Portable code may include the standard library,
+// the codec libraries and the test libraries; every other header in angle brackets is a finding.
+std::vector<Finding> OperatingSystemHeaders(std::string_view path, std::string_view text);
+
+// Includes of a room that the including room may not know.
+std::vector<Finding> RoomOrder(std::string_view path, std::string_view text);
+
+// `try` and `catch` in the editor's rooms, where the trap alone handles errors.
+std::vector<Finding> ErrorHandlers(std::string_view path, std::string_view text);
+
+// More than 400 lines.
+std::vector<Finding> LongFiles(std::string_view path, std::string_view text);
+
+// Addresses and host names of the network, apart from those of XML name spaces.
+std::vector<Finding> Hosts(std::string_view path, std::string_view text);
+
+// The text with comments and the content of string and character literals blanked; line breaks stay.
+std::string WithoutCommentsAndLiterals(std::string_view text);
+
+}  // namespace kw::ground
