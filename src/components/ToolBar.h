@@ -18,12 +18,12 @@ enum class ButtonStyle : std::uint8_t {
 
 // A row of buttons that are known by their keys.
 class ToolBar : public Control {
- public:
+public:
   struct Button {
-    std::string key;
-    std::string toolTip;
-    std::string caption;
-    std::string image;  // key in the image list of the tool bars; empty: none
+    std::string key{};
+    std::string toolTip{};
+    std::string caption{};
+    std::string image{};  // key in the image list of the tool bars; empty: none
     ButtonStyle style = ButtonStyle::Push;
     bool enabled = true;
     bool visible = true;
@@ -52,7 +52,7 @@ class ToolBar : public Control {
 
   Event<const std::string&> ButtonClick;
 
- private:
+private:
   Button& Find(const std::string& key);
   void Press(Button& button);
 

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "components/Units.h"
+#include "form/EditorForm.h"
+#include "layers/Layers.h"
+#include "trap/Trap.h"
+
+namespace kw {
+
+// The drawing colours and the line thickness of the tool box.
+class ColoursAndLines {
+public:
+  ColoursAndLines(EditorForm& editorForm, Trap& errorTrap, Layers& layerArray);
+
+  void LetEditorForeColor(Colour value);
+  void LetEditorBackColor(Colour value);
+  void sldLineHeight_Change();
+
+  Colour EditorForeColor() const { return foreColor; }
+  Colour EditorBackColor() const { return backColor; }
+
+private:
+  EditorForm& form;
+  Trap& trap;
+  Layers& layers;
+  Colour foreColor = 0;
+  Colour backColor = 0;
+};
+
+}  // namespace kw

@@ -1,0 +1,69 @@
+#include "commands/Keyboard.h"
+
+#include "trap/Procedure.h"
+
+namespace kw {
+namespace {
+
+constexpr std::int16_t Escape = 27;
+constexpr std::int16_t DeleteKey = 46;
+
+// The character that a letter gives with the Ctrl key.
+constexpr std::int16_t Ctrl(char letter) { return static_cast<std::int16_t>(letter - 'A' + 1); }
+
+}  // namespace
+
+Keyboard::Keyboard(EditorForm& editorForm, Trap& errorTrap, Dispatcher& commands, Layers& layerArray, Zoom& zoomFactor)
+    : form(editorForm), trap(errorTrap), dispatcher(commands), layers(layerArray), zoom(zoomFactor) {
+  form.picCanvas.KeyDown.Connect([this](std::int16_t code, std::int16_t shift) { picCanvas_KeyDown(code, shift); });
+  form.picCanvas.KeyPress.Connect([this](std::int16_t character) { picCanvas_KeyPress(character); });
+  form.picCanvas.KeyUp.Connect([this](std::int16_t code, std::int16_t shift) { picCanvas_KeyUp(code, shift); });
+  form.mnuSelectAll.Click.Connect([this] { mnuSelectAll_Click(); });
+  form.mnuMergeDown.Click.Connect([this] { mnuMergeDown_Click(); });
+}
+
+void Keyboard::picCanvas_KeyDown(std::int16_t keyCode, std::int16_t shift) {
+  static_cast<void>(keyCode);
+  static_cast<void>(shift);
+  const Procedure run(trap, "picCanvas_KeyDown");
+}
+
+void Keyboard::picCanvas_KeyPress(std::int16_t keyAscii) {
+  Procedure run(trap, "picCanvas_KeyPress");
+  if (!layers.HasPage()) return;
+  if (keyAscii == Escape) run([&] { zoom.UpdateAndZoom(); });
+  run([&] {
+    if (keyAscii == Ctrl('A'))
+      mnuSelectAll_Click();
+    else if (keyAscii == Ctrl('C'))
+      ClickIfEnabled("Copy");
+    else if (keyAscii == Ctrl('X'))
+      ClickIfEnabled("Cut");
+    else if (keyAscii == Ctrl('M'))
+      mnuMergeDown_Click();
+    else if (keyAscii == Ctrl('V'))
+      ClickIfEnabled("Paste");
+    else if (keyAscii == Ctrl('Z'))
+      ClickIfEnabled("Undo");
+    else if (keyAscii == Ctrl('Y'))
+      ClickIfEnabled("Redo");
+  });
+}
+
+void Keyboard::picCanvas_KeyUp(std::int16_t keyCode, std::int16_t shift) {
+  static_cast<void>(shift);
+  Procedure run(trap, "picCanvas_KeyUp");
+  if (!layers.HasPage()) return;
+  run([&] {
+    if (keyCode == DeleteKey) ClickIfEnabled("Clear");
+  });
+}
+
+void Keyboard::mnuSelectAll_Click() { const Procedure run(trap, "mnuSelectAll_Click"); }
+void Keyboard::mnuMergeDown_Click() { const Procedure run(trap, "mnuMergeDown_Click"); }
+
+void Keyboard::ClickIfEnabled(const char* key) {
+  if (BarOf(form.tbrBasicTools, key).ButtonOf(key).enabled) dispatcher.tbrBasicTools_ButtonClick(key);
+}
+
+}  // namespace kw

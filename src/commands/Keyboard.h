@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+
+#include "commands/Dispatcher.h"
+#include "form/EditorForm.h"
+#include "layers/Layers.h"
+#include "trap/Trap.h"
+#include "view/Zoom.h"
+
+namespace kw {
+
+// The keys of the canvas, which are also those that the container hands to the control itself.
+class Keyboard {
+public:
+  Keyboard(EditorForm& editorForm, Trap& errorTrap, Dispatcher& commands, Layers& layerArray, Zoom& zoomFactor);
+
+  void picCanvas_KeyDown(std::int16_t keyCode, std::int16_t shift);
+  void picCanvas_KeyPress(std::int16_t keyAscii);
+  void picCanvas_KeyUp(std::int16_t keyCode, std::int16_t shift);
+
+  void mnuSelectAll_Click();
+  void mnuMergeDown_Click();
+
+private:
+  void ClickIfEnabled(const char* key);
+
+  EditorForm& form;
+  Trap& trap;
+  Dispatcher& dispatcher;
+  Layers& layers;
+  Zoom& zoom;
+};
+
+}  // namespace kw

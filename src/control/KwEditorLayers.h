@@ -1,0 +1,137 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "canvas/ClipboardWatch.h"
+#include "commands/ColoursAndLines.h"
+#include "commands/Dispatcher.h"
+#include "commands/Keyboard.h"
+#include "commands/ToolBarStrip.h"
+#include "components/Desktop.h"
+#include "control/EditorEvents.h"
+#include "control/PropertyBag.h"
+#include "document/CommandBracket.h"
+#include "document/Document.h"
+#include "document/EditorProperties.h"
+#include "form/EditorForm.h"
+#include "layers/Layers.h"
+#include "picture/KWPicEd.h"
+#include "trap/Trap.h"
+#include "view/Scrolling.h"
+#include "view/Zoom.h"
+
+namespace kw {
+
+// The image annotation editor: one visual control without a window of its own. A container drives it by the procedures
+// below and, through views on the tree under Root(), shows it and hands it what the user does.
+//
+// Every procedure traces its name and traps its errors (see Procedure); the only exception that leaves one is that of
+// a failed report. All calls come on one thread.
+class KwEditorLayers final : public EditorProperties {
+public:
+  // Both must outlive the control. UserControl_Initialize has to follow before anything else.
+  KwEditorLayers(Desktop& platform, EditorEvents& container);
+
+  // Life: initialised once, then the persisted properties are read (from an empty bag for a new control), any number
+  // of notifications follow through Root(), terminated once.
+  void UserControl_Initialize();
+  void UserControl_ReadProperties(PropertyBag& bag);
+  void UserControl_WriteProperties(PropertyBag& bag);
+  void UserControl_Terminate();
+
+  // Paths are UTF-8 and may be long.
+  void OpenFile(const std::string& fPath);
+  // Saves nothing in this version.
+  void SavePage() override;
+
+  bool m_IsFileChanged = false;
+  // Kept for the host; the control does not use it.
+  std::string SaveFilePath;
+
+  bool GetEnabled();
+  void LetEnabled(bool value);
+  bool GetIsToShowBackImage() override;
+  void LetIsToShowBackImage(bool value) override;
+  bool GetIsFileChanged() override;
+  void LetIsFileChanged(bool value) override;
+  bool GetIsToLightenBackImage();
+  void LetIsToLightenBackImage(bool value);
+  bool GetIsToolboxVisible() override;
+  void LetIsToolboxVisible(bool value) override;
+  void LetSignatureFilePath(const std::string& path);
+  void LetBGImage(const std::string& path);
+  bool GetIsOpenButtonVisible();
+  void LetIsOpenButtonVisible(bool value);
+  bool GetIsToSaveAsMultiPageFile();
+  void LetIsToSaveAsMultiPageFile(bool value);
+  bool GetIsToAllowChooseColor();
+  void LetIsToAllowChooseColor(bool value);
+  // At least 5; what is not greater is stored as 5.
+  std::int16_t GetMaxUndoLevels();
+  void LetMaxUndoLevels(std::int16_t value);
+  bool GetIsEditable() override;
+  void LetIsEditable(bool value) override;
+  bool GetIsSaveButtonEnabled() override;
+  void LetIsSaveButtonEnabled(bool value);
+  // Of the thread, not of the one control; ends with a backslash if the trace is to lie inside the folder.
+  std::string GetAppDir();
+  void LetAppDir(const std::string& value);
+
+  UserControl& Root() { return form.editor; }
+
+  // The rooms, for tests and diagnosis.
+  EditorForm& Form() { return form; }
+  Document& OpenedDocument() { return document; }
+  Zoom& ZoomRoom() { return zoom; }
+  Layers& LayerRoom() { return layers; }
+  Trap& ErrorTrap() { return trap; }
+
+  // The prepared signature; empty without one.
+  const Bitmap& SignatureImage() const { return signatureImage; }
+
+private:
+  void UserControl_Paint();
+  void UserControl_Resize();
+  void UserControl_KeyDown(std::int16_t keyCode, std::int16_t shift);
+  void UserControl_KeyPress(std::int16_t keyAscii);
+  void UserControl_KeyUp(std::int16_t keyCode, std::int16_t shift);
+  void tmrDefaultToolsSelection_Timer();
+  void lineRightBorderForSelectedArea_MouseUp();
+
+  void ConnectEvents();
+  void RunStartUpSteps(Procedure& run);
+  void RemoveScratchFile(Procedure& run);
+  // Loads an image through the scratch engine and the scratch bitmap; empty where that fails.
+  Bitmap TakeImage(Procedure& run, const std::string& path, bool isSignature);
+  void ReCreateUndoFileIndex() {}  // the hook behind which a history can be built
+  void PropertyChanged(Procedure& run, const char* name);
+  void SetButton(Procedure& run, const char* key, bool isEnabled);
+
+  Desktop& desktop;
+  EditorEvents& events;
+  EditorForm form;
+  Trap trap;
+  KWPicEd KWPic;
+  KWPicEd KWPicTempBuffer;
+  Layers layers;
+  Zoom zoom;
+  Scrolling scrolling;
+  CommandBracket bracket;
+  Document document;
+  ToolBarStrip strip;
+  ColoursAndLines coloursAndLines;
+  Dispatcher dispatcher;
+  Keyboard keyboard;
+  ClipboardWatch clipboardWatch;
+
+  bool m_IsToShowBackImage = false;
+  bool m_IsToLightenBackImage = false;
+  bool m_IsToSaveAsMultiPageFile = false;
+  bool m_IsEditable = true;
+  bool m_IsSaveButtonEnabled = true;
+  std::int16_t m_MaxUndoLevels = 5;
+  Bitmap signatureImage;
+};
+
+}  // namespace kw

@@ -1,0 +1,215 @@
+// The property procedures. Each traces its name; a Let stores, applies its side effect and notifies the container.
+
+#include "control/KwEditorLayers.h"
+#include "document/PageFiles.h"
+#include "trap/Procedure.h"
+
+namespace kw {
+namespace {
+
+bool IsBlank(const std::string& text) { return text.find_first_not_of(' ') == std::string::npos; }
+
+}  // namespace
+
+bool KwEditorLayers::GetEnabled() {
+  const Procedure run(trap, "Get Enabled");
+  return form.editor.Enabled();
+}
+
+void KwEditorLayers::LetEnabled(bool value) {
+  Procedure run(trap, "Let Enabled");
+  run([&] { form.editor.SetEnabled(value); });
+  PropertyChanged(run, "Enabled");
+}
+
+bool KwEditorLayers::GetIsToShowBackImage() {
+  const Procedure run(trap, "Get IsToShowBackImage");
+  return m_IsToShowBackImage;
+}
+
+void KwEditorLayers::LetIsToShowBackImage(bool value) {
+  Procedure run(trap, "Let IsToolboxVisible");  // this text is required
+  run([&] { m_IsToShowBackImage = value; });
+  run([&] { form.TransBackImage.SetVisible(value && form.TransBackImage.HasPicture()); });
+  run([&] { zoom.UpdateAndZoom(); });
+  PropertyChanged(run, "IsToShowBackImage");
+}
+
+bool KwEditorLayers::GetIsFileChanged() {
+  const Procedure run(trap, "Get IsFileChanged");
+  return m_IsFileChanged;
+}
+
+void KwEditorLayers::LetIsFileChanged(bool value) {
+  Procedure run(trap, "Let IsFileChanged");
+  run([&] { m_IsFileChanged = value; });
+  SetButton(run, "Save", value);
+  PropertyChanged(run, "IsFileChanged");
+}
+
+bool KwEditorLayers::GetIsToLightenBackImage() {
+  const Procedure run(trap, "Get IsToLightenBackImage");
+  return m_IsToLightenBackImage;
+}
+
+void KwEditorLayers::LetIsToLightenBackImage(bool value) {
+  Procedure run(trap, "Let IsToLightenBackImage");
+  run([&] { m_IsToLightenBackImage = value; });
+  run([&] { form.TransBackImage.SetLightened(value); });
+  run([&] { zoom.UpdateAndZoom(); });
+  PropertyChanged(run, "IsToLightenBackImage");
+}
+
+bool KwEditorLayers::GetIsToolboxVisible() {
+  const Procedure run(trap, "Get IsToolboxVisible");
+  return form.kwraTools.Visible();
+}
+
+void KwEditorLayers::LetIsToolboxVisible(bool value) {
+  Procedure run(trap, "Let IsToolboxVisible");
+  run([&] {
+    const bool isEditable = GetIsEditable();
+    form.kwraTools.SetVisible(isEditable && value);
+  });
+  PropertyChanged(run, "IsToolboxVisible");
+}
+
+bool KwEditorLayers::GetIsOpenButtonVisible() {
+  const Procedure run(trap, "Get IsOpenButtonVisible");
+  return form.tbrOpenFile.Visible();
+}
+
+void KwEditorLayers::LetIsOpenButtonVisible(bool value) {
+  Procedure run(trap, "Let IsOpenButtonVisible");
+  run([&] { form.tbrOpenFile.SetVisible(value); });
+  run([&] { strip.RedrawToolBars(); });
+  PropertyChanged(run, "IsOpenButtonVisible");
+}
+
+bool KwEditorLayers::GetIsToSaveAsMultiPageFile() {
+  const Procedure run(trap, "Get IsToSaveAsMultiPageFile");
+  return m_IsToSaveAsMultiPageFile;
+}
+
+void KwEditorLayers::LetIsToSaveAsMultiPageFile(bool value) {
+  Procedure run(trap, "Let IsToSaveAsMultiPageFile");
+  run([&] { m_IsToSaveAsMultiPageFile = value; });
+  PropertyChanged(run, "IsToSaveAsMultiPageFile");
+}
+
+bool KwEditorLayers::GetIsToAllowChooseColor() {
+  const Procedure run(trap, "Get IsToAllowChooseColor");
+  return form.kwraChooseColorTool.Enabled();
+}
+
+void KwEditorLayers::LetIsToAllowChooseColor(bool value) {
+  Procedure run(trap, "Let IsToAllowChooseColor");
+  run([&] { form.kwraChooseColorTool.SetEnabled(value); });
+  run([&] { form.tbrEditingTools.SetButtonEnabled("Chooser", value); });
+  run([&] { form.tbrEditingTools.SetButtonEnabled("Fill", value); });
+  PropertyChanged(run, "IsToAllowChooseColor");
+}
+
+std::int16_t KwEditorLayers::GetMaxUndoLevels() {
+  const Procedure run(trap, "Get MaxUndoLevels");
+  return m_MaxUndoLevels;
+}
+
+void KwEditorLayers::LetMaxUndoLevels(std::int16_t value) {
+  Procedure run(trap, "Let MaxUndoLevels");
+  run([&] { m_MaxUndoLevels = value > 5 ? value : std::int16_t{5}; });
+  run([&] { ReCreateUndoFileIndex(); });
+  PropertyChanged(run, "MaxUndoLevels");
+}
+
+bool KwEditorLayers::GetIsEditable() {
+  const Procedure run(trap, "Get IsEditable");
+  return m_IsEditable;
+}
+
+void KwEditorLayers::LetIsEditable(bool value) {
+  Procedure run(trap, "Let IsSaveButtonEnabled");  // this text is required
+  run([&] { m_IsEditable = value; });
+  run([&] {
+    for (const auto& [index, bar] : form.tbrBasicTools) {
+      for (const ToolBar::Button& button : bar->Buttons()) {
+        const bool isOfHistory = button.key == "Undo" || button.key == "Redo";  // nothing enables these
+        if (button.style != ButtonStyle::Separator && !isOfHistory) bar->SetButtonEnabled(button.key, value);
+      }
+    }
+  });
+  run([&] { form.picCanvas.SetEnabled(value); });
+  run([&] { form.picFrame.SetEnabled(value); });
+  run([&] {
+    const bool isVisible = GetIsToolboxVisible();
+    LetIsToolboxVisible(isVisible);
+  });
+  PropertyChanged(run, "IsEditable");
+}
+
+bool KwEditorLayers::GetIsSaveButtonEnabled() {
+  const Procedure run(trap, "Get IsSaveButtonEnabled");
+  return m_IsSaveButtonEnabled;
+}
+
+void KwEditorLayers::LetIsSaveButtonEnabled(bool value) {
+  Procedure run(trap, "Let IsSaveButtonEnabled");
+  run([&] { m_IsSaveButtonEnabled = value; });
+  SetButton(run, "Save", value);
+  PropertyChanged(run, "IsSaveButtonEnabled");
+}
+
+std::string KwEditorLayers::GetAppDir() {
+  const Procedure run(trap, "Get AppDir");
+  return AppDir;
+}
+
+void KwEditorLayers::LetAppDir(const std::string& value) {
+  Procedure run(trap, "Let AppDir");
+  run([&] { AppDir = value; });
+  PropertyChanged(run, "AppDir");
+}
+
+void KwEditorLayers::LetSignatureFilePath(const std::string& path) {
+  Procedure run(trap, "Let SignatureFilePath");
+  run([&] { signatureImage = IsBlank(path) ? Bitmap() : TakeImage(run, path, true); });
+  run([&] { form.tbrEditingTools.SetButtonEnabled("Signature", !signatureImage.IsEmpty()); });
+  PropertyChanged(run, "SignatureFilePath");
+}
+
+void KwEditorLayers::LetBGImage(const std::string& path) {
+  Procedure run(trap, "Let BackGroundImage");
+  const Bitmap image = IsBlank(path) ? Bitmap() : TakeImage(run, path, false);
+  run([&] { form.TransBackImage.SetPicture(image); });
+  if (image.IsEmpty()) {
+    run([&] { form.TransBackImage.SetVisible(false); });
+    SetButton(run, "ShowHideBackImage", false);
+  } else {
+    run([&] {
+      form.TransBackImage.Move(form.TransBackImage.Left(), form.TransBackImage.Top(), static_cast<float>(image.Width()),
+                               static_cast<float>(image.Height()));
+    });
+    run([&] { form.TransBackImage.SetVisible(m_IsToShowBackImage); });
+    run([&] { form.TransBackImage.SetLightened(m_IsToLightenBackImage); });
+    SetButton(run, "ShowHideBackImage", true);
+    run([&] { zoom.UpdateAndZoom(); });
+  }
+  PropertyChanged(run, "BGImage");
+}
+
+Bitmap KwEditorLayers::TakeImage(Procedure& run, const std::string& path, bool isSignature) {
+  if (!KWPicTempBuffer.Load(path)) return {};
+  Bitmap image;
+  run([&] {
+    if (isSignature) KWPicTempBuffer.PrepareSignature();
+  });
+  const bool isSaved = run([&] { KWPicTempBuffer.Save(GetTempImagePath(desktop)); });
+  if (!isSaved) return {};
+  run([&] { image = desktop.LoadPicture(GetTempImagePath(desktop)); });
+  run([&] {
+    if (isSignature) desktop.RemoveFile(GetTempImagePath(desktop));
+  });
+  return image;
+}
+
+}  // namespace kw
