@@ -1,0 +1,132 @@
+#include "picture/KWPicEd.h"
+
+#include <algorithm>
+#include <array>
+#include <exception>
+#include <new>
+#include <utility>
+
+#include "components/RunTimeError.h"
+#include "picture/Depth.h"
+#include "picture/Signature.h"
+#include "picture/Unreadable.h"
+
+namespace kw {
+
+bool KWPicEd::Load(const std::string& path) {
+  lastLoadError.clear();
+  Replace({});
+  try {
+    Open(path);
+    return true;
+  } catch (const std::bad_alloc&) {
+    lastLoadError = "There is not enough memory for the picture.";
+  } catch (const std::exception& error) {
+    lastLoadError = error.what();
+  }
+  Replace({});
+  return false;
+}
+
+void KWPicEd::Open(const std::string& path) {
+  InputFile file(path);
+  std::array<std::uint8_t, RecognisedBytes> head{};
+  const std::size_t count = file.Read(head.data(), head.size());
+  const PictureFormat* format = FormatOfContent({head.data(), count});
+  if (format == nullptr) RaiseUnreadable("The file is not a picture of a known format.");
+  auto source = format->open(file, ReadLimits{});
+  const std::int16_t bits = source->StoredBitsPerPixel(file, 1);
+  if (source->PageCount() == 1) current = source->Read(file, 1);
+  document = {path, file.Stamp(), format, std::move(source)};
+  selected = 1;
+  pageValue = bits;
+}
+
+void KWPicEd::RequireUnchanged(const InputFile& file) const {
+  if (file.Stamp() != document.stamp) RaiseUnreadable("The file has changed since it was opened.");
+}
+
+std::int32_t KWPicEd::PageCount() const {
+  if (document.source != nullptr) return document.source->PageCount();
+  return current.IsEmpty() ? 0 : 1;
+}
+
+void KWPicEd::SelectPage(std::int32_t page) {
+  if (page < 1 || page > PageCount()) Raise(ErrorNumber::SubscriptOutOfRange);
+  // The one page of a picture of the engine's own, or of a file of one page, is selected already.
+  if (document.source == nullptr || (page == selected && !current.IsEmpty())) return;
+  InputFile file(document.path);
+  RequireUnchanged(file);
+  const std::int16_t bits = document.source->StoredBitsPerPixel(file, page);
+  selected = page;
+  pageValue = bits;
+  current = {};
+}
+
+const Bitmap& KWPicEd::Current() const {
+  if (current.IsEmpty() && document.source != nullptr) {
+    InputFile file(document.path);
+    RequireUnchanged(file);
+    current = document.source->Read(file, selected);
+  }
+  return current;
+}
+
+std::int32_t KWPicEd::Width() const { return Current().Width(); }
+
+std::int32_t KWPicEd::Height() const { return Current().Height(); }
+
+std::int16_t KWPicEd::BitsPerPixel() const { return static_cast<std::int16_t>(Current().BitsPerPixel()); }
+
+void KWPicEd::Replace(Bitmap picture) {
+  document = {};
+  selected = picture.IsEmpty() ? 0 : 1;
+  pageValue = static_cast<std::int16_t>(picture.BitsPerPixel());
+  current = std::move(picture);
+}
+
+void KWPicEd::ConvertToBitsPerPixel(std::int16_t& bitsPerPixel) {
+  const Bitmap& picture = Current();
+  if (picture.IsEmpty()) return;
+  if (bitsPerPixel < 1) Raise(ErrorNumber::InvalidProcedureCall);
+  constexpr std::array<int, 5> depths{1, 4, 8, 24, 32};
+  const auto* next = std::ranges::lower_bound(depths, bitsPerPixel);
+  const int depth = next != depths.end() ? *next : std::max(picture.BitsPerPixel(), 24);
+  bitsPerPixel = static_cast<std::int16_t>(depth);
+  if (depth != picture.BitsPerPixel()) Replace(ToDepth(picture, depth));
+}
+
+void KWPicEd::PrepareSignature() {
+  if (Current().IsEmpty()) Raise(ErrorNumber::ObjectVariableNotSet);
+  Replace(WithWhitePaper(Current()));
+}
+
+bool KWPicEd::SaveAsStored(OutputFile& to) const {
+  std::unique_ptr<InputFile> file;
+  try {
+    file = std::make_unique<InputFile>(document.path);
+    RequireUnchanged(*file);
+  } catch (const RunTimeError&) {
+    // The file is gone or is another one now. Where the page was decoded before, it can still be saved.
+    if (current.IsEmpty()) throw;
+    return false;
+  }
+  return document.source->Copy(*file, selected, to);
+}
+
+void KWPicEd::Save(const std::string& path) {
+  if (PageCount() == 0) Raise(ErrorNumber::ObjectVariableNotSet);
+  const PictureFormat* format = FormatOfPath(path);
+  if (format == nullptr) Raise(ErrorNumber::InvalidProcedureCall);
+  OutputFile file(path);
+  try {
+    if (document.format != format || !SaveAsStored(file)) format->write(Current(), file, WriteOptions{});
+  } catch (...) {
+    // A codec that could not write does not know why; the file does.
+    file.RaiseFailure();
+    throw;
+  }
+  file.Commit();
+}
+
+}  // namespace kw

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdint>
+
+#include "components/Bitmap.h"
+
+namespace kw {
+
+// How stored rows and columns lie on the page, numbered as TIFF and Exif do: 1 upright, 2 mirrored, 3 upside down,
+// 4 mirrored upside down, 5 transposed, 6 to be turned clockwise, 7 transposed along the other diagonal, 8 to be turned
+// counter-clockwise. Other numbers count as 1.
+using Orientation = std::uint16_t;
+
+// The picture as it is meant to be seen; resolution turns with it.
+Bitmap Upright(const Bitmap& stored, Orientation orientation);
+
+}  // namespace kw

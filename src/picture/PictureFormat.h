@@ -1,0 +1,73 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string_view>
+
+#include "components/Bitmap.h"
+#include "picture/Stream.h"
+
+namespace kw {
+
+struct ReadLimits {
+  // Bytes that the pixels of one page may take. A tiny file can claim to hold any number of pixels.
+  std::uint64_t pageMemory = std::uint64_t{1} << 30U;
+};
+
+struct WriteOptions {
+  // 1 to 100; for JPEG.
+  int jpegQuality = 90;
+};
+
+// What was found in a file when it was opened: its pages. It holds no open file; each operation is handed a stream of
+// the same bytes. Pages count from 1; the caller keeps them in range. Everything raises InvalidPicture, with the reason
+// as its description, where the bytes are not a sound picture or a page is larger than the limits allow.
+class PictureSource {
+public:
+  PictureSource() = default;
+  PictureSource(const PictureSource&) = delete;
+  PictureSource& operator=(const PictureSource&) = delete;
+  virtual ~PictureSource() = default;
+
+  // At least 1.
+  virtual std::int32_t PageCount() const { return 1; }
+  // Bits of one pixel as they are stored, all its samples together. Does not decode the page.
+  virtual std::int16_t StoredBitsPerPixel(Stream& file, std::int32_t page) = 0;
+  // Decodes a page. Its depth is the next one of Bitmap that holds the stored pixels.
+  virtual Bitmap Read(Stream& file, std::int32_t page) = 0;
+  // Writes a file of the same format that holds this page alone, with its coded pixels as they are. False, with nothing
+  // written, for a page that cannot be taken over so: it has to be read and written again.
+  virtual bool Copy(Stream& file, std::int32_t page, Stream& to) = 0;
+};
+
+// One row of the table of formats.
+struct PictureFormat {
+  std::string_view name;
+  // In lower case, without the dot; unused places are empty.
+  std::array<std::string_view, 3> extensions;
+  // Tells by the first bytes of a file (all of it, or RecognisedBytes) whether it is of this format.
+  bool (*recognises)(std::span<const std::uint8_t> head);
+  std::unique_ptr<PictureSource> (*open)(Stream& file, const ReadLimits& limits);
+  // Writes the picture in the depth nearest to its own that the format has. A failing stream shows in the stream;
+  // raises InvalidPicture for a picture that the format cannot hold.
+  void (*write)(const Bitmap& picture, Stream& to, const WriteOptions& options);
+};
+
+constexpr std::size_t RecognisedBytes = 16;
+
+// The row whose recogniser knows these first bytes, or null.
+const PictureFormat* FormatOfContent(std::span<const std::uint8_t> head);
+// The row with the extension of `path` (letter case is ignored), or null.
+const PictureFormat* FormatOfPath(std::string_view path);
+
+// A page to decode into. Raises InvalidPicture for a size below 1 or past the limits.
+Bitmap NewPage(std::uint64_t width, std::uint64_t height, int bitsPerPixel, const ReadLimits& limits);
+// The same checks alone.
+void RequirePageFits(std::uint64_t width, std::uint64_t height, int bitsPerPixel, const ReadLimits& limits);
+
+// Copies `count` bytes from `position` on. Raises InvalidPicture where either stream fails.
+void CopyBytes(Stream& from, std::uint64_t position, std::uint64_t count, Stream& to);
+
+}  // namespace kw

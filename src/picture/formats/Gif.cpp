@@ -1,0 +1,336 @@
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include <gif_lib.h>
+
+#include "picture/Depth.h"
+#include "picture/Unreadable.h"
+#include "picture/formats/Formats.h"
+
+namespace kw {
+namespace {
+
+constexpr Rgb Paper{255, 255, 255};
+
+int ReadFile(GifFileType* codec, GifByteType* to, int count) {
+  return static_cast<int>(static_cast<Stream*>(codec->UserData)->Read(to, static_cast<std::size_t>(count)));
+}
+
+int WriteFile(GifFileType* codec, const GifByteType* from, int count) {
+  return static_cast<int>(static_cast<Stream*>(codec->UserData)->Write(from, static_cast<std::size_t>(count)));
+}
+
+[[noreturn]] void RaiseDamaged(int error) {
+  const char* text = GifErrorString(error);
+  RaiseUnreadable(std::string("The GIF data is damaged or cut short: ") + (text != nullptr ? text : "unknown error") +
+                  ".");
+}
+
+struct Frame {
+  std::size_t left = 0;
+  std::size_t top = 0;
+  std::size_t width = 0;
+  std::size_t height = 0;
+  bool interlaced = false;
+  int transparent = NO_TRANSPARENT_COLOR;
+  int disposal = DISPOSAL_UNSPECIFIED;
+};
+
+// One pass through a file from its beginning.
+class Decoder {
+public:
+  explicit Decoder(Stream& stream) : file(stream) {
+    int error = 0;
+    if (!file.Seek(0)) RaiseUnreadable("The file cannot be read.");
+    codec = DGifOpen(&file, ReadFile, &error);
+    if (codec == nullptr) RaiseDamaged(error);
+  }
+  Decoder(const Decoder&) = delete;
+  Decoder& operator=(const Decoder&) = delete;
+  ~Decoder() { DGifCloseFile(codec, nullptr); }
+
+  std::size_t Width() const { return static_cast<std::size_t>(codec->SWidth); }
+  std::size_t Height() const { return static_cast<std::size_t>(codec->SHeight); }
+
+  // Goes on to the next frame; false behind the last.
+  bool Next(Frame& frame) {
+    frame = {};
+    for (;;) {
+      // The end mark is often left out; the file then ends between two records.
+      if (file.Position() == file.Size()) return false;
+      GifRecordType record = UNDEFINED_RECORD_TYPE;
+      Require(DGifGetRecordType(codec, &record));
+      if (record == TERMINATE_RECORD_TYPE) return false;
+      if (record == EXTENSION_RECORD_TYPE) {
+        ReadExtension(frame);
+      } else if (record == IMAGE_DESC_RECORD_TYPE) {
+        ReadDescription(frame);
+        return true;
+      }
+    }
+  }
+
+  void SkipPixels() {
+    int codeSize = 0;
+    GifByteType* block = nullptr;
+    Require(DGifGetCode(codec, &codeSize, &block));
+    while (block != nullptr) Require(DGifGetCodeNext(codec, &block));
+  }
+
+  // Calls take(y, row of palette indices) for each row, in the order of the file.
+  template <typename Take>
+  void ReadPixels(const Frame& frame, const Take& take) {
+    std::vector<GifPixelType> row(frame.width);
+    const auto read = [&](std::size_t first, std::size_t step) {
+      for (std::size_t y = first; y < frame.height; y += step) {
+        Require(DGifGetLine(codec, row.data(), static_cast<int>(row.size())));
+        take(y, row);
+      }
+    };
+    if (frame.interlaced) {
+      read(0, 8);
+      read(4, 8);
+      read(2, 4);
+      read(1, 2);
+    } else {
+      read(0, 1);
+    }
+  }
+
+  // The palette of the current frame.
+  const ColorMapObject* Colours() const {
+    const ColorMapObject* map = codec->Image.ColorMap != nullptr ? codec->Image.ColorMap : codec->SColorMap;
+    if (map == nullptr) RaiseUnreadable("The GIF has no palette.");
+    return map;
+  }
+
+private:
+  void Require(int result) const {
+    if (result == GIF_ERROR) RaiseDamaged(codec->Error);
+  }
+
+  void ReadExtension(Frame& frame) {
+    int function = 0;
+    GifByteType* block = nullptr;
+    Require(DGifGetExtension(codec, &function, &block));
+    if (function == GRAPHICS_EXT_FUNC_CODE && block != nullptr) {
+      GraphicsControlBlock control{};
+      if (DGifExtensionToGCB(block[0], block + 1, &control) == GIF_OK) {
+        frame.transparent = control.TransparentColor;
+        frame.disposal = control.DisposalMode;
+      }
+    }
+    while (block != nullptr) Require(DGifGetExtensionNext(codec, &block));
+  }
+
+  void ReadDescription(Frame& frame) {
+    Require(DGifGetImageDesc(codec));
+    const GifImageDesc& image = codec->Image;
+    frame.left = static_cast<std::size_t>(image.Left);
+    frame.top = static_cast<std::size_t>(image.Top);
+    frame.width = static_cast<std::size_t>(image.Width);
+    frame.height = static_cast<std::size_t>(image.Height);
+    frame.interlaced = image.Interlace;
+    if (frame.width == 0 || frame.height == 0) RaiseUnreadable("The GIF has a picture without pixels.");
+  }
+
+  Stream& file;
+  GifFileType* codec = nullptr;
+};
+
+int DepthOf(const ColorMapObject* colours) { return colours->ColorCount <= 2 ? 1 : colours->ColorCount <= 16 ? 4 : 8; }
+
+Rgb ColourOf(const ColorMapObject* colours, std::size_t index) {
+  if (index >= static_cast<std::size_t>(colours->ColorCount)) return {};
+  const GifColorType& entry = colours->Colors[index];
+  return {entry.Red, entry.Green, entry.Blue};
+}
+
+// The frames drawn one over the other, in 24 bits.
+class Canvas {
+public:
+  explicit Canvas(Bitmap page) : picture(std::move(page)) { Clear({0, 0, Width(), Height()}); }
+
+  void Draw(Decoder& decoder, const Frame& frame) {
+    // What the previous frame asked for happens just before the next is drawn.
+    if (last.disposal == DISPOSE_BACKGROUND) Clear(last);
+    if (last.disposal == DISPOSE_PREVIOUS) picture = before;
+    if (frame.disposal == DISPOSE_PREVIOUS) before = picture;
+    const ColorMapObject* colours = decoder.Colours();
+    decoder.ReadPixels(frame, [&](std::size_t y, const std::vector<GifPixelType>& indices) {
+      if (frame.top + y >= Height()) return;
+      const auto row = picture.MutableRow(static_cast<std::int32_t>(frame.top + y));
+      for (std::size_t x = 0; x < indices.size() && frame.left + x < Width(); ++x) {
+        if (indices[x] != frame.transparent) Put(row, frame.left + x, ColourOf(colours, indices[x]));
+      }
+    });
+    last = frame;
+  }
+
+  Bitmap Take() { return std::move(picture); }
+
+private:
+  std::size_t Width() const { return static_cast<std::size_t>(picture.Width()); }
+  std::size_t Height() const { return static_cast<std::size_t>(picture.Height()); }
+
+  static void Put(std::span<std::uint8_t> row, std::size_t x, Rgb colour) {
+    row[x * 3] = colour.blue;
+    row[x * 3 + 1] = colour.green;
+    row[x * 3 + 2] = colour.red;
+  }
+
+  void Clear(const Frame& area) {
+    for (std::size_t y = area.top; y < std::min(area.top + area.height, Height()); ++y) {
+      const auto row = picture.MutableRow(static_cast<std::int32_t>(y));
+      for (std::size_t x = area.left; x < std::min(area.left + area.width, Width()); ++x) Put(row, x, Paper);
+    }
+  }
+
+  Bitmap picture;
+  Bitmap before;
+  Frame last;
+};
+
+class GifSource : public PictureSource {
+public:
+  GifSource(Stream& file, const ReadLimits& readLimits) : limits(readLimits) {
+    Decoder decoder(file);
+    RequirePageFits(decoder.Width(), decoder.Height(), 8, limits);
+    Frame frame;
+    while (decoder.Next(frame)) {
+      frameBits.push_back(static_cast<std::int16_t>(decoder.Colours()->BitsPerPixel));
+      decoder.SkipPixels();
+    }
+    if (frameBits.empty()) RaiseUnreadable("The GIF holds no picture.");
+  }
+
+  std::int32_t PageCount() const override { return static_cast<std::int32_t>(frameBits.size()); }
+
+  std::int16_t StoredBitsPerPixel(Stream&, std::int32_t page) override {
+    return frameBits[static_cast<std::size_t>(page - 1)];
+  }
+
+  Bitmap Read(Stream& file, std::int32_t page) override {
+    Decoder decoder(file);
+    Frame frame;
+    RequireFrame(decoder, frame);
+    const bool whole =
+        frame.left == 0 && frame.top == 0 && frame.width == decoder.Width() && frame.height == decoder.Height();
+    if (page == 1 && whole) return ReadIndices(decoder, frame);
+
+    Canvas canvas(NewPage(decoder.Width(), decoder.Height(), 24, limits));
+    canvas.Draw(decoder, frame);
+    for (std::int32_t i = 1; i < page; ++i) {
+      RequireFrame(decoder, frame);
+      canvas.Draw(decoder, frame);
+    }
+    return canvas.Take();
+  }
+
+  bool Copy(Stream& file, std::int32_t, Stream& to) override {
+    if (frameBits.size() != 1) return false;
+    CopyBytes(file, 0, file.Size(), to);
+    return true;
+  }
+
+private:
+  static void RequireFrame(Decoder& decoder, Frame& frame) {
+    if (!decoder.Next(frame)) RaiseUnreadable("The GIF is cut short.");
+  }
+
+  // A frame that covers the page keeps its palette; what is transparent in it shows paper.
+  Bitmap ReadIndices(Decoder& decoder, const Frame& frame) const {
+    const ColorMapObject* colours = decoder.Colours();
+    const int depth = DepthOf(colours);
+    std::vector<Rgb> palette;
+    for (std::size_t i = 0; i < static_cast<std::size_t>(colours->ColorCount); ++i) {
+      palette.push_back(static_cast<int>(i) == frame.transparent ? Paper : ColourOf(colours, i));
+    }
+    Bitmap page = NewPage(frame.width, frame.height, depth, limits);
+    page.SetPalette(std::move(palette));
+    const auto bits = static_cast<unsigned>(depth);
+    const unsigned mask = (1U << bits) - 1;
+    decoder.ReadPixels(frame, [&](std::size_t y, const std::vector<GifPixelType>& indices) {
+      const auto row = page.MutableRow(static_cast<std::int32_t>(y));
+      unsigned gathered = 0;
+      for (std::size_t x = 0; x < row.size() * 8 / bits; ++x) {
+        gathered = gathered << bits | (x < indices.size() ? indices[x] & mask : 0);
+        row[x * bits / 8] = static_cast<std::uint8_t>(gathered);
+      }
+    });
+    return page;
+  }
+
+  std::vector<std::int16_t> frameBits;
+  ReadLimits limits;
+};
+
+bool RecogniseGif(std::span<const std::uint8_t> head) {
+  constexpr std::array<std::uint8_t, 4> mark{'G', 'I', 'F', '8'};
+  return head.size() >= 6 && std::equal(mark.begin(), mark.end(), head.begin()) && (head[4] == '7' || head[4] == '9') &&
+         head[5] == 'a';
+}
+
+std::unique_ptr<PictureSource> OpenGif(Stream& file, const ReadLimits& limits) {
+  return std::make_unique<GifSource>(file, limits);
+}
+
+// One file being written.
+class Encoder {
+public:
+  explicit Encoder(Stream& to) {
+    int error = 0;
+    codec = EGifOpen(&to, WriteFile, &error);
+    Require(codec != nullptr ? GIF_OK : GIF_ERROR);
+  }
+  Encoder(const Encoder&) = delete;
+  Encoder& operator=(const Encoder&) = delete;
+  ~Encoder() {
+    GifFreeMapObject(colours);
+    if (codec != nullptr) EGifCloseFile(codec, nullptr);
+  }
+
+  void Write(const Bitmap& picture) {
+    std::array<GifColorType, 256> entries{};
+    std::ranges::transform(picture.Palette(), entries.begin(), [](const Rgb& c) {
+      return GifColorType{c.red, c.green, c.blue};
+    });
+    colours = GifMakeMapObject(1 << picture.BitsPerPixel(), entries.data());
+    Require(colours != nullptr ? GIF_OK : GIF_ERROR);
+    Require(EGifPutScreenDesc(codec, picture.Width(), picture.Height(), colours->BitsPerPixel, 0, colours));
+    Require(EGifPutImageDesc(codec, 0, 0, picture.Width(), picture.Height(), false, nullptr));
+    std::vector<GifPixelType> row(static_cast<std::size_t>(picture.Width()));
+    for (std::int32_t y = 0; y < picture.Height(); ++y) {
+      const auto from = picture.Row(y);
+      for (std::size_t x = 0; x < row.size(); ++x) row[x] = PaletteIndexAt(from, x, picture.BitsPerPixel());
+      Require(EGifPutLine(codec, row.data(), static_cast<int>(row.size())));
+    }
+    GifFileType* finished = codec;
+    codec = nullptr;
+    Require(EGifCloseFile(finished, nullptr));
+  }
+
+private:
+  static void Require(int result) {
+    if (result == GIF_ERROR) RaiseUnreadable("The picture cannot be written as GIF.");
+  }
+
+  GifFileType* codec = nullptr;
+  ColorMapObject* colours = nullptr;
+};
+
+void WriteGif(const Bitmap& picture, Stream& to, const WriteOptions&) {
+  constexpr std::int32_t most = std::numeric_limits<std::uint16_t>::max();
+  if (picture.Width() > most || picture.Height() > most)
+    RaiseUnreadable("The picture is too large for the GIF format.");
+  Encoder(to).Write(picture.BitsPerPixel() > 8 ? ToDepth(picture, 8) : picture);
+}
+
+}  // namespace
+
+const PictureFormat GifFormat{"GIF", {"gif"}, RecogniseGif, OpenGif, WriteGif};
+
+}  // namespace kw

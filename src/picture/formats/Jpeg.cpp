@@ -1,0 +1,303 @@
+#include <algorithm>
+#include <array>
+#include <csetjmp>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include <jerror.h>
+#include <jpeglib.h>
+
+#include "picture/Depth.h"
+#include "picture/Unreadable.h"
+#include "picture/formats/Formats.h"
+
+namespace kw {
+namespace {
+
+constexpr std::size_t BlockSize = 64 * 1024;
+constexpr double CentimetresPerInch = 2.54;
+
+// libjpeg reports an error by leaving it with a long jump. Its calls are therefore made inside Trapped() only, in steps
+// that own nothing: the jump runs no destructor.
+struct Trap {
+  jpeg_error_mgr manager{};
+  std::jmp_buf jump{};
+  std::array<char, JMSG_LENGTH_MAX> message{};
+  // The decoder had to make up coded data because there was none left.
+  bool ranDry = false;
+};
+
+void Leave(j_common_ptr codec) {
+  auto* trap = reinterpret_cast<Trap*>(codec->err);
+  codec->err->format_message(codec, trap->message.data());
+  std::longjmp(trap->jump, 1);
+}
+
+void Note(j_common_ptr codec, int level) {
+  if (level < 0 && codec->err->msg_code == JWRN_HIT_MARKER) reinterpret_cast<Trap*>(codec->err)->ranDry = true;
+}
+
+void StaySilent(j_common_ptr) {}
+
+void Prepare(Trap& trap) {
+  jpeg_std_error(&trap.manager);
+  trap.manager.error_exit = Leave;
+  trap.manager.emit_message = Note;
+  trap.manager.output_message = StaySilent;
+}
+
+template <typename Step>
+bool Trapped(Trap& trap, const Step& step) {
+  if (setjmp(trap.jump) != 0) return false;
+  step();
+  return true;
+}
+
+std::string Reason(const Trap& trap) { return std::string("The JPEG data is damaged: ") + trap.message.data() + "."; }
+
+// The stream as libjpeg's source of bytes.
+struct Source {
+  jpeg_source_mgr manager{};
+  Stream* file = nullptr;
+  bool atEnd = false;
+  std::array<JOCTET, BlockSize> block{};
+};
+
+boolean FillSource(j_decompress_ptr decoder) {
+  auto* source = reinterpret_cast<Source*>(decoder->src);
+  std::size_t count = source->file->Read(source->block.data(), source->block.size());
+  if (count == 0) {
+    source->atEnd = true;
+    source->block[0] = 0xFF;
+    source->block[1] = JPEG_EOI;
+    count = 2;
+  }
+  source->manager.next_input_byte = source->block.data();
+  source->manager.bytes_in_buffer = count;
+  return TRUE;
+}
+
+void SkipSource(j_decompress_ptr decoder, long count) {
+  auto* source = reinterpret_cast<Source*>(decoder->src);
+  while (count > 0 && !source->atEnd) {
+    if (source->manager.bytes_in_buffer == 0) FillSource(decoder);
+    const std::size_t part = std::min(static_cast<std::size_t>(count), source->manager.bytes_in_buffer);
+    source->manager.next_input_byte += part;
+    source->manager.bytes_in_buffer -= part;
+    count -= static_cast<long>(part);
+  }
+}
+
+// One decompression of a stream.
+class Decoder {
+public:
+  explicit Decoder(Stream& file) {
+    Prepare(trap);
+    source.file = &file;
+    source.manager.init_source = [](j_decompress_ptr) {};
+    source.manager.fill_input_buffer = FillSource;
+    source.manager.skip_input_data = SkipSource;
+    source.manager.resync_to_restart = jpeg_resync_to_restart;
+    source.manager.term_source = [](j_decompress_ptr) {};
+    codec.err = &trap.manager;
+    if (!file.Seek(0)) RaiseUnreadable("The file cannot be read.");
+  }
+  Decoder(const Decoder&) = delete;
+  Decoder& operator=(const Decoder&) = delete;
+  ~Decoder() { jpeg_destroy_decompress(&codec); }
+
+  const jpeg_decompress_struct& ReadHeader() {
+    Try([this] {
+      jpeg_create_decompress(&codec);
+      codec.src = &source.manager;
+      jpeg_read_header(&codec, TRUE);
+    });
+    return codec;
+  }
+
+  int Depth() const { return codec.num_components == 1 ? 8 : 24; }
+
+  void ReadRows(Bitmap& page) {
+    const bool inks = codec.num_components == 4;
+    codec.out_color_space = inks ? JCS_CMYK : codec.num_components == 1 ? JCS_GRAYSCALE : JCS_EXT_BGR;
+    Try([this] { jpeg_start_decompress(&codec); });
+    std::vector<std::uint8_t> inkRow(inks ? static_cast<std::size_t>(page.Width()) * 4 : 0);
+    for (std::int32_t y = 0; y < page.Height(); ++y) {
+      const auto row = page.MutableRow(y);
+      JSAMPROW target = inks ? inkRow.data() : row.data();
+      Try([this, &target] { jpeg_read_scanlines(&codec, &target, 1); });
+      if (inks) FromInks(inkRow, row);
+    }
+    // What lies behind the last row does not matter, unless later scans would have refined the rows.
+    if (source.atEnd && (trap.ranDry || jpeg_has_multiple_scans(&codec) != 0)) {
+      RaiseUnreadable("The JPEG data is cut short.");
+    }
+  }
+
+private:
+  template <typename Step>
+  void Try(const Step& step) {
+    if (!Trapped(trap, step)) RaiseUnreadable(Reason(trap));
+  }
+
+  void FromInks(std::span<const std::uint8_t> from, std::span<std::uint8_t> to) const {
+    // Adobe's programs store how much paper shows, others how much ink there is.
+    const unsigned flip = codec.saw_Adobe_marker != 0 ? 0 : 255;
+    for (std::size_t in = 0, out = 0; in < from.size(); in += 4, out += 3) {
+      const unsigned black = from[in + 3] ^ flip;
+      for (std::size_t i = 0; i < 3; ++i) {
+        to[out + 2 - i] = static_cast<std::uint8_t>(((from[in + i] ^ flip) * black + 127) / 255);
+      }
+    }
+  }
+
+  Trap trap;
+  Source source;
+  jpeg_decompress_struct codec{};
+};
+
+void SetResolution(const jpeg_decompress_struct& codec, Bitmap& page) {
+  const double perInch = codec.density_unit == 1 ? 1 : codec.density_unit == 2 ? CentimetresPerInch : 0;
+  page.SetResolution(codec.X_density * perInch, codec.Y_density * perInch);
+}
+
+class JpegSource : public PictureSource {
+public:
+  JpegSource(Stream& file, const ReadLimits& readLimits) : limits(readLimits) {
+    const auto decoder = std::make_unique<Decoder>(file);
+    const auto& header = decoder->ReadHeader();
+    storedBits = static_cast<std::int16_t>(header.num_components * header.data_precision);
+    RequirePageFits(header.image_width, header.image_height, decoder->Depth(), limits);
+  }
+
+  std::int16_t StoredBitsPerPixel(Stream&, std::int32_t) override { return storedBits; }
+
+  Bitmap Read(Stream& file, std::int32_t) override {
+    const auto decoder = std::make_unique<Decoder>(file);
+    const auto& header = decoder->ReadHeader();
+    Bitmap page = NewPage(header.image_width, header.image_height, decoder->Depth(), limits);
+    SetResolution(header, page);
+    decoder->ReadRows(page);
+    return page;
+  }
+
+  bool Copy(Stream& file, std::int32_t, Stream& to) override {
+    CopyBytes(file, 0, file.Size(), to);
+    return true;
+  }
+
+private:
+  std::int16_t storedBits = 0;
+  ReadLimits limits;
+};
+
+bool RecogniseJpeg(std::span<const std::uint8_t> head) {
+  return head.size() >= 4 && head[0] == 0xFF && head[1] == 0xD8 && head[2] == 0xFF;
+}
+
+std::unique_ptr<PictureSource> OpenJpeg(Stream& file, const ReadLimits& limits) {
+  return std::make_unique<JpegSource>(file, limits);
+}
+
+// The stream as libjpeg's destination.
+struct Destination {
+  jpeg_destination_mgr manager{};
+  Stream* file = nullptr;
+  std::array<JOCTET, BlockSize> block{};
+};
+
+void StartBlock(j_compress_ptr encoder) {
+  auto* destination = reinterpret_cast<Destination*>(encoder->dest);
+  destination->manager.next_output_byte = destination->block.data();
+  destination->manager.free_in_buffer = destination->block.size();
+}
+
+boolean FlushBlock(j_compress_ptr encoder) {
+  auto* destination = reinterpret_cast<Destination*>(encoder->dest);
+  // The stream remembers a failure.
+  destination->file->Write(destination->block.data(), destination->block.size());
+  StartBlock(encoder);
+  return TRUE;
+}
+
+void FlushLastBlock(j_compress_ptr encoder) {
+  auto* destination = reinterpret_cast<Destination*>(encoder->dest);
+  destination->file->Write(destination->block.data(), destination->block.size() - destination->manager.free_in_buffer);
+}
+
+// One compression to a stream.
+class Encoder {
+public:
+  explicit Encoder(Stream& file) {
+    Prepare(trap);
+    destination.file = &file;
+    destination.manager.init_destination = StartBlock;
+    destination.manager.empty_output_buffer = FlushBlock;
+    destination.manager.term_destination = FlushLastBlock;
+    codec.err = &trap.manager;
+  }
+  Encoder(const Encoder&) = delete;
+  Encoder& operator=(const Encoder&) = delete;
+  ~Encoder() { jpeg_destroy_compress(&codec); }
+
+  void Write(const Bitmap& picture, int quality) {
+    Try([&] { Start(picture, quality); });
+    for (std::int32_t y = 0; y < picture.Height(); ++y) {
+      // libjpeg takes rows to write as if it could change them.
+      auto* row = const_cast<JSAMPLE*>(picture.Row(y).data());
+      Try([this, &row] { jpeg_write_scanlines(&codec, &row, 1); });
+    }
+    Try([this] { jpeg_finish_compress(&codec); });
+  }
+
+private:
+  template <typename Step>
+  void Try(const Step& step) {
+    if (!Trapped(trap, step))
+      RaiseUnreadable(std::string("The picture cannot be written as JPEG: ") + trap.message.data());
+  }
+
+  void Start(const Bitmap& picture, int quality) {
+    constexpr int fineColour = 90;
+    jpeg_create_compress(&codec);
+    codec.dest = &destination.manager;
+    codec.image_width = static_cast<JDIMENSION>(picture.Width());
+    codec.image_height = static_cast<JDIMENSION>(picture.Height());
+    const bool grey = picture.BitsPerPixel() == 8;
+    codec.input_components = grey ? 1 : 3;
+    codec.in_color_space = grey ? JCS_GRAYSCALE : JCS_EXT_BGR;
+    jpeg_set_defaults(&codec);
+    jpeg_set_quality(&codec, quality, TRUE);
+    // Coloured writing on a page frays where colour is stored more coarsely than brightness.
+    if (quality >= fineColour) codec.comp_info[0].h_samp_factor = codec.comp_info[0].v_samp_factor = 1;
+    SetDensity(picture);
+    jpeg_start_compress(&codec, TRUE);
+  }
+
+  void SetDensity(const Bitmap& picture) {
+    const double x = picture.HorizontalResolution() + 0.5;
+    const double y = picture.VerticalResolution() + 0.5;
+    constexpr double most = 65535;
+    if (!(x >= 1 && x <= most && y >= 1 && y <= most)) return;
+    codec.density_unit = 1;
+    codec.X_density = static_cast<UINT16>(x);
+    codec.Y_density = static_cast<UINT16>(y);
+  }
+
+  Trap trap;
+  Destination destination;
+  jpeg_compress_struct codec{};
+};
+
+void WriteJpeg(const Bitmap& picture, Stream& to, const WriteOptions& options) {
+  const bool grey = HasGreyPalette(picture);
+  Bitmap source = grey ? ToGreyLevels(picture) : ToDepth(picture, 24);
+  std::make_unique<Encoder>(to)->Write(source, options.jpegQuality);
+}
+
+}  // namespace
+
+const PictureFormat JpegFormat{"JPEG", {"jpg", "jpeg", "jpe"}, RecogniseJpeg, OpenJpeg, WriteJpeg};
+
+}  // namespace kw

@@ -1,0 +1,93 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "picture/Bytes.h"
+#include "picture/Stream.h"
+
+namespace kw {
+
+// Tags that are read here without the codec library.
+namespace TiffTag {
+enum : std::uint16_t {
+  ImageWidth = 256,
+  ImageLength = 257,
+  BitsPerSample = 258,
+  Compression = 259,
+  StripOffsets = 273,
+  Orientation = 274,
+  SamplesPerPixel = 277,
+  StripByteCounts = 279,
+  FreeOffsets = 288,
+  FreeByteCounts = 289,
+  TileOffsets = 324,
+  TileByteCounts = 325,
+  SubDirectories = 330,
+  FirstOldJpeg = 512,
+  LastOldJpeg = 521,
+  Exif = 34665,
+  Gps = 34853,
+  Interoperability = 40965,
+};
+}
+
+// Value types.
+namespace TiffType {
+enum : std::uint16_t { Short = 3, Long = 4, Long8 = 16 };
+}
+
+// Bytes of one value of a type; 0 for a type that is not known.
+std::size_t TiffTypeSize(std::uint16_t type);
+
+struct TiffEntry {
+  std::uint16_t tag = 0;
+  std::uint16_t type = 0;
+  std::uint64_t count = 0;
+  // Where the values begin: in the entry itself or elsewhere in the file.
+  std::uint64_t valuePosition = 0;
+  // Bytes of all values together.
+  std::uint64_t valueBytes = 0;
+};
+
+// The structure of a TIFF or BigTIFF file: its chain of directories, one a page, and their entries.
+class TiffStructure {
+public:
+  // Reads the chain, not the directories. Raises InvalidPicture for a stream that is no TIFF, a chain that leads
+  // outside the file or runs in a circle.
+  explicit TiffStructure(Stream& file);
+
+  ByteOrder Order() const { return order; }
+  bool IsBig() const { return big; }
+  // Where the directories lie, in the order of the pages; at least one.
+  const std::vector<std::uint64_t>& Directories() const { return directories; }
+
+  // The sound entries of a directory in the order of the file; entries of unknown type and those whose values lie
+  // outside the file are left out. Raises InvalidPicture where the directory cannot be read.
+  std::vector<TiffEntry> ReadDirectory(Stream& file, std::uint64_t position) const;
+
+  // The values of an entry of whole numbers. Empty for other types and where they cannot be read.
+  std::vector<std::uint64_t> ReadNumbers(Stream& file, const TiffEntry& entry) const;
+  // The first value of the entry with that tag, or `missing`.
+  std::uint64_t ReadNumber(Stream& file, const std::vector<TiffEntry>& entries, std::uint16_t tag,
+                           std::uint64_t missing) const;
+
+  // Sizes of the parts of a directory.
+  std::size_t CountSize() const { return big ? 8 : 2; }
+  std::size_t EntrySize() const { return big ? 20 : 12; }
+  std::size_t OffsetSize() const { return big ? 8 : 4; }
+  std::size_t HeaderSize() const { return big ? 16 : 8; }
+
+private:
+  std::uint64_t ReadOffset(std::span<const std::uint8_t> bytes, std::size_t at) const;
+  std::uint64_t ReadEntryCount(Stream& file, std::uint64_t position) const;
+
+  ByteOrder order = ByteOrder::Little;
+  bool big = false;
+  std::vector<std::uint64_t> directories;
+};
+
+const TiffEntry* FindEntry(const std::vector<TiffEntry>& entries, std::uint16_t tag);
+
+}  // namespace kw
