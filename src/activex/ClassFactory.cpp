@@ -1,0 +1,49 @@
+#include "activex/ClassFactory.h"
+
+#include "activex/Edge.h"
+#include "activex/EditorObject.h"
+#include "activex/Module.h"
+
+namespace kw::activex {
+
+ClassFactory& ClassFactory::Only() {
+  static ClassFactory factory;
+  return factory;
+}
+
+STDMETHODIMP ClassFactory::QueryInterface(REFIID iid, void** object) {
+  if (object == nullptr) return E_POINTER;
+  *object = iid == IID_IUnknown || iid == IID_IClassFactory ? static_cast<IClassFactory*>(this) : nullptr;
+  if (*object == nullptr) return E_NOINTERFACE;
+  AddRef();
+  return S_OK;
+}
+
+// The factory is never freed; its references only keep the library in memory.
+STDMETHODIMP_(ULONG) ClassFactory::AddRef() {
+  Module::Lock();
+  return 2;
+}
+
+STDMETHODIMP_(ULONG) ClassFactory::Release() {
+  Module::Unlock();
+  return 1;
+}
+
+STDMETHODIMP ClassFactory::CreateInstance(IUnknown* controlling, REFIID iid, void** object) {
+  if (object == nullptr) return E_POINTER;
+  *object = nullptr;
+  Lifetime life(*this);
+  return AtEdge(life, [&] { return EditorObject::Create(controlling, iid, object); });
+}
+
+STDMETHODIMP ClassFactory::LockServer(BOOL lock) {
+  if (lock != 0) {
+    Module::Lock();
+  } else {
+    Module::Unlock();
+  }
+  return S_OK;
+}
+
+}  // namespace kw::activex

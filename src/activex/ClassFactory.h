@@ -1,0 +1,21 @@
+#pragma once
+
+#include <unknwn.h>
+#include <windows.h>
+
+namespace kw::activex {
+
+// Makes controls. There is one, as long as the library is loaded.
+class ClassFactory final : public IClassFactory {
+public:
+  static ClassFactory& Only();
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
+  STDMETHODIMP_(ULONG) AddRef() override;
+  STDMETHODIMP_(ULONG) Release() override;
+
+  STDMETHODIMP CreateInstance(IUnknown* controlling, REFIID iid, void** object) override;
+  STDMETHODIMP LockServer(BOOL lock) override;
+};
+
+}  // namespace kw::activex

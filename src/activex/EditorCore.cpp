@@ -1,0 +1,70 @@
+#include "activex/EditorCore.h"
+
+#include "activex/Extent.h"
+
+namespace kw::activex {
+namespace {
+
+constexpr SIZE DesignSize = {800, 600};
+
+}  // namespace
+
+EditorCore::EditorCore(IUnknown& controlling)
+    : life(controlling), events(life), activation(*this), desktop(life, activation), editor(desktop, events) {
+  events.OnChange([this] {
+    dirty = true;
+    TellViewChanged();
+  });
+  editor.UserControl_Initialize();
+  SetPixelSize(DesignSize);
+  dirty = false;
+}
+
+EditorCore::~EditorCore() {
+  activation.Abandon();
+  events.EventPoint().Clear();
+  events.PropertyPoint().Clear();
+  editor.UserControl_Terminate();
+}
+
+void EditorCore::SetExtent(SIZEL himetric) {
+  extent = himetric;
+  // A window gets its size from the container, in pixels.
+  if (activation.IsActive()) return;
+  const SIZE pixels = ToScreenPixels(himetric);
+  editor.Root().UserResize(static_cast<float>(pixels.cx), static_cast<float>(pixels.cy));
+  TellViewChanged();
+}
+
+void EditorCore::SetPixelSize(SIZE pixels) {
+  extent = ToHimetric(pixels);
+  editor.Root().UserResize(static_cast<float>(pixels.cx), static_cast<float>(pixels.cy));
+}
+
+void EditorCore::TellViewChanged() {
+  if (viewSink == nullptr || (viewAspects & DVASPECT_CONTENT) == 0) return;
+  const Lifetime::Outgoing outgoing(life);
+  const Microsoft::WRL::ComPtr<IAdviseSink> sink = viewSink;
+  if ((viewFlags & ADVF_ONLYONCE) != 0) viewSink.Reset();
+  sink->OnViewChange(DVASPECT_CONTENT, -1);
+}
+
+void EditorCore::AdviseView(DWORD aspects, DWORD flags, IAdviseSink* sink) {
+  viewAspects = aspects;
+  viewFlags = flags;
+  viewSink = sink;
+  if ((flags & ADVF_PRIMEFIRST) != 0) TellViewChanged();
+}
+
+void EditorCore::ViewAdvise(DWORD* aspects, DWORD* flags, IAdviseSink** sink) const {
+  if (aspects != nullptr) *aspects = viewAspects;
+  if (flags != nullptr) *flags = viewFlags;
+  if (sink != nullptr) viewSink.CopyTo(sink);
+}
+
+IOleAdviseHolder* EditorCore::Advises() {
+  if (advises == nullptr) CreateOleAdviseHolder(&advises);
+  return advises.Get();
+}
+
+}  // namespace kw::activex

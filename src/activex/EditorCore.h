@@ -1,0 +1,63 @@
+#pragma once
+
+#include <ole2.h>
+#include <windows.h>
+#include <wrl/client.h>
+
+#include "activex/HostEvents.h"
+#include "activex/HostSite.h"
+#include "activex/HostedDesktop.h"
+#include "activex/InPlaceActivation.h"
+#include "activex/Lifetime.h"
+#include "control/KwEditorLayers.h"
+
+namespace kw::activex {
+
+// What the interface families of one control share: the editor itself and its relations to the container.
+class EditorCore {
+public:
+  explicit EditorCore(IUnknown& controlling);
+  EditorCore(const EditorCore&) = delete;
+  EditorCore& operator=(const EditorCore&) = delete;
+  ~EditorCore();
+
+  Lifetime& Life() { return life; }
+  HostSite& Site() { return site; }
+  HostEvents& Events() { return events; }
+  KwEditorLayers& Editor() { return editor; }
+  InPlaceActivation& Activation() { return activation; }
+
+  // The size of the control, also while it has no window.
+  SIZEL Extent() const { return extent; }
+  void SetExtent(SIZEL himetric);
+  // The same in pixels, as the container placed the window.
+  void SetPixelSize(SIZE pixels);
+
+  // Whether a persisted property was assigned since the last load or save.
+  bool IsDirty() const { return dirty; }
+  void SetDirty(bool value) { dirty = value; }
+
+  // Tells the container's view sink, if it asked for it, that the picture of the control is out of date.
+  void TellViewChanged();
+  void AdviseView(DWORD aspects, DWORD flags, IAdviseSink* sink);
+  void ViewAdvise(DWORD* aspects, DWORD* flags, IAdviseSink** sink) const;
+
+  // The sinks that want to know of saving, renaming and closing. Made when first asked for; null without memory.
+  IOleAdviseHolder* Advises();
+
+private:
+  Lifetime life;
+  HostSite site;
+  HostEvents events;
+  InPlaceActivation activation;
+  HostedDesktop desktop;
+  KwEditorLayers editor;
+  SIZEL extent = {};
+  bool dirty = false;
+  DWORD viewAspects = 0;
+  DWORD viewFlags = 0;
+  Microsoft::WRL::ComPtr<IAdviseSink> viewSink;
+  Microsoft::WRL::ComPtr<IOleAdviseHolder> advises;
+};
+
+}  // namespace kw::activex

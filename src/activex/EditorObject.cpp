@@ -1,0 +1,121 @@
+#include "activex/EditorObject.h"
+
+#include <memory>
+
+#include "activex/Edge.h"
+#include "activex/Module.h"
+
+namespace kw::activex {
+
+// The interfaces as the outside sees them: their references and questions go to the controlling unknown.
+class EditorObject::Families final : public EditorCore,
+                                     public Automation,
+                                     public Connections,
+                                     public OleObject,
+                                     public InPlaceObject,
+                                     public ViewObject,
+                                     public Persistence {
+public:
+  explicit Families(IUnknown& controlling)
+      : EditorCore(controlling),
+        Automation(Core()),
+        Connections(Core()),
+        OleObject(Core()),
+        InPlaceObject(Core()),
+        ViewObject(Core()),
+        Persistence(Core()) {}
+
+  // The one table of what the control answers to. Null for an interface that it does not have.
+  IUnknown* Find(REFIID iid);
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
+    return Life().Unknown().QueryInterface(iid, object);
+  }
+  STDMETHODIMP_(ULONG) AddRef() override { return Life().Unknown().AddRef(); }
+  STDMETHODIMP_(ULONG) Release() override { return Life().Unknown().Release(); }
+
+private:
+  EditorCore& Core() { return *this; }
+};
+
+namespace {
+
+struct Row {
+  const IID* iid;
+  IUnknown* (*find)(void* families);
+};
+
+template <class Families, class Family, class Interface = Family>
+IUnknown* As(void* families) {
+  return static_cast<Interface*>(static_cast<Family*>(static_cast<Families*>(families)));
+}
+
+}  // namespace
+
+IUnknown* EditorObject::Families::Find(REFIID iid) {
+  using F = Families;
+  static const Row rows[] = {
+      {&IID__KwEditorLayers, &As<F, Automation, _KwEditorLayers>},
+      {&IID_IDispatch, &As<F, Automation, _KwEditorLayers>},
+      {&IID_IProvideClassInfo, &As<F, Automation, IProvideClassInfo2>},
+      {&IID_IProvideClassInfo2, &As<F, Automation, IProvideClassInfo2>},
+      {&IID_ISupportErrorInfo, &As<F, Automation, ISupportErrorInfo>},
+      {&IID_IConnectionPointContainer, &As<F, Connections>},
+      {&IID_IOleObject, &As<F, OleObject, IOleObject>},
+      {&IID_IOleControl, &As<F, OleObject, IOleControl>},
+      {&IID_IOleWindow, &As<F, InPlaceObject, IOleInPlaceObject>},
+      {&IID_IOleInPlaceObject, &As<F, InPlaceObject, IOleInPlaceObject>},
+      {&IID_IOleInPlaceActiveObject, &As<F, InPlaceObject, IOleInPlaceActiveObject>},
+      {&IID_IViewObject, &As<F, ViewObject>},
+      {&IID_IViewObject2, &As<F, ViewObject>},
+      {&IID_IViewObjectEx, &As<F, ViewObject>},
+      {&IID_IPersist, &As<F, Persistence, IPersistStreamInit>},
+      {&IID_IPersistStreamInit, &As<F, Persistence, IPersistStreamInit>},
+      {&IID_IPersistStorage, &As<F, Persistence, IPersistStorage>},
+      {&IID_IPersistPropertyBag, &As<F, Persistence, IPersistPropertyBag>},
+  };
+  for (const Row& row : rows) {
+    if (*row.iid == iid) return row.find(this);
+  }
+  return nullptr;
+}
+
+EditorObject::EditorObject(IUnknown* controlling) {
+  families = new Families(controlling == nullptr ? *this : *controlling);
+  Module::Lock();
+}
+
+EditorObject::~EditorObject() {
+  delete families;
+  Module::Unlock();
+}
+
+HRESULT EditorObject::Create(IUnknown* controlling, REFIID iid, void** object) {
+  if (controlling != nullptr && iid != IID_IUnknown) return CLASS_E_NOAGGREGATION;
+  auto* const created = new EditorObject(controlling);
+  const HRESULT result = created->QueryInterface(iid, object);
+  created->Release();
+  return result;
+}
+
+STDMETHODIMP EditorObject::QueryInterface(REFIID iid, void** object) {
+  if (object == nullptr) return E_POINTER;
+  IUnknown* const found = iid == IID_IUnknown ? this : families == nullptr ? nullptr : families->Find(iid);
+  *object = found;
+  if (found == nullptr) return E_NOINTERFACE;
+  found->AddRef();
+  return S_OK;
+}
+
+STDMETHODIMP_(ULONG) EditorObject::AddRef() { return ++references; }
+
+STDMETHODIMP_(ULONG) EditorObject::Release() {
+  const ULONG left = --references;
+  if (left > 0) return left;
+  references = 1;  // what the shut-down takes and gives back must not destroy the control a second time
+  families->Life().Detach(*this);
+  delete this;
+  return 0;
+}
+
+}  // namespace kw::activex

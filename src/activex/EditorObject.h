@@ -1,0 +1,36 @@
+#pragma once
+
+#include <windows.h>
+
+#include "activex/Automation.h"
+#include "activex/Connections.h"
+#include "activex/EditorCore.h"
+#include "activex/InPlaceObject.h"
+#include "activex/OleObject.h"
+#include "activex/Persistence.h"
+#include "activex/ViewObject.h"
+
+namespace kw::activex {
+
+// The COM object: all interface families under one identity. It can be part of an aggregate.
+class EditorObject final : public IUnknown {
+public:
+  // `controlling` is null or the aggregate's unknown; an aggregate may ask for IUnknown only.
+  static HRESULT Create(IUnknown* controlling, REFIID iid, void** object);
+
+  // The object's own references and interfaces, which an aggregate does not see.
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
+  STDMETHODIMP_(ULONG) AddRef() override;
+  STDMETHODIMP_(ULONG) Release() override;
+
+private:
+  class Families;
+
+  explicit EditorObject(IUnknown* controlling);
+  ~EditorObject();
+
+  ULONG references = 1;
+  Families* families = nullptr;
+};
+
+}  // namespace kw::activex

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <ocidl.h>
+#include <windows.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstddef>
+#include <new>
+#include <utility>
+#include <vector>
+
+#include "activex/Module.h"
+
+namespace kw::activex {
+
+// How an enumerator hands out one item: the reference or copy that the caller then owns.
+inline IConnectionPoint* HandOut(const Microsoft::WRL::ComPtr<IConnectionPoint>& item) {
+  item->AddRef();
+  return item.Get();
+}
+inline CONNECTDATA HandOut(const std::pair<Microsoft::WRL::ComPtr<IUnknown>, DWORD>& item) {
+  item.first->AddRef();
+  return {item.first.Get(), item.second};
+}
+
+// The enumerator interface `Interface` over a snapshot of items.
+template <class Interface, class Given, class Item>
+class Enumerator final : public Interface {
+public:
+  static HRESULT Create(std::vector<Item> items, Interface** enumerator) {
+    *enumerator = new (std::nothrow) Enumerator(std::move(items), 0);
+    return *enumerator == nullptr ? E_OUTOFMEMORY : S_OK;
+  }
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
+    if (object == nullptr) return E_POINTER;
+    *object = iid == IID_IUnknown || iid == __uuidof(Interface) ? static_cast<Interface*>(this) : nullptr;
+    if (*object == nullptr) return E_NOINTERFACE;
+    AddRef();
+    return S_OK;
+  }
+  STDMETHODIMP_(ULONG) AddRef() override { return ++references; }
+  STDMETHODIMP_(ULONG) Release() override {
+    const ULONG left = --references;
+    if (left == 0) delete this;
+    return left;
+  }
+
+  STDMETHODIMP Next(ULONG wanted, Given* given, ULONG* fetched) override {
+    if (given == nullptr || (fetched == nullptr && wanted != 1)) return E_POINTER;
+    ULONG count = 0;
+    for (; count < wanted && position < items.size(); ++count) given[count] = HandOut(items[position++]);
+    if (fetched != nullptr) *fetched = count;
+    return count == wanted ? S_OK : S_FALSE;
+  }
+  STDMETHODIMP Skip(ULONG count) override {
+    const std::size_t step = std::min<std::size_t>(count, items.size() - position);
+    position += step;
+    return step == count ? S_OK : S_FALSE;
+  }
+  STDMETHODIMP Reset() override {
+    position = 0;
+    return S_OK;
+  }
+  STDMETHODIMP Clone(Interface** clone) override {
+    if (clone == nullptr) return E_POINTER;
+    *clone = new (std::nothrow) Enumerator(items, position);
+    return *clone == nullptr ? E_OUTOFMEMORY : S_OK;
+  }
+
+private:
+  Enumerator(std::vector<Item> newItems, std::size_t start) : items(std::move(newItems)), position(start) {
+    Module::Lock();
+  }
+  ~Enumerator() { Module::Unlock(); }
+
+  std::atomic<ULONG> references = 1;
+  std::vector<Item> items;
+  std::size_t position;
+};
+
+}  // namespace kw::activex

@@ -1,0 +1,29 @@
+#include <olectl.h>
+#include <windows.h>
+
+#include "activex/ClassFactory.h"
+#include "activex/KwEditor.h"
+#include "activex/Module.h"
+#include "activex/Registration.h"
+
+// The procedures by which COM loads, unloads and registers the control.
+
+using kw::activex::ClassFactory;
+namespace Module = kw::activex::Module;
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
+  if (reason == DLL_PROCESS_ATTACH) Module::SetInstance(instance);
+  return TRUE;
+}
+
+STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, LPVOID* object) {
+  if (object == nullptr) return E_POINTER;
+  *object = nullptr;
+  return classId == CLSID_KwEditorLayers ? ClassFactory::Only().QueryInterface(iid, object) : CLASS_E_CLASSNOTAVAILABLE;
+}
+
+STDAPI DllCanUnloadNow() { return Module::IsUnused() ? S_OK : S_FALSE; }
+
+STDAPI DllRegisterServer() { return kw::activex::Register(); }
+
+STDAPI DllUnregisterServer() { return kw::activex::Unregister(); }

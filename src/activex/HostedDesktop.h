@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+#include "activex/InPlaceActivation.h"
+#include "activex/Lifetime.h"
+#include "windows/WindowsDesktop.h"
+
+namespace kw::activex {
+
+// The Windows desktop as a control in a container uses it: while a dialog is up the container's own modeless windows
+// are disabled, and the control stays alive even if the container lets go of it meanwhile.
+class HostedDesktop final : public windows::WindowsDesktop {
+public:
+  HostedDesktop(Lifetime& calling, InPlaceActivation& activation) : life(calling), place(activation) {}
+
+  MessageAnswer ShowMessageBox(const std::string& prompt, const std::string& title, MessageButtons buttons) override;
+
+private:
+  Lifetime& life;
+  InPlaceActivation& place;
+};
+
+}  // namespace kw::activex

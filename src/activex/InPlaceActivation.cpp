@@ -1,0 +1,187 @@
+#include "activex/InPlaceActivation.h"
+
+#include <commctrl.h>
+#include <olectl.h>
+
+#include <utility>
+
+#include "activex/EditorCore.h"
+
+namespace kw::activex {
+namespace {
+
+using Microsoft::WRL::ComPtr;
+
+constexpr UINT_PTR SubclassId = 1;
+
+SIZE SizeOf(const RECT& rectangle) { return {rectangle.right - rectangle.left, rectangle.bottom - rectangle.top}; }
+
+}  // namespace
+
+HWND InPlaceActivation::Window() const { return pane == nullptr ? nullptr : pane->Handle(); }
+
+LRESULT CALLBACK InPlaceActivation::PaneProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                                  DWORD_PTR self) {
+  auto& activation = *reinterpret_cast<InPlaceActivation*>(self);
+  if (message == WM_MOUSEACTIVATE) {
+    // A click anywhere in the control, its children included, makes it the active object of its container.
+    Lifetime& life = activation.core.Life();
+    const Lifetime::Outgoing outgoing(life);
+    activation.ActivateUi(nullptr);
+  }
+  if (message == WM_NCDESTROY) RemoveWindowSubclass(window, &PaneProcedure, SubclassId);
+  return DefSubclassProc(window, message, wParam, lParam);
+}
+
+HRESULT InPlaceActivation::Activate(IOleClientSite* site) {
+  if (IsActive()) {
+    if (pane != nullptr) ShowWindow(Window(), SW_SHOW);
+    return S_OK;
+  }
+  const ComPtr<IOleClientSite> client(site != nullptr ? site : core.Site().Get());
+  ComPtr<IOleInPlaceSite> asked;
+  if (client == nullptr || FAILED(client.As(&asked))) return E_FAIL;
+  if (asked->CanInPlaceActivate() != S_OK) return E_FAIL;
+  HRESULT result = asked->OnInPlaceActivate();
+  if (FAILED(result)) return result;
+  place = asked;
+  state = State::Active;
+  result = MakePane();
+  if (FAILED(result)) {
+    Deactivate();
+    return result;
+  }
+  client->ShowObject();
+  return S_OK;
+}
+
+HRESULT InPlaceActivation::MakePane() {
+  HWND parent = nullptr;
+  RECT position = {};
+  RECT clip = {};
+  OLEINPLACEFRAMEINFO frameInfo = {};
+  frameInfo.cb = sizeof frameInfo;
+  HRESULT result = place->GetWindow(&parent);
+  if (FAILED(result)) return result;
+  result = place->GetWindowContext(&frame, &document, &position, &clip, &frameInfo);
+  if (FAILED(result)) return result;
+  if (!IsWindow(parent)) return E_FAIL;
+  if (!core.Life().IsCallingHost()) closedPanes.clear();
+  core.SetPixelSize(SizeOf(position));
+  pane = std::make_unique<windows::EditorWindow>(core.Editor().Root(), parent, position);
+  SetWindowSubclass(Window(), &PaneProcedure, SubclassId, reinterpret_cast<DWORD_PTR>(this));
+  SetRects(position, clip);
+  ShowWindow(Window(), SW_SHOW);
+  return S_OK;
+}
+
+HRESULT InPlaceActivation::ActivateUi(IOleClientSite* site) {
+  if (IsUiActive()) return S_OK;
+  const HRESULT result = Activate(site);
+  if (FAILED(result)) return result;
+  const HRESULT allowed = place->OnUIActivate();
+  if (FAILED(allowed)) return allowed;
+  if (!IsActive()) return E_FAIL;  // the container changed its mind meanwhile
+  state = State::UiActive;
+  ComPtr<IOleInPlaceActiveObject> active;
+  core.Life().Unknown().QueryInterface(IID_PPV_ARGS(&active));
+  const ComPtr<IOleInPlaceFrame> activeFrame = frame;
+  const ComPtr<IOleInPlaceUIWindow> activeDocument = document;
+  if (activeFrame != nullptr) {
+    activeFrame->SetActiveObject(active.Get(), nullptr);
+    activeFrame->SetBorderSpace(nullptr);  // no tool space of the container is wanted
+  }
+  if (activeDocument != nullptr) {
+    activeDocument->SetActiveObject(active.Get(), nullptr);
+    activeDocument->SetBorderSpace(nullptr);
+  }
+  const HWND focus = GetFocus();
+  if (IsUiActive() && focus != Window() && !IsChild(Window(), focus)) SetFocus(Window());
+  return S_OK;
+}
+
+HRESULT InPlaceActivation::Hide() {
+  DeactivateUi();
+  if (pane != nullptr) ShowWindow(Window(), SW_HIDE);
+  return S_OK;
+}
+
+HRESULT InPlaceActivation::DeactivateUi() {
+  if (!IsUiActive()) return S_OK;
+  state = State::Active;
+  const ComPtr<IOleInPlaceSite> asked = place;
+  const ComPtr<IOleInPlaceFrame> activeFrame = frame;
+  const ComPtr<IOleInPlaceUIWindow> activeDocument = document;
+  if (activeDocument != nullptr) activeDocument->SetActiveObject(nullptr, nullptr);
+  if (activeFrame != nullptr) activeFrame->SetActiveObject(nullptr, nullptr);
+  if (asked != nullptr) asked->OnUIDeactivate(FALSE);
+  return S_OK;
+}
+
+HRESULT InPlaceActivation::Deactivate() {
+  if (!IsActive()) return S_OK;
+  DeactivateUi();
+  if (!IsActive()) return S_OK;  // done by the container meanwhile
+  state = State::Inactive;
+  ClosePane();
+  const ComPtr<IOleInPlaceSite> asked = place;
+  ReleasePlaces();
+  if (asked != nullptr) asked->OnInPlaceDeactivate();
+  return S_OK;
+}
+
+void InPlaceActivation::Abandon() {
+  state = State::Inactive;
+  ClosePane();
+  ReleasePlaces();
+  closedPanes.clear();
+}
+
+void InPlaceActivation::ClosePane() {
+  if (pane == nullptr) return;
+  if (IsWindow(Window())) {
+    RemoveWindowSubclass(Window(), &PaneProcedure, SubclassId);
+    pane->Close();
+  }
+  if (core.Life().IsCallingHost()) {
+    closedPanes.push_back(std::move(pane));
+    core.Life().OnIdle([this] { closedPanes.clear(); });
+  }
+  pane.reset();
+}
+
+void InPlaceActivation::ReleasePlaces() {
+  place.Reset();
+  frame.Reset();
+  document.Reset();
+}
+
+void InPlaceActivation::FollowUiDead() {
+  if (pane == nullptr) return;
+  EnableWindow(Window(), core.Site().AmbientBoolean(DISPID_AMBIENT_UIDEAD).value_or(false) ? FALSE : TRUE);
+}
+
+HRESULT InPlaceActivation::SetRects(const RECT& position, const RECT& clip) {
+  if (pane == nullptr) return E_UNEXPECTED;
+  RECT visible = {};
+  IntersectRect(&visible, &position, &clip);
+  HRGN region = nullptr;
+  if (EqualRect(&visible, &position) == 0) {
+    OffsetRect(&visible, -position.left, -position.top);
+    region = CreateRectRgnIndirect(&visible);
+  }
+  SetWindowRgn(Window(), region, TRUE);  // the system owns the region now
+  pane->Resize(position);
+  core.SetPixelSize(SizeOf(position));
+  return S_OK;
+}
+
+InPlaceActivation::Modal::Modal(const InPlaceActivation& place) : frame(place.frame) {
+  if (frame != nullptr) frame->EnableModeless(FALSE);
+}
+
+InPlaceActivation::Modal::~Modal() {
+  if (frame != nullptr) frame->EnableModeless(TRUE);
+}
+
+}  // namespace kw::activex

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <unknwn.h>
+#include <windows.h>
+
+#include <functional>
+
+namespace kw::activex {
+
+// What keeps one control alive while its code is on the stack.
+//
+// A host may let go of the control, or of its window, inside an event or while a message box is up. The editor's
+// procedure that raised the event has then not ended, so the control must outlive it: a call that came in through COM
+// holds a reference to its end, and a call out to the host holds one that is dropped at the message loop if no incoming
+// call is under way.
+class Lifetime {
+public:
+  // `controlling` is the aggregate's unknown, or the control's own.
+  explicit Lifetime(IUnknown& controlling) : unknown(&controlling) {}
+  Lifetime(const Lifetime&) = delete;
+  Lifetime& operator=(const Lifetime&) = delete;
+  ~Lifetime();
+
+  IUnknown& Unknown() const { return *unknown; }
+  // From now on the references count with `own` only: the control is being destroyed.
+  void Detach(IUnknown& own) { unknown = &own; }
+
+  // Whether the host is being called, so that code of the control's windows may be on the stack.
+  bool IsCallingHost() const { return outgoing > 0; }
+  // `handler` runs from the message loop after the last call to the host has returned.
+  void OnIdle(std::function<void()> handler) { idle = std::move(handler); }
+
+  // A call came in through COM.
+  class Entry {
+  public:
+    explicit Entry(Lifetime& entered);
+    Entry(const Entry&) = delete;
+    Entry& operator=(const Entry&) = delete;
+    ~Entry();
+
+  private:
+    Lifetime& life;
+  };
+
+  // The control calls its host, which may do anything before it returns.
+  class Outgoing {
+  public:
+    explicit Outgoing(Lifetime& calling);
+    Outgoing(const Outgoing&) = delete;
+    Outgoing& operator=(const Outgoing&) = delete;
+    ~Outgoing();
+
+  private:
+    Lifetime& life;
+  };
+
+private:
+  static LRESULT CALLBACK PostboxProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  bool Post(UINT message);
+
+  IUnknown* unknown;
+  int entries = 0;
+  int outgoing = 0;
+  std::function<void()> idle;
+  HWND postbox = nullptr;
+};
+
+}  // namespace kw::activex

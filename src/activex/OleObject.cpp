@@ -1,0 +1,188 @@
+#include "activex/OleObject.h"
+
+#include <olectl.h>
+
+#include <algorithm>
+#include <iterator>
+
+#include "activex/Edge.h"
+#include "activex/KwEditor.h"
+#include "activex/MiscStatus.h"
+
+namespace kw::activex {
+
+STDMETHODIMP OleObject::SetClientSite(IOleClientSite* site) {
+  return AtEdge(core.Life(), [&] {
+    // A container that takes the site away without deactivating first has the window taken down while the site is
+    // still there to be told.
+    if (site == nullptr) core.Activation().Deactivate();
+    core.Site().Set(site);
+    return S_OK;
+  });
+}
+
+STDMETHODIMP OleObject::GetClientSite(IOleClientSite** site) {
+  return AtEdge(core.Life(), [&] {
+    if (site == nullptr) return E_POINTER;
+    *site = core.Site().Get();
+    if (*site != nullptr) (*site)->AddRef();
+    return S_OK;
+  });
+}
+
+// The control shows neither name.
+STDMETHODIMP OleObject::SetHostNames(LPCOLESTR, LPCOLESTR) { return S_OK; }
+
+STDMETHODIMP OleObject::Close(DWORD saveOption) {
+  return AtEdge(core.Life(), [&] {
+    const auto site = core.Site().As<IOleClientSite>();
+    if (saveOption != OLECLOSE_NOSAVE && core.IsDirty() && site != nullptr) site->SaveObject();
+    core.Activation().Deactivate();
+    if (IOleAdviseHolder* const advises = core.Advises()) advises->SendOnClose();
+    return S_OK;
+  });
+}
+
+STDMETHODIMP OleObject::SetMoniker(DWORD, IMoniker*) { return E_NOTIMPL; }
+
+STDMETHODIMP OleObject::GetMoniker(DWORD assign, DWORD which, IMoniker** moniker) {
+  return AtEdge(core.Life(), [&] {
+    if (moniker == nullptr) return E_POINTER;
+    *moniker = nullptr;
+    const auto site = core.Site().As<IOleClientSite>();
+    return site == nullptr ? E_UNEXPECTED : site->GetMoniker(assign, which, moniker);
+  });
+}
+
+STDMETHODIMP OleObject::InitFromData(IDataObject*, BOOL, DWORD) { return E_NOTIMPL; }
+
+STDMETHODIMP OleObject::GetClipboardData(DWORD, IDataObject** data) {
+  if (data == nullptr) return E_POINTER;
+  *data = nullptr;
+  return E_NOTIMPL;
+}
+
+STDMETHODIMP OleObject::DoVerb(LONG verb, LPMSG, IOleClientSite* site, LONG, HWND, LPCRECT) {
+  return AtEdge(core.Life(), [&] {
+    InPlaceActivation& activation = core.Activation();
+    switch (verb) {
+      case OLEIVERB_PRIMARY:
+      case OLEIVERB_UIACTIVATE:
+        return activation.ActivateUi(site);
+      case OLEIVERB_SHOW:
+      case OLEIVERB_INPLACEACTIVATE:
+        return activation.Activate(site);
+      case OLEIVERB_HIDE:
+        return activation.Hide();
+      case OLEIVERB_DISCARDUNDOSTATE:
+        return S_OK;  // the object keeps none for its container
+      default:
+        // Also OLEIVERB_OPEN: the control has no window of its own to open in.
+        return verb < 0 ? E_NOTIMPL : OLEOBJ_S_INVALIDVERB;
+    }
+  });
+}
+
+// The standard verbs are enough; there is none that a container could put into a menu.
+STDMETHODIMP OleObject::EnumVerbs(IEnumOLEVERB** enumerator) {
+  if (enumerator == nullptr) return E_POINTER;
+  *enumerator = nullptr;
+  return OLEOBJ_E_NOVERBS;
+}
+
+STDMETHODIMP OleObject::Update() { return S_OK; }
+STDMETHODIMP OleObject::IsUpToDate() { return S_OK; }
+
+STDMETHODIMP OleObject::GetUserClassID(CLSID* classId) {
+  if (classId == nullptr) return E_POINTER;
+  *classId = CLSID_KwEditorLayers;
+  return S_OK;
+}
+
+STDMETHODIMP OleObject::GetUserType(DWORD, LPOLESTR* type) {
+  if (type == nullptr) return E_POINTER;
+  *type = static_cast<LPOLESTR>(CoTaskMemAlloc(sizeof UserTypeName));
+  if (*type == nullptr) return E_OUTOFMEMORY;
+  std::copy(std::begin(UserTypeName), std::end(UserTypeName), *type);
+  return S_OK;
+}
+
+STDMETHODIMP OleObject::SetExtent(DWORD aspect, SIZEL* size) {
+  return AtEdge(core.Life(), [&] {
+    if (size == nullptr) return E_POINTER;
+    if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
+    if (size->cx < 0 || size->cy < 0) return E_INVALIDARG;
+    core.SetExtent(*size);
+    return S_OK;
+  });
+}
+
+STDMETHODIMP OleObject::GetExtent(DWORD aspect, SIZEL* size) {
+  if (size == nullptr) return E_POINTER;
+  if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
+  *size = core.Extent();
+  return S_OK;
+}
+
+STDMETHODIMP OleObject::Advise(IAdviseSink* sink, DWORD* connection) {
+  return AtEdge(core.Life(), [&] {
+    if (connection == nullptr) return E_POINTER;
+    *connection = 0;
+    if (sink == nullptr) return E_POINTER;
+    IOleAdviseHolder* const advises = core.Advises();
+    return advises == nullptr ? E_OUTOFMEMORY : advises->Advise(sink, connection);
+  });
+}
+
+STDMETHODIMP OleObject::Unadvise(DWORD connection) {
+  return AtEdge(core.Life(), [&] {
+    IOleAdviseHolder* const advises = core.Advises();
+    return advises == nullptr ? E_OUTOFMEMORY : advises->Unadvise(connection);
+  });
+}
+
+STDMETHODIMP OleObject::EnumAdvise(IEnumSTATDATA** enumerator) {
+  return AtEdge(core.Life(), [&] {
+    if (enumerator == nullptr) return E_POINTER;
+    *enumerator = nullptr;
+    IOleAdviseHolder* const advises = core.Advises();
+    return advises == nullptr ? E_OUTOFMEMORY : advises->EnumAdvise(enumerator);
+  });
+}
+
+STDMETHODIMP OleObject::GetMiscStatus(DWORD aspect, DWORD* status) {
+  if (status == nullptr) return E_POINTER;
+  *status = aspect == DVASPECT_CONTENT ? MiscStatus : 0;
+  return S_OK;
+}
+
+STDMETHODIMP OleObject::SetColorScheme(LOGPALETTE*) { return E_NOTIMPL; }
+
+STDMETHODIMP OleObject::GetControlInfo(CONTROLINFO* info) {
+  if (info == nullptr) return E_POINTER;
+  if (info->cb < sizeof(CONTROLINFO)) return E_INVALIDARG;
+  *info = {sizeof(CONTROLINFO), nullptr, 0, 0};  // no mnemonics, and Enter and Escape stay the container's
+  return S_OK;
+}
+
+STDMETHODIMP OleObject::OnMnemonic(MSG*) { return S_OK; }
+
+STDMETHODIMP OleObject::OnAmbientPropertyChange(DISPID property) {
+  return AtEdge(core.Life(), [&] {
+    if (property == DISPID_AMBIENT_UIDEAD || property == DISPID_UNKNOWN) core.Activation().FollowUiDead();
+    return S_OK;
+  });
+}
+
+STDMETHODIMP OleObject::FreezeEvents(BOOL freeze) {
+  return AtEdge(core.Life(), [&] {
+    if (freeze != 0) {
+      core.Events().Freeze();
+    } else {
+      core.Events().Thaw();
+    }
+    return S_OK;
+  });
+}
+
+}  // namespace kw::activex

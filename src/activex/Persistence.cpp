@@ -1,0 +1,144 @@
+#include "activex/Persistence.h"
+
+#include "activex/Edge.h"
+#include "activex/HostBag.h"
+#include "activex/KwEditor.h"
+#include "activex/StreamBag.h"
+
+namespace kw::activex {
+namespace {
+
+using Microsoft::WRL::ComPtr;
+
+// The stream in a storage that holds the properties.
+constexpr wchar_t StreamName[] = L"Contents";
+
+}  // namespace
+
+void Persistence::Read(PropertyBag& bag) {
+  core.Editor().UserControl_ReadProperties(bag);
+  core.SetDirty(false);
+}
+
+HRESULT Persistence::LoadStream(IStream& stream) {
+  StreamBag bag;
+  const HRESULT result = bag.Load(stream);
+  if (SUCCEEDED(result)) Read(bag);
+  return result;
+}
+
+HRESULT Persistence::SaveStream(IStream& stream) {
+  StreamBag bag;
+  core.Editor().UserControl_WriteProperties(bag);
+  return bag.Save(stream);
+}
+
+STDMETHODIMP Persistence::GetClassID(CLSID* classId) {
+  if (classId == nullptr) return E_POINTER;
+  *classId = CLSID_KwEditorLayers;
+  return S_OK;
+}
+
+STDMETHODIMP Persistence::IsDirty() { return core.IsDirty() ? S_OK : S_FALSE; }
+
+STDMETHODIMP Persistence::InitNew() {
+  return AtEdge(core.Life(), [&] {
+    StreamBag empty;
+    Read(empty);
+    return S_OK;
+  });
+}
+
+STDMETHODIMP Persistence::Load(IStream* stream) {
+  return AtEdge(core.Life(), [&] { return stream == nullptr ? E_POINTER : LoadStream(*stream); });
+}
+
+STDMETHODIMP Persistence::Save(IStream* stream, BOOL clearDirty) {
+  return AtEdge(core.Life(), [&] {
+    if (stream == nullptr) return E_POINTER;
+    const HRESULT result = SaveStream(*stream);
+    if (SUCCEEDED(result) && clearDirty != 0) core.SetDirty(false);
+    return result;
+  });
+}
+
+STDMETHODIMP Persistence::GetSizeMax(ULARGE_INTEGER* size) {
+  return AtEdge(core.Life(), [&] {
+    if (size == nullptr) return E_POINTER;
+    StreamBag bag;
+    core.Editor().UserControl_WriteProperties(bag);
+    size->QuadPart = bag.Size();
+    return S_OK;
+  });
+}
+
+STDMETHODIMP Persistence::InitNew(IStorage* storage) {
+  if (storage == nullptr) return E_POINTER;
+  if (storageState != StorageState::None) return CO_E_ALREADYINITIALIZED;
+  const HRESULT result = InitNew();
+  if (SUCCEEDED(result)) storageState = StorageState::Scribble;
+  return result;
+}
+
+STDMETHODIMP Persistence::Load(IStorage* storage) {
+  return AtEdge(core.Life(), [&] {
+    if (storage == nullptr) return E_POINTER;
+    if (storageState != StorageState::None) return CO_E_ALREADYINITIALIZED;
+    ComPtr<IStream> stream;
+    HRESULT result = storage->OpenStream(StreamName, nullptr, STGM_READ | STGM_SHARE_EXCLUSIVE, 0, &stream);
+    if (SUCCEEDED(result)) result = LoadStream(*stream.Get());
+    if (SUCCEEDED(result)) storageState = StorageState::Scribble;
+    return result;
+  });
+}
+
+STDMETHODIMP Persistence::Save(IStorage* storage, BOOL) {
+  return AtEdge(core.Life(), [&] {
+    if (storage == nullptr) return E_POINTER;
+    // No storage is held between calls, so one that never was loaded from may be saved to as well.
+    if (storageState == StorageState::NoScribble || storageState == StorageState::HandsOff) return E_UNEXPECTED;
+    ComPtr<IStream> stream;
+    HRESULT result = storage->CreateStream(StreamName, STGM_CREATE | STGM_WRITE | STGM_SHARE_EXCLUSIVE, 0, 0, &stream);
+    if (SUCCEEDED(result)) result = SaveStream(*stream.Get());
+    if (SUCCEEDED(result)) storageState = StorageState::NoScribble;
+    return result;
+  });
+}
+
+STDMETHODIMP Persistence::SaveCompleted(IStorage* storage) {
+  return AtEdge(core.Life(), [&] {
+    if (storageState == StorageState::HandsOff && storage == nullptr) return E_INVALIDARG;
+    if (storageState != StorageState::NoScribble && storageState != StorageState::HandsOff) return E_UNEXPECTED;
+    storageState = StorageState::Scribble;
+    core.SetDirty(false);
+    if (IOleAdviseHolder* const advises = core.Advises()) advises->SendOnSave();
+    return S_OK;
+  });
+}
+
+STDMETHODIMP Persistence::HandsOffStorage() {
+  if (storageState == StorageState::None) return E_UNEXPECTED;
+  storageState = StorageState::HandsOff;
+  return S_OK;
+}
+
+STDMETHODIMP Persistence::Load(IPropertyBag* bag, IErrorLog* errors) {
+  return AtEdge(core.Life(), [&] {
+    if (bag == nullptr) return E_POINTER;
+    HostBag hostBag(*bag, errors);
+    Read(hostBag);
+    return S_OK;
+  });
+}
+
+STDMETHODIMP Persistence::Save(IPropertyBag* bag, BOOL clearDirty, BOOL saveAll) {
+  return AtEdge(core.Life(), [&] {
+    if (bag == nullptr) return E_POINTER;
+    HostBag hostBag(*bag, saveAll != 0);
+    core.Editor().UserControl_WriteProperties(hostBag);
+    if (SUCCEEDED(hostBag.Result()) && clearDirty != 0) core.SetDirty(false);
+    return hostBag.Result();
+  });
+}
+
+}  // namespace kw::activex

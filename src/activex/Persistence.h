@@ -1,0 +1,48 @@
+#pragma once
+
+#include <ocidl.h>
+#include <windows.h>
+
+#include "activex/EditorCore.h"
+#include "control/PropertyBag.h"
+
+namespace kw::activex {
+
+// How a container keeps the persisted properties: in a stream, in a storage or in a bag. All three hold the same
+// properties, which the control itself reads and writes.
+class Persistence : public IPersistStreamInit, public IPersistStorage, public IPersistPropertyBag {
+public:
+  STDMETHODIMP GetClassID(CLSID* classId) override;
+  STDMETHODIMP IsDirty() override;
+
+  STDMETHODIMP InitNew() override;
+  STDMETHODIMP Load(IStream* stream) override;
+  STDMETHODIMP Save(IStream* stream, BOOL clearDirty) override;
+  STDMETHODIMP GetSizeMax(ULARGE_INTEGER* size) override;
+
+  STDMETHODIMP InitNew(IStorage* storage) override;
+  STDMETHODIMP Load(IStorage* storage) override;
+  STDMETHODIMP Save(IStorage* storage, BOOL sameAsLoad) override;
+  STDMETHODIMP SaveCompleted(IStorage* storage) override;
+  STDMETHODIMP HandsOffStorage() override;
+
+  STDMETHODIMP Load(IPropertyBag* bag, IErrorLog* errors) override;
+  STDMETHODIMP Save(IPropertyBag* bag, BOOL clearDirty, BOOL saveAll) override;
+
+protected:
+  explicit Persistence(EditorCore& shared) : core(shared) {}
+  ~Persistence() = default;
+
+private:
+  // What the container allows between its calls when it keeps the control in a storage.
+  enum class StorageState : unsigned char { None, Scribble, NoScribble, HandsOff };
+
+  void Read(PropertyBag& bag);
+  HRESULT LoadStream(IStream& stream);
+  HRESULT SaveStream(IStream& stream);
+
+  EditorCore& core;
+  StorageState storageState = StorageState::None;
+};
+
+}  // namespace kw::activex

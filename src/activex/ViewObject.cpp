@@ -1,0 +1,97 @@
+#include "activex/ViewObject.h"
+
+#include "activex/Edge.h"
+
+namespace kw::activex {
+
+STDMETHODIMP ViewObject::Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, HDC, HDC drawContext, LPCRECTL bounds,
+                              LPCRECTL, BOOL(STDMETHODCALLTYPE*)(ULONG_PTR), ULONG_PTR) {
+  return AtEdge(core.Life(), [&] {
+    if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
+    if (drawContext == nullptr) return E_INVALIDARG;
+    RECT target = {};
+    if (bounds != nullptr) {
+      target = {bounds->left, bounds->top, bounds->right, bounds->bottom};
+    } else if (core.Activation().IsActive()) {
+      GetClientRect(core.Activation().Window(), &target);  // without bounds an active object draws where its window is
+    } else {
+      return E_INVALIDARG;
+    }
+    if (target.right == target.left || target.bottom == target.top) return S_OK;
+    windows::EditorWindow::Draw(core.Editor().Root(), drawContext, target);
+    return S_OK;
+  });
+}
+
+// The control draws in true colour.
+STDMETHODIMP ViewObject::GetColorSet(DWORD, LONG, void*, DVTARGETDEVICE*, HDC, LOGPALETTE** colours) {
+  if (colours == nullptr) return E_POINTER;
+  *colours = nullptr;
+  return S_FALSE;
+}
+
+STDMETHODIMP ViewObject::Freeze(DWORD, LONG, void*, DWORD* key) {
+  if (key != nullptr) *key = 0;
+  return E_NOTIMPL;
+}
+
+STDMETHODIMP ViewObject::Unfreeze(DWORD) { return E_NOTIMPL; }
+
+STDMETHODIMP ViewObject::SetAdvise(DWORD aspects, DWORD flags, IAdviseSink* sink) {
+  return AtEdge(core.Life(), [&] {
+    core.AdviseView(aspects, flags, sink);
+    return S_OK;
+  });
+}
+
+STDMETHODIMP ViewObject::GetAdvise(DWORD* aspects, DWORD* flags, IAdviseSink** sink) {
+  return AtEdge(core.Life(), [&] {
+    core.ViewAdvise(aspects, flags, sink);
+    return S_OK;
+  });
+}
+
+STDMETHODIMP ViewObject::GetExtent(DWORD aspect, LONG, DVTARGETDEVICE*, LPSIZEL size) {
+  if (size == nullptr) return E_POINTER;
+  if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
+  *size = core.Extent();
+  return S_OK;
+}
+
+STDMETHODIMP ViewObject::GetRect(DWORD aspect, LPRECTL rectangle) {
+  if (rectangle == nullptr) return E_POINTER;
+  if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
+  const SIZEL extent = core.Extent();
+  *rectangle = {0, 0, extent.cx, extent.cy};
+  return S_OK;
+}
+
+STDMETHODIMP ViewObject::GetViewStatus(DWORD* status) {
+  if (status == nullptr) return E_POINTER;
+  *status = VIEWSTATUS_OPAQUE | VIEWSTATUS_SOLIDBKGND;
+  return S_OK;
+}
+
+STDMETHODIMP ViewObject::QueryHitPoint(DWORD aspect, LPCRECT bounds, POINT point, LONG, DWORD* result) {
+  if (bounds == nullptr || result == nullptr) return E_POINTER;
+  if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
+  *result = PtInRect(bounds, point) != 0 ? HITRESULT_HIT : HITRESULT_OUTSIDE;
+  return S_OK;
+}
+
+STDMETHODIMP ViewObject::QueryHitRect(DWORD aspect, LPCRECT bounds, LPCRECT rectangle, LONG, DWORD* result) {
+  if (bounds == nullptr || rectangle == nullptr || result == nullptr) return E_POINTER;
+  if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
+  RECT common = {};
+  *result = IntersectRect(&common, bounds, rectangle) != 0 ? HITRESULT_HIT : HITRESULT_OUTSIDE;
+  return S_OK;
+}
+
+// Any size suits the control: it lays itself out.
+STDMETHODIMP ViewObject::GetNaturalExtent(DWORD, LONG, DVTARGETDEVICE*, HDC, DVEXTENTINFO*, LPSIZEL size) {
+  if (size == nullptr) return E_POINTER;
+  *size = {};
+  return E_NOTIMPL;
+}
+
+}  // namespace kw::activex
