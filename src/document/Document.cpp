@@ -93,17 +93,25 @@ bool Document::OpenAndSplit(Procedure& run) {
 // Last page first. False when a page cannot be read.
 bool Document::WritePages(Procedure& run, std::int16_t count) {
   for (std::int16_t page = count; page >= 1; --page) {
-    if (!run.Attempt([&] { KWPic.SelectPage(page); })) {
+    std::string path = run.Ask<std::string>([&] { return GetPageFileName(m_FilePath, page); }, {});
+    if (path.empty()) continue;
+    const std::int32_t error = run.Attempt([&] {
+      KWPic.SelectPage(page);
+      TakePageValue();
+      KWPic.Save(path);
+    });
+    if (error == static_cast<std::int32_t>(ErrorNumber::InvalidPicture)) {
       ReportFileError(run);
       return false;
     }
-    run([&] { TakePageValue(); });
-    std::string path = run.Ask<std::string>([&] { return GetPageFileName(m_FilePath, page); }, {});
-    const bool isWritten = !path.empty() && run([&] { KWPic.Save(path); });
+    if (error != 0) {
+      run.Report();
+      continue;
+    }
     run([&] {
       std::int16_t pageNo = page;
       std::int16_t totalPages = count;
-      if (isWritten) NewPageCreated.Raise(path, pageNo, totalPages);
+      NewPageCreated.Raise(path, pageNo, totalPages);
     });
   }
   return true;

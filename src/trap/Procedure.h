@@ -32,24 +32,33 @@ public:
       std::forward<Statement>(statement)();
       return true;
     } catch (const RunTimeError& error) {
-      if (isIgnoring) return false;
       trap.SetCurrentError(error);
     } catch (const std::bad_alloc&) {
-      if (isIgnoring) return false;
       trap.SetCurrentError(RunTimeError(ErrorNumber::OutOfMemory));
     } catch (const std::exception& error) {
-      if (isIgnoring) return false;
       trap.SetCurrentError(RunTimeError(static_cast<std::int32_t>(ErrorNumber::InternalError), error.what()));
     }
-    trap.HandleCriticalError();
+    if (!isIgnoring) Report();
     return false;
   }
+
+  // Reports the error that the last failing statement met.
+  void Report() { trap.HandleCriticalError(); }
 
   // The value of an expression; `otherwise` when it fails.
   template <class Value, class Expression>
   Value Ask(Expression&& expression, Value otherwise) {
     (*this)([&] { otherwise = std::forward<Expression>(expression)(); });
     return otherwise;
+  }
+
+  // Runs a statement whose failure the procedure deals with itself: its error's number, 0 when it ran to its end.
+  template <class Statement>
+  std::int32_t Attempt(Statement&& statement) {
+    const bool before = std::exchange(isIgnoring, true);
+    const bool succeeded = (*this)(std::forward<Statement>(statement));
+    isIgnoring = before;
+    return succeeded ? 0 : trap.CurrentError().Number();
   }
 
   // From now on a failing statement is skipped without a report.

@@ -40,6 +40,7 @@ public:
   void HandleCriticalError();
 
   // The run-time error that a trapped statement met last.
+  const RunTimeError& CurrentError() const { return currentError; }
   void SetCurrentError(RunTimeError error) { currentError = std::move(error); }
 
   // The last HistoryLimit characters of CR LF and name, one after the other.

@@ -1,0 +1,302 @@
+#include "support/EditorFixture.h"
+
+namespace kw::test {
+namespace {
+
+using Names = std::vector<std::string>;
+
+const std::string WorkToDo =
+    "Yet to implement : ReCreateUndoFileIndex\r\ntmrWatchClipBoard_Timer\r\nimgUndoBuffer(i).Picture = Nothing\r\n"
+    "mnuSelectAll_Click\r\nmnuMergeDown_Click\r\nPrintImageOnSinglePage PicImgBuffer\r\nSavePage\r\n"
+    "PicImgBuffer.DrawWidth = sldLineHeight.Value";
+const ScriptedDesktop::Box FileError{"Invalid file format..", "File Error", MessageButtons::Ok};
+
+std::string CaptionOf(int pages) { return "Page" + std::string(20, ' ') + "of " + std::to_string(pages); }
+
+using OpenFile = EditorTest;
+
+TEST_F(OpenFile, TracesEachProcedureInItsOrder) {
+  const std::string path = MakeImage("scan.bmp");
+  ForgetTrace();
+  control->OpenFile(path);
+  const Names expected{
+      "OpenFile",           "UnloadLayerItems", "Let IsFileChanged",    "TransLayers_Change",
+      "PageIndex_Change",   "UnloadLayerItems", "DoPostCommandProcess", "TransLayers_Change",  // its height
+      "TransLayers_Change",                                                                    // its width
+      "TransLayers_Change",                                                                    // its picture
+      "UpdateAndZoom",      "picCanvas_Resize", "SetScrollBalValues",   "DoPostCommandProcess",
+      "TransLayers_Change", "UpdateAndZoom",
+  };
+  EXPECT_EQ(Trace(), expected);
+}
+
+TEST_F(OpenFile, ShowsTheListOfPendingWorkFirstOnEveryCall) {
+  desktop.whileBoxIsUp = [&](const auto&) { EXPECT_EQ(control->OpenedDocument().FilePath(), ""); };
+  const std::string path = MakeImage("scan.bmp");
+  control->OpenFile(path);
+  desktop.whileBoxIsUp = nullptr;
+  control->OpenFile(path);
+  EXPECT_EQ(desktop.boxes, (std::vector<ScriptedDesktop::Box>{{WorkToDo, "", MessageButtons::Ok},
+                                                              {WorkToDo, "", MessageButtons::Ok}}));
+}
+
+TEST_F(OpenFile, OfOnePageShowsItWritesNoPageFileAndCountsOnePage) {
+  control->OpenFile(MakeImage("scan.bmp", 30, 40));
+  EXPECT_EQ(Form().TransLayers(1).Picture().Width(), 30);
+  EXPECT_EQ(Form().TransLayers(1).Width(), 30);
+  EXPECT_EQ(Form().TransLayers(1).Height(), 40);
+  EXPECT_EQ(Form().lblPageNo.Caption(), CaptionOf(1));
+  EXPECT_EQ(Form().lblImageSize.Caption(), "Size: 30 x 40");
+  EXPECT_TRUE(events.created.empty());
+  EXPECT_EQ(events.changedTo, std::vector<int>{0});
+  EXPECT_FALSE(Exists(folder.File("scan_Page_1.bmp")));
+  EXPECT_FALSE(IsEnabled("PrevPage"));
+  EXPECT_FALSE(IsEnabled("NextPage"));
+  EXPECT_EQ(Form().cmbPageNo.ItemCount(), 1);
+  EXPECT_EQ(Form().cmbPageNo.Text(), "1");
+  EXPECT_TRUE(Form().kwraTools.Enabled());
+  EXPECT_TRUE(events.errors.empty());
+}
+
+TEST_F(OpenFile, OfThreePagesWritesThePageFilesLastToFirstAndShowsPageOne) {
+  const std::string path = MakeDocument("D.tif", 3);
+  const std::string before = ReadWhole(path);
+  control->OpenFile(path);
+  EXPECT_EQ(events.created, (std::vector<RecordedEvents::Page>{{folder.File("D_Page_3.tif"), 3, 3},
+                                                               {folder.File("D_Page_2.tif"), 2, 3},
+                                                               {folder.File("D_Page_1.tif"), 1, 3}}));
+  for (int page = 1; page <= 3; ++page) {
+    KWPicEd engine;
+    ASSERT_TRUE(engine.Load(folder.File("D_Page_" + std::to_string(page) + ".tif")));
+    EXPECT_EQ(engine.PageCount(), 1);
+    EXPECT_EQ(engine.Width(), 10 * page);
+  }
+  EXPECT_EQ(Form().lblPageNo.Caption(), "Page                    of 3");
+  EXPECT_EQ(Form().TransLayers(1).Picture().Width(), 10);
+  EXPECT_EQ(events.changedTo, std::vector<int>{1});
+  EXPECT_FALSE(IsEnabled("PrevPage"));
+  EXPECT_TRUE(IsEnabled("NextPage"));
+  EXPECT_EQ(ReadWhole(path), before);
+}
+
+TEST_F(OpenFile, OfAFirstPageFileProbesForTheOtherPagesUpToTheFirstGap) {
+  for (const char* name : {"D_Page_1.tif", "D_Page_2.tif", "D_Page_4.tif"}) MakeDocument(name, 1);
+  control->OpenFile(folder.File("D_Page_1.tif"));
+  EXPECT_EQ(Form().PageIndex.Max(), 2);
+  EXPECT_EQ(Form().lblPageNo.Caption(), CaptionOf(2));
+  EXPECT_EQ(control->OpenedDocument().FilePath(), folder.File("D.tif"));
+  EXPECT_EQ(control->OpenedDocument().CurrentPageNo(), 1);
+  EXPECT_TRUE(events.created.empty());
+  EXPECT_TRUE(Form().TransLayers(1).HasPicture());
+}
+
+TEST_F(OpenFile, NamesEveryLaterSplitAfterTheFirstDocumentOfTheControl) {
+  control->OpenFile(MakeDocument("first.tif", 2));
+  control->OpenFile(MakeDocument("second.tif", 3));
+  EXPECT_EQ(events.created.back().path, folder.File("first_Page_1.tif"));
+  EXPECT_FALSE(Exists(folder.File("second_Page_1.tif")));
+  EXPECT_EQ(control->OpenedDocument().FirstFilePath(), folder.File("first.tif"));
+  EXPECT_EQ(control->OpenedDocument().FilePath(), folder.File("first.tif"));
+}
+
+TEST_F(OpenFile, StartsTheDefaultToolsTimerAfresh) {
+  desktop.FireTimer(Form().tmrDefaultToolsSelection);
+  Form().tbrEditingTools.SetButtonPressed("Line", true);
+  control->OpenFile(MakeImage("scan.bmp"));
+  ASSERT_TRUE(desktop.FireTimer(Form().tmrDefaultToolsSelection));
+  EXPECT_TRUE(Form().tbrEditingTools.ButtonOf("Text").pressed);
+}
+
+TEST_F(OpenFile, UnloadsFloatingLayersAndMarkersAndReturnsToThePageLayer) {
+  control->OpenFile(MakeImage("scan.bmp"));
+  Form().TransLayers.Load(2);
+  Form().TransLayers.Load(3);
+  Form().point1.Load(1);
+  control->LayerRoom().SetCurrentLayer(3);
+  control->OpenFile(MakeImage("scan.bmp"));
+  EXPECT_EQ(Form().TransLayers.Count(), 2);
+  EXPECT_EQ(Form().point1.Count(), 1);
+  EXPECT_EQ(control->LayerRoom().CurrentLayerIndex(), 1);
+  EXPECT_TRUE(events.errors.empty());
+}
+
+TEST_F(OpenFile, ResetsScrollingAndTheChangedState) {
+  control->OpenFile(MakeImage("large.bmp", 2000, 2000));
+  control->LetIsFileChanged(true);
+  Form().vScroll.UserSetValue(100);
+  Form().hScroll.UserSetValue(100);
+  control->OpenFile(MakeImage("scan.bmp", 2000, 2000));
+  EXPECT_EQ(Form().vScroll.Value(), 0);
+  EXPECT_EQ(Form().picCanvas.Top(), 0);
+  EXPECT_EQ(Form().picCanvas.Left(), 0);
+  EXPECT_FALSE(control->m_IsFileChanged);
+  EXPECT_FALSE(IsEnabled("Save"));
+}
+
+TEST_F(OpenFile, RecognisesTheFormatByContent) {
+  const std::string path = MakeImage("scan.bmp");
+  std::filesystem::rename(ToFilesystemPath(path), ToFilesystemPath(folder.File("scan.jpg")));
+  control->OpenFile(folder.File("scan.jpg"));
+  EXPECT_TRUE(Form().TransLayers(1).HasPicture());
+  EXPECT_TRUE(events.errors.empty());
+}
+
+TEST_F(OpenFile, TakesUnicodeAndLongPaths) {
+  std::string deep = folder.File(
+      "Gr\xC3\xBC\xC3\x9F"
+      "e \xE6\x96\x87\xE6\x9B\xB8");
+  for (int i = 0; i < 6; ++i) deep += "\\" + std::string(50, static_cast<char>('a' + i));
+  std::filesystem::create_directories(ToFilesystemPath(deep));
+  const std::string path = deep + "\\\xD1\x81\xD0\xBA\xD0\xB0\xD0\xBD.tif";
+  WriteWhole(path, GreyTiff(2));
+  control->OpenFile(path);
+  ASSERT_EQ(events.created.size(), 2U);
+  EXPECT_EQ(events.created[1].path, deep + "\\\xD1\x81\xD0\xBA\xD0\xB0\xD0\xBD_Page_1.tif");
+  EXPECT_TRUE(Form().TransLayers(1).HasPicture());
+  std::filesystem::remove_all(ToFilesystemPath(deep));
+}
+
+using BadFile = EditorTest;
+
+TEST_F(BadFile, OfEveryKindGivesTheFileErrorAndTheNextFileOpens) {
+  const std::string good = MakeImage("good.bmp");
+  WriteWhole(folder.File("empty.tif"), "");
+  WriteWhole(folder.File("text.tif"), "this is no image");
+  WriteWhole(folder.File("cut.tif"), GreyTiff(3).substr(0, 60));
+  WriteWhole(folder.File("cut.bmp"), ReadWhole(good).substr(0, 30));
+  std::filesystem::create_directories(ToFilesystemPath(folder.File("folder.tif")));
+  for (const char* name : {"missing.tif", "empty.tif", "text.tif", "cut.tif", "cut.bmp", "folder.tif", ""}) {
+    desktop.boxes.clear();
+    control->OpenFile(folder.File(name));
+    ASSERT_EQ(desktop.boxes.size(), 2U) << name;
+    EXPECT_EQ(desktop.boxes[1], FileError) << name;
+    EXPECT_FALSE(control->GetIsEditable());
+    EXPECT_FALSE(Form().TransLayers(1).HasPicture());
+    EXPECT_EQ(Form().editor.Pointer(), MousePointer::Default);
+    control->LetIsEditable(true);
+    control->OpenFile(good);
+    EXPECT_TRUE(Form().TransLayers(1).HasPicture());
+  }
+  EXPECT_TRUE(events.errors.empty());
+  EXPECT_TRUE(events.created.empty());
+}
+
+TEST_F(BadFile, CutShortInAPageEndsTheSplitAtThatPageWithoutHalfAPageFile) {
+  // Page 2's pixels are said to lie beyond the end.
+  std::string bytes = GreyTiff(3);
+  WriteWhole(folder.File("D.tif"), bytes.substr(0, bytes.size() - 10));
+  control->OpenFile(folder.File("D.tif"));
+  EXPECT_EQ(desktop.boxes.back(), FileError);
+  EXPECT_FALSE(Exists(folder.File("D_Page_3.tif")));
+  EXPECT_TRUE(events.created.empty());
+  EXPECT_TRUE(events.errors.empty());
+}
+
+TEST_F(BadFile, APathWithoutADotReachesTheErrorTrapWhenPagesNeedNames) {
+  const std::string path = folder.File("scan");
+  if (path.find('.') != std::string::npos) GTEST_SKIP() << "the temporary folder has a dot in its name";
+  WriteWhole(path, GreyTiff(2));
+  control->OpenFile(path);
+  EXPECT_EQ(events.errors, std::vector<int>{5});
+  EXPECT_FALSE(Form().editor.Enabled());
+  EXPECT_EQ(desktop.boxes.back(), FileError);
+}
+
+TEST_F(BadFile, AFolderThatCannotBeWrittenIsReportedOnceAndNoPageFileIsAnnounced) {
+  std::filesystem::create_directories(ToFilesystemPath(folder.File("D_Page_2.tif")));
+  std::filesystem::create_directories(ToFilesystemPath(folder.File("D_Page_1.tif")));
+  control->OpenFile(MakeDocument("D.tif", 2));
+  EXPECT_EQ(events.errors.size(), 1U);
+  EXPECT_TRUE(events.created.empty());
+}
+
+using Paging = EditorTest;
+
+TEST_F(Paging, ByTheButtonsStaysWithinTheDocument) {
+  control->OpenFile(MakeDocument("D.tif", 3));
+  events.changedTo.clear();
+  ToolBar& bar = BasicBar("NextPage");
+  bar.UserClick("NextPage");
+  EXPECT_EQ(Form().TransLayers(1).Picture().Width(), 20);
+  EXPECT_TRUE(IsEnabled("PrevPage"));
+  EXPECT_TRUE(IsEnabled("NextPage"));
+  bar.UserClick("NextPage");
+  EXPECT_EQ(Form().TransLayers(1).Picture().Width(), 30);
+  EXPECT_FALSE(IsEnabled("NextPage"));
+  bar.UserClick("NextPage");
+  bar.UserClick("PrevPage");
+  EXPECT_EQ(events.changedTo, (std::vector<int>{2, 3, 2}));
+  EXPECT_EQ(Form().cmbPageNo.Text(), "2");
+  EXPECT_EQ(control->OpenedDocument().CurrentPageNo(), 2);
+}
+
+TEST_F(Paging, PastEitherEndDoesNothing) {
+  control->OpenFile(MakeDocument("D.tif", 2));
+  events.changedTo.clear();
+  Form().PageIndex.SetValue(0);
+  Form().PageIndex.SetValue(2);
+  Form().PageIndex.SetValue(3);
+  EXPECT_EQ(events.changedTo, std::vector<int>{2});
+}
+
+TEST_F(Paging, ByTheListChangesThePageAndTheSamePageAgainDoesNothing) {
+  control->OpenFile(MakeDocument("D.tif", 3));
+  events.changedTo.clear();
+  Form().cmbPageNo.UserChoose(3);
+  EXPECT_EQ(Form().TransLayers(1).Picture().Width(), 30);
+  Form().cmbPageNo.UserChoose(3);
+  EXPECT_EQ(events.changedTo, std::vector<int>{3});
+}
+
+TEST_F(Paging, TheOnlyPageChosenAgainDoesNothing) {
+  control->OpenFile(MakeImage("scan.bmp"));
+  events.changedTo.clear();
+  Form().cmbPageNo.UserChoose(1);
+  EXPECT_TRUE(events.changedTo.empty());
+  EXPECT_EQ(desktop.boxes.size(), 1U);
+}
+
+TEST_F(Paging, AfterEditingShowsNoPrompt) {
+  control->OpenFile(MakeDocument("D.tif", 2));
+  control->LetIsSaveButtonEnabled(true);
+  control->LetIsFileChanged(true);
+  desktop.boxes.clear();
+  BasicBar("NextPage").UserClick("NextPage");
+  EXPECT_TRUE(desktop.boxes.empty());
+  EXPECT_EQ(control->OpenedDocument().CurrentPageNo(), 2);
+}
+
+TEST_F(Paging, ToAPageThatIsGoneKeepsTheNewPageNumberAndGivesTheFileError) {
+  control->OpenFile(MakeDocument("D.tif", 3));
+  RemoveFileAt(folder.File("D_Page_2.tif"));
+  BasicBar("NextPage").UserClick("NextPage");
+  EXPECT_EQ(desktop.boxes.back(), FileError);
+  EXPECT_EQ(control->OpenedDocument().CurrentPageNo(), 2);
+  EXPECT_EQ(Form().cmbPageNo.Text(), "2");
+  EXPECT_FALSE(control->GetIsEditable());
+}
+
+TEST_F(Paging, DropsFloatingLayersAndRestoresTheView) {
+  control->OpenFile(MakeDocument("D.tif", 2));
+  Form().TransLayers.Load(2);
+  control->LayerRoom().SetCurrentLayer(2);
+  BasicBar("NextPage").UserClick("NextPage");
+  EXPECT_EQ(Form().TransLayers.UBound(), 1);
+  EXPECT_EQ(control->LayerRoom().CurrentLayerIndex(), 1);
+  EXPECT_EQ(Form().editor.Pointer(), MousePointer::Default);
+  EXPECT_TRUE(events.errors.empty());
+}
+
+TEST_F(Paging, MayBeDoneFromTheEventOfAPageChange) {
+  control->OpenFile(MakeDocument("D.tif", 3));
+  events.onPageChanged = [&] {
+    events.onPageChanged = nullptr;
+    Form().PageIndex.SetValue(3);
+  };
+  BasicBar("NextPage").UserClick("NextPage");
+  EXPECT_EQ(Form().TransLayers(1).Picture().Width(), 30);
+  EXPECT_TRUE(events.errors.empty());
+}
+
+}  // namespace
+}  // namespace kw::test

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "components/Bitmap.h"
+
+namespace kw::test {
+
+// Saves a picture in the format of the path's extension.
+void SavePicture(const Bitmap& picture, const std::string& path);
+
+// Bytes of an uncompressed grey TIFF whose page p (from 1) is 10 p wide, 20 high and of the grey value p.
+std::string GreyTiff(int pages);
+
+}  // namespace kw::test
