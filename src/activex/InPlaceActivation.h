@@ -1,7 +1,8 @@
 #pragma once
 
-#include <oleidl.h>
 #include <windows.h>
+
+#include <oleidl.h>
 #include <wrl/client.h>
 
 #include <memory>

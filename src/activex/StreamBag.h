@@ -1,7 +1,8 @@
 #pragma once
 
-#include <objidl.h>
 #include <windows.h>
+
+#include <objidl.h>
 
 #include <cstdint>
 #include <string>
