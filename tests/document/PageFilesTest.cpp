@@ -2,22 +2,14 @@
 
 #include <gtest/gtest.h>
 
-#include "components/RunTimeError.h"
+#include "support/Errors.h"
 #include "support/ScriptedDesktop.h"
 #include "trap/Trap.h"
 
 namespace kw {
 namespace {
 
-template <class Call>
-std::int32_t ErrorOf(Call&& call) {
-  try {
-    call();
-  } catch (const RunTimeError& error) {
-    return error.Number();
-  }
-  return 0;
-}
+using test::ErrorOf;
 
 class WorkFolderTest : public testing::Test {
 protected:
