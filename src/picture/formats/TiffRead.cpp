@@ -30,23 +30,25 @@ struct Layout {
   Alpha alpha = Alpha::None;
 
   bool IsGrey() const { return photometric == PHOTOMETRIC_MINISWHITE || photometric == PHOTOMETRIC_MINISBLACK; }
-  // One sample that is an index or a level of grey.
+  // The first sample is an index or a level of grey, and none tells how transparent it is.
   bool IsIndexed() const {
-    return plainNumbers && samples == 1 &&
+    return plainNumbers && alpha == Alpha::None &&
            ((IsGrey() && bits <= 16) || (photometric == PHOTOMETRIC_PALETTE && bits <= 8));
   }
   // Red, green, blue and perhaps more.
-  bool IsColour() const { return plainNumbers && photometric == PHOTOMETRIC_RGB && samples >= 3 && bits <= 16; }
+  bool IsColour() const {
+    return plainNumbers && photometric == PHOTOMETRIC_RGB && samples >= (alpha == Alpha::None ? 3 : 4) && bits <= 16;
+  }
   int Depth() const {
     if (!IsIndexed()) return alpha == Alpha::None ? 24 : 32;
     return bits == 1 ? 1 : bits <= 4 ? 4 : 8;
   }
 };
 
-Alpha AlphaOf(TIFF* codec, std::uint16_t samples) {
+Alpha AlphaOf(TIFF* codec) {
   std::uint16_t count = 0;
   std::uint16_t* kinds = nullptr;
-  if (samples < 4 || TIFFGetFieldDefaulted(codec, TIFFTAG_EXTRASAMPLES, &count, &kinds) != 1 || count == 0) {
+  if (TIFFGetFieldDefaulted(codec, TIFFTAG_EXTRASAMPLES, &count, &kinds) != 1 || count == 0) {
     return Alpha::None;
   }
   return kinds[0] == EXTRASAMPLE_UNASSALPHA   ? Alpha::Straight
@@ -74,7 +76,7 @@ Layout LayoutOf(const TiffHandle& tiff) {
     tiff.Set(TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
     layout.photometric = PHOTOMETRIC_RGB;
   }
-  layout.alpha = AlphaOf(tiff.Get(), layout.samples);
+  layout.alpha = AlphaOf(tiff.Get());
   return layout;
 }
 
@@ -177,7 +179,8 @@ private:
   void ReadLines(std::uint16_t plane) {
     auto line = Buffer(TIFFScanlineSize(tiff.Get()));
     // Rows that are stored as the page holds them are decoded into it.
-    const bool inPlace = channels == 1 && layout.bits == page.BitsPerPixel() && line.size() <= page.Stride();
+    const bool inPlace = channels == 1 && (layout.samples == 1 || layout.planar) &&
+                         layout.bits == page.BitsPerPixel() && line.size() <= page.Stride();
     for (std::int32_t y = 0; y < page.Height(); ++y) {
       std::uint8_t* target = inPlace ? page.MutableRow(y).data() : line.data();
       tiff.Require(TIFFReadScanline(tiff.Get(), target, static_cast<std::uint32_t>(y), plane) == 1);
@@ -231,8 +234,9 @@ private:
 
   void TakeIndices(const Part& part, std::span<std::uint8_t> row) const {
     const auto depth = static_cast<unsigned>(page.BitsPerPixel());
+    const std::size_t step = layout.planar ? 1 : layout.samples;
     for (std::size_t i = 0; i < part.count; ++i) {
-      unsigned value = SampleAt(part.samples, i, layout.bits);
+      unsigned value = SampleAt(part.samples, i * step, layout.bits);
       if (layout.bits > 8) value = Scaled(value);
       const std::size_t bit = (part.x + i) * depth;
       const unsigned shift = 8 - depth - static_cast<unsigned>(bit % 8);
