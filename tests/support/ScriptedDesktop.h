@@ -10,6 +10,7 @@
 
 #include "components/Desktop.h"
 #include "components/Files.h"
+#include "components/RunTimeError.h"
 #include "components/Timer.h"
 
 namespace kw::test {
