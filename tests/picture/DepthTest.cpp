@@ -1,0 +1,135 @@
+#include "picture/Depth.h"
+
+#include <set>
+
+#include "Scratch.h"
+#include "picture/KWPicEd.h"
+#include "picture/Signature.h"
+
+namespace kw {
+namespace {
+
+std::vector<Rgb> ColoursOf(const Bitmap& picture) {
+  std::vector<Rgb> colours;
+  for (std::int32_t y = 0; y < picture.Height(); ++y) {
+    for (std::int32_t x = 0; x < picture.Width(); ++x) colours.push_back(picture.PixelAt(x, y));
+  }
+  return colours;
+}
+
+TEST(Depth, MoreBitsLoseNothing) {
+  for (const int from : {1, 4, 8, 24}) {
+    const Bitmap picture = Noise(33, 9, from);
+    for (const int to : {1, 4, 8, 24, 32}) {
+      if (to < from) continue;
+      const Bitmap result = ToDepth(picture, to);
+      EXPECT_EQ(to, result.BitsPerPixel());
+      EXPECT_EQ(ColoursOf(picture), ColoursOf(result)) << from << " to " << to;
+    }
+  }
+}
+
+TEST(Depth, FewColoursSurviveFewerBits) {
+  for (const int from : {1, 4, 8}) {
+    const Bitmap picture = Noise(33, 9, from);
+    EXPECT_EQ(ColoursOf(picture), ColoursOf(ToDepth(ToDepth(picture, 24), from))) << from;
+  }
+}
+
+TEST(Depth, ManyColoursBecomeAsManyAsThereIsRoomFor) {
+  const Bitmap picture = Noise(200, 100, 24);
+  for (const int depth : {4, 8}) {
+    const Bitmap result = ToDepth(picture, depth);
+    EXPECT_EQ(depth, result.BitsPerPixel());
+    std::set<std::uint32_t> used;
+    for (const Rgb& c : ColoursOf(result)) used.insert(c.red * 65536U + c.green * 256U + c.blue);
+    EXPECT_GT(used.size(), std::size_t{1} << (depth - 1));
+  }
+}
+
+TEST(Depth, ManyColoursBecomeBlackAndWhiteInOneBit) {
+  Bitmap picture(3, 1, 24);
+  const auto row = picture.MutableRow(0);
+  std::fill_n(row.begin(), 3, std::uint8_t{127});
+  std::fill_n(row.begin() + 3, 3, std::uint8_t{128});
+  std::fill_n(row.begin() + 6, 3, std::uint8_t{200});
+  const Bitmap result = ToDepth(picture, 1);
+  EXPECT_EQ((Rgb{0, 0, 0}), result.PixelAt(0, 0));
+  EXPECT_EQ((Rgb{255, 255, 255}), result.PixelAt(1, 0));
+  EXPECT_EQ((Rgb{255, 255, 255}), result.PixelAt(2, 0));
+}
+
+TEST(Depth, ResolutionStays) {
+  Bitmap picture = Noise(5, 5, 24);
+  picture.SetResolution(150, 75);
+  for (const int depth : {1, 4, 8, 24, 32}) {
+    EXPECT_EQ(150, ToDepth(picture, depth).HorizontalResolution());
+    EXPECT_EQ(75, ToDepth(picture, depth).VerticalResolution());
+  }
+}
+
+TEST(Depth, EngineTakesTheNextDepthUpAndSaysWhich) {
+  struct Case {
+    std::int16_t wanted;
+    std::int16_t given;
+  };
+  for (const Case& step : {Case{1, 1}, Case{2, 4}, Case{4, 4}, Case{5, 8}, Case{8, 8}, Case{15, 24}, Case{16, 24},
+                           Case{24, 24}, Case{25, 32}, Case{32, 32}, Case{48, 24}, Case{32767, 24}}) {
+    KWPicEd engine;
+    engine.Replace(Noise(20, 10, 8));
+    std::int16_t bits = step.wanted;
+    engine.ConvertToBitsPerPixel(bits);
+    EXPECT_EQ(step.given, bits) << step.wanted;
+    EXPECT_EQ(step.given, engine.BitsPerPixel()) << step.wanted;
+    EXPECT_EQ(20, engine.Width());
+  }
+}
+
+TEST(Depth, EngineKeepsAlphaWhereMoreThan32BitsAreAskedFor) {
+  KWPicEd engine;
+  engine.Replace(Noise(20, 10, 32));
+  std::int16_t bits = 64;
+  engine.ConvertToBitsPerPixel(bits);
+  EXPECT_EQ(32, bits);
+  EXPECT_TRUE(SamePicture(Noise(20, 10, 32), engine.Current()));
+}
+
+TEST(Depth, EngineRefusesNoBits) {
+  KWPicEd engine;
+  engine.Replace(Noise(20, 10, 8));
+  for (std::int16_t bits : {std::int16_t{0}, std::int16_t{-8}}) {
+    EXPECT_EQ(NumberOf(ErrorNumber::InvalidProcedureCall), ErrorOf([&] { engine.ConvertToBitsPerPixel(bits); }));
+  }
+  EXPECT_TRUE(SamePicture(Noise(20, 10, 8), engine.Current()));
+}
+
+TEST(Signature, PaperBecomesWhiteAndInkStaysDark) {
+  for (const int depth : {4, 8, 24, 32}) {
+    Bitmap scan(40, 20, 24);
+    for (std::int32_t y = 0; y < 20; ++y) {
+      const auto row = scan.MutableRow(y);
+      for (std::size_t x = 0; x < 40; ++x) {
+        const bool ink = y == 10 && x > 5;
+        const auto level = static_cast<std::uint8_t>(ink ? 20 : 205 + (x + static_cast<std::size_t>(y)) % 7);
+        std::fill_n(row.begin() + static_cast<std::ptrdiff_t>(x * 3), 3, level);
+      }
+    }
+    KWPicEd engine;
+    engine.Replace(ToDepth(scan, depth));
+    engine.PrepareSignature();
+    EXPECT_EQ((Rgb{255, 255, 255}), engine.Current().PixelAt(2, 2)) << depth;
+    EXPECT_EQ((Rgb{255, 255, 255}), engine.Current().PixelAt(39, 19)) << depth;
+    EXPECT_LT(engine.Current().PixelAt(20, 10).red, 40) << depth;
+    EXPECT_EQ(40, engine.Width());
+  }
+}
+
+TEST(Signature, BlackPictureStaysBlack) {
+  const Bitmap result = WithWhitePaper(Bitmap(8, 8, 24));
+  EXPECT_EQ((Rgb{0, 0, 0}), result.PixelAt(4, 4));
+}
+
+TEST(Signature, OneBitScanStaysOneBit) { EXPECT_TRUE(SamePicture(FaxPage(64, 40), WithWhitePaper(FaxPage(64, 40)))); }
+
+}  // namespace
+}  // namespace kw
