@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace kw::host {
+
+inline constexpr wchar_t Usage[] =
+    L"KwHost.exe [FILE] [--appdir DIR] [--background FILE] [--signature FILE] [--editable yes|no]";
+
+// What the program is started with. Paths are complete, an empty one was not given.
+struct CommandLine {
+  std::wstring file;
+  std::wstring appDir;  // ends with a backslash
+  std::wstring background;
+  std::wstring signature;
+  bool isEditable = true;
+};
+
+// Arguments that make no sense; the message says which.
+struct UsageError {
+  std::wstring message;
+};
+
+// Takes the arguments after the program's name. Throws UsageError.
+CommandLine ParseCommandLine(const std::vector<std::wstring>& arguments);
+
+}  // namespace kw::host

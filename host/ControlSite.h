@@ -1,0 +1,88 @@
+#pragma once
+
+#include <ocidl.h>
+#include <wrl/client.h>
+
+#include "ComObject.h"
+#include "Container.h"
+
+namespace kw::host {
+
+// The window's frame as the control sees it; it knows which object takes the keyboard.
+class ControlFrame final : public ComObject<IOleInPlaceFrame> {
+public:
+  explicit ControlFrame(Container& owner) : container(owner) {}
+
+  // The control while it is UI-active, otherwise null.
+  IOleInPlaceActiveObject* ActiveObject() const { return active.Get(); }
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
+
+  STDMETHODIMP GetWindow(HWND* window) override;
+  STDMETHODIMP ContextSensitiveHelp(BOOL) override { return E_NOTIMPL; }
+
+  STDMETHODIMP GetBorder(RECT*) override { return INPLACE_E_NOTOOLSPACE; }
+  STDMETHODIMP RequestBorderSpace(LPCBORDERWIDTHS) override { return INPLACE_E_NOTOOLSPACE; }
+  STDMETHODIMP SetBorderSpace(LPCBORDERWIDTHS) override { return S_OK; }
+  STDMETHODIMP SetActiveObject(IOleInPlaceActiveObject* object, LPCOLESTR name) override;
+
+  STDMETHODIMP InsertMenus(HMENU, LPOLEMENUGROUPWIDTHS) override { return E_NOTIMPL; }
+  STDMETHODIMP SetMenu(HMENU, HOLEMENU, HWND) override { return S_OK; }
+  STDMETHODIMP RemoveMenus(HMENU) override { return E_NOTIMPL; }
+  STDMETHODIMP SetStatusText(LPCOLESTR) override { return E_NOTIMPL; }
+  STDMETHODIMP EnableModeless(BOOL enable) override;
+  STDMETHODIMP TranslateAccelerator(LPMSG, WORD) override { return S_FALSE; }
+
+private:
+  Container& container;
+  Microsoft::WRL::ComPtr<IOleInPlaceActiveObject> active;
+};
+
+// The place of the control in the window: its client site, and the ambient properties as IDispatch.
+class ControlSite final : public ComObject<IOleClientSite, IOleInPlaceSite, IOleControlSite, IDispatch> {
+public:
+  ControlSite(Container& owner, ControlFrame& windowFrame) : container(owner), frame(&windowFrame) {}
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
+
+  STDMETHODIMP SaveObject() override { return E_NOTIMPL; }
+  STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker** moniker) override;
+  STDMETHODIMP GetContainer(IOleContainer** object) override;
+  STDMETHODIMP ShowObject() override { return S_OK; }
+  STDMETHODIMP OnShowWindow(BOOL) override { return S_OK; }
+  STDMETHODIMP RequestNewObjectLayout() override { return E_NOTIMPL; }
+
+  STDMETHODIMP GetWindow(HWND* window) override;
+  STDMETHODIMP ContextSensitiveHelp(BOOL) override { return E_NOTIMPL; }
+  STDMETHODIMP CanInPlaceActivate() override { return S_OK; }
+  STDMETHODIMP OnInPlaceActivate() override { return S_OK; }
+  STDMETHODIMP OnUIActivate() override { return S_OK; }
+  STDMETHODIMP GetWindowContext(IOleInPlaceFrame** windowFrame, IOleInPlaceUIWindow** document, LPRECT position,
+                                LPRECT clip, LPOLEINPLACEFRAMEINFO info) override;
+  STDMETHODIMP Scroll(SIZE) override { return E_NOTIMPL; }
+  STDMETHODIMP OnUIDeactivate(BOOL) override { return S_OK; }
+  STDMETHODIMP OnInPlaceDeactivate() override { return S_OK; }
+  STDMETHODIMP DiscardUndoState() override { return S_OK; }
+  STDMETHODIMP DeactivateAndUndo() override { return E_NOTIMPL; }
+  STDMETHODIMP OnPosRectChange(LPCRECT) override { return S_OK; }  // the window alone decides where the control is
+
+  STDMETHODIMP OnControlInfoChanged() override { return S_OK; }
+  STDMETHODIMP LockInPlaceActive(BOOL) override { return E_NOTIMPL; }
+  STDMETHODIMP GetExtendedControl(IDispatch** extended) override;
+  STDMETHODIMP TransformCoords(POINTL*, POINTF*, DWORD) override { return E_NOTIMPL; }
+  STDMETHODIMP TranslateAccelerator(MSG* message, DWORD modifiers) override;
+  STDMETHODIMP OnFocus(BOOL) override { return S_OK; }
+  STDMETHODIMP ShowPropertyFrame() override { return E_NOTIMPL; }
+
+  STDMETHODIMP GetTypeInfoCount(UINT* count) override;
+  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+  STDMETHODIMP Invoke(DISPID id, REFIID iid, LCID locale, WORD flags, DISPPARAMS* arguments, VARIANT* result,
+                      EXCEPINFO* exception, UINT* badArgument) override;
+
+private:
+  Container& container;
+  Microsoft::WRL::ComPtr<ControlFrame> frame;
+};
+
+}  // namespace kw::host

@@ -1,0 +1,123 @@
+#include "EditorControl.h"
+
+#include <filesystem>
+
+#include "Resource.h"
+
+namespace kw::host {
+namespace {
+
+using Microsoft::WRL::ComPtr;
+
+void Check(HRESULT result, const wchar_t* step) {
+  if (FAILED(result)) throw ControlError{std::wstring(step) + L" failed.\n" + ErrorText(result)};
+}
+
+std::filesystem::path ProgramFolder() {
+  std::wstring path(MAX_PATH, L'\0');
+  while (GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())) == path.size())
+    path.resize(path.size() * 2);
+  return std::filesystem::path(path.c_str()).parent_path();
+}
+
+// While it lives, COM finds the control by the manifest KwEditor.manifest, with no entry in the registry. Where no
+// KwEditor.ocx lies beside the program it changes nothing, and the registered control is found.
+class WithoutRegistration {
+public:
+  WithoutRegistration() {
+    if (!std::filesystem::exists(ProgramFolder() / L"KwEditor.ocx")) return;
+    ACTCTXW request = {};
+    request.cbSize = sizeof request;
+    request.dwFlags = ACTCTX_FLAG_HMODULE_VALID | ACTCTX_FLAG_RESOURCE_NAME_VALID;
+    request.hModule = GetModuleHandleW(nullptr);
+    request.lpResourceName = MAKEINTRESOURCEW(EDITOR_MANIFEST);
+    context = CreateActCtxW(&request);
+    if (context != INVALID_HANDLE_VALUE) isActive = ActivateActCtx(context, &cookie) != FALSE;
+  }
+  ~WithoutRegistration() {
+    if (isActive) DeactivateActCtx(0, cookie);
+    if (context != INVALID_HANDLE_VALUE) ReleaseActCtx(context);
+  }
+  WithoutRegistration(const WithoutRegistration&) = delete;
+  WithoutRegistration& operator=(const WithoutRegistration&) = delete;
+
+private:
+  HANDLE context = INVALID_HANDLE_VALUE;
+  ULONG_PTR cookie = 0;
+  bool isActive = false;
+};
+
+}  // namespace
+
+EditorControl::EditorControl(Container& owner) : container(owner) {
+  {
+    const WithoutRegistration manifest;
+    Check(CoCreateInstance(CLSID_KwEditorLayers, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&editor)),
+          L"Making the control (is KwEditor.ocx registered, or beside KwHost.exe?)");
+  }
+  Check(editor.As(&object), L"Asking for IOleObject");
+  frame.Attach(new ControlFrame(container));
+  site.Attach(new ControlSite(container, *frame.Get()));
+  Check(object->SetClientSite(site.Get()), L"Siting the control");
+
+  ComPtr<IPersistStreamInit> persistence;  // or Load, from where the properties were saved
+  if (SUCCEEDED(editor.As(&persistence))) Check(persistence->InitNew(), L"Initialising the control");
+
+  ComPtr<ITypeInfo> members;
+  ComPtr<ITypeLib> library;
+  ComPtr<ITypeInfo> eventInfo;
+  UINT index = 0;
+  Check(editor->GetTypeInfo(0, LOCALE_USER_DEFAULT, &members), L"Asking for the type information");
+  Check(members->GetContainingTypeLib(&library, &index), L"Asking for the type library");
+  Check(library->GetTypeInfoOfGuid(DIID___KwEditorLayers, &eventInfo), L"Finding the events in the type library");
+  ComPtr<EventSink> eventSink;
+  ComPtr<PropertySink> propertySink;
+  eventSink.Attach(new EventSink(container, *eventInfo.Get(), DIID___KwEditorLayers));
+  propertySink.Attach(new PropertySink(container));
+  events.emplace(*editor.Get(), DIID___KwEditorLayers, *eventSink.Get());
+  properties.emplace(*editor.Get(), IID_IPropertyNotifySink, *propertySink.Get());
+
+  const RECT area = container.ControlArea();
+  Check(object->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, site.Get(), 0, container.Window(), &area),
+        L"Activating the control");
+  Check(editor.As(&place), L"Asking for IOleInPlaceObject");
+}
+
+EditorControl::~EditorControl() {
+  events.reset();
+  properties.reset();
+  if (place != nullptr) place->InPlaceDeactivate();
+  if (object != nullptr) {
+    object->Close(OLECLOSE_NOSAVE);
+    object->SetClientSite(nullptr);
+  }
+}
+
+std::vector<Property> EditorControl::Properties() const {
+  ComPtr<ITypeInfo> info;
+  Check(editor->GetTypeInfo(0, LOCALE_USER_DEFAULT, &info), L"Asking for the type information");
+  return SettableProperties(*info.Get());
+}
+
+void EditorControl::Move() const {
+  const RECT area = container.ControlArea();
+  place->SetObjectRects(&area, &area);
+}
+
+void EditorControl::ActivateUi() const {
+  const RECT area = container.ControlArea();
+  object->DoVerb(OLEIVERB_UIACTIVATE, nullptr, site.Get(), 0, container.Window(), &area);
+}
+
+void EditorControl::DeactivateUi() const { place->UIDeactivate(); }
+
+bool EditorControl::TranslateAccelerator(MSG& message) const {
+  if (message.message < WM_KEYFIRST || message.message > WM_KEYLAST) return false;
+  IOleInPlaceActiveObject* const active = frame->ActiveObject();
+  HWND window = nullptr;
+  if (active == nullptr || FAILED(place->GetWindow(&window))) return false;
+  if (message.hwnd != window && IsChild(window, message.hwnd) == FALSE) return false;
+  return active->TranslateAccelerator(&message) == S_OK;
+}
+
+}  // namespace kw::host

@@ -1,0 +1,64 @@
+// An ordinary program that shows the control, to learn from. EditorControl.cpp makes and places it, ControlSite.cpp
+// answers it, Sinks.cpp listens to it, MainWindow.cpp calls it.
+#include <windows.h>
+
+#include <ole2.h>
+#include <shellapi.h>
+
+#include <filesystem>
+
+#include "MainWindow.h"
+
+namespace {
+
+using namespace kw::host;
+
+struct Ole {
+  Ole() { OleInitialize(nullptr); }
+  ~Ole() { OleUninitialize(); }
+  Ole(const Ole&) = delete;
+  Ole& operator=(const Ole&) = delete;
+};
+
+std::vector<std::wstring> Arguments() {
+  int count = 0;
+  wchar_t** const words = CommandLineToArgvW(GetCommandLineW(), &count);
+  std::vector<std::wstring> arguments(words + 1, words + count);
+  LocalFree(words);
+  return arguments;
+}
+
+// A folder that the control can write its files into when none is named.
+std::wstring DefaultAppDir() {
+  const std::filesystem::path folder = std::filesystem::temp_directory_path() / L"KwHost";
+  std::error_code failed;
+  std::filesystem::create_directories(folder, failed);
+  return (folder / L"").wstring();
+}
+
+int Complain(const std::wstring& message, int exitCode) {
+  MessageBoxW(nullptr, message.c_str(), L"KwHost", MB_OK | MB_ICONERROR);
+  return exitCode;
+}
+
+}  // namespace
+
+int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int show) {
+  try {
+    CommandLine line = ParseCommandLine(Arguments());
+    if (line.appDir.empty()) line.appDir = DefaultAppDir();
+    // Until AppDir is set the control writes its trace into the current folder.
+    SetCurrentDirectoryW(line.appDir.c_str());
+    const Ole ole;
+    MainWindow window(instance);
+    window.Start(line, show);
+    return window.Run();
+  } catch (const UsageError& error) {
+    return Complain(error.message + L"\n\n" + Usage, 2);
+  } catch (const ControlError& error) {
+    return Complain(error.message, 1);
+  } catch (const std::exception& error) {
+    MessageBoxA(nullptr, error.what(), "KwHost", MB_OK | MB_ICONERROR);
+    return 1;
+  }
+}

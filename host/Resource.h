@@ -1,0 +1,8 @@
+#pragma once
+
+// Numbers shared by the resource script and the code; the resource compiler understands #define only.
+#define APPLICATION_ICON 1
+#define EDITOR_MANIFEST 100
+#define MAIN_MENU 101
+#define COMMAND_OPEN 201
+#define COMMAND_EXIT 202
