@@ -3,15 +3,25 @@
 #include <algorithm>
 #include <array>
 #include <exception>
+#include <filesystem>
 #include <new>
 #include <utility>
 
+#include "components/FilePath.h"
 #include "components/RunTimeError.h"
 #include "picture/Depth.h"
 #include "picture/Signature.h"
 #include "picture/Unreadable.h"
 
 namespace kw {
+namespace {
+
+bool IsSameFile(const std::string& a, const std::string& b) {
+  std::error_code ignored;
+  return a == b || std::filesystem::equivalent(ToFilesystemPath(a), ToFilesystemPath(b), ignored);
+}
+
+}  // namespace
 
 bool KWPicEd::Load(const std::string& path) {
   lastLoadError.clear();
@@ -118,6 +128,9 @@ void KWPicEd::Save(const std::string& path) {
   if (PageCount() == 0) Raise(ErrorNumber::ObjectVariableNotSet);
   const PictureFormat* format = FormatOfPath(path);
   if (format == nullptr) Raise(ErrorNumber::InvalidProcedureCall);
+  // A file that is about to be replaced gives no more pages; the picture stays, as the engine's own.
+  const bool overItself = document.source != nullptr && IsSameFile(path, document.path);
+  if (overItself) Current();
   OutputFile file(path);
   try {
     if (document.format != format || !SaveAsStored(file)) format->write(Current(), file, WriteOptions{});
@@ -127,6 +140,7 @@ void KWPicEd::Save(const std::string& path) {
     throw;
   }
   file.Commit();
+  if (overItself) document = {};
 }
 
 }  // namespace kw

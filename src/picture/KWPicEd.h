@@ -12,6 +12,7 @@ namespace kw {
 // The picture engine. Pages of a file of several are decoded when their pixels are first asked for, and a page that was
 // not changed is saved in its own format with its coded pixels as they are; so splitting a document decodes nothing.
 // No file stays open between two calls. A file that changed since it was loaded no longer gives pages (InvalidPicture).
+// Saving over the loaded file makes the current picture the engine's one page.
 //
 // What asks for pixels (Width, Height, Current, BitsPerPixel, ConvertToBitsPerPixel, PrepareSignature, Save in another
 // format) raises InvalidPicture where the selected page cannot be decoded. Load decodes the page of a one-page file, so

@@ -10,7 +10,7 @@ namespace {
 
 class TiffKinds : public ScratchTest {
 protected:
-  void Open(const std::string& path) { ASSERT_TRUE(engine.Load(path)) << engine.LastLoadError(); }
+  void Open(const std::string& file) { ASSERT_TRUE(engine.Load(file)) << engine.LastLoadError(); }
 
   std::string path = At("page.tif");
   KWPicEd engine;

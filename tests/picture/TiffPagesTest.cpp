@@ -188,6 +188,19 @@ TEST_F(Engine, LoadedFileCanBeSavedOverItself) {
   EXPECT_TRUE(SamePicture(FaxPage(64, 40), again.Current()));
 }
 
+TEST_F(Engine, PageSavedOverItsDocumentIsTheOnlyPageLeft) {
+  const std::string path = MakeTwoPages();
+  ASSERT_TRUE(engine.Load(path));
+  engine.SelectPage(2);
+  engine.Save(At(".") + "/two.tif");
+  EXPECT_EQ(1, engine.PageCount());
+  EXPECT_TRUE(SamePicture(FaxPage(96, 40, 2), engine.Current()));
+  KWPicEd again;
+  ASSERT_TRUE(again.Load(path)) << again.LastLoadError();
+  EXPECT_EQ(1, again.PageCount());
+  EXPECT_TRUE(SamePicture(FaxPage(96, 40, 2), again.Current()));
+}
+
 TEST_F(Engine, ReplacedPictureIsOnePageOfItsOwn) {
   ASSERT_TRUE(engine.Load(MakeTwoPages()));
   engine.Replace(Noise(10, 10, 8));

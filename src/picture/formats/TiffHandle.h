@@ -40,7 +40,8 @@ public:
   }
 
 private:
-  static int KeepMessage(TIFF* codec, void* handle, const char* module, const char* format, va_list arguments);
+  [[gnu::format(printf, 4, 0)]] static int KeepMessage(TIFF* codec, void* handle, const char* module,
+                                                       const char* format, va_list arguments);
   static int DropMessage(TIFF* codec, void* handle, const char* module, const char* format, va_list arguments);
 
   TIFF* codec = nullptr;
