@@ -32,15 +32,17 @@ void ColoursAndLines::LetEditorBackColor(Colour value) {
 void ColoursAndLines::sldLineHeight_Change() {
   Procedure run(trap, "sldLineHeight_Change");
   const Slider& slider = form.sldLineHeight;
-  run([&] { form.SampleLine.SetHeight(ToInteger16(slider.Value() * static_cast<std::int32_t>(TwipsPerPixel))); });
+  run([&] {
+    form.SampleLine.SetHeight(ToInteger16(std::int64_t{slider.Value()} * static_cast<std::int64_t>(TwipsPerPixel)));
+  });
   run([&] { form.SampleLine.SetTop(slider.Top() - form.SampleLine.Height() - TwipsPerPixel); });
   const std::string caption = "Thickness " + std::to_string(slider.Value());
   run([&] { form.lblLineSize1.SetCaption(caption); });
   run([&] { form.lblLineSize2.SetCaption(caption); });
   run([&] {
     // The captioned thumb: where the slider's own thumb stands, two steps in.
-    const float steps = static_cast<float>(slider.Value() - slider.Min() + 2);
-    const float all = static_cast<float>(slider.Max() - slider.Min() + 2);
+    const auto steps = static_cast<float>(slider.Value() - slider.Min() + 2);
+    const auto all = static_cast<float>(slider.Max() - slider.Min() + 2);
     const float room = slider.Width() - form.lblLineSize2.Width();
     form.lblLineSize2.SetLeft(slider.Left() + room * steps / all);
   });

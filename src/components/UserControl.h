@@ -18,7 +18,7 @@ class UserControl : public Control {
     Move(Left(), Top(), ToTwips(widthInPixels), ToTwips(heightInPixels));
   }
   // Input procedure: the control is about to be painted.
-  void UserPaint() { Paint.Raise(); }
+  void UserPaint() const { Paint.Raise(); }
 
   Event<> Resize;
   Event<> Paint;

@@ -46,7 +46,7 @@ void KwEditorLayers::PropertyChanged(Procedure& run, const char* name) {
   run([&] { events.PropertyChanged(name); });
 }
 
-void KwEditorLayers::SetButton(Procedure& run, const char* key, bool isEnabled) {
+void KwEditorLayers::SetButton(Procedure& run, const char* key, bool isEnabled) const {
   run([&] { BarOf(form.tbrBasicTools, key).SetButtonEnabled(key, isEnabled); });
 }
 

@@ -106,7 +106,7 @@ private:
   Bitmap TakeImage(Procedure& run, const std::string& path, bool isSignature);
   void ReCreateUndoFileIndex() {}  // the hook behind which a history can be built
   void PropertyChanged(Procedure& run, const char* name);
-  void SetButton(Procedure& run, const char* key, bool isEnabled);
+  void SetButton(Procedure& run, const char* key, bool isEnabled) const;
 
   Desktop& desktop;
   EditorEvents& events;

@@ -93,7 +93,7 @@ bool Document::OpenAndSplit(Procedure& run) {
 // Last page first. False when a page cannot be read.
 bool Document::WritePages(Procedure& run, std::int16_t count) {
   for (std::int16_t page = count; page >= 1; --page) {
-    std::string path = run.Ask<std::string>([&] { return GetPageFileName(m_FilePath, page); }, {});
+    auto path = run.Ask<std::string>([&] { return GetPageFileName(m_FilePath, page); }, {});
     if (path.empty()) continue;
     const std::int32_t error = run.Attempt([&] {
       KWPic.SelectPage(page);
@@ -128,7 +128,7 @@ void Document::PageIndex_Change() {
   run([&] { form.editor.SetPointer(MousePointer::Hourglass); });
   ResetView(run);
   run([&] { m_CurrentPageNo = ToInteger16(form.PageIndex.Value()); });
-  const std::string path = run.Ask<std::string>(
+  const auto path = run.Ask<std::string>(
       [&] { return m_CurrentPageNo == 0 ? m_FilePath : GetPageFileName(m_FilePath, m_CurrentPageNo); }, {});
   if (!Load(run, path)) return;
   run([&] { TakePageValue(); });

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "support/EditorFixture.h"
 
 namespace kw::test {
@@ -163,7 +165,8 @@ TEST_F(OpenFile, TakesUnicodeAndLongPaths) {
   for (const char* page : {"", "_Page_1", "_Page_2"}) {
     RemoveFileAt(deep + "\\\xD1\x81\xD0\xBA\xD0\xB0\xD0\xBD" + page + ".tif");
   }
-  for (auto one = made.rbegin(); one != made.rend(); ++one) std::filesystem::remove(ToFilesystemPath(*one));
+  std::reverse(made.begin(), made.end());
+  for (const std::string& one : made) std::filesystem::remove(ToFilesystemPath(one));
 }
 
 using BadFile = EditorTest;

@@ -54,7 +54,9 @@ public:
   std::vector<std::string> read;
   std::vector<std::string> written;
 
-  bool ReadBoolean(const std::string& key, bool otherwise) override { return Number(key, otherwise ? 1 : 0) != 0; }
+  bool ReadBoolean(const std::string& key, bool otherwise) override {
+    return Number(key, static_cast<int>(otherwise)) != 0;
+  }
   std::int16_t ReadInteger(const std::string& key, std::int16_t otherwise) override {
     return static_cast<std::int16_t>(Number(key, otherwise));
   }
@@ -62,7 +64,9 @@ public:
     read.push_back(key);
     return values.contains(key) ? values[key] : otherwise;
   }
-  void WriteBoolean(const std::string& key, bool value, bool otherwise) override { Keep(key, value, otherwise); }
+  void WriteBoolean(const std::string& key, bool value, bool otherwise) override {
+    Keep(key, static_cast<int>(value), static_cast<int>(otherwise));
+  }
   void WriteInteger(const std::string& key, std::int16_t value, std::int16_t otherwise) override {
     Keep(key, value, otherwise);
   }
@@ -119,12 +123,12 @@ protected:
 
   // Page p is 10 p wide and 20 high.
   std::string MakeDocument(const std::string& name, int pages) {
-    const std::string path = folder.File(name);
+    std::string path = folder.File(name);
     WriteWhole(path, GreyTiff(pages));
     return path;
   }
   std::string MakeImage(const std::string& name, std::int32_t width = 30, std::int32_t height = 40) {
-    const std::string path = folder.File(name);
+    std::string path = folder.File(name);
     SavePicture(Bitmap(width, height, 24), path);
     return path;
   }

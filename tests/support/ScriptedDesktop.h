@@ -43,7 +43,7 @@ public:
   std::map<std::string, int> timerStarts;
 
   // Lets the time of a running timer come, as the message loop would. False when it does not run.
-  bool FireTimer(Timer& timer) {
+  bool FireTimer(Timer& timer) const {
     if (!runningTimers.contains(&timer)) return false;
     timer.Fire();
     return true;

@@ -15,7 +15,6 @@
 namespace kw {
 namespace {
 
-using test::Exists;
 using test::ReadWhole;
 
 class TrapTest : public testing::Test {
