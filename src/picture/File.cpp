@@ -115,13 +115,6 @@ InputFile::InputFile(const std::string& path) {
   if (stamp.size == 0) RaiseUnreadable("The file is empty.");
 }
 
-std::vector<std::uint8_t> InputFile::Contents(std::uint64_t limit) {
-  if (stamp.size > limit) RaiseUnreadable("The file is larger than the memory that a page may take.");
-  std::vector<std::uint8_t> bytes(static_cast<std::size_t>(stamp.size));
-  if (!Seek(0) || !ReadAll(bytes.data(), bytes.size())) RaiseUnreadable("The file cannot be read.");
-  return bytes;
-}
-
 OutputFile::OutputFile(const std::string& target) : path(target), temporary(TemporaryBeside(target)) {
   errno = 0;
   file.reset(OpenFile(temporary, true));

@@ -5,7 +5,6 @@
 #include <filesystem>
 #include <memory>
 #include <string>
-#include <vector>
 
 #include "picture/Stream.h"
 
@@ -48,8 +47,6 @@ public:
   explicit InputFile(const std::string& path);
   const FileStamp& Stamp() const { return stamp; }
   std::uint64_t Size() noexcept override { return stamp.size; }
-  // All bytes of the file. Raises InvalidPicture where they are more than `limit` or cannot be read.
-  std::vector<std::uint8_t> Contents(std::uint64_t limit);
 
 private:
   FileStamp stamp;

@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <vector>
 
 namespace kw {
 
@@ -23,9 +22,6 @@ public:
   virtual std::uint64_t Position() const noexcept = 0;
   virtual std::uint64_t Size() noexcept = 0;
 
-  // All the bytes where they lie in memory (valid as long as the stream), or empty.
-  virtual std::span<const std::uint8_t> Memory() const noexcept { return {}; }
-
   bool ReadAll(void* to, std::size_t count) noexcept { return Read(to, count) == count; }
   bool WriteAll(std::span<const std::uint8_t> bytes) noexcept {
     return Write(bytes.data(), bytes.size()) == bytes.size();
@@ -41,7 +37,6 @@ public:
   bool Seek(std::uint64_t to) noexcept override;
   std::uint64_t Position() const noexcept override { return position; }
   std::uint64_t Size() noexcept override { return bytes.size(); }
-  std::span<const std::uint8_t> Memory() const noexcept override { return bytes; }
 
 private:
   std::span<const std::uint8_t> bytes;

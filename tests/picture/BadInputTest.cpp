@@ -1,6 +1,10 @@
 #include <array>
 #include <cstring>
 
+#ifdef _WIN32
+#include <share.h>
+#endif
+
 #include "Scratch.h"
 #include "TiffMaker.h"
 #include "picture/KWPicEd.h"
@@ -35,6 +39,16 @@ TEST_F(BadInput, PathsThatNameNoReadableFile) {
   ExpectRefused(std::string(40000, 'x'));
   ExpectRefused(At("pa?ge*.tif"));
 }
+
+#ifdef _WIN32
+TEST_F(BadInput, FileThatAnotherProgramLocked) {
+  const std::string path = Put("locked.bmp", Bytes(100, 'B'));
+  std::FILE* holder = _wfsopen(ToFilesystemPath(path).c_str(), L"rb", _SH_DENYRW);
+  ASSERT_NE(nullptr, holder);
+  ExpectRefused(path);
+  std::fclose(holder);
+}
+#endif
 
 TEST_F(BadInput, FilesThatAreNoPictures) {
   ExpectRefused("empty", {});

@@ -415,6 +415,49 @@ TEST_F(Kinds, ProgressiveJpegCutShortIsRefused) {
   }
 }
 
+class ExifOrientation : public Kinds, public testing::WithParamInterface<int> {};
+
+TEST_P(ExifOrientation, PhotographIsShownUpright) {
+  Bitmap picture(32, 16, 8);  // its left half black, its right half white
+  for (std::int32_t y = 0; y < 16; ++y) {
+    const auto row = picture.MutableRow(y);
+    std::fill(row.begin() + 16, row.end(), std::uint8_t{255});
+  }
+  MemoryStream stream;
+  JpegFormat.write(picture, stream, {});
+  const auto orientation = static_cast<std::uint8_t>(GetParam());
+  const Bytes exif{0xFF, 0xE1, 0,    34,   'E', 'x', 'i', 'f', 0, 0, 'M', 'M',         0, 42, 0, 0, 0, 8,
+                   0,    1,    0x01, 0x12, 0,   3,   0,   0,   0, 1, 0,   orientation, 0, 0,  0, 0, 0, 0};
+  stream.bytes.insert(stream.bytes.begin() + 2, exif.begin(), exif.end());
+  Open(stream.bytes);
+  const bool turned = orientation >= 5 && orientation <= 8;
+  EXPECT_EQ(turned ? 16 : 32, engine.Width());
+  EXPECT_EQ(turned ? 32 : 16, engine.Height());
+  // Where the black half is seen: left, or with the turned ones at the top, unless mirrored.
+  const bool atEnd = orientation == 2 || orientation == 3 || orientation == 7 || orientation == 8;
+  const Rgb first = Pixel(2, 2);
+  EXPECT_EQ(atEnd ? 255 : 0, first.red);
+  EXPECT_EQ(atEnd ? 0 : 255, Pixel(engine.Width() - 3, engine.Height() - 3).red);
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ExifOrientation, testing::Range(0, 10));
+
+TEST_F(Kinds, JpegWithDamagedExifIsShownAsItIs) {
+  MemoryStream stream;
+  JpegFormat.write(Noise(16, 16, 24), stream, {});
+  const Bytes whole = stream.bytes;
+  KWPicEd plain;
+  ASSERT_TRUE(plain.Load(Put("plain.jpg", whole)));
+  for (const Bytes& exif :
+       {Bytes{0xFF, 0xE1, 0, 8, 'E', 'x', 'i', 'f', 0, 0},
+        Bytes{0xFF, 0xE1, 0, 16, 'E', 'x', 'i', 'f', 0, 0, 'I', 'I', 42, 0, 0xFF, 0xFF, 0xFF, 0x7F}}) {
+    Bytes bytes = whole;
+    bytes.insert(bytes.begin() + 2, exif.begin(), exif.end());
+    Open(bytes);
+    EXPECT_TRUE(SamePicture(plain.Current(), engine.Current()));
+  }
+}
+
 class StoredCopy : public Kinds, public testing::WithParamInterface<const char*> {};
 
 TEST_P(StoredCopy, UnchangedPictureIsSavedByteForByte) {

@@ -14,6 +14,8 @@ namespace kw {
 namespace {
 
 constexpr Rgb Paper{255, 255, 255};
+// Memory for frames that were drawn on the way to another.
+constexpr std::size_t KeptBytes = 64 * 1024 * 1024;
 
 int ReadFile(GifFileType* codec, GifByteType* to, int count) {
   return static_cast<int>(static_cast<Stream*>(codec->UserData)->Read(to, static_cast<std::size_t>(count)));
@@ -170,7 +172,7 @@ public:
     last = frame;
   }
 
-  Bitmap Take() { return std::move(picture); }
+  const Bitmap& Picture() const { return picture; }
 
 private:
   std::size_t Width() const { return static_cast<std::size_t>(picture.Width()); }
@@ -221,13 +223,7 @@ public:
         frame.left == 0 && frame.top == 0 && frame.width == decoder.Width() && frame.height == decoder.Height();
     if (page == 1 && whole) return ReadIndices(decoder, frame);
 
-    Canvas canvas(NewPage(decoder.Width(), decoder.Height(), 24, limits));
-    canvas.Draw(decoder, frame);
-    for (std::int32_t i = 1; i < page; ++i) {
-      RequireFrame(decoder, frame);
-      canvas.Draw(decoder, frame);
-    }
-    return canvas.Take();
+    return ReadDrawn(file, page);
   }
 
   bool Copy(Stream& file, std::int32_t, Stream& to) override {
@@ -239,6 +235,25 @@ public:
 private:
   static void RequireFrame(Decoder& decoder, Frame& frame) {
     if (!decoder.Next(frame)) RaiseUnreadable("The GIF is cut short.");
+  }
+
+  // A frame drawn over all before it. The last ones that were drawn for it are kept: who walks through the pages, in
+  // either direction, finds the next one there mostly.
+  Bitmap ReadDrawn(Stream& file, std::int32_t page) {
+    const auto wanted = static_cast<std::size_t>(page);
+    if (wanted >= firstKept && wanted < firstKept + kept.size()) return kept[wanted - firstKept];
+    Decoder decoder(file);
+    Canvas canvas(NewPage(decoder.Width(), decoder.Height(), 24, limits));
+    const std::size_t most = KeptBytes / (decoder.Width() * decoder.Height() * 3) + 1;
+    kept.clear();
+    firstKept = wanted > most ? wanted - most + 1 : 1;
+    for (std::size_t i = 1; i <= wanted; ++i) {
+      Frame frame;
+      RequireFrame(decoder, frame);
+      canvas.Draw(decoder, frame);
+      if (i >= firstKept) kept.push_back(canvas.Picture());
+    }
+    return kept.back();
   }
 
   // A frame that covers the page keeps its palette; what is transparent in it shows paper.
@@ -266,6 +281,9 @@ private:
 
   std::vector<std::int16_t> frameBits;
   ReadLimits limits;
+  // The pages from `firstKept` on.
+  std::vector<Bitmap> kept;
+  std::size_t firstKept = 1;
 };
 
 bool RecogniseGif(std::span<const std::uint8_t> head) {

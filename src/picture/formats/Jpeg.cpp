@@ -8,15 +8,20 @@
 #include <jerror.h>
 #include <jpeglib.h>
 
+#include "components/RunTimeError.h"
 #include "picture/Depth.h"
+#include "picture/Orientation.h"
 #include "picture/Unreadable.h"
 #include "picture/formats/Formats.h"
+#include "picture/formats/TiffDirectory.h"
 
 namespace kw {
 namespace {
 
 constexpr std::size_t BlockSize = 64 * 1024;
 constexpr double CentimetresPerInch = 2.54;
+constexpr int ExifMarker = JPEG_APP0 + 1;
+constexpr unsigned LongestMarker = 65535;
 
 // libjpeg reports an error by leaving it with a long jump. Its calls are therefore made inside Trapped() only, in steps
 // that own nothing: the jump runs no destructor.
@@ -111,6 +116,7 @@ public:
     Try([this] {
       jpeg_create_decompress(&codec);
       codec.src = &source.manager;
+      jpeg_save_markers(&codec, ExifMarker, LongestMarker);
       jpeg_read_header(&codec, TRUE);
     });
     return codec;
@@ -162,6 +168,27 @@ void SetResolution(const jpeg_decompress_struct& codec, Bitmap& page) {
   page.SetResolution(codec.X_density * perInch, codec.Y_density * perInch);
 }
 
+// How the camera was held, from the Exif data, which are a TIFF file without pixels behind a mark of six bytes.
+Orientation OrientationOf(const jpeg_decompress_struct& codec) {
+  constexpr std::array<std::uint8_t, 6> mark{'E', 'x', 'i', 'f', 0, 0};
+  for (const auto* marker = codec.marker_list; marker != nullptr; marker = marker->next) {
+    const std::span<const std::uint8_t> data(marker->data, marker->data_length);
+    if (marker->marker != ExifMarker || data.size() < mark.size() ||
+        !std::equal(mark.begin(), mark.end(), data.begin())) {
+      continue;
+    }
+    try {
+      MemoryReader exif(data.subspan(mark.size()));
+      const TiffStructure structure(exif);
+      const auto entries = structure.ReadDirectory(exif, structure.Directories().front());
+      return static_cast<Orientation>(structure.ReadNumber(exif, entries, TiffTag::Orientation, 1));
+    } catch (const RunTimeError&) {
+      // Damaged Exif data say nothing about the picture.
+    }
+  }
+  return 1;
+}
+
 class JpegSource : public PictureSource {
 public:
   JpegSource(Stream& file, const ReadLimits& readLimits) : limits(readLimits) {
@@ -179,7 +206,7 @@ public:
     Bitmap page = NewPage(header.image_width, header.image_height, decoder->Depth(), limits);
     SetResolution(header, page);
     decoder->ReadRows(page);
-    return page;
+    return Upright(page, OrientationOf(header));
   }
 
   bool Copy(Stream& file, std::int32_t, Stream& to) override {
