@@ -1,26 +1,24 @@
 #include "activex/EditorCore.h"
 
+#include <cmath>
+
 #include "activex/Extent.h"
 
 namespace kw::activex {
-namespace {
-
-constexpr SIZE DesignSize = {800, 600};
-
-}  // namespace
-
 EditorCore::EditorCore(IUnknown& controlling)
     : life(controlling), events(life), activation(*this), desktop(life, activation), editor(desktop, events) {
+  const Lifetime::Entry entry(life);
   events.OnChange([this] {
     dirty = true;
     TellViewChanged();
   });
   editor.UserControl_Initialize();
-  SetPixelSize(DesignSize);
+  extent = ToHimetric(PixelSize());
   dirty = false;
 }
 
 EditorCore::~EditorCore() {
+  const Lifetime::Entry entry(life);
   activation.Abandon();
   events.EventPoint().Clear();
   events.PropertyPoint().Clear();
@@ -31,14 +29,31 @@ void EditorCore::SetExtent(SIZEL himetric) {
   extent = himetric;
   // A window gets its size from the container, in pixels.
   if (activation.IsActive()) return;
-  const SIZE pixels = ToScreenPixels(himetric);
-  editor.Root().UserResize(static_cast<float>(pixels.cx), static_cast<float>(pixels.cy));
+  LayOut(ToScreenPixels(himetric));
   TellViewChanged();
 }
 
 void EditorCore::SetPixelSize(SIZE pixels) {
   extent = ToHimetric(pixels);
-  editor.Root().UserResize(static_cast<float>(pixels.cx), static_cast<float>(pixels.cy));
+  LayOut(pixels);
+}
+
+SIZE EditorCore::PixelSize() {
+  const UserControl& root = editor.Root();
+  return {std::lround(ToPixels(root.Width())), std::lround(ToPixels(root.Height()))};
+}
+
+void EditorCore::LayOutOnce() {
+  if (!laidOut) LayOut(PixelSize());
+}
+
+void EditorCore::LayOut(SIZE pixels) {
+  UserControl& root = editor.Root();
+  const SIZE current = PixelSize();
+  // The first size is laid out even if it is that of the form.
+  if (!laidOut && pixels.cx == current.cx && pixels.cy == current.cy) root.Resize.Raise();
+  laidOut = true;
+  root.UserResize(static_cast<float>(pixels.cx), static_cast<float>(pixels.cy));
 }
 
 void EditorCore::TellViewChanged() {

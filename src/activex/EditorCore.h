@@ -28,11 +28,15 @@ public:
   KwEditorLayers& Editor() { return editor; }
   InPlaceActivation& Activation() { return activation; }
 
-  // The size of the control, also while it has no window.
+  // The size of the control, also while it has no window; before the container gives one, that of the form.
   SIZEL Extent() const { return extent; }
   void SetExtent(SIZEL himetric);
   // The same in pixels, as the container placed the window.
   void SetPixelSize(SIZE pixels);
+  // The size at which the form is laid out now.
+  SIZE PixelSize();
+  // A control that nobody gave a size lays itself out when it is first drawn.
+  void LayOutOnce();
 
   // Whether a persisted property was assigned since the last load or save.
   bool IsDirty() const { return dirty; }
@@ -47,6 +51,8 @@ public:
   IOleAdviseHolder* Advises();
 
 private:
+  void LayOut(SIZE pixels);
+
   Lifetime life;
   HostSite site;
   HostEvents events;
@@ -54,6 +60,7 @@ private:
   HostedDesktop desktop;
   KwEditorLayers editor;
   SIZEL extent = {};
+  bool laidOut = false;
   bool dirty = false;
   DWORD viewAspects = 0;
   DWORD viewFlags = 0;

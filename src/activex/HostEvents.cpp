@@ -51,13 +51,14 @@ void HostEvents::Thaw() {
 }
 
 void HostEvents::Raise(DISPID event, std::vector<VARIANT> arguments) {
-  if (freezes > 0) return;
+  const auto sinks = eventPoint.Sinks();
+  if (freezes > 0 || sinks.empty()) return;
   const Lifetime::Outgoing outgoing(life);
   std::reverse(arguments.begin(), arguments.end());  // IDispatch takes the last argument first
   DISPPARAMS parameters = {};
   parameters.rgvarg = arguments.data();
   parameters.cArgs = static_cast<UINT>(arguments.size());
-  for (const ComPtr<IUnknown>& sink : eventPoint.Sinks()) {
+  for (const ComPtr<IUnknown>& sink : sinks) {
     // A sink's failure is its own affair; the other sinks and the editor go on.
     static_cast<IDispatch*>(sink.Get())
         ->Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr);
@@ -65,8 +66,10 @@ void HostEvents::Raise(DISPID event, std::vector<VARIANT> arguments) {
 }
 
 void HostEvents::TellChanged(DISPID property) {
+  const auto sinks = propertyPoint.Sinks();
+  if (sinks.empty()) return;
   const Lifetime::Outgoing outgoing(life);
-  for (const ComPtr<IUnknown>& sink : propertyPoint.Sinks()) {
+  for (const ComPtr<IUnknown>& sink : sinks) {
     static_cast<IPropertyNotifySink*>(sink.Get())->OnChanged(property);
   }
 }

@@ -12,9 +12,12 @@ namespace kw::activex {
 // are disabled, and the control stays alive even if the container lets go of it meanwhile.
 class HostedDesktop final : public windows::WindowsDesktop {
 public:
-  HostedDesktop(Lifetime& calling, InPlaceActivation& activation) : life(calling), place(activation) {}
+  HostedDesktop(Lifetime& calling, InPlaceActivation& activation);
 
   MessageAnswer ShowMessageBox(const std::string& prompt, const std::string& title, MessageButtons buttons) override;
+
+protected:
+  HWND DialogOwner() const override;
 
 private:
   Lifetime& life;

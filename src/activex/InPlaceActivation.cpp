@@ -35,7 +35,7 @@ LRESULT CALLBACK InPlaceActivation::PaneProcedure(HWND window, UINT message, WPA
 
 HRESULT InPlaceActivation::Activate(IOleClientSite* site) {
   if (IsActive()) {
-    if (pane != nullptr) ShowWindow(Window(), SW_SHOW);
+    if (pane != nullptr) pane->Show(true);
     return S_OK;
   }
   const ComPtr<IOleClientSite> client(site != nullptr ? site : core.Site().Get());
@@ -66,12 +66,11 @@ HRESULT InPlaceActivation::MakePane() {
   result = place->GetWindowContext(&frame, &document, &position, &clip, &frameInfo);
   if (FAILED(result)) return result;
   if (!IsWindow(parent)) return E_FAIL;
-  if (!core.Life().IsCallingHost()) closedPanes.clear();
   core.SetPixelSize(SizeOf(position));
   pane = std::make_unique<windows::EditorWindow>(core.Editor().Root(), parent, position);
   SetWindowSubclass(Window(), &PaneProcedure, SubclassId, reinterpret_cast<DWORD_PTR>(this));
   SetRects(position, clip);
-  ShowWindow(Window(), SW_SHOW);
+  pane->Show(true);
   return S_OK;
 }
 
@@ -102,7 +101,7 @@ HRESULT InPlaceActivation::ActivateUi(IOleClientSite* site) {
 
 HRESULT InPlaceActivation::Hide() {
   DeactivateUi();
-  if (pane != nullptr) ShowWindow(Window(), SW_HIDE);
+  if (pane != nullptr) pane->Show(false);
   return S_OK;
 }
 
@@ -134,19 +133,12 @@ void InPlaceActivation::Abandon() {
   state = State::Inactive;
   ClosePane();
   ReleasePlaces();
-  closedPanes.clear();
 }
 
 void InPlaceActivation::ClosePane() {
   if (pane == nullptr) return;
-  if (IsWindow(Window())) {
-    RemoveWindowSubclass(Window(), &PaneProcedure, SubclassId);
-    pane->Close();
-  }
-  if (core.Life().IsCallingHost()) {
-    closedPanes.push_back(std::move(pane));
-    core.Life().OnIdle([this] { closedPanes.clear(); });
-  }
+  if (Window() != nullptr) RemoveWindowSubclass(Window(), &PaneProcedure, SubclassId);
+  pane->Close();
   pane.reset();
 }
 

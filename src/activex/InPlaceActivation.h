@@ -6,7 +6,6 @@
 #include <wrl/client.h>
 
 #include <memory>
-#include <vector>
 
 #include "windows/EditorWindow.h"
 
@@ -69,8 +68,6 @@ private:
   EditorCore& core;
   State state = State::Inactive;
   std::unique_ptr<windows::EditorWindow> pane;
-  // Closed panes whose code may still be on the stack.
-  std::vector<std::unique_ptr<windows::EditorWindow>> closedPanes;
   Microsoft::WRL::ComPtr<IOleInPlaceSite> place;
   Microsoft::WRL::ComPtr<IOleInPlaceFrame> frame;
   Microsoft::WRL::ComPtr<IOleInPlaceUIWindow> document;

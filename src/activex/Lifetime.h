@@ -4,13 +4,11 @@
 
 #include <unknwn.h>
 
-#include <functional>
-
 namespace kw::activex {
 
 // What keeps one control alive while its code is on the stack.
 //
-// A host may let go of the control, or of its window, inside an event or while a message box is up. The editor's
+// A host may let go of the control inside an event or while a message box is up. The editor's
 // procedure that raised the event has then not ended, so the control must outlive it: a call that came in through COM
 // holds a reference to its end, and a call out to the host holds one that is dropped at the message loop if no incoming
 // call is under way.
@@ -25,11 +23,6 @@ public:
   IUnknown& Unknown() const { return *unknown; }
   // From now on the references count with `own` only: the control is being destroyed.
   void Detach(IUnknown& own) { unknown = &own; }
-
-  // Whether the host is being called, so that code of the control's windows may be on the stack.
-  bool IsCallingHost() const { return outgoing > 0; }
-  // `handler` runs from the message loop after the last call to the host has returned.
-  void OnIdle(std::function<void()> handler) { idle = std::move(handler); }
 
   // A call came in through COM.
   class Entry {
@@ -57,12 +50,10 @@ public:
 
 private:
   static LRESULT CALLBACK PostboxProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-  bool Post(UINT message);
+  void ReleaseLater();
 
   IUnknown* unknown;
   int entries = 0;
-  int outgoing = 0;
-  std::function<void()> idle;
   HWND postbox = nullptr;
 };
 

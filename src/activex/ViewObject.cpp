@@ -18,6 +18,7 @@ STDMETHODIMP ViewObject::Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, HDC, H
       return E_INVALIDARG;
     }
     if (target.right == target.left || target.bottom == target.top) return S_OK;
+    core.LayOutOnce();
     windows::EditorWindow::Draw(core.Editor().Root(), drawContext, target);
     return S_OK;
   });

@@ -1,0 +1,77 @@
+#include "activex/BoxAnswerer.h"
+
+#include <utility>
+
+namespace kw::test {
+namespace {
+
+struct Search {
+  HWND box = nullptr;
+};
+
+BOOL CALLBACK FindBox(HWND window, LPARAM search) {
+  wchar_t name[16];
+  if (GetClassNameW(window, name, 16) > 0 && std::wstring(name) == L"#32770" && IsWindowVisible(window) != 0) {
+    reinterpret_cast<Search*>(search)->box = window;
+    return FALSE;
+  }
+  return TRUE;
+}
+
+std::string TextOf(HWND window) {
+  wchar_t text[2048];
+  const int length = GetWindowTextW(window, text, 2048);
+  std::string narrow;
+  for (int index = 0; index < length; ++index) {
+    if (text[index] == L'\r') continue;
+    narrow.push_back(text[index] == L'\n' ? '/' : static_cast<char>(text[index]));
+  }
+  return narrow;
+}
+
+// The text is a child window of the box; the icon, if there is one, has no text.
+std::string PromptOf(HWND box) {
+  HWND child = nullptr;
+  std::string longest;
+  while ((child = FindWindowExW(box, child, L"Static", nullptr)) != nullptr) {
+    std::string text = TextOf(child);
+    if (text.size() > longest.size()) longest = std::move(text);
+  }
+  return longest;
+}
+
+}  // namespace
+
+BoxAnswerer::BoxAnswerer(std::function<void(HWND)> beforeAnswer)
+    : owner(GetCurrentThreadId()), act(std::move(beforeAnswer)), watcher([this] { Watch(); }) {}
+
+BoxAnswerer::~BoxAnswerer() {
+  stop = true;
+  watcher.join();
+}
+
+std::vector<std::string> BoxAnswerer::Boxes() const {
+  const std::lock_guard lock(mutex);
+  return boxes;
+}
+
+void BoxAnswerer::Watch() {
+  HWND answered = nullptr;
+  while (!stop) {
+    Search search;
+    EnumThreadWindows(owner, &FindBox, reinterpret_cast<LPARAM>(&search));
+    if (search.box != nullptr && search.box != answered) {
+      {
+        const std::lock_guard lock(mutex);
+        boxes.push_back(TextOf(search.box) + ": " + PromptOf(search.box));
+      }
+      if (act) act(search.box);
+      answered = search.box;
+      PostMessageW(search.box, WM_COMMAND, IDOK, 0);
+    }
+    if (answered != nullptr && IsWindow(answered) == 0) answered = nullptr;
+    Sleep(5);
+  }
+}
+
+}  // namespace kw::test

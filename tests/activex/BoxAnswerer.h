@@ -1,0 +1,37 @@
+#pragma once
+
+#include <windows.h>
+
+#include <atomic>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace kw::test {
+
+// Closes the message boxes of the thread that made it, as a user would, and keeps their titles and texts.
+class BoxAnswerer {
+public:
+  // `beforeAnswer` runs on a thread of its own each time a box is up, before it is closed.
+  explicit BoxAnswerer(std::function<void(HWND box)> beforeAnswer = {});
+  BoxAnswerer(const BoxAnswerer&) = delete;
+  BoxAnswerer& operator=(const BoxAnswerer&) = delete;
+  ~BoxAnswerer();
+
+  // "title: text", the lines of the text joined by a slash.
+  std::vector<std::string> Boxes() const;
+
+private:
+  void Watch();
+
+  DWORD owner;
+  std::function<void(HWND)> act;
+  std::atomic<bool> stop = false;
+  mutable std::mutex mutex;
+  std::vector<std::string> boxes;
+  std::thread watcher;
+};
+
+}  // namespace kw::test

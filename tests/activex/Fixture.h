@@ -1,0 +1,38 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include "activex/Ocx.h"
+
+namespace kw::test {
+
+// A new control whose files lie in a folder of the test's own.
+class ControlTest : public testing::Test {
+protected:
+  ControlTest() : control(Ocx::Create()) {
+    if (control != nullptr) control->put_AppDir(Text(scratch.Path()));
+  }
+
+  template <class Interface>
+  ComPtr<Interface> As() const {
+    ComPtr<Interface> asked;
+    EXPECT_HRESULT_SUCCEEDED(control.As(&asked));
+    return asked;
+  }
+
+  void SetUp() override { ASSERT_NE(control.Get(), nullptr); }
+  // Drops what the test held, handles what is still posted, and looks whether the library is free.
+  void TearDown() override {
+    // The folder is the thread's, so it would stay for the next test, where this one's is gone.
+    if (control == nullptr) control = Ocx::Create();
+    control->put_AppDir(nullptr);
+    control.Reset();
+    PumpMessages(20);
+    EXPECT_TRUE(Ocx::CanUnload()) << "something of the control is still alive";
+  }
+
+  ScratchFolder scratch;
+  ComPtr<_KwEditorLayers> control;
+};
+
+}  // namespace kw::test

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <windows.h>
+
+#include <wrl/client.h>
+
+#include <string>
+
+#include "activex/KwEditor.h"
+
+namespace kw::test {
+
+using Microsoft::WRL::ComPtr;
+
+// The control's library as the build made it, loaded without any registration.
+namespace Ocx {
+
+std::wstring Path();
+HMODULE Library();
+ComPtr<IClassFactory> Factory();
+// A new control; fails the test and returns null where there is none.
+ComPtr<_KwEditorLayers> Create();
+// Whether the library says that nobody uses it.
+bool CanUnload();
+
+}  // namespace Ocx
+
+// A folder of its own for one test, current while it lives, with a backslash at the end of its path.
+class ScratchFolder {
+public:
+  ScratchFolder();
+  ScratchFolder(const ScratchFolder&) = delete;
+  ScratchFolder& operator=(const ScratchFolder&) = delete;
+  ~ScratchFolder();
+
+  const std::wstring& Path() const { return path; }
+  std::wstring File(const std::wstring& name) const { return path + name; }
+  // An uncompressed TIFF of so many pages, 16 pixels wide and 16 high, as small as such a file can be.
+  std::wstring WriteTiff(const std::wstring& name, int pages) const;
+
+private:
+  std::wstring path;
+  std::wstring former;
+};
+
+bool FileExists(const std::wstring& path);
+
+// Handles the messages of this thread that are there and those that come within the time.
+void PumpMessages(DWORD milliseconds = 0);
+
+// A BSTR for one call.
+class Text {
+public:
+  explicit Text(const std::wstring& text) : value(SysAllocString(text.c_str())) {}
+  Text(const Text&) = delete;
+  Text& operator=(const Text&) = delete;
+  ~Text() { SysFreeString(value); }
+  operator BSTR() const { return value; }
+
+private:
+  BSTR value;
+};
+
+// The text of a returned BSTR, which it frees.
+std::wstring Take(BSTR text);
+
+}  // namespace kw::test

@@ -1,0 +1,114 @@
+#pragma once
+
+#include <windows.h>
+
+#include <ocidl.h>
+#include <ole2.h>
+#include <wrl/client.h>
+
+#include <string>
+#include <vector>
+
+namespace kw::test {
+
+// A container that gives a control what the rules oblige a container to give, no more, and fails the test when the
+// control breaks the order of calls. It lives in the test; every reference to it must be given back.
+class StrictContainer final : public IOleClientSite,
+                              public IOleInPlaceSite,
+                              public IOleControlSite,
+                              public IOleInPlaceFrame,
+                              public IDispatch {
+public:
+  StrictContainer();
+  ~StrictContainer();
+
+  // What it does differently.
+  bool hasAmbients = true;  // answers for ambient properties at all
+  bool refusesActivation = false;
+  bool uiDead = false;
+  RECT place = {10, 20, 410, 320};
+  RECT clip = {0, 0, 1000, 1000};
+
+  // The calls of the control, by name, in their order. Those that the rules allow at any time are left out.
+  std::vector<std::string> calls;
+  ULONG References() const { return references; }
+  HWND Window() const { return window; }
+  void DestroyWindowNow();
+
+  // Lets the control in as a designer's tool would: site, new or `stream`ed state, extent.
+  void Take(IUnknown* newControl);
+  HRESULT DoVerb(LONG verb);
+  // The polite way out: deactivate, close, take the site away.
+  void LetGo();
+  IOleInPlaceActiveObject* ActiveObject() const { return active.Get(); }
+  template <class Interface>
+  Microsoft::WRL::ComPtr<Interface> As() const {
+    Microsoft::WRL::ComPtr<Interface> asked;
+    if (control != nullptr) control.As(&asked);
+    return asked;
+  }
+  HWND ControlWindow() const;
+  void Forget() { control.Reset(); }
+
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
+  STDMETHODIMP_(ULONG) AddRef() override { return ++references; }
+  STDMETHODIMP_(ULONG) Release() override { return --references; }
+
+  STDMETHODIMP SaveObject() override;
+  STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetContainer(IOleContainer** container) override;
+  STDMETHODIMP ShowObject() override;
+  STDMETHODIMP OnShowWindow(BOOL) override { return S_OK; }
+  STDMETHODIMP RequestNewObjectLayout() override { return E_NOTIMPL; }
+
+  STDMETHODIMP GetWindow(HWND* asked) override;
+  STDMETHODIMP ContextSensitiveHelp(BOOL) override { return E_NOTIMPL; }
+  STDMETHODIMP CanInPlaceActivate() override;
+  STDMETHODIMP OnInPlaceActivate() override;
+  STDMETHODIMP OnUIActivate() override;
+  STDMETHODIMP GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWindow** document, LPRECT position,
+                                LPRECT clipping, LPOLEINPLACEFRAMEINFO info) override;
+  STDMETHODIMP Scroll(SIZE) override { return E_NOTIMPL; }
+  STDMETHODIMP OnUIDeactivate(BOOL undoable) override;
+  STDMETHODIMP OnInPlaceDeactivate() override;
+  STDMETHODIMP DiscardUndoState() override { return E_NOTIMPL; }
+  STDMETHODIMP DeactivateAndUndo() override { return E_NOTIMPL; }
+  STDMETHODIMP OnPosRectChange(LPCRECT) override { return S_OK; }
+
+  STDMETHODIMP OnControlInfoChanged() override { return S_OK; }
+  STDMETHODIMP LockInPlaceActive(BOOL) override { return E_NOTIMPL; }
+  STDMETHODIMP GetExtendedControl(IDispatch**) override { return E_NOTIMPL; }
+  STDMETHODIMP TransformCoords(POINTL*, POINTF*, DWORD) override { return E_NOTIMPL; }
+  STDMETHODIMP TranslateAccelerator(MSG* message, DWORD modifiers) override;
+  STDMETHODIMP OnFocus(BOOL gotFocus) override;
+  STDMETHODIMP ShowPropertyFrame() override { return E_NOTIMPL; }
+
+  STDMETHODIMP GetBorder(LPRECT) override { return INPLACE_E_NOTOOLSPACE; }
+  STDMETHODIMP RequestBorderSpace(LPCBORDERWIDTHS) override { return INPLACE_E_NOTOOLSPACE; }
+  STDMETHODIMP SetBorderSpace(LPCBORDERWIDTHS widths) override;
+  STDMETHODIMP SetActiveObject(IOleInPlaceActiveObject* object, LPCOLESTR name) override;
+  STDMETHODIMP InsertMenus(HMENU, LPOLEMENUGROUPWIDTHS) override { return E_NOTIMPL; }
+  STDMETHODIMP SetMenu(HMENU, HOLEMENU, HWND) override { return E_NOTIMPL; }
+  STDMETHODIMP RemoveMenus(HMENU) override { return E_NOTIMPL; }
+  STDMETHODIMP SetStatusText(LPCOLESTR) override { return E_NOTIMPL; }
+  STDMETHODIMP EnableModeless(BOOL enable) override;
+  STDMETHODIMP TranslateAccelerator(LPMSG, WORD) override { return S_FALSE; }
+
+  STDMETHODIMP GetTypeInfoCount(UINT* count) override;
+  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+  STDMETHODIMP Invoke(DISPID id, REFIID iid, LCID lcid, WORD flags, DISPPARAMS* parameters, VARIANT* result,
+                      EXCEPINFO* exception, UINT* badArgument) override;
+
+private:
+  enum class State { Loaded, Active, UiActive };
+
+  ULONG references = 1;
+  State state = State::Loaded;
+  int modelessOff = 0;
+  HWND window = nullptr;
+  Microsoft::WRL::ComPtr<IOleObject> control;
+  Microsoft::WRL::ComPtr<IOleInPlaceActiveObject> active;
+};
+
+}  // namespace kw::test

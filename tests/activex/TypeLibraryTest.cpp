@@ -1,0 +1,185 @@
+// The type library inside the control, member by member.
+
+#include <windows.h>
+
+#include <oleauto.h>
+#include <olectl.h>
+
+#include <ostream>
+#include <vector>
+
+#include "activex/Fixture.h"
+
+namespace kw::test {
+
+struct Member {
+  std::wstring name;
+  MEMBERID number;
+  INVOKEKIND kind;
+  VARTYPE type;  // of the value that is put, got or passed; VT_VOID without one
+  std::vector<std::wstring> arguments;
+
+  bool operator==(const Member& other) const = default;
+};
+
+std::ostream& operator<<(std::ostream& out, const Member& member) {
+  for (const wchar_t letter : member.name) out << static_cast<char>(letter);
+  out << " id " << member.number << " kind " << member.kind << " type " << member.type << " (";
+  for (const std::wstring& argument : member.arguments) {
+    for (const wchar_t letter : argument) out << static_cast<char>(letter);
+    out << ' ';
+  }
+  return out << ')';
+}
+
+namespace {
+
+class TypeLibraryTest : public testing::Test {
+protected:
+  void SetUp() override { ASSERT_HRESULT_SUCCEEDED(LoadTypeLibEx(Ocx::Path().c_str(), REGKIND_NONE, &library)); }
+
+  ComPtr<ITypeInfo> Info(REFGUID guid) {
+    ComPtr<ITypeInfo> info;
+    EXPECT_HRESULT_SUCCEEDED(library->GetTypeInfoOfGuid(guid, &info));
+    return info;
+  }
+
+  ComPtr<ITypeLib> library;
+};
+
+std::wstring NameOf(ITypeInfo& info, MEMBERID number, std::wstring* help = nullptr) {
+  BSTR name = nullptr;
+  BSTR text = nullptr;
+  info.GetDocumentation(number, &name, &text, nullptr, nullptr);
+  if (help != nullptr) *help = std::wstring(text == nullptr ? L"" : text);
+  SysFreeString(text);
+  return Take(name);
+}
+
+VARTYPE Pointed(const TYPEDESC& type) { return type.vt == VT_PTR ? type.lptdesc->vt : type.vt; }
+
+// The members of the control's own, in order; those of IDispatch are left out.
+std::vector<Member> MembersOf(ITypeInfo& info) {
+  std::vector<Member> members;
+  TYPEATTR* attributes = nullptr;
+  EXPECT_HRESULT_SUCCEEDED(info.GetTypeAttr(&attributes));
+  for (UINT index = 0; index < attributes->cFuncs; ++index) {
+    FUNCDESC* function = nullptr;
+    EXPECT_HRESULT_SUCCEEDED(info.GetFuncDesc(index, &function));
+    if ((function->wFuncFlags & FUNCFLAG_FRESTRICTED) == 0) {
+      BSTR names[8] = {};
+      UINT count = 0;
+      info.GetNames(function->memid, names, 8, &count);
+      Member member{names[0], function->memid, function->invkind, VT_VOID, {}};
+      for (UINT name = 1; name < count; ++name) member.arguments.emplace_back(names[name]);
+      for (BSTR name : names) SysFreeString(name);
+      if (function->cParams > 0) {
+        member.type = Pointed(function->lprgelemdescParam[0].tdesc);
+      } else if (function->invkind == INVOKE_PROPERTYGET) {
+        member.type = function->elemdescFunc.tdesc.vt;
+      }
+      std::wstring help;
+      NameOf(info, function->memid, &help);
+      EXPECT_FALSE(help.empty()) << member << " has no help string";
+      members.push_back(member);
+    }
+    info.ReleaseFuncDesc(function);
+  }
+  info.ReleaseTypeAttr(attributes);
+  return members;
+}
+
+TEST_F(TypeLibraryTest, LibraryHasItsNameNumberAndVersion) {
+  TLIBATTR* attributes = nullptr;
+  ASSERT_HRESULT_SUCCEEDED(library->GetLibAttr(&attributes));
+  EXPECT_EQ(attributes->guid, LIBID_KwEditor);
+  EXPECT_EQ(attributes->wMajorVerNum, 1);
+  EXPECT_EQ(attributes->wMinorVerNum, 0);
+  EXPECT_EQ(attributes->syskind, sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32);
+  library->ReleaseTLibAttr(attributes);
+  BSTR name = nullptr;
+  library->GetDocumentation(-1, &name, nullptr, nullptr, nullptr);
+  EXPECT_EQ(Take(name), L"KwEditor");
+}
+
+TEST_F(TypeLibraryTest, PublicMembersAreTheseInThisOrder) {
+  std::vector<Member> expected;
+  const auto both = [&](const wchar_t* name, MEMBERID number, VARTYPE type) {
+    expected.push_back({name, number, INVOKE_PROPERTYGET, type, {}});
+    expected.push_back({name, number, INVOKE_PROPERTYPUT, type, {}});
+  };
+  both(L"m_IsFileChanged", EditorChangedMemberId, VT_BOOL);
+  both(L"SaveFilePath", EditorSaveFilePathId, VT_BSTR);
+  expected.push_back({L"SavePage", EditorSavePageId, INVOKE_FUNC, VT_VOID, {}});
+  expected.push_back({L"OpenFile", EditorOpenFileId, INVOKE_FUNC, VT_BSTR, {L"fPath"}});
+  both(L"IsToShowBackImage", EditorIsToShowBackImageId, VT_BOOL);
+  both(L"IsFileChanged", EditorIsFileChangedId, VT_BOOL);
+  both(L"IsToLightenBackImage", EditorIsToLightenBackImageId, VT_BOOL);
+  both(L"IsToolboxVisible", EditorIsToolboxVisibleId, VT_BOOL);
+  expected.push_back({L"SignatureFilePath", EditorSignatureFilePathId, INVOKE_PROPERTYPUT, VT_BSTR, {}});
+  expected.push_back({L"BGImage", EditorBGImageId, INVOKE_PROPERTYPUT, VT_BSTR, {}});
+  both(L"Enabled", DISPID_ENABLED, VT_BOOL);
+  both(L"IsOpenButtonVisible", EditorIsOpenButtonVisibleId, VT_BOOL);
+  both(L"IsToSaveAsMultiPageFile", EditorIsToSaveAsMultiPageFileId, VT_BOOL);
+  both(L"IsToAllowChooseColor", EditorIsToAllowChooseColorId, VT_BOOL);
+  both(L"MaxUndoLevels", EditorMaxUndoLevelsId, VT_I2);
+  both(L"IsEditable", EditorIsEditableId, VT_BOOL);
+  both(L"IsSaveButtonEnabled", EditorIsSaveButtonEnabledId, VT_BOOL);
+  both(L"AppDir", EditorAppDirId, VT_BSTR);
+  EXPECT_EQ(MembersOf(*Info(IID__KwEditorLayers).Get()), expected);
+}
+
+TEST_F(TypeLibraryTest, EventsAreTheseInThisOrderWithTheseArguments) {
+  const std::vector<Member> expected = {
+      {L"ErrorOccured", 1, INVOKE_FUNC, VT_I2, {L"ErrorNo", L"ErrorMsg"}},
+      {L"FileSaved", 2, INVOKE_FUNC, VT_BSTR, {L"FilePath", L"CurrentPageNo", L"TotalPages"}},
+      {L"MultipageFileSaved", 3, INVOKE_FUNC, VT_VOID, {}},
+      {L"NewPageCreated", 4, INVOKE_FUNC, VT_BSTR, {L"FilePath", L"CurrentPageNo", L"TotalPages"}},
+      {L"PageChanged", 5, INVOKE_FUNC, VT_I2, {L"PageNo"}},
+  };
+  const auto info = Info(DIID___KwEditorLayers);
+  EXPECT_EQ(MembersOf(*info.Get()), expected);
+}
+
+TEST_F(TypeLibraryTest, EveryArgumentOfAnEventIsByReference) {
+  const auto info = Info(DIID___KwEditorLayers);
+  for (UINT index = 0; index < 5; ++index) {
+    FUNCDESC* function = nullptr;
+    ASSERT_HRESULT_SUCCEEDED(info->GetFuncDesc(index, &function));
+    for (SHORT argument = 0; argument < function->cParams; ++argument) {
+      const ELEMDESC& element = function->lprgelemdescParam[argument];
+      EXPECT_EQ(element.tdesc.vt, VT_PTR);
+      EXPECT_EQ(element.paramdesc.wParamFlags & (PARAMFLAG_FIN | PARAMFLAG_FOUT), PARAMFLAG_FIN | PARAMFLAG_FOUT);
+    }
+    info->ReleaseFuncDesc(function);
+  }
+}
+
+TEST_F(TypeLibraryTest, ClassHasTheInterfaceAndTheEventsAsItsDefaults) {
+  const auto info = Info(CLSID_KwEditorLayers);
+  EXPECT_EQ(NameOf(*info.Get(), MEMBERID_NIL), L"KwEditorLayers");
+  TYPEATTR* attributes = nullptr;
+  ASSERT_HRESULT_SUCCEEDED(info->GetTypeAttr(&attributes));
+  EXPECT_EQ(attributes->typekind, TKIND_COCLASS);
+  EXPECT_TRUE((attributes->wTypeFlags & TYPEFLAG_FCONTROL) != 0);
+  EXPECT_EQ(attributes->cImplTypes, 2);
+  info->ReleaseTypeAttr(attributes);
+  const struct {
+    const wchar_t* name;
+    int flags;
+  } expected[] = {{L"_KwEditorLayers", IMPLTYPEFLAG_FDEFAULT},
+                  {L"__KwEditorLayers", IMPLTYPEFLAG_FDEFAULT | IMPLTYPEFLAG_FSOURCE}};
+  for (UINT index = 0; index < 2; ++index) {
+    HREFTYPE reference = 0;
+    ComPtr<ITypeInfo> implemented;
+    int flags = 0;
+    ASSERT_HRESULT_SUCCEEDED(info->GetRefTypeOfImplType(index, &reference));
+    ASSERT_HRESULT_SUCCEEDED(info->GetRefTypeInfo(reference, &implemented));
+    ASSERT_HRESULT_SUCCEEDED(info->GetImplTypeFlags(index, &flags));
+    EXPECT_EQ(NameOf(*implemented.Get(), MEMBERID_NIL), expected[index].name);
+    EXPECT_EQ(flags, expected[index].flags);
+  }
+}
+
+}  // namespace
+}  // namespace kw::test
