@@ -17,6 +17,9 @@ class CheckBox : public Control {
     caption = std::move(text);
     Tell(Aspect::Content);
   }
+  // A button that stays down instead of a tick box. A matter of design time.
+  bool IsButton() const { return isButton; }
+  void SetIsButton(bool newStyle) { isButton = newStyle; }
   bool Value() const { return value; }
   void SetValue(bool newValue) {
     if (value == newValue) return;
@@ -33,6 +36,7 @@ class CheckBox : public Control {
 
  private:
   std::string caption;
+  bool isButton = false;
   bool value = false;
 };
 

@@ -26,6 +26,7 @@ enum class Aspect : std::uint8_t {
   Pointer,  // mouse pointer or its icon
   Order,    // its place among its siblings
   Focus,    // it became the active control by a procedure, not by the user
+  PopUp,    // a menu is to be shown at the mouse
 };
 
 // The one window or drawing that may show a model. A model works the same with none.

@@ -9,7 +9,7 @@
 namespace kw {
 
 // A small plain square: a marker of a pen stroke or a drag handle on the page's edge. On a handle, the position that
-// MouseUp carries is the distance dragged.
+// MouseUp carries is the distance dragged, in the screen's twips.
 class LightWeightMarker : public Control, public MouseInput {
  public:
   explicit LightWeightMarker(std::string controlName) : Control(std::move(controlName), "KWLightWeightCtl") {}

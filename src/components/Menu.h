@@ -17,6 +17,9 @@ class Menu : public Control {
   const std::string& Caption() const { return caption; }
   void SetCaption(std::string text) { caption = std::move(text); }
 
+  // Shows the entries at the mouse and lets the user choose one; returns when the menu is closed.
+  void PopUp() { Tell(Aspect::PopUp); }
+
   // Input procedure: the user chose the entry.
   void UserChoose() {
     if (Enabled()) Click.Raise();

@@ -1,5 +1,7 @@
 #include "components/TransparentPicture.h"
 
+#include "components/RunTimeError.h"
+
 namespace kw {
 
 void TransparentPicture::LoadFrom(const TransparentPicture& other) {
@@ -10,6 +12,12 @@ void TransparentPicture::LoadFrom(const TransparentPicture& other) {
   foreColor = other.foreColor;
   backColor = other.backColor;
   fillColor = other.fillColor;
+  lineColor = other.lineColor;
+  lineWidth = other.lineWidth;
+  transparentColor = other.transparentColor;
+  figure = other.figure;
+  style = other.style;
+  isTextEntry = other.isTextEntry;
   font = other.font;
   isToShowBorderMarks = other.isToShowBorderMarks;
   isToShowResize = other.isToShowResize;
@@ -51,6 +59,38 @@ void TransparentPicture::SetBackColor(Colour value) {
 void TransparentPicture::SetFillColor(Colour value) {
   fillColor = value;
   Tell(Aspect::Colours);
+}
+
+void TransparentPicture::SetLineColor(Colour value) {
+  lineColor = value;
+  Tell(Aspect::Colours);
+}
+
+void TransparentPicture::SetLineWidth(std::int16_t value) {
+  if (value < 1) Raise(ErrorNumber::InvalidPropertyValue);
+  lineWidth = value;
+  Tell(Aspect::Content);
+}
+
+void TransparentPicture::SetTransparentColor(Colour value) {
+  transparentColor = value;
+  Tell(Aspect::Colours);
+}
+
+void TransparentPicture::SetFigure(Figure newFigure) {
+  figure = newFigure;
+  Tell(Aspect::Content);
+}
+
+void TransparentPicture::SetStyle(std::int16_t value) {
+  style = value;
+  Tell(Aspect::Content);
+}
+
+void TransparentPicture::SetTextEntry(bool value) {
+  if (isTextEntry == value) return;
+  isTextEntry = value;
+  Tell(Aspect::Content);
 }
 
 void TransparentPicture::SetTextFont(Font newFont) {

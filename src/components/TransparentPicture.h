@@ -11,6 +11,16 @@
 
 namespace kw {
 
+// What a layer draws itself, inset by half the line width; 0 is text, by contract.
+enum class FigureKind : std::int32_t { Text = 0, Picture = 1, Ellipse = 2, Rectangle = 3, Line = 4 };
+
+struct Figure {
+  FigureKind kind = FigureKind::Picture;
+  // Of a line: whether it runs from the bottom left to the top right corner instead of from top left to bottom right.
+  bool isRising = false;
+  friend bool operator==(const Figure&, const Figure&) = default;
+};
+
 // A layer of the canvas: a picture or a drawn figure through which what lies below shows where it has its
 // transparent colour. The page, the background image, the floating layers and the rubber band are of this type.
 class TransparentPicture : public Control, public MouseInput {
@@ -42,6 +52,24 @@ class TransparentPicture : public Control, public MouseInput {
   const Font& TextFont() const { return font; }
   void SetTextFont(Font newFont);
 
+  Colour LineColor() const { return lineColor; }
+  void SetLineColor(Colour value);
+  // Width of outlines in pixels.
+  std::int16_t LineWidth() const { return lineWidth; }
+  void SetLineWidth(std::int16_t value);
+  // What is drawn in this colour lets through what lies below.
+  Colour TransparentColor() const { return transparentColor; }
+  void SetTransparentColor(Colour value);
+  // What the layer draws inside its bounds, by FigureKind's numbers.
+  const Figure& DrawnFigure() const { return figure; }
+  void SetFigure(Figure newFigure);
+  // The border's style; 0 none.
+  std::int16_t Style() const { return style; }
+  void SetStyle(std::int16_t value);
+  // Whether typing goes into the layer.
+  bool IsTextEntry() const { return isTextEntry; }
+  void SetTextEntry(bool value);
+
   // The frame around a picked layer: 0 none, 1 one pixel.
   std::int32_t SelectionFrame() const { return selectionFrame; }
   void SetSelectionFrame(std::int32_t value);
@@ -51,6 +79,13 @@ class TransparentPicture : public Control, public MouseInput {
   bool IsToShowResize() const { return isToShowResize; }
   void SetIsToShowResize(bool value);
 
+  // Input procedure: the layer takes a press, which activates it.
+  void TakePress() { Activate.Raise(); }
+  // Another layer, or none, is the active one from now on.
+  void GiveUpActivation() { Deactivate.Raise(); }
+
+  Event<> Activate;
+  Event<> Deactivate;
   Event<> Change;  // its size or its picture changed
 
  protected:
@@ -64,6 +99,12 @@ class TransparentPicture : public Control, public MouseInput {
   Colour foreColor = 0;
   Colour backColor = MakeColour(255, 255, 255);
   Colour fillColor = MakeColour(255, 255, 255);
+  Colour lineColor = 0;
+  std::int16_t lineWidth = 1;
+  Colour transparentColor = MakeColour(255, 255, 255);
+  Figure figure;
+  std::int16_t style = 0;
+  bool isTextEntry = false;
   Font font;
   std::int32_t selectionFrame = 0;
   bool isToShowBorderMarks = false;

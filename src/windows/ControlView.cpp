@@ -1,0 +1,211 @@
+#include "windows/ControlView.h"
+
+#include "drawing/CanvasComposer.h"
+#include "windows/Gdi.h"
+#include "windows/Guard.h"
+#include "windows/Pane.h"
+
+extern "C" IMAGE_DOS_HEADER __ImageBase;
+
+namespace kw::windows {
+
+HINSTANCE Module() { return reinterpret_cast<HINSTANCE>(&__ImageBase); }
+
+namespace {
+
+int classUsers = 0;  // of all threads; windows of one module are made on few
+
+}  // namespace
+
+void OwnWindowClass::Acquire() {
+  if (classUsers++ > 0) return;
+  WNDCLASSEXW description = {};
+  description.cbSize = sizeof description;
+  description.style = CS_DBLCLKS;
+  description.lpfnWndProc = &DefWindowProcW;
+  description.hInstance = Module();
+  description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+  description.lpszClassName = Name;
+  RegisterClassExW(&description);
+}
+
+// A class that outlives its DLL would call into memory that is no longer code.
+void OwnWindowClass::Release() {
+  if (--classUsers == 0) UnregisterClassW(Name, Module());
+}
+
+ControlView::ControlView(Pane& shared, Control& shown, ControlView* holder)
+    : pane(shared), model(&shown), container(holder) {
+  model->AttachView(this);
+}
+
+ControlView::~ControlView() {
+  if (window != nullptr) RemoveWindowSubclass(window, &Subclass, 0);
+}
+
+void ControlView::Open() {
+  ControlView* holder = container;
+  while (holder != nullptr && holder->window == nullptr) holder = holder->container;
+  window = Create(holder == nullptr ? nullptr : holder->window);
+  if (window == nullptr) {
+    Show(Aspect::Content);
+    return;
+  }
+  SetWindowSubclass(window, &Subclass, 0, reinterpret_cast<DWORD_PTR>(this));
+  Show(Aspect::Content);
+  if (container == nullptr) return;  // where the root lies, and whether it shows, is its host's business
+  ShowPlace();
+  ShowOrder();
+  ShowEnabled();
+  pane.AddToolTip(window, *model);
+  if (model->Visible()) ShowWindow(window, SW_SHOWNA);
+}
+
+void ControlView::Detach() {
+  if (model == nullptr) return;
+  model->DetachView();
+  model = nullptr;
+}
+
+void ControlView::Destroy() {
+  if (window != nullptr) DestroyWindow(window);
+}
+
+void ControlView::Changed(Aspect aspect) {
+  if (window != nullptr && container != nullptr) {
+    if (aspect == Aspect::Geometry) ShowPlace();
+    if (aspect == Aspect::Visibility) ShowWindow(window, model->Visible() ? SW_SHOWNA : SW_HIDE);
+    if (aspect == Aspect::Order) ShowOrder();
+  }
+  if (aspect == Aspect::Enabled) {
+    ShowEnabled();
+    EnableDescendants(*model);
+  }
+  if (aspect == Aspect::Focus && window != nullptr) SetFocus(window);
+  if (IsAttached()) Show(aspect);
+}
+
+void ControlView::EnableDescendants(const Control& holder) {
+  for (const Control* child : holder.Children()) {
+    if (ControlView* view = pane.ViewOf(*child)) view->ShowEnabled();
+    EnableDescendants(*child);
+  }
+}
+
+void ControlView::ChildAdded(Control& child) { pane.Add(child, this); }
+void ControlView::ChildRemoved(Control& child) { pane.Remove(child); }
+
+RECT ControlView::Place() const { return ToRect(PixelsOf(*model)); }
+
+void ControlView::ShowPlace() {
+  const RECT place = Place();
+  SetWindowPos(window, nullptr, place.left, place.top, WidthOf(place), HeightOf(place), SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void ControlView::ShowOrder() { SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE); }
+
+void ControlView::ShowEnabled() {
+  if (window != nullptr) EnableWindow(window, IsEffectivelyEnabled() ? TRUE : FALSE);
+}
+
+bool ControlView::IsEffectivelyEnabled() const {
+  for (const Control* one = model; one != nullptr; one = one->Container()) {
+    if (!one->Enabled()) return false;
+  }
+  return true;
+}
+
+bool ControlView::WantsKey(WPARAM) const { return false; }
+void ControlView::OnCommand(WORD, WORD) {}
+LRESULT ControlView::OnNotify(NMHDR&) { return 0; }
+void ControlView::OnScroll(WORD) {}
+LRESULT ControlView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) { return Default(message, wParam, lParam); }
+
+HWND ControlView::CreateSystemWindow(HWND parent, const wchar_t* className, DWORD style, DWORD extendedStyle) {
+  const HWND created = CreateWindowExW(extendedStyle, className, nullptr, WS_CHILD | WS_CLIPSIBLINGS | style, 0, 0, 1,
+                                       1, parent, nullptr, Module(), nullptr);
+  if (created != nullptr) SendMessageW(created, WM_SETFONT, reinterpret_cast<WPARAM>(pane.Font()), FALSE);
+  return created;
+}
+
+HWND ControlView::CreateOwnWindow(HWND parent, DWORD extendedStyle) {
+  return CreateWindowExW(extendedStyle | WS_EX_NOPARENTNOTIFY, OwnWindowClass::Name, nullptr,
+                         WS_CHILD | WS_CLIPSIBLINGS | WS_CLIPCHILDREN, 0, 0, 1, 1, parent, nullptr, Module(), nullptr);
+}
+
+LRESULT ControlView::Default(UINT message, WPARAM wParam, LPARAM lParam) {
+  return window == nullptr ? 0 : DefSubclassProc(window, message, wParam, lParam);
+}
+
+bool ControlView::SetPointerOf(const Control& shown) const {
+  const bool isBusy = pane.Root().Pointer() == MousePointer::Hourglass;
+  const HCURSOR cursor =
+      pane.Pictures().CursorOf(isBusy ? MousePointer::Hourglass : shown.Pointer(), shown.PointerIcon());
+  if (cursor != nullptr) SetCursor(cursor);
+  return cursor != nullptr;
+}
+
+void ControlView::FocusCame() { model->ReceiveFocus(); }
+
+void ControlView::FocusWent(HWND to) {
+  // A dialog or another application takes the focus for a while only: the active control stays what it is.
+  if (to != nullptr && GetAncestor(to, GA_ROOT) == GetAncestor(window, GA_ROOT)) model->LoseFocus();
+}
+
+LRESULT CALLBACK ControlView::Subclass(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                       DWORD_PTR self) {
+  auto& view = *reinterpret_cast<ControlView*>(self);
+  LRESULT result = 0;
+  if (message == WM_NCDESTROY) {
+    RemoveWindowSubclass(window, &Subclass, 0);
+    result = DefSubclassProc(window, message, wParam, lParam);
+    view.window = nullptr;
+    if (view.container == nullptr) view.pane.Close();  // the host destroyed its window with us in it
+    return result;
+  }
+  if (!view.IsAttached()) return DefSubclassProc(window, message, wParam, lParam);
+  const Pane::Message underWay(view.pane);
+  Guard([&] { result = view.Handle(message, wParam, lParam); });
+  return result;
+}
+
+LRESULT ControlView::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case WM_COMMAND:
+      if (ControlView* sender = pane.ViewOf(reinterpret_cast<HWND>(lParam))) {
+        sender->OnCommand(HIWORD(wParam), LOWORD(wParam));
+        return 0;
+      }
+      break;
+    case WM_HSCROLL:
+    case WM_VSCROLL:
+      if (ControlView* sender = pane.ViewOf(reinterpret_cast<HWND>(lParam))) {
+        sender->OnScroll(LOWORD(wParam));
+        return 0;
+      }
+      break;
+    case WM_NOTIFY: {
+      NMHDR& header = *reinterpret_cast<NMHDR*>(lParam);
+      if (ControlView* sender = pane.ViewOf(header.hwndFrom)) return sender->OnNotify(header);
+      break;
+    }
+    case WM_SETCURSOR:
+      if (reinterpret_cast<HWND>(wParam) == window && LOWORD(lParam) == HTCLIENT && SetPointerOf(*model)) return TRUE;
+      break;
+    case WM_SETFOCUS: {
+      const LRESULT result = OnMessage(message, wParam, lParam);
+      if (IsAttached()) FocusCame();
+      return result;
+    }
+    case WM_KILLFOCUS: {
+      const LRESULT result = OnMessage(message, wParam, lParam);
+      if (IsAttached()) FocusWent(reinterpret_cast<HWND>(wParam));
+      return result;
+    }
+    default:
+      break;
+  }
+  return OnMessage(message, wParam, lParam);
+}
+
+}  // namespace kw::windows

@@ -1,0 +1,103 @@
+#pragma once
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include "components/Control.h"
+
+namespace kw::windows {
+
+class Images;
+class Pane;
+
+// The view of one model. It shows the model in a window of its own, or on the window of the container's view.
+//
+// Once detached it has neither model nor window and does nothing any more; a view therefore looks again (IsAttached)
+// after everything that may have run code of the editor.
+class ControlView : public View {
+public:
+  ControlView(Pane& shared, Control& shown, ControlView* container);
+  ~ControlView() override;
+
+  bool IsAttached() const { return model != nullptr; }
+  Control& Model() const { return *model; }
+  // Null for a view that draws on its container's window.
+  HWND Handle() const { return window; }
+  ControlView* Container() const { return container; }
+
+  // Makes the window, if the view has one, and shows the model as it is.
+  void Open();
+  // The model leaves its container: the last moment at which its place in it is known. Of the model only what every
+  // control has may still be used.
+  virtual void Leave() {}
+  // Lets go of the model; the window, if any, goes on without effect until Destroy.
+  void Detach();
+  void Destroy();
+
+  void Changed(Aspect aspect) final;
+  void ChildAdded(Control& child) final;
+  void ChildRemoved(Control& child) final;
+
+  // A control that may get the focus from the keyboard.
+  virtual bool IsTabStop() const { return false; }
+  // Keys that the control wants before the host's accelerators.
+  virtual bool WantsKey(WPARAM key) const;
+
+  // What the control's window told its parent.
+  virtual void OnCommand(WORD notification, WORD id);
+  virtual LRESULT OnNotify(NMHDR& header);
+  virtual void OnScroll(WORD code);
+  // A message to the view's own window. Unless a view handles it, the window's own class does.
+  virtual LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam);
+
+  // The control, what holds it and what holds that, all are enabled.
+  bool IsEffectivelyEnabled() const;
+  // The window's place in the container's window.
+  RECT Place() const;
+
+protected:
+  // Makes the window of a view that has one; null for others.
+  virtual HWND Create(HWND parent) = 0;
+  // Shows what one of the model's aspects now is; those that every window has are done already.
+  virtual void Show(Aspect aspect) = 0;
+  virtual void ShowPlace();
+  virtual void ShowEnabled();
+
+  Pane& Shared() const { return pane; }
+  // A window of a system class with the pane's font.
+  HWND CreateSystemWindow(HWND parent, const wchar_t* className, DWORD style, DWORD extendedStyle = 0);
+  // A window of our own class, whose messages come to OnMessage.
+  HWND CreateOwnWindow(HWND parent, DWORD extendedStyle = 0);
+  LRESULT Default(UINT message, WPARAM wParam, LPARAM lParam);
+  // Sets the mouse pointer that the control wants; false for the default one.
+  bool SetPointerOf(const Control& shown) const;
+  // The window got the keyboard, or loses it to the window `to`.
+  void FocusCame();
+  void FocusWent(HWND to);
+
+private:
+  static LRESULT CALLBACK Subclass(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                   DWORD_PTR self);
+  LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
+  void ShowOrder();
+  void EnableDescendants(const Control& holder);
+
+  Pane& pane;
+  Control* model;
+  ControlView* container;
+  HWND window = nullptr;
+};
+
+// The window class of views that paint themselves; there while a pane is open.
+class OwnWindowClass {
+public:
+  static constexpr const wchar_t* Name = L"KwEditorView";
+  static void Acquire();
+  static void Release();
+};
+
+// The DLL or executable that holds this code.
+HINSTANCE Module();
+
+}  // namespace kw::windows

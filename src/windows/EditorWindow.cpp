@@ -1,0 +1,70 @@
+#include "windows/EditorWindow.h"
+
+#include <cmath>
+
+#include "windows/Gdi.h"
+#include "windows/Mouse.h"
+#include "windows/Pane.h"
+#include "windows/ViewFactory.h"
+
+namespace kw::windows {
+
+EditorWindow::EditorWindow(UserControl& root, HWND parent, const RECT& position) : pane(std::make_shared<Pane>(root)) {
+  pane->Open(parent, position);
+}
+
+EditorWindow::~EditorWindow() { Close(); }
+
+HWND EditorWindow::Handle() const { return pane->Window(); }
+
+void EditorWindow::Resize(const RECT& position) {
+  if (Handle() == nullptr) return;
+  SetWindowPos(Handle(), nullptr, position.left, position.top, WidthOf(position), HeightOf(position),
+               SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void EditorWindow::Show(bool isVisible) {
+  if (Handle() != nullptr) ShowWindow(Handle(), isVisible ? SW_SHOWNA : SW_HIDE);
+}
+
+void EditorWindow::Close() {
+  const std::shared_ptr<Pane> kept = pane;
+  kept->Close();
+}
+
+bool EditorWindow::TranslateAccelerator(MSG& message) {
+  if (message.message != WM_KEYDOWN || !pane->IsOpen()) return false;
+  const std::shared_ptr<Pane> kept = pane;
+  const Pane::Message underWay(*kept);
+  const HWND window = kept->Window();
+  if (message.hwnd != window && IsChild(window, message.hwnd) == FALSE) return false;
+  const std::int16_t shift = ShiftState();
+  if (message.wParam == VK_TAB && (shift & ~Mouse::ShiftKey) == 0) return kept->MoveFocus(shift != 0);
+  const ControlView* view = nullptr;
+  for (HWND one = message.hwnd; view == nullptr && one != nullptr; one = GetParent(one)) view = kept->ViewOf(one);
+  if (view == nullptr || !view->WantsKey(message.wParam)) return false;
+  TranslateMessage(&message);
+  DispatchMessageW(&message);
+  return true;
+}
+
+void EditorWindow::Draw(UserControl& root, HDC context, const RECT& bounds) {
+  const int width = static_cast<int>(std::lround(ToPixels(root.Width())));
+  const int height = static_cast<int>(std::lround(ToPixels(root.Height())));
+  BackBuffer frame;
+  if (width <= 0 || height <= 0 || !frame.Reserve(width, height)) return;
+  const Images images;
+  const HFONT font = CreateCaptionFont();
+  const HGDIOBJ before = SelectObject(frame.Context(), font);
+  FillWithFace(frame.Context(), {0, 0, width, height});
+  DrawChildren({frame.Context(), images}, root);
+  SelectObject(frame.Context(), before);
+  DeleteObject(font);
+  const int mode = SetStretchBltMode(context, HALFTONE);
+  SetBrushOrgEx(context, 0, 0, nullptr);
+  StretchBlt(context, bounds.left, bounds.top, WidthOf(bounds), HeightOf(bounds), frame.Context(), 0, 0, width, height,
+             SRCCOPY);
+  SetStretchBltMode(context, mode);
+}
+
+}  // namespace kw::windows

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+
+#include "components/UserControl.h"
+
+namespace kw::windows {
+
+class Pane;
+
+// The window that shows the editor's form: a real control for each model below the root that has a look, also for those
+// that are loaded later, until they are unloaded.
+//
+// The root must outlive the window. A window may be closed or destroyed at any time, also by code that an event of one
+// of the models called: what is under way then ends without touching the models again.
+class EditorWindow {
+public:
+  // A child of `parent` at `position` (client pixels of the parent), not yet shown. Throws RunTimeError (OutOfMemory)
+  // where the system gives no window.
+  EditorWindow(UserControl& root, HWND parent, const RECT& position);
+  EditorWindow(const EditorWindow&) = delete;
+  EditorWindow& operator=(const EditorWindow&) = delete;
+  ~EditorWindow();
+
+  // Null once the window is closed or was destroyed by its parent.
+  HWND Handle() const;
+  // Moves the window only; the model gets its size from the one who knows why it changes.
+  void Resize(const RECT& position);
+  void Show(bool isVisible);
+  // Destroys the window; the models live on without. Does nothing a second time.
+  void Close();
+
+  // Offers a key message of the thread's queue to the control that has the focus before the host's own accelerators:
+  // arrows, Delete, Ctrl with a letter, and Tab between the controls. True where it was handled.
+  bool TranslateAccelerator(MSG& message);
+
+  // Paints the whole form, as the models say, into `bounds` of any device context; needs no window.
+  static void Draw(UserControl& root, HDC context, const RECT& bounds);
+
+private:
+  std::shared_ptr<Pane> pane;
+};
+
+}  // namespace kw::windows

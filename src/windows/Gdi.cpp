@@ -1,0 +1,78 @@
+#include "windows/Gdi.h"
+
+#include <algorithm>
+
+namespace kw::windows {
+
+bool BackBuffer::Reserve(int newWidth, int newHeight) {
+  if (newWidth <= width && newHeight <= height) return true;
+  newWidth = std::max(newWidth, width);
+  newHeight = std::max(newHeight, height);
+  Free();
+  BITMAPINFO info = {};
+  info.bmiHeader.biSize = sizeof info.bmiHeader;
+  info.bmiHeader.biWidth = newWidth;
+  info.bmiHeader.biHeight = -newHeight;  // rows from the top downward
+  info.bmiHeader.biPlanes = 1;
+  info.bmiHeader.biBitCount = 32;
+  info.bmiHeader.biCompression = BI_RGB;
+  void* bits = nullptr;
+  bitmap = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+  context = bitmap == nullptr ? nullptr : CreateCompatibleDC(nullptr);
+  if (context == nullptr) {
+    Free();
+    return false;
+  }
+  before = SelectObject(context, bitmap);
+  pixels = static_cast<std::uint32_t*>(bits);
+  width = newWidth;
+  height = newHeight;
+  return true;
+}
+
+void BackBuffer::Free() {
+  if (context != nullptr) {
+    SelectObject(context, before);
+    DeleteDC(context);
+  }
+  if (bitmap != nullptr) DeleteObject(bitmap);
+  context = nullptr;
+  bitmap = nullptr;
+  pixels = nullptr;
+  width = height = 0;
+}
+
+FrameBuffer BackBuffer::Pixels(const RECT& area) const {
+  return {pixels, static_cast<std::size_t>(width), ToPixelRect(area)};
+}
+
+BufferedPaint::BufferedPaint(HWND painted, BackBuffer& frame) : window(painted), buffer(frame) {
+  BeginPaint(window, &paint);
+  const RECT& dirty = paint.rcPaint;
+  needed = !IsRectEmpty(&dirty) && buffer.Reserve(WidthOf(dirty), HeightOf(dirty));
+  if (needed) SetViewportOrgEx(buffer.Context(), -dirty.left, -dirty.top, nullptr);
+}
+
+BufferedPaint::~BufferedPaint() {
+  if (needed) {
+    const RECT& dirty = paint.rcPaint;
+    GdiFlush();
+    SetViewportOrgEx(buffer.Context(), 0, 0, nullptr);
+    BitBlt(paint.hdc, dirty.left, dirty.top, WidthOf(dirty), HeightOf(dirty), buffer.Context(), 0, 0, SRCCOPY);
+  }
+  EndPaint(window, &paint);
+}
+
+void FillWith(HDC context, const RECT& rectangle, COLORREF colour) {
+  const COLORREF before = SetBkColor(context, colour);
+  ExtTextOutW(context, 0, 0, ETO_OPAQUE, &rectangle, nullptr, 0, nullptr);
+  SetBkColor(context, before);
+}
+
+HFONT CreateCaptionFont() {
+  constexpr int Height = -11;  // pixels: 8.25 points at 96 per inch, like the pixels in which the form is laid out
+  return CreateFontW(Height, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
+                     CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY, DEFAULT_PITCH | FF_DONTCARE, L"MS Shell Dlg 2");
+}
+
+}  // namespace kw::windows

@@ -1,0 +1,147 @@
+#include "windows/ImageComboView.h"
+
+#include "windows/Gdi.h"
+#include "windows/Text.h"
+
+namespace kw::windows {
+namespace {
+
+constexpr int ListRows = 16;  // shown at once when it drops down
+constexpr int RowHeight = 16;
+constexpr int BorderHeight = 6;  // of the closed combo, above and below its text together
+
+std::wstring WindowText(HWND window) {
+  std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
+  text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
+  return text;
+}
+
+}  // namespace
+
+HWND ImageComboView::Create(HWND parent) {
+  return CreateSystemWindow(parent, WC_COMBOBOXEXW,
+                            WS_VSCROLL | static_cast<DWORD>(combo.IsEditable() ? CBS_DROPDOWN : CBS_DROPDOWNLIST));
+}
+
+HWND ImageComboView::List() const { return reinterpret_cast<HWND>(SendMessageW(Handle(), CBEM_GETCOMBOCONTROL, 0, 0)); }
+
+void ImageComboView::ShowPlace() {
+  const RECT place = Place();
+  SetWindowPos(Handle(), nullptr, place.left, place.top, WidthOf(place), HeightOf(place) + ListRows * RowHeight,
+               SWP_NOZORDER | SWP_NOACTIVATE);
+  constexpr WPARAM Closed = static_cast<WPARAM>(-1);
+  SendMessageW(Handle(), CB_SETITEMHEIGHT, Closed, HeightOf(place) - BorderHeight);
+}
+
+void ImageComboView::Show(Aspect aspect) {
+  if (aspect != Aspect::Content) return;
+  isShowing = true;
+  ShowItems();
+  ShowText();
+  isShowing = false;
+}
+
+void ImageComboView::ShowItems() {
+  auto shown = static_cast<std::int32_t>(SendMessageW(Handle(), CB_GETCOUNT, 0, 0));
+  // Items are only added at the end or cleared all, apart from a start-up that fills the list in another order.
+  bool isSame = shown <= combo.ItemCount();
+  for (std::int32_t i = 1; isSame && i <= shown; ++i) isSame = ItemText(i) == ToWide(combo.ItemText(i));
+  if (!isSame) {
+    SendMessageW(Handle(), CB_RESETCONTENT, 0, 0);
+    shown = 0;
+  }
+  for (std::int32_t i = shown + 1; i <= combo.ItemCount(); ++i) {
+    std::wstring text = ToWide(combo.ItemText(i));
+    COMBOBOXEXITEMW item = {};
+    item.mask = CBEIF_TEXT;
+    item.iItem = -1;
+    item.pszText = text.data();
+    SendMessageW(Handle(), CBEM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
+  }
+}
+
+std::wstring ImageComboView::ItemText(std::int32_t position) const {
+  wchar_t text[256] = {};
+  COMBOBOXEXITEMW item = {};
+  item.mask = CBEIF_TEXT;
+  item.iItem = position - 1;
+  item.pszText = text;
+  item.cchTextMax = static_cast<int>(std::size(text));
+  SendMessageW(Handle(), CBEM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+  return item.pszText == nullptr ? std::wstring() : std::wstring(item.pszText);
+}
+
+void ImageComboView::ShowText() {
+  const std::int32_t selected = combo.SelectedItem() - 1;
+  if (SendMessageW(Handle(), CB_GETCURSEL, 0, 0) != selected) {
+    SendMessageW(Handle(), CB_SETCURSEL, static_cast<WPARAM>(selected), 0);
+  }
+  if (!combo.IsEditable()) return;
+  const std::wstring text = ToWide(combo.Text());
+  const auto edit = reinterpret_cast<HWND>(SendMessageW(Handle(), CBEM_GETEDITCONTROL, 0, 0));
+  if (edit != nullptr && WindowText(edit) != text) SetWindowTextW(edit, text.c_str());
+}
+
+bool ImageComboView::WantsKey(WPARAM key) const {
+  switch (key) {
+    case VK_LEFT:
+    case VK_RIGHT:
+    case VK_UP:
+    case VK_DOWN:
+    case VK_HOME:
+    case VK_END:
+    case VK_PRIOR:
+    case VK_NEXT:
+    case VK_DELETE:
+      return true;
+    case VK_RETURN:
+    case VK_ESCAPE:
+      return SendMessageW(List(), CB_GETDROPPEDSTATE, 0, 0) != FALSE;
+    default:
+      return false;
+  }
+}
+
+void ImageComboView::OnCommand(WORD notification, WORD) {
+  if (isShowing) return;
+  switch (notification) {
+    case CBN_SELCHANGE: {
+      const auto chosen = static_cast<std::int32_t>(SendMessageW(Handle(), CB_GETCURSEL, 0, 0)) + 1;
+      if (chosen >= 1 && chosen <= combo.ItemCount()) combo.UserChoose(chosen);
+      // A handler may have put the old choice back.
+      if (IsAttached()) Show(Aspect::Content);
+      break;
+    }
+    case CBN_EDITCHANGE: {
+      const auto edit = reinterpret_cast<HWND>(SendMessageW(Handle(), CBEM_GETEDITCONTROL, 0, 0));
+      if (edit != nullptr) combo.UserType(FromWide(WindowText(edit)));
+      break;
+    }
+    case CBN_SETFOCUS:
+      FocusCame();
+      break;
+    case CBN_KILLFOCUS:
+      FocusWent(GetFocus());
+      break;
+    default:
+      break;
+  }
+}
+
+void ImageComboView::Draw(const Look& look, const RECT& place, const ImageCombo& combo) {
+  FillWith(look.context, place, GetSysColor(COLOR_WINDOW));
+  RECT edge = place;
+  DrawEdge(look.context, &edge, BDR_SUNKENOUTER, BF_RECT | BF_ADJUST);
+  RECT arrow = edge;
+  arrow.left = arrow.right - HeightOf(arrow);
+  DrawFrameControl(look.context, &arrow, DFC_SCROLL,
+                   combo.Enabled() ? DFCS_SCROLLCOMBOBOX : DFCS_SCROLLCOMBOBOX | DFCS_INACTIVE);
+  RECT inner = {edge.left + 3, edge.top, arrow.left, edge.bottom};
+  const std::wstring text = ToWide(combo.Text());
+  SetBkMode(look.context, TRANSPARENT);
+  SetTextColor(look.context, GetSysColor(combo.Enabled() ? COLOR_WINDOWTEXT : COLOR_GRAYTEXT));
+  DrawTextW(look.context, text.c_str(), static_cast<int>(text.size()), &inner,
+            DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX);
+}
+
+}  // namespace kw::windows

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string>
+
+#include "components/ImageCombo.h"
+#include "windows/ControlView.h"
+#include "windows/ViewFactory.h"
+
+namespace kw::windows {
+
+class ImageComboView final : public ControlView {
+public:
+  ImageComboView(Pane& shared, ImageCombo& shown, ControlView* container)
+      : ControlView(shared, shown, container), combo(shown) {}
+
+  static void Draw(const Look& look, const RECT& place, const ImageCombo& combo);
+
+  bool IsTabStop() const override { return true; }
+  bool WantsKey(WPARAM key) const override;
+  void OnCommand(WORD notification, WORD id) override;
+
+private:
+  HWND Create(HWND parent) override;
+  void Show(Aspect aspect) override;
+  void ShowPlace() override;
+  HWND List() const;
+  void ShowItems();
+  // Of the window's list, from 1.
+  std::wstring ItemText(std::int32_t position) const;
+  void ShowText();
+
+  ImageCombo& combo;
+  bool isShowing = false;
+};
+
+}  // namespace kw::windows

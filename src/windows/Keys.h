@@ -1,0 +1,36 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+
+#include "windows/Mouse.h"
+
+namespace kw::windows {
+
+// Hands a key message to a model that has keyboard events; false for another message. The model may be gone afterwards.
+template <class Model>
+bool SendKey(Model& model, UINT message, WPARAM wParam) {
+  const auto code = static_cast<std::int16_t>(wParam);
+  switch (message) {
+    case WM_KEYDOWN:
+    case WM_SYSKEYDOWN:
+      model.KeyDown.Raise(code, ShiftState());
+      return true;
+    case WM_CHAR:
+      model.KeyPress.Raise(code);
+      return true;
+    case WM_KEYUP:
+    case WM_SYSKEYUP:
+      model.KeyUp.Raise(code, ShiftState());
+      return true;
+    default:
+      return false;
+  }
+}
+
+// The keys that the editor handles itself, so that a host's accelerators must not take them: arrows and the like,
+// Delete, Enter, Escape, and Ctrl with the letters of its shortcuts.
+bool IsEditorKey(WPARAM key);
+
+}  // namespace kw::windows

@@ -1,0 +1,27 @@
+#include "windows/LabelView.h"
+
+#include "windows/Gdi.h"
+#include "windows/Pane.h"
+#include "windows/Text.h"
+
+namespace kw::windows {
+
+void LabelView::Draw(const Look& look, const RECT& place, const Label& label) {
+  const HDC context = look.context;
+  RECT inner = place;
+  if (label.HasBorder()) {
+    FillWith(context, inner, GetSysColor(COLOR_3DSHADOW));
+    InflateRect(&inner, -1, -1);
+  }
+  FillWith(context, inner, label.IsOpaque() ? label.BackColor() : GetSysColor(COLOR_3DFACE));
+  if (label.Caption().empty()) return;
+  if (label.HasBorder()) InflateRect(&inner, -3, 0);
+  const std::wstring text = ToWide(label.Caption());
+  SetBkMode(context, TRANSPARENT);
+  SetTextColor(context, label.Enabled() ? label.ForeColor() : GetSysColor(COLOR_GRAYTEXT));
+  DrawTextW(context, text.c_str(), static_cast<int>(text.size()), &inner, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX);
+}
+
+void LabelView::Paint(HDC context, const RECT& client) { Draw({context, Shared().Pictures()}, client, label); }
+
+}  // namespace kw::windows

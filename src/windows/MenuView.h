@@ -1,0 +1,23 @@
+#pragma once
+
+#include "components/Menu.h"
+#include "windows/ControlView.h"
+#include "windows/ViewFactory.h"
+
+namespace kw::windows {
+
+// Shows the menu at the mouse when the model pops up. Has no window.
+class MenuView final : public ControlView {
+public:
+  MenuView(Pane& shared, Menu& shown, ControlView* container) : ControlView(shared, shown, container), menu(shown) {}
+
+  static void Draw(const Look&, const RECT&, const Menu&) {}
+
+private:
+  HWND Create(HWND) override { return nullptr; }
+  void Show(Aspect aspect) override;
+
+  Menu& menu;
+};
+
+}  // namespace kw::windows

@@ -1,0 +1,88 @@
+#include "windows/Mouse.h"
+
+#include <windowsx.h>
+
+#include "components/LightWeightMarker.h"
+#include "windows/Gdi.h"
+
+namespace kw::windows {
+
+std::int16_t ShiftState() {
+  const auto held = [](int key, std::int16_t bit) { return GetKeyState(key) < 0 ? bit : std::int16_t{0}; };
+  return static_cast<std::int16_t>(held(VK_SHIFT, Mouse::ShiftKey) | held(VK_CONTROL, Mouse::ControlKey) |
+                                   held(VK_MENU, Mouse::AltKey));
+}
+
+std::optional<MouseEvent> MouseEvent::Of(UINT message, WPARAM wParam, LPARAM lParam) {
+  const auto held = [wParam](WPARAM bit, std::int16_t button) {
+    return (wParam & bit) != 0 ? button : std::int16_t{0};
+  };
+  const auto allHeld =
+      static_cast<std::int16_t>(held(MK_LBUTTON, Mouse::LeftButton) | held(MK_RBUTTON, Mouse::RightButton) |
+                                held(MK_MBUTTON, Mouse::MiddleButton));
+  struct Row {
+    UINT message;
+    Kind kind;
+    std::int16_t button;
+  };
+  static constexpr Row rows[] = {
+      {WM_LBUTTONDOWN, Kind::Down, Mouse::LeftButton},
+      {WM_LBUTTONUP, Kind::Up, Mouse::LeftButton},
+      {WM_LBUTTONDBLCLK, Kind::DoubleClick, Mouse::LeftButton},
+      {WM_RBUTTONDOWN, Kind::Down, Mouse::RightButton},
+      {WM_RBUTTONUP, Kind::Up, Mouse::RightButton},
+      {WM_RBUTTONDBLCLK, Kind::Down, Mouse::RightButton},
+      {WM_MBUTTONDOWN, Kind::Down, Mouse::MiddleButton},
+      {WM_MBUTTONUP, Kind::Up, Mouse::MiddleButton},
+      {WM_MBUTTONDBLCLK, Kind::Down, Mouse::MiddleButton},
+      {WM_MOUSEMOVE, Kind::Move, 0},
+  };
+  for (const Row& row : rows) {
+    if (row.message != message) continue;
+    return MouseEvent{.kind = row.kind,
+                      .button = row.kind == Kind::Move ? allHeld : row.button,
+                      .shift = ShiftState(),
+                      .at = {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)},
+                      .isAnyHeld = allHeld != 0};
+  }
+  return std::nullopt;
+}
+
+void MouseSender::Send(const ControlView& view, MouseInput* input, const MouseEvent& event, POINT origin) {
+  if (input == nullptr || !view.IsAttached() || !view.IsEffectivelyEnabled()) return;
+  const Control* const container = view.Model().Container();
+  const float unit = container != nullptr && container->ScaleUnit() == Unit::Twips ? TwipsPerPixel : 1.0F;
+  const int left = event.at.x - origin.x;
+  const int top = event.at.y - origin.y;
+  const float x = static_cast<float>(left) * unit;
+  const float y = static_cast<float>(top) * unit;
+  switch (event.kind) {
+    case MouseEvent::Kind::Down:
+      input->MouseDown.Raise(event.button, event.shift, x, y);
+      break;
+    case MouseEvent::Kind::Move:
+      input->MouseMove.Raise(event.button, event.shift, x, y);
+      break;
+    case MouseEvent::Kind::DoubleClick:
+      isSecondClick = true;
+      input->DblClick.Raise();
+      break;
+    case MouseEvent::Kind::Up: {
+      const RECT place = view.Place();
+      const bool isInside = left >= 0 && top >= 0 && left < WidthOf(place) && top < HeightOf(place);
+      const bool isClick = isInside && !isSecondClick && event.button == Mouse::LeftButton;
+      isSecondClick = false;
+      input->MouseUp.Raise(event.button, event.shift, x, y);
+      if (isClick && view.IsAttached()) input->Click.Raise();
+      break;
+    }
+  }
+}
+
+void HoldMouse(HWND window, const MouseEvent& event) {
+  const bool isPress = event.kind == MouseEvent::Kind::Down || event.kind == MouseEvent::Kind::DoubleClick;
+  if (isPress) SetCapture(window);
+  if (event.kind == MouseEvent::Kind::Up && !event.isAnyHeld && GetCapture() == window) ReleaseCapture();
+}
+
+}  // namespace kw::windows

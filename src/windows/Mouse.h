@@ -1,0 +1,44 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstdint>
+#include <optional>
+
+#include "components/MouseInput.h"
+#include "windows/ControlView.h"
+
+namespace kw::windows {
+
+// A mouse message in the terms of the models.
+struct MouseEvent {
+  enum class Kind : std::uint8_t { Down, Move, Up, DoubleClick };
+
+  Kind kind = Kind::Move;
+  std::int16_t button = 0;  // the one that changed; for a move all that are held
+  std::int16_t shift = 0;
+  POINT at = {};  // pixels of the window
+  bool isAnyHeld = false;
+
+  // Empty for another message.
+  static std::optional<MouseEvent> Of(UINT message, WPARAM wParam, LPARAM lParam);
+};
+
+// Shift, Ctrl and Alt as they are now.
+std::int16_t ShiftState();
+
+// Hands mouse events to one view's model, in the units of the model's container, and makes clicks of them.
+class MouseSender {
+public:
+  // `origin` is the model's corner in the window the event came to. Nothing happens when the model takes no mouse input
+  // or is disabled. The view may be detached afterwards.
+  void Send(const ControlView& view, MouseInput* input, const MouseEvent& event, POINT origin);
+
+private:
+  bool isSecondClick = false;
+};
+
+// Keeps the mouse while a button is down, as a control does.
+void HoldMouse(HWND window, const MouseEvent& event);
+
+}  // namespace kw::windows

@@ -1,0 +1,52 @@
+#include "windows/PaintedView.h"
+
+#include "windows/Gdi.h"
+#include "windows/Pane.h"
+
+namespace kw::windows {
+
+void PaintedView::Show(Aspect aspect) {
+  if (aspect == Aspect::Content || aspect == Aspect::Colours || aspect == Aspect::Font || aspect == Aspect::Enabled ||
+      aspect == Aspect::Geometry) {
+    InvalidateRect(Handle(), nullptr, FALSE);
+  }
+}
+
+void PaintedView::PaintWith(HDC context) {
+  RECT client = {};
+  GetClientRect(Handle(), &client);
+  const HGDIOBJ before = SelectObject(context, Shared().Font());
+  Paint(context, client);
+  SelectObject(context, before);
+}
+
+LRESULT PaintedView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case WM_ERASEBKGND: {
+      // Our own ground comes with the painting; a child that shows what lies below it asks with its own context.
+      const auto context = reinterpret_cast<HDC>(wParam);
+      if (WindowFromDC(context) != Handle()) PaintWith(context);
+      return TRUE;
+    }
+    case WM_PRINTCLIENT:
+      PaintWith(reinterpret_cast<HDC>(wParam));
+      return 0;
+    case WM_PAINT: {
+      const BufferedPaint paint(Handle(), Shared().Buffer());
+      if (paint.IsNeeded()) PaintWith(paint.Context());
+      return 0;
+    }
+    default:
+      break;
+  }
+  if (const auto event = MouseEvent::Of(message, wParam, lParam)) {
+    HoldMouse(Handle(), *event);
+    OnMouse(*event);
+    return 0;
+  }
+  return Default(message, wParam, lParam);
+}
+
+void PaintedView::OnMouse(const MouseEvent& event) { sender.Send(*this, mouse, event, {0, 0}); }
+
+}  // namespace kw::windows

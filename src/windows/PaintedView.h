@@ -1,0 +1,33 @@
+#pragma once
+
+#include "components/MouseInput.h"
+#include "windows/ControlView.h"
+#include "windows/Mouse.h"
+
+namespace kw::windows {
+
+// A view that paints its window itself, without flicker, and hands the mouse to its model.
+class PaintedView : public ControlView {
+public:
+  // `input` is the model's mouse input, null if it takes none.
+  PaintedView(Pane& shared, Control& shown, MouseInput* input, ControlView* container)
+      : ControlView(shared, shown, container), mouse(input) {}
+
+  LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+protected:
+  // Paints the whole client area into a context that has the pane's font selected.
+  virtual void Paint(HDC context, const RECT& client) = 0;
+  virtual void OnMouse(const MouseEvent& event);
+
+  HWND Create(HWND parent) override { return CreateOwnWindow(parent); }
+  void Show(Aspect aspect) override;
+
+private:
+  void PaintWith(HDC context);
+
+  MouseInput* mouse;
+  MouseSender sender;
+};
+
+}  // namespace kw::windows

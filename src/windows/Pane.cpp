@@ -1,0 +1,129 @@
+#include "windows/Pane.h"
+
+#include <algorithm>
+
+#include "components/RunTimeError.h"
+#include "windows/CommonControls.h"
+#include "windows/Gdi.h"
+#include "windows/Text.h"
+#include "windows/ViewFactory.h"
+
+namespace kw::windows {
+
+void Pane::Open(HWND parent, const RECT& position) {
+  const CommonControls controls;
+  OwnWindowClass::Acquire();
+  font = CreateCaptionFont();
+  toolTips =
+      CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT,
+                      CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, parent, nullptr, Module(), nullptr);
+  auto made = MakeRootView(*this, *root, parent, position);
+  rootView = made.get();
+  views[root] = std::move(made);
+  rootView->Open();
+  if (rootView->Handle() == nullptr) {
+    Close();
+    Raise(ErrorNumber::OutOfMemory, static_cast<std::int32_t>(GetLastError()));
+  }
+  for (Control* child : root->Children()) MakeViews(*child, rootView);
+}
+
+void Pane::Close() {
+  if (rootView == nullptr) return;
+  ControlView* const closing = rootView;
+  rootView = nullptr;
+  // No model hears of what the windows say while they go.
+  for (const auto& [model, view] : views) view->Detach();
+  closing->Destroy();
+  for (auto& [model, view] : views) Retire(std::move(view));
+  views.clear();
+  if (messages == 0) retired.clear();
+  if (toolTips != nullptr) DestroyWindow(toolTips);
+  DeleteObject(font);
+  OwnWindowClass::Release();
+}
+
+void Pane::Add(Control& model, ControlView* container) {
+  if (!IsOpen()) return;
+  const CommonControls controls;
+  MakeViews(model, container);
+}
+
+void Pane::MakeViews(Control& model, ControlView* container) {
+  std::unique_ptr<ControlView> made = MakeView(*this, model, container);
+  if (made == nullptr) return;
+  ControlView* const view = made.get();
+  views[&model] = std::move(made);
+  view->Open();
+  for (Control* child : model.Children()) MakeViews(*child, view);
+}
+
+void Pane::Remove(Control& model) {
+  const auto found = views.find(&model);
+  if (found == views.end()) return;
+  for (Control* child : model.Children()) Remove(*child);
+  std::unique_ptr<ControlView> view = std::move(found->second);
+  views.erase(found);
+  view->Leave();
+  view->Detach();
+  view->Destroy();
+  Retire(std::move(view));
+}
+
+void Pane::Retire(std::unique_ptr<ControlView> view) {
+  if (messages > 0) retired.push_back(std::move(view));
+}
+
+ControlView* Pane::ViewOf(HWND window) const {
+  if (window == nullptr) return nullptr;
+  const auto found =
+      std::ranges::find_if(views, [window](const auto& entry) { return entry.second->Handle() == window; });
+  return found == views.end() ? nullptr : found->second.get();
+}
+
+ControlView* Pane::ViewOf(const Control& model) const {
+  const auto found = views.find(&model);
+  return found == views.end() ? nullptr : found->second.get();
+}
+
+void Pane::AddToolTip(HWND window, const Control& model) const {
+  if (model.ToolTip().empty() || toolTips == nullptr) return;
+  std::wstring text = ToWide(model.ToolTip());
+  TTTOOLINFOW tool = {};
+  tool.cbSize = TTTOOLINFOW_V1_SIZE;  // the size that every version of the common controls knows
+  tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+  tool.hwnd = GetParent(window);
+  tool.uId = reinterpret_cast<UINT_PTR>(window);
+  tool.lpszText = text.data();
+  SendMessageW(toolTips, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+}
+
+namespace {
+
+// In the order in which the keyboard visits them: as they were laid out, container before content.
+void CollectTabStops(const Pane& pane, const Control& holder, std::vector<const ControlView*>& stops) {
+  for (const Control* child : holder.Children()) {
+    const ControlView* const view = pane.ViewOf(*child);
+    if (view == nullptr || !child->Visible() || !child->Enabled()) continue;
+    if (view->IsTabStop() && view->Handle() != nullptr) stops.push_back(view);
+    CollectTabStops(pane, *child, stops);
+  }
+}
+
+}  // namespace
+
+bool Pane::MoveFocus(bool isBackward) {
+  std::vector<const ControlView*> stops;
+  CollectTabStops(*this, *root, stops);
+  if (isBackward) std::ranges::reverse(stops);
+  const HWND focus = GetFocus();
+  auto current = std::ranges::find_if(
+      stops, [focus](const ControlView* view) { return view->Handle() == focus || IsChild(view->Handle(), focus); });
+  // From a window without a stop of its own the first one is next.
+  const auto next = current == stops.end() ? stops.begin() : current + 1;
+  if (next == stops.end()) return false;
+  SetFocus((*next)->Handle());
+  return true;
+}
+
+}  // namespace kw::windows

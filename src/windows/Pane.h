@@ -1,0 +1,85 @@
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include "components/UserControl.h"
+#include "windows/ControlView.h"
+#include "windows/Gdi.h"
+#include "windows/Images.h"
+
+namespace kw::windows {
+
+// What the views of one editor window share. It owns the views; each is known by its model and, if it has one, by its
+// window.
+//
+// Views that go while a message is under way are kept aside until it has ended, because their code may be on the stack.
+class Pane : public std::enable_shared_from_this<Pane> {
+public:
+  explicit Pane(UserControl& root) : root(&root) {}
+  Pane(const Pane&) = delete;
+  Pane& operator=(const Pane&) = delete;
+  // The pane must be closed.
+  ~Pane() = default;
+
+  // Makes the root's window and everything below.
+  void Open(HWND parent, const RECT& position);
+  void Close();
+  bool IsOpen() const { return rootView != nullptr; }
+  HWND Window() const { return rootView == nullptr ? nullptr : rootView->Handle(); }
+  // Only while the pane is open.
+  UserControl& Root() const { return *root; }
+
+  // Makes the views of a model and of what it holds, the model in front of its siblings. A model without a look gets
+  // none.
+  void Add(Control& model, ControlView* container);
+  // Lets go of the views of a model and of what it holds.
+  void Remove(Control& model);
+
+  ControlView* ViewOf(HWND window) const;
+  ControlView* ViewOf(const Control& model) const;
+
+  // Painting one window is over before the next is painted, so one buffer serves them all.
+  BackBuffer& Buffer() { return buffer; }
+  HFONT Font() const { return font; }
+  HWND ToolTips() const { return toolTips; }
+  const Images& Pictures() const { return images; }
+  // Gives the control's tool tip, if it has one, to the mouse.
+  void AddToolTip(HWND window, const Control& model) const;
+
+  // The focus goes to the next control that takes it, or to the one before; false past the last.
+  bool MoveFocus(bool isBackward);
+
+  // While one of these lives a message is under way, and the pane and its views exist.
+  class Message {
+  public:
+    explicit Message(Pane& pane) : kept(pane.shared_from_this()) { ++kept->messages; }
+    Message(const Message&) = delete;
+    Message& operator=(const Message&) = delete;
+    ~Message() {
+      if (--kept->messages == 0) kept->retired.clear();
+    }
+
+  private:
+    std::shared_ptr<Pane> kept;
+  };
+
+private:
+  void MakeViews(Control& model, ControlView* container);
+  void Retire(std::unique_ptr<ControlView> view);
+
+  UserControl* root;
+  ControlView* rootView = nullptr;
+  std::unordered_map<const Control*, std::unique_ptr<ControlView>> views;
+  std::vector<std::unique_ptr<ControlView>> retired;
+  int messages = 0;
+  HFONT font = nullptr;
+  HWND toolTips = nullptr;
+  Images images;
+  BackBuffer buffer;
+};
+
+}  // namespace kw::windows

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "components/RaisedArea.h"
+#include "windows/PaintedView.h"
+#include "windows/ViewFactory.h"
+
+namespace kw::windows {
+
+class RaisedAreaView final : public PaintedView {
+public:
+  RaisedAreaView(Pane& shared, RaisedArea& shown, ControlView* container)
+      : PaintedView(shared, shown, &shown, container) {}
+
+  static void Draw(const Look& look, const RECT& place, const RaisedArea& area);
+
+private:
+  void Paint(HDC context, const RECT& client) override;
+};
+
+class FrameView final : public PaintedView {
+public:
+  FrameView(Pane& shared, Frame& shown, ControlView* container) : PaintedView(shared, shown, nullptr, container) {}
+
+  static void Draw(const Look& look, const RECT& place, const Frame& frame);
+
+private:
+  void Paint(HDC context, const RECT& client) override;
+};
+
+// The ground of a raised frame and its border.
+void DrawRaised(HDC context, const RECT& place);
+
+}  // namespace kw::windows

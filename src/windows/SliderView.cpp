@@ -1,0 +1,51 @@
+#include "windows/SliderView.h"
+
+#include <algorithm>
+
+#include "windows/Gdi.h"
+
+namespace kw::windows {
+namespace {
+
+constexpr int ThumbLength = 18;
+
+}  // namespace
+
+HWND SliderView::Create(HWND parent) {
+  const HWND created = CreateSystemWindow(parent, TRACKBAR_CLASSW,
+                                          TBS_HORZ | TBS_AUTOTICKS | TBS_TOOLTIPS | TBS_FIXEDLENGTH | WS_TABSTOP);
+  if (created != nullptr) SendMessageW(created, TBM_SETTHUMBLENGTH, ThumbLength, 0);
+  return created;
+}
+
+void SliderView::Show(Aspect aspect) {
+  if (aspect != Aspect::Content) return;
+  const std::int32_t low = std::min(slider.Min(), slider.Max());
+  const std::int32_t high = std::max(slider.Min(), slider.Max());
+  if (SendMessageW(Handle(), TBM_GETRANGEMIN, 0, 0) != low) SendMessageW(Handle(), TBM_SETRANGEMIN, TRUE, low);
+  if (SendMessageW(Handle(), TBM_GETRANGEMAX, 0, 0) != high) SendMessageW(Handle(), TBM_SETRANGEMAX, TRUE, high);
+  if (SendMessageW(Handle(), TBM_GETPOS, 0, 0) != slider.Value()) {
+    SendMessageW(Handle(), TBM_SETPOS, TRUE, slider.Value());
+  }
+}
+
+bool SliderView::WantsKey(WPARAM key) const { return key >= VK_PRIOR && key <= VK_DOWN; }
+
+void SliderView::OnScroll(WORD) {
+  slider.UserSetValue(static_cast<std::int32_t>(SendMessageW(Handle(), TBM_GETPOS, 0, 0)));
+}
+
+void SliderView::Draw(const Look& look, const RECT& place, const Slider& slider) {
+  constexpr int Margin = 12;
+  constexpr int HalfThumb = 4;
+  const int middle = (place.top + place.bottom) / 2;
+  RECT groove = {place.left + Margin, middle - 2, place.right - Margin, middle + 2};
+  DrawEdge(look.context, &groove, BDR_SUNKENOUTER, BF_RECT);
+  const int steps = std::max(1, slider.Max() - slider.Min());
+  const int x = groove.left + WidthOf(groove) * (slider.Value() - slider.Min()) / steps;
+  RECT thumb = {x - HalfThumb, middle - ThumbLength / 2, x + HalfThumb, middle + ThumbLength / 2};
+  FillWithFace(look.context, thumb);
+  DrawEdge(look.context, &thumb, EDGE_RAISED, BF_RECT);
+}
+
+}  // namespace kw::windows

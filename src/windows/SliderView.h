@@ -1,0 +1,27 @@
+#pragma once
+
+#include "components/RangeControl.h"
+#include "windows/ControlView.h"
+#include "windows/ViewFactory.h"
+
+namespace kw::windows {
+
+class SliderView final : public ControlView {
+public:
+  SliderView(Pane& shared, Slider& shown, ControlView* container)
+      : ControlView(shared, shown, container), slider(shown) {}
+
+  static void Draw(const Look& look, const RECT& place, const Slider& slider);
+
+  bool IsTabStop() const override { return true; }
+  bool WantsKey(WPARAM key) const override;
+  void OnScroll(WORD code) override;
+
+private:
+  HWND Create(HWND parent) override;
+  void Show(Aspect aspect) override;
+
+  Slider& slider;
+};
+
+}  // namespace kw::windows

@@ -1,0 +1,174 @@
+#include "windows/ToolBarView.h"
+
+#include <cwchar>
+
+#include "windows/Gdi.h"
+#include "windows/Pane.h"
+#include "windows/Text.h"
+
+namespace kw::windows {
+namespace {
+
+constexpr int ButtonSize = 24;
+constexpr int GapWidth = 8;
+constexpr int TextMargin = 6;  // left and right of a caption
+
+int WidthOf(const ToolBar::Button& button, HDC measuring) {
+  if (button.style == ButtonStyle::Separator) return GapWidth;
+  if (button.caption.empty()) return ButtonSize;
+  const std::wstring text = ToWide(button.caption);
+  SIZE size = {};
+  GetTextExtentPoint32W(measuring, text.c_str(), static_cast<int>(text.size()), &size);
+  return size.cx + 2 * TextMargin + (button.image.empty() ? 0 : Images::Size);
+}
+
+// Where each button lies in a bar of that width; rows wrap. A hidden button's place is empty.
+std::vector<RECT> LayOut(const ToolBar& bar, int width, HDC measuring) {
+  std::vector<RECT> places;
+  LONG x = 0;
+  LONG y = 0;
+  for (const ToolBar::Button& button : bar.Buttons()) {
+    const int own = button.visible ? WidthOf(button, measuring) : 0;
+    if (x > 0 && x + own > width) {
+      x = 0;
+      y += ButtonSize;
+    }
+    places.push_back({x, y, x + own, y + ButtonSize});
+    x += own;
+  }
+  return places;
+}
+
+BYTE StyleOf(const ToolBar::Button& button) {
+  const auto extra = static_cast<BYTE>(button.caption.empty() ? 0 : BTNS_SHOWTEXT);
+  switch (button.style) {
+    case ButtonStyle::Separator:
+      return BTNS_SEP;
+    case ButtonStyle::Check:
+    case ButtonStyle::Group:
+      // The model keeps the group's rule.
+      return static_cast<BYTE>(BTNS_CHECK | extra);
+    case ButtonStyle::Push:
+      break;
+  }
+  return static_cast<BYTE>(BTNS_BUTTON | extra);
+}
+
+}  // namespace
+
+HWND ToolBarView::Create(HWND parent) {
+  const HWND created = CreateSystemWindow(
+      parent, TOOLBARCLASSNAMEW,
+      TBSTYLE_FLAT | TBSTYLE_TOOLTIPS | TBSTYLE_LIST | CCS_NORESIZE | CCS_NOPARENTALIGN | CCS_NODIVIDER);
+  if (created == nullptr) return nullptr;
+  SendMessageW(created, TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON), 0);
+  SendMessageW(created, TB_SETEXTENDEDSTYLE, 0, TBSTYLE_EX_MIXEDBUTTONS | TBSTYLE_EX_DOUBLEBUFFER);
+  SendMessageW(created, TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(Shared().Pictures().Normal()));
+  SendMessageW(created, TB_SETDISABLEDIMAGELIST, 0, reinterpret_cast<LPARAM>(Shared().Pictures().Disabled()));
+  SendMessageW(created, TB_SETBUTTONSIZE, 0, MAKELPARAM(ButtonSize, ButtonSize));
+  return created;
+}
+
+void ToolBarView::Show(Aspect aspect) {
+  if (aspect == Aspect::Content) ShowButtons();
+}
+
+void ToolBarView::ShowPlace() {
+  ControlView::ShowPlace();
+  ShowButtons();
+}
+
+void ToolBarView::ShowEnabled() {
+  ControlView::ShowEnabled();
+  ShowButtons();
+}
+
+void ToolBarView::AddButtons() {
+  while (SendMessageW(Handle(), TB_DELETEBUTTON, 0, 0) != FALSE) continue;
+  int id = 0;
+  for (const ToolBar::Button& button : bar.Buttons()) {
+    const std::wstring caption = ToWide(button.caption);
+    TBBUTTON added = {};
+    added.idCommand = ++id;
+    added.fsStyle = StyleOf(button);
+    added.fsState = TBSTATE_ENABLED;
+    added.iBitmap = button.style == ButtonStyle::Separator ? GapWidth
+                    : button.image.empty()                 ? I_IMAGENONE
+                                                           : Shared().Pictures().IndexOf(button.image);
+    if (!caption.empty()) added.iString = reinterpret_cast<INT_PTR>(caption.c_str());
+    SendMessageW(Handle(), TB_ADDBUTTONSW, 1, reinterpret_cast<LPARAM>(&added));
+  }
+  shownStates.assign(bar.Buttons().size(), TBSTATE_ENABLED);
+}
+
+void ToolBarView::ShowButtons() {
+  if (shownStates.size() != bar.Buttons().size()) AddButtons();
+  const HDC measuring = GetDC(Handle());
+  const HGDIOBJ before = SelectObject(measuring, Shared().Font());
+  const std::vector<RECT> places = LayOut(bar, kw::windows::WidthOf(Place()), measuring);
+  SelectObject(measuring, before);
+  ReleaseDC(Handle(), measuring);
+  const bool isEnabled = IsEffectivelyEnabled();
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    const ToolBar::Button& button = bar.Buttons()[i];
+    unsigned state = 0;
+    if (isEnabled && button.enabled) state |= TBSTATE_ENABLED;
+    if (!button.visible) state |= TBSTATE_HIDDEN;
+    if (button.pressed) state |= TBSTATE_CHECKED;
+    if (i + 1 < places.size() && places[i + 1].top > places[i].top) state |= TBSTATE_WRAP;
+    const auto wanted = static_cast<BYTE>(state);
+    if (!button.caption.empty()) {
+      TBBUTTONINFOW info = {};
+      info.cbSize = sizeof info;
+      info.dwMask = TBIF_SIZE;
+      info.cx = static_cast<WORD>(kw::windows::WidthOf(places[i]));
+      SendMessageW(Handle(), TB_SETBUTTONINFOW, i + 1, reinterpret_cast<LPARAM>(&info));
+    }
+    if (wanted == shownStates[i]) continue;
+    shownStates[i] = wanted;
+    SendMessageW(Handle(), TB_SETSTATE, i + 1, MAKELPARAM(wanted, 0));
+  }
+}
+
+void ToolBarView::OnCommand(WORD, WORD id) {
+  const auto index = static_cast<std::size_t>(id) - 1;
+  if (index >= bar.Buttons().size()) return;
+  // The system has toggled a check button by itself; what the model makes of the click counts.
+  if (bar.Buttons()[index].style != ButtonStyle::Push) shownStates[index] ^= TBSTATE_CHECKED;
+  const std::string key = bar.Buttons()[index].key;
+  bar.UserClick(key);
+  if (IsAttached()) ShowButtons();
+}
+
+LRESULT ToolBarView::OnNotify(NMHDR& header) {
+  if (header.code != static_cast<UINT>(TBN_GETINFOTIPW)) return 0;
+  auto& asked = reinterpret_cast<NMTBGETINFOTIPW&>(header);
+  const auto index = static_cast<std::size_t>(asked.iItem) - 1;
+  if (index >= bar.Buttons().size() || asked.cchTextMax <= 0) return 0;
+  const std::wstring text = ToWide(bar.Buttons()[index].toolTip);
+  std::wcsncpy(asked.pszText, text.c_str(), static_cast<std::size_t>(asked.cchTextMax));
+  asked.pszText[asked.cchTextMax - 1] = L'\0';
+  return 0;
+}
+
+void ToolBarView::Draw(const Look& look, const RECT& place, const ToolBar& bar) {
+  const std::vector<RECT> places = LayOut(bar, kw::windows::WidthOf(place), look.context);
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    const ToolBar::Button& button = bar.Buttons()[i];
+    if (!button.visible || button.style == ButtonStyle::Separator) continue;
+    RECT own = places[i];
+    if (button.pressed) DrawEdge(look.context, &own, BDR_SUNKENOUTER, BF_RECT);
+    if (!button.image.empty()) {
+      const HIMAGELIST list = bar.Enabled() && button.enabled ? look.images.Normal() : look.images.Disabled();
+      ImageList_Draw(list, look.images.IndexOf(button.image), look.context, own.left + (ButtonSize - Images::Size) / 2,
+                     own.top + (ButtonSize - Images::Size) / 2, ILD_TRANSPARENT);
+    }
+    if (button.caption.empty()) continue;
+    const std::wstring text = ToWide(button.caption);
+    SetBkMode(look.context, TRANSPARENT);
+    SetTextColor(look.context, GetSysColor(bar.Enabled() && button.enabled ? COLOR_BTNTEXT : COLOR_GRAYTEXT));
+    DrawTextW(look.context, text.c_str(), static_cast<int>(text.size()), &own, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
+  }
+}
+
+}  // namespace kw::windows

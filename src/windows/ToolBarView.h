@@ -1,0 +1,33 @@
+#pragma once
+
+#include <vector>
+
+#include "components/ToolBar.h"
+#include "windows/ControlView.h"
+#include "windows/ViewFactory.h"
+
+namespace kw::windows {
+
+class ToolBarView final : public ControlView {
+public:
+  ToolBarView(Pane& shared, ToolBar& shown, ControlView* container)
+      : ControlView(shared, shown, container), bar(shown) {}
+
+  static void Draw(const Look& look, const RECT& place, const ToolBar& bar);
+
+  void OnCommand(WORD notification, WORD id) override;
+  LRESULT OnNotify(NMHDR& header) override;
+
+private:
+  HWND Create(HWND parent) override;
+  void Show(Aspect aspect) override;
+  void ShowPlace() override;
+  void ShowEnabled() override;
+  void AddButtons();
+  void ShowButtons();
+
+  ToolBar& bar;
+  std::vector<BYTE> shownStates;
+};
+
+}  // namespace kw::windows

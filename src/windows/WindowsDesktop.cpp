@@ -1,0 +1,149 @@
+#include "windows/WindowsDesktop.h"
+
+#include <map>
+#include <vector>
+
+#include "components/Files.h"
+#include "components/RunTimeError.h"
+#include "components/Timer.h"
+#include "windows/Guard.h"
+#include "windows/Text.h"
+
+namespace kw::windows {
+namespace {
+
+struct RunningTimer {
+  Timer* timer;
+  const WindowsDesktop* desktop;
+};
+
+// The thread's running timers by the system's number. The system calls a timer back with nothing but that number.
+std::map<UINT_PTR, RunningTimer>& RunningTimers() {
+  thread_local std::map<UINT_PTR, RunningTimer> timers;
+  return timers;
+}
+
+void CALLBACK TimeIsUp(HWND, UINT, UINT_PTR id, DWORD) {
+  const auto found = RunningTimers().find(id);
+  if (found == RunningTimers().end()) return;  // stopped after the message was posted
+  Timer* const timer = found->second.timer;
+  Guard([timer] { timer->Fire(); });
+}
+
+std::wstring ExecutablePath() {
+  std::vector<wchar_t> path(MAX_PATH);
+  for (;;) {
+    const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+    if (length < path.size()) return {path.data(), length};
+    path.resize(path.size() * 2);
+  }
+}
+
+// The name of the running application, for boxes without a title of their own.
+std::wstring ApplicationName() {
+  std::wstring name = ExecutablePath();
+  if (const auto slash = name.rfind(L'\\'); slash != std::wstring::npos) name.erase(0, slash + 1);
+  if (const auto dot = name.rfind(L'.'); dot != std::wstring::npos) name.erase(dot);
+  return name;
+}
+
+constexpr float TwipsPerInch = 1440;
+
+float TwipsPerPixel(int logicalPixels) {
+  const HDC screen = GetDC(nullptr);
+  const int perInch = GetDeviceCaps(screen, logicalPixels);
+  ReleaseDC(nullptr, screen);
+  return TwipsPerInch / static_cast<float>(perInch);
+}
+
+SYSTEMTIME Now() {
+  SYSTEMTIME now = {};
+  GetLocalTime(&now);
+  return now;
+}
+
+}  // namespace
+
+WindowsDesktop::~WindowsDesktop() {
+  std::erase_if(RunningTimers(), [this](const auto& entry) {
+    if (entry.second.desktop != this) return false;
+    KillTimer(nullptr, entry.first);
+    return true;
+  });
+}
+
+HWND WindowsDesktop::DialogOwner() const { return GetActiveWindow(); }
+
+MessageAnswer WindowsDesktop::ShowMessageBox(const std::string& prompt, const std::string& title,
+                                             MessageButtons buttons) {
+  const std::wstring caption = title.empty() ? ApplicationName() : ToWide(title);
+  const UINT type = buttons == MessageButtons::YesNoCancel ? MB_YESNOCANCEL : MB_OK;
+  // A child cannot own a dialog; its top-level window does, and is disabled meanwhile.
+  const HWND asked = DialogOwner();
+  const HWND owner = asked == nullptr ? nullptr : GetAncestor(asked, GA_ROOT);
+  switch (MessageBoxW(owner, ToWide(prompt).c_str(), caption.c_str(), type)) {
+    case IDYES:
+      return MessageAnswer::Yes;
+    case IDNO:
+      return MessageAnswer::No;
+    case IDCANCEL:
+      return MessageAnswer::Cancel;
+    default:
+      return MessageAnswer::Ok;
+  }
+}
+
+float WindowsDesktop::TwipsPerPixelX() const { return TwipsPerPixel(LOGPIXELSX); }
+float WindowsDesktop::TwipsPerPixelY() const { return TwipsPerPixel(LOGPIXELSY); }
+
+bool WindowsDesktop::ClipboardHasFormat(std::int32_t format) {
+  if (format < 1 || format > 0xFFFF) Raise(ErrorNumber::InvalidClipboardFormat);
+  return IsClipboardFormatAvailable(static_cast<UINT>(format)) != FALSE;
+}
+
+void WindowsDesktop::StartTimer(Timer& timer, std::int32_t milliseconds) {
+  StopTimer(timer);
+  const UINT_PTR id = SetTimer(nullptr, 0, static_cast<UINT>(milliseconds), &TimeIsUp);
+  if (id == 0) Raise(ErrorNumber::OutOfMemory, static_cast<std::int32_t>(GetLastError()));
+  RunningTimers()[id] = {&timer, this};
+}
+
+void WindowsDesktop::StopTimer(Timer& timer) {
+  std::erase_if(RunningTimers(), [&timer](const auto& entry) {
+    if (entry.second.timer != &timer) return false;
+    KillTimer(nullptr, entry.first);
+    return true;
+  });
+}
+
+LocalDate WindowsDesktop::Date() const {
+  const SYSTEMTIME now = Now();
+  return {now.wYear, now.wMonth, now.wDay};
+}
+
+LocalTime WindowsDesktop::Time() const {
+  const SYSTEMTIME now = Now();
+  return {now.wHour, now.wMinute, now.wSecond};
+}
+
+Bitmap WindowsDesktop::LoadPicture(const std::string& path) {
+  if (LookUpFile(path).empty()) Raise(ErrorNumber::FileNotFound);
+  if (!loadPicture) Raise(ErrorNumber::InvalidPicture);
+  return loadPicture(path);
+}
+
+void WindowsDesktop::RemoveFile(const std::string& path) { RemoveFileAt(path); }
+std::string WindowsDesktop::DirectoryLookUp(const std::string& path) { return LookUpFile(path); }
+
+std::string WindowsDesktop::ApplicationFolder() const {
+  std::wstring folder = ExecutablePath();
+  const auto slash = folder.rfind(L'\\');
+  if (slash == std::wstring::npos) return {};
+  const bool isRoot = slash == 2 && folder[1] == L':';
+  folder.erase(isRoot ? slash + 1 : slash);
+  return FromWide(folder);
+}
+
+std::int32_t WindowsDesktop::InstanceNumber() const { return static_cast<std::int32_t>(GetCurrentProcessId()); }
+
+}  // namespace kw::windows
