@@ -458,6 +458,56 @@ TEST_F(Kinds, JpegWithDamagedExifIsShownAsItIs) {
   }
 }
 
+// The obsolete way to hold a JPEG in a TIFF: tags that point to a whole JPEG stream.
+Bytes OldJpegTiff(const Bytes& jpeg) {
+  struct Entry {
+    unsigned tag;
+    unsigned type;
+    std::uint32_t count;
+    std::uint32_t value;
+  };
+  constexpr std::uint32_t entryTotal = 12;
+  constexpr std::uint32_t bitsAt = 8 + 2 + entryTotal * 12 + 4;
+  constexpr std::uint32_t jpegAt = bitsAt + 6;
+  const auto length = static_cast<std::uint32_t>(jpeg.size());
+  const std::array<Entry, entryTotal> entries{{{256, 3, 1, 16},
+                                               {257, 3, 1, 16},
+                                               {258, 3, 3, bitsAt},
+                                               {259, 3, 1, 6},
+                                               {262, 3, 1, 6},
+                                               {273, 4, 1, jpegAt},
+                                               {277, 3, 1, 3},
+                                               {278, 3, 1, 16},
+                                               {279, 4, 1, length},
+                                               {513, 4, 1, jpegAt},
+                                               {514, 4, 1, length},
+                                               {530, 3, 2, 0x00020002}}};
+  Bytes file{'I', 'I', 42, 0, 8, 0, 0, 0};
+  AppendNumber(file, entryTotal, 2);
+  for (const Entry& entry : entries) {
+    AppendNumber(file, entry.tag, 2);
+    AppendNumber(file, entry.type, 2);
+    AppendNumber(file, entry.count, 4);
+    AppendNumber(file, entry.value, 4);
+  }
+  AppendNumber(file, 0, 4);
+  for (int i = 0; i < 3; ++i) AppendNumber(file, 8, 2);
+  file.insert(file.end(), jpeg.begin(), jpeg.end());
+  return file;
+}
+
+TEST_F(Kinds, OldJpegInTiffIsReadAndCodedAnewWhenSaved) {
+  Open(OldJpegTiff(JpegOf(JCS_RGB, 3, {200, 100, 50}, false)));
+  EXPECT_EQ(24, engine.BitsPerPixel());
+  EXPECT_NEAR(200, Pixel(9, 9).red, 3);
+  EXPECT_NEAR(100, Pixel(9, 9).green, 3);
+  EXPECT_NEAR(50, Pixel(9, 9).blue, 3);
+  engine.Save(At("out.tif"));
+  KWPicEd again;
+  ASSERT_TRUE(again.Load(At("out.tif"))) << again.LastLoadError();
+  EXPECT_TRUE(SamePicture(engine.Current(), again.Current()));
+}
+
 class StoredCopy : public Kinds, public testing::WithParamInterface<const char*> {};
 
 TEST_P(StoredCopy, UnchangedPictureIsSavedByteForByte) {
