@@ -24,7 +24,7 @@ struct Figure {
 // A layer of the canvas: a picture or a drawn figure through which what lies below shows where it has its
 // transparent colour. The page, the background image, the floating layers and the rubber band are of this type.
 class TransparentPicture : public Control, public MouseInput {
- public:
+public:
   explicit TransparentPicture(std::string controlName) : Control(std::move(controlName), "KWTransPicCtl") {}
   void LoadFrom(const TransparentPicture& other);
 
@@ -88,10 +88,10 @@ class TransparentPicture : public Control, public MouseInput {
   Event<> Deactivate;
   Event<> Change;  // its size or its picture changed
 
- protected:
+protected:
   void Resized() override { Change.Raise(); }
 
- private:
+private:
   Bitmap picture;
   Bitmap sourcePicture;
   bool isLightened = false;

@@ -9,7 +9,7 @@ KwEditorLayers::KwEditorLayers(Desktop& platform, EditorEvents& container)
       events(container),
       form(platform),
       trap(platform, form.editor, form.picFrame, form.picCanvas, form.KwLogCtl1),
-      layers(form, trap),
+      layers(platform, form, trap),
       zoom(platform, form, trap, layers),
       scrolling(form, trap),
       bracket(platform, form, trap, layers, zoom, KWPic),

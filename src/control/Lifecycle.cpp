@@ -46,7 +46,7 @@ void KwEditorLayers::RunStartUpSteps(Procedure& run) {
   run([&] { SwitchOffDisplayOptions(page); });
   run([&] { form.fr.SetIsToShowBorderMarks(true); });
   run([&] { form.tbrOpenFile.SetVisible(false); });
-  run([&] { layers.ResetZOrder(); });
+  run([&] { layers.ZOrder().Reset(); });
   run([&] { zoom.FillZoomList(); });
   run([&] { form.sldLineHeight.SetValue(2); });
   run([&] { form.kwrpColors.SetPicture(form.imgLstMousePointers.Picture("Chooser.Ico")); });

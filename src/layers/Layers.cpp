@@ -1,5 +1,7 @@
 #include "layers/Layers.h"
 
+#include <algorithm>
+
 #include "components/Arithmetic.h"
 #include "trap/Procedure.h"
 
@@ -13,19 +15,72 @@ void UnloadAbove(ControlArray<T>& array, std::int16_t last) {
 
 }  // namespace
 
-Layers::Layers(EditorForm& editorForm, Trap& errorTrap) : form(editorForm), trap(errorTrap) {
-  form.TransLayers.ConnectItems(
-      [this](TransparentPicture& layer) { layer.Change.Connect([this] { TransLayers_Change(); }); });
+Layers::Layers(Desktop& platform, EditorForm& editorForm, Trap& errorTrap)
+    : desktop(platform), form(editorForm), trap(errorTrap), stacking(editorForm) {
+  form.TransLayers.ConnectItems([this](TransparentPicture& layer) {
+    const std::int16_t index = layer.Index().value_or(0);
+    layer.Change.Connect([this] { TransLayers_Change(); });
+    layer.Activate.Connect([this, index] { TransLayers_Activate(index); });
+    layer.Deactivate.Connect([this, index] { TransLayers_Deactivate(index); });
+    ConnectMouse(layer);
+  });
+  ConnectMouse(form.TransBackImage);
+  form.tmrMoveLayer.Tick.Connect([this] { tmrMoveLayer_Timer(); });
+  form.Label1.Click.Connect([this] { Label1_Click(); });
+}
+
+void Layers::ConnectMouse(TransparentPicture& layer) {
+  const bool isBack = &layer == &form.TransBackImage;
+  const auto connect = [&](auto& event, const char* procedure, const CanvasHandler& handler) {
+    event.Connect([this, &layer, &handler, procedure](std::int16_t button, std::int16_t shift, float x, float y) {
+      Forward(procedure, handler, layer, button, shift, x, y);
+    });
+  };
+  connect(layer.MouseDown, isBack ? "TransBackImage_MouseDown" : "TransLayers_MouseDown", CanvasMouseDown);
+  connect(layer.MouseMove, isBack ? "TransBackImage_MouseMove" : "TransLayers_MouseMove", CanvasMouseMove);
+  connect(layer.MouseUp, isBack ? "TransBackImage_MouseUp" : "TransLayers_MouseUp", CanvasMouseUp);
+}
+
+void Layers::Forward(const char* procedure, const CanvasHandler& handler, const Control& layer, std::int16_t button,
+                     std::int16_t shift, float x, float y) {
+  Procedure run(trap, procedure);
+  run([&] { handler.Raise(button, shift, x + layer.Left(), y + layer.Top()); });
+}
+
+TransparentPicture& Layers::NewLayer() {
+  const auto index = static_cast<std::int32_t>(form.TransLayers.UBound()) + 1;
+  TransparentPicture& layer = form.TransLayers.Load(index);
+  layer.SetLineWidth(ToInteger16(form.sldLineHeight.Value()));
+  stacking.Append(ToInteger16(index));
+  return layer;
 }
 
 void Layers::UnloadLayerItems() {
   Procedure run(trap, "UnloadLayerItems");
   run([&] { UnloadAbove(form.TransLayers, PageLayer); });
   run([&] { UnloadAbove(form.point1, 0); });
-  run([&] { ResetZOrder(); });
+  run([&] { stacking.Reset(); });
   run([&] {
     if (!form.TransLayers.IsLoaded(m_CurrentLayer)) m_CurrentLayer = PageLayer;
+    if (!form.TransLayers.IsLoaded(activeLayer)) activeLayer = 0;
   });
+}
+
+bool Layers::BringForward() {
+  Procedure run(trap, "BringForward");
+  return run.Ask<bool>([&] { return stacking.BringForward(m_CurrentLayer); }, false);
+}
+
+bool Layers::SendBackward() {
+  Procedure run(trap, "SendBackward");
+  return run.Ask<bool>([&] { return stacking.SendBackward(m_CurrentLayer); }, false);
+}
+
+void Layers::PassPress(std::int16_t index) {
+  const std::int16_t before = activeLayer;
+  activeLayer = index;
+  if (before != index && before != 0) form.TransLayers(before).GiveUpActivation();
+  if (index != 0) form.TransLayers(index).TakePress();
 }
 
 void Layers::TransLayers_Change() {
@@ -46,6 +101,90 @@ void Layers::TransLayers_Change() {
     const auto height = RoundToEven<std::int32_t>(page.Height());
     form.lblImageSize.SetCaption("Size: " + std::to_string(width) + " x " + std::to_string(height));
   });
+}
+
+void Layers::TransLayers_Activate(std::int16_t index) {
+  Procedure run(trap, "TransLayers_Activate");
+  if (index == PageLayer) return;
+  if (!run.Ask<bool>([&] { return form.tbrEditingTools.ButtonOf("NoTools").pressed; }, false)) return;
+  run([&] { m_CurrentLayer = index; });
+  run([&] {
+    TransparentPicture& layer = form.TransLayers(index);
+    if (layer.SelectionFrame() == 1) return;
+    layer.SetIsToShowBorderMarks(false);
+    layer.SetSelectionFrame(1);
+    layer.Move(layer.Left() - 1, layer.Top() - 1);  // what it shows stays in place within the frame
+    layer.SetIsToShowResize(true);
+  });
+}
+
+void Layers::TransLayers_Deactivate(std::int16_t index) {
+  Procedure run(trap, "TransLayers_Deactivate");
+  if (index == PageLayer) return;
+  run([&] {
+    TransparentPicture& layer = form.TransLayers(index);
+    if (layer.SelectionFrame() == 0) return;
+    layer.SetSelectionFrame(0);
+    layer.Move(layer.Left() + 1, layer.Top() + 1);
+    layer.SetIsToShowResize(false);
+  });
+}
+
+void Layers::tmrMoveLayer_Timer() {
+  Procedure run(trap, "tmrMoveLayer_Timer");
+  if (!drag.m_IsMouseDown) return;
+  run([&] {
+    const Control* const active = form.editor.ActiveControl();
+    TransparentPicture& fr = form.fr;
+    if (active == nullptr || active->Name() != form.picCanvas.Name()) {
+      fr.Move(fr.Left() + static_cast<float>(drag.m_CurrentX - drag.m_StartX),
+              fr.Top() + static_cast<float>(drag.m_CurrentY - drag.m_StartY));
+      // The distance is used up, so the frame follows the pointer one to one.
+      drag.m_StartX = drag.m_CurrentX;
+      drag.m_StartY = drag.m_CurrentY;
+      return;
+    }
+    const double left = std::min(drag.m_StartX, drag.m_CurrentX);
+    const double top = std::min(drag.m_StartY, drag.m_CurrentY);
+    fr.Move(static_cast<float>(left), static_cast<float>(top),
+            static_cast<float>(std::max(drag.m_StartX, drag.m_CurrentX) - left),
+            static_cast<float>(std::max(drag.m_StartY, drag.m_CurrentY) - top));
+  });
+  run([&] { form.fr.SetVisible(true); });
+}
+
+// Five circles of random place and colour.
+void Layers::Label1_Click() {
+  Procedure run(trap, "Label1_Click");
+  run([&] {
+    const LocalTime now = desktop.Time();
+    generator.seed(static_cast<std::uint32_t>((now.hour * 60 + now.minute) * 60 + now.second));
+  });
+  for (int i = 1; i <= 5; ++i) {
+    run([&] { form.tbrEditingTools.SetButtonPressed("Circle", true); });
+    run([&] { AddLabelLayer(); });
+  }
+}
+
+std::int32_t Layers::RandomBelow(double limit) {
+  return static_cast<std::int32_t>(std::uniform_real_distribution<double>(0, 1)(generator) * limit);
+}
+
+void Layers::AddLabelLayer() {
+  BeforeLabelLayer.Raise();
+  TransparentPicture& layer = NewLayer();
+  layer.SetCaption("\r\n  Layer # " + std::to_string(layer.Index().value_or(0)) + "  \r\n");
+  const PictureBox& canvas = form.picCanvas;
+  const auto left = static_cast<float>(RandomBelow(canvas.Width()));
+  const auto top = static_cast<float>(RandomBelow(canvas.Height()));
+  const auto colour = static_cast<Colour>(RandomBelow(1000000));
+  constexpr float diameter = 60;
+  const auto lineSize = static_cast<float>(form.sldLineHeight.Value());
+  layer.SetForeColor(colour);
+  layer.SetLineColor(colour);
+  layer.Move(left, top, diameter + lineSize, diameter + lineSize);
+  layer.SetFigure({.kind = FigureKind::Ellipse});
+  layer.SetVisible(true);
 }
 
 }  // namespace kw

@@ -1,19 +1,32 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
+#include <random>
+#include <string>
 
+#include "components/Desktop.h"
+#include "components/Event.h"
 #include "form/EditorForm.h"
+#include "layers/Stacking.h"
 #include "trap/Trap.h"
 
 namespace kw {
+
+// A drag on the canvas, in canvas units. The canvas handlers write it, the timer tmrMoveLayer reads it.
+struct DragState {
+  bool m_IsMouseDown = false;
+  double m_StartX = 0;
+  double m_StartY = 0;
+  double m_CurrentX = 0;
+  double m_CurrentY = 0;
+};
 
 // The layer array TransLayers: 0 the template, 1 the page, 2 and up the floating layers, and their stacking order.
 class Layers {
 public:
   static constexpr std::int16_t PageLayer = 1;
 
-  Layers(EditorForm& editorForm, Trap& errorTrap);
+  Layers(Desktop& platform, EditorForm& editorForm, Trap& errorTrap);
 
   // An empty page layer means that no page is open.
   bool HasPage() const { return form.TransLayers(PageLayer).HasPicture(); }
@@ -21,21 +34,53 @@ public:
   TransparentPicture& CurrentLayer() const { return form.TransLayers(m_CurrentLayer); }
   std::int16_t CurrentLayerIndex() const { return m_CurrentLayer; }
   void SetCurrentLayer(std::int16_t index) { m_CurrentLayer = index; }
+  DragState& Drag() { return drag; }
+  Stacking& ZOrder() { return stacking; }
 
-  // Layer indices from the bottom up; the first is the page.
-  const std::vector<std::int16_t>& LayerZOrder() const { return m_LayerZOrder; }
-  void ResetZOrder() { m_LayerZOrder = {PageLayer}; }
-
+  // Loads the next layer as a hidden copy of the template, on top of all, with the present line size. Raises
+  // InvalidControlArrayIndex past the array's limit.
+  TransparentPicture& NewLayer();
   // Unloads the floating layers and the pen's markers. The page becomes the current layer when the present one goes.
   void UnloadLayerItems();
+
+  // Moves the current layer past the next one that it overlaps; true when there was one.
+  bool BringForward();
+  bool SendBackward();
+  // Hands a press to a layer: it becomes the active one, and the one that was is released.
+  void PassPress(std::int16_t index);
+
   // Enables what needs a page, or disables it, and shows the page's size.
   void TransLayers_Change();
+  void TransLayers_Activate(std::int16_t index);
+  void TransLayers_Deactivate(std::int16_t index);
+  void tmrMoveLayer_Timer();
+  void Label1_Click();
+
+  // What the canvas does with a mouse event of a layer or of the background: button, shift and the position on the
+  // canvas.
+  using CanvasHandler = Event<std::int16_t, std::int16_t, float, float>;
+  CanvasHandler CanvasMouseDown;
+  CanvasHandler CanvasMouseMove;
+  CanvasHandler CanvasMouseUp;
+  // The layer label asks for the selection area to be dealt with before each of its layers.
+  Event<> BeforeLabelLayer;
 
 private:
+  void ConnectMouse(TransparentPicture& layer);
+  void Forward(const char* procedure, const CanvasHandler& handler, const Control& layer, std::int16_t button,
+               std::int16_t shift, float x, float y);
+  void AddLabelLayer();
+  // From 0 up to, and without, `limit`; whole.
+  std::int32_t RandomBelow(double limit);
+
+  Desktop& desktop;
   EditorForm& form;
   Trap& trap;
+  Stacking stacking;
+  std::minstd_rand generator;
+  DragState drag;
   std::int16_t m_CurrentLayer = PageLayer;
-  std::vector<std::int16_t> m_LayerZOrder{PageLayer};
+  std::int16_t activeLayer = 0;  // 0: none
 };
 
 }  // namespace kw

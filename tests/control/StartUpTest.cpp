@@ -67,7 +67,7 @@ TEST_F(StartUp, PutsTheLayersAtTheLeftAndShowsThePageLayerOnly) {
   const auto& order = Form().picCanvas.Children();
   const auto placeOf = [&](const Control& one) { return std::find(order.begin(), order.end(), &one); };
   EXPECT_LT(placeOf(Form().TransBackImage), placeOf(Form().TransLayers(1)));
-  EXPECT_EQ(control->LayerRoom().LayerZOrder(), std::vector<std::int16_t>{1});
+  EXPECT_EQ(control->LayerRoom().ZOrder().Order(), std::vector<std::int16_t>{1});
 }
 
 TEST_F(StartUp, HidesTheOpenButtonAndTheToolBoxIsVisible) {
