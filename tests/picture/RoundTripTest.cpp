@@ -169,6 +169,21 @@ TEST_P(ResolutionRoundTrip, MissingResolutionStaysMissing) {
 
 INSTANTIATE_TEST_SUITE_P(AllThatHaveOne, ResolutionRoundTrip, testing::Values("tif", "bmp", "jpg"));
 
+class StoredCopy : public ScratchTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(StoredCopy, UnchangedPictureIsSavedByteForByte) {
+  const std::string extension = GetParam();
+  KWPicEd engine;
+  engine.Replace(Noise(40, 30, 8));
+  engine.Save(At("a." + extension));
+  KWPicEd again;
+  ASSERT_TRUE(again.Load(At("a." + extension))) << again.LastLoadError();
+  again.Save(At("b." + extension));
+  EXPECT_EQ(BytesOf(At("a." + extension)), BytesOf(At("b." + extension)));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, StoredCopy, testing::Values("jpg", "gif", "bmp"));
+
 class Recognition : public ScratchTest, public testing::WithParamInterface<std::tuple<const char*, const char*>> {};
 
 TEST_P(Recognition, ContentDecidesNotTheExtension) {

@@ -1,0 +1,152 @@
+#include <array>
+#include <string>
+
+#include <gif_lib.h>
+
+#include "KindsTest.h"
+
+namespace kw {
+namespace {
+
+using GifKinds = KindsTest;
+
+// A GIF made with the codec library: a screen and any number of frames.
+class GifMaker {
+public:
+  GifMaker(MemoryStream& to, int width, int height, const std::vector<GifColorType>& colours, int background = 0) {
+    int error = 0;
+    codec = EGifOpen(
+        &to,
+        [](GifFileType* file, const GifByteType* from, int count) {
+          return static_cast<int>(
+              static_cast<MemoryStream*>(file->UserData)->Write(from, static_cast<std::size_t>(count)));
+        },
+        &error);
+    EGifSetGifVersion(codec, true);
+    ColorMapObject* map =
+        colours.empty() ? nullptr : GifMakeMapObject(static_cast<int>(colours.size()), colours.data());
+    EXPECT_EQ(GIF_OK, EGifPutScreenDesc(codec, width, height, 8, background, map));
+    GifFreeMapObject(map);
+  }
+  ~GifMaker() { EXPECT_EQ(GIF_OK, EGifCloseFile(codec, nullptr)); }
+
+  void Control(int disposal, int transparent) {
+    GraphicsControlBlock block{disposal, false, 0, transparent};
+    std::array<GifByteType, 4> bytes{};
+    EGifGCBToExtension(&block, bytes.data());
+    EXPECT_EQ(GIF_OK, EGifPutExtension(codec, GRAPHICS_EXT_FUNC_CODE, 4, bytes.data()));
+  }
+
+  // Rows in the order of the file.
+  void Frame(int left, int top, int width, const std::vector<std::string>& rows, bool interlaced = false,
+             const std::vector<GifColorType>& colours = {}) {
+    ColorMapObject* map =
+        colours.empty() ? nullptr : GifMakeMapObject(static_cast<int>(colours.size()), colours.data());
+    EXPECT_EQ(GIF_OK, EGifPutImageDesc(codec, left, top, width, static_cast<int>(rows.size()), interlaced, map));
+    GifFreeMapObject(map);
+    for (const std::string& row : rows) {
+      Bytes line;
+      for (const char digit : row) line.push_back(static_cast<std::uint8_t>(digit - '0'));
+      EXPECT_EQ(GIF_OK, EGifPutLine(codec, line.data(), width));
+    }
+  }
+
+private:
+  GifFileType* codec = nullptr;
+};
+
+const std::vector<GifColorType> GifColours{{0, 0, 0}, {255, 0, 0}, {0, 255, 0}, {0, 0, 255}};
+
+TEST_F(GifKinds, Interlaced) {
+  MemoryStream file;
+  { GifMaker(file, 1, 9, GifColours).Frame(0, 0, 1, {"0", "1", "2", "3", "0", "1", "2", "3", "0"}, true); }
+  Open(file.bytes);
+  // Rows 0 8, then 4, then 2 6, then 1 3 5 7.
+  constexpr std::array<std::size_t, 9> expected{0, 1, 3, 2, 2, 3, 0, 0, 1};
+  for (std::int32_t y = 0; y < 9; ++y) {
+    const GifColorType& c = GifColours[expected[static_cast<std::size_t>(y)]];
+    EXPECT_EQ((Rgb{c.Red, c.Green, c.Blue}), Pixel(0, y)) << y;
+  }
+}
+
+TEST_F(GifKinds, TransparencyShowsWhitePaper) {
+  MemoryStream file;
+  {
+    GifMaker gif(file, 2, 1, GifColours);
+    gif.Control(DISPOSE_DO_NOT, 1);
+    gif.Frame(0, 0, 2, {"12"});
+  }
+  Open(file.bytes);
+  EXPECT_EQ((Rgb{255, 255, 255}), Pixel(0, 0));
+  EXPECT_EQ((Rgb{0, 255, 0}), Pixel(1, 0));
+}
+
+TEST_F(GifKinds, PictureThatCoversAPartOfTheScreen) {
+  MemoryStream file;
+  { GifMaker(file, 3, 3, GifColours).Frame(1, 1, 2, {"12"}); }
+  Open(file.bytes);
+  EXPECT_EQ(3, engine.Width());
+  EXPECT_EQ((Rgb{255, 255, 255}), Pixel(0, 0));
+  EXPECT_EQ((Rgb{255, 0, 0}), Pixel(1, 1));
+  EXPECT_EQ((Rgb{0, 255, 0}), Pixel(2, 1));
+}
+
+TEST_F(GifKinds, FramesArePagesDrawnOverEachOther) {
+  MemoryStream file;
+  {
+    GifMaker gif(file, 2, 2, GifColours);
+    gif.Frame(0, 0, 2, {"11", "11"});
+    gif.Control(DISPOSE_BACKGROUND, 0);
+    gif.Frame(1, 0, 1, {"2"});
+    gif.Control(DISPOSE_PREVIOUS, NO_TRANSPARENT_COLOR);
+    gif.Frame(0, 1, 1, {"1"}, false, {{9, 9, 9}, {7, 8, 9}});
+    gif.Frame(1, 1, 1, {"3"}, false, GifColours);
+  }
+  Open(file.bytes);
+  ASSERT_EQ(4, engine.PageCount());
+  const Rgb red{255, 0, 0};
+  const Rgb green{0, 255, 0};
+  const Rgb blue{0, 0, 255};
+  const Rgb white{255, 255, 255};
+  const Rgb own{7, 8, 9};
+  const std::array<std::array<Rgb, 4>, 4> pages{
+      {{red, red, red, red}, {red, green, red, red}, {red, white, own, red}, {red, white, red, blue}}};
+  for (const std::int32_t page : {4, 1, 3, 2}) {
+    engine.SelectPage(page);
+    const auto& expected = pages[static_cast<std::size_t>(page - 1)];
+    EXPECT_EQ(expected[0], Pixel(0, 0)) << page;
+    EXPECT_EQ(expected[1], Pixel(1, 0)) << page;
+    EXPECT_EQ(expected[2], Pixel(0, 1)) << page;
+    EXPECT_EQ(expected[3], Pixel(1, 1)) << page;
+  }
+}
+
+TEST_F(GifKinds, FramesSplitIntoFilesOfOnePage) {
+  MemoryStream file;
+  {
+    GifMaker gif(file, 2, 1, GifColours);
+    gif.Frame(0, 0, 2, {"11"});
+    gif.Frame(1, 0, 1, {"2"});
+  }
+  Open(file.bytes);
+  engine.SelectPage(2);
+  engine.Save(At("page.gif"));
+  KWPicEd again;
+  ASSERT_TRUE(again.Load(At("page.gif"))) << again.LastLoadError();
+  EXPECT_EQ(1, again.PageCount());
+  EXPECT_EQ((Rgb{255, 0, 0}), again.Current().PixelAt(0, 0));
+  EXPECT_EQ((Rgb{0, 255, 0}), again.Current().PixelAt(1, 0));
+}
+
+TEST_F(GifKinds, PictureWithoutAnyPaletteIsRefused) {
+  MemoryStream file;
+  { GifMaker(file, 1, 1, GifColours).Frame(0, 0, 1, {"0"}); }
+  // The screen's palette is taken out: its flag, and its entries behind the 13 bytes of the screen.
+  file.bytes[10] = static_cast<std::uint8_t>(file.bytes[10] & 0x7FU);
+  file.bytes.erase(file.bytes.begin() + 13, file.bytes.begin() + 13 + 3 * 4);
+  EXPECT_FALSE(engine.Load(Put("a.gif", file.bytes)));
+  EXPECT_NE("", engine.LastLoadError());
+}
+
+}  // namespace
+}  // namespace kw
