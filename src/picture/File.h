@@ -57,7 +57,7 @@ private:
 class OutputFile : public FileStream {
 public:
   // Raises PathNotFound, PermissionDenied, DiskFull or PathFileAccessError.
-  explicit OutputFile(const std::string& path);
+  explicit OutputFile(const std::string& target);
   ~OutputFile() override;
   // Raises the same errors, also for a write that failed before.
   void Commit();

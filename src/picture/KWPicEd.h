@@ -54,7 +54,7 @@ private:
 
   void Open(const std::string& path);
   void RequireUnchanged(const InputFile& file) const;
-  bool SaveAsStored(OutputFile& file) const;
+  bool SaveAsStored(OutputFile& to) const;
 
   // Empty once the picture was replaced.
   Document document;

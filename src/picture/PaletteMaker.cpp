@@ -111,14 +111,12 @@ void PaletteMaker::Cut() {
     for (std::size_t i = box.begin; i < box.end; ++i) {
       Cell& cell = cells[used[i]];
       cell.index = static_cast<std::uint8_t>(palette.size());
-      sum.count += cell.count;
       sum.red += cell.red;
       sum.green += cell.green;
       sum.blue += cell.blue;
     }
-    const auto mean = [&sum](std::uint64_t total) {
-      return static_cast<std::uint8_t>((total + sum.count / 2) / sum.count);
-    };
+    const std::uint64_t count = std::max<std::uint64_t>(box.count, 1);
+    const auto mean = [count](std::uint64_t total) { return static_cast<std::uint8_t>((total + count / 2) / count); };
     palette.push_back({mean(sum.red), mean(sum.green), mean(sum.blue)});
   }
 }

@@ -56,7 +56,7 @@ Bitmap NewPage(std::uint64_t width, std::uint64_t height, int bitsPerPixel, cons
 
 void CopyBytes(Stream& from, std::uint64_t position, std::uint64_t count, Stream& to) {
   if (!from.Seek(position)) RaiseUnreadable("The file cannot be read.");
-  constexpr std::uint64_t blockSize = 256 * 1024;
+  constexpr std::uint64_t blockSize = std::uint64_t{256} * 1024;
   std::vector<std::uint8_t> block(static_cast<std::size_t>(std::min(count, blockSize)));
   while (count != 0) {
     const auto part = static_cast<std::size_t>(std::min<std::uint64_t>(count, block.size()));

@@ -13,7 +13,7 @@ std::size_t MemoryReader::Read(void* to, std::size_t count) noexcept {
   return taken;
 }
 
-std::size_t MemoryReader::Write(const void*, std::size_t) noexcept { return 0; }
+std::size_t MemoryReader::Write(const void* /*from*/, std::size_t /*count*/) noexcept { return 0; }
 
 bool MemoryReader::Seek(std::uint64_t to) noexcept {
   position = to;

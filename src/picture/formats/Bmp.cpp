@@ -235,9 +235,11 @@ public:
     RequirePageFits(header.width, header.height, header.Depth(), limits);
   }
 
-  std::int16_t StoredBitsPerPixel(Stream&, std::int32_t) override { return static_cast<std::int16_t>(header.bits); }
+  std::int16_t StoredBitsPerPixel(Stream& /*file*/, std::int32_t /*page*/) override {
+    return static_cast<std::int16_t>(header.bits);
+  }
 
-  Bitmap Read(Stream& file, std::int32_t) override {
+  Bitmap Read(Stream& file, std::int32_t /*page*/) override {
     Bitmap page = NewPage(header.width, header.height, header.Depth(), limits);
     page.SetResolution(header.horizontalResolution, header.verticalResolution);
     if (header.bits <= 8) page.SetPalette(ReadPalette(file, header));
@@ -250,7 +252,7 @@ public:
     return page;
   }
 
-  bool Copy(Stream& file, std::int32_t, Stream& to) override {
+  bool Copy(Stream& file, std::int32_t /*page*/, Stream& to) override {
     CopyBytes(file, 0, file.Size(), to);
     return true;
   }
@@ -275,7 +277,7 @@ std::uint32_t PerMetre(double perInch) {
   return value >= 1 && value < std::numeric_limits<std::int32_t>::max() ? static_cast<std::uint32_t>(value) : 0;
 }
 
-void WriteBmp(const Bitmap& picture, Stream& to, const WriteOptions&) {
+void WriteBmp(const Bitmap& picture, Stream& to, const WriteOptions& /*options*/) {
   const bool hasAlpha = picture.BitsPerPixel() == 32;
   const std::uint32_t infoSize = hasAlpha ? AlphaHeaderSize : InfoHeaderSize;
   const std::size_t fileRow = (picture.RowBytes() + 3) / 4 * 4;

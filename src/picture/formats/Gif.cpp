@@ -15,7 +15,7 @@ namespace {
 
 constexpr Rgb Paper{255, 255, 255};
 // Memory for frames that were drawn on the way to another.
-constexpr std::size_t KeptBytes = 64 * 1024 * 1024;
+constexpr std::size_t KeptBytes = std::size_t{64} * 1024 * 1024;
 
 int ReadFile(GifFileType* codec, GifByteType* to, int count) {
   return static_cast<int>(static_cast<Stream*>(codec->UserData)->Read(to, static_cast<std::size_t>(count)));
@@ -211,7 +211,7 @@ public:
 
   std::int32_t PageCount() const override { return static_cast<std::int32_t>(frameBits.size()); }
 
-  std::int16_t StoredBitsPerPixel(Stream&, std::int32_t page) override {
+  std::int16_t StoredBitsPerPixel(Stream& /*file*/, std::int32_t page) override {
     return frameBits[static_cast<std::size_t>(page - 1)];
   }
 
@@ -226,7 +226,7 @@ public:
     return ReadDrawn(file, page);
   }
 
-  bool Copy(Stream& file, std::int32_t, Stream& to) override {
+  bool Copy(Stream& file, std::int32_t /*page*/, Stream& to) override {
     if (frameBits.size() != 1) return false;
     CopyBytes(file, 0, file.Size(), to);
     return true;
@@ -340,7 +340,7 @@ private:
   ColorMapObject* colours = nullptr;
 };
 
-void WriteGif(const Bitmap& picture, Stream& to, const WriteOptions&) {
+void WriteGif(const Bitmap& picture, Stream& to, const WriteOptions& /*options*/) {
   constexpr std::int32_t most = std::numeric_limits<std::uint16_t>::max();
   if (picture.Width() > most || picture.Height() > most)
     RaiseUnreadable("The picture is too large for the GIF format.");

@@ -18,7 +18,7 @@
 namespace kw {
 namespace {
 
-constexpr std::size_t BlockSize = 64 * 1024;
+constexpr std::size_t BlockSize = std::size_t{64} * 1024;
 constexpr double CentimetresPerInch = 2.54;
 constexpr int ExifMarker = JPEG_APP0 + 1;
 constexpr unsigned LongestMarker = 65535;
@@ -43,7 +43,7 @@ void Note(j_common_ptr codec, int level) {
   if (level < 0 && codec->err->msg_code == JWRN_HIT_MARKER) reinterpret_cast<Trap*>(codec->err)->ranDry = true;
 }
 
-void StaySilent(j_common_ptr) {}
+void StaySilent(j_common_ptr /*codec*/) {}
 
 void Prepare(Trap& trap) {
   jpeg_std_error(&trap.manager);
@@ -198,9 +198,9 @@ public:
     RequirePageFits(header.image_width, header.image_height, decoder->Depth(), limits);
   }
 
-  std::int16_t StoredBitsPerPixel(Stream&, std::int32_t) override { return storedBits; }
+  std::int16_t StoredBitsPerPixel(Stream& /*file*/, std::int32_t /*page*/) override { return storedBits; }
 
-  Bitmap Read(Stream& file, std::int32_t) override {
+  Bitmap Read(Stream& file, std::int32_t /*page*/) override {
     const auto decoder = std::make_unique<Decoder>(file);
     const auto& header = decoder->ReadHeader();
     Bitmap page = NewPage(header.image_width, header.image_height, decoder->Depth(), limits);
@@ -209,7 +209,7 @@ public:
     return Upright(page, OrientationOf(header));
   }
 
-  bool Copy(Stream& file, std::int32_t, Stream& to) override {
+  bool Copy(Stream& file, std::int32_t /*page*/, Stream& to) override {
     CopyBytes(file, 0, file.Size(), to);
     return true;
   }

@@ -11,7 +11,7 @@ namespace kw {
 namespace {
 
 constexpr std::uint64_t OldJpeg = 6;
-constexpr std::uint64_t MostValueBytes = 64 * 1024 * 1024;
+constexpr std::uint64_t MostValueBytes = std::uint64_t{64} * 1024 * 1024;
 
 bool IsOffsets(std::uint16_t tag) { return tag == TiffTag::StripOffsets || tag == TiffTag::TileOffsets; }
 

@@ -28,7 +28,7 @@ toff_t SeekStream(thandle_t client, toff_t offset, int origin) {
   return stream.Seek(base + offset) ? stream.Position() : std::numeric_limits<toff_t>::max();
 }
 
-int CloseStream(thandle_t) { return 0; }
+int CloseStream(thandle_t /*client*/) { return 0; }
 
 toff_t SizeOfStream(thandle_t client) { return StreamOf(client).Size(); }
 
@@ -60,7 +60,8 @@ void TiffHandle::Require(bool good) const {
                                     : "The TIFF data cannot be used: " + message + ".");
 }
 
-int TiffHandle::KeepMessage(TIFF*, void* handle, const char*, const char* format, va_list arguments) {
+int TiffHandle::KeepMessage(TIFF* /*codec*/, void* handle, const char* /*module*/, const char* format,
+                            va_list arguments) {
   // Called from C: nothing may be thrown, so a message that finds no memory is lost.
   try {
     auto& message = static_cast<TiffHandle*>(handle)->message;
@@ -71,6 +72,9 @@ int TiffHandle::KeepMessage(TIFF*, void* handle, const char*, const char* format
   return 1;
 }
 
-int TiffHandle::DropMessage(TIFF*, void*, const char*, const char*, va_list) { return 1; }
+int TiffHandle::DropMessage(TIFF* /*codec*/, void* /*handle*/, const char* /*module*/, const char* /*format*/,
+                            va_list /*arguments*/) {
+  return 1;
+}
 
 }  // namespace kw

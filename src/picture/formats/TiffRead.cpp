@@ -13,7 +13,7 @@ namespace {
 
 constexpr double CentimetresPerInch = 2.54;
 // What libtiff needs beside the pixels themselves.
-constexpr std::uint64_t CodecMemory = 64 * 1024 * 1024;
+constexpr std::uint64_t CodecMemory = std::uint64_t{64} * 1024 * 1024;
 
 enum class Alpha { None, Straight, Premultiplied };
 
@@ -152,7 +152,8 @@ public:
   }
 
   Bitmap Read() {
-    for (std::uint16_t plane = 0; plane < (layout.planar ? channels : 1); ++plane) {
+    const std::uint16_t planes = layout.planar ? channels : std::uint16_t{1};
+    for (std::uint16_t plane = 0; plane < planes; ++plane) {
       if (layout.tiled)
         ReadTiles(plane);
       else if (NeedsWholeStrips())

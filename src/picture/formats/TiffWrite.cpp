@@ -10,7 +10,7 @@ namespace kw {
 namespace {
 
 // Bytes of a strip before they are coded.
-constexpr std::size_t StripBytes = 256 * 1024;
+constexpr std::size_t StripBytes = std::size_t{256} * 1024;
 
 // How the palette of a picture up to 8 bits is expressed.
 std::uint16_t PhotometricOf(const Bitmap& picture) {
@@ -72,7 +72,7 @@ void Describe(const TiffHandle& tiff, const Bitmap& picture) {
 
 }  // namespace
 
-void WriteTiff(const Bitmap& picture, Stream& to, const WriteOptions&) {
+void WriteTiff(const Bitmap& picture, Stream& to, const WriteOptions& /*options*/) {
   const TiffHandle tiff(to, TiffHandle::Use::Write);
   Describe(tiff, picture);
   // The library changes the rows that it is given.
