@@ -23,11 +23,13 @@ HWND HostedDesktop::DialogOwner() const {
   return window == nullptr ? WindowsDesktop::DialogOwner() : GetAncestor(window, GA_ROOT);
 }
 
-MessageAnswer HostedDesktop::ShowMessageBox(const std::string& prompt, const std::string& title,
-                                            MessageButtons buttons) {
-  const Lifetime::Outgoing outgoing(life);
-  const InPlaceActivation::Modal modal(place);
-  return WindowsDesktop::ShowMessageBox(prompt, title, buttons);
+std::shared_ptr<void> HostedDesktop::EnterDialog() {
+  struct WhileUp {
+    WhileUp(Lifetime& life, const InPlaceActivation& place) : outgoing(life), modal(place) {}
+    const Lifetime::Outgoing outgoing;
+    const InPlaceActivation::Modal modal;
+  };
+  return std::make_shared<WhileUp>(life, place);
 }
 
 }  // namespace kw::activex

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <string>
+#include <memory>
 
 #include "activex/InPlaceActivation.h"
 #include "activex/Lifetime.h"
@@ -14,10 +14,9 @@ class HostedDesktop final : public windows::WindowsDesktop {
 public:
   HostedDesktop(Lifetime& calling, InPlaceActivation& activation);
 
-  MessageAnswer ShowMessageBox(const std::string& prompt, const std::string& title, MessageButtons buttons) override;
-
 protected:
   HWND DialogOwner() const override;
+  std::shared_ptr<void> EnterDialog() override;
 
 private:
   Lifetime& life;

@@ -95,8 +95,14 @@ HRESULT InPlaceActivation::ActivateUi(IOleClientSite* site) {
     activeDocument->SetBorderSpace(nullptr);
   }
   const HWND focus = GetFocus();
-  if (IsUiActive() && focus != Window() && !IsChild(Window(), focus)) SetFocus(Window());
+  if (IsUiActive() && focus != Window() && IsChild(Window(), focus) == FALSE) SetFocus(Window());
+  TellFocus(TRUE);
   return S_OK;
+}
+
+// The container keeps track of the control that has the keyboard, for its default button and its own events.
+void InPlaceActivation::TellFocus(BOOL hasFocus) {
+  if (const auto site = core.Site().As<IOleControlSite>()) site->OnFocus(hasFocus);
 }
 
 HRESULT InPlaceActivation::Hide() {
@@ -109,6 +115,7 @@ HRESULT InPlaceActivation::DeactivateUi() {
   if (!IsUiActive()) return S_OK;
   state = State::Active;
   const ComPtr<IOleInPlaceSite> asked = place;
+  TellFocus(FALSE);
   const ComPtr<IOleInPlaceFrame> activeFrame = frame;
   const ComPtr<IOleInPlaceUIWindow> activeDocument = document;
   if (activeDocument != nullptr) activeDocument->SetActiveObject(nullptr, nullptr);

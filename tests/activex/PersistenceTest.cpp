@@ -145,8 +145,9 @@ TEST_F(PersistenceTest, BagIsWrittenInTheWritingOrderAndReadBack) {
 }
 
 TEST_F(PersistenceTest, DefaultsNeedNotBeWritten) {
+  EXPECT_EQ(As<IPersistStreamInit>()->InitNew(), S_OK);
   control->put_MaxUndoLevels(23);
-  control->put_IsToolboxVisible(VARIANT_FALSE);
+  control->put_AppDir(Text(scratch.Path()));
   TextBag bag;
   EXPECT_EQ(As<IPersistPropertyBag>()->Save(&bag, TRUE, FALSE), S_OK);
   EXPECT_EQ(bag.written, (std::vector<std::wstring>{L"MaxUndoLevels", L"AppDir"}));

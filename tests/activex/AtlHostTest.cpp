@@ -1,0 +1,94 @@
+// The control in a container that somebody else wrote: the hosting window class of the system's ATL library.
+
+#include <windows.h>
+
+#include <ole2.h>
+
+#include "activex/BoxAnswerer.h"
+#include "activex/Fixture.h"
+#include "activex/Sinks.h"
+
+namespace kw::test {
+namespace {
+
+class AtlHostTest : public ControlTest {
+protected:
+  using Init = BOOL(WINAPI*)();
+  using Attach = HRESULT(WINAPI*)(IUnknown* control, HWND window, IUnknown** container);
+
+  template <class Procedure>
+  static Procedure Find(const char* name) {
+    return reinterpret_cast<Procedure>(reinterpret_cast<void*>(GetProcAddress(LoadLibraryW(L"atl100.dll"), name)));
+  }
+
+  void SetUp() override {
+    ControlTest::SetUp();
+    if (LoadLibraryW(L"atl100.dll") == nullptr) GTEST_SKIP() << "this system has no atl100.dll";
+    ASSERT_HRESULT_SUCCEEDED(OleInitialize(nullptr));
+    ASSERT_TRUE(Find<Init>("AtlAxWinInit")() != 0);
+    frame = CreateWindowExW(0, L"Static", L"Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0, 800, 600,
+                            nullptr, nullptr, nullptr, nullptr);
+    host = CreateWindowExW(0, L"AtlAxWin100", L"", WS_CHILD | WS_VISIBLE, 0, 0, 500, 400, frame, nullptr, nullptr,
+                           nullptr);
+    ASSERT_NE(host, nullptr);
+    ASSERT_HRESULT_SUCCEEDED(Find<Attach>("AtlAxAttachControl")(control.Get(), host, nullptr));
+    // This host makes the control anew from an empty state, so the folder is given here.
+    control->put_AppDir(Text(scratch.Path()));
+    PumpMessages(50);
+  }
+  void TearDown() override {
+    if (frame != nullptr) DestroyWindow(frame);
+    ControlTest::TearDown();
+    OleUninitialize();
+  }
+  HWND ControlWindow() const {
+    HWND window = nullptr;
+    As<IOleInPlaceObject>()->GetWindow(&window);
+    return window;
+  }
+
+  HWND frame = nullptr;
+  HWND host = nullptr;
+};
+
+TEST_F(AtlHostTest, ShowsTheControl) {
+  ASSERT_NE(ControlWindow(), nullptr);
+  EXPECT_TRUE(IsChild(host, ControlWindow()) != 0);
+  EXPECT_TRUE(IsWindowVisible(ControlWindow()) != 0);
+  RECT size = {};
+  GetClientRect(ControlWindow(), &size);
+  EXPECT_EQ(size.right, 500);
+  EXPECT_EQ(size.bottom, 400);
+}
+
+TEST_F(AtlHostTest, ResizesTheControl) {
+  MoveWindow(host, 0, 0, 640, 480, TRUE);
+  PumpMessages(50);
+  RECT size = {};
+  GetClientRect(ControlWindow(), &size);
+  EXPECT_EQ(size.right, 640);
+  EXPECT_EQ(size.bottom, 480);
+}
+
+TEST_F(AtlHostTest, OpensADocument) {
+  EventSink sink;
+  const Connection connection(control.Get(), DIID___KwEditorLayers, &sink);
+  const BoxAnswerer user;
+  EXPECT_EQ(control->OpenFile(Text(scratch.WriteTiff(L"D.tif", 2))), S_OK);
+  EXPECT_EQ(sink.events.size(), 3U);
+  PumpMessages(50);
+}
+
+TEST_F(AtlHostTest, TakesTheControlDownWithItsWindow) {
+  const HWND window = ControlWindow();
+  DestroyWindow(frame);
+  frame = nullptr;
+  PumpMessages(50);
+  EXPECT_EQ(IsWindow(window), FALSE);
+  EXPECT_HRESULT_FAILED(As<IOleInPlaceObject>()->GetWindow(nullptr));
+  VARIANT_BOOL editable = VARIANT_FALSE;
+  EXPECT_EQ(control->get_IsEditable(&editable), S_OK);
+}
+
+}  // namespace
+}  // namespace kw::test

@@ -1,0 +1,229 @@
+// A host that lets go of the control, or takes its window down, while the control calls it.
+
+#include <windows.h>
+
+#include <commctrl.h>
+#include <ole2.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "activex/BoxAnswerer.h"
+#include "activex/Fixture.h"
+#include "activex/MainThread.h"
+#include "activex/Sinks.h"
+#include "activex/StrictContainer.h"
+
+namespace kw::test {
+namespace {
+
+class LifetimeTest : public ControlTest {
+protected:
+  void SetUp() override {
+    ControlTest::SetUp();
+    document = scratch.WriteTiff(L"D.tif", 3);
+  }
+  void TearDown() override {
+    sink.onEvent = {};
+    ControlTest::TearDown();
+  }
+  void Activate() {
+    container.Take(control.Get());
+    control->put_AppDir(Text(scratch.Path()));
+    ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+  }
+  void Open() {
+    const BoxAnswerer user;
+    ASSERT_EQ(control->OpenFile(Text(document)), S_OK);
+    sink.events.clear();
+  }
+  // What a host does that closes its window: the polite order, then the last reference and the window.
+  void LetGoOfEverything() {
+    if (container.As<IOleObject>() != nullptr) container.LetGo();
+    control.Reset();
+    container.DestroyWindowNow();
+  }
+  // The user turns the page by the spinner; the notification comes as the window itself would send it.
+  void TurnThePage() {
+    HWND spinner = nullptr;
+    EnumChildWindows(
+        container.ControlWindow(),
+        [](HWND window, LPARAM found) -> BOOL {
+          wchar_t name[64];
+          GetClassNameW(window, name, 64);
+          if (std::wstring(name) != UPDOWN_CLASSW) return TRUE;
+          *reinterpret_cast<HWND*>(found) = window;
+          return FALSE;
+        },
+        reinterpret_cast<LPARAM>(&spinner));
+    ASSERT_NE(spinner, nullptr);
+    NMUPDOWN step = {};
+    step.hdr.hwndFrom = spinner;
+    step.hdr.idFrom = static_cast<UINT_PTR>(GetDlgCtrlID(spinner));
+    step.hdr.code = UDN_DELTAPOS;
+    step.iPos = 1;
+    step.iDelta = 1;
+    SendMessageW(GetParent(spinner), WM_NOTIFY, step.hdr.idFrom, reinterpret_cast<LPARAM>(&step));
+  }
+  void ExpectAllGone() {
+    PumpMessages(50);
+    EXPECT_TRUE(Ocx::CanUnload()) << "the control is still alive";
+  }
+
+  std::wstring document;
+  EventSink sink;
+  StrictContainer container;
+};
+
+TEST_F(LifetimeTest, DestroyedInAnEventOfItsOwnMethod) {
+  Connection connection(control.Get(), DIID___KwEditorLayers, &sink);
+  connection.Forget();
+  sink.onEvent = [&](DISPID, VARIANT*, UINT) { control.Reset(); };
+  const BoxAnswerer user;
+  EXPECT_EQ(control.Get()->OpenFile(Text(document)), S_OK);
+  EXPECT_EQ(sink.events.size(), 4U) << "the method that raised the event goes on to its end";
+  EXPECT_TRUE(Ocx::CanUnload()) << "it dies with the call that was under way";
+}
+
+TEST_F(LifetimeTest, DestroyedWithItsWindowInAnEventOfItsOwnMethod) {
+  Activate();
+  Connection connection(control.Get(), DIID___KwEditorLayers, &sink);
+  connection.Forget();
+  sink.onEvent = [&](DISPID, VARIANT*, UINT) { LetGoOfEverything(); };
+  const BoxAnswerer user;
+  EXPECT_EQ(control.Get()->OpenFile(Text(document)), S_OK);
+  ExpectAllGone();
+}
+
+TEST_F(LifetimeTest, DestroyedInAnEventThatTheUserCaused) {
+  Activate();
+  Open();
+  Connection connection(control.Get(), DIID___KwEditorLayers, &sink);
+  connection.Forget();
+  sink.onEvent = [&](DISPID, VARIANT*, UINT) { LetGoOfEverything(); };
+  TurnThePage();
+  EXPECT_EQ(sink.events, std::vector<std::string>{"PageChanged(2)"});
+  ExpectAllGone();
+}
+
+TEST_F(LifetimeTest, WindowTakenDownInAnEventThatTheUserCaused) {
+  Activate();
+  Open();
+  const Connection connection(control.Get(), DIID___KwEditorLayers, &sink);
+  sink.onEvent = [&](DISPID, VARIANT*, UINT) { container.As<IOleInPlaceObject>()->InPlaceDeactivate(); };
+  TurnThePage();
+  EXPECT_EQ(sink.events, std::vector<std::string>{"PageChanged(2)"});
+  EXPECT_EQ(container.ControlWindow(), nullptr);
+  // And a window can be made anew.
+  sink.onEvent = {};
+  EXPECT_EQ(container.DoVerb(OLEIVERB_SHOW), S_OK);
+  TurnThePage();
+  EXPECT_EQ(sink.events.size(), 2U);
+  container.LetGo();
+}
+
+TEST_F(LifetimeTest, WindowTakenDownAndMadeAnewInsideTheSameEvent) {
+  Activate();
+  Open();
+  const Connection connection(control.Get(), DIID___KwEditorLayers, &sink);
+  sink.onEvent = [&](DISPID, VARIANT*, UINT) {
+    container.As<IOleInPlaceObject>()->InPlaceDeactivate();
+    EXPECT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+  };
+  TurnThePage();
+  EXPECT_TRUE(IsWindowVisible(container.ControlWindow()) != 0);
+  container.LetGo();
+}
+
+TEST_F(LifetimeTest, DestroyedWhileABoxOfItsMethodIsUp) {
+  Activate();
+  const MainThread mainThread;
+  bool done = false;
+  const BoxAnswerer user([&](HWND) {
+    if (!done) mainThread.Run([&] { LetGoOfEverything(); });
+    done = true;
+  });
+  EXPECT_EQ(control.Get()->OpenFile(Text(document)), S_OK);
+  EXPECT_TRUE(done);
+  ExpectAllGone();
+}
+
+TEST_F(LifetimeTest, DestroyedWhileABoxThatTheUserCausedIsUp) {
+  Activate();
+  Open();
+  const MainThread mainThread;
+  bool done = false;
+  const BoxAnswerer user([&](HWND) {
+    if (!done) mainThread.Run([&] { LetGoOfEverything(); });
+    done = true;
+  });
+  // Ctrl+C is a command that only shows a notice.
+  SendMessageW(container.ControlWindow(), WM_CHAR, 3, 0);
+  EXPECT_TRUE(done) << "no box came up";
+  ExpectAllGone();
+}
+
+TEST_F(LifetimeTest, DestroyedInAPropertyNotification) {
+  PropertySink properties;
+  Connection connection(control.Get(), IID_IPropertyNotifySink, &properties);
+  connection.Forget();
+  properties.onChanged = [&](DISPID) { control.Reset(); };
+  EXPECT_EQ(control.Get()->put_IsEditable(VARIANT_FALSE), S_OK);
+  EXPECT_TRUE(Ocx::CanUnload());
+}
+
+TEST_F(LifetimeTest, ClosedWithAPendingTimer) {
+  Activate();
+  container.LetGo();
+  control->put_AppDir(nullptr);
+  control.Reset();
+  PumpMessages(1300);  // longer than the default tools wait
+  EXPECT_TRUE(Ocx::CanUnload());
+}
+
+// How often the trace has a line.
+int TracedTimes(const std::wstring& folder, const std::string& name) {
+  std::ifstream trace(std::filesystem::path(folder + L"FunctionsInExecution.txt"), std::ios::binary);
+  int times = 0;
+  for (std::string line; std::getline(trace, line);) times += line == name + "\r" ? 1 : 0;
+  return times;
+}
+
+TEST_F(LifetimeTest, DefaultToolsAreChosenOnceOnTheMessageLoop) {
+  Activate();
+  EXPECT_EQ(TracedTimes(scratch.Path(), "tmrDefaultToolsSelection_Timer"), 0);
+  PumpMessages(2600);
+  EXPECT_EQ(TracedTimes(scratch.Path(), "tmrDefaultToolsSelection_Timer"), 1);
+  container.LetGo();
+}
+
+TEST_F(LifetimeTest, TheTraceOutlivesTheControl) {
+  Activate();
+  container.LetGo();
+  control.Reset();
+  EXPECT_EQ(TracedTimes(scratch.Path(), "UserControl_Terminate"), 1);
+}
+
+TEST_F(LifetimeTest, HostMayCallTheControlInsideItsEvents) {
+  const Connection connection(control.Get(), DIID___KwEditorLayers, &sink);
+  sink.onEvent = [&](DISPID, VARIANT*, UINT) {
+    VARIANT_BOOL editable = VARIANT_FALSE;
+    EXPECT_EQ(control->get_IsEditable(&editable), S_OK);
+    EXPECT_EQ(control->put_MaxUndoLevels(11), S_OK);
+  };
+  const BoxAnswerer user;
+  EXPECT_EQ(control->OpenFile(Text(document)), S_OK);
+  EXPECT_EQ(sink.events.size(), 4U);
+}
+
+TEST_F(LifetimeTest, ManyControlsComeAndGo) {
+  for (int round = 0; round < 20; ++round) {
+    const auto one = Ocx::Create();
+    const auto two = Ocx::Create();
+    ASSERT_NE(one.Get(), nullptr);
+    ASSERT_NE(two.Get(), nullptr);
+  }
+}
+
+}  // namespace
+}  // namespace kw::test
