@@ -1,0 +1,165 @@
+#include "drawing/Compositor.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <limits>
+#include <span>
+#include <unordered_map>
+#include <utility>
+
+#include "drawing/Blend.h"
+#include "drawing/DirtyRegion.h"
+#include "drawing/DrawPicture.h"
+
+namespace kw {
+namespace {
+
+constexpr Colour White = MakeColour(255, 255, 255);
+constexpr Colour Black = MakeColour(0, 0, 0);
+constexpr std::int32_t HandleSize = 5;
+constexpr std::size_t None = std::numeric_limits<std::size_t>::max();
+
+// Pictures share their pixels until one is written to, which makes this both cheap and safe: a picture in the list
+// cannot change unseen.
+bool HasSamePixels(const Bitmap& a, const Bitmap& b) {
+  if (a.IsEmpty() || b.IsEmpty()) return a.IsEmpty() == b.IsEmpty();
+  return a.Row(0).data() == b.Row(0).data() && a.Width() == b.Width() && a.Height() == b.Height() &&
+         a.BitsPerPixel() == b.BitsPerPixel() && std::ranges::equal(a.Palette(), b.Palette());
+}
+
+// For each new item the old one that it is the unchanged continuation of, or None; the matched old ones come in rising
+// order and are as many as possible.
+std::vector<std::size_t> MatchUnchanged(const std::vector<DisplayItem>& before, const std::vector<DisplayItem>& after) {
+  std::vector<std::size_t> matches(after.size(), None);
+  std::size_t same = 0;
+  while (same < before.size() && same < after.size() && before[same] == after[same]) {
+    matches[same] = same;
+    ++same;
+  }
+  std::unordered_map<std::uint64_t, std::size_t> places;
+  for (std::size_t i = same; i < before.size(); ++i) places[before[i].key] = i;
+  // The longest rising sequence: ends[n] is the new item that ends the best one of length n + 1.
+  std::vector<std::size_t> candidates(after.size(), None);
+  std::vector<std::size_t> previous(after.size(), None);
+  std::vector<std::size_t> ends;
+  for (std::size_t i = same; i < after.size(); ++i) {
+    const auto found = places.find(after[i].key);
+    if (found == places.end() || !(before[found->second] == after[i])) continue;
+    candidates[i] = found->second;
+    const auto longer =
+        std::ranges::lower_bound(ends, candidates[i], {}, [&](std::size_t at) { return candidates[at]; });
+    if (longer != ends.begin()) previous[i] = *(longer - 1);
+    if (longer == ends.end()) {
+      ends.push_back(i);
+    } else {
+      *longer = i;
+    }
+  }
+  for (std::size_t at = ends.empty() ? None : ends.back(); at != None; at = previous[at]) matches[at] = candidates[at];
+  return matches;
+}
+
+void PaintText(const FrameBuffer& target, const DisplayItem& item, const PixelRect& part, TextRenderer& texts) {
+  const TextRun& run = *item.text;
+  if (run.text.empty() || item.look.transparent == run.colour) return;
+  CoverageMask mask;
+  mask.area = part;
+  mask.coverage.resize(static_cast<std::size_t>(part.Width()) * static_cast<std::size_t>(part.Height()));
+  texts.Render(run, item.place, mask);
+  const std::uint32_t pixel = item.look.isLightened ? Lightened(PixelOf(run.colour)) : PixelOf(run.colour);
+  for (std::int32_t y = part.top; y < part.bottom; ++y) {
+    const auto row = target.Row(y, part.left, part.right);
+    const auto coverage = mask.Row(y);
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      if (coverage[i] != 0) row[i] = Mix(row[i], pixel, coverage[i]);
+    }
+  }
+}
+
+bool Contains(const PixelRect& outer, const PixelRect& inner) { return Common(outer, inner) == inner; }
+
+// Whether nothing below the item shows in this part.
+bool Hides(const DisplayItem& item, const PixelRect& part) {
+  if (!Contains(item.place, part)) return false;
+  const bool isPictureOpaque = !item.picture.IsEmpty() && item.picture.BitsPerPixel() < 32 && !item.look.transparent;
+  return item.ground || isPictureOpaque;
+}
+
+}  // namespace
+
+bool operator==(const DisplayItem& a, const DisplayItem& b) {
+  return a.key == b.key && a.place == b.place && a.ground == b.ground && a.look == b.look && a.frame == b.frame &&
+         a.frameColour == b.frameColour && a.hasHandles == b.hasHandles && HasSamePixels(a.picture, b.picture) &&
+         a.shape == b.shape && a.text == b.text;
+}
+
+std::array<PixelRect, 8> HandlesOf(const PixelRect& place) {
+  const auto limited = [](std::int64_t value) {
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(value, INT32_MIN, INT32_MAX));
+  };
+  const std::int64_t x[] = {place.left, (std::int64_t{place.left} + place.right - HandleSize) / 2,
+                            std::int64_t{place.right} - HandleSize};
+  const std::int64_t y[] = {place.top, (std::int64_t{place.top} + place.bottom - HandleSize) / 2,
+                            std::int64_t{place.bottom} - HandleSize};
+  const auto at = [limited](std::int64_t left, std::int64_t top) {
+    return PixelRect{limited(left), limited(top), limited(left + HandleSize), limited(top + HandleSize)};
+  };
+  return {at(x[0], y[0]), at(x[1], y[0]), at(x[2], y[0]), at(x[2], y[1]),
+          at(x[2], y[2]), at(x[1], y[2]), at(x[0], y[2]), at(x[0], y[1])};
+}
+
+std::vector<PixelRect> Compositor::Show(std::vector<DisplayItem> newItems) {
+  const auto matches = MatchUnchanged(items, newItems);
+  DirtyRegion dirty;
+  std::vector<bool> isKept(items.size());
+  for (std::size_t i = 0; i < newItems.size(); ++i) {
+    if (matches[i] == None) {
+      dirty.Add(newItems[i].place);
+    } else {
+      isKept[matches[i]] = true;
+    }
+  }
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    if (!isKept[i]) dirty.Add(items[i].place);
+  }
+  items = std::move(newItems);
+  return dirty.Parts();
+}
+
+void Compositor::Paint(const FrameBuffer& target, const PixelRect& wanted, TextRenderer* texts) const {
+  const PixelRect part = Common(wanted, target.area);
+  if (part.IsEmpty()) return;
+  // Painting begins with the topmost item that hides all below it.
+  std::size_t first = items.size();
+  while (first > 0 && !Hides(items[first - 1], part)) --first;
+  if (first > 0) {
+    --first;
+  } else {
+    FillArea(target, part, ground);
+  }
+  Rasteriser rasteriser;
+  for (const DisplayItem& item : std::span(items).subspan(first)) {
+    const PixelRect inside = Common(item.place, part);
+    if (inside.IsEmpty()) continue;
+    FrameBuffer window = target;
+    window.pixels = target.Row(inside.top, inside.left, inside.right).data();
+    window.area = inside;
+    if (item.ground) FillArea(window, inside, *item.ground);
+    DrawPicture(window, item.picture, item.place, item.look);
+    if (item.shape) {
+      const Point origin = {static_cast<double>(item.place.left), static_cast<double>(item.place.top)};
+      DrawShape(window, *item.shape, origin, inside, item.look, rasteriser);
+    }
+    if (item.text && texts != nullptr) PaintText(window, item, inside, *texts);
+    if (item.frame != DisplayItem::Frame::None) {
+      FrameArea(window, item.place, item.frameColour, item.frame == DisplayItem::Frame::Dotted);
+    }
+    if (!item.hasHandles) continue;
+    for (const PixelRect& handle : HandlesOf(item.place)) {
+      FillArea(window, handle, White);
+      FrameArea(window, handle, Black);
+    }
+  }
+}
+
+}  // namespace kw

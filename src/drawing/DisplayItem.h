@@ -1,0 +1,40 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+
+#include "components/Bitmap.h"
+#include "components/Units.h"
+#include "drawing/PixelRect.h"
+#include "drawing/Shape.h"
+#include "drawing/TextRenderer.h"
+
+namespace kw {
+
+// One thing on a canvas (the page, the background picture, a layer, a marker, the rubber band): what it shows in its
+// place, each part of it above the one before. Nothing shows outside the place. A value; the picture's pixels are
+// shared.
+struct DisplayItem {
+  enum class Frame : std::uint8_t { None, Solid, Dotted };
+
+  // Names the item from one showing to the next; each item of a canvas has its own.
+  std::uint64_t key = 0;
+  PixelRect place = {};
+  std::optional<Colour> ground = std::nullopt;  // fills the place
+  Bitmap picture = {};                          // scaled to the place
+  std::optional<Shape> shape = std::nullopt;    // counted from the place's left top corner
+  std::optional<TextRun> text = std::nullopt;
+  PictureLook look = {};      // of picture, shape and text
+  Frame frame = Frame::None;  // one pixel wide, along the inside of the place
+  Colour frameColour = 0;
+  bool hasHandles = false;  // to size it by
+
+  // Whether both show the same pixels.
+  friend bool operator==(const DisplayItem& a, const DisplayItem& b);
+};
+
+// Where an item's eight handles are, inside its place: from the left top corner clockwise.
+std::array<PixelRect, 8> HandlesOf(const PixelRect& place);
+
+}  // namespace kw

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <optional>
+
+#include "components/Units.h"
+
+namespace kw {
+
+// How a layer's contents show.
+struct PictureLook {
+  // What has this colour shows what lies below.
+  std::optional<Colour> transparent = std::nullopt;
+  // Halfway to white.
+  bool isLightened = false;
+  friend bool operator==(const PictureLook&, const PictureLook&) = default;
+};
+
+}  // namespace kw

@@ -1,0 +1,147 @@
+#include "drawing/Rasteriser.h"
+
+#include <cmath>
+#include <limits>
+#include <utility>
+
+namespace kw {
+namespace {
+
+constexpr double Farthest = 1e9;
+// Rows are worked on in bands of this many cells, which stay in the processor's cache.
+constexpr std::size_t BandCells = 32 * 1024;
+
+// Not a number counts as farthest to the left or top.
+double Limited(double value) { return value > -Farthest ? std::min(value, Farthest) : -Farthest; }
+
+std::int32_t Floor(double value) {
+  const auto whole = static_cast<std::int32_t>(value);
+  return whole > value ? whole - 1 : whole;
+}
+
+}  // namespace
+
+void Rasteriser::Begin(const PixelRect& clipTo) {
+  clip = clipTo;
+  edges.clear();
+  lowestX = lowestY = std::numeric_limits<double>::max();
+  highestX = highestY = std::numeric_limits<double>::lowest();
+}
+
+void Rasteriser::AddEdge(Point a, Point b) {
+  Edge edge = {Limited(a.x), Limited(a.y), Limited(b.x), Limited(b.y), false};
+  if (edge.y0 == edge.y1) return;
+  if (edge.y0 > edge.y1) {
+    std::swap(edge.x0, edge.x1);
+    std::swap(edge.y0, edge.y1);
+    edge.isUpward = true;
+  }
+  if (edge.y0 >= clip.bottom || edge.y1 <= clip.top) return;
+  highestX = std::max({highestX, edge.x0, edge.x1});
+  if (edge.x0 >= clip.right && edge.x1 >= clip.right) return;
+  lowestX = std::min({lowestX, edge.x0, edge.x1});
+  lowestY = std::min(lowestY, edge.y0);
+  highestY = std::max(highestY, edge.y1);
+  edges.push_back(edge);
+}
+
+bool Rasteriser::OpenWindow() {
+  if (edges.empty() || clip.IsEmpty()) return false;
+  window.left = std::max(clip.left, Floor(std::min<double>(lowestX, clip.right)));
+  window.top = std::max(clip.top, Floor(lowestY));
+  window.right = static_cast<std::int32_t>(std::min<double>(clip.right, std::floor(highestX) + 1));
+  window.bottom = static_cast<std::int32_t>(std::min<double>(clip.bottom, std::ceil(highestY)));
+  if (window.IsEmpty()) return false;
+  // One cell more than there are columns takes what flows out to the right.
+  rowCells = static_cast<std::size_t>(window.right - window.left) + 1;
+  rowWords = (rowCells + 63) / 64;
+  const std::size_t rows = std::max<std::size_t>(1, BandCells / rowCells);
+  bandRows = static_cast<std::int32_t>(std::min(rows, static_cast<std::size_t>(window.bottom - window.top)));
+  const auto band = static_cast<std::size_t>(bandRows);
+  if (cells.size() < band * rowCells) cells.resize(band * rowCells);
+  if (touched.size() < band * rowWords) touched.resize(band * rowWords);
+  return true;
+}
+
+void Rasteriser::AccumulateBand(std::int32_t top, std::int32_t bottom) {
+  bandTop = top;
+  for (const Edge& edge : edges) {
+    if (edge.y1 > top && edge.y0 < bottom) Accumulate(edge, top, bottom);
+  }
+}
+
+// Every figure below is computed from the edge's own ends and never carried on from row to row, so that it is the same
+// wherever the clip begins.
+void Rasteriser::Accumulate(const Edge& edge, std::int32_t top, std::int32_t bottom) {
+  const double slope = (edge.x1 - edge.x0) / (edge.y1 - edge.y0);
+  const std::int32_t firstRow = edge.y0 <= top ? top : Floor(edge.y0);
+  const auto lastRow = edge.y1 >= bottom ? bottom : static_cast<std::int32_t>(std::ceil(edge.y1));
+  direction = edge.isUpward ? -1 : 1;
+  const auto xAt = [&](double y) { return edge.x0 + (y - edge.y0) * slope; };
+  double y = std::max<double>(edge.y0, firstRow);
+  double x = edge.y0 >= firstRow ? edge.x0 : xAt(y);
+  for (std::int32_t row = firstRow; row < lastRow; ++row) {
+    const double nextY = std::min<double>(edge.y1, row + 1);
+    const double nextX = edge.y1 <= row + 1 ? edge.x1 : xAt(nextY);
+    const auto quantised = [row](double value) { return static_cast<std::int32_t>((value - row) * One + 0.5); };
+    AccumulateRow(x, y, nextX, nextY, quantised(y), quantised(nextY), row);
+    x = nextX;
+    y = nextY;
+  }
+}
+
+// The part of an edge inside one row, from (xa, ya) down to (xb, yb); qa and qb are ya and yb from the row's top in
+// steps of 1 / One. The cells' covers are differences of such steps: whatever is cut off, the rest adds up exactly.
+void Rasteriser::AccumulateRow(double xa, double ya, double xb, double yb, std::int32_t qa, std::int32_t qb,
+                               std::int32_t y) {
+  if (qa == qb) return;
+  const auto row = static_cast<std::size_t>(y - bandTop);
+  double left = xa;
+  double right = xb;
+  if (left > right) std::swap(left, right);
+  if (left >= window.right) return;
+  if (right < window.left) {
+    Add(row, 0, direction * (qb - qa));
+    return;
+  }
+  const std::int32_t firstCell = Floor(left);
+  const std::int32_t lastCell = Floor(right);
+  if (firstCell == lastCell) {
+    AddToCell(row, firstCell, qb - qa, (xa + xb) / 2 - firstCell);
+    return;
+  }
+  const bool isRightward = xa < xb;
+  const double rise = (yb - ya) / (xb - xa);
+  const auto heightAt = [&](double x) {
+    const auto steps = static_cast<std::int32_t>((ya + (x - xa) * rise - y) * One + 0.5);
+    return std::clamp(steps, qa, qb);
+  };
+  std::int32_t cell = firstCell;
+  double from = left;
+  std::int32_t height = isRightward ? qa : qb;
+  if (firstCell < window.left) {
+    const std::int32_t atEdge = heightAt(window.left);
+    Add(row, 0, direction * std::abs(atEdge - height));
+    cell = window.left;
+    from = window.left;
+    height = atEdge;
+  }
+  for (; cell <= lastCell && cell < window.right; ++cell) {
+    const double to = cell == lastCell ? right : cell + 1;
+    const std::int32_t next = cell == lastCell ? (isRightward ? qb : qa) : heightAt(to);
+    AddToCell(row, cell, std::abs(next - height), (from + to) / 2 - cell);
+    from = to;
+    height = next;
+  }
+}
+
+// `cover`: how high the edge is in the cell; `share`: how much of the cell, on average, lies to the left of the edge.
+void Rasteriser::AddToCell(std::size_t row, std::int32_t x, std::int32_t cover, double share) {
+  if (cover == 0) return;
+  const auto outside = static_cast<std::int32_t>(cover * share + 0.5);
+  const auto column = static_cast<std::size_t>(x - window.left);
+  Add(row, column, direction * (cover - outside));
+  if (outside != 0) Add(row, column + 1, direction * outside);
+}
+
+}  // namespace kw

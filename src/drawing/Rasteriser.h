@@ -1,0 +1,117 @@
+#pragma once
+
+#include <algorithm>
+#include <bit>
+#include <cstdint>
+#include <vector>
+
+#include "drawing/PixelRect.h"
+
+namespace kw {
+
+// A place on the drawing surface in pixels; whole numbers are the corners of pixels, not their centres.
+struct Point {
+  double x = 0;
+  double y = 0;
+  friend bool operator==(const Point&, const Point&) = default;
+};
+
+// Turns outlines into coverage: for every pixel the exact part of its area that lies inside (non-zero winding), kept in
+// steps of 2^-15 and never sampled. A pixel's coverage depends on the outlines alone and not on the clip, so a part
+// that is drawn anew fits what is around it to the last bit.
+//
+// Outlines are closed chains of edges. Where two parts of an outline cross inside one pixel, their areas in that pixel
+// are added up. More than 65,000 edges above one pixel in the same direction are beyond the counters.
+//
+// Coordinates may be anything: beyond a thousand million pixels they count as that far away. Time and memory depend on
+// the number of edges and on the part of the clip that they enclose.
+class Rasteriser {
+public:
+  // Forgets all edges; what is added from now on is clipped to these pixels.
+  void Begin(const PixelRect& clipTo);
+  const PixelRect& Clip() const { return clip; }
+
+  // An edge from a to b. The inside is to the same side of all edges of an outline; its direction does not matter else.
+  void AddEdge(Point a, Point b);
+
+  // Calls sink(y, left, right, coverage) for each run of pixels of one coverage (1 to 255), from the top downward and
+  // from left to right, and forgets the edges.
+  template <class Sink>
+  void Sweep(Sink&& sink);
+
+private:
+  static constexpr int OneBits = 15;
+  static constexpr std::int32_t One = 1 << OneBits;
+
+  struct Edge {
+    double x0, y0, x1, y1;  // y0 < y1
+    bool isUpward;          // as it was added
+  };
+
+  // The window of the clip in which the edges can cover anything, and how many of its rows are worked on at a time.
+  bool OpenWindow();
+  void AccumulateBand(std::int32_t top, std::int32_t bottom);
+  void Accumulate(const Edge& edge, std::int32_t top, std::int32_t bottom);
+  void AccumulateRow(double xa, double ya, double xb, double yb, std::int32_t qa, std::int32_t qb, std::int32_t y);
+  void AddToCell(std::size_t row, std::int32_t x, std::int32_t cover, double share);
+  void Add(std::size_t row, std::size_t column, std::int32_t amount) {
+    cells[row * rowCells + column] += static_cast<std::uint32_t>(amount);
+    touched[row * rowWords + column / 64] |= std::uint64_t{1} << (column % 64);
+  }
+  static int CoverageOf(std::uint32_t sum) {
+    const auto winding = static_cast<std::int32_t>(sum);
+    const std::int32_t magnitude = winding < 0 ? -winding : winding;
+    return (std::min(magnitude, One) * 255 + One / 2) >> OneBits;
+  }
+
+  PixelRect clip;
+  std::vector<Edge> edges;
+  double lowestX = 0, highestX = 0, lowestY = 0, highestY = 0;  // of the edges
+
+  PixelRect window;
+  std::int32_t bandRows = 0;
+  std::int32_t bandTop = 0;
+  std::size_t rowCells = 0;
+  std::size_t rowWords = 0;
+  // Differences of coverage from one cell to the next, in steps of 1 / One; modulo 2^32, so that no sum overflows.
+  std::vector<std::uint32_t> cells;
+  std::vector<std::uint64_t> touched;  // one bit a cell; cells that are not touched are zero
+  std::int32_t direction = 1;          // of the edge that is being accumulated
+};
+
+template <class Sink>
+void Rasteriser::Sweep(Sink&& sink) {
+  if (OpenWindow()) {
+    const std::int32_t width = window.right - window.left;
+    for (std::int32_t top = window.top; top < window.bottom; top += bandRows) {
+      const std::int32_t bottom = std::min(top + bandRows, window.bottom);
+      AccumulateBand(top, bottom);
+      for (std::int32_t y = top; y < bottom; ++y) {
+        const auto row = static_cast<std::size_t>(y - top);
+        std::uint32_t sum = 0;
+        int coverage = 0;
+        std::int32_t from = 0;
+        for (std::size_t word = 0; word < rowWords; ++word) {
+          std::uint64_t bits = touched[row * rowWords + word];
+          touched[row * rowWords + word] = 0;
+          for (; bits != 0; bits &= bits - 1) {
+            const std::size_t column = word * 64 + static_cast<std::size_t>(std::countr_zero(bits));
+            std::uint32_t& cell = cells[row * rowCells + column];
+            sum += cell;
+            cell = 0;
+            const int next = CoverageOf(sum);
+            if (next == coverage) continue;
+            const std::int32_t x = std::min(static_cast<std::int32_t>(column), width);
+            if (coverage != 0 && x > from) sink(y, window.left + from, window.left + x, coverage);
+            from = x;
+            coverage = next;
+          }
+        }
+        if (coverage != 0 && width > from) sink(y, window.left + from, window.right, coverage);
+      }
+    }
+  }
+  edges.clear();
+}
+
+}  // namespace kw

@@ -1,0 +1,69 @@
+#include "drawing/Shape.h"
+
+#include <algorithm>
+
+#include "drawing/Blend.h"
+
+namespace kw {
+namespace {
+
+// Paints what was added to the rasteriser in a colour as the look shows it.
+void Paint(const FrameBuffer& target, Rasteriser& rasteriser, Colour colour, const PictureLook& look) {
+  const std::uint32_t pixel = look.isLightened ? Lightened(PixelOf(colour)) : PixelOf(colour);
+  rasteriser.Sweep([&](std::int32_t y, std::int32_t left, std::int32_t right, int coverage) {
+    const auto row = target.Row(y, left, right);
+    if (coverage == 255) {
+      std::ranges::fill(row, pixel);
+    } else {
+      for (std::uint32_t& below : row) below = Mix(below, pixel, static_cast<std::uint32_t>(coverage));
+    }
+  });
+}
+
+}  // namespace
+
+void PaintCoverage(const FrameBuffer& target, Rasteriser& rasteriser, Colour colour) {
+  Paint(target, rasteriser, colour, {});
+}
+
+void DrawShape(const FrameBuffer& target, const Shape& shape, Point origin, const PixelRect& part,
+               const PictureLook& look, Rasteriser& rasteriser) {
+  const PixelRect clip = Common(part, target.area);
+  if (clip.IsEmpty()) return;
+  const Box box = {shape.box.left + origin.x, shape.box.top + origin.y, shape.box.right + origin.x,
+                   shape.box.bottom + origin.y};
+  const bool hasInside = shape.kind == Shape::Kind::Rectangle || shape.kind == Shape::Kind::Ellipse;
+  if (hasInside && shape.fill && shape.fill != look.transparent) {
+    rasteriser.Begin(clip);
+    if (shape.kind == Shape::Kind::Ellipse) {
+      AddEllipse(rasteriser, box);
+    } else {
+      AddRectangle(rasteriser, box);
+    }
+    Paint(target, rasteriser, *shape.fill, look);
+  }
+  if (!(shape.lineWidth > 0) || look.transparent == shape.lineColour) return;
+  rasteriser.Begin(clip);
+  switch (shape.kind) {
+    case Shape::Kind::Rectangle:
+      AddRectangleStroke(rasteriser, box, shape.lineWidth);
+      break;
+    case Shape::Kind::Ellipse:
+      AddEllipseStroke(rasteriser, box, shape.lineWidth);
+      break;
+    case Shape::Kind::Line: {
+      const Point ends[] = {{box.left, box.top}, {box.right, box.bottom}};
+      AddPolylineStroke(rasteriser, ends, shape.lineWidth);
+      break;
+    }
+    case Shape::Kind::Polyline: {
+      std::vector<Point> points = shape.points;
+      for (Point& point : points) point = {point.x + origin.x, point.y + origin.y};
+      AddPolylineStroke(rasteriser, points, shape.lineWidth);
+      break;
+    }
+  }
+  Paint(target, rasteriser, shape.lineColour, look);
+}
+
+}  // namespace kw
