@@ -32,4 +32,6 @@ std::shared_ptr<void> HostedDesktop::EnterDialog() {
   return std::make_shared<WhileUp>(life, place);
 }
 
+std::shared_ptr<void> HostedDesktop::EnterEvents() { return std::make_shared<Lifetime::Outgoing>(life); }
+
 }  // namespace kw::activex

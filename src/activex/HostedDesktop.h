@@ -17,6 +17,7 @@ public:
 protected:
   HWND DialogOwner() const override;
   std::shared_ptr<void> EnterDialog() override;
+  std::shared_ptr<void> EnterEvents() override;
 
 private:
   Lifetime& life;

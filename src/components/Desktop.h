@@ -4,6 +4,8 @@
 #include <string>
 
 #include "components/Bitmap.h"
+#include "components/Font.h"
+#include "components/Units.h"
 
 namespace kw {
 
@@ -24,12 +26,30 @@ struct LocalTime {
   int second = 0;
 };
 
+// The open dialog's fields.
+struct OpenDialog {
+  // Pairs of a text and its patterns, all separated by "|".
+  std::string filter;
+  int filterIndex = 1;  // from 1
+  bool isReadOnlyBoxHidden = true;
+  std::string fileName;  // offered, then chosen
+};
+
+// The printer dialog's fields. Pages count from 1.
+struct PrinterDialog {
+  std::int32_t firstPage = 1;  // that can be chosen
+  std::int32_t lastPage = 1;
+  std::int32_t fromPage = 1;  // offered, then chosen
+  std::int32_t toPage = 1;
+  std::int32_t copies = 1;
+};
+
 // Clipboard format of a device-independent bitmap.
 inline constexpr std::int32_t ClipboardDib = 8;
 
 // The one seam between the editor and the platform. All calls come on the editor's own thread.
 class Desktop {
- public:
+public:
   Desktop() = default;
   Desktop(const Desktop&) = delete;
   Desktop& operator=(const Desktop&) = delete;
@@ -38,6 +58,23 @@ class Desktop {
   // Shows a modal box without an icon and waits for the answer. An empty title shows the application's name.
   virtual MessageAnswer ShowMessageBox(const std::string& prompt, const std::string& title = {},
                                        MessageButtons buttons = MessageButtons::Ok) = 0;
+
+  // The common dialogs. Each shows what it is handed, waits, and takes over what the user chose; false, with nothing
+  // changed, when the user cancelled. Raises PrinterError where there is no printer.
+  virtual bool ShowOpen(OpenDialog& dialog) = 0;
+  virtual bool ShowColor(Colour& colour) = 0;
+  virtual bool ShowFont(Font& font) = 0;
+  virtual bool ShowPrinter(PrinterDialog& dialog) = 0;
+
+  // Prints a picture on a page of its own of the printer chosen last, or of the default one, beginning a job where none
+  // is open: in its true size where its resolution is known, but never larger than the printable area and in its
+  // proportions. Raises PrinterError.
+  virtual void PrintPicture(const Bitmap& picture) = 0;
+  // Hands the open job to the printer; does nothing without one. Raises PrinterError.
+  virtual void EndPrintJob() = 0;
+
+  // Handles what waits in the message queue, then returns. Anything may happen meanwhile.
+  virtual void DoEvents() = 0;
 
   // The screen's twips for each pixel.
   virtual float TwipsPerPixelX() const = 0;
@@ -61,6 +98,13 @@ class Desktop {
   virtual void RemoveFile(const std::string& path) = 0;
   // The name of the file at `path`; empty where there is none.
   virtual std::string DirectoryLookUp(const std::string& path) = 0;
+
+  // A value of a profile file, at most 511 characters; the default where there is none.
+  virtual std::string ReadProfileString(const std::string& section, const std::string& key,
+                                        const std::string& defaultValue, const std::string& path) = 0;
+  // False where the file cannot be written.
+  virtual bool WriteProfileString(const std::string& section, const std::string& key, const std::string& value,
+                                  const std::string& path) = 0;
 
   // The folder of the running application's executable, as the platform reports it.
   virtual std::string ApplicationFolder() const = 0;

@@ -1,5 +1,6 @@
 #include "windows/WindowsDesktop.h"
 
+#include <array>
 #include <map>
 #include <vector>
 
@@ -7,6 +8,7 @@
 #include "components/RunTimeError.h"
 #include "components/Timer.h"
 #include "windows/Guard.h"
+#include "windows/Printer.h"
 #include "windows/Text.h"
 
 namespace kw::windows {
@@ -64,6 +66,9 @@ SYSTEMTIME Now() {
 
 }  // namespace
 
+WindowsDesktop::WindowsDesktop(PictureLoader loader)
+    : loadPicture(std::move(loader)), printer(std::make_unique<Printer>()) {}
+
 WindowsDesktop::~WindowsDesktop() {
   std::erase_if(RunningTimers(), [this](const auto& entry) {
     if (entry.second.desktop != this) return false;
@@ -74,14 +79,17 @@ WindowsDesktop::~WindowsDesktop() {
 
 HWND WindowsDesktop::DialogOwner() const { return GetActiveWindow(); }
 
+HWND WindowsDesktop::TopLevelOwner() const {
+  const HWND asked = DialogOwner();
+  return asked == nullptr ? nullptr : GetAncestor(asked, GA_ROOT);
+}
+
 MessageAnswer WindowsDesktop::ShowMessageBox(const std::string& prompt, const std::string& title,
                                              MessageButtons buttons) {
   const std::wstring caption = title.empty() ? ApplicationName() : ToWide(title);
   const UINT type = buttons == MessageButtons::YesNoCancel ? MB_YESNOCANCEL : MB_OK;
-  // A child cannot own a dialog; its top-level window does, and is disabled meanwhile.
-  const HWND asked = DialogOwner();
-  const HWND owner = asked == nullptr ? nullptr : GetAncestor(asked, GA_ROOT);
-  switch (MessageBoxW(owner, ToWide(prompt).c_str(), caption.c_str(), type)) {
+  const auto whileUp = EnterDialog();
+  switch (MessageBoxW(TopLevelOwner(), ToWide(prompt).c_str(), caption.c_str(), type)) {
     case IDYES:
       return MessageAnswer::Yes;
     case IDNO:
@@ -134,6 +142,37 @@ Bitmap WindowsDesktop::LoadPicture(const std::string& path) {
 
 void WindowsDesktop::RemoveFile(const std::string& path) { RemoveFileAt(path); }
 std::string WindowsDesktop::DirectoryLookUp(const std::string& path) { return LookUpFile(path); }
+
+void WindowsDesktop::PrintPicture(const Bitmap& picture) { printer->PrintPicture(picture); }
+void WindowsDesktop::EndPrintJob() { printer->EndJob(); }
+
+void WindowsDesktop::DoEvents() {
+  const auto underWay = EnterEvents();
+  MSG message;
+  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
+    if (message.message == WM_QUIT) {  // of the loop that called
+      PostQuitMessage(static_cast<int>(message.wParam));
+      return;
+    }
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+  }
+}
+
+std::string WindowsDesktop::ReadProfileString(const std::string& section, const std::string& key,
+                                              const std::string& defaultValue, const std::string& path) {
+  std::array<wchar_t, 512> value = {};
+  const DWORD length =
+      GetPrivateProfileStringW(ToWide(section).c_str(), ToWide(key).c_str(), ToWide(defaultValue).c_str(), value.data(),
+                               static_cast<DWORD>(value.size()), ToWide(path).c_str());
+  return FromWide({value.data(), length});
+}
+
+bool WindowsDesktop::WriteProfileString(const std::string& section, const std::string& key, const std::string& value,
+                                        const std::string& path) {
+  return WritePrivateProfileStringW(ToWide(section).c_str(), ToWide(key).c_str(), ToWide(value).c_str(),
+                                    ToWide(path).c_str()) != FALSE;
+}
 
 std::string WindowsDesktop::ApplicationFolder() const {
   std::wstring folder = ExecutablePath();

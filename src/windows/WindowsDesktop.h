@@ -3,11 +3,14 @@
 #include <windows.h>
 
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "components/Desktop.h"
 
 namespace kw::windows {
+
+class Printer;
 
 // The Windows desktop. Its timers run in the message loop of the thread that starts them.
 class WindowsDesktop : public Desktop {
@@ -15,10 +18,17 @@ public:
   using PictureLoader = std::function<Bitmap(const std::string& path)>;
 
   // `loader` does LoadPicture; without one every picture is invalid.
-  explicit WindowsDesktop(PictureLoader loader = {}) : loadPicture(std::move(loader)) {}
+  explicit WindowsDesktop(PictureLoader loader = {});
   ~WindowsDesktop() override;
 
   MessageAnswer ShowMessageBox(const std::string& prompt, const std::string& title, MessageButtons buttons) override;
+  bool ShowOpen(OpenDialog& dialog) override;
+  bool ShowColor(Colour& colour) override;
+  bool ShowFont(Font& font) override;
+  bool ShowPrinter(PrinterDialog& dialog) override;
+  void PrintPicture(const Bitmap& picture) override;
+  void EndPrintJob() override;
+  void DoEvents() override;
   float TwipsPerPixelX() const override;
   float TwipsPerPixelY() const override;
   bool ClipboardHasFormat(std::int32_t format) override;
@@ -29,15 +39,27 @@ public:
   Bitmap LoadPicture(const std::string& path) override;
   void RemoveFile(const std::string& path) override;
   std::string DirectoryLookUp(const std::string& path) override;
+  std::string ReadProfileString(const std::string& section, const std::string& key, const std::string& defaultValue,
+                                const std::string& path) override;
+  bool WriteProfileString(const std::string& section, const std::string& key, const std::string& value,
+                          const std::string& path) override;
   std::string ApplicationFolder() const override;
   std::int32_t InstanceNumber() const override;
 
 protected:
   // The window that dialogs belong to; the thread's active window where nobody knows better.
   virtual HWND DialogOwner() const;
+  // Called before a modal dialog is shown, or before the message queue is emptied; what it returns lives until that is
+  // over.
+  virtual std::shared_ptr<void> EnterDialog() { return {}; }
+  virtual std::shared_ptr<void> EnterEvents() { return {}; }
 
 private:
+  // The top-level window that a dialog belongs to; a child cannot own one.
+  HWND TopLevelOwner() const;
+
   PictureLoader loadPicture;
+  std::unique_ptr<Printer> printer;
 };
 
 }  // namespace kw::windows

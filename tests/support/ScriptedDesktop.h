@@ -6,6 +6,7 @@
 #include <map>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "components/Desktop.h"
@@ -37,6 +38,21 @@ public:
   mutable int dateReads = 0;
   mutable int timeReads = 0;
   std::function<Bitmap(const std::string&)> pictureLoader;
+  // What the user does in the common dialogs to come: a change of the fields and OK, or Cancel where there is none
+  // left.
+  std::deque<std::function<void(OpenDialog&)>> openAnswers;
+  std::deque<std::function<void(Colour&)>> colourAnswers;
+  std::deque<std::function<void(Font&)>> fontAnswers;
+  std::deque<std::function<void(PrinterDialog&)>> printerAnswers;
+  std::vector<OpenDialog> openShown;
+  std::vector<Colour> coloursShown;
+  std::vector<Font> fontsShown;
+  // Pages of the jobs that were ended, and of the one that is open.
+  std::vector<std::vector<Bitmap>> printedJobs;
+  std::vector<Bitmap> openJob;
+  std::function<void()> onDoEvents;
+  // Section, key and value by path.
+  std::map<std::string, std::map<std::pair<std::string, std::string>, std::string>> profiles;
   std::string applicationFolder = R"(C:\Program Files\Host)";
   std::int32_t instanceNumber = 1234;
   std::map<Timer*, std::int32_t> runningTimers;
@@ -56,6 +72,37 @@ public:
     const MessageAnswer answer = answers.front();
     answers.pop_front();
     return answer;
+  }
+  bool ShowOpen(OpenDialog& dialog) override {
+    openShown.push_back(dialog);
+    return Answer(openAnswers, dialog);
+  }
+  bool ShowColor(Colour& colour) override {
+    coloursShown.push_back(colour);
+    return Answer(colourAnswers, colour);
+  }
+  bool ShowFont(Font& font) override {
+    fontsShown.push_back(font);
+    return Answer(fontAnswers, font);
+  }
+  bool ShowPrinter(PrinterDialog& dialog) override { return Answer(printerAnswers, dialog); }
+  void PrintPicture(const Bitmap& picture) override { openJob.push_back(picture); }
+  void EndPrintJob() override {
+    if (!openJob.empty()) printedJobs.push_back(std::exchange(openJob, {}));
+  }
+  void DoEvents() override {
+    if (onDoEvents) onDoEvents();
+  }
+  std::string ReadProfileString(const std::string& section, const std::string& key, const std::string& defaultValue,
+                                const std::string& path) override {
+    const auto& values = profiles[path];
+    const auto found = values.find({section, key});
+    return found == values.end() ? defaultValue : found->second;
+  }
+  bool WriteProfileString(const std::string& section, const std::string& key, const std::string& value,
+                          const std::string& path) override {
+    profiles[path][{section, key}] = value;
+    return true;
   }
   float TwipsPerPixelX() const override { return 15; }
   float TwipsPerPixelY() const override { return 15; }
@@ -81,6 +128,15 @@ public:
   std::string DirectoryLookUp(const std::string& path) override { return LookUpFile(path); }
   std::string ApplicationFolder() const override { return applicationFolder; }
   std::int32_t InstanceNumber() const override { return instanceNumber; }
+
+private:
+  template <class Fields>
+  static bool Answer(std::deque<std::function<void(Fields&)>>& coming, Fields& fields) {
+    if (coming.empty()) return false;
+    coming.front()(fields);
+    coming.pop_front();
+    return true;
+  }
 };
 
 }  // namespace kw::test
