@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "components/Bitmap.h"
 
@@ -45,6 +46,11 @@ class PictureEngine {
 
   // Prepares a scanned signature for stamping: its paper becomes white.
   virtual void PrepareSignature() = 0;
+
+  // Runs the engine's operation of that command name ("Rotate", "Blur", ...) on the current picture, with the engine's
+  // own parameters or those that its user gives; where the user cancels, nothing changes. Raises InvalidProcedureCall
+  // for a name that is no operation, ObjectVariableNotSet without a picture.
+  virtual void Apply(std::string_view command) = 0;
 };
 
 }  // namespace kw

@@ -111,6 +111,22 @@ void KWPicEd::PrepareSignature() {
   Replace(WithWhitePaper(Current()));
 }
 
+void KWPicEd::Apply(std::string_view command) {
+  const Effect* effect = FindEffect(command);
+  if (effect == nullptr) Raise(ErrorNumber::InvalidProcedureCall);
+  Current();
+  // Where nobody else holds the pixels, they are changed in place.
+  Bitmap picture = std::exchange(current, {});
+  try {
+    const bool done = RunEffect(*effect, picture, settings, parameterSource);
+    current = std::move(picture);
+    if (done && effect->procedure != nullptr) Replace(std::exchange(current, {}));
+  } catch (...) {
+    current = std::move(picture);
+    throw;
+  }
+}
+
 bool KWPicEd::SaveAsStored(OutputFile& to) const {
   std::unique_ptr<InputFile> file;
   try {

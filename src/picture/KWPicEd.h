@@ -2,10 +2,13 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "components/PictureEngine.h"
 #include "picture/File.h"
 #include "picture/PictureFormat.h"
+#include "picture/effects/Effect.h"
 
 namespace kw {
 
@@ -14,8 +17,8 @@ namespace kw {
 // No file stays open between two calls. A file that changed since it was loaded no longer gives pages (InvalidPicture).
 // Saving over the loaded file makes the current picture the engine's one page.
 //
-// What asks for pixels (Width, Height, Current, BitsPerPixel, ConvertToBitsPerPixel, PrepareSignature, Save in another
-// format) raises InvalidPicture where the selected page cannot be decoded. Load decodes the page of a one-page file, so
+// What asks for pixels (Width, Height, Current, BitsPerPixel, ConvertToBitsPerPixel, PrepareSignature, Apply, Save in
+// another format) raises InvalidPicture where the selected page cannot be decoded. Load decodes the page of a one-page file, so
 // there this cannot happen.
 class KWPicEd : public PictureEngine {
 public:
@@ -38,6 +41,12 @@ public:
   void ConvertToBitsPerPixel(std::int16_t& bitsPerPixel) override;
 
   void PrepareSignature() override;
+
+  void Apply(std::string_view command) override;
+  // Whom Apply asks for the parameters of the effects that are marked so; nobody at the start.
+  void AskParametersFrom(ParameterSource source) { parameterSource = std::move(source); }
+  // The parameters that effects run with. The effect "Option" changes them too.
+  EffectSettings& Settings() { return settings; }
 
   // Makes `picture` the current one; an operation on the picture ends with this. The engine then holds one page, which
   // no longer comes from a file. An empty picture empties the engine.
@@ -63,6 +72,8 @@ private:
   // The selected page; empty until it is asked for.
   mutable Bitmap current;
   std::string lastLoadError;
+  EffectSettings settings;
+  ParameterSource parameterSource;
 };
 
 }  // namespace kw

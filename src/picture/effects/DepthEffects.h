@@ -1,0 +1,20 @@
+#pragma once
+
+#include <span>
+
+#include "components/Bitmap.h"
+
+namespace kw {
+
+// White where the brightness is at least the level, black elsewhere; level 0 stands for the one that Otsu's method
+// finds. The result has 1 bit a pixel; transparent pixels lie on white paper.
+void Threshold(Bitmap& picture, std::span<const double> values);
+
+// Black and white whose mixture looks like the brightness, by Floyd and Steinberg's error diffusion. As above else.
+void Dither(Bitmap& picture, std::span<const double> values);
+
+// To the next depth above or below; the last stays as it is.
+void IncreaseBpp(Bitmap& picture, std::span<const double> values);
+void DecreaseBpp(Bitmap& picture, std::span<const double> values);
+
+}  // namespace kw

@@ -1,0 +1,87 @@
+#include "picture/effects/Effect.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "components/RunTimeError.h"
+
+namespace kw {
+namespace {
+
+// True for "Option", whose values are those of all other effects.
+bool HoldsSettings(const Effect& effect) { return effect.procedure == nullptr; }
+
+std::vector<double> StandardValues(const Effect& effect) {
+  std::vector<double> values;
+  for (const EffectParameter& parameter : effect.parameters) values.push_back(parameter.standard);
+  return values;
+}
+
+bool IsAllowed(const EffectParameter& parameter, double value) {
+  // A value that is no number compares false.
+  return value >= parameter.least && value <= parameter.greatest && (!parameter.whole || std::floor(value) == value);
+}
+
+// Where the values of an effect begin among those of "Option".
+std::size_t OffsetOf(const Effect& effect) {
+  std::size_t offset = 0;
+  if (HoldsSettings(effect)) return offset;
+  for (const Effect& row : Effects()) {
+    if (row.command == effect.command) break;
+    if (!HoldsSettings(row)) offset += row.parameters.size();
+  }
+  return offset;
+}
+
+}  // namespace
+
+const Effect* FindEffect(std::string_view command) {
+  const auto effects = Effects();
+  const auto found = std::ranges::find(effects, command, &Effect::command);
+  return found == effects.end() ? nullptr : &*found;
+}
+
+void RequireInRange(const Effect& effect, std::span<const double> values) {
+  if (!std::ranges::equal(effect.parameters, values, IsAllowed)) Raise(ErrorNumber::InvalidProcedureCall);
+}
+
+void ApplyEffect(const Effect& effect, Bitmap& picture, std::span<const double> values) {
+  RequireInRange(effect, values);
+  if (picture.IsEmpty()) Raise(ErrorNumber::ObjectVariableNotSet);
+  if (!HoldsSettings(effect)) effect.procedure(picture, values);
+}
+
+void ApplyEffect(const Effect& effect, Bitmap& picture) { ApplyEffect(effect, picture, StandardValues(effect)); }
+
+EffectSettings::EffectSettings() : values(StandardValues(*FindEffect("Option"))) {}
+
+std::span<const double> EffectSettings::ValuesOf(const Effect& effect) const {
+  return std::span(values).subspan(OffsetOf(effect), effect.parameters.size());
+}
+
+void EffectSettings::Set(const Effect& effect, std::span<const double> chosen) {
+  RequireInRange(effect, chosen);
+  std::ranges::copy(chosen, values.begin() + static_cast<std::ptrdiff_t>(OffsetOf(effect)));
+}
+
+bool RunEffect(const Effect& effect, Bitmap& picture, EffectSettings& settings, const ParameterSource& source) {
+  if (picture.IsEmpty() && !HoldsSettings(effect)) Raise(ErrorNumber::ObjectVariableNotSet);
+  const auto standing = settings.ValuesOf(effect);
+  std::vector<double> values(standing.begin(), standing.end());
+  if (effect.asks && source) {
+    const EffectPreview preview = [&](std::span<const double> tried) {
+      Bitmap copy = picture;
+      if (!copy.IsEmpty()) ApplyEffect(effect, copy, tried);
+      return copy;
+    };
+    if (!source(effect, values, preview)) return false;
+  }
+  if (HoldsSettings(effect)) {
+    settings.Set(effect, values);
+  } else {
+    ApplyEffect(effect, picture, values);
+  }
+  return true;
+}
+
+}  // namespace kw

@@ -1,0 +1,91 @@
+#include <array>
+#include <string>
+
+#include "picture/effects/DepthEffects.h"
+#include "picture/effects/Effect.h"
+#include "picture/effects/FilterEffects.h"
+#include "picture/effects/Flip.h"
+#include "picture/effects/Morphology.h"
+#include "picture/effects/PointEffects.h"
+#include "picture/effects/Resize.h"
+#include "picture/effects/Rotate.h"
+
+namespace kw {
+namespace {
+
+// name, least, greatest, default, whole numbers only
+constexpr EffectParameter Angle[] = {{"Angle", -360, 360, 90, false}};
+constexpr EffectParameter BlurSigma[] = {{"Sigma", 0.3, 50, 1.5, false}};
+constexpr EffectParameter Brightness[] = {{"Percent", 0, 100, 10, false}};
+constexpr EffectParameter Contrasting[] = {{"Percent", -100, 300, 20, false}};
+constexpr EffectParameter Tint[] = {{"Hue", 0, 360, 30, false}, {"Strength", 0, 100, 50, false}};
+constexpr EffectParameter Relief[] = {{"Percent", 0, 400, 100, false}};
+constexpr EffectParameter Sharpness[] = {{"Percent", 0, 400, 100, false}};
+// A size of 0 pixels follows from the per cent. Kernel: 0 Lanczos, 1 bicubic.
+constexpr EffectParameter Size[] = {{"Percent", 1, 1000, 50, false},
+                                    {"Width", 0, 100000, 0, true},
+                                    {"Height", 0, 100000, 0, true},
+                                    {"Kernel", 0, 1, 0, true}};
+// 0 finds the level.
+constexpr EffectParameter Level[] = {{"Level", 0, 255, 0, true}};
+
+constexpr std::string_view Same = "as before";
+constexpr std::string_view Filtered = "1, 4 and 8: 8 where the palette is grey, else 24; 24 and 32 as before";
+constexpr std::string_view OneBit = "1";
+
+constexpr std::size_t EffectCount = 22;
+
+std::array<Effect, EffectCount> Rows(std::span<const EffectParameter> all) {
+  return {{
+      {"Blur", Blur, BlurSigma, Filtered, false},
+      {"Colorize", Colorize, Tint, Same, true},
+      {"Contrast", Contrast, Contrasting, Same, false},
+      {"Darken", Darken, Brightness, Same, false},
+      {"DecreaseBpp", DecreaseBpp, {}, "the next below among 32, 24, 8, 4, 1", false},
+      {"Dilate", Dilate, {}, "1 as before; 4 and 8: 8 where the palette is grey, else 24; 24 and 32 as before", false},
+      {"Dither", Dither, {}, OneBit, false},
+      {"Edge", Edge, {}, Filtered, false},
+      {"Emboss", Emboss, Relief, Filtered, false},
+      {"Erode", Erode, {}, "1 as before; 4 and 8: 8 where the palette is grey, else 24; 24 and 32 as before", false},
+      {"GrayScale", GrayScale, {}, "24: 8; others as before", false},
+      {"HorizontalFlip", HorizontalFlip, {}, Same, false},
+      {"IncreaseBpp", IncreaseBpp, {}, "the next above among 1, 4, 8, 24, 32", false},
+      {"Invert", Invert, {}, Same, false},
+      {"Lighten", Lighten, Brightness, Same, false},
+      {"Option", nullptr, all, Same, true},
+      {"Resize", Resize, Size, Filtered, true},
+      {"Rotate", Rotate, Angle,
+       "as before at multiples of 90 degrees; else 1, 4 and 8: 8 where the palette is grey, else 24", true},
+      {"Sharpen", Sharpen, Sharpness, Filtered, false},
+      {"Soften", Soften, {}, Filtered, false},
+      {"Threshold", Threshold, Level, OneBit, true},
+      {"VerticalFlip", VerticalFlip, {}, Same, false},
+  }};
+}
+
+// The table and what its row "Option" refers to: each parameter of the others, named <command><parameter>.
+struct Table {
+  std::array<Effect, EffectCount> rows;
+  std::vector<std::string> names;
+  std::vector<EffectParameter> all;
+
+  Table() : rows(Rows({})) {
+    for (const Effect& row : rows) {
+      for (const EffectParameter& parameter : row.parameters) {
+        names.push_back(std::string(row.command).append(parameter.name));
+        all.push_back(parameter);
+      }
+    }
+    for (std::size_t i = 0; i < all.size(); ++i) all[i].name = names[i];
+    rows = Rows(all);
+  }
+};
+
+}  // namespace
+
+std::span<const Effect> Effects() {
+  static const Table table;
+  return table.rows;
+}
+
+}  // namespace kw

@@ -1,0 +1,134 @@
+#include "picture/effects/FilterEffects.h"
+
+#include <cmath>
+#include <vector>
+
+#include "picture/effects/Kernels.h"
+#include "picture/effects/Pixels.h"
+#include "picture/effects/RowWindow.h"
+
+namespace kw {
+namespace {
+
+// A row of the picture, for the functions of a RowFilter.
+struct RowShape {
+  explicit RowShape(const Bitmap& picture)
+      : width(static_cast<std::size_t>(picture.Width())),
+        size(static_cast<std::size_t>(picture.BitsPerPixel() / 8)),
+        count(width * size) {}
+  std::size_t width;
+  std::size_t size;
+  std::size_t count;
+};
+
+// A filter whose channels are weighted by alpha where there is one.
+template <typename Make>
+void FilterWithAlpha(Bitmap& picture, std::int32_t radius, std::size_t scratchBytes, const Make& make) {
+  const RowShape row(picture);
+  RowFilter filter{radius, static_cast<std::size_t>(radius) * row.size, scratchBytes, {}, {}};
+  if (row.size == 4) {
+    filter.take = [row, margin = filter.margin](const std::uint8_t* from, std::uint8_t* to) {
+      Premultiply(from, to, row.width);
+      for (std::size_t i = 0; i < margin; ++i) {
+        to[i - margin] = to[i % 4];
+        to[row.count + i] = to[row.count - 4 + i % 4];
+      }
+    };
+    filter.make = [row, make](const std::uint8_t* const* rows, std::uint8_t* to, std::uint8_t* scratch) {
+      make(rows, to, scratch);
+      Unpremultiply(to, row.width);
+    };
+  } else {
+    filter.take = [row, margin = filter.margin](const std::uint8_t* from, std::uint8_t* to) {
+      TakeRepeated(from, to, row.count, row.size, margin);
+    };
+    filter.make = make;
+  }
+  FilterRows(picture, filter);
+}
+
+// A 3x3 filter of each channel alone that leaves alpha as it is.
+template <typename Make>
+void FilterColours(Bitmap& picture, const Make& make) {
+  const RowShape row(picture);
+  RowFilter filter{1, row.size, 0, {}, {}};
+  filter.take = [row](const std::uint8_t* from, std::uint8_t* to) {
+    TakeRepeated(from, to, row.count, row.size, row.size);
+  };
+  filter.make = [row, make](const std::uint8_t* const* rows, std::uint8_t* to, std::uint8_t*) {
+    make(rows, to, row.count, row.size);
+    if (row.size != 4) return;
+    for (std::size_t i = 3; i < row.count; i += 4) to[i] = rows[1][i];
+  };
+  FilterRows(picture, filter);
+}
+
+// One side of the bell, the middle first, in parts of 32768; all of it together is 32768.
+std::vector<std::int16_t> BellWeights(double sigma, std::int32_t radius) {
+  std::vector<double> bell;
+  double sum = -1;
+  for (std::int32_t i = 0; i <= radius; ++i) {
+    bell.push_back(std::exp(-0.5 * i * i / (sigma * sigma)));
+    sum += 2 * bell.back();
+  }
+  std::vector<std::int16_t> weights;
+  std::int32_t rest = 32768;
+  for (const double weight : bell) {
+    weights.push_back(static_cast<std::int16_t>(std::lround(32768 * weight / sum)));
+    rest -= 2 * weights.back();
+  }
+  weights[0] = static_cast<std::int16_t>(rest + 2 * weights[0]);
+  return weights;
+}
+
+void BlurValues(Bitmap& picture, double sigma) {
+  const auto radius = static_cast<std::int32_t>(std::ceil(3 * sigma));
+  const auto weights = BellWeights(sigma, radius);
+  const RowShape row(picture);
+  const std::size_t margin = static_cast<std::size_t>(radius) * row.size;
+  const std::size_t columns = (row.count + 2 * margin + Bitmap::RowAlignment) * sizeof(std::int16_t);
+  FilterWithAlpha(picture, radius, columns,
+                  [&](const std::uint8_t* const* rows, std::uint8_t* to, std::uint8_t* scratch) {
+                    auto* const mixed = reinterpret_cast<std::int16_t*>(scratch);
+                    kernels::BlurDown(rows, margin, mixed, row.count + 2 * margin, weights);
+                    kernels::BlurAcross(mixed + margin, to, row.count, row.size, weights);
+                  });
+}
+
+// Parameters in per cent as parts of 256.
+std::int32_t In256ths(double percent) { return static_cast<std::int32_t>(std::lround(percent * 2.56)); }
+
+}  // namespace
+
+void Blur(Bitmap& picture, std::span<const double> values) {
+  OnValues(picture, [sigma = values[0]](Bitmap& work) { BlurValues(work, sigma); });
+}
+
+void Soften(Bitmap& picture, std::span<const double>) {
+  OnValues(picture, [](Bitmap& work) {
+    FilterWithAlpha(work, 1, 0,
+                    [row = RowShape(work)](const std::uint8_t* const* rows, std::uint8_t* to, std::uint8_t*) {
+                      kernels::Soften(rows, to, row.count, row.size);
+                    });
+  });
+}
+
+void Sharpen(Bitmap& picture, std::span<const double> values) {
+  OnValues(picture, [amount = In256ths(values[0])](Bitmap& work) {
+    FilterColours(work, [amount](const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count,
+                                 std::size_t size) { kernels::Sharpen(rows, to, count, size, amount); });
+  });
+}
+
+void Edge(Bitmap& picture, std::span<const double>) {
+  OnValues(picture, [](Bitmap& work) { FilterColours(work, kernels::Edge); });
+}
+
+void Emboss(Bitmap& picture, std::span<const double> values) {
+  OnValues(picture, [amount = In256ths(values[0])](Bitmap& work) {
+    FilterColours(work, [amount](const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count,
+                                 std::size_t size) { kernels::Emboss(rows, to, count, size, amount); });
+  });
+}
+
+}  // namespace kw

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <span>
+
+#include "components/Bitmap.h"
+
+namespace kw {
+
+// Left becomes right. Any depth stays.
+void HorizontalFlip(Bitmap& picture, std::span<const double> values);
+
+// Top becomes bottom. Any depth stays.
+void VerticalFlip(Bitmap& picture, std::span<const double> values);
+
+}  // namespace kw

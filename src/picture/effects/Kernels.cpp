@@ -1,0 +1,234 @@
+#include "picture/effects/Kernels.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+#include "picture/Depth.h"
+
+namespace kw::kernels {
+namespace {
+
+unsigned BitsAt(const std::uint8_t* row, std::size_t x, unsigned bits) {
+  const std::size_t perByte = 8 / bits;
+  return static_cast<unsigned>(row[x / perByte]) >> (8 - bits * (x % perByte + 1)) & ((1U << bits) - 1);
+}
+
+void PutBits(std::uint8_t* row, std::size_t x, unsigned bits, unsigned value) {
+  const std::size_t perByte = 8 / bits;
+  const auto shift = static_cast<unsigned>(8 - bits * (x % perByte + 1));
+  const unsigned others = row[x / perByte] & ~(((1U << bits) - 1) << shift);
+  row[x / perByte] = static_cast<std::uint8_t>(others | value << shift);
+}
+
+// The nine values around byte i, for a 3x3 filter.
+struct Around {
+  Around(const std::uint8_t* const* rows, std::ptrdiff_t i, std::ptrdiff_t size)
+      : north(rows[0] + i), middle(rows[1] + i), south(rows[2] + i), step(size) {}
+  std::int32_t NW() const { return north[-step]; }
+  std::int32_t N() const { return north[0]; }
+  std::int32_t NE() const { return north[step]; }
+  std::int32_t W() const { return middle[-step]; }
+  std::int32_t Self() const { return middle[0]; }
+  std::int32_t E() const { return middle[step]; }
+  std::int32_t SW() const { return south[-step]; }
+  std::int32_t S() const { return south[0]; }
+  std::int32_t SE() const { return south[step]; }
+  std::int32_t Binomial() const { return NW() + NE() + SW() + SE() + 2 * (N() + W() + E() + S()) + 4 * Self(); }
+
+  const std::uint8_t* north;
+  const std::uint8_t* middle;
+  const std::uint8_t* south;
+  std::ptrdiff_t step;
+};
+
+template <typename Result>
+void ForEachAround(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size,
+                   const Result& result) {
+  for (std::size_t i = 0; i < count; ++i) {
+    to[i] = ToByte(result(Around(rows, static_cast<std::ptrdiff_t>(i), static_cast<std::ptrdiff_t>(size))));
+  }
+}
+
+std::int16_t MultiplyRounded(std::int32_t a, std::int32_t b) {
+  return static_cast<std::int16_t>((a * b + 16384) >> 15);
+}
+
+}  // namespace
+
+void MapBytes(std::uint8_t* row, std::size_t count, const ByteTable& table) {
+  for (std::size_t i = 0; i < count; ++i) row[i] = table[row[i]];
+}
+
+void MapColours(std::uint8_t* row, std::size_t count, const ByteTable& table) {
+  for (std::size_t i = 0; i < count; i += 4) {
+    for (std::size_t c = i; c < i + 3; ++c) row[c] = table[row[c]];
+  }
+}
+
+void Brightness(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
+  for (std::size_t x = 0; x < pixels; ++x) to[x] = Luma({from[x * 3 + 2], from[x * 3 + 1], from[x * 3]});
+}
+
+void PackAtLeast(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::uint8_t level) {
+  for (std::size_t x = 0; x < pixels; ++x) PutBits(to, x, 1, from[x] >= level ? 1 : 0);
+}
+
+void DiffuseRow(const std::uint8_t* levels, std::int16_t* errors, std::uint8_t* to, std::size_t pixels) {
+  std::int32_t right = 0;
+  std::int32_t below = 0;
+  std::int32_t belowRight = 0;
+  for (std::size_t x = 0; x < pixels; ++x) {
+    const std::int32_t value = levels[x] + ((errors[x + 1] + right + 8) >> 4);
+    const bool white = value >= 128;
+    PutBits(to, x, 1, white ? 1 : 0);
+    const std::int32_t error = value - (white ? 255 : 0);
+    errors[x] = static_cast<std::int16_t>(below + 3 * error);
+    below = belowRight + 5 * error;
+    belowRight = error;
+    right = 7 * error;
+  }
+  errors[pixels] = static_cast<std::int16_t>(below);
+}
+
+void Mirror(std::uint8_t* row, std::size_t pixels, int bitsPerPixel) {
+  if (bitsPerPixel < 8) {
+    const auto bits = static_cast<unsigned>(bitsPerPixel);
+    for (std::size_t left = 0, right = pixels - 1; left < right; ++left, --right) {
+      const unsigned value = BitsAt(row, left, bits);
+      PutBits(row, left, bits, BitsAt(row, right, bits));
+      PutBits(row, right, bits, value);
+    }
+    return;
+  }
+  const auto size = static_cast<std::size_t>(bitsPerPixel / 8);
+  for (std::size_t left = 0, right = pixels - 1; left < right; ++left, --right) {
+    std::swap_ranges(row + left * size, row + (left + 1) * size, row + right * size);
+  }
+}
+
+void Turn(const Area& from, const TargetArea& to, int bitsPerPixel, bool clockwise, std::int32_t begin,
+          std::int32_t end) {
+  for (std::int32_t y = begin; y < end; ++y) {
+    std::uint8_t* const row = to.base + static_cast<std::size_t>(y) * to.stride;
+    const auto column = static_cast<std::size_t>(clockwise ? y : from.width - 1 - y);
+    for (std::int32_t x = 0; x < from.height; ++x) {
+      const std::int32_t line = clockwise ? from.height - 1 - x : x;
+      const std::uint8_t* const source = from.base + static_cast<std::size_t>(line) * from.stride;
+      const auto place = static_cast<std::size_t>(x);
+      if (bitsPerPixel < 8) {
+        const auto bits = static_cast<unsigned>(bitsPerPixel);
+        PutBits(row, place, bits, BitsAt(source, column, bits));
+      } else {
+        const auto size = static_cast<std::size_t>(bitsPerPixel / 8);
+        std::memcpy(row + place * size, source + column * size, size);
+      }
+    }
+  }
+}
+
+void SpreadOnes(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {
+  const auto together = [rows](std::ptrdiff_t i) {
+    return static_cast<unsigned>(rows[0][i]) | static_cast<unsigned>(rows[1][i]) | static_cast<unsigned>(rows[2][i]);
+  };
+  for (std::ptrdiff_t i = 0; i < static_cast<std::ptrdiff_t>(count); ++i) {
+    const unsigned middle = together(i);
+    to[i] =
+        static_cast<std::uint8_t>(middle | middle << 1U | middle >> 1U | together(i + 1) >> 7U | together(i - 1) << 7U);
+  }
+}
+
+void SpreadZeros(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {
+  const auto together = [rows](std::ptrdiff_t i) {
+    return static_cast<unsigned>(rows[0][i]) & static_cast<unsigned>(rows[1][i]) & static_cast<unsigned>(rows[2][i]);
+  };
+  for (std::ptrdiff_t i = 0; i < static_cast<std::ptrdiff_t>(count); ++i) {
+    const unsigned middle = together(i);
+    to[i] = static_cast<std::uint8_t>(middle & (middle << 1U | together(i + 1) >> 7U) &
+                                      (middle >> 1U | together(i - 1) << 7U));
+  }
+}
+
+void Greatest(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
+  ForEachAround(rows, to, count, size, [](const Around& at) {
+    return std::max({at.NW(), at.N(), at.NE(), at.W(), at.Self(), at.E(), at.SW(), at.S(), at.SE()});
+  });
+}
+
+void Least(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
+  ForEachAround(rows, to, count, size, [](const Around& at) {
+    return std::min({at.NW(), at.N(), at.NE(), at.W(), at.Self(), at.E(), at.SW(), at.S(), at.SE()});
+  });
+}
+
+void Soften(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
+  ForEachAround(rows, to, count, size, [](const Around& at) { return (at.Binomial() + 8) >> 4; });
+}
+
+void Edge(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
+  ForEachAround(rows, to, count, size, [](const Around& at) {
+    const std::int32_t across = at.NE() + 2 * at.E() + at.SE() - at.NW() - 2 * at.W() - at.SW();
+    const std::int32_t down = at.SW() + 2 * at.S() + at.SE() - at.NW() - 2 * at.N() - at.NE();
+    return static_cast<std::int32_t>(std::sqrt(static_cast<float>(across * across + down * down)) + 0.5F);
+  });
+}
+
+void Sharpen(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size,
+             std::int32_t amount) {
+  ForEachAround(rows, to, count, size, [amount](const Around& at) {
+    return at.Self() + ((amount * (16 * at.Self() - at.Binomial()) + 2048) >> 12);
+  });
+}
+
+void Emboss(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size,
+            std::int32_t amount) {
+  ForEachAround(rows, to, count, size, [amount](const Around& at) {
+    const std::int32_t slope = 2 * at.SE() + at.S() + at.E() - 2 * at.NW() - at.N() - at.W();
+    return at.Self() + ((amount * slope + 128) >> 8);
+  });
+}
+
+void BlurDown(const std::uint8_t* const* rows, std::size_t margin, std::int16_t* to, std::size_t count,
+              std::span<const std::int16_t> weights) {
+  const std::size_t radius = weights.size() - 1;
+  for (std::size_t i = 0; i < count; ++i) {
+    std::int32_t sum = MultiplyRounded((rows[radius] - margin)[i] << 6, weights[0]);
+    for (std::size_t k = 1; k <= radius; ++k) {
+      sum += MultiplyRounded(((rows[radius - k] - margin)[i] + (rows[radius + k] - margin)[i]) << 6, weights[k]);
+    }
+    // Twice that must fit.
+    to[i] = static_cast<std::int16_t>(std::min(sum, 16383));
+  }
+}
+
+void BlurAcross(const std::int16_t* from, std::uint8_t* to, std::size_t count, std::size_t size,
+                std::span<const std::int16_t> weights) {
+  for (std::size_t i = 0; i < count; ++i) {
+    std::int32_t sum = MultiplyRounded(from[i], weights[0]) + 32;
+    for (std::size_t k = 1; k < weights.size(); ++k) {
+      sum += MultiplyRounded(*(from + i - k * size) + from[i + k * size], weights[k]);
+    }
+    to[i] = ToByte(sum >> 6);
+  }
+}
+
+void AddWeighted(const std::uint8_t* from, std::int32_t* sums, std::size_t count, std::int32_t weight) {
+  for (std::size_t i = 0; i < count; ++i) sums[i] += weight * from[i];
+}
+
+void Narrow(const std::int32_t* sums, std::int16_t* to, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) to[i] = static_cast<std::int16_t>((sums[i] + 128) >> 8);
+}
+
+void Halve(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* to, std::size_t pixels,
+           std::size_t size) {
+  for (std::size_t x = 0; x < pixels; ++x) {
+    for (std::size_t c = 0; c < size; ++c) {
+      const std::size_t left = 2 * x * size + c;
+      const unsigned sum = upper[left] + upper[left + size] + lower[left] + lower[left + size] + 2U;
+      to[x * size + c] = static_cast<std::uint8_t>(sum >> 2U);
+    }
+  }
+}
+
+}  // namespace kw::kernels

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "picture/effects/Pixels.h"
+
+// The loops over one row that the effects spend their time in. Rows begin at a multiple of Bitmap::RowAlignment bytes
+// and take as many bytes as their alignment rounds them up to; what lies there behind the pixels may be read and
+// written. `count` is a number of bytes that hold values, `size` the bytes of a pixel.
+namespace kw::kernels {
+
+// Each byte goes through the table; with MapColours each fourth, which is alpha, does not.
+void MapBytes(std::uint8_t* row, std::size_t count, const ByteTable& table);
+void MapColours(std::uint8_t* row, std::size_t count, const ByteTable& table);
+
+// (299 red + 587 green + 114 blue) / 1000, rounded, of pixels of 24 bits.
+void Brightness(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels);
+
+// Bit 1 where a value is at least `level`.
+void PackAtLeast(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::uint8_t level);
+
+// One row of error diffusion. errors[x + 1] holds what the row above hands to pixel x, in sixteenths, and takes what
+// this row hands down; the first and last of the pixels + 2 elements belong to no pixel.
+void DiffuseRow(const std::uint8_t* levels, std::int16_t* errors, std::uint8_t* to, std::size_t pixels);
+
+// Left becomes right, for pixels of any depth.
+void Mirror(std::uint8_t* row, std::size_t pixels, int bitsPerPixel);
+
+struct Area {
+  const std::uint8_t* base;
+  std::size_t stride;
+  std::int32_t width;
+  std::int32_t height;
+};
+struct TargetArea {
+  std::uint8_t* base;
+  std::size_t stride;
+};
+
+// A quarter turn of the area, rows [begin, end) of the result, which is as wide as the area is high. The result's bytes
+// are zero before.
+void Turn(const Area& from, const TargetArea& to, int bitsPerPixel, bool clockwise, std::int32_t begin,
+          std::int32_t end);
+
+// Bits of value 1 (or 0) spread to the eight pixels around them. rows[0..2] can be read one byte to either side.
+void SpreadOnes(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count);
+void SpreadZeros(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count);
+
+// 3x3 filters: rows[0..2] can be read one pixel to either side.
+void Greatest(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size);
+void Least(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size);
+void Soften(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size);
+void Edge(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size);
+// `amount` in 256ths, 0 to 1024.
+void Sharpen(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size,
+             std::int32_t amount);
+void Emboss(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size,
+            std::int32_t amount);
+
+// Blur of the rows in the middle of 2 * weights.size() - 1 into 64ths, and across them. weights[0] is the middle one,
+// in 32768ths. BlurDown begins `margin` bytes before the rows' first pixel.
+void BlurDown(const std::uint8_t* const* rows, std::size_t margin, std::int16_t* to, std::size_t count,
+              std::span<const std::int16_t> weights);
+void BlurAcross(const std::int16_t* from, std::uint8_t* to, std::size_t count, std::size_t size,
+                std::span<const std::int16_t> weights);
+
+// sums += weight * values; Narrow turns sums of weights that are 16384 together into 64ths.
+void AddWeighted(const std::uint8_t* from, std::int32_t* sums, std::size_t count, std::int32_t weight);
+void Narrow(const std::int32_t* sums, std::int16_t* to, std::size_t count);
+
+// Means of two by two pixels.
+void Halve(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* to, std::size_t pixels,
+           std::size_t size);
+
+}  // namespace kw::kernels

@@ -1,0 +1,67 @@
+#include "picture/effects/Morphology.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "picture/effects/Kernels.h"
+#include "picture/effects/Pixels.h"
+#include "picture/effects/RowWindow.h"
+
+namespace kw {
+namespace {
+
+// Unrounded, so that only entries of the same brightness are equal.
+unsigned BrightnessOfEntry(const Bitmap& picture, std::size_t index) {
+  if (index >= picture.Palette().size()) return 0;
+  const Rgb colour = picture.Palette()[index];
+  return 299U * colour.red + 587U * colour.green + 114U * colour.blue;
+}
+
+// `setBits`: a pixel gets the bit 1 where one of its neighbours has it, else the bit 0 where one has that.
+void SpreadBits(Bitmap& picture, bool setBits) {
+  const std::size_t count = picture.RowBytes();
+  const unsigned tail = static_cast<unsigned>(picture.Width()) % 8;
+  // What lies outside the page must not spread.
+  const auto outside = static_cast<std::uint8_t>(setBits ? 0x00 : 0xFF);
+  const auto tailMask = static_cast<std::uint8_t>(tail == 0 ? 0x00 : 0xFFU >> tail);
+  RowFilter filter{1, 1, 0, {}, {}};
+  filter.take = [=](const std::uint8_t* from, std::uint8_t* to) {
+    std::memcpy(to, from, count);
+    to[count - 1] = static_cast<std::uint8_t>(setBits ? to[count - 1] & ~tailMask : to[count - 1] | tailMask);
+    to[-1] = outside;
+    to[count] = outside;
+  };
+  filter.make = [=](const std::uint8_t* const* rows, std::uint8_t* to, std::uint8_t*) {
+    setBits ? kernels::SpreadOnes(rows, to, count) : kernels::SpreadZeros(rows, to, count);
+  };
+  FilterRows(picture, filter);
+}
+
+void SpreadValues(Bitmap& picture, bool greatest) {
+  const auto size = static_cast<std::size_t>(picture.BitsPerPixel() / 8);
+  const std::size_t count = picture.RowBytes();
+  RowFilter filter{1, size, 0, {}, {}};
+  filter.take = [=](const std::uint8_t* from, std::uint8_t* to) { TakeRepeated(from, to, count, size, size); };
+  filter.make = [=](const std::uint8_t* const* rows, std::uint8_t* to, std::uint8_t*) {
+    greatest ? kernels::Greatest(rows, to, count, size) : kernels::Least(rows, to, count, size);
+    if (size != 4) return;
+    for (std::size_t i = 3; i < count; i += 4) to[i] = rows[1][i];
+  };
+  FilterRows(picture, filter);
+}
+
+void Spread(Bitmap& picture, bool light) {
+  if (picture.BitsPerPixel() > 1) {
+    OnValues(picture, [light](Bitmap& values) { SpreadValues(values, light); });
+    return;
+  }
+  SpreadBits(picture, light == (BrightnessOfEntry(picture, 1) >= BrightnessOfEntry(picture, 0)));
+}
+
+}  // namespace
+
+void Dilate(Bitmap& picture, std::span<const double>) { Spread(picture, true); }
+
+void Erode(Bitmap& picture, std::span<const double>) { Spread(picture, false); }
+
+}  // namespace kw

@@ -1,0 +1,46 @@
+#include "picture/effects/Pixels.h"
+
+#include <algorithm>
+
+#include "picture/Depth.h"
+
+namespace kw {
+
+Bitmap Like(const Bitmap& picture, std::int32_t width, std::int32_t height, int bitsPerPixel) {
+  Bitmap result(width, height, bitsPerPixel);
+  result.SetResolution(picture.HorizontalResolution(), picture.VerticalResolution());
+  return result;
+}
+
+std::uint64_t BytesOf(const Bitmap& picture) {
+  return PixelMemory(picture.Width(), picture.Height(), picture.BitsPerPixel());
+}
+
+Bitmap InValues(const Bitmap& picture) {
+  if (picture.BitsPerPixel() > 8) return picture;
+  if (!HasGreyPalette(picture)) return ToDepth(picture, 24);
+  const auto palette = picture.Palette();
+  bool isRamp = palette.size() == 256;
+  for (std::size_t i = 0; isRamp && i < palette.size(); ++i) isRamp = palette[i].red == i;
+  return isRamp ? picture : ToGreyLevels(picture);
+}
+
+void Premultiply(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
+  for (std::size_t i = 0; i < pixels * 4; i += 4) {
+    const unsigned alpha = from[i + 3];
+    for (std::size_t c = i; c < i + 3; ++c) to[c] = static_cast<std::uint8_t>((from[c] * alpha + 127) / 255);
+    to[i + 3] = static_cast<std::uint8_t>(alpha);
+  }
+}
+
+void Unpremultiply(std::uint8_t* row, std::size_t pixels) {
+  for (std::size_t i = 0; i < pixels * 4; i += 4) {
+    const unsigned alpha = row[i + 3];
+    for (std::size_t c = i; c < i + 3; ++c) {
+      row[c] =
+          alpha == 0 ? std::uint8_t{0} : static_cast<std::uint8_t>(std::min(255U, (row[c] * 255U + alpha / 2) / alpha));
+    }
+  }
+}
+
+}  // namespace kw

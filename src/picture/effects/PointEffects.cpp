@@ -1,0 +1,151 @@
+#include "picture/effects/PointEffects.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <utility>
+#include <vector>
+
+#include "picture/Depth.h"
+#include "picture/effects/Bands.h"
+#include "picture/effects/Kernels.h"
+#include "picture/effects/Pixels.h"
+
+namespace kw {
+namespace {
+
+using ColourTable = std::array<Rgb, 256>;
+
+template <typename Change>
+void ChangePalette(Bitmap& picture, const Change& change) {
+  // An index past the end shows black, which may change too.
+  std::vector<Rgb> palette(std::size_t{1} << static_cast<unsigned>(picture.BitsPerPixel()));
+  std::ranges::copy(picture.Palette(), palette.begin());
+  std::ranges::transform(palette, palette.begin(), change);
+  picture.SetPalette(std::move(palette));
+}
+
+// Each channel goes through the table; alpha does not.
+void MapChannels(Bitmap& picture, const ByteTable& table) {
+  if (picture.BitsPerPixel() <= 8) {
+    ChangePalette(picture, [&](Rgb c) { return Rgb{table[c.red], table[c.green], table[c.blue]}; });
+    return;
+  }
+  const Pixels pixels(picture);
+  const std::size_t count = picture.RowBytes();
+  const bool hasAlpha = picture.BitsPerPixel() == 32;
+  ForBands(picture.Height(), BytesOf(picture), [&](Band band) {
+    for (std::int32_t y = band.begin; y < band.end; ++y) {
+      hasAlpha ? kernels::MapColours(pixels.Row(y), count, table) : kernels::MapBytes(pixels.Row(y), count, table);
+    }
+  });
+}
+
+// What each value becomes when `percent` of the range is added.
+ByteTable Shift(double percent) {
+  const auto offset = static_cast<std::int32_t>(std::floor(255 * percent / 100 + 0.5));
+  ByteTable table{};
+  for (std::int32_t i = 0; i < 256; ++i) table[static_cast<std::size_t>(i)] = ToByte(i + offset);
+  return table;
+}
+
+// Each colour is replaced by the one that the table has for its brightness.
+void MapBrightness(Bitmap& picture, const ColourTable& table) {
+  if (picture.BitsPerPixel() <= 8) {
+    ChangePalette(picture, [&](Rgb c) { return table[Luma(c)]; });
+    return;
+  }
+  const Pixels pixels(picture);
+  const std::size_t size = picture.BitsPerPixel() == 32 ? 4 : 3;
+  const std::size_t count = picture.RowBytes();
+  ForBands(picture.Height(), BytesOf(picture), [&](Band band) {
+    for (std::int32_t y = band.begin; y < band.end; ++y) {
+      std::uint8_t* const row = pixels.Row(y);
+      for (std::size_t i = 0; i < count; i += size) {
+        const Rgb colour = table[Luma({row[i + 2], row[i + 1], row[i]})];
+        row[i] = colour.blue;
+        row[i + 1] = colour.green;
+        row[i + 2] = colour.red;
+      }
+    }
+  });
+}
+
+// The pure colour of a hue, its channels 0 to 1 (red, green, blue).
+std::array<double, 3> PureColour(double hue) {
+  std::array<double, 3> colour{};
+  const std::array<double, 3> middle{0, 120, 240};
+  for (std::size_t i = 0; i < 3; ++i) {
+    const double away = std::fabs(std::remainder(hue - middle[i], 360.0));
+    colour[i] = std::clamp(2 - away / 60, 0.0, 1.0);
+  }
+  return colour;
+}
+
+// The colour of each brightness: from grey toward the hue, `strength` per cent of the way that there is room for.
+ColourTable Tints(double hue, double strength) {
+  std::array<double, 3> direction = PureColour(hue);
+  const double luma = 0.299 * direction[0] + 0.587 * direction[1] + 0.114 * direction[2];
+  for (double& channel : direction) channel -= luma;
+  ColourTable table{};
+  for (std::size_t i = 0; i < table.size(); ++i) {
+    const auto level = static_cast<double>(i);
+    double room = 255;
+    for (const double channel : direction) {
+      if (channel > 0) room = std::min(room, (255 - level) / channel);
+      if (channel < 0) room = std::min(room, level / -channel);
+    }
+    const auto at = [&](std::size_t channel) {
+      const double value = level + strength / 100 * room * direction[channel];
+      return ToByte(static_cast<std::int32_t>(std::floor(value + 0.5)));
+    };
+    table[i] = {at(0), at(1), at(2)};
+  }
+  return table;
+}
+
+}  // namespace
+
+void Invert(Bitmap& picture, std::span<const double>) {
+  ByteTable table{};
+  for (std::size_t i = 0; i < table.size(); ++i) table[i] = static_cast<std::uint8_t>(255 - i);
+  MapChannels(picture, table);
+}
+
+void Lighten(Bitmap& picture, std::span<const double> values) { MapChannels(picture, Shift(values[0])); }
+
+void Darken(Bitmap& picture, std::span<const double> values) { MapChannels(picture, Shift(-values[0])); }
+
+void Contrast(Bitmap& picture, std::span<const double> values) {
+  const double gain = 1 + values[0] / 100;
+  ByteTable table{};
+  for (std::size_t i = 0; i < table.size(); ++i) {
+    const double value = 127.5 + (static_cast<double>(i) - 127.5) * gain;
+    table[i] = ToByte(static_cast<std::int32_t>(std::floor(value + 0.5)));
+  }
+  MapChannels(picture, table);
+}
+
+void GrayScale(Bitmap& picture, std::span<const double>) {
+  if (picture.BitsPerPixel() != 24) {
+    ColourTable greys{};
+    for (std::size_t i = 0; i < greys.size(); ++i) {
+      const auto level = static_cast<std::uint8_t>(i);
+      greys[i] = {level, level, level};
+    }
+    MapBrightness(picture, greys);
+    return;
+  }
+  Bitmap result = Like(picture, picture.Width(), picture.Height(), 8);
+  const ConstPixels from(picture);
+  const Pixels to(result);
+  const auto width = static_cast<std::size_t>(picture.Width());
+  ForBands(picture.Height(), BytesOf(picture), [&](Band band) {
+    for (std::int32_t y = band.begin; y < band.end; ++y) kernels::Brightness(from.Row(y), to.Row(y), width);
+  });
+  picture = std::move(result);
+}
+
+void Colorize(Bitmap& picture, std::span<const double> values) { MapBrightness(picture, Tints(values[0], values[1])); }
+
+}  // namespace kw

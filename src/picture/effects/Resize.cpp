@@ -1,0 +1,111 @@
+#include "picture/effects/Resize.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <utility>
+#include <vector>
+
+#include "components/RunTimeError.h"
+#include "picture/effects/Bands.h"
+#include "picture/effects/Kernels.h"
+#include "picture/effects/Pixels.h"
+#include "picture/effects/ResizeWeights.h"
+
+namespace kw {
+namespace {
+
+std::int32_t NewSize(std::int32_t size, double percent, double pixels) {
+  if (pixels > 0) return static_cast<std::int32_t>(pixels);
+  const double exact = std::floor(size * percent / 100 + 0.5);
+  if (exact > 1e9) Raise(ErrorNumber::OutOfMemory);
+  return std::max(1, static_cast<std::int32_t>(exact));
+}
+
+// The rows of a picture with colours multiplied by alpha where there is one.
+class Source {
+public:
+  explicit Source(const Bitmap& picture)
+      : pixels(picture), count(picture.RowBytes()), hasAlpha(picture.BitsPerPixel() == 32) {}
+
+  // `room` takes the row where it has to be made, and must hold a row.
+  const std::uint8_t* Row(std::int32_t y, std::uint8_t* room) const {
+    const std::uint8_t* const row = pixels.Row(y);
+    if (!hasAlpha) return row;
+    Premultiply(row, room, count / 4);
+    return room;
+  }
+
+private:
+  ConstPixels pixels;
+  std::size_t count;
+  bool hasAlpha;
+};
+
+void Scale(const Bitmap& picture, Bitmap& result, bool bicubic) {
+  const ResizeWeights across(picture.Width(), result.Width(), bicubic);
+  const ResizeWeights down(picture.Height(), result.Height(), bicubic);
+  const Source source(picture);
+  const Pixels to(result);
+  const std::size_t count = picture.RowBytes();
+  const auto size = static_cast<std::size_t>(picture.BitsPerPixel() / 8);
+  const bool hasAlpha = size == 4;
+  const auto width = static_cast<std::size_t>(result.Width());
+  const auto bands = CutIntoBands(result.Height(), 4 * std::max(BytesOf(picture), BytesOf(result)));
+  struct Work {
+    std::vector<std::uint8_t> row;
+    std::vector<std::int32_t> sums;
+    std::vector<std::int16_t> mixed;
+  };
+  std::vector<Work> works(bands.size());
+  for (Work& work : works) {
+    work.row.resize(hasAlpha ? count : 0);
+    work.sums.resize(count + Bitmap::RowAlignment);
+    work.mixed.resize(count + Bitmap::RowAlignment);
+  }
+  RunTogether(bands.size(), [&](std::size_t i) {
+    Work& work = works[i];
+    for (std::int32_t y = bands[i].begin; y < bands[i].end; ++y) {
+      const auto taps = down.At(y);
+      std::ranges::fill(work.sums, 0);
+      for (std::size_t tap = 0; tap < taps.weights.size(); ++tap) {
+        const std::int32_t line = std::clamp(taps.first + static_cast<std::int32_t>(tap), 0, picture.Height() - 1);
+        kernels::AddWeighted(source.Row(line, work.row.data()), work.sums.data(), count, taps.weights[tap]);
+      }
+      kernels::Narrow(work.sums.data(), work.mixed.data(), count);
+      across.Row(work.mixed.data(), to.Row(y), size);
+      if (hasAlpha) Unpremultiply(to.Row(y), width);
+    }
+  });
+}
+
+// Half of either side.
+void Halve(const Bitmap& picture, Bitmap& result) {
+  const ConstPixels from(picture);
+  const Pixels to(result);
+  const auto width = static_cast<std::size_t>(result.Width());
+  const auto size = static_cast<std::size_t>(picture.BitsPerPixel() / 8);
+  ForBands(result.Height(), BytesOf(picture), [&](Band band) {
+    for (std::int32_t y = band.begin; y < band.end; ++y) {
+      kernels::Halve(from.Row(2 * y), from.Row(2 * y + 1), to.Row(y), width, size);
+    }
+  });
+}
+
+}  // namespace
+
+void Resize(Bitmap& picture, std::span<const double> values) {
+  const std::int32_t width = NewSize(picture.Width(), values[0], values[1]);
+  const std::int32_t height = NewSize(picture.Height(), values[0], values[2]);
+  const Bitmap original = InValues(picture);
+  Bitmap result = Like(original, width, height, original.BitsPerPixel());
+  const bool isHalf = original.Width() == 2 * std::int64_t{width} && original.Height() == 2 * std::int64_t{height};
+  if (isHalf && original.BitsPerPixel() != 32) {
+    Halve(original, result);
+  } else {
+    Scale(original, result, values[3] != 0);
+  }
+  picture = std::move(result);
+}
+
+}  // namespace kw

@@ -1,0 +1,138 @@
+#include "picture/effects/Rotate.h"
+
+#include <cmath>
+#include <cstring>
+#include <numbers>
+#include <utility>
+
+#include "components/RunTimeError.h"
+#include "picture/effects/Bands.h"
+#include "picture/effects/Flip.h"
+#include "picture/effects/Kernels.h"
+#include "picture/effects/Pixels.h"
+
+namespace kw {
+namespace {
+
+// A quarter turn, clockwise or the other way.
+void TurnQuarter(Bitmap& picture, bool clockwise) {
+  Bitmap result = Like(picture, picture.Height(), picture.Width(), picture.BitsPerPixel());
+  result.SetResolution(picture.VerticalResolution(), picture.HorizontalResolution());
+  result.SetPalette({picture.Palette().begin(), picture.Palette().end()});
+  const kernels::Area from{ConstPixels(picture).base, picture.Stride(), picture.Width(), picture.Height()};
+  const Pixels to(result);
+  ForBands(result.Height(), BytesOf(result), [&](Band band) {
+    kernels::Turn(from, {to.base, to.stride}, picture.BitsPerPixel(), clockwise, band.begin, band.end);
+  });
+  picture = std::move(result);
+}
+
+// Where a row of the result lies in the picture, in 256ths of a pixel.
+struct Slant {
+  double cosine;
+  double sine;
+};
+
+// The smallest whole size that holds `exact`, forgiving what rounding adds.
+std::int32_t SizeFor(double exact) {
+  const double size = std::ceil(exact - 1e-6);
+  if (size > 1e9) Raise(ErrorNumber::OutOfMemory);
+  return static_cast<std::int32_t>(size);
+}
+
+class Turning {
+public:
+  Turning(const Bitmap& original, const Bitmap& turned, Slant direction)
+      : pixels(original),
+        width(original.Width()),
+        height(original.Height()),
+        turnedWidth(turned.Width()),
+        turnedHeight(turned.Height()),
+        size(static_cast<std::size_t>(original.BitsPerPixel() / 8)),
+        paper(size == 4 ? 0 : 255),
+        slant(direction) {}
+
+  void Row(std::int32_t y, std::uint8_t* to) const {
+    const double down = y + 0.5 - turnedHeight / 2.0;
+    for (std::int32_t x = 0; x < turnedWidth; ++x, to += size) {
+      const double right = x + 0.5 - turnedWidth / 2.0;
+      Blend(In256ths(slant.cosine * right + slant.sine * down + width / 2.0 - 0.5),
+            In256ths(slant.cosine * down - slant.sine * right + height / 2.0 - 0.5), to);
+    }
+  }
+
+private:
+  static std::int64_t In256ths(double place) { return static_cast<std::int64_t>(std::floor(place * 256 + 0.5)); }
+
+  // The pixel at (x, y) of the picture, nullptr outside.
+  const std::uint8_t* At(std::int64_t x, std::int64_t y) const {
+    if (x < 0 || y < 0 || x >= width || y >= height) return nullptr;
+    return pixels.Row(static_cast<std::int32_t>(y)) + static_cast<std::size_t>(x) * size;
+  }
+
+  void Blend(std::int64_t x, std::int64_t y, std::uint8_t* to) const {
+    const std::int64_t column = x >> 8;
+    const std::int64_t line = y >> 8;
+    const auto right = static_cast<std::uint32_t>(x & 255);
+    const auto below = static_cast<std::uint32_t>(y & 255);
+    const std::uint8_t* const corners[4] = {At(column, line), At(column + 1, line), At(column, line + 1),
+                                            At(column + 1, line + 1)};
+    const std::uint32_t weights[4] = {(256 - right) * (256 - below), right * (256 - below), (256 - right) * below,
+                                      right * below};
+    for (std::size_t c = 0; c < size; ++c) {
+      std::uint32_t sum = 32768;
+      for (std::size_t i = 0; i < 4; ++i) sum += weights[i] * (corners[i] == nullptr ? paper : corners[i][c]);
+      to[c] = static_cast<std::uint8_t>(sum >> 16U);
+    }
+  }
+
+  ConstPixels pixels;
+  std::int32_t width;
+  std::int32_t height;
+  std::int32_t turnedWidth;
+  std::int32_t turnedHeight;
+  std::size_t size;
+  std::uint32_t paper;
+  Slant slant;
+};
+
+void PremultiplyAll(Bitmap& picture) {
+  const Pixels pixels(picture);
+  const auto width = static_cast<std::size_t>(picture.Width());
+  for (std::int32_t y = 0; y < picture.Height(); ++y) Premultiply(pixels.Row(y), pixels.Row(y), width);
+}
+
+void TurnFreely(Bitmap& picture, double degrees) {
+  const double radians = degrees / 180 * std::numbers::pi;
+  const Slant slant{std::cos(radians), std::sin(radians)};
+  Bitmap original = InValues(picture);
+  const double across = std::fabs(slant.cosine);
+  const double along = std::fabs(slant.sine);
+  Bitmap result = Like(original, SizeFor(original.Width() * across + original.Height() * along),
+                       SizeFor(original.Width() * along + original.Height() * across), original.BitsPerPixel());
+  const bool hasAlpha = original.BitsPerPixel() == 32;
+  if (hasAlpha) PremultiplyAll(original);
+  const Turning turning(original, result, slant);
+  const Pixels to(result);
+  const auto width = static_cast<std::size_t>(result.Width());
+  ForBands(result.Height(), 4 * BytesOf(result), [&](Band band) {
+    for (std::int32_t y = band.begin; y < band.end; ++y) {
+      turning.Row(y, to.Row(y));
+      if (hasAlpha) Unpremultiply(to.Row(y), width);
+    }
+  });
+  picture = std::move(result);
+}
+
+}  // namespace
+
+void Rotate(Bitmap& picture, std::span<const double> values) {
+  const double degrees = std::fmod(values[0] + 360, 360);
+  if (degrees == 0) return;
+  if (degrees == 90 || degrees == 270) return TurnQuarter(picture, degrees == 90);
+  if (degrees != 180) return TurnFreely(picture, degrees);
+  HorizontalFlip(picture, {});
+  VerticalFlip(picture, {});
+}
+
+}  // namespace kw

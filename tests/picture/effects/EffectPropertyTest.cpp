@@ -1,0 +1,229 @@
+// What effects promise beyond their formulas.
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdlib>
+
+#include "../Scratch.h"
+#include "Reference.h"
+#include "picture/Depth.h"
+#include "picture/effects/Effect.h"
+
+namespace kw {
+namespace {
+
+Bitmap With(const Bitmap& picture, std::string_view command, std::span<const double> values) {
+  Bitmap result = picture;
+  ApplyEffect(*FindEffect(command), result, values);
+  return result;
+}
+
+Bitmap With(const Bitmap& picture, std::string_view command) {
+  Bitmap result = picture;
+  ApplyEffect(*FindEffect(command), result);
+  return result;
+}
+
+Bitmap Flat(int depth, std::uint8_t value) {
+  Bitmap picture(37, 23, depth);
+  for (std::int32_t y = 0; y < picture.Height(); ++y) std::ranges::fill(picture.MutableRow(y), value);
+  return picture;
+}
+
+class EachDepth : public testing::TestWithParam<int> {
+protected:
+  Bitmap picture = Noise(53, 31, GetParam());
+};
+
+TEST_P(EachDepth, InvertTwice) { EXPECT_TRUE(SamePicture(picture, With(With(picture, "Invert"), "Invert"))); }
+
+TEST_P(EachDepth, FlipTwice) {
+  EXPECT_TRUE(SamePicture(picture, With(With(picture, "HorizontalFlip"), "HorizontalFlip")));
+  EXPECT_TRUE(SamePicture(picture, With(With(picture, "VerticalFlip"), "VerticalFlip")));
+}
+
+TEST_P(EachDepth, RotateFourTimes) {
+  Bitmap turned = picture;
+  for (int i = 0; i < 4; ++i) turned = With(turned, "Rotate");
+  EXPECT_TRUE(SamePicture(picture, turned));
+}
+
+TEST_P(EachDepth, RotateThereAndBack) {
+  const std::vector back{-90.0};
+  EXPECT_TRUE(SamePicture(picture, With(With(picture, "Rotate"), "Rotate", back)));
+}
+
+TEST_P(EachDepth, BothFlipsAreHalfATurn) {
+  const std::vector half{180.0};
+  EXPECT_TRUE(SamePicture(With(picture, "Rotate", half), With(With(picture, "HorizontalFlip"), "VerticalFlip")));
+}
+
+TEST_P(EachDepth, NothingToDo) {
+  EXPECT_TRUE(SamePicture(picture, With(picture, "Rotate", std::vector{0.0})));
+  EXPECT_EQ(reference::Read(picture).pixels, reference::Read(With(picture, "Lighten", std::vector{0.0})).pixels);
+  EXPECT_EQ(reference::Read(picture).pixels, reference::Read(With(picture, "Darken", std::vector{0.0})).pixels);
+  EXPECT_EQ(reference::Read(picture).pixels, reference::Read(With(picture, "Contrast", std::vector{0.0})).pixels);
+  EXPECT_EQ(reference::Read(picture).pixels, reference::Read(With(picture, "Sharpen", std::vector{0.0})).pixels);
+  EXPECT_EQ(reference::Read(picture).pixels, reference::Read(With(picture, "Emboss", std::vector{0.0})).pixels);
+}
+
+TEST_P(EachDepth, DilateIsErodeOfTheInverted) {
+  const Bitmap other = With(With(With(picture, "Invert"), "Erode"), "Invert");
+  EXPECT_EQ(reference::Read(With(picture, "Dilate")).pixels, reference::Read(other).pixels);
+}
+
+TEST_P(EachDepth, ColorizeKeepsBrightness) {
+  for (const double hue : {0.0, 30.0, 77.0, 240.0, 359.0}) {
+    const auto before = reference::Read(picture);
+    const auto after = reference::Read(With(picture, "Colorize", std::vector{hue, 100.0}));
+    for (std::size_t i = 0; i < before.pixels.size(); ++i) {
+      const auto luma = [](const reference::Pixel& p) { return 0.299 * p[2] + 0.587 * p[1] + 0.114 * p[0]; };
+      ASSERT_NEAR(luma(before.pixels[i]), luma(after.pixels[i]), 1.001) << hue;
+    }
+  }
+}
+
+TEST_P(EachDepth, OneBitStaysOneBit) {
+  if (GetParam() != 1) GTEST_SKIP();
+  for (const char* const command :
+       {"Invert", "HorizontalFlip", "VerticalFlip", "Rotate", "Dilate", "Erode", "Dither", "Threshold"}) {
+    EXPECT_EQ(1, With(picture, command).BitsPerPixel()) << command;
+  }
+}
+
+TEST_P(EachDepth, BitsPerPixelStepByStep) {
+  const std::vector<int> depths{1, 4, 8, 24, 32};
+  const auto here = std::ranges::find(depths, GetParam());
+  const int above = here + 1 == depths.end() ? 32 : here[1];
+  const int below = here == depths.begin() ? 1 : here[-1];
+  EXPECT_TRUE(SamePicture(ToDepth(picture, above), With(picture, "IncreaseBpp")));
+  EXPECT_TRUE(SamePicture(ToDepth(picture, below), With(picture, "DecreaseBpp")));
+}
+
+INSTANTIATE_TEST_SUITE_P(All, EachDepth, testing::Values(1, 4, 8, 24, 32));
+
+TEST(EffectProperty, FlatPicturesStayFlat) {
+  for (const int depth : {8, 24, 32}) {
+    for (const int value : {0, 1, 100, 127, 128, 254, 255}) {
+      const Bitmap flat = Flat(depth, static_cast<std::uint8_t>(value));
+      const reference::Pixel pixel = reference::Read(depth == 32 ? With(flat, "Soften") : flat).At(0, 0);
+      const auto check = [&](const Bitmap& result, const char* what) {
+        for (const reference::Pixel& p : reference::Read(result).pixels) ASSERT_EQ(pixel, p) << what << ' ' << value;
+      };
+      check(With(flat, "Blur"), "Blur");
+      check(With(flat, "Resize"), "half");
+      check(With(flat, "Resize", std::vector{33.0, 0.0, 0.0, 0.0}), "smaller");
+      check(With(flat, "Resize", std::vector{217.0, 0.0, 0.0, 0.0}), "Lanczos");
+      check(With(flat, "Resize", std::vector{217.0, 0.0, 0.0, 1.0}), "bicubic");
+      if (depth == 32) continue;
+      check(With(flat, "Sharpen"), "Sharpen");
+      check(With(flat, "Emboss"), "Emboss");
+      check(With(flat, "Dilate"), "Dilate");
+      check(With(flat, "Erode"), "Erode");
+    }
+  }
+}
+
+// The fixed-point sums against the Gaussian bell itself.
+TEST(EffectProperty, BlurIsGaussian) {
+  const Bitmap picture = Noise(60, 40, 8, false);
+  const auto before = reference::Read(picture);
+  for (const double sigma : {0.3, 0.8, 1.5, 3.0, 10.0, 50.0}) {
+    const auto after = reference::Read(With(picture, "Blur", std::vector{sigma}));
+    const auto radius = static_cast<std::int32_t>(std::ceil(3 * sigma));
+    std::vector<double> bell;
+    double sum = 0;
+    for (std::int32_t i = -radius; i <= radius; ++i) sum += bell.emplace_back(std::exp(-0.5 * i * i / (sigma * sigma)));
+    for (const std::int32_t y : {0, 7, 20, 39}) {
+      std::vector<double> mixed;
+      for (std::int32_t x = 0; x < 60; ++x) {
+        double total = 0;
+        for (std::int32_t i = -radius; i <= radius; ++i) {
+          total += bell[static_cast<std::size_t>(i + radius)] / sum * before.Near(x, y + i)[0];
+        }
+        mixed.push_back(total);
+      }
+      for (std::int32_t x = 0; x < 60; ++x) {
+        double exact = 0;
+        for (std::int32_t i = -radius; i <= radius; ++i) {
+          exact += bell[static_cast<std::size_t>(i + radius)] / sum *
+                   mixed[static_cast<std::size_t>(std::clamp(x + i, 0, 59))];
+        }
+        ASSERT_NEAR(exact, after.At(x, y)[0], sigma < 10 ? 0.75 : 1.0) << sigma << " at " << x << ", " << y;
+      }
+    }
+  }
+}
+
+// A free turn there and back by many small steps keeps the middle of a smooth picture in place.
+TEST(EffectProperty, FreeTurnsKeepTheMiddle) {
+  Bitmap picture(101, 101, 24);
+  for (std::int32_t y = 0; y < 101; ++y) {
+    const auto row = picture.MutableRow(y);
+    for (std::size_t i = 0; i < row.size(); ++i) row[i] = static_cast<std::uint8_t>(i / 3 + static_cast<unsigned>(y));
+  }
+  const Bitmap turned = With(With(picture, "Rotate", std::vector{17.0}), "Rotate", std::vector{-17.0});
+  const std::int32_t left = (turned.Width() - 101) / 2;
+  const std::int32_t top = (turned.Height() - 101) / 2;
+  for (std::int32_t y = 30; y < 70; ++y) {
+    for (std::int32_t x = 30; x < 70; ++x) {
+      ASSERT_NEAR(picture.PixelAt(x, y).red, turned.PixelAt(x + left, y + top).red, 3);
+    }
+  }
+}
+
+// Clockwise: what was at the top is at the right.
+TEST(EffectProperty, TurnsClockwise) {
+  Bitmap picture(40, 20, 24);
+  picture.MutableRow(0)[3 * 20] = 255;
+  const Bitmap turned = With(picture, "Rotate");
+  EXPECT_EQ(20, turned.Width());
+  EXPECT_EQ(255, turned.PixelAt(19, 20).blue);
+  Bitmap upper(41, 41, 8);
+  for (std::int32_t y = 0; y < 10; ++y) std::ranges::fill(upper.MutableRow(y).subspan(10, 20), std::uint8_t{255});
+  const Bitmap slanted = With(upper, "Rotate", std::vector{80.0});
+  const std::int32_t middle = slanted.Width() / 2;
+  EXPECT_EQ(255, slanted.PixelAt(middle + 15, middle).red);
+  EXPECT_EQ(0, slanted.PixelAt(middle - 15, middle).red);
+}
+
+TEST(EffectProperty, OtsuPartsTwoHeaps) {
+  Bitmap picture(100, 10, 8);
+  for (std::int32_t y = 0; y < 10; ++y) {
+    for (std::size_t x = 0; x < 100; ++x) {
+      picture.MutableRow(y)[x] = static_cast<std::uint8_t>(x < 20 ? 60 + x % 7 : 200 + x % 9);
+    }
+  }
+  const Bitmap result = With(picture, "Threshold");
+  for (std::int32_t x = 0; x < 100; ++x) EXPECT_EQ(x < 20 ? 0 : 255, result.PixelAt(x, 3).red);
+}
+
+TEST(EffectProperty, DitherKeepsTheMeanBrightness) {
+  for (const int level : {0, 10, 64, 127, 128, 200, 250, 255}) {
+    Bitmap picture(200, 200, 8);
+    for (std::int32_t y = 0; y < 200; ++y) std::ranges::fill(picture.MutableRow(y), static_cast<std::uint8_t>(level));
+    double sum = 0;
+    for (const reference::Pixel& p : reference::Read(With(picture, "Dither")).pixels) sum += p[0];
+    EXPECT_NEAR(level, sum / 40000, 1.5);
+  }
+}
+
+TEST(EffectProperty, HiddenColoursDoNotShowUp) {
+  Bitmap picture(9, 9, 32);
+  for (std::int32_t y = 0; y < 9; ++y) {
+    const auto row = picture.MutableRow(y);
+    for (std::size_t x = 0; x < 9; ++x) {
+      const bool seen = x < 4;
+      row[4 * x] = seen ? 10 : 250;
+      row[4 * x + 3] = seen ? 255 : 0;
+    }
+  }
+  for (const Bitmap& result : {With(picture, "Blur"), With(picture, "Soften"), With(picture, "Resize"),
+                               With(picture, "Rotate", std::vector{30.0})}) {
+    for (const reference::Pixel& p : reference::Read(result).pixels) EXPECT_TRUE(p[3] < 64 || p[0] <= 14) << p[0];
+  }
+}
+
+}  // namespace
+}  // namespace kw

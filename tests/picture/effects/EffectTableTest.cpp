@@ -1,0 +1,262 @@
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <set>
+#include <string>
+
+#include "../Scratch.h"
+#include "picture/KWPicEd.h"
+#include "picture/effects/Effect.h"
+
+namespace kw {
+namespace {
+
+constexpr double NoNumber = std::numeric_limits<double>::quiet_NaN();
+
+std::vector<double> Standard(const Effect& effect) {
+  std::vector<double> values;
+  for (const EffectParameter& parameter : effect.parameters) values.push_back(parameter.standard);
+  return values;
+}
+
+TEST(EffectTable, HoldsEveryCommand) {
+  const std::set<std::string_view> commands{
+      "Blur",   "Colorize", "Contrast",  "Darken", "DecreaseBpp", "Dilate",      "Dither", "Edge",
+      "Emboss", "Erode",    "GrayScale", "Invert", "IncreaseBpp", "Option",      "Resize", "HorizontalFlip",
+      "Rotate", "Lighten",  "Sharpen",   "Soften", "Threshold",   "VerticalFlip"};
+  std::set<std::string_view> rows;
+  for (const Effect& effect : Effects()) rows.insert(effect.command);
+  EXPECT_EQ(commands, rows);
+  EXPECT_EQ(commands.size(), Effects().size());
+  for (const std::string_view command : commands) EXPECT_EQ(command, FindEffect(command)->command);
+  EXPECT_EQ(nullptr, FindEffect("blur"));
+  EXPECT_EQ(nullptr, FindEffect(""));
+}
+
+TEST(EffectTable, DefaultsAreInRange) {
+  for (const Effect& effect : Effects()) EXPECT_NO_THROW(RequireInRange(effect, Standard(effect))) << effect.command;
+}
+
+TEST(EffectTable, DefaultsAreTheDocumentedOnes) {
+  EXPECT_EQ(std::vector{90.0}, Standard(*FindEffect("Rotate")));
+  EXPECT_EQ((std::vector{50.0, 0.0, 0.0, 0.0}), Standard(*FindEffect("Resize")));
+  EXPECT_EQ(std::vector{1.5}, Standard(*FindEffect("Blur")));
+  EXPECT_EQ(std::vector{10.0}, Standard(*FindEffect("Lighten")));
+  EXPECT_EQ(std::vector{10.0}, Standard(*FindEffect("Darken")));
+  EXPECT_EQ(std::vector{20.0}, Standard(*FindEffect("Contrast")));
+  EXPECT_EQ(std::vector{0.0}, Standard(*FindEffect("Threshold")));
+}
+
+TEST(EffectTable, OptionHoldsTheParametersOfAllOthers) {
+  std::set<std::string> names;
+  for (const Effect& effect : Effects()) {
+    if (effect.command == "Option") continue;
+    for (const EffectParameter& parameter : effect.parameters) {
+      names.insert(std::string(effect.command).append(parameter.name));
+    }
+  }
+  std::set<std::string> held;
+  for (const EffectParameter& parameter : FindEffect("Option")->parameters) held.insert(std::string(parameter.name));
+  EXPECT_EQ(names, held);
+  EXPECT_EQ(names.size(), FindEffect("Option")->parameters.size());
+}
+
+// The ends of the ranges work, beyond them nothing does and the picture stays.
+TEST(EffectTable, RangesAreKept) {
+  for (const Effect& effect : Effects()) {
+    for (std::size_t i = 0; i < effect.parameters.size(); ++i) {
+      const EffectParameter& parameter = effect.parameters[i];
+      const auto run = [&](double value) {
+        Bitmap picture = Noise(9, 5, 24);
+        const Bitmap before = picture;
+        auto values = Standard(effect);
+        values[i] = value;
+        const std::int32_t error = ErrorOf([&] { ApplyEffect(effect, picture, values); });
+        EXPECT_TRUE(error == 0 || SamePicture(before, picture)) << effect.command;
+        return error;
+      };
+      const std::string name = std::string(effect.command).append(parameter.name);
+      EXPECT_EQ(0, run(parameter.least)) << name;
+      EXPECT_EQ(0, run(parameter.greatest)) << name;
+      for (const double bad : {parameter.least - 0.01, parameter.greatest + 0.01, NoNumber,
+                               std::numeric_limits<double>::infinity(), -std::numeric_limits<double>::infinity()}) {
+        EXPECT_EQ(NumberOf(ErrorNumber::InvalidProcedureCall), run(bad)) << name << ' ' << bad;
+      }
+      if (parameter.whole) {
+        EXPECT_EQ(NumberOf(ErrorNumber::InvalidProcedureCall), run(parameter.least + 0.5)) << name;
+      }
+    }
+  }
+}
+
+TEST(EffectTable, WrongNumberOfValues) {
+  Bitmap picture = Noise(9, 5, 24);
+  for (const Effect& effect : Effects()) {
+    auto values = Standard(effect);
+    values.push_back(1);
+    EXPECT_EQ(NumberOf(ErrorNumber::InvalidProcedureCall), ErrorOf([&] { ApplyEffect(effect, picture, values); }));
+  }
+}
+
+TEST(EffectTable, NoPicture) {
+  for (const Effect& effect : Effects()) {
+    Bitmap picture;
+    EXPECT_EQ(NumberOf(ErrorNumber::ObjectVariableNotSet), ErrorOf([&] { ApplyEffect(effect, picture); }))
+        << effect.command;
+  }
+}
+
+TEST(EffectTable, TooLargeAResult) {
+  Bitmap picture(200'000'000, 1, 1);
+  const Bitmap before = picture;
+  EXPECT_EQ(NumberOf(ErrorNumber::OutOfMemory), ErrorOf([&] {
+              ApplyEffect(*FindEffect("Resize"), picture, std::vector{1000.0, 0.0, 0.0, 0.0});
+            }));
+  EXPECT_TRUE(SamePicture(before, picture));
+}
+
+// What shares pixels with the picture does not change with it.
+TEST(EffectTable, CopiesStay) {
+  for (const int depth : {1, 4, 8, 24, 32}) {
+    for (const Effect& effect : Effects()) {
+      Bitmap picture = Noise(23, 11, depth);
+      const Bitmap copy = picture;
+      ApplyEffect(effect, picture);
+      EXPECT_TRUE(SamePicture(Noise(23, 11, depth), copy)) << effect.command << ' ' << depth;
+    }
+  }
+}
+
+TEST(EffectTable, ResolutionStays) {
+  for (const int depth : {1, 4, 8, 24, 32}) {
+    for (const Effect& effect : Effects()) {
+      Bitmap picture = Noise(23, 11, depth);
+      picture.SetResolution(200, 100);
+      ApplyEffect(effect, picture);
+      const bool turned = effect.command == "Rotate";
+      EXPECT_EQ(turned ? 100 : 200, picture.HorizontalResolution()) << effect.command << ' ' << depth;
+      EXPECT_EQ(turned ? 200 : 100, picture.VerticalResolution()) << effect.command << ' ' << depth;
+    }
+  }
+}
+
+TEST(EffectSettings, OptionSetsWhatTheOthersUse) {
+  EffectSettings settings;
+  const Effect& option = *FindEffect("Option");
+  const auto standing = settings.ValuesOf(option);
+  EXPECT_EQ(Standard(option), std::vector(standing.begin(), standing.end()));
+  Bitmap none;
+  const ParameterSource source = [](const Effect& effect, std::span<double> values, const EffectPreview& preview) {
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      if (effect.parameters[i].name == "BlurSigma") values[i] = 3;
+      if (effect.parameters[i].name == "RotateAngle") values[i] = 180;
+    }
+    EXPECT_TRUE(preview(values).IsEmpty());
+    return true;
+  };
+  EXPECT_TRUE(RunEffect(option, none, settings, source));
+  EXPECT_EQ(3, settings.ValuesOf(*FindEffect("Blur"))[0]);
+  EXPECT_EQ(180, settings.ValuesOf(*FindEffect("Rotate"))[0]);
+  EXPECT_EQ(50, settings.ValuesOf(*FindEffect("Resize"))[0]);
+  Bitmap picture = Noise(9, 5, 8);
+  Bitmap expected = picture;
+  ApplyEffect(*FindEffect("Rotate"), expected, std::vector{180.0});
+  EXPECT_TRUE(RunEffect(*FindEffect("Rotate"), picture, settings, {}));
+  EXPECT_TRUE(SamePicture(expected, picture));
+}
+
+TEST(EffectSettings, BadValuesChangeNothing) {
+  EffectSettings settings;
+  EXPECT_EQ(NumberOf(ErrorNumber::InvalidProcedureCall), ErrorOf([&] {
+              settings.Set(*FindEffect("Resize"), std::vector{70.0, 3.0, -1.0, 0.0});
+            }));
+  EXPECT_EQ(50, settings.ValuesOf(*FindEffect("Resize"))[0]);
+  settings.Set(*FindEffect("Resize"), std::vector{70.0, 3.0, 1.0, 1.0});
+  EXPECT_EQ(70, settings.ValuesOf(*FindEffect("Resize"))[0]);
+}
+
+class EngineEffects : public ScratchTest {
+protected:
+  EngineEffects() { engine.Replace(before); }
+  Bitmap before = Noise(40, 30, 24);
+  KWPicEd engine;
+};
+
+TEST_F(EngineEffects, RunWithDefaults) {
+  for (const Effect& effect : Effects()) {
+    engine.Replace(before);
+    engine.Apply(effect.command);
+    Bitmap expected = before;
+    ApplyEffect(effect, expected);
+    EXPECT_TRUE(SamePicture(expected, engine.Current())) << effect.command;
+    EXPECT_EQ(expected.Width(), engine.Width());
+    EXPECT_EQ(expected.BitsPerPixel(), engine.BitsPerPixel());
+  }
+}
+
+TEST_F(EngineEffects, AsksForParametersWithAPreview) {
+  std::vector<std::string> asked;
+  engine.AskParametersFrom([&](const Effect& effect, std::span<double> values, const EffectPreview& preview) {
+    asked.emplace_back(effect.command);
+    if (effect.command != "Rotate") return true;
+    const Bitmap shown = preview(values);
+    EXPECT_EQ(30, shown.Width());
+    values[0] = 180;
+    Bitmap turned = before;
+    ApplyEffect(effect, turned, values);
+    EXPECT_TRUE(SamePicture(turned, preview(values)));
+    return true;
+  });
+  for (const Effect& effect : Effects()) {
+    engine.Replace(before);
+    engine.Apply(effect.command);
+    EXPECT_TRUE(effect.command != "Rotate" || engine.Width() == 40);
+  }
+  EXPECT_EQ((std::vector<std::string>{"Colorize", "Option", "Resize", "Rotate", "Threshold"}), asked);
+  // What was chosen once does not hold for the next time.
+  engine.AskParametersFrom({});
+  engine.Replace(before);
+  engine.Apply("Rotate");
+  EXPECT_EQ(30, engine.Width());
+}
+
+TEST_F(EngineEffects, CancellingLeavesThePicture) {
+  engine.AskParametersFrom([](const Effect&, std::span<double> values, const EffectPreview& preview) {
+    preview(values);
+    for (double& value : values) value += 1;
+    return false;
+  });
+  const std::string path = At("page.bmp");
+  engine.Save(path);
+  ASSERT_TRUE(engine.Load(path));
+  for (const char* const command : {"Rotate", "Resize", "Colorize", "Threshold", "Option"}) {
+    engine.Apply(command);
+    EXPECT_TRUE(SamePicture(before, engine.Current())) << command;
+  }
+  engine.AskParametersFrom({});
+  engine.Apply("Rotate");
+  Bitmap turned = before;
+  ApplyEffect(*FindEffect("Rotate"), turned);
+  EXPECT_TRUE(SamePicture(turned, engine.Current()));
+}
+
+TEST_F(EngineEffects, BadValuesAndFailuresLeaveThePicture) {
+  engine.AskParametersFrom([](const Effect&, std::span<double> values, const EffectPreview&) {
+    values[0] = 1e9;
+    return true;
+  });
+  for (const char* const command : {"Rotate", "Resize", "Colorize", "Threshold", "Option"}) {
+    EXPECT_EQ(NumberOf(ErrorNumber::InvalidProcedureCall), ErrorOf([&] { engine.Apply(command); })) << command;
+    EXPECT_TRUE(SamePicture(before, engine.Current())) << command;
+  }
+}
+
+TEST_F(EngineEffects, UnknownCommandAndNoPicture) {
+  EXPECT_EQ(NumberOf(ErrorNumber::InvalidProcedureCall), ErrorOf([&] { engine.Apply("rotate"); }));
+  KWPicEd empty;
+  EXPECT_EQ(NumberOf(ErrorNumber::ObjectVariableNotSet), ErrorOf([&] { empty.Apply("Rotate"); }));
+  EXPECT_NO_THROW(empty.Apply("Option"));
+}
+
+}  // namespace
+}  // namespace kw
