@@ -33,43 +33,16 @@ constexpr std::array<ToolCursor, 12> ToolCursors{{
 
 }  // namespace
 
-std::span<const Dispatcher::Command> Dispatcher::Commands() {
-  static constexpr std::array<Command, 28> commands{{
-      {"Save", &Dispatcher::Save},
-      {"Clear", &Dispatcher::Clear},
-      {"Cut", &Dispatcher::Cut},
-      {"Copy", &Dispatcher::Copy},
-      {"Paste", &Dispatcher::Paste},
-      {"Undo", &Dispatcher::Undo},
-      {"Redo", &Dispatcher::Redo},
-      {"ZoomIn", &Dispatcher::ZoomIn},
-      {"ZoomOut", &Dispatcher::ZoomOut},
-      {"ShowHideTools", &Dispatcher::ShowHideTools},
-      {"ShowHideBackImage", &Dispatcher::ShowHideBackImage},
-      {"PrevPage", &Dispatcher::PrevPage},
-      {"NextPage", &Dispatcher::NextPage},
-      {"Capture", &Dispatcher::Capture},
-      {"NoTools", &Dispatcher::NoTools},
-      {"Chooser", nullptr},
-      {"Fill", nullptr},
-      {"Pen", nullptr},
-      {"Text", nullptr},
-      {"Line", nullptr},
-      {"Rectangle", nullptr},
-      {"Circle", nullptr},
-      {"Rubber", nullptr},
-      {"Image", nullptr},
-      {"Signature", &Dispatcher::Signature},
-      {"Stamp", &Dispatcher::Stamp},
-      {"NoFillInside", nullptr},
-      {"FillInside", nullptr},
-  }};
-  return commands;
-}
-
-Dispatcher::Dispatcher(Desktop& platform, EditorForm& editorForm, Trap& errorTrap, EditorProperties& editorProperties,
-                       Zoom& zoomFactor)
-    : desktop(platform), form(editorForm), trap(errorTrap), properties(editorProperties), zoom(zoomFactor) {
+Dispatcher::Dispatcher(const Rooms& rooms)
+    : desktop(rooms.desktop),
+      form(rooms.form),
+      trap(rooms.trap),
+      properties(rooms.properties),
+      layers(rooms.layers),
+      zoom(rooms.zoom),
+      bracket(rooms.bracket),
+      document(rooms.document),
+      KWPic(rooms.KWPic) {
   form.tbrBasicTools.ConnectItems([this](ToolBar& bar) {
     bar.ButtonClick.Connect([this](const std::string& key) { tbrBasicTools_ButtonClick(key); });
   });
@@ -88,7 +61,7 @@ void Dispatcher::ToolbarButtonClick(const std::string& key) {
     if (found == commands.end())
       desktop.ShowMessageBox("ToolBar '" + key, "' not implemented yet ...");
     else if (found->run != nullptr)
-      (this->*found->run)();
+      (this->*found->run)(*found);
   });
   run([&] { SetCursorFromPressedTool(); });
 }
@@ -102,15 +75,6 @@ void Dispatcher::SetCursorFromPressedTool() {
     form.picCanvas.SetPointer(tool.pointer);
     return;
   }
-}
-
-void Dispatcher::Signature() {
-  form.tbrFillPattern.SetButtonPressed("NoFillInside", true);
-  tbrFillPattern_ButtonClick("NoFillInside");
-}
-
-void Dispatcher::StepPage(int step) {
-  form.PageIndex.SetValue(ToInteger16(ToInteger16(form.PageIndex.Value()) + step));
 }
 
 void Dispatcher::Forward(std::string_view procedure, const std::string& key) {

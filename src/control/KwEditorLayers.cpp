@@ -12,11 +12,12 @@ KwEditorLayers::KwEditorLayers(Desktop& platform, EditorEvents& container)
       layers(platform, form, trap),
       zoom(platform, form, trap, layers),
       scrolling(form, trap),
+      borders(platform, form, trap, zoom),
       bracket(platform, form, trap, layers, zoom, KWPic),
       document({platform, form, trap, layers, bracket, *this, KWPic}),
       strip(form, trap),
       coloursAndLines(form, trap, layers),
-      dispatcher(platform, form, trap, *this, zoom),
+      dispatcher({platform, form, trap, *this, layers, zoom, bracket, document, KWPic}),
       keyboard(form, trap, dispatcher, layers, zoom),
       clipboardWatch(platform, form, trap, *this) {
   ConnectEvents();

@@ -18,6 +18,7 @@
 #include "layers/Layers.h"
 #include "picture/KWPicEd.h"
 #include "trap/Trap.h"
+#include "view/Borders.h"
 #include "view/Scrolling.h"
 #include "view/Zoom.h"
 
@@ -117,6 +118,7 @@ private:
   Layers layers;
   Zoom zoom;
   Scrolling scrolling;
+  Borders borders;
   CommandBracket bracket;
   Document document;
   ToolBarStrip strip;

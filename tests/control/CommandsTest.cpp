@@ -1,0 +1,253 @@
+#include <algorithm>
+#include <array>
+#include <set>
+
+#include "support/EditorFixture.h"
+
+namespace kw::test {
+namespace {
+
+using Names = std::vector<std::string>;
+using Box = ScriptedDesktop::Box;
+
+class Commands : public EditorTest {
+protected:
+  // Runs a command on a key's own path: as a click on the bar that has it.
+  void Click(const std::string& key) { Form().tbrMoreTools.ButtonClick.Raise(key); }
+};
+
+TEST_F(Commands, StandInTheRequiredOrderWithoutDoubles) {
+  std::set<std::string_view> keys;
+  for (const Dispatcher::Command& row : Dispatcher::Commands()) EXPECT_TRUE(keys.insert(row.key).second) << row.key;
+  EXPECT_EQ(Dispatcher::Commands().front().key, "Save");
+  EXPECT_EQ(Dispatcher::Commands().back().key, "Open");
+}
+
+TEST_F(Commands, PlaceholdersOnlyShowTheirBox) {
+  const std::map<std::string, std::string> prompts{{"Clear", "clear"},     {"Cut", "cut"},
+                                                   {"Copy", "copy"},       {"Undo", "undo"},
+                                                   {"Redo", "redo"},       {"Paste", "mnuPasteSelectedArea_Click"},
+                                                   {"Capture", "Capture"}, {"NoTools", "NoTools"}};
+  for (const auto& [key, prompt] : prompts) {
+    desktop.boxes.clear();
+    Click(key);
+    EXPECT_EQ(desktop.boxes, std::vector<Box>{(Box{prompt, "", MessageButtons::Ok})}) << key;
+  }
+}
+
+TEST_F(Commands, AKeyInAnotherCaseOrUnknownIsNotImplemented) {
+  for (const char* key : {"save", "", "Merge"}) {
+    desktop.boxes.clear();
+    Click(key);
+    EXPECT_EQ(desktop.boxes,
+              (std::vector<Box>{{"ToolBar '" + std::string(key), "' not implemented yet ...", MessageButtons::Ok}}));
+  }
+}
+
+TEST_F(Commands, EveryBarTracesItsHandlerAndTheDispatcher) {
+  const std::vector<std::pair<ToolBar*, std::string>> bars{{&Form().tbrBasicTools(0), "tbrBasicTools_ButtonClick"},
+                                                           {&Form().tbrBasicTools(1), "tbrBasicTools_ButtonClick"},
+                                                           {&Form().tbrEditingTools, "tbrEditingTools_ButtonClick"},
+                                                           {&Form().tbrFillPattern, "tbrFillPattern_ButtonClick"},
+                                                           {&Form().tbrFonts, "tbrFonts_ButtonClick"},
+                                                           {&Form().tbrMoreTools, "tbrMoreTools_ButtonClick"},
+                                                           {&Form().tbrOpenFile, "tbrOpenFile_ButtonClick"}};
+  for (const auto& [bar, name] : bars) {
+    ForgetTrace();
+    bar->ButtonClick.Raise("Clear");
+    EXPECT_EQ(Trace(), (Names{name, "ToolbarButtonClick"}));
+  }
+}
+
+TEST_F(Commands, EngineCommandsRunInTheBracketOnceWithTheNotice) {
+  control->OpenFile(MakeImage("scan.bmp", 30, 40));
+  for (const char* key : {"Flip", "Invert", "Blur", "Rotate"}) {
+    desktop.boxes.clear();
+    ForgetTrace();
+    Click(key);
+    EXPECT_EQ(desktop.boxes, (std::vector<Box>{{"DoPreCommandProcess", "", MessageButtons::Ok}})) << key;
+    const Names trace = Trace();
+    EXPECT_EQ(std::count(trace.begin(), trace.end(), "DoPostCommandProcess"), 1) << key;
+  }
+  EXPECT_TRUE(events.errors.empty());
+  EXPECT_EQ(Form().editor.Pointer(), MousePointer::Default);
+}
+
+TEST_F(Commands, AResultLargerThanItsLayerGrowsTheLayer) {
+  control->OpenFile(MakeImage("scan.bmp", 30, 40));
+  Click("Rotate");
+  EXPECT_EQ(Form().TransLayers(1).Width(), 40);
+  EXPECT_EQ(Form().TransLayers(1).Height(), 30);
+  EXPECT_EQ(Form().TransLayers(1).Picture().Width(), 40);
+  EXPECT_EQ(Form().BorderCorner.Left(), 40);
+}
+
+TEST_F(Commands, AnEngineCommandWithoutAPageIsReportedOnceAndClosesTheBracket) {
+  Click("Invert");
+  EXPECT_EQ(events.errors, std::vector<int>{91});
+  EXPECT_EQ(Form().editor.Pointer(), MousePointer::Default);
+}
+
+TEST_F(Commands, DecreaseBppKeepsItsDepthOnTheLayer) {
+  control->OpenFile(MakeImage("scan.bmp"));
+  Click("DecreaseBpp");
+  EXPECT_EQ(Form().TransLayers(1).Picture().BitsPerPixel(), 8);
+  Click("IncreaseBpp");
+  EXPECT_EQ(Form().TransLayers(1).Picture().BitsPerPixel(), 24);
+}
+
+TEST_F(Commands, SignatureAlwaysLeavesNoFillPressed) {
+  Form().tbrFillPattern.SetButtonPressed("FillInside", true);
+  ForgetTrace();
+  Click("Signature");
+  EXPECT_TRUE(Form().tbrFillPattern.ButtonOf("NoFillInside").pressed);
+  EXPECT_EQ(Trace(), (Names{"tbrMoreTools_ButtonClick", "ToolbarButtonClick", "tbrFillPattern_ButtonClick",
+                            "ToolbarButtonClick"}));
+}
+
+TEST_F(Commands, StampOnlyPressesItsButton) {
+  Click("Stamp");
+  EXPECT_TRUE(Form().tbrEditingTools.ButtonOf("Stamp").pressed);
+  EXPECT_TRUE(desktop.boxes.empty());
+}
+
+TEST_F(Commands, EachToolHasItsCursor) {
+  control->OpenFile(MakeImage("scan.bmp"));
+  control->LetIsToAllowChooseColor(true);
+  control->LetSignatureFilePath(MakeImage("sign.bmp"));
+  for (const char* key : {"Circle", "Image", "Line", "Rectangle", "Signature"}) {
+    Form().tbrEditingTools.UserClick(key);
+    EXPECT_EQ(Form().picCanvas.Pointer(), MousePointer::Cross) << key;
+  }
+  for (const char* key : {"Chooser", "Fill", "Pen", "Rubber", "Stamp", "Text"}) {
+    Form().tbrEditingTools.UserClick(key);
+    EXPECT_EQ(Form().picCanvas.Pointer(), MousePointer::Custom) << key;
+    EXPECT_EQ(Form().picCanvas.PointerIcon(), std::string(key) + ".Ico");
+  }
+  Form().tbrEditingTools.UserClick("NoTools");
+  EXPECT_EQ(Form().picCanvas.Pointer(), MousePointer::Default);
+}
+
+TEST_F(Commands, ShowHideToolsTogglesTheToolBox) {
+  Click("ShowHideTools");
+  EXPECT_FALSE(Form().kwraTools.Visible());
+  Click("ShowHideTools");
+  EXPECT_TRUE(Form().kwraTools.Visible());
+}
+
+TEST_F(Commands, FontSettingsSetsTheCurrentLayersFontAndACancelLeavesIt) {
+  Font chosen;
+  chosen.name = "Arial";
+  chosen.size = 20;
+  chosen.italic = true;
+  desktop.fontAnswers.emplace_back([&](Font& font) {
+    EXPECT_TRUE(font == Font());
+    font = chosen;
+  });
+  Click("FontSettings");
+  EXPECT_TRUE(control->LayerRoom().CurrentLayer().TextFont() == chosen);
+  Click("FontSettings");
+  EXPECT_TRUE(control->LayerRoom().CurrentLayer().TextFont() == chosen);
+  EXPECT_TRUE(events.errors.empty());
+}
+
+TEST_F(Commands, OpenAsksAgainUntilTheFileExists) {
+  const std::string path = MakeImage("scan.bmp");
+  desktop.openAnswers.emplace_back([&](OpenDialog& dialog) { dialog.fileName = folder.File("none.bmp"); });
+  desktop.openAnswers.emplace_back([&](OpenDialog& dialog) { dialog.fileName = path; });
+  control->OpenFile(MakeImage("earlier.bmp"));
+  desktop.boxes.clear();
+  Click("Open");
+  ASSERT_EQ(desktop.boxes.size(), 2U);
+  EXPECT_EQ(desktop.boxes[0], (Box{"File does not exist..\r\nPlease select the filename again..", "File Open Error",
+                                   MessageButtons::Ok}));
+  EXPECT_EQ(control->OpenedDocument().FirstFilePath(), path);
+  EXPECT_EQ(desktop.openShown[0].filterIndex, 2);
+  EXPECT_TRUE(desktop.openShown[0].isReadOnlyBoxHidden);
+  EXPECT_TRUE(Form().TransLayers(1).HasPicture());
+}
+
+TEST_F(Commands, OpenCancelledIsTheDialogsErrorInTheSharedHandler) {
+  Click("Open");
+  EXPECT_EQ(events.errors, std::vector<int>{32755});
+  EXPECT_FALSE(Form().editor.Enabled());
+}
+
+TEST_F(Commands, PrintEndsThePrintersJob) {
+  desktop.PrintPicture(Bitmap(1, 1, 1));
+  Click("Print");
+  EXPECT_EQ(desktop.printedJobs.size(), 1U);
+  EXPECT_TRUE(desktop.openJob.empty());
+}
+
+TEST_F(Commands, ZoomStepsThroughItsListAndStopsAtItsEnds) {
+  control->OpenFile(MakeImage("scan.bmp"));
+  const auto zoomText = [&] { return Form().cmbZoomFactor.Text(); };
+  Click("ZoomIn");
+  EXPECT_EQ(zoomText(), "150 %");
+  Click("ZoomOut");
+  EXPECT_EQ(zoomText(), "100 %");
+  desktop.boxes.clear();
+  control->ZoomRoom().LetZoomFactor(4.0);
+  Click("ZoomIn");
+  control->ZoomRoom().LetZoomFactor(0.1);
+  Click("ZoomOut");
+  EXPECT_EQ(desktop.boxes, (std::vector<Box>{{"Can not Zoom in more..", "Zoom Error", MessageButtons::Ok},
+                                             {"Can not Zoom out more..", "Error", MessageButtons::Ok}}));
+  EXPECT_EQ(control->ZoomRoom().ZoomFactor(), 0.1);
+  control->ZoomRoom().LetZoomFactor(0.3);
+  EXPECT_EQ(zoomText(), "30 %");
+  ForgetTrace();
+  control->ZoomRoom().LetZoomFactor(1.25);
+  EXPECT_EQ(zoomText(), "30 %");
+  EXPECT_EQ(Trace(), (Names{"Let ZoomFactor", "UpdateAndZoom"}));
+}
+
+TEST_F(Commands, ChoosingAZoomBeforeAPageIsOpenDoesNothing) {
+  ForgetTrace();
+  Form().cmbZoomFactor.UserChoose(1);
+  EXPECT_EQ(Trace(), Names{"cmbZoomFactor_Click"});
+  EXPECT_EQ(control->ZoomRoom().ZoomFactor(), 1.0);
+}
+
+using ShortCuts = EditorTest;
+
+TEST_F(ShortCuts, WithoutAPageAreIgnored) {
+  ForgetTrace();
+  for (const std::int16_t key : std::to_array<std::int16_t>({27, 1, 3, 13, 26})) Form().picCanvas.KeyPress.Raise(key);
+  Form().picCanvas.KeyUp.Raise(46, 0);
+  EXPECT_EQ(Trace(), (Names{"picCanvas_KeyPress", "picCanvas_KeyPress", "picCanvas_KeyPress", "picCanvas_KeyPress",
+                            "picCanvas_KeyPress", "picCanvas_KeyUp"}));
+}
+
+TEST_F(ShortCuts, RunTheCommandsOfTheirButtonsWhileTheseAreEnabled) {
+  control->OpenFile(MakeImage("scan.bmp"));
+  desktop.boxes.clear();
+  for (const std::int16_t key : std::to_array<std::int16_t>({3, 24, 26, 25})) Form().picCanvas.KeyPress.Raise(key);
+  Form().picCanvas.KeyUp.Raise(46, 0);
+  Form().picCanvas.KeyPress.Raise(46);
+  Names prompts;
+  for (const Box& box : desktop.boxes) prompts.push_back(box.prompt);
+  EXPECT_EQ(prompts, (Names{"copy", "cut", "clear"}));
+  BasicBar("Undo").SetButtonEnabled("Undo", true);
+  Form().picCanvas.KeyPress.Raise(26);
+  EXPECT_EQ(desktop.boxes.back().prompt, "undo");
+}
+
+TEST_F(ShortCuts, EnterMergesLikeCtrlM) {
+  control->OpenFile(MakeImage("scan.bmp"));
+  ForgetTrace();
+  Form().picCanvas.KeyPress.Raise(13);
+  Form().picCanvas.KeyPress.Raise(1);
+  EXPECT_EQ(Trace(), (Names{"picCanvas_KeyPress", "mnuMergeDown_Click", "picCanvas_KeyPress", "mnuSelectAll_Click"}));
+}
+
+TEST_F(ShortCuts, EscapeRebuildsTheView) {
+  control->OpenFile(MakeImage("scan.bmp"));
+  ForgetTrace();
+  Form().picCanvas.KeyPress.Raise(27);
+  EXPECT_EQ(Trace(), (Names{"picCanvas_KeyPress", "UpdateAndZoom"}));
+}
+
+}  // namespace
+}  // namespace kw::test
