@@ -156,12 +156,12 @@ void InPlaceActivation::ReleasePlaces() {
 }
 
 void InPlaceActivation::FollowUiDead() {
-  if (pane == nullptr) return;
+  if (Window() == nullptr) return;
   EnableWindow(Window(), core.Site().AmbientBoolean(DISPID_AMBIENT_UIDEAD).value_or(false) ? FALSE : TRUE);
 }
 
 HRESULT InPlaceActivation::SetRects(const RECT& position, const RECT& clip) {
-  if (pane == nullptr) return E_UNEXPECTED;
+  if (Window() == nullptr) return E_UNEXPECTED;  // none yet, or the container destroyed its own with it
   RECT visible = {};
   IntersectRect(&visible, &position, &clip);
   HRGN region = nullptr;

@@ -100,8 +100,12 @@ HRESULT Register() {
 }
 
 HRESULT Unregister() {
-  HRESULT result = UnRegisterTypeLib(LIBID_KwEditor, TypeLibraryMajor, TypeLibraryMinor, LOCALE_NEUTRAL, System);
-  if (result == TYPE_E_REGISTRYACCESS || result == TYPE_E_LIBNOTREGISTERED) result = S_OK;  // it was not registered
+  HRESULT result = S_OK;
+  BSTR path = nullptr;
+  if (SUCCEEDED(QueryPathOfRegTypeLib(LIBID_KwEditor, TypeLibraryMajor, TypeLibraryMinor, LOCALE_NEUTRAL, &path))) {
+    SysFreeString(path);
+    result = UnRegisterTypeLib(LIBID_KwEditor, TypeLibraryMajor, TypeLibraryMinor, LOCALE_NEUTRAL, System);
+  }
   for (const std::wstring& key : {ClassKey(), std::wstring(ProgId), std::wstring(VersionedProgId)}) {
     const HRESULT removed = RemoveTree(key);
     if (FAILED(removed)) result = removed;

@@ -13,31 +13,40 @@ namespace {
 
 class AtlHostTest : public ControlTest {
 protected:
+  using Procedure = HRESULT(STDAPICALLTYPE*)();
   using Init = BOOL(WINAPI*)();
-  using Attach = HRESULT(WINAPI*)(IUnknown* control, HWND window, IUnknown** container);
+  using GetControl = HRESULT(WINAPI*)(HWND window, IUnknown** control);
 
-  template <class Procedure>
-  static Procedure Find(const char* name) {
-    return reinterpret_cast<Procedure>(reinterpret_cast<void*>(GetProcAddress(LoadLibraryW(L"atl100.dll"), name)));
+  template <class Wanted>
+  static Wanted Find(HMODULE library, const char* name) {
+    return reinterpret_cast<Wanted>(reinterpret_cast<void*>(GetProcAddress(library, name)));
   }
 
   void SetUp() override {
+    const HMODULE atl = LoadLibraryW(L"atl100.dll");
+    if (atl == nullptr) GTEST_SKIP() << "this system has no atl100.dll";
     ControlTest::SetUp();
-    if (LoadLibraryW(L"atl100.dll") == nullptr) GTEST_SKIP() << "this system has no atl100.dll";
     ASSERT_HRESULT_SUCCEEDED(OleInitialize(nullptr));
-    ASSERT_TRUE(Find<Init>("AtlAxWinInit")() != 0);
-    frame = CreateWindowExW(0, L"Static", L"Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0, 800, 600,
-                            nullptr, nullptr, nullptr, nullptr);
-    host = CreateWindowExW(0, L"AtlAxWin100", L"", WS_CHILD | WS_VISIBLE, 0, 0, 500, 400, frame, nullptr, nullptr,
-                           nullptr);
+    static const BOOL ready = Find<Init>(atl, "AtlAxWinInit")();
+    ASSERT_TRUE(ready != 0);
+    // The host makes the control by its name, which is its window's text.
+    ASSERT_HRESULT_SUCCEEDED(Find<Procedure>(Ocx::Library(), "DllRegisterServer")());
+    frame = CreateWindowExW(0, L"Static", L"Host", WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0, 800, 600, nullptr,
+                            nullptr, nullptr, nullptr);
+    host = CreateWindowExW(0, L"AtlAxWin100", L"KwEditor.KwEditorLayers", WS_CHILD | WS_VISIBLE, 0, 0, 500, 400, frame,
+                           nullptr, nullptr, nullptr);
     ASSERT_NE(host, nullptr);
-    ASSERT_HRESULT_SUCCEEDED(Find<Attach>("AtlAxAttachControl")(control.Get(), host, nullptr));
-    // This host makes the control anew from an empty state, so the folder is given here.
-    control->put_AppDir(Text(scratch.Path()));
+    ComPtr<IUnknown> hosted;
+    ASSERT_HRESULT_SUCCEEDED(Find<GetControl>(atl, "AtlAxGetControl")(host, &hosted));
+    control.Reset();
+    ASSERT_EQ(hosted.As(&control), S_OK);
+    control->put_AppDir(Text(scratch.Path()));  // a new control has none
     PumpMessages(50);
   }
   void TearDown() override {
     if (frame != nullptr) DestroyWindow(frame);
+    PumpMessages(50);
+    EXPECT_HRESULT_SUCCEEDED(Find<Procedure>(Ocx::Library(), "DllUnregisterServer")());
     ControlTest::TearDown();
     OleUninitialize();
   }

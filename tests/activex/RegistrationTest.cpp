@@ -212,16 +212,13 @@ TEST(RegistrationFreeTest, IsMadeThroughAManifest) {
     std::ofstream file{std::filesystem::path(manifest)};
     for (const wchar_t letter : text) file.put(static_cast<char>(letter));
     file.close();
-    const std::wstring folder = std::filesystem::path(Ocx::Path()).parent_path().wstring();
+    // A host ships the control in its own folder.
+    ASSERT_TRUE(CopyFileW(Ocx::Path().c_str(), scratch.File(L"KwEditor.ocx").c_str(), FALSE) != 0);
     ACTCTXW description = {};
     description.cbSize = sizeof description;
-    description.dwFlags = ACTCTX_FLAG_ASSEMBLY_DIRECTORY_VALID;
     description.lpSource = manifest.c_str();
-    description.lpAssemblyDirectory = folder.c_str();
     const HANDLE context = CreateActCtxW(&description);
     ASSERT_NE(context, INVALID_HANDLE_VALUE) << GetLastError();
-    // The file of the class is looked for beside the manifest's host or on the path.
-    SetDllDirectoryW(folder.c_str());
     ULONG_PTR cookie = 0;
     ASSERT_TRUE(ActivateActCtx(context, &cookie) != 0);
     ComPtr<_KwEditorLayers> control;
@@ -229,10 +226,12 @@ TEST(RegistrationFreeTest, IsMadeThroughAManifest) {
         CoCreateInstance(CLSID_KwEditorLayers, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&control)));
     DeactivateActCtx(0, cookie);
     ReleaseActCtx(context);
-    SetDllDirectoryW(nullptr);
     ASSERT_NE(control.Get(), nullptr);
     EXPECT_FALSE(KeyExists(ClassKey)) << "this test is worth nothing while the control is registered";
     EXPECT_EQ(control->put_MaxUndoLevels(7), S_OK);
+    control.Reset();
+    CoFreeUnusedLibrariesEx(0, 0);
+    EXPECT_TRUE(DeleteFileW(scratch.File(L"KwEditor.ocx").c_str()) != 0) << "the library is still loaded";
   }
   OleUninitialize();
 }

@@ -6,8 +6,8 @@
 namespace kw::test {
 
 StrictContainer::StrictContainer() {
-  window = CreateWindowExW(0, L"Static", L"Strict container", WS_OVERLAPPEDWINDOW | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0,
-                           700, 500, nullptr, nullptr, nullptr, nullptr);
+  window = CreateWindowExW(0, L"Static", L"Strict container", WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0, 700, 500,
+                           nullptr, nullptr, nullptr, nullptr);
 }
 
 StrictContainer::~StrictContainer() {
