@@ -1,0 +1,163 @@
+// Documents, errors and files, seen by a host: good files, bad files, the trace and the scratch bitmap.
+
+#include <windows.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "activex/BoxAnswerer.h"
+#include "activex/Fixture.h"
+#include "activex/Sinks.h"
+
+namespace kw::test {
+namespace {
+
+class DocumentTest : public ControlTest {
+protected:
+  DocumentTest() : connection(control.Get(), DIID___KwEditorLayers, &sink) {}
+  void TearDown() override {
+    connection.Cut();
+    ControlTest::TearDown();
+  }
+  // Opens a file and returns the boxes that came up, the list of pending work left out.
+  std::vector<std::string> Open(const std::wstring& path) {
+    sink.events.clear();
+    const BoxAnswerer user;
+    EXPECT_EQ(control->OpenFile(Text(path)), S_OK);
+    std::vector<std::string> boxes = user.Boxes();
+    EXPECT_FALSE(boxes.empty());
+    if (!boxes.empty()) {
+      EXPECT_NE(boxes[0].find("Yet to implement : ReCreateUndoFileIndex/tmrWatchClipBoard_Timer"), std::string::npos);
+      boxes.erase(boxes.begin());
+    }
+    return boxes;
+  }
+  std::wstring Write(const std::wstring& name, const std::string& bytes) {
+    std::ofstream(std::filesystem::path(scratch.File(name)), std::ios::binary).write(bytes.data(), std::ssize(bytes));
+    return scratch.File(name);
+  }
+  static std::string Read(const std::wstring& path) {
+    std::ifstream file(std::filesystem::path(path), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+  }
+  bool IsTrue(HRESULT (STDMETHODCALLTYPE _KwEditorLayers::*get)(VARIANT_BOOL*)) const {
+    VARIANT_BOOL value = VARIANT_FALSE;
+    EXPECT_EQ((control.Get()->*get)(&value), S_OK);
+    return value != VARIANT_FALSE;
+  }
+  static std::vector<std::string> Names(const std::vector<std::string>& events) {
+    std::vector<std::string> names;
+    for (const std::string& event : events) names.push_back(event.substr(0, event.find('(')));
+    return names;
+  }
+
+  EventSink sink;
+  Connection connection;
+};
+
+const std::vector<std::string> InvalidFile = {"File Error: Invalid file format.."};
+
+TEST_F(DocumentTest, UnreadableFilesAreRefusedAndTheNextOneOpens) {
+  const std::string tiff = Read(scratch.WriteTiff(L"good.tif", 1));
+  const std::wstring bad[] = {
+      scratch.File(L"missing.tif"),
+      Write(L"empty.tif", ""),
+      Write(L"cut.tif", tiff.substr(0, tiff.size() / 2)),
+      Write(L"text.tif", "This is no picture at all."),
+      Write(L"huge.bmp",
+            std::string("BM\0\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\xff\xff\xff\x7f\xff\xff\xff\x7f\1\0\x18\0", 30) +
+                std::string(24, '\0')),
+      scratch.Path() + L"folder.tif",
+  };
+  std::filesystem::create_directory(scratch.File(L"folder.tif"));
+  for (const std::wstring& path : bad) {
+    const std::vector<std::string> boxes = Open(path);
+    EXPECT_FALSE(boxes.empty()) << std::string(path.begin(), path.end());
+    for (const std::string& box : boxes) EXPECT_EQ(box, InvalidFile[0]);
+    EXPECT_FALSE(IsTrue(&_KwEditorLayers::get_IsEditable));
+    EXPECT_TRUE(IsTrue(&_KwEditorLayers::get_Enabled));
+  }
+  control->put_IsEditable(VARIANT_TRUE);
+  EXPECT_TRUE(Open(scratch.File(L"good.tif")).empty());
+  EXPECT_TRUE(IsTrue(&_KwEditorLayers::get_IsEditable));
+  EXPECT_EQ(Read(scratch.File(L"good.tif")), tiff) << "the host's file was changed";
+}
+
+TEST_F(DocumentTest, LockedFileIsRefused) {
+  const std::wstring path = scratch.WriteTiff(L"locked.tif", 2);
+  const HANDLE lock = CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  ASSERT_NE(lock, INVALID_HANDLE_VALUE);
+  EXPECT_FALSE(Open(path).empty());
+  CloseHandle(lock);
+  control->put_IsEditable(VARIANT_TRUE);
+  EXPECT_TRUE(Open(path).empty());
+}
+
+TEST_F(DocumentTest, FirstPageFileOpensTheDocumentUpToTheFirstGap) {
+  EXPECT_TRUE(Open(scratch.WriteTiff(L"D.tif", 4)).empty());
+  EXPECT_EQ(sink.events.size(), 5U);
+  ASSERT_TRUE(DeleteFileW(scratch.File(L"D_Page_3.tif").c_str()) != 0);
+  ASSERT_TRUE(DeleteFileW(scratch.File(L"D.tif").c_str()) != 0);
+  EXPECT_TRUE(Open(scratch.File(L"D_Page_1.tif")).empty());
+  EXPECT_EQ(sink.events, std::vector<std::string>{"PageChanged(1)"}) << "nothing is split again";
+}
+
+TEST_F(DocumentTest, LaterDocumentsAreSplitUnderTheFirstName) {
+  Open(scratch.WriteTiff(L"First.tif", 2));
+  Open(scratch.WriteTiff(L"Second.tif", 2));
+  EXPECT_TRUE(FileExists(scratch.File(L"First_Page_2.tif")));
+  EXPECT_FALSE(FileExists(scratch.File(L"Second_Page_2.tif")));
+}
+
+TEST_F(DocumentTest, NamesMayHoldAnyCharacter) {
+  const std::wstring name = L"Bef\x00FCnde \x65E5\x672C \xD83D\xDDC2";
+  EXPECT_TRUE(Open(scratch.WriteTiff(name + L".tif", 2)).empty());
+  EXPECT_TRUE(FileExists(scratch.File(name + L"_Page_2.tif")));
+}
+
+TEST_F(DocumentTest, ASecondErrorIsSilent) {
+  const std::wstring document = scratch.WriteTiff(L"nodot", 2);
+  const std::vector<std::string> boxes = Open(document);
+  ASSERT_FALSE(boxes.empty());
+  EXPECT_EQ(boxes[0].find("Critical Error: Error Number : "), 0U);
+  EXPECT_EQ(std::count(sink.events.begin(), sink.events.end(), sink.events[0]), 1);
+  EXPECT_FALSE(IsTrue(&_KwEditorLayers::get_Enabled));
+  const std::string trace = Read(scratch.File(L"FunctionsInExecution.txt"));
+  EXPECT_NE(trace.find("\r\n" + std::string(80, '*') + "\r\n"), std::string::npos);
+  EXPECT_NE(trace.find("FunctionInExecution : \r\n"), std::string::npos);
+  // The control is disabled now: the same again shows no report and tells no host.
+  for (const std::string& box : Open(document)) EXPECT_NE(box.find("Critical Error"), 0U);
+  for (const std::string& event : Names(sink.events)) EXPECT_NE(event, "ErrorOccured");
+}
+
+TEST_F(DocumentTest, FolderWithoutABackslashIsPartOfTheTraceFilesName) {
+  std::filesystem::create_directory(scratch.File(L"work"));
+  control->put_AppDir(Text(scratch.File(L"work")));
+  control->SavePage();
+  EXPECT_TRUE(FileExists(scratch.File(L"workFunctionsInExecution.txt")));
+  EXPECT_FALSE(FileExists(scratch.File(L"work\\FunctionsInExecution.txt")));
+  control->put_AppDir(Text(scratch.Path()));
+}
+
+TEST_F(DocumentTest, EndLeavesTheTraceAndNoScratchBitmap) {
+  Open(scratch.WriteTiff(L"D.tif", 1));
+  connection.Cut();
+  control.Reset();
+  int bitmaps = 0;
+  for (const auto& entry : std::filesystem::directory_iterator(scratch.Path())) {
+    bitmaps += entry.path().extension() == L".bmp" ? 1 : 0;
+  }
+  EXPECT_EQ(bitmaps, 0);
+  EXPECT_TRUE(FileExists(scratch.File(L"FunctionsInExecution.txt")));
+}
+
+TEST_F(DocumentTest, EmptyPathIsReportedAndNoCrash) {
+  EXPECT_FALSE(Open(L"").empty());
+  const BoxAnswerer user;
+  EXPECT_EQ(control->OpenFile(nullptr), S_OK);
+}
+
+}  // namespace
+}  // namespace kw::test
