@@ -19,6 +19,7 @@ KwEditorLayers::KwEditorLayers(Desktop& platform, EditorEvents& container)
       coloursAndLines(form, trap, layers),
       dispatcher({platform, form, trap, *this, layers, zoom, bracket, document, KWPic}),
       keyboard(form, trap, dispatcher, layers, zoom),
+      drawingTools(platform, form, trap, layers),
       clipboardWatch(platform, form, trap, *this) {
   ConnectEvents();
 }
@@ -32,11 +33,29 @@ void KwEditorLayers::ConnectEvents() {
   editor.KeyUp.Connect([this](std::int16_t code, std::int16_t shift) { UserControl_KeyUp(code, shift); });
   form.tmrDefaultToolsSelection.Tick.Connect([this] { tmrDefaultToolsSelection_Timer(); });
 
+  form.mnuCopySelectedArea.Click.Connect([this] { dispatcher.ToolbarButtonClick("Copy"); });
+  form.mnuCutSelectedArea.Click.Connect([this] { dispatcher.ToolbarButtonClick("Cut"); });
+  form.mnuPasteSelectedArea.Click.Connect([this] { mnuPasteSelectedArea_Click(); });
+  form.Label2.Click.Connect([this] { Label2_Click(); });
+
   trap.ErrorOccured.Connect(
       [this](std::int16_t& number, std::string& message) { events.ErrorOccured(number, message); });
   document.NewPageCreated.Connect(
       [this](std::string& path, std::int16_t& page, std::int16_t& count) { events.NewPageCreated(path, page, count); });
   document.PageChanged.Connect([this](std::int16_t& page) { events.PageChanged(page); });
+}
+
+void KwEditorLayers::mnuPasteSelectedArea_Click() {
+  Procedure run(trap, "mnuPasteSelectedArea_Click");
+  run([&] { dispatcher.ToolbarButtonClick("Paste"); });
+}
+
+void KwEditorLayers::Label2_Click() {
+  Procedure run(trap, "Label2_Click");
+  TransparentPicture& back = form.TransBackImage;
+  run([&] { back.SetWidth(back.Width() / 4); });
+  run([&] { back.SetPicture(back.SourcePicture()); });
+  run([&] { zoom.UpdateAndZoom(); });
 }
 
 void KwEditorLayers::OpenFile(const std::string& fPath) { document.OpenFile(fPath); }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "canvas/ClipboardWatch.h"
+#include "canvas/DrawingTools.h"
 #include "commands/ColoursAndLines.h"
 #include "commands/Dispatcher.h"
 #include "commands/Keyboard.h"
@@ -98,6 +99,8 @@ private:
   void UserControl_KeyPress(std::int16_t keyAscii);
   void UserControl_KeyUp(std::int16_t keyCode, std::int16_t shift);
   void tmrDefaultToolsSelection_Timer();
+  void mnuPasteSelectedArea_Click();
+  void Label2_Click();
   void lineRightBorderForSelectedArea_MouseUp();
 
   void ConnectEvents();
@@ -125,6 +128,7 @@ private:
   ColoursAndLines coloursAndLines;
   Dispatcher dispatcher;
   Keyboard keyboard;
+  DrawingTools drawingTools;
   ClipboardWatch clipboardWatch;
 
   bool m_IsToShowBackImage = false;
