@@ -9,8 +9,6 @@
 namespace kw::activex {
 namespace {
 
-using Microsoft::WRL::ComPtr;
-
 // COM's Boolean and its 16-bit integer are one C++ type; the editor's own types tell them apart.
 void ToCom(bool value, VARIANT_BOOL* out) { *out = value ? VARIANT_TRUE : VARIANT_FALSE; }
 void ToCom(std::int16_t value, short* out) { *out = value; }
@@ -57,7 +55,10 @@ STDMETHODIMP Automation::GetTypeInfo(UINT index, LCID, ITypeInfo** info) {
   return AtEdge(core.Life(), [&] {
     if (info == nullptr) return E_POINTER;
     *info = nullptr;
-    return index == 0 ? Module::LoadTypeInfo(IID__KwEditorLayers, info) : DISP_E_BADINDEX;
+    if (index != 0) return DISP_E_BADINDEX;
+    const HRESULT result = core.Members().Get(info);
+    if (SUCCEEDED(result)) (*info)->AddRef();
+    return result;
   });
 }
 
@@ -65,8 +66,8 @@ STDMETHODIMP Automation::GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, 
   return AtEdge(core.Life(), [&] {
     if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
     if (names == nullptr || ids == nullptr) return E_POINTER;
-    ComPtr<ITypeInfo> info;
-    const HRESULT result = Module::LoadTypeInfo(IID__KwEditorLayers, &info);
+    ITypeInfo* info = nullptr;
+    const HRESULT result = core.Members().Get(&info);
     return FAILED(result) ? result : info->GetIDsOfNames(names, count, ids);
   });
 }
@@ -76,8 +77,8 @@ STDMETHODIMP Automation::Invoke(DISPID id, REFIID iid, LCID, WORD flags, DISPPAR
   return AtEdge(core.Life(), [&] {
     if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
     if (parameters == nullptr) return E_POINTER;
-    ComPtr<ITypeInfo> info;
-    const HRESULT loaded = Module::LoadTypeInfo(IID__KwEditorLayers, &info);
+    ITypeInfo* info = nullptr;
+    const HRESULT loaded = core.Members().Get(&info);
     if (FAILED(loaded)) return loaded;
     SetErrorInfo(0, nullptr);  // what an earlier call left behind is not this call's error
     return info->Invoke(static_cast<_KwEditorLayers*>(this), id, flags, parameters, result, exception, badArgument);

@@ -6,7 +6,7 @@
 
 namespace kw::activex {
 EditorCore::EditorCore(IUnknown& controlling)
-    : life(controlling), events(life), activation(*this), desktop(life, activation), editor(desktop, events) {
+    : life(controlling), events(life, members), activation(*this), desktop(life, activation), editor(desktop, events) {
   const Lifetime::Entry entry(life);
   events.OnChange([this] {
     dirty = true;

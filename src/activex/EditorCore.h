@@ -10,6 +10,7 @@
 #include "activex/HostedDesktop.h"
 #include "activex/InPlaceActivation.h"
 #include "activex/Lifetime.h"
+#include "activex/MemberDescription.h"
 #include "control/KwEditorLayers.h"
 
 namespace kw::activex {
@@ -24,6 +25,7 @@ public:
 
   Lifetime& Life() { return life; }
   HostSite& Site() { return site; }
+  MemberDescription& Members() { return members; }
   HostEvents& Events() { return events; }
   KwEditorLayers& Editor() { return editor; }
   InPlaceActivation& Activation() { return activation; }
@@ -55,6 +57,7 @@ private:
 
   Lifetime life;
   HostSite site;
+  MemberDescription members;
   HostEvents events;
   InPlaceActivation activation;
   HostedDesktop desktop;

@@ -3,9 +3,7 @@
 #include <algorithm>
 
 #include "activex/KwEditor.h"
-#include "activex/Module.h"
 #include "activex/Text.h"
-#include "components/Unicode.h"
 
 namespace kw::activex {
 namespace {
@@ -28,20 +26,11 @@ VARIANT ByReference(Bstr& text) {
   return argument;
 }
 
-// The number of a property in the type library; DISPID_UNKNOWN for a name that is not public.
-DISPID PropertyNumber(const std::string& name) {
-  ComPtr<ITypeInfo> info;
-  if (FAILED(Module::LoadTypeInfo(IID__KwEditorLayers, &info))) return DISPID_UNKNOWN;
-  std::u16string wide = Utf16FromUtf8(name);
-  auto* text = reinterpret_cast<LPOLESTR>(wide.data());
-  MEMBERID number = DISPID_UNKNOWN;
-  return SUCCEEDED(info->GetIDsOfNames(&text, 1, &number)) ? number : DISPID_UNKNOWN;
-}
-
 }  // namespace
 
-HostEvents::HostEvents(Lifetime& owner)
+HostEvents::HostEvents(Lifetime& owner, MemberDescription& description)
     : life(owner),
+      members(description),
       eventPoint(owner, DIID___KwEditorLayers, true),
       propertyPoint(owner, IID_IPropertyNotifySink, false) {}
 
@@ -90,7 +79,7 @@ void HostEvents::PageChanged(std::int16_t& pageNo) { Raise(PageChangedEventId, {
 
 void HostEvents::PropertyChanged(const std::string& propertyName) {
   if (changed) changed();
-  const DISPID property = PropertyNumber(propertyName);
+  const DISPID property = members.NumberOf(propertyName);
   if (property == DISPID_UNKNOWN) return;
   if (freezes == 0) {
     TellChanged(property);

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "activex/ConnectionPoint.h"
+#include "activex/MemberDescription.h"
 #include "control/EditorEvents.h"
 
 namespace kw::activex {
@@ -15,7 +16,7 @@ namespace kw::activex {
 // While the host has frozen events, events are dropped; changed properties are remembered and told at the thaw.
 class HostEvents final : public EditorEvents {
 public:
-  explicit HostEvents(Lifetime& owner);
+  HostEvents(Lifetime& owner, MemberDescription& description);
 
   ConnectionPoint& EventPoint() { return eventPoint; }
   ConnectionPoint& PropertyPoint() { return propertyPoint; }
@@ -38,6 +39,7 @@ private:
   void TellChanged(DISPID property);
 
   Lifetime& life;
+  MemberDescription& members;
   ConnectionPoint eventPoint;
   ConnectionPoint propertyPoint;
   int freezes = 0;

@@ -286,17 +286,7 @@ TEST_F(ActivationTest, WorksOnAfterTheSiteIsGone) {
 
 TEST_F(ActivationTest, MakesRealControlsForItsForm) {
   ASSERT_EQ(container.DoVerb(OLEIVERB_INPLACEACTIVATE), S_OK);
-  int toolBars = 0;
-  EnumChildWindows(
-      container.ControlWindow(),
-      [](HWND window, LPARAM count) -> BOOL {
-        wchar_t name[64];
-        GetClassNameW(window, name, 64);
-        if (std::wstring(name) == TOOLBARCLASSNAMEW) ++*reinterpret_cast<int*>(count);
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&toolBars));
-  EXPECT_GE(toolBars, 3);
+  EXPECT_GE(ChildWindows(container.ControlWindow(), TOOLBARCLASSNAMEW).size(), 3U);
   container.LetGo();
 }
 

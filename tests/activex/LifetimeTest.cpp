@@ -45,18 +45,9 @@ protected:
   }
   // The user turns the page by the spinner; the notification comes as the window itself would send it.
   void TurnThePage() {
-    HWND spinner = nullptr;
-    EnumChildWindows(
-        container.ControlWindow(),
-        [](HWND window, LPARAM found) -> BOOL {
-          wchar_t name[64];
-          GetClassNameW(window, name, 64);
-          if (std::wstring(name) != UPDOWN_CLASSW) return TRUE;
-          *reinterpret_cast<HWND*>(found) = window;
-          return FALSE;
-        },
-        reinterpret_cast<LPARAM>(&spinner));
-    ASSERT_NE(spinner, nullptr);
+    const std::vector<HWND> spinners = ChildWindows(container.ControlWindow(), UPDOWN_CLASSW);
+    ASSERT_FALSE(spinners.empty());
+    const HWND spinner = spinners.front();
     NMUPDOWN step = {};
     step.hdr.hwndFrom = spinner;
     step.hdr.idFrom = static_cast<UINT_PTR>(GetDlgCtrlID(spinner));

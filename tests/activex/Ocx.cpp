@@ -15,6 +15,18 @@ std::wstring ProgramPath() {
   return path;
 }
 
+struct ChildSearch {
+  std::wstring className;
+  std::vector<HWND> found;
+};
+
+BOOL CALLBACK Collect(HWND window, LPARAM search) {
+  auto& asked = *reinterpret_cast<ChildSearch*>(search);
+  wchar_t name[128];
+  if (GetClassNameW(window, name, 128) > 0 && asked.className == name) asked.found.push_back(window);
+  return TRUE;
+}
+
 template <class Procedure>
 Procedure Find(const char* name) {
   return reinterpret_cast<Procedure>(reinterpret_cast<void*>(GetProcAddress(Ocx::Library(), name)));
@@ -124,6 +136,12 @@ void PumpMessages(DWORD milliseconds) {
     if (gone >= milliseconds) return;
     MsgWaitForMultipleObjects(0, nullptr, FALSE, milliseconds - gone, QS_ALLINPUT);
   }
+}
+
+std::vector<HWND> ChildWindows(HWND parent, const std::wstring& className) {
+  ChildSearch search{className, {}};
+  EnumChildWindows(parent, &Collect, reinterpret_cast<LPARAM>(&search));
+  return search.found;
 }
 
 std::wstring Take(BSTR text) {

@@ -5,6 +5,7 @@
 #include <wrl/client.h>
 
 #include <string>
+#include <vector>
 
 #include "activex/KwEditor.h"
 
@@ -47,6 +48,9 @@ bool FileExists(const std::wstring& path);
 
 // Handles the messages of this thread that are there and those that come within the time.
 void PumpMessages(DWORD milliseconds = 0);
+
+// The windows of a class below a window.
+std::vector<HWND> ChildWindows(HWND parent, const std::wstring& className);
 
 // A BSTR for one call.
 class Text {
