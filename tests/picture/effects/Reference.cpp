@@ -15,7 +15,8 @@ using Values = std::span<const double>;
 std::int32_t Floor(double value) { return static_cast<std::int32_t>(std::floor(value)); }
 std::int32_t Round(double value) { return Floor(value + 0.5); }
 std::int32_t Byte(std::int32_t value) { return std::clamp(value, 0, 255); }
-std::int32_t Floored(std::int32_t value, std::int32_t by) { return Floor(static_cast<double>(value) / by); }
+// Division that rounds down.
+std::int32_t Floored(std::int32_t value, std::int32_t by) { return (value - (value % by + by) % by) / by; }
 
 std::int32_t Luma(const Pixel& p) { return (299 * p[2] + 587 * p[1] + 114 * p[0] + 500) / 1000; }
 
@@ -236,21 +237,30 @@ Plain Resize(const Bitmap& picture, Values values) {
     return pixels != 0 ? static_cast<std::int32_t>(pixels) : std::max(1, Round(old * values[0] / 100));
   };
   const Plain result(newSize(plain.width, values[1]), newSize(plain.height, values[2]), plain.bitsPerPixel);
-  return Unpremultiplied(Each(result, [&](std::int32_t x, std::int32_t y) {
-    Pixel pixel{};
-    for (std::size_t c = 0; c < 4; ++c) {
-      std::int32_t sum = 0;
-      for (const auto& [column, weight] : Taps(x, plain.width, result.width, values[3] != 0)) {
-        std::int32_t mixed = 0;
-        for (const auto& [line, lineWeight] : Taps(y, plain.height, result.height, values[3] != 0)) {
-          mixed += lineWeight * plain.Near(column, line)[c];
-        }
-        sum += weight * Floored(mixed + 128, 256);
+  std::vector<std::map<std::int32_t, std::int32_t>> across;
+  for (std::int32_t x = 0; x < result.width; ++x) across.push_back(Taps(x, plain.width, result.width, values[3] != 0));
+  std::vector<Pixel> mixed(static_cast<std::size_t>(plain.width));
+  Plain resized = result;
+  for (std::int32_t y = 0; y < result.height; ++y) {
+    const auto down = Taps(y, plain.height, result.height, values[3] != 0);
+    for (std::int32_t x = 0; x < plain.width; ++x) {
+      for (std::size_t c = 0; c < 4; ++c) {
+        std::int32_t sum = 128;
+        for (const auto& [line, weight] : down) sum += weight * plain.Near(x, line)[c];
+        mixed[static_cast<std::size_t>(x)][c] = Floored(sum, 256);
       }
-      pixel[c] = Byte(Floored(sum + (1 << 19), 1 << 20));
     }
-    return pixel;
-  }));
+    for (std::int32_t x = 0; x < result.width; ++x) {
+      for (std::size_t c = 0; c < 4; ++c) {
+        std::int32_t sum = 1 << 19;
+        for (const auto& [column, weight] : across[static_cast<std::size_t>(x)]) {
+          sum += weight * mixed[static_cast<std::size_t>(std::clamp(column, 0, plain.width - 1))][c];
+        }
+        resized.At(x, y)[c] = Byte(Floored(sum, 1 << 20));
+      }
+    }
+  }
+  return Unpremultiplied(resized);
 }
 
 Plain Blur(const Bitmap& picture, Values values) {

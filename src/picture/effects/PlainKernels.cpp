@@ -1,25 +1,12 @@
-#include "picture/effects/Kernels.h"
+#include "picture/effects/PlainKernels.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 
 #include "picture/Depth.h"
 
-namespace kw::kernels {
+namespace kw::kernels::plain {
 namespace {
-
-unsigned BitsAt(const std::uint8_t* row, std::size_t x, unsigned bits) {
-  const std::size_t perByte = 8 / bits;
-  return static_cast<unsigned>(row[x / perByte]) >> (8 - bits * (x % perByte + 1)) & ((1U << bits) - 1);
-}
-
-void PutBits(std::uint8_t* row, std::size_t x, unsigned bits, unsigned value) {
-  const std::size_t perByte = 8 / bits;
-  const auto shift = static_cast<unsigned>(8 - bits * (x % perByte + 1));
-  const unsigned others = row[x / perByte] & ~(((1U << bits) - 1) << shift);
-  row[x / perByte] = static_cast<std::uint8_t>(others | value << shift);
-}
 
 // The nine values around byte i, for a 3x3 filter.
 struct Around {
@@ -71,59 +58,9 @@ void Brightness(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) 
 }
 
 void PackAtLeast(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::uint8_t level) {
-  for (std::size_t x = 0; x < pixels; ++x) PutBits(to, x, 1, from[x] >= level ? 1 : 0);
-}
-
-void DiffuseRow(const std::uint8_t* levels, std::int16_t* errors, std::uint8_t* to, std::size_t pixels) {
-  std::int32_t right = 0;
-  std::int32_t below = 0;
-  std::int32_t belowRight = 0;
   for (std::size_t x = 0; x < pixels; ++x) {
-    const std::int32_t value = levels[x] + ((errors[x + 1] + right + 8) >> 4);
-    const bool white = value >= 128;
-    PutBits(to, x, 1, white ? 1 : 0);
-    const std::int32_t error = value - (white ? 255 : 0);
-    errors[x] = static_cast<std::int16_t>(below + 3 * error);
-    below = belowRight + 5 * error;
-    belowRight = error;
-    right = 7 * error;
-  }
-  errors[pixels] = static_cast<std::int16_t>(below);
-}
-
-void Mirror(std::uint8_t* row, std::size_t pixels, int bitsPerPixel) {
-  if (bitsPerPixel < 8) {
-    const auto bits = static_cast<unsigned>(bitsPerPixel);
-    for (std::size_t left = 0, right = pixels - 1; left < right; ++left, --right) {
-      const unsigned value = BitsAt(row, left, bits);
-      PutBits(row, left, bits, BitsAt(row, right, bits));
-      PutBits(row, right, bits, value);
-    }
-    return;
-  }
-  const auto size = static_cast<std::size_t>(bitsPerPixel / 8);
-  for (std::size_t left = 0, right = pixels - 1; left < right; ++left, --right) {
-    std::swap_ranges(row + left * size, row + (left + 1) * size, row + right * size);
-  }
-}
-
-void Turn(const Area& from, const TargetArea& to, int bitsPerPixel, bool clockwise, std::int32_t begin,
-          std::int32_t end) {
-  for (std::int32_t y = begin; y < end; ++y) {
-    std::uint8_t* const row = to.base + static_cast<std::size_t>(y) * to.stride;
-    const auto column = static_cast<std::size_t>(clockwise ? y : from.width - 1 - y);
-    for (std::int32_t x = 0; x < from.height; ++x) {
-      const std::int32_t line = clockwise ? from.height - 1 - x : x;
-      const std::uint8_t* const source = from.base + static_cast<std::size_t>(line) * from.stride;
-      const auto place = static_cast<std::size_t>(x);
-      if (bitsPerPixel < 8) {
-        const auto bits = static_cast<unsigned>(bitsPerPixel);
-        PutBits(row, place, bits, BitsAt(source, column, bits));
-      } else {
-        const auto size = static_cast<std::size_t>(bitsPerPixel / 8);
-        std::memcpy(row + place * size, source + column * size, size);
-      }
-    }
+    const auto bit = static_cast<std::uint8_t>(0x80U >> x % 8);
+    to[x / 8] = static_cast<std::uint8_t>(from[x] >= level ? to[x / 8] | bit : to[x / 8] & ~bit);
   }
 }
 
@@ -212,14 +149,6 @@ void BlurAcross(const std::int16_t* from, std::uint8_t* to, std::size_t count, s
   }
 }
 
-void AddWeighted(const std::uint8_t* from, std::int32_t* sums, std::size_t count, std::int32_t weight) {
-  for (std::size_t i = 0; i < count; ++i) sums[i] += weight * from[i];
-}
-
-void Narrow(const std::int32_t* sums, std::int16_t* to, std::size_t count) {
-  for (std::size_t i = 0; i < count; ++i) to[i] = static_cast<std::int16_t>((sums[i] + 128) >> 8);
-}
-
 void Halve(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* to, std::size_t pixels,
            std::size_t size) {
   for (std::size_t x = 0; x < pixels; ++x) {
@@ -231,4 +160,4 @@ void Halve(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* t
   }
 }
 
-}  // namespace kw::kernels
+}  // namespace kw::kernels::plain

@@ -1,0 +1,254 @@
+// Kernels of neighbouring pixels for every set of vector registers; the best one that the processor has is taken at run
+// time.
+
+#include "picture/effects/PlainKernels.h"
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "picture/effects/FilterKernels.cpp"
+#include <hwy/foreach_target.h>
+// Comes behind the one above.
+#include <hwy/highway.h>
+
+HWY_BEFORE_NAMESPACE();
+namespace kw::kernels::HWY_NAMESPACE {
+
+#if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
+using plain::BlurAcross;
+using plain::BlurDown;
+using plain::Edge;
+using plain::Emboss;
+using plain::Greatest;
+using plain::Least;
+using plain::Sharpen;
+using plain::Soften;
+using plain::SpreadOnes;
+using plain::SpreadZeros;
+#else
+namespace hn = hwy::HWY_NAMESPACE;
+
+using Bytes = hn::ScalableTag<std::uint8_t>;
+// Values that are calculated with; a vector of bytes makes two of these.
+using Words = hn::ScalableTag<std::int16_t>;
+using HalfBytes = hn::Half<Bytes>;
+using Word = hn::Vec<Words>;
+
+HWY_INLINE Word Widened(const std::uint8_t* at) { return hn::PromoteTo(Words(), hn::LoadU(HalfBytes(), at)); }
+
+HWY_INLINE Word Twice(Word value) { return hn::Add(value, value); }
+
+// The nine values around each byte from `at` on.
+struct Around {
+  HWY_INLINE Around(const std::uint8_t* const* rows, std::size_t at, std::size_t size)
+      : NW(Widened(rows[0] + at - size)),
+        N(Widened(rows[0] + at)),
+        NE(Widened(rows[0] + at + size)),
+        W(Widened(rows[1] + at - size)),
+        Self(Widened(rows[1] + at)),
+        E(Widened(rows[1] + at + size)),
+        SW(Widened(rows[2] + at - size)),
+        S(Widened(rows[2] + at)),
+        SE(Widened(rows[2] + at + size)) {}
+  HWY_INLINE Word Binomial() const {
+    const Word corners = hn::Add(hn::Add(NW, NE), hn::Add(SW, SE));
+    const Word sides = hn::Add(hn::Add(N, W), hn::Add(E, S));
+    return hn::Add(corners, Twice(hn::Add(sides, Twice(Self))));
+  }
+  Word NW, N, NE, W, Self, E, SW, S, SE;
+};
+
+HWY_INLINE void Put(Word values, std::uint8_t* to) { hn::StoreU(hn::DemoteTo(HalfBytes(), values), HalfBytes(), to); }
+
+void Soften(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
+  const Words d;
+  for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
+    Put(hn::ShiftRight<4>(hn::Add(Around(rows, i, size).Binomial(), hn::Set(d, std::int16_t{8}))), to + i);
+  }
+}
+
+void Sharpen(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size,
+             std::int32_t amount) {
+  const Words d;
+  const Word weight = hn::Set(d, static_cast<std::int16_t>(amount));
+  for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
+    const Around at(rows, i, size);
+    const Word rest = hn::Sub(hn::ShiftLeft<4>(at.Self), at.Binomial());
+    Put(hn::Add(at.Self, hn::MulFixedPoint15(hn::ShiftLeft<3>(rest), weight)), to + i);
+  }
+}
+
+void Emboss(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size,
+            std::int32_t amount) {
+  const Words d;
+  const Word weight = hn::Set(d, static_cast<std::int16_t>(4 * amount));
+  for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
+    const Around at(rows, i, size);
+    const Word lower = hn::Add(Twice(at.SE), hn::Add(at.S, at.E));
+    const Word upper = hn::Add(Twice(at.NW), hn::Add(at.N, at.W));
+    const Word slope = hn::Sub(lower, upper);
+    Put(hn::Add(at.Self, hn::MulFixedPoint15(hn::ShiftLeft<5>(slope), weight)), to + i);
+  }
+}
+
+// Root of the sum of the squares of half as many values, rounded.
+template <class HalfWord>
+HWY_INLINE HalfWord Length(HalfWord across, HalfWord down) {
+  const hn::RepartitionToWide<Words> wide;
+  const hn::RebindToFloat<decltype(wide)> real;
+  const auto a = hn::ConvertTo(real, hn::PromoteTo(wide, across));
+  const auto b = hn::ConvertTo(real, hn::PromoteTo(wide, down));
+  const auto root = hn::Sqrt(hn::Add(hn::Mul(a, a), hn::Mul(b, b)));
+  return hn::DemoteTo(hn::Half<Words>(), hn::ConvertTo(wide, hn::Add(root, hn::Set(real, 0.5F))));
+}
+
+void Edge(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
+  const Words d;
+  const hn::Half<Words> half;
+  for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
+    const Around at(rows, i, size);
+    const Word diagonal = hn::Sub(at.SE, at.NW);
+    const Word other = hn::Sub(at.NE, at.SW);
+    const Word across = hn::Add(hn::Add(diagonal, other), Twice(hn::Sub(at.E, at.W)));
+    const Word down = hn::Add(hn::Sub(diagonal, other), Twice(hn::Sub(at.S, at.N)));
+    const auto lower = Length(hn::LowerHalf(half, across), hn::LowerHalf(half, down));
+    const auto upper = Length(hn::UpperHalf(half, across), hn::UpperHalf(half, down));
+    Put(hn::Combine(d, upper, lower), to + i);
+  }
+}
+
+// The greatest or least of three times three.
+template <class Choice>
+HWY_INLINE void Choose(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size,
+                       Choice choice) {
+  const Bytes d;
+  for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
+    const auto column = [&](const std::size_t at) HWY_ATTR {
+      return choice(choice(hn::LoadU(d, rows[0] + at), hn::LoadU(d, rows[1] + at)), hn::LoadU(d, rows[2] + at));
+    };
+    hn::Store(choice(choice(column(i - size), column(i)), column(i + size)), d, to + i);
+  }
+}
+
+void Greatest(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
+  Choose(rows, to, count, size, [](hn::Vec<Bytes> a, hn::Vec<Bytes> b) HWY_ATTR { return hn::Max(a, b); });
+}
+
+void Least(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
+  Choose(rows, to, count, size, [](hn::Vec<Bytes> a, hn::Vec<Bytes> b) HWY_ATTR { return hn::Min(a, b); });
+}
+
+template <class Merge>
+HWY_INLINE void SpreadBits(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, Merge merge) {
+  const Bytes d;
+  for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
+    const auto together = [&](const std::size_t at) HWY_ATTR {
+      return merge(merge(hn::LoadU(d, rows[0] + at), hn::LoadU(d, rows[1] + at)), hn::LoadU(d, rows[2] + at));
+    };
+    const auto middle = together(i);
+    const auto fromRight = hn::Or(hn::ShiftLeft<1>(middle), hn::ShiftRight<7>(together(i + 1)));
+    const auto fromLeft = hn::Or(hn::ShiftRight<1>(middle), hn::ShiftLeft<7>(together(i - 1)));
+    hn::Store(merge(middle, merge(fromLeft, fromRight)), d, to + i);
+  }
+}
+
+void SpreadOnes(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {
+  SpreadBits(rows, to, count, [](hn::Vec<Bytes> a, hn::Vec<Bytes> b) HWY_ATTR { return hn::Or(a, b); });
+}
+
+void SpreadZeros(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {
+  SpreadBits(rows, to, count, [](hn::Vec<Bytes> a, hn::Vec<Bytes> b) HWY_ATTR { return hn::And(a, b); });
+}
+
+void BlurDown(const std::uint8_t* const* rows, std::size_t margin, std::int16_t* to, std::size_t count,
+              std::span<const std::int16_t> weights) {
+  const Words d;
+  const std::size_t radius = weights.size() - 1;
+  const Word most = hn::Set(d, std::int16_t{16383});
+  for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
+    const std::size_t at = i - margin;
+    Word sum = hn::MulFixedPoint15(hn::ShiftLeft<6>(Widened(rows[radius] + at)), hn::Set(d, weights[0]));
+    for (std::size_t k = 1; k <= radius; ++k) {
+      const Word pair = hn::Add(Widened(rows[radius - k] + at), Widened(rows[radius + k] + at));
+      sum = hn::Add(sum, hn::MulFixedPoint15(hn::ShiftLeft<6>(pair), hn::Set(d, weights[k])));
+    }
+    hn::StoreU(hn::Min(sum, most), d, to + i);
+  }
+}
+
+void BlurAcross(const std::int16_t* from, std::uint8_t* to, std::size_t count, std::size_t size,
+                std::span<const std::int16_t> weights) {
+  const Words d;
+  for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
+    Word sum =
+        hn::Add(hn::MulFixedPoint15(hn::LoadU(d, from + i), hn::Set(d, weights[0])), hn::Set(d, std::int16_t{32}));
+    for (std::size_t k = 1; k < weights.size(); ++k) {
+      const Word pair = hn::Add(hn::LoadU(d, from + i - k * size), hn::LoadU(d, from + i + k * size));
+      sum = hn::Add(sum, hn::MulFixedPoint15(pair, hn::Set(d, weights[k])));
+    }
+    Put(hn::ShiftRight<6>(sum), to + i);
+  }
+}
+#endif
+
+}  // namespace kw::kernels::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace kw::kernels {
+
+HWY_EXPORT(Soften);
+HWY_EXPORT(Sharpen);
+HWY_EXPORT(Emboss);
+HWY_EXPORT(Edge);
+HWY_EXPORT(Greatest);
+HWY_EXPORT(Least);
+HWY_EXPORT(SpreadOnes);
+HWY_EXPORT(SpreadZeros);
+HWY_EXPORT(BlurDown);
+HWY_EXPORT(BlurAcross);
+
+void Soften(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
+  HWY_DYNAMIC_DISPATCH(Soften)(rows, to, count, size);
+}
+
+void Sharpen(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size,
+             std::int32_t amount) {
+  HWY_DYNAMIC_DISPATCH(Sharpen)(rows, to, count, size, amount);
+}
+
+void Emboss(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size,
+            std::int32_t amount) {
+  HWY_DYNAMIC_DISPATCH(Emboss)(rows, to, count, size, amount);
+}
+
+void Edge(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
+  HWY_DYNAMIC_DISPATCH(Edge)(rows, to, count, size);
+}
+
+void Greatest(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
+  HWY_DYNAMIC_DISPATCH(Greatest)(rows, to, count, size);
+}
+
+void Least(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
+  HWY_DYNAMIC_DISPATCH(Least)(rows, to, count, size);
+}
+
+void SpreadOnes(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {
+  HWY_DYNAMIC_DISPATCH(SpreadOnes)(rows, to, count);
+}
+
+void SpreadZeros(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {
+  HWY_DYNAMIC_DISPATCH(SpreadZeros)(rows, to, count);
+}
+
+void BlurDown(const std::uint8_t* const* rows, std::size_t margin, std::int16_t* to, std::size_t count,
+              std::span<const std::int16_t> weights) {
+  HWY_DYNAMIC_DISPATCH(BlurDown)(rows, margin, to, count, weights);
+}
+
+void BlurAcross(const std::int16_t* from, std::uint8_t* to, std::size_t count, std::size_t size,
+                std::span<const std::int16_t> weights) {
+  HWY_DYNAMIC_DISPATCH(BlurAcross)(from, to, count, size, weights);
+}
+
+}  // namespace kw::kernels
+#endif

@@ -1,0 +1,173 @@
+// Kernels of single pixels for every set of vector registers; the best one that the processor has is taken at run time.
+
+#include "picture/effects/PlainKernels.h"
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "picture/effects/PointKernels.cpp"
+#include <hwy/foreach_target.h>
+// Comes behind the one above.
+#include <hwy/highway.h>
+
+HWY_BEFORE_NAMESPACE();
+namespace kw::kernels::HWY_NAMESPACE {
+
+#if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
+using plain::Brightness;
+using plain::Halve;
+using plain::MapBytes;
+using plain::MapColours;
+using plain::PackAtLeast;
+#else
+namespace hn = hwy::HWY_NAMESPACE;
+
+using Bytes = hn::ScalableTag<std::uint8_t>;
+using Words = hn::ScalableTag<std::uint16_t>;
+using HalfBytes = hn::Half<Bytes>;
+
+// The table's value for each byte. A look-up takes 16 entries at a time; xor and saturating addition set the highest
+// bit, which makes the look-up give 0, wherever the byte does not begin with the block's number.
+HWY_INLINE hn::Vec<Bytes> LookUp(Bytes d, const ByteTable& table, hn::Vec<Bytes> values) {
+  auto result = hn::Zero(d);
+  for (std::size_t block = 0; block < 16; ++block) {
+    const auto begin = hn::Set(d, static_cast<std::uint8_t>(16 * block));
+    const auto place = hn::SaturatedAdd(hn::Xor(values, begin), hn::Set(d, std::uint8_t{0x70}));
+    result = hn::Or(result, hn::TableLookupBytesOr0(hn::LoadDup128(d, table.data() + 16 * block), place));
+  }
+  return result;
+}
+
+void MapBytes(std::uint8_t* row, std::size_t count, const ByteTable& table) {
+  const Bytes d;
+  for (std::size_t i = 0; i < count; i += hn::Lanes(d)) hn::Store(LookUp(d, table, hn::Load(d, row + i)), d, row + i);
+}
+
+void MapColours(std::uint8_t* row, std::size_t count, const ByteTable& table) {
+  const Bytes d;
+  const auto alpha = hn::BitCast(d, hn::Set(hn::RepartitionToWide<hn::RepartitionToWide<Bytes> >(), 0xFF000000U));
+  for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
+    const auto values = hn::Load(d, row + i);
+    hn::Store(hn::Or(hn::AndNot(alpha, LookUp(d, table, values)), hn::And(alpha, values)), d, row + i);
+  }
+}
+
+// An eighth of the sum fits into 16 bits: the weights are 8 * 37 + 3, 8 * 73 + 3, 8 * 14 + 2 and for rounding
+// 8 * 62 + 4. What is left is divided by 125, exactly so for these numbers.
+HWY_INLINE hn::Vec<Words> BrightnessOf(hn::Vec<Words> blue, hn::Vec<Words> green, hn::Vec<Words> red) {
+  const Words d;
+  const auto times = [d](hn::Vec<Words> value, std::uint16_t weight)
+                         HWY_ATTR { return hn::Mul(value, hn::Set(d, weight)); };
+  const auto eighths =
+      hn::Add(hn::Add(times(red, 37), times(green, 73)), hn::Add(times(blue, 14), hn::Set(d, std::uint16_t{62})));
+  const auto rest = hn::Add(times(hn::Add(red, green), 3), hn::Add(hn::Add(blue, blue), hn::Set(d, std::uint16_t{4})));
+  const auto sum = hn::Add(eighths, hn::ShiftRight<3>(rest));
+  return hn::ShiftRight<6>(hn::MulHigh(sum, hn::Set(d, std::uint16_t{33555})));
+}
+
+void Brightness(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
+  const Bytes d;
+  const Words words;
+  const HalfBytes half;
+  const std::size_t step = hn::Lanes(d);
+  std::size_t x = 0;
+  for (; x + step <= pixels; x += step) {
+    hn::Vec<Bytes> blue;
+    hn::Vec<Bytes> green;
+    hn::Vec<Bytes> red;
+    hn::LoadInterleaved3(d, from + x * 3, blue, green, red);
+    const auto lower =
+        BrightnessOf(hn::PromoteTo(words, hn::LowerHalf(half, blue)), hn::PromoteTo(words, hn::LowerHalf(half, green)),
+                     hn::PromoteTo(words, hn::LowerHalf(half, red)));
+    const auto upper =
+        BrightnessOf(hn::PromoteTo(words, hn::UpperHalf(half, blue)), hn::PromoteTo(words, hn::UpperHalf(half, green)),
+                     hn::PromoteTo(words, hn::UpperHalf(half, red)));
+    const hn::RebindToSigned<Words> narrow;
+    hn::StoreU(hn::DemoteTo(half, hn::BitCast(narrow, lower)), half, to + x);
+    hn::StoreU(hn::DemoteTo(half, hn::BitCast(narrow, upper)), half, to + x + step / 2);
+  }
+  plain::Brightness(from + x * 3, to + x, pixels - x);
+}
+
+void PackAtLeast(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::uint8_t level) {
+  const Bytes d;
+  const auto least = hn::Set(d, level);
+  // Bits are stored with the first pixel lowest.
+  alignas(16) static constexpr std::uint8_t Backwards[16] = {7, 6, 5, 4, 3, 2, 1, 0, 15, 14, 13, 12, 11, 10, 9, 8};
+  const auto backwards = hn::LoadDup128(d, Backwards);
+  for (std::size_t x = 0; x < pixels; x += hn::Lanes(d)) {
+    const auto values = hn::TableLookupBytes(hn::LoadU(d, from + x), backwards);
+    hn::StoreMaskBits(d, hn::Eq(hn::Max(values, least), values), to + x / 8);
+  }
+}
+
+// Mean of each two neighbours of both rows, rounded.
+HWY_INLINE hn::Vec<HalfBytes> MeanOfPairs(hn::Vec<Bytes> upper, hn::Vec<Bytes> lower) {
+  const Words d;
+  const hn::RebindToSigned<Words> narrow;
+  const auto low = hn::Set(d, std::uint16_t{255});
+  const auto a = hn::BitCast(d, upper);
+  const auto b = hn::BitCast(d, lower);
+  const auto sum =
+      hn::Add(hn::Add(hn::And(a, low), hn::ShiftRight<8>(a)), hn::Add(hn::And(b, low), hn::ShiftRight<8>(b)));
+  const auto mean = hn::ShiftRight<2>(hn::Add(sum, hn::Set(d, std::uint16_t{2})));
+  return hn::DemoteTo(HalfBytes(), hn::BitCast(narrow, mean));
+}
+
+void Halve(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* to, std::size_t pixels,
+           std::size_t size) {
+  const Bytes d;
+  const HalfBytes half;
+  const std::size_t step = hn::Lanes(half);
+  std::size_t x = 0;
+  if (size == 1) {
+    for (; x + step <= pixels; x += step) {
+      hn::StoreU(MeanOfPairs(hn::LoadU(d, upper + 2 * x), hn::LoadU(d, lower + 2 * x)), half, to + x);
+    }
+  } else if (size == 3) {
+    for (; x + step <= pixels; x += step) {
+      hn::Vec<Bytes> a[3];
+      hn::Vec<Bytes> b[3];
+      hn::LoadInterleaved3(d, upper + 6 * x, a[0], a[1], a[2]);
+      hn::LoadInterleaved3(d, lower + 6 * x, b[0], b[1], b[2]);
+      hn::StoreInterleaved3(MeanOfPairs(a[0], b[0]), MeanOfPairs(a[1], b[1]), MeanOfPairs(a[2], b[2]), half,
+                            to + 3 * x);
+    }
+  }
+  plain::Halve(upper + 2 * x * size, lower + 2 * x * size, to + x * size, pixels - x, size);
+}
+#endif
+
+}  // namespace kw::kernels::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace kw::kernels {
+
+HWY_EXPORT(MapBytes);
+HWY_EXPORT(MapColours);
+HWY_EXPORT(Brightness);
+HWY_EXPORT(PackAtLeast);
+HWY_EXPORT(Halve);
+
+void MapBytes(std::uint8_t* row, std::size_t count, const ByteTable& table) {
+  HWY_DYNAMIC_DISPATCH(MapBytes)(row, count, table);
+}
+
+void MapColours(std::uint8_t* row, std::size_t count, const ByteTable& table) {
+  HWY_DYNAMIC_DISPATCH(MapColours)(row, count, table);
+}
+
+void Brightness(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
+  HWY_DYNAMIC_DISPATCH(Brightness)(from, to, pixels);
+}
+
+void PackAtLeast(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::uint8_t level) {
+  HWY_DYNAMIC_DISPATCH(PackAtLeast)(from, to, pixels, level);
+}
+
+void Halve(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* to, std::size_t pixels,
+           std::size_t size) {
+  HWY_DYNAMIC_DISPATCH(Halve)(upper, lower, to, pixels, size);
+}
+
+}  // namespace kw::kernels
+#endif
