@@ -1,5 +1,6 @@
 #include "windows/ToolBarView.h"
 
+#include <algorithm>
 #include <cwchar>
 
 #include "windows/Gdi.h"
@@ -83,32 +84,27 @@ void ToolBarView::ShowEnabled() {
   ShowButtons();
 }
 
-void ToolBarView::AddButtons() {
-  while (SendMessageW(Handle(), TB_DELETEBUTTON, 0, 0) != FALSE) continue;
-  int id = 0;
-  for (const ToolBar::Button& button : bar.Buttons()) {
-    const std::wstring caption = ToWide(button.caption);
-    TBBUTTON added = {};
-    added.idCommand = ++id;
-    added.fsStyle = StyleOf(button);
-    added.fsState = TBSTATE_ENABLED;
-    added.iBitmap = button.style == ButtonStyle::Separator ? GapWidth
-                    : button.image.empty()                 ? I_IMAGENONE
-                                                           : Shared().Pictures().IndexOf(button.image);
-    if (!caption.empty()) added.iString = reinterpret_cast<INT_PTR>(caption.c_str());
-    SendMessageW(Handle(), TB_ADDBUTTONSW, 1, reinterpret_cast<LPARAM>(&added));
-  }
-  shownStates.assign(bar.Buttons().size(), TBSTATE_ENABLED);
-}
-
 void ToolBarView::ShowButtons() {
-  if (shownStates.size() != bar.Buttons().size()) AddButtons();
   const HDC measuring = GetDC(Handle());
   const HGDIOBJ before = SelectObject(measuring, Shared().Font());
   const std::vector<RECT> places = LayOut(bar, kw::windows::WidthOf(Place()), measuring);
   SelectObject(measuring, before);
   ReleaseDC(Handle(), measuring);
+  const std::vector<BYTE> states = States(places);
+  constexpr unsigned LayoutBits = TBSTATE_HIDDEN | TBSTATE_WRAP;
+  const bool isLaidOut = std::ranges::equal(
+      states, shownStates, [](BYTE a, BYTE b) { return ((static_cast<unsigned>(a) ^ b) & LayoutBits) == 0; });
+  if (!isLaidOut) return AddButtons(places, states);
+  for (std::size_t i = 0; i < states.size(); ++i) {
+    if (states[i] == shownStates[i]) continue;
+    shownStates[i] = states[i];
+    SendMessageW(Handle(), TB_SETSTATE, i + 1, MAKELPARAM(states[i], 0));
+  }
+}
+
+std::vector<BYTE> ToolBarView::States(const std::vector<RECT>& places) const {
   const bool isEnabled = IsEffectivelyEnabled();
+  std::vector<BYTE> states;
   for (std::size_t i = 0; i < places.size(); ++i) {
     const ToolBar::Button& button = bar.Buttons()[i];
     unsigned state = 0;
@@ -116,18 +112,37 @@ void ToolBarView::ShowButtons() {
     if (!button.visible) state |= TBSTATE_HIDDEN;
     if (button.pressed) state |= TBSTATE_CHECKED;
     if (i + 1 < places.size() && places[i + 1].top > places[i].top) state |= TBSTATE_WRAP;
-    const auto wanted = static_cast<BYTE>(state);
-    if (!button.caption.empty()) {
-      TBBUTTONINFOW info = {};
-      info.cbSize = sizeof info;
-      info.dwMask = TBIF_SIZE;
-      info.cx = static_cast<WORD>(kw::windows::WidthOf(places[i]));
-      SendMessageW(Handle(), TB_SETBUTTONINFOW, i + 1, reinterpret_cast<LPARAM>(&info));
-    }
-    if (wanted == shownStates[i]) continue;
-    shownStates[i] = wanted;
-    SendMessageW(Handle(), TB_SETSTATE, i + 1, MAKELPARAM(wanted, 0));
+    states.push_back(static_cast<BYTE>(state));
   }
+  return states;
+}
+
+// The system lays a bar out when buttons are added, but not when one of them is to begin a new row.
+void ToolBarView::AddButtons(const std::vector<RECT>& places, const std::vector<BYTE>& states) {
+  SendMessageW(Handle(), WM_SETREDRAW, FALSE, 0);
+  while (SendMessageW(Handle(), TB_DELETEBUTTON, 0, 0) != FALSE) continue;
+  for (std::size_t i = 0; i < states.size(); ++i) {
+    const ToolBar::Button& button = bar.Buttons()[i];
+    const std::wstring caption = ToWide(button.caption);
+    TBBUTTON added = {};
+    added.idCommand = static_cast<int>(i) + 1;
+    added.fsStyle = StyleOf(button);
+    added.fsState = states[i];
+    added.iBitmap = button.style == ButtonStyle::Separator ? GapWidth
+                    : button.image.empty()                 ? I_IMAGENONE
+                                                           : Shared().Pictures().IndexOf(button.image);
+    if (!caption.empty()) added.iString = reinterpret_cast<INT_PTR>(caption.c_str());
+    SendMessageW(Handle(), TB_ADDBUTTONSW, 1, reinterpret_cast<LPARAM>(&added));
+    TBBUTTONINFOW info = {};
+    info.cbSize = sizeof info;
+    info.dwMask = TBIF_SIZE;
+    info.cx = static_cast<WORD>(kw::windows::WidthOf(places[i]));
+    if (info.cx > 0) SendMessageW(Handle(), TB_SETBUTTONINFOW, i + 1, reinterpret_cast<LPARAM>(&info));
+  }
+  SendMessageW(Handle(), TB_AUTOSIZE, 0, 0);
+  SendMessageW(Handle(), WM_SETREDRAW, TRUE, 0);
+  InvalidateRect(Handle(), nullptr, TRUE);
+  shownStates = states;
 }
 
 void ToolBarView::OnCommand(WORD, WORD id) {

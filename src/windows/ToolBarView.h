@@ -23,8 +23,9 @@ private:
   void Show(Aspect aspect) override;
   void ShowPlace() override;
   void ShowEnabled() override;
-  void AddButtons();
   void ShowButtons();
+  std::vector<BYTE> States(const std::vector<RECT>& places) const;
+  void AddButtons(const std::vector<RECT>& places, const std::vector<BYTE>& states);
 
   ToolBar& bar;
   std::vector<BYTE> shownStates;

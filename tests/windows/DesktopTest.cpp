@@ -1,0 +1,179 @@
+#include "windows/WindowsDesktop.h"
+
+#include <gtest/gtest.h>
+
+#include <ctime>
+#include <fstream>
+#include <thread>
+
+#include "components/RunTimeError.h"
+#include "components/Timer.h"
+#include "windows/TestForm.h"
+#include "windows/Text.h"
+
+namespace kw::test {
+namespace {
+
+using windows::WindowsDesktop;
+
+// Answers the next message box of that title from another thread, as a user does. Says what it held.
+class Answerer {
+public:
+  Answerer(std::wstring title, WPARAM answer)
+      : thread([this, title = std::move(title), answer] {
+          for (int i = 0; i < 500; ++i) {
+            const HWND box = FindWindowW(L"#32770", title.c_str());
+            if (box != nullptr && IsWindowVisible(box) != FALSE) {
+              owner = GetWindow(box, GW_OWNER);
+              hasCancel = GetDlgItem(box, IDCANCEL) != nullptr;
+              PostMessageW(box, WM_COMMAND, answer, 0);
+              return;
+            }
+            Sleep(10);
+          }
+        }) {}
+  Answerer(const Answerer&) = delete;
+  Answerer& operator=(const Answerer&) = delete;
+  ~Answerer() { thread.join(); }
+
+  HWND owner = nullptr;
+  bool hasCancel = false;
+
+private:
+  std::thread thread;
+};
+
+class OwnedDesktop : public WindowsDesktop {
+public:
+  explicit OwnedDesktop(HWND window) : owner(window) {}
+
+protected:
+  HWND DialogOwner() const override { return owner; }
+
+private:
+  HWND owner;
+};
+
+TEST(Desktop, AMessageBoxBelongsToTheTopLevelWindowAndReturnsTheAnswer) {
+  TestForm form;
+  OwnedDesktop desktop(form.window->Handle());
+  MessageAnswer answer = MessageAnswer::Ok;
+  {
+    const Answerer user(L"Kw question", IDNO);
+    answer = desktop.ShowMessageBox("Save?", "Kw question", MessageButtons::YesNoCancel);
+    TestForm::Pump();
+    EXPECT_EQ(user.owner, form.host);
+    EXPECT_TRUE(user.hasCancel);
+  }
+  EXPECT_EQ(answer, MessageAnswer::No);
+}
+
+TEST(Desktop, ABoxWithoutATitleShowsTheApplicationsName) {
+  WindowsDesktop desktop;
+  const Answerer user(L"test_windows", IDOK);
+  EXPECT_EQ(desktop.ShowMessageBox("Done", "", MessageButtons::Ok), MessageAnswer::Ok);
+}
+
+TEST(Desktop, TheWindowMayGoWhileABoxIsUp) {
+  TestForm form;
+  OwnedDesktop desktop(form.window->Handle());
+  form.bar.ButtonClick.Connect([&](const std::string&) { desktop.ShowMessageBox("Up", "Kw box", MessageButtons::Ok); });
+  Timer timer("closer", desktop);
+  timer.Tick.Connect([&] {
+    timer.SetEnabled(false);
+    form.window.reset();
+  });
+  timer.SetInterval(10);
+  timer.SetEnabled(true);
+  const Answerer user(L"Kw box", IDOK);
+  ClickAt(WindowOf(form.bar), 8, 8);
+  EXPECT_TRUE(TestForm::PumpUntil([&] { return form.window == nullptr; }));
+}
+
+TEST(Desktop, TimersFireThroughTheMessageLoopUntilTheyAreStopped) {
+  WindowsDesktop desktop;
+  Timer timer("timer", desktop);
+  int ticks = 0;
+  timer.Tick.Connect([&] { ++ticks; });
+  timer.SetInterval(10);
+  TestForm::Pump();
+  EXPECT_EQ(ticks, 0) << "not enabled yet";
+  timer.SetEnabled(true);
+  EXPECT_TRUE(TestForm::PumpUntil([&] { return ticks >= 3; }));
+  timer.SetEnabled(false);
+  const int before = ticks;
+  Sleep(50);
+  TestForm::Pump();
+  EXPECT_EQ(ticks, before);
+}
+
+TEST(Desktop, ATimerMayBeDestroyedInItsOwnTick) {
+  WindowsDesktop desktop;
+  auto timer = std::make_unique<Timer>("timer", desktop);
+  bool fired = false;
+  timer->Tick.Connect([&] {
+    fired = true;
+    timer.reset();
+  });
+  timer->SetInterval(10);
+  timer->SetEnabled(true);
+  EXPECT_TRUE(TestForm::PumpUntil([&] { return fired; }));
+  Sleep(30);
+  TestForm::Pump();
+}
+
+TEST(Desktop, TheClipboardIsAskedForItsFormats) {
+  WindowsDesktop desktop;
+  ASSERT_TRUE(OpenClipboard(nullptr));
+  EmptyClipboard();
+  CloseClipboard();
+  EXPECT_FALSE(desktop.ClipboardHasFormat(ClipboardDib));
+  const HGLOBAL data = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, sizeof(BITMAPINFOHEADER) + 4);
+  auto* header = static_cast<BITMAPINFOHEADER*>(GlobalLock(data));
+  *header = {sizeof *header, 1, 1, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+  GlobalUnlock(data);
+  ASSERT_TRUE(OpenClipboard(nullptr));
+  SetClipboardData(CF_DIB, data);
+  CloseClipboard();
+  EXPECT_TRUE(desktop.ClipboardHasFormat(ClipboardDib));
+  EXPECT_THROW(desktop.ClipboardHasFormat(-1), RunTimeError);
+}
+
+TEST(Desktop, FilesArFoundAndRemovedUnderAnyUnicodeName) {
+  WindowsDesktop desktop;
+  wchar_t folder[MAX_PATH] = {};
+  GetTempPathW(MAX_PATH, folder);
+  const std::wstring path = std::wstring(folder) + L"kw-Gr\u00F6\u00DFe-\u4E2D.txt";
+  const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+  ASSERT_NE(file, INVALID_HANDLE_VALUE);
+  CloseHandle(file);
+  const std::string name = windows::FromWide(path);
+  EXPECT_EQ(desktop.DirectoryLookUp(name), windows::FromWide(L"kw-Gr\u00F6\u00DFe-\u4E2D.txt"));
+  desktop.RemoveFile(name);
+  EXPECT_EQ(desktop.DirectoryLookUp(name), "");
+  EXPECT_THROW(desktop.RemoveFile(name), RunTimeError);
+}
+
+TEST(Desktop, TheScreenTheClockAndTheApplicationAreTheSystems) {
+  const WindowsDesktop desktop;
+  EXPECT_EQ(desktop.TwipsPerPixelX(), 15) << "a screen of 96 pixels to the inch";
+  const std::time_t now = std::time(nullptr);
+  EXPECT_EQ(desktop.Date().year, std::localtime(&now)->tm_year + 1900);
+  EXPECT_LT(desktop.Time().hour, 24);
+  EXPECT_FALSE(desktop.ApplicationFolder().empty());
+  EXPECT_NE(desktop.ApplicationFolder().back(), '\\');
+  EXPECT_EQ(desktop.InstanceNumber(), static_cast<std::int32_t>(GetCurrentProcessId()));
+}
+
+TEST(Desktop, PicturesComeFromTheLoaderAndMissingFilesAreNotFound) {
+  WindowsDesktop desktop([](const std::string&) { return Plain(3, 2, {}); });
+  try {
+    desktop.LoadPicture(R"(C:\no\such\file.bmp)");
+    FAIL();
+  } catch (const RunTimeError& error) {
+    EXPECT_EQ(error.Number(), static_cast<std::int32_t>(ErrorNumber::FileNotFound));
+  }
+}
+
+}  // namespace
+}  // namespace kw::test

@@ -1,0 +1,90 @@
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <vector>
+
+#include "components/CheckBox.h"
+#include "components/ControlArray.h"
+#include "components/ImageCombo.h"
+#include "components/Label.h"
+#include "components/LightWeightMarker.h"
+#include "components/Menu.h"
+#include "components/PictureBox.h"
+#include "components/RaisedArea.h"
+#include "components/RangeControl.h"
+#include "components/ToolBar.h"
+#include "components/TransparentPicture.h"
+#include "components/UserControl.h"
+#include "windows/EditorWindow.h"
+
+namespace kw::test {
+
+// A small form that holds every kind of control, in a window of its own: tool bars in a frame that measures in twips,
+// the other controls on a panel, a canvas with a layer.
+class TestForm {
+public:
+  TestForm();
+  TestForm(const TestForm&) = delete;
+  TestForm& operator=(const TestForm&) = delete;
+  ~TestForm();
+
+  UserControl root{"root"};
+  RaisedArea strip{"strip"};
+  ToolBar bar{"bar"};
+  Frame comboFrame{"comboFrame"};
+  ImageCombo combo{"combo"};
+  RaisedArea panel{"panel"};
+  RaisedPicture close{"close"};
+  ToolBar tools{"tools"};
+  Label label{"label"};
+  Label sample{"sample"};
+  Slider slider{"slider"};
+  CheckBox tick{"tick"};
+  CheckBox button{"button"};
+  PageSpinner spinner{"spinner"};
+  RaisedPicture palette{"palette"};
+  PictureBox frame{"frame"};
+  PictureBox canvas{"canvas"};
+  TransparentPicture page{"page"};
+  LightWeightMarker border{"border"};
+  ControlArray<TransparentPicture> layers{"layers", 1};
+  ControlArray<RaisedArea> panels{"panels", 1};
+  ScrollBar vertical{"vertical", true};
+  ScrollBar horizontal{"horizontal", false};
+  Menu menu{"menu"};
+  Menu entry{"entry"};
+
+  HWND host = nullptr;
+  std::unique_ptr<windows::EditorWindow> window;
+  // Windows of other threads or leftovers that a test made with HostWindow.
+  static HWND HostWindow();
+
+  // Handles every message that waits.
+  static void Pump();
+  // Pumps until `isDone`; false when that takes longer than five seconds.
+  template <class Condition>
+  static bool PumpUntil(Condition isDone) {
+    for (int i = 0; i < 500; ++i) {
+      Pump();
+      if (isDone()) return true;
+      Sleep(10);
+    }
+    return false;
+  }
+};
+
+// The window that shows the model; null for one that has none.
+HWND WindowOf(const Control& model);
+// The window's place in its parent's client area.
+RECT PlaceOf(HWND window);
+// The colour that the screen shows at a point of the window.
+COLORREF PixelOf(HWND window, int x, int y);
+void Paint(HWND window);
+// A press and a release of the left button at a point of the window.
+void ClickAt(HWND window, int x, int y);
+// A picture of one colour.
+Bitmap Plain(std::int32_t width, std::int32_t height, Rgb colour);
+
+}  // namespace kw::test
