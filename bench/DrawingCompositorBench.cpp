@@ -21,7 +21,9 @@ class GreyText final : public TextRenderer {
 public:
   void Render(const TextRun&, const PixelRect& place, CoverageMask& mask) override {
     for (std::int32_t y = mask.area.top; y < mask.area.bottom; ++y) {
-      if ((y - place.top) % 16 < 10) std::ranges::fill(mask.Row(y), std::uint8_t{96});
+      if ((y - place.top) % 16 >= 10) continue;
+      const auto row = mask.Row(y);
+      for (std::size_t i = 0; i < row.size(); i += 4) row[i] = 160;
     }
   }
 };

@@ -11,6 +11,8 @@
 namespace kw {
 namespace {
 
+constexpr std::int32_t RowsAhead = 2;
+
 std::int64_t Span(std::int32_t from, std::int32_t to) { return std::int64_t{to} - from; }
 
 // Pixels with straight alpha over a row of the buffer.
@@ -29,6 +31,13 @@ void BlendRow(std::span<std::uint32_t> row, std::span<const std::uint32_t> above
   }
 }
 
+// The short rows of a small picture lie far apart in the buffer: they are fetched ahead of the blending.
+void PrefetchShort(std::span<const std::uint32_t> row) {
+  if (row.size() > 512) return;
+  constexpr std::size_t step = 64 / sizeof(std::uint32_t);
+  for (std::size_t i = 0; i < row.size(); i += step) __builtin_prefetch(&row[i], 1);
+}
+
 void DrawUnscaled(const FrameBuffer& target, const RowReader& reader, const PixelRect& place, const PixelRect& part) {
   const auto x = static_cast<std::int32_t>(Span(place.left, part.left));
   std::vector<std::uint32_t> pixels;
@@ -39,6 +48,7 @@ void DrawUnscaled(const FrameBuffer& target, const RowReader& reader, const Pixe
     if (reader.IsOpaque()) {
       reader.Read(x, sourceY, row);
     } else {
+      if (part.bottom - y > RowsAhead) PrefetchShort(target.Row(y + RowsAhead, part.left, part.right));
       reader.Read(x, sourceY, pixels);
       BlendRow(row, pixels, reader.IsMasked());
     }
@@ -92,12 +102,9 @@ void Multiply(std::span<std::uint32_t> pixels) {
 
 void AddWeighted(std::span<Channels> sums, std::span<const std::uint32_t> pixels, float weight) {
   float* const to = sums.front().data();
-  for (std::size_t i = 0; i < pixels.size(); ++i) {
-    for (unsigned channel = 0; channel < 4; ++channel) {
-      to[i * 4 + channel] +=
-          weight * static_cast<float>(static_cast<std::int32_t>((pixels[i] >> (channel * 8)) & 0xFFU));
-    }
-  }
+  const auto bytes = std::as_bytes(pixels);
+  for (std::size_t i = 0; i < bytes.size(); ++i)
+    to[i] += weight * static_cast<float>(static_cast<std::uint8_t>(bytes[i]));
 }
 
 std::uint32_t Byte(float value) { return static_cast<std::uint32_t>(static_cast<std::int32_t>(value + 0.5F)); }

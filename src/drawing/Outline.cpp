@@ -3,15 +3,18 @@
 #include <array>
 #include <cmath>
 #include <optional>
+#include <vector>
 
 namespace kw {
 namespace {
 
-constexpr double Flatness = 1.0 / 256;
+constexpr double Flatness = 1.0 / 160;
 // Sharper bends than this have no useful point where their inner sides meet.
 constexpr double LeastCosine = -0.999;
 constexpr int LeastDepth = 2;
 constexpr int MostDepth = 24;
+// Ellipses up to this radius in pixels are small enough to be divided without regard to the clip.
+constexpr double LargestMirrored = 4096;
 // Beyond this the rasteriser takes all for equally far; keeping to it here keeps every product finite.
 constexpr double Farthest = 1e9;
 
@@ -26,91 +29,108 @@ double Length(Point a) { return std::sqrt(Dot(a, a)); }
 // A quarter turn, from right to down.
 Point Turned(Point a) { return {-a.y, a.x}; }
 
-// The line that runs at a distance along an ellipse; with no radii a circle. A unit vector, the normal, names a point.
-struct OffsetEllipse {
-  Point centre;
-  double radiusX = 0;
-  double radiusY = 0;
-  double offset = 0;
-
-  Point OnEllipse(Point normal) const {
-    const double x = radiusX * normal.x;
-    const double y = radiusY * normal.y;
-    const double length = std::sqrt(x * x + y * y);
-    if (length <= 0) return centre;
-    return {centre.x + radiusX * x / length, centre.y + radiusY * y / length};
-  }
-};
-
-struct ArcEnd {
+// A place on an ellipse and the unit normal there, which names it. An ellipse without radii is all in its centre: the
+// points at a distance from it are a circle.
+struct ArcPoint {
   Point normal;
-  Point onEllipse;
   Point at;
 };
 
-class ArcWalker {
-public:
-  // An arc walked backward lets its edges run against the direction in which it is divided.
-  ArcWalker(Rasteriser& to, const OffsetEllipse& along, bool runsBackward)
-      : rasteriser(to), curve(along), isBackward(runsBackward) {}
+Point Beside(const ArcPoint& point, double distance) { return point.at + point.normal * distance; }
 
-  // The arc between two normals that are not more than a quarter turn apart and, where the ellipse has radii, in one
+// Divides arcs of an ellipse into chords that are close enough to the arc at the given distance outside it, and so to
+// every nearer one.
+template <class Sink>
+class ArcDivider {
+public:
+  // sink(from, to) gets the ends of each chord in turn. What lies wholly above, below or to one side of the bounds is
+  // not divided; above and below it is left out.
+  ArcDivider(Point ellipseCentre, Point ellipseRadii, double farthest, const PixelRect& within, Sink& to)
+      : centre(ellipseCentre), radii(ellipseRadii), distance(farthest), bounds(within), sink(to) {}
+
+  // The arc between two normals that are not more than a quarter turn apart and, where there are radii, in one
   // quadrant.
-  void Walk(Point fromNormal, Point toNormal) { Divide(EndAt(fromNormal), EndAt(toNormal), 0); }
+  void Divide(Point from, Point to) { Divide({from, PlaceOf(from)}, {to, PlaceOf(to)}, 0); }
 
 private:
-  ArcEnd EndAt(Point normal) const {
-    const Point onEllipse = curve.OnEllipse(normal);
-    return {normal, onEllipse, onEllipse + normal * curve.offset};
+  Point PlaceOf(Point normal) const {
+    const double x = radii.x * normal.x;
+    const double y = radii.y * normal.y;
+    const double length = std::sqrt(x * x + y * y);
+    if (length <= 0) return centre;
+    return {centre.x + radii.x * x / length, centre.y + radii.y * y / length};
   }
 
-  void AddChord(Point a, Point b) {
-    if (isBackward) std::swap(a, b);
-    rasteriser.AddEdge(a, b);
-  }
-
-  void Divide(const ArcEnd& from, const ArcEnd& to, int depth) {
-    const PixelRect& clip = rasteriser.Clip();
+  void Divide(const ArcPoint& from, const ArcPoint& to, int depth) {
     // A circle's arc of up to a quarter turn leaves the bounds of its ends by less than a quarter of its chord.
-    const double bulge = std::abs(curve.offset) * Length(to.normal - from.normal) / 4;
+    const double reach = distance * (1 + Length(to.normal - from.normal) / 4);
     const auto [lowY, highY] = std::minmax(from.at.y, to.at.y);
-    const double spreadY = bulge + std::abs(to.onEllipse.y - from.onEllipse.y);
-    if (highY + spreadY <= clip.top || lowY - spreadY >= clip.bottom) return;
+    if (highY + reach <= bounds.top || lowY - reach >= bounds.bottom) return;
     const auto [lowX, highX] = std::minmax(from.at.x, to.at.x);
-    const double spreadX = bulge + std::abs(to.onEllipse.x - from.onEllipse.x);
-    const bool isBeside = highX + spreadX < clip.left || lowX - spreadX >= clip.right;
+    const bool isBeside = highX + reach < bounds.left || lowX - reach >= bounds.right;
     if (isBeside || depth == MostDepth) {
-      AddChord(from.at, to.at);
+      sink(from, to);
       return;
     }
     const Point sum = from.normal + to.normal;
-    const ArcEnd middle = EndAt(sum * (1 / Length(sum)));
-    const Point deviation = middle.at - (from.at + to.at) * 0.5;
+    const Point normal = sum * (1 / Length(sum));
+    const ArcPoint middle = {normal, PlaceOf(normal)};
+    const Point deviation = Beside(middle, distance) - (Beside(from, distance) + Beside(to, distance)) * 0.5;
     if (depth >= LeastDepth && Dot(deviation, deviation) <= Flatness * Flatness) {
-      AddChord(from.at, to.at);
+      sink(from, to);
       return;
     }
     Divide(from, middle, depth + 1);
     Divide(middle, to, depth + 1);
   }
 
-  Rasteriser& rasteriser;
-  const OffsetEllipse& curve;
-  bool isBackward;
+  Point centre;
+  Point radii;
+  double distance;
+  const PixelRect& bounds;
+  Sink& sink;
 };
 
-void AddClosedCurve(Rasteriser& rasteriser, const OffsetEllipse& curve, bool isBackward) {
-  constexpr std::array<Point, 5> axes = {{{1, 0}, {0, 1}, {-1, 0}, {0, -1}, {1, 0}}};
-  ArcWalker walker(rasteriser, curve, isBackward);
-  for (std::size_t i = 0; i + 1 < axes.size(); ++i) walker.Walk(axes[i], axes[i + 1]);
-}
+struct Ellipse {
+  Point centre;
+  Point radii;
+};
 
-OffsetEllipse EllipseIn(const Box& box, double offset) {
+Ellipse EllipseIn(const Box& box) {
   const double left = Limited(box.left);
   const double top = Limited(box.top);
   const double right = std::max(left, Limited(box.right));
   const double bottom = std::max(top, Limited(box.bottom));
-  return {{(left + right) / 2, (top + bottom) / 2}, (right - left) / 2, (bottom - top) / 2, offset};
+  return {{(left + right) / 2, (top + bottom) / 2}, {(right - left) / 2, (bottom - top) / 2}};
+}
+
+// All of an ellipse, clockwise from the right, as chords for sink(from, to).
+template <class Sink>
+void WalkEllipse(const Ellipse& ellipse, double distance, const PixelRect& bounds, Sink&& sink) {
+  constexpr std::array<Point, 5> axes = {{{1, 0}, {0, 1}, {-1, 0}, {0, -1}, {1, 0}}};
+  if (std::max(ellipse.radii.x, ellipse.radii.y) + distance > LargestMirrored) {
+    ArcDivider divider(ellipse.centre, ellipse.radii, distance, bounds, sink);
+    for (std::size_t i = 0; i + 1 < axes.size(); ++i) divider.Divide(axes[i], axes[i + 1]);
+    return;
+  }
+  // One quadrant is divided, around the origin, and mirrored into the others.
+  std::vector<ArcPoint> points = {{axes[0], {ellipse.radii.x, 0}}};
+  points.reserve(128);
+  const auto collect = [&](const ArcPoint&, const ArcPoint& to) { points.push_back(to); };
+  constexpr PixelRect everywhere = {INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX};
+  ArcDivider(Point{}, ellipse.radii, distance, everywhere, collect).Divide(axes[0], axes[1]);
+  for (const Point side : {Point{1, 1}, Point{-1, 1}, Point{-1, -1}, Point{1, -1}}) {
+    const auto mirrored = [&](const ArcPoint& point) {
+      return ArcPoint{{point.normal.x * side.x, point.normal.y * side.y},
+                      {ellipse.centre.x + point.at.x * side.x, ellipse.centre.y + point.at.y * side.y}};
+    };
+    const bool isForward = side.x == side.y;
+    const std::size_t last = points.size() - 1;
+    for (std::size_t i = 0; i < last; ++i) {
+      const std::size_t at = isForward ? i : last - i;
+      sink(mirrored(points[at]), mirrored(points[isForward ? at + 1 : at - 1]));
+    }
+  }
 }
 
 void AddBox(Rasteriser& rasteriser, const Box& box, bool isBackward) {
@@ -130,17 +150,19 @@ void AddBox(Rasteriser& rasteriser, const Box& box, bool isBackward) {
 // A half circle or less around a joint or an end, from one normal to another, in the direction of Turned.
 void AddRound(Rasteriser& rasteriser, Point centre, double radius, Point from, Point to) {
   if (from == to) return;
-  const OffsetEllipse circle = {centre, 0, 0, radius};
-  ArcWalker walker(rasteriser, circle, false);
+  const auto add = [&](const ArcPoint& a, const ArcPoint& b) {
+    rasteriser.AddEdge(Beside(a, radius), Beside(b, radius));
+  };
+  ArcDivider divider(centre, {}, radius, rasteriser.Clip(), add);
   if (Dot(from, to) >= 0) {
-    walker.Walk(from, to);
+    divider.Divide(from, to);
     return;
   }
   // More than a quarter turn: by way of the direction halfway, which also serves normals that are opposite.
   Point middle = Turned(from - to);
   middle = middle * (1 / Length(middle));
-  walker.Walk(from, middle);
-  walker.Walk(middle, to);
+  divider.Divide(from, middle);
+  divider.Divide(middle, to);
 }
 
 // One side of a stroke in the making: an open chain of edges that both sides' rounds will close.
@@ -227,17 +249,22 @@ void AddRectangleStroke(Rasteriser& rasteriser, const Box& box, double width) {
 }
 
 void AddEllipse(Rasteriser& rasteriser, const Box& box) {
-  const OffsetEllipse ellipse = EllipseIn(box, 0);
-  if (ellipse.radiusX > 0 && ellipse.radiusY > 0) AddClosedCurve(rasteriser, ellipse, false);
+  const Ellipse ellipse = EllipseIn(box);
+  if (!(ellipse.radii.x > 0 && ellipse.radii.y > 0)) return;
+  WalkEllipse(ellipse, 0, rasteriser.Clip(),
+              [&](const ArcPoint& from, const ArcPoint& to) { rasteriser.AddEdge(from.at, to.at); });
 }
 
 void AddEllipseStroke(Rasteriser& rasteriser, const Box& box, double width) {
   if (!(width > 0)) return;
   const double half = Limited(width) / 2;
-  AddClosedCurve(rasteriser, EllipseIn(box, half), false);
+  const Ellipse ellipse = EllipseIn(box);
   // No point inside is farther from the line than the shorter radius.
-  const OffsetEllipse hole = EllipseIn(box, -half);
-  if (half < std::min(hole.radiusX, hole.radiusY)) AddClosedCurve(rasteriser, hole, true);
+  const bool hasHole = half < std::min(ellipse.radii.x, ellipse.radii.y);
+  WalkEllipse(ellipse, half, rasteriser.Clip(), [&](const ArcPoint& from, const ArcPoint& to) {
+    rasteriser.AddEdge(Beside(from, half), Beside(to, half));
+    if (hasHole) rasteriser.AddEdge(Beside(to, -half), Beside(from, -half));
+  });
 }
 
 // The outline is the sum of the segments' rectangles and the joints' sectors, all with the same inside, without the
@@ -263,7 +290,7 @@ void AddPolylineStroke(Rasteriser& rasteriser, std::span<const Point> points, do
     last = next;
   }
   if (!last) {
-    AddClosedCurve(rasteriser, {start, 0, 0, half}, false);
+    AddEllipse(rasteriser, {start.x - half, start.y - half, start.x + half, start.y + half});
     return;
   }
   left->LineTo(last->to - last->normal * half);

@@ -9,7 +9,7 @@ namespace kw {
 // Outlines of figures for a rasteriser, all with the inside to the same side, so that figures given together unite.
 // Sizes below zero count as zero; a figure without an area covers nothing.
 //
-// Curves are replaced by chords that stay within 1/256 pixel of them. What lies outside the rasteriser's clip is not
+// Curves are replaced by chords that stay within 1/160 pixel of them. What lies outside the rasteriser's clip is not
 // divided into chords, so a curve of any size takes time in the size of the clip only.
 
 struct Box {

@@ -12,7 +12,7 @@ constexpr double Farthest = 1e9;
 constexpr std::size_t BandCells = 32 * 1024;
 
 // Not a number counts as farthest to the left or top.
-double Limited(double value) { return value > -Farthest ? std::min(value, Farthest) : -Farthest; }
+double Limited(double value) { return std::min(std::max(-Farthest, value), Farthest); }
 
 std::int32_t Floor(double value) {
   const auto whole = static_cast<std::int32_t>(value);
@@ -70,6 +70,15 @@ void Rasteriser::AccumulateBand(std::int32_t top, std::int32_t bottom) {
   }
 }
 
+// `cover`: how high the edge is in the cell; `share`: how much of the cell, on average, lies to the left of the edge.
+inline void Rasteriser::AddToCell(std::size_t row, std::int32_t x, std::int32_t cover, double share) {
+  if (cover == 0) return;
+  const auto outside = static_cast<std::int32_t>(cover * share + 0.5);
+  const auto column = static_cast<std::size_t>(x - window.left);
+  Add(row, column, direction * (cover - outside));
+  if (outside != 0) Add(row, column + 1, direction * outside);
+}
+
 // Every figure below is computed from the edge's own ends and never carried on from row to row, so that it is the same
 // wherever the clip begins.
 void Rasteriser::Accumulate(const Edge& edge, std::int32_t top, std::int32_t bottom) {
@@ -84,7 +93,14 @@ void Rasteriser::Accumulate(const Edge& edge, std::int32_t top, std::int32_t bot
     const double nextY = std::min<double>(edge.y1, row + 1);
     const double nextX = edge.y1 <= row + 1 ? edge.x1 : xAt(nextY);
     const auto quantised = [row](double value) { return static_cast<std::int32_t>((value - row) * One + 0.5); };
-    AccumulateRow(x, y, nextX, nextY, quantised(y), quantised(nextY), row);
+    const std::int32_t from = quantised(y);
+    const std::int32_t to = quantised(nextY);
+    const std::int32_t cell = Floor(x);
+    if (cell == Floor(nextX) && cell >= window.left && cell < window.right) {
+      AddToCell(static_cast<std::size_t>(row - top), cell, to - from, (x + nextX) / 2 - cell);
+    } else {
+      AccumulateRow(x, y, nextX, nextY, from, to, row);
+    }
     x = nextX;
     y = nextY;
   }
@@ -106,10 +122,6 @@ void Rasteriser::AccumulateRow(double xa, double ya, double xb, double yb, std::
   }
   const std::int32_t firstCell = Floor(left);
   const std::int32_t lastCell = Floor(right);
-  if (firstCell == lastCell) {
-    AddToCell(row, firstCell, qb - qa, (xa + xb) / 2 - firstCell);
-    return;
-  }
   const bool isRightward = xa < xb;
   const double rise = (yb - ya) / (xb - xa);
   const auto heightAt = [&](double x) {
@@ -133,15 +145,6 @@ void Rasteriser::AccumulateRow(double xa, double ya, double xb, double yb, std::
     from = to;
     height = next;
   }
-}
-
-// `cover`: how high the edge is in the cell; `share`: how much of the cell, on average, lies to the left of the edge.
-void Rasteriser::AddToCell(std::size_t row, std::int32_t x, std::int32_t cover, double share) {
-  if (cover == 0) return;
-  const auto outside = static_cast<std::int32_t>(cover * share + 0.5);
-  const auto column = static_cast<std::size_t>(x - window.left);
-  Add(row, column, direction * (cover - outside));
-  if (outside != 0) Add(row, column + 1, direction * outside);
 }
 
 }  // namespace kw

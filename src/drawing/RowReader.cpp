@@ -5,20 +5,10 @@
 #include <cstring>
 
 #include "drawing/FrameBuffer.h"
+#include "drawing/Unpack.h"
 
 namespace kw {
-namespace {
-
 static_assert(std::endian::native == std::endian::little, "pixels are read as little-endian words");
-
-// Four bytes as a pixel.
-std::uint32_t WordAt(std::span<const std::uint8_t> row, std::size_t at) {
-  std::uint32_t word = 0;
-  std::memcpy(&word, row.data() + at, sizeof word);
-  return word;
-}
-
-}  // namespace
 
 RowReader::RowReader(const Bitmap& source, const PictureLook& look)
     : picture(source), isLightened(look.isLightened), hasKey(look.transparent.has_value()) {
@@ -29,8 +19,9 @@ RowReader::RowReader(const Bitmap& source, const PictureLook& look)
   const std::size_t count = std::size_t{1} << static_cast<unsigned>(picture.BitsPerPixel());
   for (std::size_t i = 0; i < count; ++i) {
     const Rgb entry = i < palette.size() ? palette[i] : Rgb{};
-    colours[i] = Finished(PixelOf(MakeColour(entry.red, entry.green, entry.blue)) | opaque);
+    colours[i] = PixelOf(MakeColour(entry.red, entry.green, entry.blue)) | opaque;
   }
+  Finish(std::span(colours).first(count));
 }
 
 void RowReader::Read(std::int32_t x, std::int32_t y, std::span<std::uint32_t> to) const {
@@ -47,19 +38,23 @@ void RowReader::Read(std::int32_t x, std::int32_t y, std::span<std::uint32_t> to
     case 8:
       for (std::size_t i = 0; i < to.size(); ++i) to[i] = colours[row[first + i]];
       return;
-    case 24: {
-      // All but the last by words: the fourth byte still lies in the row.
-      const std::size_t last = to.size() - 1;
-      for (std::size_t i = 0; i < last; ++i) to[i] = (WordAt(row, (first + i) * 3) & ColourBits) | opaque;
-      const auto pixel = row.subspan((first + last) * 3, 3);
-      to[last] = PixelOf(MakeColour(pixel[2], pixel[1], pixel[0])) | opaque;
+    case 24:
+      UnpackThreeBytes(row.subspan(first * 3), to, opaque);
       break;
-    }
     default:
       std::memcpy(to.data(), row.data() + first * 4, to.size_bytes());
   }
-  if (hasKey || isLightened) {
-    for (std::uint32_t& pixel : to) pixel = Finished(pixel);
+  Finish(to);
+}
+
+void RowReader::Finish(std::span<std::uint32_t> pixels) const {
+  const std::uint32_t left = key;
+  if (hasKey && isLightened) {
+    for (std::uint32_t& pixel : pixels) pixel = (pixel & ColourBits) == left ? 0 : Lightened(pixel);
+  } else if (hasKey) {
+    for (std::uint32_t& pixel : pixels) pixel = (pixel & ColourBits) == left ? 0 : pixel;
+  } else if (isLightened) {
+    for (std::uint32_t& pixel : pixels) pixel = Lightened(pixel);
   }
 }
 

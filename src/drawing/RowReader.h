@@ -26,10 +26,8 @@ public:
   void Read(std::int32_t x, std::int32_t y, std::span<std::uint32_t> to) const;
 
 private:
-  std::uint32_t Finished(std::uint32_t pixel) const {
-    const std::uint32_t shown = isLightened ? Lightened(pixel) : pixel;
-    return hasKey && (pixel & ColourBits) == key ? 0 : shown;
-  }
+  // Applies the look.
+  void Finish(std::span<std::uint32_t> pixels) const;
   void ReadBits(std::span<const std::uint8_t> row, std::size_t first, std::span<std::uint32_t> to) const;
 
   const Bitmap& picture;

@@ -7,11 +7,15 @@
 namespace kw {
 namespace {
 
+constexpr std::int32_t Ahead = 3;
+
 // Paints what was added to the rasteriser in a colour as the look shows it.
 void Paint(const FrameBuffer& target, Rasteriser& rasteriser, Colour colour, const PictureLook& look) {
   const std::uint32_t pixel = look.isLightened ? Lightened(PixelOf(colour)) : PixelOf(colour);
   rasteriser.Sweep([&](std::int32_t y, std::int32_t left, std::int32_t right, int coverage) {
     const auto row = target.Row(y, left, right);
+    // Edges run on downward: their pixels there are fetched while these are mixed.
+    if (y + Ahead < target.area.bottom) __builtin_prefetch(row.data() + Ahead * target.stride, 1);
     if (coverage == 255) {
       std::ranges::fill(row, pixel);
     } else {
