@@ -19,42 +19,48 @@ constexpr std::array<int, 5> Depths{1, 4, 8, 24, 32};
 class BrightnessOf {
 public:
   explicit BrightnessOf(const Bitmap& picture)
-      : from(picture), width(static_cast<std::size_t>(picture.Width())), depth(picture.BitsPerPixel()) {
+      : from(picture),
+        width(static_cast<std::size_t>(picture.Width())),
+        depth(picture.BitsPerPixel()),
+        isRamp(HasGreyRamp(picture)) {
     for (std::size_t i = 0; i < picture.Palette().size(); ++i) levels[i] = Luma(picture.Palette()[i]);
   }
 
-  // `to` has room for the row rounded up to RowAlignment.
-  void Row(std::int32_t y, std::uint8_t* to) const {
+  // The row, in `room` or where it lies as it is. Room is for the width rounded up to RowAlignment.
+  const std::uint8_t* Row(std::int32_t y, std::uint8_t* room) const {
     const std::uint8_t* const row = from.Row(y);
+    if (isRamp) return row;
     if (depth == 24) {
-      kernels::Brightness(row, to, width);
+      kernels::Brightness(row, room, width);
     } else if (depth == 32) {
-      for (std::size_t x = 0; x < width; ++x) {
-        const std::uint8_t* const at = row + x * 4;
-        const auto onPaper = [alpha = at[3]](unsigned value) {
-          return static_cast<std::uint8_t>((value * alpha + 255U * (255U - alpha) + 127) / 255);
-        };
-        to[x] = Luma({onPaper(at[2]), onPaper(at[1]), onPaper(at[0])});
-      }
-    } else if (depth == 8) {
-      for (std::size_t x = 0; x < width; ++x) to[x] = levels[row[x]];
+      for (std::size_t x = 0; x < width; ++x) room[x] = OnPaper(row + x * 4);
     } else {
-      const std::span bytes(row, PackedRowBytes(static_cast<std::int32_t>(width), depth));
-      for (std::size_t x = 0; x < width; ++x) to[x] = levels[PaletteIndexAt(bytes, x, depth)];
+      kernels::Expand(row, room, width, depth, levels);
     }
+    return room;
   }
 
 private:
+  static std::uint8_t OnPaper(const std::uint8_t* pixel) {
+    const auto mixed = [alpha = pixel[3]](unsigned value) {
+      return static_cast<std::uint8_t>((value * alpha + 255U * (255U - alpha) + 127) / 255);
+    };
+    return Luma({mixed(pixel[2]), mixed(pixel[1]), mixed(pixel[0])});
+  }
+
   ConstPixels from;
   std::size_t width;
   int depth;
+  bool isRamp;
   ByteTable levels{};
 };
 
-std::vector<std::uint8_t> RowBuffer(const Bitmap& picture) {
+std::size_t RoundedWidth(const Bitmap& picture) {
   constexpr std::size_t alignment = Bitmap::RowAlignment;
-  return std::vector<std::uint8_t>((static_cast<std::size_t>(picture.Width()) + alignment - 1) / alignment * alignment);
+  return (static_cast<std::size_t>(picture.Width()) + alignment - 1) / alignment * alignment;
 }
+
+using Row = std::vector<std::uint8_t>;
 
 using Histogram = std::array<std::uint32_t, 256>;
 
@@ -62,18 +68,31 @@ Histogram HistogramOf(const Bitmap& picture) {
   const BrightnessOf brightness(picture);
   const auto bands = CutIntoBands(picture.Height(), BytesOf(picture));
   const auto width = static_cast<std::size_t>(picture.Width());
-  std::vector<Histogram> parts(bands.size());
-  std::vector<std::vector<std::uint8_t>> rows(bands.size(), RowBuffer(picture));
+  // Four counts side by side, because neighbours are often equal and one count would wait for the other.
+  struct Work {
+    std::array<Histogram, 4> counts{};
+    Row room;
+  };
+  std::vector<Work> works(bands.size());
+  for (Work& work : works) work.room.resize(RoundedWidth(picture));
   RunTogether(bands.size(), [&](std::size_t i) {
+    auto& counts = works[i].counts;
     for (std::int32_t y = bands[i].begin; y < bands[i].end; ++y) {
-      brightness.Row(y, rows[i].data());
-      for (std::size_t x = 0; x < width; ++x) ++parts[i][rows[i][x]];
+      const std::uint8_t* const row = brightness.Row(y, works[i].room.data());
+      std::size_t x = 0;
+      for (; x + 4 <= width; x += 4) {
+        for (std::size_t k = 0; k < 4; ++k) ++counts[k][row[x + k]];
+      }
+      for (; x < width; ++x) ++counts[0][row[x]];
     }
   });
-  for (std::size_t i = 1; i < parts.size(); ++i) {
-    for (std::size_t level = 0; level < 256; ++level) parts[0][level] += parts[i][level];
+  Histogram sum{};
+  for (const Work& work : works) {
+    for (const Histogram& counts : work.counts) {
+      for (std::size_t level = 0; level < sum.size(); ++level) sum[level] += counts[level];
+    }
   }
-  return parts[0];
+  return sum;
 }
 
 // The least level that counts as white where the two classes lie farthest apart. Of equally good levels it is the
@@ -118,27 +137,45 @@ void Threshold(Bitmap& picture, std::span<const double> values) {
   const Pixels to(result);
   const auto width = static_cast<std::size_t>(picture.Width());
   const auto bands = CutIntoBands(picture.Height(), BytesOf(picture));
-  std::vector<std::vector<std::uint8_t>> rows(bands.size(), RowBuffer(picture));
+  std::vector<Row> rooms(bands.size(), Row(RoundedWidth(picture)));
   RunTogether(bands.size(), [&](std::size_t i) {
     for (std::int32_t y = bands[i].begin; y < bands[i].end; ++y) {
-      brightness.Row(y, rows[i].data());
-      kernels::PackAtLeast(rows[i].data(), to.Row(y), width, level);
+      kernels::PackAtLeast(brightness.Row(y, rooms[i].data()), to.Row(y), width, level);
     }
   });
   picture = std::move(result);
 }
 
 void Dither(Bitmap& picture, std::span<const double>) {
+  constexpr std::size_t together = kernels::DiffusedRows::Count;
   Bitmap result = Like(picture, picture.Width(), picture.Height(), 1);
   const BrightnessOf brightness(picture);
   const Pixels to(result);
   const auto width = static_cast<std::size_t>(picture.Width());
-  auto levels = RowBuffer(picture);
-  // What the row above hands down, in sixteenths; one more pixel on either side takes what falls off the page.
-  std::vector<std::int16_t> errors(width + 2);
-  for (std::int32_t y = 0; y < picture.Height(); ++y) {
-    brightness.Row(y, levels.data());
-    kernels::DiffuseRow(levels.data(), errors.data(), to.Row(y), width);
+  std::array<Row, together> rooms;
+  std::array<Row, together> shown;
+  std::array<std::vector<std::int16_t>, together + 1> errors;
+  kernels::DiffusedRows rows{};
+  for (std::size_t i = 0; i < together; ++i) {
+    rooms[i].resize(RoundedWidth(picture));
+    shown[i].resize(RoundedWidth(picture));
+    rows.to[i] = shown[i].data();
+  }
+  for (std::size_t i = 0; i <= together; ++i) {
+    errors[i].resize(width + 2);
+    rows.errors[i] = errors[i].data();
+  }
+  for (std::int32_t y = 0; y < picture.Height(); y += static_cast<std::int32_t>(together)) {
+    // The last rows may be fewer; what runs beside them then shows nowhere.
+    const auto count = std::min(together, static_cast<std::size_t>(picture.Height() - y));
+    for (std::size_t i = 0; i < together; ++i) {
+      rows.levels[i] = i < count ? brightness.Row(y + static_cast<std::int32_t>(i), rooms[i].data()) : rooms[i].data();
+    }
+    kernels::Diffuse(rows, width);
+    for (std::size_t i = 0; i < count; ++i) {
+      kernels::PackAtLeast(shown[i].data(), to.Row(y + static_cast<std::int32_t>(i)), width, 128);
+    }
+    std::swap(rows.errors[0], rows.errors[together]);
   }
   picture = std::move(result);
 }

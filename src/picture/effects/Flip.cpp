@@ -13,7 +13,13 @@ void HorizontalFlip(Bitmap& picture, std::span<const double>) {
   const auto width = static_cast<std::size_t>(picture.Width());
   const int depth = picture.BitsPerPixel();
   ForBands(picture.Height(), BytesOf(picture), [&](Band band) {
-    for (std::int32_t y = band.begin; y < band.end; ++y) kernels::Mirror(pixels.Row(y), width, depth);
+    for (std::int32_t y = band.begin; y < band.end; ++y) {
+      if (depth < 8) {
+        kernels::MirrorPacked(pixels.Row(y), width, depth);
+      } else {
+        kernels::MirrorBytes(pixels.Row(y), width, static_cast<std::size_t>(depth / 8));
+      }
+    }
   });
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -21,12 +22,24 @@ void Brightness(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels);
 // Bit 1 where a value is at least `level`.
 void PackAtLeast(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::uint8_t level);
 
-// One row of error diffusion. errors[x + 1] holds what the row above hands to pixel x, in sixteenths, and takes what
-// this row hands down; the first and last of the pixels + 2 elements belong to no pixel.
-void DiffuseRow(const std::uint8_t* levels, std::int16_t* errors, std::uint8_t* to, std::size_t pixels);
+// Levels of palette indices, 8 pixels at a time: `to` has room for a multiple of eight.
+void Expand(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, int bitsPerPixel, const ByteTable& levels);
 
-// Left becomes right, for pixels of any depth.
-void Mirror(std::uint8_t* row, std::size_t pixels, int bitsPerPixel);
+// Rows of error diffusion that run together, each two pixels behind the one above, because each pixel waits for the one
+// before it. Row i takes levels[i] and makes to[i], 255 for white and 0 for black. errors[i][x + 1] is what is handed
+// down to pixel x of it, in sixteenths; errors[Count] is handed to the next row. Each errors[i] has pixels + 2
+// elements, of which the first and the last belong to no pixel.
+struct DiffusedRows {
+  static constexpr std::size_t Count = 4;
+  std::array<const std::uint8_t*, Count> levels;
+  std::array<std::int16_t*, Count + 1> errors;
+  std::array<std::uint8_t*, Count> to;
+};
+void Diffuse(const DiffusedRows& rows, std::size_t pixels);
+
+// Left becomes right: pixels of 1 or 4 bits, and pixels of `size` bytes.
+void MirrorPacked(std::uint8_t* row, std::size_t pixels, int bitsPerPixel);
+void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size);
 
 struct Area {
   const std::uint8_t* base;
@@ -39,8 +52,7 @@ struct TargetArea {
   std::size_t stride;
 };
 
-// A quarter turn of the area, rows [begin, end) of the result, which is as wide as the area is high. The result's bytes
-// are zero before.
+// A quarter turn of the area, rows [begin, end) of the result, which is as wide as the area is high.
 void Turn(const Area& from, const TargetArea& to, int bitsPerPixel, bool clockwise, std::int32_t begin,
           std::int32_t end);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "picture/Depth.h"
+#include "picture/effects/Kernels.h"
 
 namespace kw {
 
@@ -16,13 +17,28 @@ std::uint64_t BytesOf(const Bitmap& picture) {
   return PixelMemory(picture.Width(), picture.Height(), picture.BitsPerPixel());
 }
 
-Bitmap InValues(const Bitmap& picture) {
-  if (picture.BitsPerPixel() > 8) return picture;
-  if (!HasGreyPalette(picture)) return ToDepth(picture, 24);
+bool HasGreyRamp(const Bitmap& picture) {
   const auto palette = picture.Palette();
-  bool isRamp = palette.size() == 256;
-  for (std::size_t i = 0; isRamp && i < palette.size(); ++i) isRamp = palette[i].red == i;
-  return isRamp ? picture : ToGreyLevels(picture);
+  if (picture.BitsPerPixel() != 8 || palette.size() != 256 || !HasGreyPalette(picture)) return false;
+  for (std::size_t i = 0; i < palette.size(); ++i) {
+    if (palette[i].red != i) return false;
+  }
+  return true;
+}
+
+Bitmap InValues(const Bitmap& picture) {
+  if (picture.BitsPerPixel() > 8 || HasGreyRamp(picture)) return picture;
+  if (!HasGreyPalette(picture)) return ToDepth(picture, 24);
+  ByteTable levels{};
+  for (std::size_t i = 0; i < picture.Palette().size(); ++i) levels[i] = picture.Palette()[i].red;
+  Bitmap result = Like(picture, picture.Width(), picture.Height(), 8);
+  const ConstPixels from(picture);
+  const Pixels to(result);
+  const auto width = static_cast<std::size_t>(picture.Width());
+  for (std::int32_t y = 0; y < picture.Height(); ++y) {
+    kernels::Expand(from.Row(y), to.Row(y), width, picture.BitsPerPixel(), levels);
+  }
+  return result;
 }
 
 void Premultiply(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {

@@ -40,6 +40,9 @@ Bitmap Like(const Bitmap& picture, std::int32_t width, std::int32_t height, int 
 // Bytes of all pixels, as a measure of work.
 std::uint64_t BytesOf(const Bitmap& picture);
 
+// True for 8 bits whose index is the level of grey.
+bool HasGreyRamp(const Bitmap& picture);
+
 // The picture in values that can be calculated with: one with a palette becomes 8 bits with a grey ramp where the
 // palette is grey, else 24 bits. Others share their pixels with the result.
 Bitmap InValues(const Bitmap& picture);

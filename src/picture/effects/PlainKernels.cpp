@@ -160,4 +160,11 @@ void Halve(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* t
   }
 }
 
+void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size) {
+  if (pixels == 0) return;
+  for (std::size_t left = 0, right = pixels - 1; left < right; ++left, --right) {
+    std::swap_ranges(row + left * size, row + (left + 1) * size, row + right * size);
+  }
+}
+
 }  // namespace kw::kernels::plain

@@ -16,6 +16,7 @@ using plain::Brightness;
 using plain::Halve;
 using plain::MapBytes;
 using plain::MapColours;
+using plain::MirrorBytes;
 using plain::PackAtLeast;
 #else
 namespace hn = hwy::HWY_NAMESPACE;
@@ -24,29 +25,55 @@ using Bytes = hn::ScalableTag<std::uint8_t>;
 using Words = hn::ScalableTag<std::uint16_t>;
 using HalfBytes = hn::Half<Bytes>;
 
-// The table's value for each byte. A look-up takes 16 entries at a time; xor and saturating addition set the highest
-// bit, which makes the look-up give 0, wherever the byte does not begin with the block's number.
-HWY_INLINE hn::Vec<Bytes> LookUp(Bytes d, const ByteTable& table, hn::Vec<Bytes> values) {
-  auto result = hn::Zero(d);
-  for (std::size_t block = 0; block < 16; ++block) {
-    const auto begin = hn::Set(d, static_cast<std::uint8_t>(16 * block));
-    const auto place = hn::SaturatedAdd(hn::Xor(values, begin), hn::Set(d, std::uint8_t{0x70}));
-    result = hn::Or(result, hn::TableLookupBytesOr0(hn::LoadDup128(d, table.data() + 16 * block), place));
+// A table of 256 bytes, looked up 16 entries at a time.
+class Table {
+public:
+  HWY_INLINE explicit Table(const ByteTable& table) {
+    const hn::Full128<std::uint8_t> d;
+    for (std::size_t block = 0; block < 256; block += 16) {
+      const auto entries = hn::LoadU(d, table.data() + block);
+      const bool isFirst = block % 128 == 0;
+      hn::Store(isFirst ? entries : hn::Xor(entries, hn::LoadU(d, table.data() + block - 16)), d, differences + block);
+    }
   }
-  return result;
-}
+
+  // A look-up gives 0 where the highest bit is set. Bytes of the lower half begin without it and get it once they are
+  // less than the block's number; until then they collect what each block differs in from the one before. The upper
+  // half is the same with the highest bit the other way round.
+  HWY_INLINE hn::Vec<Bytes> At(hn::Vec<Bytes> values) const {
+    const Bytes d;
+    const hn::RebindToSigned<Bytes> numbers;
+    const auto sixteen = hn::Set(numbers, std::int8_t{16});
+    auto lower = hn::BitCast(numbers, values);
+    auto upper = hn::BitCast(numbers, hn::Xor(values, hn::Set(d, std::uint8_t{0x80})));
+    auto result = hn::Zero(d);
+    for (std::size_t block = 0; block < 128; block += 16) {
+      const auto low = hn::TableLookupBytesOr0(hn::LoadDup128(d, differences + block), hn::BitCast(d, lower));
+      const auto high = hn::TableLookupBytesOr0(hn::LoadDup128(d, differences + 128 + block), hn::BitCast(d, upper));
+      result = hn::Xor(result, hn::Xor(low, high));
+      lower = hn::SaturatedSub(lower, sixteen);
+      upper = hn::SaturatedSub(upper, sixteen);
+    }
+    return result;
+  }
+
+private:
+  alignas(16) std::uint8_t differences[256];
+};
 
 void MapBytes(std::uint8_t* row, std::size_t count, const ByteTable& table) {
   const Bytes d;
-  for (std::size_t i = 0; i < count; i += hn::Lanes(d)) hn::Store(LookUp(d, table, hn::Load(d, row + i)), d, row + i);
+  const Table lookUp(table);
+  for (std::size_t i = 0; i < count; i += hn::Lanes(d)) hn::Store(lookUp.At(hn::Load(d, row + i)), d, row + i);
 }
 
 void MapColours(std::uint8_t* row, std::size_t count, const ByteTable& table) {
   const Bytes d;
+  const Table lookUp(table);
   const auto alpha = hn::BitCast(d, hn::Set(hn::RepartitionToWide<hn::RepartitionToWide<Bytes> >(), 0xFF000000U));
   for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
     const auto values = hn::Load(d, row + i);
-    hn::Store(hn::Or(hn::AndNot(alpha, LookUp(d, table, values)), hn::And(alpha, values)), d, row + i);
+    hn::Store(hn::Or(hn::AndNot(alpha, lookUp.At(values)), hn::And(alpha, values)), d, row + i);
   }
 }
 
@@ -134,6 +161,43 @@ void Halve(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* t
   }
   plain::Halve(upper + 2 * x * size, lower + 2 * x * size, to + x * size, pixels - x, size);
 }
+
+// All bytes in the opposite order.
+HWY_INLINE hn::Vec<Bytes> Reversed(hn::Vec<Bytes> values) {
+  const Bytes d;
+  alignas(16) static constexpr std::uint8_t Backwards[16] = {15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0};
+  return hn::ReverseBlocks(d, hn::TableLookupBytes(values, hn::LoadDup128(d, Backwards)));
+}
+
+// A vector of pixels at either end at a time; the rest in the middle goes pixel by pixel.
+void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size) {
+  const Bytes d;
+  std::uint8_t* left = row;
+  std::uint8_t* right = row + pixels * size;
+  const auto step = static_cast<std::ptrdiff_t>(hn::Lanes(d) * (size == 3 ? 3 : 1));
+  for (; right - left >= 2 * step; left += step, right -= step) {
+    std::uint8_t* const other = right - step;
+    if (size == 1) {
+      const auto first = hn::LoadU(d, left);
+      hn::StoreU(Reversed(hn::LoadU(d, other)), d, left);
+      hn::StoreU(Reversed(first), d, other);
+    } else if (size == 4) {
+      const hn::RepartitionToWide<hn::RepartitionToWide<Bytes> > wide;
+      const auto first = hn::BitCast(wide, hn::LoadU(d, left));
+      const auto last = hn::BitCast(wide, hn::LoadU(d, other));
+      hn::StoreU(hn::BitCast(d, hn::Reverse(wide, last)), d, left);
+      hn::StoreU(hn::BitCast(d, hn::Reverse(wide, first)), d, other);
+    } else {
+      hn::Vec<Bytes> a[3];
+      hn::Vec<Bytes> b[3];
+      hn::LoadInterleaved3(d, left, a[0], a[1], a[2]);
+      hn::LoadInterleaved3(d, other, b[0], b[1], b[2]);
+      hn::StoreInterleaved3(Reversed(b[0]), Reversed(b[1]), Reversed(b[2]), d, left);
+      hn::StoreInterleaved3(Reversed(a[0]), Reversed(a[1]), Reversed(a[2]), d, other);
+    }
+  }
+  plain::MirrorBytes(left, static_cast<std::size_t>(right - left) / size, size);
+}
 #endif
 
 }  // namespace kw::kernels::HWY_NAMESPACE
@@ -147,6 +211,7 @@ HWY_EXPORT(MapColours);
 HWY_EXPORT(Brightness);
 HWY_EXPORT(PackAtLeast);
 HWY_EXPORT(Halve);
+HWY_EXPORT(MirrorBytes);
 
 void MapBytes(std::uint8_t* row, std::size_t count, const ByteTable& table) {
   HWY_DYNAMIC_DISPATCH(MapBytes)(row, count, table);
@@ -167,6 +232,10 @@ void PackAtLeast(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels,
 void Halve(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* to, std::size_t pixels,
            std::size_t size) {
   HWY_DYNAMIC_DISPATCH(Halve)(upper, lower, to, pixels, size);
+}
+
+void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size) {
+  HWY_DYNAMIC_DISPATCH(MirrorBytes)(row, pixels, size);
 }
 
 }  // namespace kw::kernels

@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cstring>
 
 #include "picture/effects/Kernels.h"
@@ -6,69 +8,225 @@
 namespace kw::kernels {
 namespace {
 
-unsigned BitsAt(const std::uint8_t* row, std::size_t x, unsigned bits) {
-  const std::size_t perByte = 8 / bits;
-  return static_cast<unsigned>(row[x / perByte]) >> (8 - bits * (x % perByte + 1)) & ((1U << bits) - 1);
+// Rows handled together by Turn, a compromise of caches and address translation.
+constexpr std::int32_t Tile = 64;
+
+// Times a byte, this byte eight times.
+constexpr std::uint64_t EachByte = 0x0101010101010101U;
+
+// The eight bytes from `at` on, the first one highest.
+std::uint64_t LoadWord(const std::uint8_t* at) {
+  std::uint64_t word = 0;
+  std::memcpy(&word, at, sizeof word);
+  if constexpr (std::endian::native == std::endian::little) word = __builtin_bswap64(word);
+  return word;
 }
 
-void PutBits(std::uint8_t* row, std::size_t x, unsigned bits, unsigned value) {
-  const std::size_t perByte = 8 / bits;
-  const auto shift = static_cast<unsigned>(8 - bits * (x % perByte + 1));
-  const unsigned others = row[x / perByte] & ~(((1U << bits) - 1) << shift);
-  row[x / perByte] = static_cast<std::uint8_t>(others | value << shift);
+void StoreWord(std::uint8_t* at, std::uint64_t word) {
+  if constexpr (std::endian::native == std::endian::little) word = __builtin_bswap64(word);
+  std::memcpy(at, &word, sizeof word);
 }
 
-}  // namespace
+// Groups of `bits` bits in the opposite order.
+std::uint64_t Reversed(std::uint64_t word, unsigned bits) {
+  word = __builtin_bswap64(word);
+  word = (word >> 4U & 0x0F0F0F0F0F0F0F0FU) | (word & 0x0F0F0F0F0F0F0F0FU) << 4U;
+  if (bits == 4) return word;
+  word = (word >> 2U & 0x3333333333333333U) | (word & 0x3333333333333333U) << 2U;
+  return (word >> 1U & 0x5555555555555555U) | (word & 0x5555555555555555U) << 1U;
+}
 
-void DiffuseRow(const std::uint8_t* levels, std::int16_t* errors, std::uint8_t* to, std::size_t pixels) {
+std::uint8_t Reversed(std::uint8_t byte, unsigned bits) {
+  return static_cast<std::uint8_t>(Reversed(std::uint64_t{byte}, bits) >> 56U);
+}
+
+void ReverseBytes(std::uint8_t* row, std::size_t count, unsigned bits) {
+  std::uint8_t* left = row;
+  std::uint8_t* right = row + count;
+  for (; right - left >= 16; left += 8, right -= 8) {
+    const std::uint64_t first = LoadWord(left);
+    StoreWord(left, Reversed(LoadWord(right - 8), bits));
+    StoreWord(right - 8, Reversed(first, bits));
+  }
+  for (; right - left >= 2; ++left, --right) {
+    const std::uint8_t first = *left;
+    *left = Reversed(right[-1], bits);
+    right[-1] = Reversed(first, bits);
+  }
+  if (left != right) *left = Reversed(*left, bits);
+}
+
+void ShiftLeft(std::uint8_t* row, std::size_t count, unsigned shift) {
+  if (shift == 0) return;
+  std::size_t i = 0;
+  for (; i + 9 <= count; i += 8) {
+    StoreWord(row + i, LoadWord(row + i) << shift | static_cast<unsigned>(row[i + 8]) >> (8 - shift));
+  }
+  for (; i < count; ++i) {
+    const unsigned next = i + 1 < count ? row[i + 1] : 0U;
+    row[i] = static_cast<std::uint8_t>(static_cast<unsigned>(row[i]) << shift | next >> (8 - shift));
+  }
+}
+
+// Rows and columns of eight times eight bits exchanged; the first row is the highest byte.
+std::uint64_t Transposed(std::uint64_t x) {
+  std::uint64_t t = (x ^ x >> 7U) & 0x00AA00AA00AA00AAU;
+  x = x ^ t ^ t << 7U;
+  t = (x ^ x >> 14U) & 0x0000CCCC0000CCCCU;
+  x = x ^ t ^ t << 14U;
+  t = (x ^ x >> 28U) & 0x00000000F0F0F0F0U;
+  return x ^ t ^ t << 28U;
+}
+
+// A quarter turn: which line of the old picture a column of the new one is, and which row of the new one an old column.
+struct Turned {
+  const Area& from;
+  const TargetArea& to;
+  bool clockwise;
+  std::int32_t begin;
+  std::int32_t end;
+
+  const std::uint8_t* Line(std::int32_t x) const {
+    const std::int32_t line = clockwise ? from.height - 1 - x : x;
+    return from.base + static_cast<std::size_t>(line) * from.stride;
+  }
+  // nullptr where the row is not to be made.
+  std::uint8_t* RowOf(std::int32_t column) const {
+    const std::int32_t row = clockwise ? column : from.width - 1 - column;
+    return row < begin || row >= end ? nullptr : to.base + static_cast<std::size_t>(row) * to.stride;
+  }
+  // The old columns that make rows [begin, end).
+  std::int32_t FirstColumn() const { return clockwise ? begin : from.width - end; }
+  std::int32_t EndColumn() const { return clockwise ? end : from.width - begin; }
+};
+
+// Packed pixels, a byte of old columns at a time; `bits` is 1 or 4.
+template <unsigned Bits>
+void TurnPacked(const Turned& turn) {
+  constexpr std::int32_t PerByte = 8 / Bits;
+  for (std::int32_t byte = turn.FirstColumn() / PerByte; byte * PerByte < turn.EndColumn(); ++byte) {
+    std::array<std::uint8_t*, PerByte> rows{};
+    for (std::int32_t i = 0; i < PerByte; ++i) rows[static_cast<std::size_t>(i)] = turn.RowOf(byte * PerByte + i);
+    for (std::int32_t x = 0; x < turn.from.height; x += PerByte) {
+      std::uint64_t block = 0;
+      for (std::int32_t i = 0; i < PerByte; ++i) {
+        block = block << 8U | (x + i < turn.from.height ? turn.Line(x + i)[byte] : 0U);
+      }
+      if constexpr (Bits == 1) {
+        block = Transposed(block);
+      } else {
+        block = (block & 0xF00FU) | (block & 0x0F00U) >> 4U | (block & 0x00F0U) << 4U;
+      }
+      for (std::size_t i = 0; i < rows.size(); ++i) {
+        if (rows[i] == nullptr) continue;
+        rows[i][x / PerByte] = static_cast<std::uint8_t>(block >> (8 * (rows.size() - 1 - i)));
+      }
+    }
+  }
+}
+
+template <std::size_t Size>
+void TurnBytes(const Turned& turn) {
+  for (std::int32_t column = turn.FirstColumn(); column < turn.EndColumn(); column += Tile) {
+    const std::int32_t columnEnd = std::min(column + Tile, turn.EndColumn());
+    for (std::int32_t x = 0; x < turn.from.height; x += Tile) {
+      const std::int32_t lineEnd = std::min(x + Tile, turn.from.height);
+      for (std::int32_t c = column; c < columnEnd; ++c) {
+        std::uint8_t* to = turn.RowOf(c) + static_cast<std::size_t>(x) * Size;
+        const std::size_t place = static_cast<std::size_t>(c) * Size;
+        // Three bytes are moved as four where that stays inside both rows; the next pixel puts the fourth right.
+        const std::int32_t wideEnd = Size == 3 ? (c + 1 < turn.from.width ? lineEnd - 1 : x) : x;
+        std::int32_t line = x;
+        for (; line < wideEnd; ++line, to += Size) std::memcpy(to, turn.Line(line) + place, 4);
+        for (; line < lineEnd; ++line, to += Size) std::memcpy(to, turn.Line(line) + place, Size);
+      }
+    }
+  }
+}
+
+// One row of error diffusion.
+struct Diffusion {
   std::int32_t right = 0;
   std::int32_t below = 0;
   std::int32_t belowRight = 0;
-  for (std::size_t x = 0; x < pixels; ++x) {
-    const std::int32_t value = levels[x] + ((errors[x + 1] + right + 8) >> 4);
-    const bool white = value >= 128;
-    PutBits(to, x, 1, white ? 1 : 0);
-    const std::int32_t error = value - (white ? 255 : 0);
-    errors[x] = static_cast<std::int16_t>(below + 3 * error);
+
+  // errors[x + 1] is what pixel x was handed; errors[x] takes what is now known of the row below.
+  void Step(std::size_t x, const std::uint8_t* levels, std::int16_t* above, std::int16_t* under, std::uint8_t* to) {
+    const std::int32_t value = levels[x] + ((above[x + 1] + right + 8) >> 4);
+    // All bits set where it is white.
+    const std::int32_t white = (127 - value) >> 31;
+    to[x] = static_cast<std::uint8_t>(white);
+    const std::int32_t error = value - (white & 255);
+    under[x] = static_cast<std::int16_t>(below + 3 * error);
     below = belowRight + 5 * error;
     belowRight = error;
     right = 7 * error;
   }
-  errors[pixels] = static_cast<std::int16_t>(below);
+};
+
+}  // namespace
+
+void Diffuse(const DiffusedRows& rows, std::size_t pixels) {
+  std::array<Diffusion, DiffusedRows::Count> state;
+  constexpr std::size_t Lag = 2;
+  constexpr std::size_t Behind = Lag * (DiffusedRows::Count - 1);
+  const auto step = [&](std::size_t row, std::size_t x) {
+    state[row].Step(x, rows.levels[row], rows.errors[row], rows.errors[row + 1], rows.to[row]);
+  };
+  const auto stepThose = [&](std::size_t time) {
+    for (std::size_t row = 0; row < DiffusedRows::Count; ++row) {
+      if (time >= Lag * row && time - Lag * row < pixels) step(row, time - Lag * row);
+      if (time == Lag * row + pixels) rows.errors[row + 1][pixels] = static_cast<std::int16_t>(state[row].below);
+    }
+  };
+  std::size_t time = 0;
+  for (; time < Behind; ++time) stepThose(time);
+  for (; time < pixels; ++time) {
+    for (std::size_t row = 0; row < DiffusedRows::Count; ++row) step(row, time - Lag * row);
+  }
+  for (; time <= pixels + Behind; ++time) stepThose(time);
 }
 
-void Mirror(std::uint8_t* row, std::size_t pixels, int bitsPerPixel) {
-  if (bitsPerPixel < 8) {
-    const auto bits = static_cast<unsigned>(bitsPerPixel);
-    for (std::size_t left = 0, right = pixels - 1; left < right; ++left, --right) {
-      const unsigned value = BitsAt(row, left, bits);
-      PutBits(row, left, bits, BitsAt(row, right, bits));
-      PutBits(row, right, bits, value);
-    }
-    return;
-  }
-  const auto size = static_cast<std::size_t>(bitsPerPixel / 8);
-  for (std::size_t left = 0, right = pixels - 1; left < right; ++left, --right) {
-    std::swap_ranges(row + left * size, row + (left + 1) * size, row + right * size);
-  }
+void MirrorPacked(std::uint8_t* row, std::size_t pixels, int bitsPerPixel) {
+  const auto bits = static_cast<unsigned>(bitsPerPixel);
+  const std::size_t count = (pixels * bits + 7) / 8;
+  ReverseBytes(row, count, bits);
+  ShiftLeft(row, count, static_cast<unsigned>(count * 8 - pixels * bits));
 }
 
 void Turn(const Area& from, const TargetArea& to, int bitsPerPixel, bool clockwise, std::int32_t begin,
           std::int32_t end) {
-  for (std::int32_t y = begin; y < end; ++y) {
-    std::uint8_t* const row = to.base + static_cast<std::size_t>(y) * to.stride;
-    const auto column = static_cast<std::size_t>(clockwise ? y : from.width - 1 - y);
-    for (std::int32_t x = 0; x < from.height; ++x) {
-      const std::int32_t line = clockwise ? from.height - 1 - x : x;
-      const std::uint8_t* const source = from.base + static_cast<std::size_t>(line) * from.stride;
-      const auto place = static_cast<std::size_t>(x);
-      if (bitsPerPixel < 8) {
-        const auto bits = static_cast<unsigned>(bitsPerPixel);
-        PutBits(row, place, bits, BitsAt(source, column, bits));
-      } else {
-        const auto size = static_cast<std::size_t>(bitsPerPixel / 8);
-        std::memcpy(row + place * size, source + column * size, size);
-      }
+  const Turned turn{from, to, clockwise, begin, end};
+  switch (bitsPerPixel) {
+    case 1:
+      return TurnPacked<1>(turn);
+    case 4:
+      return TurnPacked<4>(turn);
+    case 8:
+      return TurnBytes<1>(turn);
+    case 24:
+      return TurnBytes<3>(turn);
+    default:
+      return TurnBytes<4>(turn);
+  }
+}
+
+void Expand(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, int bitsPerPixel, const ByteTable& levels) {
+  if (bitsPerPixel == 8) {
+    for (std::size_t x = 0; x < pixels; ++x) to[x] = levels[from[x]];
+  } else if (bitsPerPixel == 4) {
+    for (std::size_t x = 0; x < pixels; x += 2) {
+      to[x] = levels[static_cast<unsigned>(from[x / 2]) >> 4U];
+      to[x + 1] = levels[from[x / 2] & 15U];
+    }
+  } else {
+    // Each bit goes to a byte of its own, where it becomes the lowest; times what the two levels differ in.
+    const std::uint64_t ground = EachByte * levels[0];
+    const auto difference = static_cast<std::uint64_t>(levels[0] ^ levels[1]);
+    for (std::size_t x = 0; x < pixels; x += 8) {
+      const std::uint64_t apart = from[x / 8] * EachByte & 0x8040201008040201U;
+      const std::uint64_t set = (apart + 0x7F * EachByte) >> 7U & EachByte;
+      StoreWord(to + x, ground ^ set * difference);
     }
   }
 }
