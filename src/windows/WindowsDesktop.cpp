@@ -4,7 +4,7 @@
 #include <map>
 #include <vector>
 
-#include "components/Files.h"
+#include "components/FilePath.h"
 #include "components/RunTimeError.h"
 #include "components/Timer.h"
 #include "windows/Guard.h"
@@ -135,13 +135,25 @@ LocalTime WindowsDesktop::Time() const {
 }
 
 Bitmap WindowsDesktop::LoadPicture(const std::string& path) {
-  if (LookUpFile(path).empty()) Raise(ErrorNumber::FileNotFound);
+  if (DirectoryLookUp(path).empty()) Raise(ErrorNumber::FileNotFound);
   if (!loadPicture) Raise(ErrorNumber::InvalidPicture);
   return loadPicture(path);
 }
 
-void WindowsDesktop::RemoveFile(const std::string& path) { RemoveFileAt(path); }
-std::string WindowsDesktop::DirectoryLookUp(const std::string& path) { return LookUpFile(path); }
+// The C library's own calls refuse the prefix of long paths, so these two ask the system.
+
+void WindowsDesktop::RemoveFile(const std::string& path) {
+  if (DeleteFileW(ToFilesystemPath(path).c_str()) != FALSE) return;
+  const DWORD error = GetLastError();
+  const bool isMissing = error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND || error == ERROR_INVALID_NAME;
+  Raise(isMissing ? ErrorNumber::FileNotFound : ErrorNumber::PathFileAccessError, static_cast<std::int32_t>(error));
+}
+
+std::string WindowsDesktop::DirectoryLookUp(const std::string& path) {
+  const DWORD attributes = GetFileAttributesW(ToFilesystemPath(path).c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return {};
+  return path.substr(path.find_last_of("\\/") + 1);
+}
 
 void WindowsDesktop::PrintPicture(const Bitmap& picture) { printer->PrintPicture(picture); }
 void WindowsDesktop::EndPrintJob() { printer->EndJob(); }
