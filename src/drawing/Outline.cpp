@@ -29,55 +29,54 @@ double Length(Point a) { return std::sqrt(Dot(a, a)); }
 // A quarter turn, from right to down.
 Point Turned(Point a) { return {-a.y, a.x}; }
 
-// A place on an ellipse and the unit normal there, which names it. An ellipse without radii is all in its centre: the
-// points at a distance from it are a circle.
+// A point of the line that runs at a distance outside (or, negative, inside) an ellipse. The unit normal names it.
 struct ArcPoint {
   Point normal;
+  Point onEllipse;
   Point at;
 };
 
-Point Beside(const ArcPoint& point, double distance) { return point.at + point.normal * distance; }
-
-// Divides arcs of an ellipse into chords that are close enough to the arc at the given distance outside it, and so to
-// every nearer one.
+// Divides such a line into chords. An ellipse without radii is all in its centre: the line around it is a circle.
 template <class Sink>
 class ArcDivider {
 public:
   // sink(from, to) gets the ends of each chord in turn. What lies wholly above, below or to one side of the bounds is
   // not divided; above and below it is left out.
-  ArcDivider(Point ellipseCentre, Point ellipseRadii, double farthest, const PixelRect& within, Sink& to)
-      : centre(ellipseCentre), radii(ellipseRadii), distance(farthest), bounds(within), sink(to) {}
+  ArcDivider(Point ellipseCentre, Point ellipseRadii, double signedDistance, const PixelRect& within, Sink& to)
+      : centre(ellipseCentre), radii(ellipseRadii), distance(signedDistance), bounds(within), sink(to) {}
 
   // The arc between two normals that are not more than a quarter turn apart and, where there are radii, in one
   // quadrant.
-  void Divide(Point from, Point to) { Divide({from, PlaceOf(from)}, {to, PlaceOf(to)}, 0); }
+  void Divide(Point from, Point to) { Divide(PointWith(from), PointWith(to), 0); }
 
 private:
-  Point PlaceOf(Point normal) const {
+  ArcPoint PointWith(Point normal) const {
     const double x = radii.x * normal.x;
     const double y = radii.y * normal.y;
     const double length = std::sqrt(x * x + y * y);
-    if (length <= 0) return centre;
-    return {centre.x + radii.x * x / length, centre.y + radii.y * y / length};
+    const Point on = length > 0 ? Point{centre.x + radii.x * x / length, centre.y + radii.y * y / length} : centre;
+    return {normal, on, on + normal * distance};
   }
 
   void Divide(const ArcPoint& from, const ArcPoint& to, int depth) {
-    // A circle's arc of up to a quarter turn leaves the bounds of its ends by less than a quarter of its chord.
-    const double reach = distance * (1 + Length(to.normal - from.normal) / 4);
+    // The line stays within the bounds of its ends, except by what the ellipse moves on while the normal turns, and by
+    // less than a quarter of the chord of a circle's arc of up to a quarter turn.
+    const double bulge = std::abs(distance) * Length(to.normal - from.normal) / 4;
+    const double spreadY = bulge + std::abs(to.onEllipse.y - from.onEllipse.y);
     const auto [lowY, highY] = std::minmax(from.at.y, to.at.y);
-    if (highY + reach <= bounds.top || lowY - reach >= bounds.bottom) return;
+    if (highY + spreadY <= bounds.top || lowY - spreadY >= bounds.bottom) return;
+    const double spreadX = bulge + std::abs(to.onEllipse.x - from.onEllipse.x);
     const auto [lowX, highX] = std::minmax(from.at.x, to.at.x);
-    const bool isBeside = highX + reach < bounds.left || lowX - reach >= bounds.right;
+    const bool isBeside = highX + spreadX < bounds.left || lowX - spreadX >= bounds.right;
     if (isBeside || depth == MostDepth) {
-      sink(from, to);
+      sink(from.at, to.at);
       return;
     }
     const Point sum = from.normal + to.normal;
-    const Point normal = sum * (1 / Length(sum));
-    const ArcPoint middle = {normal, PlaceOf(normal)};
-    const Point deviation = Beside(middle, distance) - (Beside(from, distance) + Beside(to, distance)) * 0.5;
+    const ArcPoint middle = PointWith(sum * (1 / Length(sum)));
+    const Point deviation = middle.at - (from.at + to.at) * 0.5;
     if (depth >= LeastDepth && Dot(deviation, deviation) <= Flatness * Flatness) {
-      sink(from, to);
+      sink(from.at, to.at);
       return;
     }
     Divide(from, middle, depth + 1);
@@ -104,31 +103,33 @@ Ellipse EllipseIn(const Box& box) {
   return {{(left + right) / 2, (top + bottom) / 2}, {(right - left) / 2, (bottom - top) / 2}};
 }
 
-// All of an ellipse, clockwise from the right, as chords for sink(from, to).
-template <class Sink>
-void WalkEllipse(const Ellipse& ellipse, double distance, const PixelRect& bounds, Sink&& sink) {
+// Adds the closed line at a distance from an ellipse; backward it is a hole in another one.
+void AddEllipseLine(Rasteriser& rasteriser, const Ellipse& ellipse, double distance, bool isBackward) {
   constexpr std::array<Point, 5> axes = {{{1, 0}, {0, 1}, {-1, 0}, {0, -1}, {1, 0}}};
-  if (std::max(ellipse.radii.x, ellipse.radii.y) + distance > LargestMirrored) {
-    ArcDivider divider(ellipse.centre, ellipse.radii, distance, bounds, sink);
+  const auto add = [&](Point from, Point to) {
+    if (isBackward) std::swap(from, to);
+    rasteriser.AddEdge(from, to);
+  };
+  if (std::max(ellipse.radii.x, ellipse.radii.y) + std::abs(distance) > LargestMirrored) {
+    ArcDivider divider(ellipse.centre, ellipse.radii, distance, rasteriser.Clip(), add);
     for (std::size_t i = 0; i + 1 < axes.size(); ++i) divider.Divide(axes[i], axes[i + 1]);
     return;
   }
   // One quadrant is divided, around the origin, and mirrored into the others.
-  std::vector<ArcPoint> points = {{axes[0], {ellipse.radii.x, 0}}};
+  std::vector<Point> points = {{ellipse.radii.x + distance, 0}};
   points.reserve(128);
-  const auto collect = [&](const ArcPoint&, const ArcPoint& to) { points.push_back(to); };
+  const auto collect = [&](Point, Point to) { points.push_back(to); };
   constexpr PixelRect everywhere = {INT32_MIN, INT32_MIN, INT32_MAX, INT32_MAX};
   ArcDivider(Point{}, ellipse.radii, distance, everywhere, collect).Divide(axes[0], axes[1]);
   for (const Point side : {Point{1, 1}, Point{-1, 1}, Point{-1, -1}, Point{1, -1}}) {
-    const auto mirrored = [&](const ArcPoint& point) {
-      return ArcPoint{{point.normal.x * side.x, point.normal.y * side.y},
-                      {ellipse.centre.x + point.at.x * side.x, ellipse.centre.y + point.at.y * side.y}};
+    const auto mirrored = [&](Point point) {
+      return Point{ellipse.centre.x + point.x * side.x, ellipse.centre.y + point.y * side.y};
     };
-    const bool isForward = side.x == side.y;
-    const std::size_t last = points.size() - 1;
-    for (std::size_t i = 0; i < last; ++i) {
-      const std::size_t at = isForward ? i : last - i;
-      sink(mirrored(points[at]), mirrored(points[isForward ? at + 1 : at - 1]));
+    for (std::size_t i = 0; i + 1 < points.size(); ++i) {
+      Point from = mirrored(points[i]);
+      Point to = mirrored(points[i + 1]);
+      if (side.x != side.y) std::swap(from, to);
+      add(from, to);
     }
   }
 }
@@ -150,9 +151,7 @@ void AddBox(Rasteriser& rasteriser, const Box& box, bool isBackward) {
 // A half circle or less around a joint or an end, from one normal to another, in the direction of Turned.
 void AddRound(Rasteriser& rasteriser, Point centre, double radius, Point from, Point to) {
   if (from == to) return;
-  const auto add = [&](const ArcPoint& a, const ArcPoint& b) {
-    rasteriser.AddEdge(Beside(a, radius), Beside(b, radius));
-  };
+  const auto add = [&](Point a, Point b) { rasteriser.AddEdge(a, b); };
   ArcDivider divider(centre, {}, radius, rasteriser.Clip(), add);
   if (Dot(from, to) >= 0) {
     divider.Divide(from, to);
@@ -250,21 +249,16 @@ void AddRectangleStroke(Rasteriser& rasteriser, const Box& box, double width) {
 
 void AddEllipse(Rasteriser& rasteriser, const Box& box) {
   const Ellipse ellipse = EllipseIn(box);
-  if (!(ellipse.radii.x > 0 && ellipse.radii.y > 0)) return;
-  WalkEllipse(ellipse, 0, rasteriser.Clip(),
-              [&](const ArcPoint& from, const ArcPoint& to) { rasteriser.AddEdge(from.at, to.at); });
+  if (ellipse.radii.x > 0 && ellipse.radii.y > 0) AddEllipseLine(rasteriser, ellipse, 0, false);
 }
 
 void AddEllipseStroke(Rasteriser& rasteriser, const Box& box, double width) {
   if (!(width > 0)) return;
   const double half = Limited(width) / 2;
   const Ellipse ellipse = EllipseIn(box);
+  AddEllipseLine(rasteriser, ellipse, half, false);
   // No point inside is farther from the line than the shorter radius.
-  const bool hasHole = half < std::min(ellipse.radii.x, ellipse.radii.y);
-  WalkEllipse(ellipse, half, rasteriser.Clip(), [&](const ArcPoint& from, const ArcPoint& to) {
-    rasteriser.AddEdge(Beside(from, half), Beside(to, half));
-    if (hasHole) rasteriser.AddEdge(Beside(to, -half), Beside(from, -half));
-  });
+  if (half < std::min(ellipse.radii.x, ellipse.radii.y)) AddEllipseLine(rasteriser, ellipse, -half, true);
 }
 
 // The outline is the sum of the segments' rectangles and the joints' sectors, all with the same inside, without the
