@@ -3,22 +3,33 @@
 #include <oleauto.h>
 #include <wrl/client.h>
 
+#include <string_view>
+
 #include "activex/KwEditor.h"
-#include "activex/Module.h"
-#include "activex/Text.h"
 
 namespace kw::activex {
 namespace {
 
-void SetErrorText(const std::string& description, const std::string& source) noexcept {
+// Null without memory; unlike Bstr it throws nothing, since an error is being handled already.
+BSTR ToBstr(std::string_view text) noexcept {
+  const auto length = static_cast<int>(text.size());
+  const int count = MultiByteToWideChar(CP_UTF8, 0, text.data(), length, nullptr, 0);
+  const BSTR converted = SysAllocStringLen(nullptr, static_cast<UINT>(count));
+  if (converted != nullptr) MultiByteToWideChar(CP_UTF8, 0, text.data(), length, converted, count);
+  return converted;
+}
+
+void SetErrorText(std::string_view description, std::string_view source) noexcept {
   Microsoft::WRL::ComPtr<ICreateErrorInfo> created;
   Microsoft::WRL::ComPtr<IErrorInfo> info;
   if (FAILED(CreateErrorInfo(&created)) || FAILED(created.As(&info))) return;
-  const Bstr text(description);
-  const Bstr origin(source);
+  const BSTR text = ToBstr(description);
+  const BSTR origin = ToBstr(source);
   created->SetGUID(IID__KwEditorLayers);
-  created->SetDescription(text.Get());
-  created->SetSource(origin.Get());
+  created->SetDescription(text);
+  created->SetSource(origin);
+  SysFreeString(text);
+  SysFreeString(origin);
   SetErrorInfo(0, info.Get());
 }
 

@@ -61,16 +61,23 @@ HRESULT InPlaceActivation::MakePane() {
   RECT clip = {};
   OLEINPLACEFRAMEINFO frameInfo = {};
   frameInfo.cb = sizeof frameInfo;
-  HRESULT result = place->GetWindow(&parent);
+  const ComPtr<IOleInPlaceSite> asked = place;
+  HRESULT result = asked->GetWindow(&parent);
   if (FAILED(result)) return result;
-  result = place->GetWindowContext(&frame, &document, &position, &clip, &frameInfo);
+  ComPtr<IOleInPlaceFrame> givenFrame;
+  ComPtr<IOleInPlaceUIWindow> givenDocument;
+  result = asked->GetWindowContext(&givenFrame, &givenDocument, &position, &clip, &frameInfo);
   if (FAILED(result)) return result;
-  if (!IsWindow(parent)) return E_FAIL;
+  // The container may have changed its mind meanwhile.
+  if (!IsActive() || IsWindow(parent) == FALSE) return E_FAIL;
+  frame = givenFrame;
+  document = givenDocument;
   core.SetPixelSize(SizeOf(position));
   pane = std::make_unique<windows::EditorWindow>(core.Editor().Root(), parent, position);
   SetWindowSubclass(Window(), &PaneProcedure, SubclassId, reinterpret_cast<DWORD_PTR>(this));
   SetRects(position, clip);
-  pane->Show(true);
+  FollowUiDead();
+  if (pane != nullptr) pane->Show(true);
   return S_OK;
 }
 
@@ -78,7 +85,9 @@ HRESULT InPlaceActivation::ActivateUi(IOleClientSite* site) {
   if (IsUiActive()) return S_OK;
   const HRESULT result = Activate(site);
   if (FAILED(result)) return result;
-  const HRESULT allowed = place->OnUIActivate();
+  const ComPtr<IOleInPlaceSite> asked = place;
+  if (asked == nullptr) return E_FAIL;
+  const HRESULT allowed = asked->OnUIActivate();
   if (FAILED(allowed)) return allowed;
   if (!IsActive()) return E_FAIL;  // the container changed its mind meanwhile
   state = State::UiActive;

@@ -13,9 +13,9 @@ namespace kw::activex {
 
 STDMETHODIMP OleObject::SetClientSite(IOleClientSite* site) {
   return AtEdge(core.Life(), [&] {
-    // A container that takes the site away without deactivating first has the window taken down while the site is
-    // still there to be told.
-    if (site == nullptr) core.Activation().Deactivate();
+    // A container that changes the site without deactivating first has the window taken down while the former site
+    // is still there to be told.
+    if (site != core.Site().Get()) core.Activation().Deactivate();
     core.Site().Set(site);
     return S_OK;
   });

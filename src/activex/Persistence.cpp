@@ -73,11 +73,13 @@ STDMETHODIMP Persistence::GetSizeMax(ULARGE_INTEGER* size) {
 }
 
 STDMETHODIMP Persistence::InitNew(IStorage* storage) {
-  if (storage == nullptr) return E_POINTER;
-  if (storageState != StorageState::None) return CO_E_ALREADYINITIALIZED;
-  const HRESULT result = InitNew();
-  if (SUCCEEDED(result)) storageState = StorageState::Scribble;
-  return result;
+  return AtEdge(core.Life(), [&] {
+    if (storage == nullptr) return E_POINTER;
+    if (storageState != StorageState::None) return CO_E_ALREADYINITIALIZED;
+    const HRESULT result = InitNew();
+    if (SUCCEEDED(result)) storageState = StorageState::Scribble;
+    return result;
+  });
 }
 
 STDMETHODIMP Persistence::Load(IStorage* storage) {

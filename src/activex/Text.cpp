@@ -12,7 +12,7 @@ std::string FromWide(const wchar_t* text, std::size_t length) {
 
 std::string FromBstr(BSTR text) { return text == nullptr ? std::string() : FromWide(text, SysStringLen(text)); }
 
-Bstr::Bstr(const std::string& text) noexcept {
+Bstr::Bstr(const std::string& text) {
   const std::u16string wide = Utf16FromUtf8(text);
   value = SysAllocStringLen(reinterpret_cast<const OLECHAR*>(wide.data()), static_cast<UINT>(wide.size()));
 }

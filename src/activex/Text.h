@@ -16,7 +16,7 @@ std::string FromBstr(BSTR text);
 class Bstr {
 public:
   Bstr() = default;
-  explicit Bstr(const std::string& text) noexcept;
+  explicit Bstr(const std::string& text);
   Bstr(const Bstr&) = delete;
   Bstr& operator=(const Bstr&) = delete;
   ~Bstr() { SysFreeString(value); }

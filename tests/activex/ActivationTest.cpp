@@ -183,6 +183,28 @@ TEST_F(ActivationTest, IgnoresTheUserWhileTheContainerSaysSo) {
   container.LetGo();
 }
 
+TEST_F(ActivationTest, IgnoresTheUserFromTheStartIfTheContainerSaysSo) {
+  container.uiDead = true;
+  ASSERT_EQ(container.DoVerb(OLEIVERB_INPLACEACTIVATE), S_OK);
+  EXPECT_EQ(IsWindowEnabled(container.ControlWindow()), FALSE);
+  container.LetGo();
+}
+
+TEST_F(ActivationTest, MovesToAnotherSite) {
+  ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+  const auto object = container.As<IOleObject>();
+  container.calls.clear();
+  StrictContainer other;
+  EXPECT_EQ(object->SetClientSite(static_cast<IOleClientSite*>(&other)), S_OK);
+  EXPECT_EQ(container.calls, (Calls{"OnFocusLost", "SetActiveObject(null)", "OnUIDeactivate", "OnInPlaceDeactivate"}));
+  EXPECT_TRUE(other.calls.empty());
+  EXPECT_EQ(container.References(), 1U);
+  EXPECT_EQ(object->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, nullptr, 0, nullptr, nullptr), S_OK);
+  EXPECT_EQ(GetParent(container.ControlWindow()), other.Window());
+  EXPECT_EQ(object->SetClientSite(nullptr), S_OK);
+  EXPECT_EQ(other.References(), 1U);
+}
+
 TEST_F(ActivationTest, KeysThatItDoesNotWantGoToTheContainer) {
   ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
   container.calls.clear();

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -56,6 +57,15 @@ protected:
   EventSink sink;
   Connection connection;
 };
+
+// The folder of sample files, which need not be there; found before a test changes the current folder.
+std::filesystem::path SampleFolder() {
+  const char* folder = std::getenv("KW_SAMPLES");
+  std::error_code none;
+  if (folder == nullptr || !std::filesystem::is_directory(folder, none)) return {};
+  return std::filesystem::absolute(folder);
+}
+const std::filesystem::path Samples = SampleFolder();
 
 const std::vector<std::string> InvalidFile = {"File Error: Invalid file format.."};
 
@@ -151,6 +161,28 @@ TEST_F(DocumentTest, EndLeavesTheTraceAndNoScratchBitmap) {
   }
   EXPECT_EQ(bitmaps, 0);
   EXPECT_TRUE(FileExists(scratch.File(L"FunctionsInExecution.txt")));
+}
+
+TEST_F(DocumentTest, ScannedDocumentIsOpenedPageByPage) {
+  if (Samples.empty()) GTEST_SKIP() << "no sample files (KW_SAMPLES)";
+  std::filesystem::copy_file(Samples / "scanned-5-pages.tif", scratch.File(L"Scan.tif"));
+  EXPECT_TRUE(Open(scratch.File(L"Scan.tif")).empty());
+  EXPECT_EQ(Names(sink.events), (std::vector<std::string>{"NewPageCreated", "NewPageCreated", "NewPageCreated",
+                                                          "NewPageCreated", "NewPageCreated", "PageChanged"}));
+  EXPECT_TRUE(FileExists(scratch.File(L"Scan_Page_5.tif")));
+}
+
+TEST_F(DocumentTest, PicturesForBackgroundAndSignatureAreTaken) {
+  if (Samples.empty()) GTEST_SKIP() << "no sample files (KW_SAMPLES)";
+  const BoxAnswerer user;
+  const std::wstring picture = (Samples / "background.jpg").wstring();
+  EXPECT_EQ(control->put_BGImage(Text(picture)), S_OK);
+  EXPECT_EQ(control->put_SignatureFilePath(Text(picture)), S_OK);
+  EXPECT_EQ(control->put_IsToShowBackImage(VARIANT_TRUE), S_OK);
+  EXPECT_EQ(control->put_IsToLightenBackImage(VARIANT_TRUE), S_OK);
+  EXPECT_TRUE(IsTrue(&_KwEditorLayers::get_IsToShowBackImage));
+  EXPECT_TRUE(IsTrue(&_KwEditorLayers::get_Enabled));
+  EXPECT_TRUE(user.Boxes().empty());
 }
 
 TEST_F(DocumentTest, EmptyPathIsReportedAndNoCrash) {
