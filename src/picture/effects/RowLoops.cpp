@@ -127,18 +127,19 @@ void TurnPacked(const Turned& turn) {
 
 template <std::size_t Size>
 void TurnBytes(const Turned& turn) {
+  const std::ptrdiff_t step =
+      turn.clockwise ? -static_cast<std::ptrdiff_t>(turn.from.stride) : static_cast<std::ptrdiff_t>(turn.from.stride);
   for (std::int32_t column = turn.FirstColumn(); column < turn.EndColumn(); column += Tile) {
     const std::int32_t columnEnd = std::min(column + Tile, turn.EndColumn());
     for (std::int32_t x = 0; x < turn.from.height; x += Tile) {
-      const std::int32_t lineEnd = std::min(x + Tile, turn.from.height);
+      const std::int32_t count = std::min(Tile, turn.from.height - x);
       for (std::int32_t c = column; c < columnEnd; ++c) {
+        const std::uint8_t* from = turn.Line(x) + static_cast<std::size_t>(c) * Size;
         std::uint8_t* to = turn.RowOf(c) + static_cast<std::size_t>(x) * Size;
-        const std::size_t place = static_cast<std::size_t>(c) * Size;
         // Three bytes are moved as four where that stays inside both rows; the next pixel puts the fourth right.
-        const std::int32_t wideEnd = Size == 3 ? (c + 1 < turn.from.width ? lineEnd - 1 : x) : x;
-        std::int32_t line = x;
-        for (; line < wideEnd; ++line, to += Size) std::memcpy(to, turn.Line(line) + place, 4);
-        for (; line < lineEnd; ++line, to += Size) std::memcpy(to, turn.Line(line) + place, Size);
+        const std::int32_t wide = Size == 3 && c + 1 < turn.from.width ? count - 1 : 0;
+        for (std::int32_t i = 0; i < wide; ++i, from += step, to += Size) std::memcpy(to, from, 4);
+        for (std::int32_t i = wide; i < count; ++i, from += step, to += Size) std::memcpy(to, from, Size);
       }
     }
   }

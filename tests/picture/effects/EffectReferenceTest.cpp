@@ -1,6 +1,7 @@
 // Every effect against the plain reference, bit for bit.
 
 #include <gtest/gtest.h>
+#include <hwy/targets.h>
 
 #include <ostream>
 #include <string>
@@ -114,6 +115,24 @@ TEST_P(EffectReference, BlackAndWhiteExtremes) {
       ASSERT_NO_FATAL_FAILURE(Check(picture));
     }
   }
+}
+
+// As on older processors.
+TEST_P(EffectReference, EverySetOfVectorRegisters) {
+  const auto use = [](std::int64_t targets) {
+    hwy::SetSupportedTargetsForTest(targets);
+    hwy::GetChosenTarget().Update(hwy::SupportedTargets());
+  };
+  std::int64_t targets = hwy::SupportedTargets();
+  for (; targets != 0; targets &= targets - 1) {
+    use(targets);
+    for (const int depth : {1, 4, 8, 24, 32}) {
+      for (const std::int32_t width : {1, 7, 16, 31, 33, 65, 131, 259}) {
+        ASSERT_NO_FATAL_FAILURE(Check(Noise(width, 5, depth, false))) << hwy::TargetName(targets & -targets);
+      }
+    }
+  }
+  use(0);
 }
 
 // Large enough for several bands.
