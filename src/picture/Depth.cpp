@@ -86,8 +86,14 @@ Bitmap ToBlackAndWhite(const Bitmap& picture) {
 
 Bitmap ToPalette(const Bitmap& picture, int bitsPerPixel) {
   PaletteMaker maker(std::size_t{1} << bitsPerPixel);
+  const auto width = static_cast<std::size_t>(picture.Width());
+  const bool isPlain = picture.BitsPerPixel() == 24;
   for (std::int32_t y = 0; y < picture.Height(); ++y) {
-    ForEachColour(picture, y, [&](std::size_t, Rgb colour) { maker.Count(colour); });
+    if (isPlain) {
+      maker.CountRow(picture.Row(y).data(), width);
+    } else {
+      ForEachColour(picture, y, [&](std::size_t, Rgb colour) { maker.Count(colour); });
+    }
   }
   maker.Make();
   if (bitsPerPixel == 1 && !maker.IsExact()) return ToBlackAndWhite(picture);
@@ -95,7 +101,12 @@ Bitmap ToPalette(const Bitmap& picture, int bitsPerPixel) {
   result.SetPalette(maker.Palette());
   for (std::int32_t y = 0; y < picture.Height(); ++y) {
     const auto to = result.MutableRow(y);
-    ForEachColour(picture, y, [&](std::size_t x, Rgb colour) { PutIndex(to, x, maker.IndexOf(colour), bitsPerPixel); });
+    if (isPlain && bitsPerPixel == 8) {
+      maker.IndexRow(picture.Row(y).data(), to.data(), width);
+    } else {
+      ForEachColour(picture, y,
+                    [&](std::size_t x, Rgb colour) { PutIndex(to, x, maker.IndexOf(colour), bitsPerPixel); });
+    }
   }
   return result;
 }

@@ -8,15 +8,11 @@ namespace {
 
 constexpr unsigned CellBits = 5;
 constexpr std::size_t CellCount = std::size_t{1} << (3 * CellBits);
+// The bits of a channel that a cell does not say.
+constexpr unsigned CellRest = (1U << (8 - CellBits)) - 1;
 
 std::uint32_t KeyOf(Rgb colour) {
   return static_cast<std::uint32_t>(colour.red) << 16U | static_cast<std::uint32_t>(colour.green) << 8U | colour.blue;
-}
-
-std::size_t CellOf(Rgb colour) {
-  constexpr unsigned drop = 8 - CellBits;
-  return static_cast<std::size_t>(colour.red >> drop) << (2 * CellBits) |
-         static_cast<std::size_t>(colour.green >> drop) << CellBits | static_cast<std::size_t>(colour.blue >> drop);
 }
 
 // Place of a cell along one channel (0 red, 1 green, 2 blue).
@@ -38,16 +34,37 @@ struct Box {
 
 }  // namespace
 
-PaletteMaker::PaletteMaker(std::size_t mostEntries) : most(mostEntries), cells(CellCount) {}
+PaletteMaker::PaletteMaker(std::size_t mostEntries) : most(mostEntries), cells(2 * CellCount), cellIndex(CellCount) {}
+
+inline std::size_t PaletteMaker::CellOf(Rgb colour) {
+  constexpr unsigned drop = 8 - CellBits;
+  return static_cast<std::size_t>(colour.red >> drop) << (2 * CellBits) |
+         static_cast<std::size_t>(colour.green >> drop) << CellBits | static_cast<std::size_t>(colour.blue >> drop);
+}
+
+inline void PaletteMaker::Cell::Add(Rgb colour) {
+  redAndCount += static_cast<std::uint64_t>(colour.red & CellRest) << 32U | 1U;
+  blueAndGreen += static_cast<std::uint64_t>(colour.blue & CellRest) << 32U | (colour.green & CellRest);
+}
 
 void PaletteMaker::Count(Rgb colour) {
-  Cell& cell = cells[CellOf(colour)];
-  ++cell.count;
-  cell.red += colour.red;
-  cell.green += colour.green;
-  cell.blue += colour.blue;
+  cells[2 * CellOf(colour)].Add(colour);
+  if (exact) CountExactly(colour);
+}
+
+void PaletteMaker::CountRow(const std::uint8_t* row, std::size_t pixels) {
+  std::size_t x = 0;
+  for (; x < pixels && exact; ++x) Count({row[x * 3 + 2], row[x * 3 + 1], row[x * 3]});
+  Cell* const counted = cells.data();
+  for (; x < pixels; ++x) {
+    const Rgb colour{row[x * 3 + 2], row[x * 3 + 1], row[x * 3]};
+    counted[2 * CellOf(colour) + x % 2].Add(colour);
+  }
+}
+
+void PaletteMaker::CountExactly(Rgb colour) {
   const std::uint32_t key = KeyOf(colour);
-  if (!exact || key == lastKey) return;
+  if (key == lastKey) return;
   lastKey = key;
   if (exactIndex.contains(key)) return;
   if (palette.size() == most) {
@@ -64,9 +81,13 @@ void PaletteMaker::Make() {
 
 void PaletteMaker::Cut() {
   std::vector<std::uint16_t> used;
-  for (std::size_t i = 0; i < cells.size(); ++i) {
-    if (cells[i].count != 0) used.push_back(static_cast<std::uint16_t>(i));
+  for (std::size_t i = 0; i < CellCount; ++i) {
+    cells[2 * i].redAndCount += cells[2 * i + 1].redAndCount;
+    cells[2 * i].blueAndGreen += cells[2 * i + 1].blueAndGreen;
+    cells[2 * i + 1] = {};
+    if (cells[2 * i].Pixels() != 0) used.push_back(static_cast<std::uint16_t>(i));
   }
+  const auto pixelsOf = [this](std::uint16_t cell) { return cells[2 * std::size_t{cell}].Pixels(); };
   const auto measured = [&](std::size_t begin, std::size_t end) {
     Box box{begin, end, 0, 0, 0};
     for (unsigned channel = 0; channel < 3; ++channel) {
@@ -81,7 +102,7 @@ void PaletteMaker::Cut() {
         box.widestChannel = channel;
       }
     }
-    for (std::size_t i = begin; i < end; ++i) box.count += cells[used[i]].count;
+    for (std::size_t i = begin; i < end; ++i) box.count += pixelsOf(used[i]);
     return box;
   };
 
@@ -98,31 +119,52 @@ void PaletteMaker::Cut() {
               });
     // The cut lies where half of the pixels are on either side, with at least one cell on each.
     std::size_t middle = box.begin + 1;
-    std::uint64_t below = cells[used[box.begin]].count;
-    while (middle + 1 < box.end && below + cells[used[middle]].count <= box.count / 2)
-      below += cells[used[middle++]].count;
+    std::uint64_t below = pixelsOf(used[box.begin]);
+    while (middle + 1 < box.end && below + pixelsOf(used[middle]) <= box.count / 2) below += pixelsOf(used[middle++]);
     *widest = measured(box.begin, middle);
     boxes.push_back(measured(middle, box.end));
   }
 
   palette.clear();
   for (const Box& box : boxes) {
-    Cell sum;
+    std::uint64_t sums[3] = {};
     for (std::size_t i = box.begin; i < box.end; ++i) {
-      Cell& cell = cells[used[i]];
-      cell.index = static_cast<std::uint8_t>(palette.size());
-      sum.red += cell.red;
-      sum.green += cell.green;
-      sum.blue += cell.blue;
+      cellIndex[used[i]] = static_cast<std::uint8_t>(palette.size());
+      const Cell& cell = cells[2 * std::size_t{used[i]}];
+      const std::uint64_t rests[3] = {cell.redAndCount >> 32U, cell.blueAndGreen & 0xFFFFFFFFU,
+                                      cell.blueAndGreen >> 32U};
+      for (unsigned channel = 0; channel < 3; ++channel) {
+        const std::uint64_t base = std::uint64_t{PlaceOf(used[i], channel)} << (8 - CellBits);
+        sums[channel] += base * cell.Pixels() + rests[channel];
+      }
     }
-    const std::uint64_t count = std::max<std::uint64_t>(box.count, 1);
-    const auto mean = [count](std::uint64_t total) { return static_cast<std::uint8_t>((total + count / 2) / count); };
-    palette.push_back({mean(sum.red), mean(sum.green), mean(sum.blue)});
+    const auto mean = [&](unsigned channel) {
+      return static_cast<std::uint8_t>((sums[channel] + box.count / 2) / box.count);
+    };
+    palette.push_back({mean(0), mean(1), mean(2)});
   }
 }
 
 std::uint8_t PaletteMaker::IndexOf(Rgb colour) const {
-  return exact ? exactIndex.at(KeyOf(colour)) : cells[CellOf(colour)].index;
+  return exact ? exactIndex.at(KeyOf(colour)) : cellIndex[CellOf(colour)];
+}
+
+void PaletteMaker::IndexRow(const std::uint8_t* row, std::uint8_t* to, std::size_t pixels) const {
+  const std::uint8_t* const indices = cellIndex.data();
+  std::uint32_t key = 0xFFFFFFFF;
+  std::uint8_t index = 0;
+  for (std::size_t x = 0; x < pixels; ++x) {
+    const Rgb colour{row[x * 3 + 2], row[x * 3 + 1], row[x * 3]};
+    if (!exact) {
+      to[x] = indices[CellOf(colour)];
+      continue;
+    }
+    if (KeyOf(colour) != key) {
+      key = KeyOf(colour);
+      index = exactIndex.at(key);
+    }
+    to[x] = index;
+  }
 }
 
 }  // namespace kw

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <unordered_map>
 #include <vector>
@@ -16,6 +17,8 @@ public:
   explicit PaletteMaker(std::size_t most);
 
   void Count(Rgb colour);
+  // The same for a row of pixels of 24 bits.
+  void CountRow(const std::uint8_t* row, std::size_t pixels);
   void Make();
 
   // True where every counted colour is in the palette.
@@ -23,16 +26,22 @@ public:
   const std::vector<Rgb>& Palette() const { return palette; }
   // The entry for a colour that was counted.
   std::uint8_t IndexOf(Rgb colour) const;
+  // The same for a row of pixels of 24 bits.
+  void IndexRow(const std::uint8_t* row, std::uint8_t* to, std::size_t pixels) const;
 
 private:
-  // Colours are counted in cells of 5 bits a channel.
+  // Colours are counted in cells of 5 bits a channel. Halves of a number each hold one sum, so that two additions count
+  // a pixel; what is summed are the 3 bits of each channel that the cell does not say. That is enough for 600 million
+  // pixels in one cell.
   struct Cell {
-    std::uint64_t count = 0;
-    std::uint64_t red = 0;
-    std::uint64_t green = 0;
-    std::uint64_t blue = 0;
-    std::uint8_t index = 0;
+    std::uint64_t redAndCount = 0;
+    std::uint64_t blueAndGreen = 0;
+
+    void Add(Rgb colour);
+    std::uint64_t Pixels() const { return redAndCount & 0xFFFFFFFFU; }
   };
+  static std::size_t CellOf(Rgb colour);
+  void CountExactly(Rgb colour);
   void Cut();
 
   std::size_t most;
@@ -40,7 +49,9 @@ private:
   std::vector<Rgb> palette;
   std::unordered_map<std::uint32_t, std::uint8_t> exactIndex;
   std::uint32_t lastKey = 0xFFFFFFFF;
+  // Two of each cell, for pixels in turn: neighbours of the same colour do not wait for one another.
   std::vector<Cell> cells;
+  std::vector<std::uint8_t> cellIndex;
 };
 
 }  // namespace kw
