@@ -2,17 +2,26 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
+
+#include "picture/effects/Kernels.h"
 
 namespace kw {
 namespace {
 
 constexpr unsigned CellBits = 5;
 constexpr std::size_t CellCount = std::size_t{1} << (3 * CellBits);
-// The bits of a channel that a cell does not say.
-constexpr unsigned CellRest = (1U << (8 - CellBits)) - 1;
+// A count of recent pixels with this bit is put away: 8192 times 7 still fits into 16 bits.
+constexpr std::uint64_t MostRecent = 8192;
 
 std::uint32_t KeyOf(Rgb colour) {
   return static_cast<std::uint32_t>(colour.red) << 16U | static_cast<std::uint32_t>(colour.green) << 8U | colour.blue;
+}
+
+std::size_t CellOf(Rgb colour) {
+  constexpr unsigned drop = 8 - CellBits;
+  return static_cast<std::size_t>(colour.red >> drop) << (2 * CellBits) |
+         static_cast<std::size_t>(colour.green >> drop) << CellBits | static_cast<std::size_t>(colour.blue >> drop);
 }
 
 // Place of a cell along one channel (0 red, 1 green, 2 blue).
@@ -34,32 +43,41 @@ struct Box {
 
 }  // namespace
 
-PaletteMaker::PaletteMaker(std::size_t mostEntries) : most(mostEntries), cells(2 * CellCount), cellIndex(CellCount) {}
-
-inline std::size_t PaletteMaker::CellOf(Rgb colour) {
-  constexpr unsigned drop = 8 - CellBits;
-  return static_cast<std::size_t>(colour.red >> drop) << (2 * CellBits) |
-         static_cast<std::size_t>(colour.green >> drop) << CellBits | static_cast<std::size_t>(colour.blue >> drop);
+PaletteMaker::PaletteMaker(std::size_t mostEntries)
+    : most(mostEntries), cells(CellCount), recent(CellCount), increments(512), cellIndex(CellCount) {
+  for (std::uint64_t rest = 0; rest < increments.size(); ++rest) {
+    increments[rest] = 1U | (rest >> 6U) << 16U | (rest >> 3U & 7U) << 32U | (rest & 7U) << 48U;
+  }
 }
 
-inline void PaletteMaker::Cell::Add(Rgb colour) {
-  redAndCount += static_cast<std::uint64_t>(colour.red & CellRest) << 32U | 1U;
-  blueAndGreen += static_cast<std::uint64_t>(colour.blue & CellRest) << 32U | (colour.green & CellRest);
+inline void PaletteMaker::Add(std::size_t cell, unsigned rest) {
+  const std::uint64_t sums = recent[cell] + increments[rest];
+  recent[cell] = sums;
+  // From here on a channel's sum could outgrow its 16 bits.
+  if ((sums & MostRecent) != 0) Flush(cell);
+}
+
+void PaletteMaker::Flush(std::size_t cell) {
+  const std::uint64_t sums = std::exchange(recent[cell], 0);
+  cells[cell].count += sums & 0xFFFFU;
+  cells[cell].red += sums >> 16U & 0xFFFFU;
+  cells[cell].green += sums >> 32U & 0xFFFFU;
+  cells[cell].blue += sums >> 48U;
 }
 
 void PaletteMaker::Count(Rgb colour) {
-  cells[2 * CellOf(colour)].Add(colour);
+  Add(CellOf(colour), (colour.red & 7U) << 6U | (colour.green & 7U) << 3U | (colour.blue & 7U));
   if (exact) CountExactly(colour);
 }
 
 void PaletteMaker::CountRow(const std::uint8_t* row, std::size_t pixels) {
   std::size_t x = 0;
   for (; x < pixels && exact; ++x) Count({row[x * 3 + 2], row[x * 3 + 1], row[x * 3]});
-  Cell* const counted = cells.data();
-  for (; x < pixels; ++x) {
-    const Rgb colour{row[x * 3 + 2], row[x * 3 + 1], row[x * 3]};
-    counted[2 * CellOf(colour) + x % 2].Add(colour);
-  }
+  const std::size_t rest = pixels - x;
+  upper.resize(std::max(upper.size(), rest));
+  lower.resize(std::max(lower.size(), rest));
+  kernels::SplitColours(row + x * 3, upper.data(), lower.data(), rest);
+  for (std::size_t i = 0; i < rest; ++i) Add(upper[i], lower[i]);
 }
 
 void PaletteMaker::CountExactly(Rgb colour) {
@@ -82,12 +100,9 @@ void PaletteMaker::Make() {
 void PaletteMaker::Cut() {
   std::vector<std::uint16_t> used;
   for (std::size_t i = 0; i < CellCount; ++i) {
-    cells[2 * i].redAndCount += cells[2 * i + 1].redAndCount;
-    cells[2 * i].blueAndGreen += cells[2 * i + 1].blueAndGreen;
-    cells[2 * i + 1] = {};
-    if (cells[2 * i].Pixels() != 0) used.push_back(static_cast<std::uint16_t>(i));
+    Flush(i);
+    if (cells[i].count != 0) used.push_back(static_cast<std::uint16_t>(i));
   }
-  const auto pixelsOf = [this](std::uint16_t cell) { return cells[2 * std::size_t{cell}].Pixels(); };
   const auto measured = [&](std::size_t begin, std::size_t end) {
     Box box{begin, end, 0, 0, 0};
     for (unsigned channel = 0; channel < 3; ++channel) {
@@ -102,7 +117,7 @@ void PaletteMaker::Cut() {
         box.widestChannel = channel;
       }
     }
-    for (std::size_t i = begin; i < end; ++i) box.count += pixelsOf(used[i]);
+    for (std::size_t i = begin; i < end; ++i) box.count += cells[used[i]].count;
     return box;
   };
 
@@ -119,8 +134,10 @@ void PaletteMaker::Cut() {
               });
     // The cut lies where half of the pixels are on either side, with at least one cell on each.
     std::size_t middle = box.begin + 1;
-    std::uint64_t below = pixelsOf(used[box.begin]);
-    while (middle + 1 < box.end && below + pixelsOf(used[middle]) <= box.count / 2) below += pixelsOf(used[middle++]);
+    std::uint64_t below = cells[used[box.begin]].count;
+    while (middle + 1 < box.end && below + cells[used[middle]].count <= box.count / 2) {
+      below += cells[used[middle++]].count;
+    }
     *widest = measured(box.begin, middle);
     boxes.push_back(measured(middle, box.end));
   }
@@ -130,12 +147,10 @@ void PaletteMaker::Cut() {
     std::uint64_t sums[3] = {};
     for (std::size_t i = box.begin; i < box.end; ++i) {
       cellIndex[used[i]] = static_cast<std::uint8_t>(palette.size());
-      const Cell& cell = cells[2 * std::size_t{used[i]}];
-      const std::uint64_t rests[3] = {cell.redAndCount >> 32U, cell.blueAndGreen & 0xFFFFFFFFU,
-                                      cell.blueAndGreen >> 32U};
+      const Cell& cell = cells[used[i]];
+      const std::uint64_t rests[3] = {cell.red, cell.green, cell.blue};
       for (unsigned channel = 0; channel < 3; ++channel) {
-        const std::uint64_t base = std::uint64_t{PlaceOf(used[i], channel)} << (8 - CellBits);
-        sums[channel] += base * cell.Pixels() + rests[channel];
+        sums[channel] += (cell.count * PlaceOf(used[i], channel) << (8 - CellBits)) + rests[channel];
       }
     }
     const auto mean = [&](unsigned channel) {
@@ -149,16 +164,20 @@ std::uint8_t PaletteMaker::IndexOf(Rgb colour) const {
   return exact ? exactIndex.at(KeyOf(colour)) : cellIndex[CellOf(colour)];
 }
 
-void PaletteMaker::IndexRow(const std::uint8_t* row, std::uint8_t* to, std::size_t pixels) const {
-  const std::uint8_t* const indices = cellIndex.data();
+void PaletteMaker::IndexRow(const std::uint8_t* row, std::uint8_t* to, std::size_t pixels) {
+  if (!exact) {
+    upper.resize(std::max(upper.size(), pixels));
+    lower.resize(std::max(lower.size(), pixels));
+    kernels::SplitColours(row, upper.data(), lower.data(), pixels);
+    const std::uint8_t* const indices = cellIndex.data();
+    const std::uint16_t* const of = upper.data();
+    for (std::size_t x = 0; x < pixels; ++x) to[x] = indices[of[x]];
+    return;
+  }
   std::uint32_t key = 0xFFFFFFFF;
   std::uint8_t index = 0;
   for (std::size_t x = 0; x < pixels; ++x) {
     const Rgb colour{row[x * 3 + 2], row[x * 3 + 1], row[x * 3]};
-    if (!exact) {
-      to[x] = indices[CellOf(colour)];
-      continue;
-    }
     if (KeyOf(colour) != key) {
       key = KeyOf(colour);
       index = exactIndex.at(key);

@@ -27,21 +27,20 @@ public:
   // The entry for a colour that was counted.
   std::uint8_t IndexOf(Rgb colour) const;
   // The same for a row of pixels of 24 bits.
-  void IndexRow(const std::uint8_t* row, std::uint8_t* to, std::size_t pixels) const;
+  void IndexRow(const std::uint8_t* row, std::uint8_t* to, std::size_t pixels);
 
 private:
-  // Colours are counted in cells of 5 bits a channel. Halves of a number each hold one sum, so that two additions count
-  // a pixel; what is summed are the 3 bits of each channel that the cell does not say. That is enough for 600 million
-  // pixels in one cell.
+  // Colours are counted in cells of 5 bits a channel. What is summed are the 3 bits of each channel that the cell does
+  // not say.
   struct Cell {
-    std::uint64_t redAndCount = 0;
-    std::uint64_t blueAndGreen = 0;
-
-    void Add(Rgb colour);
-    std::uint64_t Pixels() const { return redAndCount & 0xFFFFFFFFU; }
+    std::uint64_t count = 0;
+    std::uint64_t red = 0;
+    std::uint64_t green = 0;
+    std::uint64_t blue = 0;
   };
-  static std::size_t CellOf(Rgb colour);
   void CountExactly(Rgb colour);
+  void Add(std::size_t cell, unsigned rest);
+  void Flush(std::size_t cell);
   void Cut();
 
   std::size_t most;
@@ -49,9 +48,15 @@ private:
   std::vector<Rgb> palette;
   std::unordered_map<std::uint32_t, std::uint8_t> exactIndex;
   std::uint32_t lastKey = 0xFFFFFFFF;
-  // Two of each cell, for pixels in turn: neighbours of the same colour do not wait for one another.
   std::vector<Cell> cells;
+  // What is not yet in `cells`: count, red, green and blue in 16 bits each, so that one addition counts a pixel.
+  std::vector<std::uint64_t> recent;
+  // What a pixel adds there, by its lower bits.
+  std::vector<std::uint64_t> increments;
   std::vector<std::uint8_t> cellIndex;
+  // The parts of a row's colours.
+  std::vector<std::uint16_t> upper;
+  std::vector<std::uint16_t> lower;
 };
 
 }  // namespace kw

@@ -57,6 +57,16 @@ void Brightness(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) 
   for (std::size_t x = 0; x < pixels; ++x) to[x] = Luma({from[x * 3 + 2], from[x * 3 + 1], from[x * 3]});
 }
 
+void SplitColours(const std::uint8_t* from, std::uint16_t* upper, std::uint16_t* lower, std::size_t pixels) {
+  for (std::size_t x = 0; x < pixels; ++x) {
+    const unsigned blue = from[x * 3];
+    const unsigned green = from[x * 3 + 1];
+    const unsigned red = from[x * 3 + 2];
+    upper[x] = static_cast<std::uint16_t>(red >> 3U << 10U | green >> 3U << 5U | blue >> 3U);
+    lower[x] = static_cast<std::uint16_t>((red & 7U) << 6U | (green & 7U) << 3U | (blue & 7U));
+  }
+}
+
 void PackAtLeast(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::uint8_t level) {
   for (std::size_t x = 0; x < pixels; ++x) {
     const auto bit = static_cast<std::uint8_t>(0x80U >> x % 8);

@@ -18,6 +18,7 @@ using plain::MapBytes;
 using plain::MapColours;
 using plain::MirrorBytes;
 using plain::PackAtLeast;
+using plain::SplitColours;
 #else
 namespace hn = hwy::HWY_NAMESPACE;
 
@@ -112,6 +113,38 @@ void Brightness(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) 
     hn::StoreU(hn::DemoteTo(half, hn::BitCast(narrow, upper)), half, to + x + step / 2);
   }
   plain::Brightness(from + x * 3, to + x, pixels - x);
+}
+
+HWY_INLINE void PutSplit(hn::Vec<Words> blue, hn::Vec<Words> green, hn::Vec<Words> red, std::uint16_t* upper,
+                         std::uint16_t* lower) {
+  const Words d;
+  const auto high = hn::Set(d, std::uint16_t{0xF8});
+  const auto low = hn::Set(d, std::uint16_t{7});
+  const auto ofRed = hn::ShiftLeft<7>(hn::And(red, high));
+  const auto ofGreen = hn::ShiftLeft<2>(hn::And(green, high));
+  hn::StoreU(hn::Or(hn::Or(ofRed, ofGreen), hn::ShiftRight<3>(blue)), d, upper);
+  const auto restOfRed = hn::ShiftLeft<6>(hn::And(red, low));
+  const auto restOfGreen = hn::ShiftLeft<3>(hn::And(green, low));
+  hn::StoreU(hn::Or(hn::Or(restOfRed, restOfGreen), hn::And(blue, low)), d, lower);
+}
+
+void SplitColours(const std::uint8_t* from, std::uint16_t* upper, std::uint16_t* lower, std::size_t pixels) {
+  const Bytes d;
+  const Words words;
+  const HalfBytes half;
+  const std::size_t step = hn::Lanes(d);
+  std::size_t x = 0;
+  for (; x + step <= pixels; x += step) {
+    hn::Vec<Bytes> blue;
+    hn::Vec<Bytes> green;
+    hn::Vec<Bytes> red;
+    hn::LoadInterleaved3(d, from + x * 3, blue, green, red);
+    PutSplit(hn::PromoteTo(words, hn::LowerHalf(half, blue)), hn::PromoteTo(words, hn::LowerHalf(half, green)),
+             hn::PromoteTo(words, hn::LowerHalf(half, red)), upper + x, lower + x);
+    PutSplit(hn::PromoteTo(words, hn::UpperHalf(half, blue)), hn::PromoteTo(words, hn::UpperHalf(half, green)),
+             hn::PromoteTo(words, hn::UpperHalf(half, red)), upper + x + step / 2, lower + x + step / 2);
+  }
+  plain::SplitColours(from + x * 3, upper + x, lower + x, pixels - x);
 }
 
 void PackAtLeast(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::uint8_t level) {
@@ -210,6 +243,7 @@ HWY_EXPORT(MapBytes);
 HWY_EXPORT(MapColours);
 HWY_EXPORT(Brightness);
 HWY_EXPORT(PackAtLeast);
+HWY_EXPORT(SplitColours);
 HWY_EXPORT(Halve);
 HWY_EXPORT(MirrorBytes);
 
@@ -223,6 +257,10 @@ void MapColours(std::uint8_t* row, std::size_t count, const ByteTable& table) {
 
 void Brightness(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
   HWY_DYNAMIC_DISPATCH(Brightness)(from, to, pixels);
+}
+
+void SplitColours(const std::uint8_t* from, std::uint16_t* upper, std::uint16_t* lower, std::size_t pixels) {
+  HWY_DYNAMIC_DISPATCH(SplitColours)(from, upper, lower, pixels);
 }
 
 void PackAtLeast(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::uint8_t level) {

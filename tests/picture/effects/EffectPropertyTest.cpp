@@ -209,6 +209,22 @@ TEST(EffectProperty, DitherKeepsTheMeanBrightness) {
   }
 }
 
+// A palette of means: a large area of one colour keeps it, whatever else there is.
+TEST(EffectProperty, FewerBitsKeepTheColourOfAnArea) {
+  Bitmap picture = Noise(400, 300, 24);
+  for (std::int32_t y = 20; y < 300; ++y) {
+    const auto row = picture.MutableRow(y);
+    for (std::size_t i = 0; i < row.size(); ++i)
+      row[i] = static_cast<std::uint8_t>(i % 3 == 0 ? 77 : i % 3 == 1 ? 133 : 206);
+  }
+  for (int i = 0; i < 2; ++i) {
+    picture = With(picture, "DecreaseBpp");
+    EXPECT_NEAR(77, picture.PixelAt(200, 200).blue, 1);
+    EXPECT_NEAR(133, picture.PixelAt(200, 200).green, 1);
+    EXPECT_NEAR(206, picture.PixelAt(200, 200).red, 1);
+  }
+}
+
 TEST(EffectProperty, HiddenColoursDoNotShowUp) {
   Bitmap picture(9, 9, 32);
   for (std::int32_t y = 0; y < 9; ++y) {
