@@ -4,6 +4,7 @@
 
 #include "components/LightWeightMarker.h"
 #include "drawing/DrawPicture.h"
+#include "drawing/Shape.h"
 
 namespace kw {
 namespace {
@@ -27,10 +28,34 @@ void DrawResizeHandles(const FrameBuffer& target, const PixelRect& place) {
   }
 }
 
+// A layer's figure inside its place, inset by half the line so that nothing of it is cut off.
+void DrawFigure(const FrameBuffer& target, const TransparentPicture& layer, const PixelRect& place) {
+  const Figure& figure = layer.DrawnFigure();
+  if (figure.kind == FigureKind::Picture || figure.kind == FigureKind::Text) return;
+  const double inset = layer.LineWidth() / 2.0;
+  const double right = place.right - place.left - inset;
+  const double bottom = place.bottom - place.top - inset;
+  Shape shape;
+  shape.box = {inset, inset, right, bottom};
+  shape.lineWidth = layer.LineWidth();
+  shape.lineColour = layer.LineColor();
+  if (figure.kind == FigureKind::Line) {
+    shape.kind = Shape::Kind::Line;
+    if (figure.isRising) shape.box = {inset, bottom, right, inset};
+  } else {
+    shape.kind = figure.kind == FigureKind::Ellipse ? Shape::Kind::Ellipse : Shape::Kind::Rectangle;
+    shape.fill = layer.BackColor();
+  }
+  Rasteriser rasteriser;
+  DrawShape(target, shape, {static_cast<double>(place.left), static_cast<double>(place.top)}, place,
+            {.transparent = layer.TransparentColor()}, rasteriser);
+}
+
 void DrawLayer(const FrameBuffer& target, const TransparentPicture& layer, const CaptionPainter& paintCaption) {
   const PixelRect place = PixelsOf(layer);
   if (Common(place, target.area).IsEmpty()) return;
   DrawPicture(target, layer.Picture(), place, {.transparent = Paper, .isLightened = layer.IsLightened()});
+  DrawFigure(target, layer, place);
   if (!layer.Caption().empty() && paintCaption) paintCaption(target, layer, place);
   if (layer.SelectionFrame() != 0) FrameArea(target, place, Black);
   if (layer.IsToShowBorderMarks()) FrameArea(target, place, Black, true);

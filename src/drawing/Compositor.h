@@ -26,7 +26,7 @@ public:
   void SetGround(Colour backColour) { ground = backColour; }
 
   // Paints what the canvas shows in a part of the buffer's area. Texts are left out where there is no renderer.
-  void Paint(const FrameBuffer& target, const PixelRect& part, TextRenderer* texts) const;
+  void Paint(const FrameBuffer& target, const PixelRect& wanted, TextRenderer* texts) const;
 
 private:
   Colour ground;

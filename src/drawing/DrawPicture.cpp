@@ -12,6 +12,7 @@ namespace kw {
 namespace {
 
 constexpr std::int32_t RowsAhead = 2;
+constexpr float Half = 0.5F;
 
 std::int64_t Span(std::int32_t from, std::int32_t to) { return std::int64_t{to} - from; }
 
@@ -107,7 +108,8 @@ void AddWeighted(std::span<Channels> sums, std::span<const std::uint32_t> pixels
     to[i] += weight * static_cast<float>(static_cast<std::uint8_t>(bytes[i]));
 }
 
-std::uint32_t Byte(float value) { return static_cast<std::uint32_t>(static_cast<std::int32_t>(value + 0.5F)); }
+// The nearest whole number, faster than the library finds it.
+std::uint32_t Byte(float value) { return static_cast<std::uint32_t>(static_cast<std::int32_t>(value + Half)); }
 
 void DrawScaled(const FrameBuffer& target, const Bitmap& picture, const RowReader& reader, const PixelRect& place,
                 const PixelRect& part) {

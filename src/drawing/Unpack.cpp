@@ -41,7 +41,7 @@ __attribute__((target("ssse3"))) std::size_t UnpackByShuffle(std::span<const std
 void UnpackThreeBytes(std::span<const std::uint8_t> from, std::span<std::uint32_t> to, std::uint32_t alpha) {
   std::size_t i = 0;
 #ifdef KW_HAS_SHUFFLE
-  static const bool canShuffle = __builtin_cpu_supports("ssse3") != 0;
+  static const bool canShuffle = static_cast<bool>(__builtin_cpu_supports("ssse3"));
   if (canShuffle) i = UnpackByShuffle(from, to, alpha);
 #endif
   for (; i * 3 + 4 <= from.size() && i < to.size(); ++i) {

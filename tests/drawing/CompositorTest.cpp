@@ -84,6 +84,12 @@ public:
     return item;
   }
 
+  std::vector<DisplayItem> Many(std::size_t count) {
+    std::vector<DisplayItem> items(count);
+    for (DisplayItem& item : items) item = Make();
+    return items;
+  }
+
   void Change(DisplayItem& item) {
     item.place = Place();
     item.ground = Number(0, 5) == 0 ? std::optional(AnyColour()) : std::nullopt;
@@ -164,8 +170,7 @@ TEST(CompositorTest, PaintingAPartTouchesNothingElse) {
   PatternText texts;
   for (int round = 0; round < 200; ++round) {
     Compositor compositor(White);
-    std::vector<DisplayItem> items;
-    for (int i = 0; i < 12; ++i) items.push_back(make.Make());
+    std::vector<DisplayItem> items = make.Many(12);
     compositor.Show(items);
     const Canvas canvas(Screen);
     const PixelRect part = make.Place();
@@ -183,8 +188,7 @@ TEST(CompositorTest, PaintingAPartTouchesNothingElse) {
 
 TEST(CompositorTest, AMovedItemDirtiesItsOldAndItsNewPlaceOnly) {
   RandomItems make(3);
-  std::vector<DisplayItem> items;
-  for (int i = 0; i < 500; ++i) items.push_back(make.Make());
+  std::vector<DisplayItem> items = make.Many(500);
   items[250].place = {10, 10, 30, 30};
   Compositor compositor(White);
   compositor.Show(items);
@@ -198,8 +202,7 @@ TEST(CompositorTest, AMovedItemDirtiesItsOldAndItsNewPlaceOnly) {
 
 TEST(CompositorTest, ARestackedItemDirtiesItsOwnPlaceOnly) {
   RandomItems make(4);
-  std::vector<DisplayItem> items;
-  for (int i = 0; i < 50; ++i) items.push_back(make.Make());
+  std::vector<DisplayItem> items = make.Many(50);
   items[7].place = {5, 6, 25, 26};
   Compositor compositor(White);
   compositor.Show(items);
@@ -222,7 +225,7 @@ TEST(CompositorTest, LayersLieAboveThePageAndItAboveItsBackground) {
   const DisplayItem background{
       .key = 1, .place = {0, 0, 10, 10}, .picture = Plain(10, 10, {0, 0, 0}), .look = {.isLightened = true}};
   Bitmap paper = Plain(8, 8, {255, 255, 255});
-  paper.MutableRow(2)[2 * 3] = 0;  // a yellow dot
+  paper.MutableRow(2)[6] = 0;  // a yellow dot
   const DisplayItem page{.key = 2, .place = {0, 0, 8, 8}, .picture = paper, .look = {.transparent = White}};
   const DisplayItem layer{
       .key = 3, .place = {4, 4, 9, 9}, .ground = MakeColour(255, 0, 0), .frame = DisplayItem::Frame::Solid};
