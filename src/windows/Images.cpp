@@ -1,7 +1,12 @@
 #include "windows/Images.h"
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <optional>
+#include <span>
 #include <vector>
 
 #include "resources/KwIcons.h"
@@ -12,18 +17,7 @@ namespace kw::windows {
 namespace {
 
 constexpr int Side = Images::Size;
-using IconPixels = std::array<std::uint32_t, static_cast<std::size_t>(Side) * Side>;
-
-BITMAPINFO IconFormat() {
-  BITMAPINFO info = {};
-  info.bmiHeader.biSize = sizeof info.bmiHeader;
-  info.bmiHeader.biWidth = Side;
-  info.bmiHeader.biHeight = -Side;
-  info.bmiHeader.biPlanes = 1;
-  info.bmiHeader.biBitCount = 32;
-  info.bmiHeader.biCompression = BI_RGB;
-  return info;
-}
+using IconPixels = std::array<std::uint32_t, static_cast<std::size_t>(Side) * Side>;  // rows downward, straight alpha
 
 // Grey of the same brightness, and paler.
 std::uint32_t Disable(std::uint32_t pixel) {
@@ -35,34 +29,57 @@ std::uint32_t Disable(std::uint32_t pixel) {
   return (alpha << 24U) | (grey << 16U) | (grey << 8U) | grey;
 }
 
-HICON IconOf(const IconPixels& pixels) {
-  const BITMAPINFO info = IconFormat();
-  void* bits = nullptr;
-  const HBITMAP colour = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-  const std::vector<std::uint8_t> opaque(static_cast<std::size_t>(Side) * 2);
-  const HBITMAP mask = CreateBitmap(Side, Side, 1, 1, opaque.data());
-  HICON icon = nullptr;
-  if (colour != nullptr && mask != nullptr) {
-    std::copy(pixels.begin(), pixels.end(), static_cast<std::uint32_t*>(bits));
-    ICONINFO parts = {TRUE, 0, 0, mask, colour};
-    icon = CreateIconIndirect(&parts);
+// The pixels of an icon resource, read as they are stored: making an icon of the system for each is slow.
+std::optional<IconPixels> ReadIcon(int id) {
+  const auto load = [](int number, const wchar_t* type) -> std::span<const std::byte> {
+    const HRSRC found = FindResourceW(Module(), MAKEINTRESOURCEW(number), type);
+    const HGLOBAL loaded = found == nullptr ? nullptr : LoadResource(Module(), found);
+    if (loaded == nullptr) return {};
+    return {static_cast<const std::byte*>(LockResource(loaded)), SizeofResource(Module(), found)};
+  };
+  const auto directory = load(id, RT_GROUP_ICON);
+  if (directory.empty()) return std::nullopt;
+  // The function takes its argument as writable, but only reads.
+  auto* const entries = reinterpret_cast<BYTE*>(const_cast<std::byte*>(directory.data()));
+  const auto icon = load(LookupIconIdFromDirectoryEx(entries, TRUE, Side, Side, LR_DEFAULTCOLOR), RT_ICON);
+  BITMAPINFOHEADER header = {};
+  IconPixels stored = {};
+  if (icon.size() < sizeof header + sizeof stored) return std::nullopt;
+  std::memcpy(&header, icon.data(), sizeof header);
+  if (header.biSize != sizeof header || header.biWidth != Side || header.biBitCount != 32) return std::nullopt;
+  std::memcpy(stored.data(), icon.data() + sizeof header, sizeof stored);
+  IconPixels pixels = {};
+  for (std::size_t y = 0; y < Side; ++y) {  // rows are stored from the bottom upward
+    std::copy_n(stored.begin() + static_cast<std::ptrdiff_t>((Side - 1 - y) * Side), Side,
+                pixels.begin() + static_cast<std::ptrdiff_t>(y * Side));
   }
-  DeleteObject(colour);
-  DeleteObject(mask);
-  return icon;
+  return pixels;
 }
 
-IconPixels PixelsOf(HICON icon) {
-  IconPixels pixels = {};
-  ICONINFO parts = {};
-  if (GetIconInfo(icon, &parts) == FALSE) return pixels;
-  BITMAPINFO info = IconFormat();
-  const HDC screen = GetDC(nullptr);
-  GetDIBits(screen, parts.hbmColor, 0, Side, pixels.data(), &info, DIB_RGB_COLORS);
-  ReleaseDC(nullptr, screen);
-  DeleteObject(parts.hbmColor);
-  DeleteObject(parts.hbmMask);
-  return pixels;
+// An image list of these icons.
+HIMAGELIST MakeList(const std::vector<IconPixels>& icons) {
+  const int count = static_cast<int>(icons.size());
+  const HIMAGELIST list = ImageList_Create(Side, Side, ILC_COLOR32, count, 1);
+  BITMAPINFO info = {};
+  info.bmiHeader.biSize = sizeof info.bmiHeader;
+  info.bmiHeader.biWidth = Side * count;
+  info.bmiHeader.biHeight = -Side;
+  info.bmiHeader.biPlanes = 1;
+  info.bmiHeader.biBitCount = 32;
+  info.bmiHeader.biCompression = BI_RGB;
+  void* bits = nullptr;
+  const HBITMAP strip = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+  if (strip == nullptr) return list;
+  auto* const pixels = static_cast<std::uint32_t*>(bits);
+  for (std::size_t i = 0; i < icons.size(); ++i) {
+    for (std::size_t y = 0; y < Side; ++y) {
+      std::copy_n(icons[i].begin() + static_cast<std::ptrdiff_t>(y * Side), Side,
+                  pixels + (y * icons.size() + i) * Side);
+    }
+  }
+  ImageList_Add(list, strip, nullptr);
+  DeleteObject(strip);
+  return list;
 }
 
 // Stands for a key that has no drawing.
@@ -117,27 +134,18 @@ Images::~Images() {
 
 void Images::Fill() const {
   if (normal != nullptr) return;
-  constexpr int Count = static_cast<int>(std::size(IconResources)) + 1;
-  normal = ImageList_Create(Side, Side, ILC_COLOR32 | ILC_MASK, Count, 1);
-  disabled = ImageList_Create(Side, Side, ILC_COLOR32 | ILC_MASK, Count, 1);
-  const auto add = [this](IconPixels pixels) {
-    const HICON icon = IconOf(pixels);
-    const int index = ImageList_AddIcon(normal, icon);
-    for (std::uint32_t& pixel : pixels) pixel = Disable(pixel);
-    const HICON pale = IconOf(pixels);
-    ImageList_AddIcon(disabled, pale);
-    DestroyIcon(icon);
-    DestroyIcon(pale);
-    return index;
-  };
-  add(Placeholder());  // index 0
+  std::vector<IconPixels> icons = {Placeholder()};  // index 0
   for (const IconResource& resource : IconResources) {
-    const auto icon = static_cast<HICON>(
-        LoadImageW(Module(), MAKEINTRESOURCEW(resource.id), IMAGE_ICON, Side, Side, LR_DEFAULTCOLOR));
-    if (icon == nullptr) continue;
-    indexes[resource.key] = add(PixelsOf(icon));
-    DestroyIcon(icon);
+    const auto icon = ReadIcon(resource.id);
+    if (!icon) continue;
+    indexes[resource.key] = static_cast<int>(icons.size());
+    icons.push_back(*icon);
   }
+  normal = MakeList(icons);
+  for (IconPixels& icon : icons) {
+    for (std::uint32_t& pixel : icon) pixel = Disable(pixel);
+  }
+  disabled = MakeList(icons);
 }
 
 HIMAGELIST Images::Normal() const {

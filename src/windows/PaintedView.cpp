@@ -36,11 +36,17 @@ LRESULT PaintedView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       if (paint.IsNeeded()) PaintWith(paint.Context());
       return 0;
     }
+    case WM_CAPTURECHANGED:
+      if (!isReleasing) OnMouseLost();
+      break;
     default:
       break;
   }
   if (const auto event = MouseEvent::Of(message, wParam, lParam)) {
+    // Released before the model hears of it, because the handler may show a box.
+    isReleasing = true;
     HoldMouse(Handle(), *event);
+    isReleasing = false;
     OnMouse(*event);
     return 0;
   }

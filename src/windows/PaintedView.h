@@ -19,6 +19,8 @@ protected:
   // Paints the whole client area into a context that has the pane's font selected.
   virtual void Paint(HDC context, const RECT& client) = 0;
   virtual void OnMouse(const MouseEvent& event);
+  // Another window took the mouse while a button was down.
+  virtual void OnMouseLost() {}
 
   HWND Create(HWND parent) override { return CreateOwnWindow(parent); }
   void Show(Aspect aspect) override;
@@ -28,6 +30,7 @@ private:
 
   MouseInput* mouse;
   MouseSender sender;
+  bool isReleasing = false;
 };
 
 }  // namespace kw::windows

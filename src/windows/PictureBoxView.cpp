@@ -75,10 +75,6 @@ LRESULT PictureBoxView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     }
     case WM_GETDLGCODE:
       return DLGC_WANTARROWS | DLGC_WANTCHARS;
-    case WM_CAPTURECHANGED:
-      isHolding = false;
-      held = nullptr;
-      break;
     default:
       break;
   }
@@ -102,6 +98,11 @@ void PictureBoxView::OnMouse(const MouseEvent& event) {
   } else {
     PaintedView::OnMouse(event);
   }
+}
+
+void PictureBoxView::OnMouseLost() {
+  isHolding = false;
+  held = nullptr;
 }
 
 void PictureBoxView::TakeFocus() {

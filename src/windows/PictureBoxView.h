@@ -27,6 +27,7 @@ public:
 private:
   void Paint(HDC context, const RECT& client) override;
   void OnMouse(const MouseEvent& event) override;
+  void OnMouseLost() override;
   CanvasItemView* ItemAt(POINT point) const;
   void TakeFocus();
 

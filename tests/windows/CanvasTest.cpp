@@ -128,10 +128,14 @@ TEST(Canvas, NothingIsErasedBeforeItIsPainted) {
                                static_cast<const Control*>(&form.palette), static_cast<const Control*>(&form.root)}) {
     const HWND window = WindowOf(*model);
     UpdateWindow(window);
+    RECT client = {};
+    GetClientRect(window, &client);
+    const int x = client.right - 3;  // where no child lies
+    const int y = client.bottom - 3;
     const HDC context = GetDC(window);
-    SetPixel(context, 1, 1, mark);
+    SetPixel(context, x, y, mark);
     EXPECT_NE(SendMessageW(window, WM_ERASEBKGND, reinterpret_cast<WPARAM>(context), 0), 0);
-    EXPECT_EQ(GetPixel(context, 1, 1), mark) << model->Name();
+    EXPECT_EQ(GetPixel(context, x, y), mark) << model->Name();
     ReleaseDC(window, context);
     EXPECT_EQ(GetClassLongPtrW(window, GCLP_HBRBACKGROUND), 0U);
   }

@@ -139,7 +139,7 @@ TEST(Desktop, TheClipboardIsAskedForItsFormats) {
   EXPECT_THROW(desktop.ClipboardHasFormat(-1), RunTimeError);
 }
 
-TEST(Desktop, FilesArFoundAndRemovedUnderAnyUnicodeName) {
+TEST(Desktop, FilesAreFoundAndRemovedUnderAnyUnicodeName) {
   WindowsDesktop desktop;
   wchar_t folder[MAX_PATH] = {};
   GetTempPathW(MAX_PATH, folder);

@@ -1,5 +1,7 @@
 // What the user does reaches the models' events.
 
+#include <windows.h>
+
 #include <commctrl.h>
 #include <gtest/gtest.h>
 

@@ -127,7 +127,7 @@ TEST(Lifetime, TheModelsMayGetAnotherWindowAfterwards) {
   EXPECT_TRUE(IsWindow(WindowOf(form.panel)));
 }
 
-TEST(Lifetime, TwoHundredOpeningsLeaveNoGdiOrUserObjectsBehind) {
+TEST(Lifetime, TwentyOpeningsLeaveNoGdiOrUserObjectsBehind) {
   TestForm form;
   const auto reopen = [&] {
     form.window->Close();
@@ -138,9 +138,9 @@ TEST(Lifetime, TwoHundredOpeningsLeaveNoGdiOrUserObjectsBehind) {
   for (int i = 0; i < 3; ++i) reopen();
   const DWORD gdi = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
   const DWORD user = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
-  for (int i = 0; i < 200; ++i) reopen();
-  EXPECT_LE(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS), gdi + 20);
-  EXPECT_LE(GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS), user + 20);
+  for (int i = 0; i < 20; ++i) reopen();
+  EXPECT_LE(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS), gdi + 10);
+  EXPECT_LE(GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS), user + 10);
 }
 
 }  // namespace

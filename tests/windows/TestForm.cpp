@@ -89,8 +89,9 @@ TestForm::~TestForm() {
 }
 
 HWND TestForm::HostWindow() {
-  return CreateWindowExW(0, L"Static", L"Views", WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0, 600, 400, nullptr,
-                         nullptr, GetModuleHandleW(nullptr), nullptr);
+  // A tool window is none that a window manager, where there is one, would be waited for.
+  return CreateWindowExW(WS_EX_TOOLWINDOW, L"Static", L"Views", WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0, 600, 400,
+                         nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
 }
 
 void TestForm::Pump() {

@@ -1,5 +1,7 @@
 // What a model says is what its window shows.
 
+#include <windows.h>
+
 #include <commctrl.h>
 #include <gtest/gtest.h>
 
