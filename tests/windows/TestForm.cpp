@@ -89,9 +89,11 @@ TestForm::~TestForm() {
 }
 
 HWND TestForm::HostWindow() {
-  // A tool window is none that a window manager, where there is one, would be waited for.
-  return CreateWindowExW(WS_EX_TOOLWINDOW, L"Static", L"Views", WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0, 600, 400,
-                         nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
+  const HWND made = CreateWindowExW(0, L"Static", L"Views", WS_POPUP | WS_CLIPCHILDREN, 0, 0, 600, 400, nullptr,
+                                    nullptr, GetModuleHandleW(nullptr), nullptr);
+  // Shown without being activated: an active window is handed to a window manager, and Wine waits two seconds for one.
+  ShowWindow(made, SW_SHOWNA);
+  return made;
 }
 
 void TestForm::Pump() {

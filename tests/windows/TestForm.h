@@ -58,7 +58,7 @@ public:
 
   HWND host = nullptr;
   std::unique_ptr<windows::EditorWindow> window;
-  // Windows of other threads or leftovers that a test made with HostWindow.
+  // A top-level window to hold an editor.
   static HWND HostWindow();
 
   // Handles every message that waits.
