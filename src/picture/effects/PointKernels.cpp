@@ -78,6 +78,16 @@ void MapColours(std::uint8_t* row, std::size_t count, const ByteTable& table) {
   }
 }
 
+// Calls work(x) for each vector of pixels. The last one overlaps the one before, so that nothing is left over; false
+// where there is not even one.
+template <class Work>
+HWY_INLINE bool ForVectors(std::size_t pixels, std::size_t step, const Work& work) {
+  if (pixels < step) return false;
+  for (std::size_t x = 0; x + step <= pixels; x += step) work(x);
+  if (pixels % step != 0) work(pixels - step);
+  return true;
+}
+
 // An eighth of the sum fits into 16 bits: the weights are 8 * 37 + 3, 8 * 73 + 3, 8 * 14 + 2 and for rounding
 // 8 * 62 + 4. What is left is divided by 125, exactly so for these numbers.
 HWY_INLINE hn::Vec<Words> BrightnessOf(hn::Vec<Words> blue, hn::Vec<Words> green, hn::Vec<Words> red) {
@@ -95,9 +105,9 @@ void Brightness(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) 
   const Bytes d;
   const Words words;
   const HalfBytes half;
+  const hn::RebindToSigned<Words> narrow;
   const std::size_t step = hn::Lanes(d);
-  std::size_t x = 0;
-  for (; x + step <= pixels; x += step) {
+  const auto work = [=](const std::size_t x) HWY_ATTR {
     hn::Vec<Bytes> blue;
     hn::Vec<Bytes> green;
     hn::Vec<Bytes> red;
@@ -108,11 +118,10 @@ void Brightness(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) 
     const auto upper =
         BrightnessOf(hn::PromoteTo(words, hn::UpperHalf(half, blue)), hn::PromoteTo(words, hn::UpperHalf(half, green)),
                      hn::PromoteTo(words, hn::UpperHalf(half, red)));
-    const hn::RebindToSigned<Words> narrow;
     hn::StoreU(hn::DemoteTo(half, hn::BitCast(narrow, lower)), half, to + x);
     hn::StoreU(hn::DemoteTo(half, hn::BitCast(narrow, upper)), half, to + x + step / 2);
-  }
-  plain::Brightness(from + x * 3, to + x, pixels - x);
+  };
+  if (!ForVectors(pixels, step, work)) plain::Brightness(from, to, pixels);
 }
 
 HWY_INLINE void PutSplit(hn::Vec<Words> blue, hn::Vec<Words> green, hn::Vec<Words> red, std::uint16_t* upper,
@@ -133,8 +142,7 @@ void SplitColours(const std::uint8_t* from, std::uint16_t* upper, std::uint16_t*
   const Words words;
   const HalfBytes half;
   const std::size_t step = hn::Lanes(d);
-  std::size_t x = 0;
-  for (; x + step <= pixels; x += step) {
+  const auto work = [=](const std::size_t x) HWY_ATTR {
     hn::Vec<Bytes> blue;
     hn::Vec<Bytes> green;
     hn::Vec<Bytes> red;
@@ -143,8 +151,8 @@ void SplitColours(const std::uint8_t* from, std::uint16_t* upper, std::uint16_t*
              hn::PromoteTo(words, hn::LowerHalf(half, red)), upper + x, lower + x);
     PutSplit(hn::PromoteTo(words, hn::UpperHalf(half, blue)), hn::PromoteTo(words, hn::UpperHalf(half, green)),
              hn::PromoteTo(words, hn::UpperHalf(half, red)), upper + x + step / 2, lower + x + step / 2);
-  }
-  plain::SplitColours(from + x * 3, upper + x, lower + x, pixels - x);
+  };
+  if (!ForVectors(pixels, step, work)) plain::SplitColours(from, upper, lower, pixels);
 }
 
 void PackAtLeast(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::uint8_t level) {
@@ -176,23 +184,19 @@ void Halve(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* t
            std::size_t size) {
   const Bytes d;
   const HalfBytes half;
+  const auto grey = [=](const std::size_t x) HWY_ATTR {
+    hn::StoreU(MeanOfPairs(hn::LoadU(d, upper + 2 * x), hn::LoadU(d, lower + 2 * x)), half, to + x);
+  };
+  const auto colours = [=](const std::size_t x) HWY_ATTR {
+    hn::Vec<Bytes> a[3];
+    hn::Vec<Bytes> b[3];
+    hn::LoadInterleaved3(d, upper + 6 * x, a[0], a[1], a[2]);
+    hn::LoadInterleaved3(d, lower + 6 * x, b[0], b[1], b[2]);
+    hn::StoreInterleaved3(MeanOfPairs(a[0], b[0]), MeanOfPairs(a[1], b[1]), MeanOfPairs(a[2], b[2]), half, to + 3 * x);
+  };
   const std::size_t step = hn::Lanes(half);
-  std::size_t x = 0;
-  if (size == 1) {
-    for (; x + step <= pixels; x += step) {
-      hn::StoreU(MeanOfPairs(hn::LoadU(d, upper + 2 * x), hn::LoadU(d, lower + 2 * x)), half, to + x);
-    }
-  } else if (size == 3) {
-    for (; x + step <= pixels; x += step) {
-      hn::Vec<Bytes> a[3];
-      hn::Vec<Bytes> b[3];
-      hn::LoadInterleaved3(d, upper + 6 * x, a[0], a[1], a[2]);
-      hn::LoadInterleaved3(d, lower + 6 * x, b[0], b[1], b[2]);
-      hn::StoreInterleaved3(MeanOfPairs(a[0], b[0]), MeanOfPairs(a[1], b[1]), MeanOfPairs(a[2], b[2]), half,
-                            to + 3 * x);
-    }
-  }
-  plain::Halve(upper + 2 * x * size, lower + 2 * x * size, to + x * size, pixels - x, size);
+  const bool done = size == 1 ? ForVectors(pixels, step, grey) : size == 3 && ForVectors(pixels, step, colours);
+  if (!done) plain::Halve(upper, lower, to, pixels, size);
 }
 
 // All bytes in the opposite order.
