@@ -91,8 +91,11 @@ void EditorForm::AddButtons() {
   AddAll(tbrMoreTools, ButtonStyle::Push,
          {"Invert", "Contrast", "Soften", "Sharpen", "Darken", "Lighten", "Blur", "Colorize", "Dilate", "Dither",
           "Edge", "Emboss", "Option", "Threshold"});
-  tbrMoreTools.AddButton({.key = "IncreaseBpp", .toolTip = "Increase Bpp", .caption = "Bpp (+)"});
-  tbrMoreTools.AddButton({.key = "DecreaseBpp", .toolTip = "Decrease Bpp", .caption = "Bpp (-)"});
+  AddGap(tbrMoreTools);
+  tbrMoreTools.AddButton(
+      {.key = "IncreaseBpp", .toolTip = "Increase Bpp", .caption = "Bpp (+)", .image = "IncreaseBpp"});
+  tbrMoreTools.AddButton(
+      {.key = "DecreaseBpp", .toolTip = "Decrease Bpp", .caption = "Bpp (-)", .image = "DecreaseBpp"});
 }
 
 void EditorForm::Place() {
@@ -158,7 +161,7 @@ void EditorForm::Place() {
       {SampleLine, kwraTools, 10, 186, 140, 1},
       {sldLineHeight, kwraTools, 4, 192, 152, 26},
       {lblLineSize2, kwraTools, 8, 219, 76, 14},
-      {tbrMoreTools, kwraTools, 6, 238, 148, 100},
+      {tbrMoreTools, kwraTools, 6, 238, 146, 100},
       {kwrpColors, kwraTools, 4, 162, 152, 96, Hidden},
 
       {kwraPrintingStatus, editor, 300, 250, 260, 88, Hidden},
