@@ -59,6 +59,20 @@ struct TargetArea {
 void Turn(const Area& from, const TargetArea& to, int bitsPerPixel, bool clockwise, std::int32_t begin,
           std::int32_t end);
 
+// A part of a quarter turn of pixels of `size` bytes: pixel (c, l) of the old picture goes to row c, place l of the new
+// one. `columns` and `lines` are multiples of SquareSide(size). Of 3 bytes a pixel, each run of four pixels is read and
+// written with 4 bytes more, which a later one puts right.
+struct Squares {
+  const std::uint8_t* from;
+  std::ptrdiff_t lineStep;
+  std::ptrdiff_t columns;
+  std::ptrdiff_t lines;
+  std::uint8_t* to;
+  std::ptrdiff_t rowStep;
+};
+constexpr std::int32_t SquareSide(std::size_t size) { return size == 1 ? 16 : 4; }
+void TurnSquares(const Squares& squares, std::size_t size);
+
 // Bits of value 1 (or 0) spread to the eight pixels around them. rows[0..2] can be read one byte to either side.
 void SpreadOnes(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count);
 void SpreadZeros(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count);

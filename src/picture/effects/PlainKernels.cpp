@@ -177,4 +177,14 @@ void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size) {
   }
 }
 
+void TurnSquares(const Squares& squares, std::size_t size) {
+  const auto bytes = static_cast<std::ptrdiff_t>(size);
+  for (std::ptrdiff_t column = 0; column < squares.columns; ++column) {
+    for (std::ptrdiff_t line = 0; line < squares.lines; ++line) {
+      std::copy_n(squares.from + line * squares.lineStep + column * bytes, size,
+                  squares.to + column * squares.rowStep + line * bytes);
+    }
+  }
+}
+
 }  // namespace kw::kernels::plain

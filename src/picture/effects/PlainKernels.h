@@ -28,5 +28,6 @@ void BlurAcross(const std::int16_t* from, std::uint8_t* to, std::size_t count, s
 void Halve(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* to, std::size_t pixels,
            std::size_t size);
 void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size);
+void TurnSquares(const Squares& squares, std::size_t size);
 
 }  // namespace kw::kernels::plain

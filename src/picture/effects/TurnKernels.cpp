@@ -1,0 +1,96 @@
+// Quarter turns of small squares for every set of vector registers; the best one that the processor has is taken at run
+// time.
+
+#include "picture/effects/PlainKernels.h"
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "picture/effects/TurnKernels.cpp"
+#include <hwy/foreach_target.h>
+// Comes behind the one above.
+#include <hwy/highway.h>
+
+HWY_BEFORE_NAMESPACE();
+namespace kw::kernels::HWY_NAMESPACE {
+
+#if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
+using plain::TurnSquares;
+#else
+namespace hn = hwy::HWY_NAMESPACE;
+
+using Bytes = hn::Full128<std::uint8_t>;
+using Pixels32 = hn::Full128<std::uint32_t>;
+
+// Rows and columns exchanged: one row with the one half of all rows further, as often as that halves their number.
+template <class D, std::size_t Count>
+HWY_INLINE void Transpose(D d, hn::Vec<D> (&rows)[Count]) {
+  for (std::size_t round = 1; round < Count; round *= 2) {
+    hn::Vec<D> mixed[Count];
+    for (std::size_t i = 0; i < Count / 2; ++i) {
+      mixed[2 * i] = hn::InterleaveLower(d, rows[i], rows[i + Count / 2]);
+      mixed[2 * i + 1] = hn::InterleaveUpper(d, rows[i], rows[i + Count / 2]);
+    }
+    for (std::size_t i = 0; i < Count; ++i) rows[i] = mixed[i];
+  }
+}
+
+HWY_INLINE void TurnSquare1(const std::uint8_t* from, std::ptrdiff_t lineStep, std::uint8_t* to,
+                            std::ptrdiff_t rowStep) {
+  const Bytes d;
+  hn::Vec<Bytes> rows[16];
+  for (std::ptrdiff_t i = 0; i < 16; ++i) rows[i] = hn::LoadU(d, from + i * lineStep);
+  Transpose(d, rows);
+  for (std::ptrdiff_t i = 0; i < 16; ++i) hn::StoreU(rows[i], d, to + i * rowStep);
+}
+
+template <std::size_t Size>
+HWY_INLINE void TurnSquare4(const std::uint8_t* from, std::ptrdiff_t lineStep, std::uint8_t* to,
+                            std::ptrdiff_t rowStep) {
+  const Bytes d;
+  const Pixels32 pixels;
+  alignas(16) static constexpr std::uint8_t Apart[16] = {0, 1, 2, 2, 3, 4, 5, 5, 6, 7, 8, 8, 9, 10, 11, 11};
+  alignas(16) static constexpr std::uint8_t Close[16] = {0, 1, 2, 4, 5, 6, 8, 9, 10, 12, 13, 14, 12, 13, 14, 15};
+  hn::Vec<Pixels32> rows[4];
+  for (std::ptrdiff_t i = 0; i < 4; ++i) {
+    auto line = hn::LoadU(d, from + i * lineStep);
+    if (Size == 3) line = hn::TableLookupBytes(line, hn::Load(d, Apart));
+    rows[i] = hn::BitCast(pixels, line);
+  }
+  Transpose(pixels, rows);
+  for (std::ptrdiff_t i = 0; i < 4; ++i) {
+    auto row = hn::BitCast(d, rows[i]);
+    if (Size == 3) row = hn::TableLookupBytes(row, hn::Load(d, Close));
+    hn::StoreU(row, d, to + i * rowStep);
+  }
+}
+
+void TurnSquares(const Squares& squares, std::size_t size) {
+  const auto side = static_cast<std::ptrdiff_t>(SquareSide(size));
+  const auto bytes = static_cast<std::ptrdiff_t>(size);
+  for (std::ptrdiff_t column = 0; column + side <= squares.columns; column += side) {
+    for (std::ptrdiff_t line = 0; line + side <= squares.lines; line += side) {
+      const std::uint8_t* const from = squares.from + line * squares.lineStep + column * bytes;
+      std::uint8_t* const to = squares.to + column * squares.rowStep + line * bytes;
+      if (size == 1) {
+        TurnSquare1(from, squares.lineStep, to, squares.rowStep);
+      } else if (size == 3) {
+        TurnSquare4<3>(from, squares.lineStep, to, squares.rowStep);
+      } else {
+        TurnSquare4<4>(from, squares.lineStep, to, squares.rowStep);
+      }
+    }
+  }
+}
+#endif
+
+}  // namespace kw::kernels::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace kw::kernels {
+
+HWY_EXPORT(TurnSquares);
+
+void TurnSquares(const Squares& squares, std::size_t size) { HWY_DYNAMIC_DISPATCH(TurnSquares)(squares, size); }
+
+}  // namespace kw::kernels
+#endif
