@@ -49,23 +49,32 @@ ByteTable Shift(double percent) {
   return table;
 }
 
+void Put(Rgb colour, std::uint8_t* pixel) {
+  pixel[0] = colour.blue;
+  pixel[1] = colour.green;
+  pixel[2] = colour.red;
+}
+
 // Each colour is replaced by the one that the table has for its brightness.
 void MapBrightness(Bitmap& picture, const ColourTable& table) {
   if (picture.BitsPerPixel() <= 8) {
     ChangePalette(picture, [&](Rgb c) { return table[Luma(c)]; });
     return;
   }
+  const bool hasAlpha = picture.BitsPerPixel() == 32;
+  const auto width = static_cast<std::size_t>(picture.Width());
+  const auto bands = CutIntoBands(picture.Height(), 4 * BytesOf(picture));
+  std::vector<std::vector<std::uint8_t>> levels(bands.size(), std::vector<std::uint8_t>(width));
   const Pixels pixels(picture);
-  const std::size_t size = picture.BitsPerPixel() == 32 ? 4 : 3;
-  const std::size_t count = picture.RowBytes();
-  ForBands(picture.Height(), BytesOf(picture), [&](Band band) {
-    for (std::int32_t y = band.begin; y < band.end; ++y) {
+  RunTogether(bands.size(), [&](std::size_t i) {
+    for (std::int32_t y = bands[i].begin; y < bands[i].end; ++y) {
       std::uint8_t* const row = pixels.Row(y);
-      for (std::size_t i = 0; i < count; i += size) {
-        const Rgb colour = table[Luma({row[i + 2], row[i + 1], row[i]})];
-        row[i] = colour.blue;
-        row[i + 1] = colour.green;
-        row[i + 2] = colour.red;
+      if (hasAlpha) {
+        for (std::size_t x = 0; x < width; ++x)
+          Put(table[Luma({row[x * 4 + 2], row[x * 4 + 1], row[x * 4]})], row + x * 4);
+      } else {
+        kernels::Brightness(row, levels[i].data(), width);
+        for (std::size_t x = 0; x < width; ++x) Put(table[levels[i][x]], row + x * 3);
       }
     }
   });
