@@ -45,8 +45,9 @@ struct Box {
 
 PaletteMaker::PaletteMaker(std::size_t mostEntries)
     : most(mostEntries), cells(CellCount), recent(CellCount), increments(512), cellIndex(CellCount) {
-  for (std::uint64_t rest = 0; rest < increments.size(); ++rest) {
-    increments[rest] = 1U | (rest >> 6U) << 16U | (rest >> 3U & 7U) << 32U | (rest & 7U) << 48U;
+  for (std::size_t i = 0; i < increments.size(); ++i) {
+    const std::uint64_t rest = i;
+    increments[i] = 1U | (rest >> 6U) << 16U | (rest >> 3U & 7U) << 32U | (rest & 7U) << 48U;
   }
 }
 
