@@ -221,6 +221,7 @@ void EditorForm::SetDesignValues() {
   lblScanningStatus.SetCaption("Scanning.. Please wait");
   chkCancelPrinting.SetCaption("Cancel");
   chkCancelScanning.SetCaption("Cancel");
+  for (CheckBox* cancel : {&chkCancelPrinting, &chkCancelScanning}) cancel->SetIsButton(true);
 
   mnuImgSelectedArea.SetCaption("Selected Area");
   mnuCopySelectedArea.SetCaption("&Copy");

@@ -1,6 +1,8 @@
 #include "windows/RaisedAreaView.h"
 
+#include "components/UserControl.h"
 #include "windows/Gdi.h"
+#include "windows/Pane.h"
 
 namespace kw::windows {
 
@@ -10,8 +12,17 @@ void DrawRaised(HDC context, const RECT& place) {
   DrawEdge(context, &edge, BDR_RAISEDINNER, BF_RECT);
 }
 
-void RaisedAreaView::Draw(const Look& look, const RECT& place, const RaisedArea&) { DrawRaised(look.context, place); }
-void RaisedAreaView::Paint(HDC context, const RECT& client) { DrawRaised(context, client); }
+void RaisedAreaView::Draw(const Look& look, const RECT& place, const RaisedArea& area) {
+  RECT inner = place;
+  if (dynamic_cast<const UserControl*>(area.Container()) != nullptr) {
+    // What lies on the form may lie on a white page: an outline tells it apart.
+    FillWith(look.context, place, GetSysColor(COLOR_3DSHADOW));
+    InflateRect(&inner, -1, -1);
+  }
+  DrawRaised(look.context, inner);
+}
+
+void RaisedAreaView::Paint(HDC context, const RECT& client) { Draw({context, Shared().Pictures()}, client, area); }
 
 void FrameView::Draw(const Look& look, const RECT& place, const Frame&) { FillWithFace(look.context, place); }
 void FrameView::Paint(HDC context, const RECT& client) { FillWithFace(context, client); }

@@ -9,12 +9,14 @@ namespace kw::windows {
 class RaisedAreaView final : public PaintedView {
 public:
   RaisedAreaView(Pane& shared, RaisedArea& shown, ControlView* container)
-      : PaintedView(shared, shown, &shown, container) {}
+      : PaintedView(shared, shown, &shown, container), area(shown) {}
 
   static void Draw(const Look& look, const RECT& place, const RaisedArea& area);
 
 private:
   void Paint(HDC context, const RECT& client) override;
+
+  RaisedArea& area;
 };
 
 class FrameView final : public PaintedView {

@@ -13,6 +13,7 @@ namespace {
 constexpr int ButtonSize = 24;
 constexpr int GapWidth = 8;
 constexpr int TextMargin = 6;  // left and right of a caption
+constexpr int ImageRoom = 20;  // beside a caption; the system keeps it free where there is no image too
 
 int WidthOf(const ToolBar::Button& button, HDC measuring) {
   if (button.style == ButtonStyle::Separator) return GapWidth;
@@ -20,7 +21,7 @@ int WidthOf(const ToolBar::Button& button, HDC measuring) {
   const std::wstring text = ToWide(button.caption);
   SIZE size = {};
   GetTextExtentPoint32W(measuring, text.c_str(), static_cast<int>(text.size()), &size);
-  return size.cx + 2 * TextMargin + (button.image.empty() ? 0 : Images::Size);
+  return size.cx + 2 * TextMargin + ImageRoom;
 }
 
 // Where each button lies in a bar of that width; rows wrap. A hidden button's place is empty.
@@ -36,6 +37,11 @@ std::vector<RECT> LayOut(const ToolBar& bar, int width, HDC measuring) {
     }
     places.push_back({x, y, x + own, y + ButtonSize});
     x += own;
+  }
+  // A gap at the end of a row parts nothing.
+  for (std::size_t i = 0; i + 1 < places.size(); ++i) {
+    const bool isGap = bar.Buttons()[i].style == ButtonStyle::Separator;
+    if (isGap && places[i + 1].top > places[i].top) places[i].right = places[i].left;
   }
   return places;
 }
@@ -109,10 +115,16 @@ std::vector<BYTE> ToolBarView::States(const std::vector<RECT>& places) const {
     const ToolBar::Button& button = bar.Buttons()[i];
     unsigned state = 0;
     if (isEnabled && button.enabled) state |= TBSTATE_ENABLED;
-    if (!button.visible) state |= TBSTATE_HIDDEN;
+    if (kw::windows::WidthOf(places[i]) == 0) state |= TBSTATE_HIDDEN;
     if (button.pressed) state |= TBSTATE_CHECKED;
-    if (i + 1 < places.size() && places[i + 1].top > places[i].top) state |= TBSTATE_WRAP;
     states.push_back(static_cast<BYTE>(state));
+  }
+  // The last button of a row that shows carries the mark that a new row begins.
+  std::size_t last = 0;
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    if ((states[i] & TBSTATE_HIDDEN) != 0) continue;
+    if (places[i].top > places[last].top) states[last] = static_cast<BYTE>(states[last] | TBSTATE_WRAP);
+    last = i;
   }
   return states;
 }
