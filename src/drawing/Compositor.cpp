@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <limits>
 #include <span>
 #include <unordered_map>
@@ -60,19 +61,37 @@ std::vector<std::size_t> MatchUnchanged(const std::vector<DisplayItem>& before, 
   return matches;
 }
 
-void PaintText(const FrameBuffer& target, const DisplayItem& item, const PixelRect& part, TextRenderer& texts) {
+// What painting needs for a while; used again from item to item.
+struct Workspace {
+  TextRenderer* texts = nullptr;
+  Rasteriser rasteriser;
+  CoverageMask mask;
+};
+
+// Most of a text's mask is empty: eight pixels are tested at once.
+bool IsEmptyFrom(std::span<const std::uint8_t> coverage, std::size_t at) {
+  std::uint64_t eight = 1;
+  if (at + sizeof eight <= coverage.size()) std::memcpy(&eight, &coverage[at], sizeof eight);
+  return eight == 0;
+}
+
+void PaintText(const FrameBuffer& target, const DisplayItem& item, const PixelRect& part, Workspace& space) {
   const TextRun& run = *item.text;
   if (run.text.empty() || item.look.transparent == run.colour) return;
-  CoverageMask mask;
+  CoverageMask& mask = space.mask;
   mask.area = part;
-  mask.coverage.resize(static_cast<std::size_t>(part.Width()) * static_cast<std::size_t>(part.Height()));
-  texts.Render(run, item.place, mask);
+  mask.coverage.assign(static_cast<std::size_t>(part.Width()) * static_cast<std::size_t>(part.Height()), 0);
+  space.texts->Render(run, item.place, mask);
   const std::uint32_t pixel = item.look.isLightened ? Lightened(PixelOf(run.colour)) : PixelOf(run.colour);
   for (std::int32_t y = part.top; y < part.bottom; ++y) {
     const auto row = target.Row(y, part.left, part.right);
     const auto coverage = mask.Row(y);
     for (std::size_t i = 0; i < row.size(); ++i) {
-      if (coverage[i] != 0) row[i] = Mix(row[i], pixel, coverage[i]);
+      if (i % 8 == 0 && IsEmptyFrom(coverage, i)) {
+        i += 7;
+      } else if (coverage[i] != 0) {
+        row[i] = Mix(row[i], pixel, coverage[i]);
+      }
     }
   }
 }
@@ -86,8 +105,7 @@ bool Hides(const DisplayItem& item, const PixelRect& part) {
   return item.ground || isPictureOpaque;
 }
 
-void PaintItem(const FrameBuffer& target, const DisplayItem& item, const PixelRect& part, TextRenderer* texts,
-               Rasteriser& rasteriser) {
+void PaintItem(const FrameBuffer& target, const DisplayItem& item, const PixelRect& part, Workspace& space) {
   const PixelRect inside = Common(item.place, part);
   if (inside.IsEmpty()) return;
   FrameBuffer window = target;
@@ -97,9 +115,9 @@ void PaintItem(const FrameBuffer& target, const DisplayItem& item, const PixelRe
   DrawPicture(window, item.picture, item.place, item.look);
   if (item.shape) {
     const Point origin = {static_cast<double>(item.place.left), static_cast<double>(item.place.top)};
-    DrawShape(window, *item.shape, origin, inside, item.look, rasteriser);
+    DrawShape(window, *item.shape, origin, inside, item.look, space.rasteriser);
   }
-  if (item.text && texts != nullptr) PaintText(window, item, inside, *texts);
+  if (item.text && space.texts != nullptr) PaintText(window, item, inside, space);
   if (item.frame != DisplayItem::Frame::None) {
     FrameArea(window, item.place, item.frameColour, item.frame == DisplayItem::Frame::Dotted);
   }
@@ -163,14 +181,15 @@ void Compositor::Paint(const FrameBuffer& target, const PixelRect& wanted, TextR
   // The plain pictures at the bottom, large as a rule, are stacked in bands that stay in the processor's cache.
   const auto plainEnd = std::ranges::find_if(visible, [](const DisplayItem& item) { return item.shape || item.text; });
   const std::size_t plain = static_cast<std::size_t>(plainEnd - visible.begin());
-  Rasteriser rasteriser;
+  Workspace space;
+  space.texts = texts;
   const std::int32_t rows = std::max(1, BandPixels / part.Width());
   for (std::int32_t top = part.top; top < part.bottom; top += rows) {
     const PixelRect band = {part.left, top, part.right, std::min(top + rows, part.bottom)};
     if (isGroundSeen) FillArea(target, band, ground);
-    for (const DisplayItem& item : visible.first(plain)) PaintItem(target, item, band, texts, rasteriser);
+    for (const DisplayItem& item : visible.first(plain)) PaintItem(target, item, band, space);
   }
-  for (const DisplayItem& item : visible.subspan(plain)) PaintItem(target, item, part, texts, rasteriser);
+  for (const DisplayItem& item : visible.subspan(plain)) PaintItem(target, item, part, space);
 }
 
 }  // namespace kw

@@ -85,6 +85,7 @@ inline void Rasteriser::AddToCell(std::size_t row, std::int32_t x, std::int32_t 
 // wherever the clip begins.
 void Rasteriser::Accumulate(const Edge& edge, std::int32_t top, std::int32_t bottom) {
   const double slope = (edge.x1 - edge.x0) / (edge.y1 - edge.y0);
+  const double rise = (edge.y1 - edge.y0) / (edge.x1 - edge.x0);  // infinite where no row has more than one cell
   const std::int32_t firstRow = edge.y0 <= top ? top : Floor(edge.y0);
   const auto lastRow = edge.y1 >= bottom ? bottom : static_cast<std::int32_t>(std::ceil(edge.y1));
   direction = edge.isUpward ? -1 : 1;
@@ -101,21 +102,20 @@ void Rasteriser::Accumulate(const Edge& edge, std::int32_t top, std::int32_t bot
     if (cell == Floor(nextX) && cell >= window.left && cell < window.right) {
       AddToCell(static_cast<std::size_t>(row - top), cell, to - from, (x + nextX) / 2 - cell);
     } else {
-      AccumulateRow(x, y, nextX, nextY, from, to, row);
+      AccumulateRow({x, y}, {nextX, nextY}, rise, from, to, row);
     }
     x = nextX;
     y = nextY;
   }
 }
 
-// The part of an edge inside one row, from (xa, ya) down to (xb, yb); qa and qb are ya and yb from the row's top in
-// steps of 1 / One. The cells' covers are differences of such steps: whatever is cut off, the rest adds up exactly.
-void Rasteriser::AccumulateRow(double xa, double ya, double xb, double yb, std::int32_t qa, std::int32_t qb,
-                               std::int32_t y) {
+// The part of an edge inside one row, from a down to b; qa and qb are their heights from the row's top in steps of
+// 1 / One. The cells' covers are differences of such steps: whatever is cut off, the rest adds up exactly.
+void Rasteriser::AccumulateRow(Point a, Point b, double rise, std::int32_t qa, std::int32_t qb, std::int32_t y) {
   if (qa == qb) return;
   const auto row = static_cast<std::size_t>(y - bandTop);
-  double left = xa;
-  double right = xb;
+  double left = a.x;
+  double right = b.x;
   if (left > right) std::swap(left, right);
   if (left >= window.right) return;
   if (right < window.left) {
@@ -124,11 +124,10 @@ void Rasteriser::AccumulateRow(double xa, double ya, double xb, double yb, std::
   }
   const std::int32_t firstCell = Floor(left);
   const std::int32_t lastCell = Floor(right);
-  const bool isRightward = xa < xb;
-  const double rise = (yb - ya) / (xb - xa);
+  const bool isRightward = a.x < b.x;
   const auto heightAt = [&](double x) {
-    const auto steps = static_cast<std::int32_t>((ya + (x - xa) * rise - y) * One + Half);
-    return std::clamp(steps, qa, qb);
+    const double steps = (a.y + (x - a.x) * rise - y) * One;
+    return static_cast<std::int32_t>(std::clamp<double>(steps, qa, qb) + Half);
   };
   std::int32_t cell = firstCell;
   double from = left;

@@ -52,7 +52,7 @@ private:
   bool OpenWindow();
   void AccumulateBand(std::int32_t top, std::int32_t bottom);
   void Accumulate(const Edge& edge, std::int32_t top, std::int32_t bottom);
-  void AccumulateRow(double xa, double ya, double xb, double yb, std::int32_t qa, std::int32_t qb, std::int32_t y);
+  void AccumulateRow(Point a, Point b, double rise, std::int32_t qa, std::int32_t qb, std::int32_t y);
   void AddToCell(std::size_t row, std::int32_t x, std::int32_t cover, double share);
   void Add(std::size_t row, std::size_t column, std::int32_t amount) {
     cells[row * rowCells + column] += static_cast<std::uint32_t>(amount);

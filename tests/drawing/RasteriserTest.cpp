@@ -181,6 +181,19 @@ TEST(RasteriserTest, EnormousCoordinatesAreSafe) {
   }
 }
 
+// An edge that all but stands upright over the whole range crosses from one column to the next somewhere.
+TEST(RasteriserTest, AnEdgeOfEnormousSlopeIsSafe) {
+  for (const double x : {1.0, 3.0, 4.0}) {
+    Rasteriser rasteriser;
+    rasteriser.Begin({0, 0, 6, 8});
+    AddPolygon(rasteriser, {{std::nextafter(x, 0), -1e9}, {x, 1e9}, {6, 1e9}, {6, -1e9}});
+    EXPECT_DOUBLE_EQ(Coverage(rasteriser).Area(), (6 - x) * 8);
+    rasteriser.Begin({0, 0, 6, 8});
+    AddPolygon(rasteriser, {{x, -1e9}, {std::nextafter(x, 0), 1e9}, {6, 1e9}, {6, -1e9}});
+    EXPECT_DOUBLE_EQ(Coverage(rasteriser).Area(), (6 - x) * 8);
+  }
+}
+
 TEST(RasteriserTest, AFigureFarLargerThanTheClipCoversAllOfIt) {
   Rasteriser rasteriser;
   rasteriser.Begin({0, 0, 1, 1});
