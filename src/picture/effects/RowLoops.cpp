@@ -9,7 +9,7 @@ namespace kw::kernels {
 namespace {
 
 // Rows and columns that Turn handles together: more of either need more caches and address translation than there is.
-constexpr std::int32_t Tile = 32;
+constexpr std::int32_t Tile = 96;
 
 // Times a byte, this byte eight times.
 constexpr std::uint64_t EachByte = 0x0101010101010101U;
@@ -95,6 +95,12 @@ struct Turned {
     const std::int32_t row = clockwise ? column : from.width - 1 - column;
     return row < begin || row >= end ? nullptr : to.base + static_cast<std::size_t>(row) * to.stride;
   }
+  // Fetches part of a tile's lines into the cache, which cannot guess that they come next.
+  void Prefetch(std::int32_t x, std::ptrdiff_t place, std::size_t bytes) const {
+    for (std::int32_t i = x; i < std::min(x + Tile, from.height); ++i) {
+      for (std::size_t at = 0; at < bytes; at += Bitmap::RowAlignment) __builtin_prefetch(Line(i) + place + at);
+    }
+  }
   // The old columns that make rows [begin, end).
   std::int32_t FirstColumn() const { return clockwise ? begin : from.width - end; }
   std::int32_t EndColumn() const { return clockwise ? end : from.width - begin; }
@@ -145,6 +151,7 @@ void TurnBytes(const Turned& turn) {
       const std::int32_t squareLines = InSquares(x, lines, turn.from.height, Size);
       const std::uint8_t* const from = turn.Line(x) + static_cast<std::size_t>(column) * Size;
       std::uint8_t* const to = turn.RowOf(column) + static_cast<std::size_t>(x) * Size;
+      turn.Prefetch(x + Tile, column * static_cast<std::ptrdiff_t>(Size), Tile * Size);
       TurnSquares({from, lineStep, squareColumns, squareLines, to, rowStep}, Size);
       for (std::int32_t c = 0; c < columns; ++c) {
         for (std::int32_t line = c < squareColumns ? squareLines : 0; line < lines; ++line) {
