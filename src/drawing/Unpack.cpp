@@ -3,8 +3,6 @@
 #include <cstddef>
 #include <cstring>
 
-#include "drawing/Blend.h"
-
 #if defined(__x86_64__) || defined(__i386__)
 #define KW_HAS_SHUFFLE
 #include <tmmintrin.h>
@@ -19,9 +17,11 @@ constexpr std::size_t Ahead = 1024;  // bytes
 // Four pixels at a time, as far as whole vectors can be read; returns how many pixels that was. It is four times as
 // fast as word by word, and every processor of the last fifteen years has the instruction.
 __attribute__((target("ssse3"))) std::size_t UnpackByShuffle(std::span<const std::uint8_t> from,
-                                                             std::span<std::uint32_t> to, std::uint32_t alpha) {
+                                                             std::span<std::uint32_t> to, std::uint32_t alpha,
+                                                             std::uint32_t hidden) {
   const __m128i spread = _mm_setr_epi8(0, 1, 2, -1, 3, 4, 5, -1, 6, 7, 8, -1, 9, 10, 11, -1);
   const __m128i alphas = _mm_set1_epi32(static_cast<int>(alpha));
+  const __m128i hiddens = _mm_set1_epi32(static_cast<int>(hidden));
   std::size_t i = 0;
   // A vector holds a third more bytes than four pixels.
   for (; i * 3 + sizeof(__m128i) <= from.size() && i + 4 <= to.size(); i += 4) {
@@ -29,7 +29,8 @@ __attribute__((target("ssse3"))) std::size_t UnpackByShuffle(std::span<const std
     if (i % 16 == 0 && i * 3 + Ahead < from.size()) __builtin_prefetch(from.data() + i * 3 + Ahead);
     __m128i packed = _mm_setzero_si128();
     std::memcpy(&packed, from.data() + i * 3, sizeof packed);
-    const __m128i pixels = _mm_or_si128(_mm_shuffle_epi8(packed, spread), alphas);
+    const __m128i unpacked = _mm_or_si128(_mm_shuffle_epi8(packed, spread), alphas);
+    const __m128i pixels = _mm_andnot_si128(_mm_cmpeq_epi32(unpacked, hiddens), unpacked);
     std::memcpy(to.data() + i, &pixels, sizeof pixels);
   }
   return i;
@@ -38,21 +39,18 @@ __attribute__((target("ssse3"))) std::size_t UnpackByShuffle(std::span<const std
 
 }  // namespace
 
-void UnpackThreeBytes(std::span<const std::uint8_t> from, std::span<std::uint32_t> to, std::uint32_t alpha) {
+void UnpackThreeBytes(std::span<const std::uint8_t> from, std::span<std::uint32_t> to, std::uint32_t alpha,
+                      std::uint32_t hidden) {
   std::size_t i = 0;
 #ifdef KW_HAS_SHUFFLE
   static const bool canShuffle = static_cast<bool>(__builtin_cpu_supports("ssse3"));
-  if (canShuffle) i = UnpackByShuffle(from, to, alpha);
+  if (canShuffle) i = UnpackByShuffle(from, to, alpha, hidden);
 #endif
-  for (; i * 3 + 4 <= from.size() && i < to.size(); ++i) {
-    std::uint32_t word = 0;
-    std::memcpy(&word, from.data() + i * 3, sizeof word);
-    to[i] = (word & ColourBits) | alpha;
-  }
   for (; i < to.size(); ++i) {
-    const auto pixel = from.subspan(i * 3, 3);
-    to[i] =
-        (static_cast<std::uint32_t>(pixel[2]) << 16U) | (static_cast<std::uint32_t>(pixel[1]) << 8U) | pixel[0] | alpha;
+    const auto bytes = from.subspan(i * 3, 3);
+    const std::uint32_t pixel =
+        (static_cast<std::uint32_t>(bytes[2]) << 16U) | (static_cast<std::uint32_t>(bytes[1]) << 8U) | bytes[0] | alpha;
+    to[i] = pixel == hidden ? 0 : pixel;
   }
 }
 

@@ -102,6 +102,17 @@ TEST(DrawPictureTest, LighteningGoesHalfwayToWhite) {
   }
 }
 
+TEST(DrawPictureTest, TransparentWhiteStaysTransparentWhenLightened) {
+  std::vector<std::uint8_t> levels(21, 255);
+  levels[3] = levels[17] = 0;
+  const Canvas canvas({0, 0, 21, 1});
+  DrawPicture(canvas.Buffer(), GreyRow(levels), {0, 0, 21, 1},
+              {.transparent = MakeColour(255, 255, 255), .isLightened = true});
+  for (std::int32_t x = 0; x < 21; ++x) {
+    EXPECT_EQ(canvas.At(x, 0), x == 3 || x == 17 ? 0x808080U : Canvas::Untouched) << x;
+  }
+}
+
 TEST(DrawPictureTest, AlphaIsBlended) {
   Bitmap picture(256, 1, 32);
   const auto row = picture.MutableRow(0);
