@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <limits>
 
 #include "windows/Gdi.h"
@@ -93,6 +94,14 @@ void ScrollBarView::Draw(const Look& look, const RECT& place, const ScrollBar& b
   const UINT state = bar.Enabled() ? 0U : DFCS_INACTIVE;
   DrawFrameControl(look.context, &first, DFC_SCROLL, state | (bar.IsVertical() ? DFCS_SCROLLUP : DFCS_SCROLLLEFT));
   DrawFrameControl(look.context, &last, DFC_SCROLL, state | (bar.IsVertical() ? DFCS_SCROLLDOWN : DFCS_SCROLLRIGHT));
+  const int range = std::abs(bar.Max() - bar.Min());
+  const int track = (bar.IsVertical() ? HeightOf(place) : WidthOf(place)) - 2 * side;
+  if (!bar.Enabled() || range == 0 || track < side) return;
+  const int length = std::max(side / 2, MulDiv(track, bar.LargeChange(), range + bar.LargeChange()));
+  const int start = side + MulDiv(track - length, bar.Value() - std::min(bar.Min(), bar.Max()), range);
+  RECT thumb = bar.IsVertical() ? RECT{place.left, place.top + start, place.right, place.top + start + length}
+                                : RECT{place.left + start, place.top, place.left + start + length, place.bottom};
+  DrawFrameControl(look.context, &thumb, DFC_BUTTON, DFCS_BUTTONPUSH);
 }
 
 }  // namespace kw::windows

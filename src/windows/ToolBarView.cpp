@@ -194,6 +194,7 @@ void ToolBarView::Draw(const Look& look, const RECT& place, const ToolBar& bar) 
     const std::wstring text = ToWide(button.caption);
     SetBkMode(look.context, TRANSPARENT);
     SetTextColor(look.context, GetSysColor(bar.Enabled() && button.enabled ? COLOR_BTNTEXT : COLOR_GRAYTEXT));
+    if (!button.image.empty()) own.left += ImageRoom;
     DrawTextW(look.context, text.c_str(), static_cast<int>(text.size()), &own, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
   }
 }
