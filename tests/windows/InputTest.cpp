@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "windows/TestForm.h"
@@ -209,6 +210,38 @@ TEST(Input, TheFocusFollowsProceduresAndTheTabKey) {
   EXPECT_TRUE(form.window->TranslateAccelerator(tab));
   EXPECT_EQ(form.root.ActiveControl(), &form.tick);
   EXPECT_EQ(GetFocus(), WindowOf(form.tick));
+}
+
+TEST(Input, AnEntryOfAPopUpMenuIsChosen) {
+  TestForm form;
+  int chosen = 0;
+  form.entry.Click.Connect([&] { ++chosen; });
+  const HWND owner = form.window->Handle();
+  std::thread user([owner] {
+    for (int i = 0; i < 300 && FindWindowW(L"#32768", nullptr) == nullptr; ++i) Sleep(10);
+    PostMessageW(owner, WM_KEYDOWN, VK_DOWN, 0);
+    PostMessageW(owner, WM_KEYDOWN, VK_RETURN, 0);
+    Sleep(2000);
+    PostMessageW(owner, WM_CANCELMODE, 0, 0);  // a menu that is still up would wait for ever
+  });
+  form.menu.PopUp();
+  user.join();
+  EXPECT_EQ(chosen, 1);
+}
+
+TEST(Input, AButtonTellsItsToolTip) {
+  const TestForm form;
+  wchar_t text[40] = {};
+  NMTBGETINFOTIPW asked = {};
+  asked.hdr = {WindowOf(form.bar), 0, static_cast<UINT>(TBN_GETINFOTIPW)};
+  asked.iItem = 1;
+  asked.pszText = text;
+  asked.cchTextMax = 40;
+  SendMessageW(WindowOf(form.strip), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&asked));
+  EXPECT_STREQ(text, L"Save File");
+  asked.cchTextMax = 5;
+  SendMessageW(WindowOf(form.strip), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&asked));
+  EXPECT_STREQ(text, L"Save");
 }
 
 TEST(Input, TheRootIsToldWhenItIsPainted) {
