@@ -146,7 +146,7 @@ void Threshold(Bitmap& picture, std::span<const double> values) {
   picture = std::move(result);
 }
 
-void Dither(Bitmap& picture, std::span<const double>) {
+void Dither(Bitmap& picture, std::span<const double> /*values*/) {
   constexpr std::size_t together = kernels::DiffusedRows::Count;
   Bitmap result = Like(picture, picture.Width(), picture.Height(), 1);
   const BrightnessOf brightness(picture);
@@ -180,12 +180,12 @@ void Dither(Bitmap& picture, std::span<const double>) {
   picture = std::move(result);
 }
 
-void IncreaseBpp(Bitmap& picture, std::span<const double>) {
+void IncreaseBpp(Bitmap& picture, std::span<const double> /*values*/) {
   const auto* const next = std::ranges::upper_bound(Depths, picture.BitsPerPixel());
   if (next != Depths.end()) picture = ToDepth(picture, *next);
 }
 
-void DecreaseBpp(Bitmap& picture, std::span<const double>) {
+void DecreaseBpp(Bitmap& picture, std::span<const double> /*values*/) {
   const auto* const same = std::ranges::lower_bound(Depths, picture.BitsPerPixel());
   if (same != Depths.begin()) picture = ToDepth(picture, *(same - 1));
 }

@@ -30,7 +30,7 @@ void FilterWithAlpha(Bitmap& picture, std::int32_t radius, std::size_t scratchBy
     filter.take = [row, margin = filter.margin](const std::uint8_t* from, std::uint8_t* to) {
       Premultiply(from, to, row.width);
       for (std::size_t i = 0; i < margin; ++i) {
-        to[i - margin] = to[i % 4];
+        (to - margin)[i] = to[i % 4];
         to[row.count + i] = to[row.count - 4 + i % 4];
       }
     };
@@ -104,7 +104,7 @@ void Blur(Bitmap& picture, std::span<const double> values) {
   OnValues(picture, [sigma = values[0]](Bitmap& work) { BlurValues(work, sigma); });
 }
 
-void Soften(Bitmap& picture, std::span<const double>) {
+void Soften(Bitmap& picture, std::span<const double> /*values*/) {
   OnValues(picture, [](Bitmap& work) {
     FilterWithAlpha(work, 1, 0,
                     [row = RowShape(work)](const std::uint8_t* const* rows, std::uint8_t* to, std::uint8_t*) {
@@ -120,7 +120,7 @@ void Sharpen(Bitmap& picture, std::span<const double> values) {
   });
 }
 
-void Edge(Bitmap& picture, std::span<const double>) {
+void Edge(Bitmap& picture, std::span<const double> /*values*/) {
   OnValues(picture, [](Bitmap& work) { FilterColours(work, kernels::Edge); });
 }
 

@@ -120,11 +120,13 @@ template <class Choice>
 HWY_INLINE void Choose(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size,
                        Choice choice) {
   const Bytes d;
+  const auto step = static_cast<std::ptrdiff_t>(size);
   for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
-    const auto column = [&](const std::size_t at) HWY_ATTR {
+    const auto here = static_cast<std::ptrdiff_t>(i);
+    const auto column = [&](const std::ptrdiff_t at) HWY_ATTR {
       return choice(choice(hn::LoadU(d, rows[0] + at), hn::LoadU(d, rows[1] + at)), hn::LoadU(d, rows[2] + at));
     };
-    hn::Store(choice(choice(column(i - size), column(i)), column(i + size)), d, to + i);
+    hn::Store(choice(choice(column(here - step), column(here)), column(here + step)), d, to + i);
   }
 }
 
@@ -140,12 +142,13 @@ template <class Merge>
 HWY_INLINE void SpreadBits(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, Merge merge) {
   const Bytes d;
   for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
-    const auto together = [&](const std::size_t at) HWY_ATTR {
+    const auto here = static_cast<std::ptrdiff_t>(i);
+    const auto together = [&](const std::ptrdiff_t at) HWY_ATTR {
       return merge(merge(hn::LoadU(d, rows[0] + at), hn::LoadU(d, rows[1] + at)), hn::LoadU(d, rows[2] + at));
     };
-    const auto middle = together(i);
-    const auto fromRight = hn::Or(hn::ShiftLeft<1>(middle), hn::ShiftRight<7>(together(i + 1)));
-    const auto fromLeft = hn::Or(hn::ShiftRight<1>(middle), hn::ShiftLeft<7>(together(i - 1)));
+    const auto middle = together(here);
+    const auto fromRight = hn::Or(hn::ShiftLeft<1>(middle), hn::ShiftRight<7>(together(here + 1)));
+    const auto fromLeft = hn::Or(hn::ShiftRight<1>(middle), hn::ShiftLeft<7>(together(here - 1)));
     hn::Store(merge(middle, merge(fromLeft, fromRight)), d, to + i);
   }
 }
@@ -164,7 +167,7 @@ void BlurDown(const std::uint8_t* const* rows, std::size_t margin, std::int16_t*
   const std::size_t radius = weights.size() - 1;
   const Word most = hn::Set(d, std::int16_t{16383});
   for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
-    const std::size_t at = i - margin;
+    const auto at = static_cast<std::ptrdiff_t>(i) - static_cast<std::ptrdiff_t>(margin);
     Word sum = hn::MulFixedPoint15(hn::ShiftLeft<6>(Widened(rows[radius] + at)), hn::Set(d, weights[0]));
     for (std::size_t k = 1; k <= radius; ++k) {
       const Word pair = hn::Add(Widened(rows[radius - k] + at), Widened(rows[radius + k] + at));

@@ -8,7 +8,7 @@
 
 namespace kw {
 
-void HorizontalFlip(Bitmap& picture, std::span<const double>) {
+void HorizontalFlip(Bitmap& picture, std::span<const double> /*values*/) {
   const Pixels pixels(picture);
   const auto width = static_cast<std::size_t>(picture.Width());
   const int depth = picture.BitsPerPixel();
@@ -23,7 +23,7 @@ void HorizontalFlip(Bitmap& picture, std::span<const double>) {
   });
 }
 
-void VerticalFlip(Bitmap& picture, std::span<const double>) {
+void VerticalFlip(Bitmap& picture, std::span<const double> /*values*/) {
   const Pixels pixels(picture);
   const std::size_t count = picture.RowBytes();
   const std::int32_t last = picture.Height() - 1;

@@ -60,8 +60,8 @@ void Spread(Bitmap& picture, bool light) {
 
 }  // namespace
 
-void Dilate(Bitmap& picture, std::span<const double>) { Spread(picture, true); }
+void Dilate(Bitmap& picture, std::span<const double> /*values*/) { Spread(picture, true); }
 
-void Erode(Bitmap& picture, std::span<const double>) { Spread(picture, false); }
+void Erode(Bitmap& picture, std::span<const double> /*values*/) { Spread(picture, false); }
 
 }  // namespace kw

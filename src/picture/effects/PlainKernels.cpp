@@ -116,7 +116,7 @@ void Edge(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, 
   ForEachAround(rows, to, count, size, [](const Around& at) {
     const std::int32_t across = at.NE() + 2 * at.E() + at.SE() - at.NW() - 2 * at.W() - at.SW();
     const std::int32_t down = at.SW() + 2 * at.S() + at.SE() - at.NW() - 2 * at.N() - at.NE();
-    return static_cast<std::int32_t>(std::sqrt(static_cast<float>(across * across + down * down)) + 0.5F);
+    return static_cast<std::int32_t>(std::lround(std::sqrt(static_cast<float>(across * across + down * down))));
   });
 }
 

@@ -115,7 +115,7 @@ ColourTable Tints(double hue, double strength) {
 
 }  // namespace
 
-void Invert(Bitmap& picture, std::span<const double>) {
+void Invert(Bitmap& picture, std::span<const double> /*values*/) {
   ByteTable table{};
   for (std::size_t i = 0; i < table.size(); ++i) table[i] = static_cast<std::uint8_t>(255 - i);
   MapChannels(picture, table);
@@ -135,7 +135,7 @@ void Contrast(Bitmap& picture, std::span<const double> values) {
   MapChannels(picture, table);
 }
 
-void GrayScale(Bitmap& picture, std::span<const double>) {
+void GrayScale(Bitmap& picture, std::span<const double> /*values*/) {
   if (picture.BitsPerPixel() != 24) {
     ColourTable greys{};
     for (std::size_t i = 0; i < greys.size(); ++i) {

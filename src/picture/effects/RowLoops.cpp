@@ -170,7 +170,8 @@ struct Diffusion {
   std::int32_t belowRight = 0;
 
   // errors[x + 1] is what pixel x was handed; errors[x] takes what is now known of the row below.
-  void Step(std::size_t x, const std::uint8_t* levels, std::int16_t* above, std::int16_t* under, std::uint8_t* to) {
+  void Step(std::size_t x, const std::uint8_t* levels, const std::int16_t* above, std::int16_t* under,
+            std::uint8_t* to) {
     const std::int32_t value = levels[x] + ((above[x + 1] + right + 8) >> 4);
     // All bits set where it is white.
     const std::int32_t white = (127 - value) >> 31;
