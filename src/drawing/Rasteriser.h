@@ -59,9 +59,8 @@ private:
     touched[row * rowWords + column / 64] |= std::uint64_t{1} << (column % 64);
   }
   static int CoverageOf(std::uint32_t sum) {
-    const auto winding = static_cast<std::int32_t>(sum);
-    const std::int32_t magnitude = winding < 0 ? -winding : winding;
-    return (std::min(magnitude, One) * 255 + One / 2) >> OneBits;
+    const std::uint32_t magnitude = static_cast<std::int32_t>(sum) < 0 ? 0U - sum : sum;
+    return static_cast<int>((std::min(magnitude, std::uint32_t{One}) * 255U + One / 2) >> OneBits);
   }
 
   PixelRect clip;

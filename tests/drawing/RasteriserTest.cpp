@@ -210,6 +210,13 @@ TEST(RasteriserTest, AFigureFarLargerThanTheClipCoversAllOfIt) {
   EXPECT_DOUBLE_EQ(half.Area(), 32);
 }
 
+TEST(RasteriserTest, MoreOverlapsThanTheCountersHoldAreSafe) {
+  Rasteriser rasteriser;
+  rasteriser.Begin({0, 0, 4, 4});
+  for (int i = 0; i < 65536; ++i) AddRectangle(rasteriser, {0.5, 0.5, 3.5, 3.5});
+  EXPECT_TRUE(Coverage(rasteriser).IsWellFormed());
+}
+
 TEST(RasteriserTest, AnEmptyClipTakesEverything) {
   Rasteriser rasteriser;
   rasteriser.Begin({5, 5, 5, 9});
