@@ -10,6 +10,11 @@ namespace kw {
 ColoursAndLines::ColoursAndLines(EditorForm& editorForm, Trap& errorTrap, Layers& layerArray)
     : form(editorForm), trap(errorTrap), layers(layerArray) {
   form.sldLineHeight.Change.Connect([this] { sldLineHeight_Change(); });
+  form.sldLineHeight.LostFocus.Connect([this] { sldLineHeight_LostFocus(); });
+  form.lblLineSize1.MouseDown.Connect(
+      [this](std::int16_t, std::int16_t, float x, float) { lblLineSize1_MouseDown(x); });
+  form.lblLineSize2.MouseDown.Connect(
+      [this](std::int16_t, std::int16_t, float x, float) { lblLineSize2_MouseDown(x); });
 }
 
 void ColoursAndLines::LetEditorForeColor(Colour value) {
@@ -46,6 +51,24 @@ void ColoursAndLines::sldLineHeight_Change() {
     const float room = slider.Width() - form.lblLineSize2.Width();
     form.lblLineSize2.SetLeft(slider.Left() + room * steps / all);
   });
+}
+
+void ColoursAndLines::sldLineHeight_LostFocus() { const Procedure run(trap, "sldLineHeight_LostFocus"); }
+
+void ColoursAndLines::lblLineSize1_MouseDown(float x) {
+  Procedure run(trap, "lblLineSize1_MouseDown");
+  run([&] {
+    Slider& slider = form.sldLineHeight;
+    const float share = form.lblLineSize1.Width() > 0 ? x / form.lblLineSize1.Width() : 0;
+    const auto span = static_cast<float>(slider.Max() - slider.Min());
+    slider.SetValue(slider.Min() + RoundToEven<std::int32_t>(double{share * span}));
+  });
+}
+
+// The lower caption counts from its own place along the slider.
+void ColoursAndLines::lblLineSize2_MouseDown(float x) {
+  Procedure run(trap, "lblLineSize2_MouseDown");
+  run([&] { lblLineSize1_MouseDown(x + form.lblLineSize2.Left() - form.lblLineSize1.Left()); });
 }
 
 }  // namespace kw

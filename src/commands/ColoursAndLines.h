@@ -15,6 +15,10 @@ public:
   void LetEditorForeColor(Colour value);
   void LetEditorBackColor(Colour value);
   void sldLineHeight_Change();
+  void sldLineHeight_LostFocus();
+  // Sets the thickness from a position on a caption, in twips.
+  void lblLineSize1_MouseDown(float x);
+  void lblLineSize2_MouseDown(float x);
 
   Colour EditorForeColor() const { return foreColor; }
   Colour EditorBackColor() const { return backColor; }

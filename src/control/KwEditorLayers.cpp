@@ -16,7 +16,9 @@ KwEditorLayers::KwEditorLayers(Desktop& platform, EditorEvents& container)
       bracket(platform, form, trap, layers, zoom, KWPic),
       document({platform, form, trap, layers, bracket, *this, KWPic}),
       strip(form, trap),
+      toolBox(form, trap, *this, layers),
       coloursAndLines(form, trap, layers),
+      colourPicker(platform, form, trap, coloursAndLines),
       dispatcher({platform, form, trap, *this, layers, zoom, bracket, document, KWPic}),
       keyboard(form, trap, dispatcher, layers, zoom),
       drawingTools(platform, form, trap, layers),
@@ -33,6 +35,18 @@ void KwEditorLayers::ConnectEvents() {
   editor.KeyUp.Connect([this](std::int16_t code, std::int16_t shift) { UserControl_KeyUp(code, shift); });
   form.tmrDefaultToolsSelection.Tick.Connect([this] { tmrDefaultToolsSelection_Timer(); });
 
+  form.kwraBasicToolsContainer.ConnectItems([this](RaisedArea& container) {
+    container.MouseDown.Connect([this](std::int16_t button, std::int16_t, float, float) {
+      Procedure run(trap, "kwraBasicToolsContainer_MouseDown");
+      run([&] { pictbrBasicToolsContainer_DblClick(button); });
+    });
+    container.MouseMove.Connect([this](std::int16_t, std::int16_t, float, float) {
+      const Procedure run(trap, "kwraBasicToolsContainer_MouseMove");
+    });
+    container.MouseUp.Connect([this](std::int16_t, std::int16_t, float, float) {
+      const Procedure run(trap, "pictbrBasicToolsContainer_MouseUp");
+    });
+  });
   form.mnuCopySelectedArea.Click.Connect([this] { dispatcher.ToolbarButtonClick("Copy"); });
   form.mnuCutSelectedArea.Click.Connect([this] { dispatcher.ToolbarButtonClick("Cut"); });
   form.mnuPasteSelectedArea.Click.Connect([this] { mnuPasteSelectedArea_Click(); });
@@ -43,6 +57,20 @@ void KwEditorLayers::ConnectEvents() {
   document.NewPageCreated.Connect(
       [this](std::string& path, std::int16_t& page, std::int16_t& count) { events.NewPageCreated(path, page, count); });
   document.PageChanged.Connect([this](std::int16_t& page) { events.PageChanged(page); });
+}
+
+// The strip changes between one row and two.
+void KwEditorLayers::pictbrBasicToolsContainer_DblClick(std::int16_t button) {
+  Procedure run(trap, "pictbrBasicToolsContainer_DblClick");
+  if (button != Mouse::LeftButton) return;
+  run([&] {
+    const RaisedArea& first = form.kwraBasicToolsContainer(0);
+    RaisedArea& second = form.kwraBasicToolsContainer(1);
+    second.SetTop(second.Top() >= first.Height() ? first.Top() : first.Height() + 1);
+  });
+  run([&] { strip.RedrawToolBars(); });
+  run([&] { UserControl_Resize(); });
+  run([&] { scrolling.SetScrollBarPositions(); });
 }
 
 void KwEditorLayers::mnuPasteSelectedArea_Click() {

@@ -5,10 +5,12 @@
 
 #include "canvas/ClipboardWatch.h"
 #include "canvas/DrawingTools.h"
+#include "commands/ColourPicker.h"
 #include "commands/ColoursAndLines.h"
 #include "commands/Dispatcher.h"
 #include "commands/Keyboard.h"
 #include "commands/ToolBarStrip.h"
+#include "commands/ToolBox.h"
 #include "components/Desktop.h"
 #include "control/EditorEvents.h"
 #include "control/PropertyBag.h"
@@ -99,6 +101,7 @@ private:
   void UserControl_KeyPress(std::int16_t keyAscii);
   void UserControl_KeyUp(std::int16_t keyCode, std::int16_t shift);
   void tmrDefaultToolsSelection_Timer();
+  void pictbrBasicToolsContainer_DblClick(std::int16_t button);
   void mnuPasteSelectedArea_Click();
   void Label2_Click();
   void lineRightBorderForSelectedArea_MouseUp();
@@ -125,7 +128,9 @@ private:
   CommandBracket bracket;
   Document document;
   ToolBarStrip strip;
+  ToolBox toolBox;
   ColoursAndLines coloursAndLines;
+  ColourPicker colourPicker;
   Dispatcher dispatcher;
   Keyboard keyboard;
   DrawingTools drawingTools;

@@ -1,0 +1,175 @@
+#include "drawing/ColourMap.h"
+#include "support/EditorFixture.h"
+
+namespace kw::test {
+namespace {
+
+using Names = std::vector<std::string>;
+
+class ToolBoxTest : public EditorTest {
+protected:
+  ToolBoxTest() {
+    Form().editor.UserResize(1000, 800);
+    control->OpenFile(MakeImage("page.bmp"));
+  }
+  RaisedArea& Box() { return Form().kwraTools; }
+  float FrameRight() { return Form().picFrame.Left() + Form().picFrame.Width(); }
+  float FrameBottom() { return Form().picFrame.Top() + Form().picFrame.Height(); }
+  void Press(float x, float y) { Box().MouseDown.Raise(1, 0, x, y); }
+  void Move(float x, float y) { Box().MouseMove.Raise(1, 0, x, y); }
+  void Release() { Box().MouseUp.Raise(1, 0, 0, 0); }
+};
+
+TEST_F(ToolBoxTest, FollowsThePointerOneToOneWhileTheLeftButtonIsHeld) {
+  const float left = Box().Left();
+  const float top = Box().Top();
+  Press(20, 10);
+  EXPECT_EQ(Box().Pointer(), MousePointer::SizeAll);
+  Move(15, 4);
+  EXPECT_EQ(Box().Left(), left - 5);
+  EXPECT_EQ(Box().Top(), top - 6);
+  Release();
+  EXPECT_EQ(Box().Pointer(), MousePointer::Default);
+  Move(0, 0);
+  EXPECT_EQ(Box().Left(), left - 5);
+}
+
+TEST_F(ToolBoxTest, PastTheTopEdgeStopsSixPixelsBelowItUntilTheNextPress) {
+  Press(10, 10);
+  Move(10, -5000);
+  EXPECT_EQ(Box().Top(), Form().picFrame.Top() + 6);
+  Move(10, 200);
+  EXPECT_EQ(Box().Top(), Form().picFrame.Top() + 6);
+  Press(10, 10);
+  Move(10, 40);
+  EXPECT_EQ(Box().Top(), Form().picFrame.Top() + 36);
+}
+
+TEST_F(ToolBoxTest, PastTheRightEdgeStopsSixPixelsFromItThoughFiveAreAllowed) {
+  Box().SetLeft(FrameRight() - Box().Width() - 20);
+  Press(10, 10);
+  Move(25, 10);
+  EXPECT_EQ(Box().Left(), FrameRight() - Box().Width() - 5);
+  Move(11, 10);
+  EXPECT_EQ(Box().Left(), FrameRight() - Box().Width() - 6);
+}
+
+TEST_F(ToolBoxTest, OtherButtonsDoNothing) {
+  const float left = Box().Left();
+  Box().MouseDown.Raise(2, 0, 10, 10);
+  Box().MouseMove.Raise(2, 0, 50, 10);
+  EXPECT_EQ(Box().Left(), left);
+  EXPECT_EQ(Box().Pointer(), MousePointer::Default);
+}
+
+TEST_F(ToolBoxTest, ItsButtonHidesItUnlessThePressLiesOutside) {
+  const RaisedPicture& button = Form().kwrpHideToolBox;
+  button.MouseDown.Raise(1, 0, -1, 5);
+  button.MouseDown.Raise(1, 0, 5, button.Height() + 1);
+  EXPECT_TRUE(Box().Visible());
+  button.MouseDown.Raise(1, 0, button.Width(), button.Height());
+  EXPECT_FALSE(Box().Visible());
+}
+
+TEST_F(ToolBoxTest, AThicknessOfThreeGivesASampleOf45Twips) {
+  Form().sldLineHeight.UserSetValue(3);
+  EXPECT_EQ(Form().SampleLine.Height(), 45);
+  EXPECT_EQ(Form().SampleLine.Top(), Form().sldLineHeight.Top() - 45 - 15);
+  EXPECT_EQ(Form().lblLineSize1.Caption(), "Thickness 3");
+  EXPECT_EQ(Form().lblLineSize2.Caption(), "Thickness 3");
+}
+
+TEST_F(ToolBoxTest, ACaptionSetsTheThicknessWithinItsRange) {
+  for (const float x : {-5000.0F, 0.0F, 900.0F, 99999.0F}) {
+    Form().lblLineSize1.MouseDown.Raise(1, 0, x, 0);
+    EXPECT_GE(Form().sldLineHeight.Value(), Form().sldLineHeight.Min());
+    EXPECT_LE(Form().sldLineHeight.Value(), Form().sldLineHeight.Max());
+  }
+  EXPECT_EQ(Form().sldLineHeight.Value(), Form().sldLineHeight.Max());
+}
+
+using Strip = ToolBoxTest;
+
+TEST_F(Strip, APressOnAContainerChangesBetweenOneRowAndTwo) {
+  const RaisedArea& first = Form().kwraBasicToolsContainer(0);
+  const RaisedArea& second = Form().kwraBasicToolsContainer(1);
+  ForgetTrace();
+  second.MouseDown.Raise(1, 0, 0, 0);
+  EXPECT_EQ(second.Left(), first.Left());
+  EXPECT_EQ(second.Top(), first.Top() + first.Height() + 1);
+  EXPECT_EQ(Form().picFrame.Top(), second.Top() + second.Height() + 1);
+  EXPECT_EQ(FrameBottom() + Form().hScroll.Height(), 800);
+  EXPECT_EQ(Trace(), (Names{"kwraBasicToolsContainer_MouseDown", "pictbrBasicToolsContainer_DblClick", "RedrawToolBars",
+                            "UserControl_Resize", "PicFrame_Resize", "SetScrollBarPositions", "SetScrollBalValues",
+                            "SetScrollBarPositions"}));
+  second.MouseDown.Raise(1, 0, 0, 0);
+  EXPECT_EQ(second.Top(), first.Top());
+  EXPECT_EQ(second.Left(), first.Left() + first.Width() + 1);
+}
+
+using Colours = ToolBoxTest;
+
+TEST_F(Colours, AreReadOutWithTheRequiredArithmetic) {
+  EXPECT_EQ(ColourPicker::ReadOut(16777215), "R: 256 G: 3 B: 0");
+  EXPECT_EQ(ColourPicker::ReadOut(255), "R: 0 G: 1 B: 0");
+  EXPECT_EQ(ColourPicker::ReadOut(0), "R: 0 G: 0 B: 0");
+}
+
+TEST_F(Colours, ThePaletteDropsOpenFromASwatchAndHidesWithTheFocus) {
+  Form().SampleForeGroundColor.Click.Raise();
+  EXPECT_TRUE(Form().kwrpColors.Visible());
+  EXPECT_EQ(Form().editor.ActiveControl(), &Form().kwrpColors);
+  EXPECT_EQ(Form().lblSampleColor.Caption(), "R: 0 G: 0 B: 0");
+  Form().picCanvas.ReceiveFocus();
+  EXPECT_FALSE(Form().kwrpColors.Visible());
+}
+
+TEST_F(Colours, AreTakenTwoPixelsInPastTheNearEdgesAndFivePastTheFarOnes) {
+  const RaisedPicture& palette = Form().kwrpColors;
+  Form().SampleForeGroundColor.Click.Raise();
+  palette.MouseUp.Raise(1, 0, -1, -1);
+  EXPECT_EQ(Form().SampleForeGroundColor.BackColor(),
+            ColourOfMap(double{30 / palette.Width()}, double{30 / palette.Height()}));
+  EXPECT_FALSE(palette.Visible());
+  Form().SampleForeGroundColor.Click.Raise();
+  palette.MouseUp.Raise(1, 0, 99999, 99999);
+  EXPECT_EQ(Form().SampleForeGroundColor.BackColor(), ColourOfMap(double{(palette.Width() - 75) / palette.Width()},
+                                                                  double{(palette.Height() - 75) / palette.Height()}));
+}
+
+TEST_F(Colours, TheRightButtonPicksAndOpensTheDialogForFineAdjustment) {
+  Form().SampleBackGroundColor.Click.Raise();
+  desktop.colourAnswers.emplace_back([](Colour& colour) { colour = MakeColour(1, 2, 3); });
+  Form().kwrpColors.MouseUp.Raise(2, 0, 600, 600);
+  ASSERT_EQ(desktop.coloursShown.size(), 1U);
+  EXPECT_EQ(Form().SampleBackGroundColor.BackColor(), MakeColour(1, 2, 3));
+  EXPECT_EQ(Form().TransLayers(1).FillColor(), MakeColour(1, 2, 3));
+  EXPECT_EQ(Form().lblSampleColor.Caption(), ColourPicker::ReadOut(MakeColour(1, 2, 3)));
+}
+
+TEST_F(Colours, ThePaletteHidesAfterAnyButton) {
+  Form().SampleForeGroundColor.Click.Raise();
+  const Colour before = Form().SampleForeGroundColor.BackColor();
+  Form().kwrpColors.MouseUp.Raise(4, 0, 600, 600);
+  EXPECT_FALSE(Form().kwrpColors.Visible());
+  EXPECT_EQ(Form().SampleForeGroundColor.BackColor(), before);
+}
+
+TEST_F(Colours, AHeldButtonPreviewsAndAFreePointerNamesTheColour) {
+  Form().SampleForeGroundColor.Click.Raise();
+  const std::string caption = Form().lblSampleColor.Caption();
+  Form().kwrpColors.MouseMove.Raise(1, 0, 700, 500);
+  EXPECT_EQ(Form().lblSampleColor.Caption(), caption);
+  EXPECT_NE(Form().lblSampleColor.ForeColor(), 0U);
+  Form().kwrpColors.MouseMove.Raise(0, 0, 700, 500);
+  EXPECT_EQ(Form().lblSampleColor.Caption(), ColourPicker::ReadOut(Form().lblSampleColor.ForeColor()));
+}
+
+TEST_F(Colours, ACancelledDialogLeavesTheColour) {
+  Form().SampleForeGroundColor.DblClick.Raise();
+  EXPECT_EQ(Form().SampleForeGroundColor.BackColor(), 0U);
+  EXPECT_EQ(Form().lblSampleColor.Caption(), "R: 0 G: 0 B: 0");
+}
+
+}  // namespace
+}  // namespace kw::test
