@@ -5,9 +5,9 @@
 #include <share.h>
 #endif
 
-#include "Scratch.h"
-#include "TiffMaker.h"
 #include "picture/KWPicEd.h"
+#include "picture/Scratch.h"
+#include "picture/TiffMaker.h"
 #include "picture/formats/Formats.h"
 
 namespace kw {

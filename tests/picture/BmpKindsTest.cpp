@@ -1,8 +1,8 @@
 #include <array>
 #include <string>
 
-#include "KindsTest.h"
 #include "picture/Bytes.h"
+#include "picture/KindsTest.h"
 
 namespace kw {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <set>
 
-#include "Scratch.h"
 #include "picture/KWPicEd.h"
+#include "picture/Scratch.h"
 #include "picture/Signature.h"
 
 namespace kw {

@@ -3,7 +3,7 @@
 
 #include <gif_lib.h>
 
-#include "KindsTest.h"
+#include "picture/KindsTest.h"
 
 namespace kw {
 namespace {

@@ -4,8 +4,8 @@
 
 #include <jpeglib.h>
 
-#include "KindsTest.h"
 #include "picture/Bytes.h"
+#include "picture/KindsTest.h"
 #include "picture/formats/Formats.h"
 
 namespace kw {

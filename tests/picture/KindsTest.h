@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Scratch.h"
 #include "picture/KWPicEd.h"
+#include "picture/Scratch.h"
 
 namespace kw {
 

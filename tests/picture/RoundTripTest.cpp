@@ -2,9 +2,9 @@
 #include <cstdlib>
 #include <tuple>
 
-#include "Scratch.h"
 #include "picture/Depth.h"
 #include "picture/KWPicEd.h"
+#include "picture/Scratch.h"
 
 namespace kw {
 namespace {

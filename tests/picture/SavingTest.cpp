@@ -6,8 +6,8 @@
 #include <sys/resource.h>
 #endif
 
-#include "Scratch.h"
 #include "picture/KWPicEd.h"
+#include "picture/Scratch.h"
 #include "picture/formats/Formats.h"
 
 namespace kw {

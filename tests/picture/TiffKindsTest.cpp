@@ -1,9 +1,9 @@
 #include <array>
 #include <tuple>
 
-#include "Scratch.h"
-#include "TiffMaker.h"
 #include "picture/KWPicEd.h"
+#include "picture/Scratch.h"
+#include "picture/TiffMaker.h"
 
 namespace kw {
 namespace {

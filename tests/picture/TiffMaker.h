@@ -5,7 +5,7 @@
 
 #include <tiffio.h>
 
-#include "Scratch.h"
+#include "picture/Scratch.h"
 
 namespace kw {
 

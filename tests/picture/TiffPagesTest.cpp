@@ -1,8 +1,8 @@
 #include <tuple>
 
-#include "Scratch.h"
-#include "TiffMaker.h"
 #include "picture/KWPicEd.h"
+#include "picture/Scratch.h"
+#include "picture/TiffMaker.h"
 
 namespace kw {
 namespace {

@@ -6,9 +6,9 @@
 #include <cstdlib>
 
 #include "../Scratch.h"
-#include "Reference.h"
 #include "picture/Depth.h"
 #include "picture/effects/Effect.h"
+#include "picture/effects/Reference.h"
 
 namespace kw {
 namespace {
@@ -139,16 +139,16 @@ TEST(EffectProperty, BlurIsGaussian) {
       std::vector<double> mixed;
       for (std::int32_t x = 0; x < 60; ++x) {
         double total = 0;
-        for (std::int32_t i = -radius; i <= radius; ++i) {
-          total += bell[static_cast<std::size_t>(i + radius)] / sum * before.Near(x, y + i)[0];
-        }
+        auto weight = bell.begin();
+        for (std::int32_t i = -radius; i <= radius; ++i) total += *weight++ / sum * before.Near(x, y + i)[0];
         mixed.push_back(total);
       }
       for (std::int32_t x = 0; x < 60; ++x) {
         double exact = 0;
+        auto weight = bell.begin();
         for (std::int32_t i = -radius; i <= radius; ++i) {
-          exact += bell[static_cast<std::size_t>(i + radius)] / sum *
-                   mixed[static_cast<std::size_t>(std::clamp(x + i, 0, 59))];
+          const std::int32_t column = std::clamp(x + i, 0, 59);
+          exact += *weight++ / sum * mixed[static_cast<std::size_t>(column)];
         }
         ASSERT_NEAR(exact, after.At(x, y)[0], sigma < 10 ? 0.75 : 1.0) << sigma << " at " << x << ", " << y;
       }
@@ -176,7 +176,7 @@ TEST(EffectProperty, FreeTurnsKeepTheMiddle) {
 // Clockwise: what was at the top is at the right.
 TEST(EffectProperty, TurnsClockwise) {
   Bitmap picture(40, 20, 24);
-  picture.MutableRow(0)[3 * 20] = 255;
+  picture.MutableRow(0)[60] = 255;
   const Bitmap turned = With(picture, "Rotate");
   EXPECT_EQ(20, turned.Width());
   EXPECT_EQ(255, turned.PixelAt(19, 20).blue);

@@ -8,9 +8,9 @@
 #include <vector>
 
 #include "../Scratch.h"
-#include "Reference.h"
 #include "picture/effects/Bands.h"
 #include "picture/effects/Effect.h"
+#include "picture/effects/Reference.h"
 
 namespace kw {
 namespace {
@@ -94,7 +94,8 @@ TEST_P(EffectReference, SmoothPictures) {
     Bitmap picture(67, 9, depth);
     for (std::int32_t y = 0; y < picture.Height(); ++y) {
       const auto row = picture.MutableRow(y);
-      for (std::size_t i = 0; i < row.size(); ++i) row[i] = static_cast<std::uint8_t>(i + 3 * static_cast<unsigned>(y));
+      for (std::size_t i = 0; i < row.size(); ++i)
+        row[i] = static_cast<std::uint8_t>(i + 3 * static_cast<std::size_t>(y));
     }
     ASSERT_NO_FATAL_FAILURE(Check(picture));
   }
@@ -106,7 +107,7 @@ TEST_P(EffectReference, BlackAndWhiteExtremes) {
       Bitmap picture(37, 9, depth);
       for (std::int32_t y = 0; y < picture.Height(); ++y) {
         const auto row = picture.MutableRow(y);
-        const std::size_t size = static_cast<std::size_t>(depth / 8);
+        const auto size = static_cast<std::size_t>(depth / 8);
         for (std::size_t i = 0; i < row.size(); ++i) {
           const bool dark = (i / size / period + static_cast<unsigned>(y) / period) % 2 == 1;
           row[i] = i % size == 3 || !dark ? 255 : 0;

@@ -1,4 +1,4 @@
-#include "Reference.h"
+#include "picture/effects/Reference.h"
 
 #include <algorithm>
 #include <cmath>
@@ -91,7 +91,7 @@ std::int32_t Weighted(const Plain& p, std::int32_t x, std::int32_t y, std::size_
 
 constexpr std::array<std::int32_t, 9> Binomial{1, 2, 1, 2, 4, 2, 1, 2, 1};
 
-Plain Invert(const Bitmap& picture, Values) {
+Plain Invert(const Bitmap& picture, Values /*values*/) {
   return MapChannels(picture, [](std::int32_t v) { return 255 - v; });
 }
 
@@ -107,7 +107,7 @@ Plain Contrast(const Bitmap& picture, Values values) {
   return MapChannels(picture, [&](std::int32_t v) { return Round(127.5 + (v - 127.5) * (1 + values[0] / 100)); });
 }
 
-Plain GrayScale(const Bitmap& picture, Values) {
+Plain GrayScale(const Bitmap& picture, Values /*values*/) {
   Plain plain = Read(picture);
   for (Pixel& p : plain.pixels) p = {Luma(p), Luma(p), Luma(p), p[3]};
   if (plain.bitsPerPixel == 24) plain.bitsPerPixel = 8;
@@ -138,12 +138,12 @@ Plain Colorize(const Bitmap& picture, Values values) {
   return plain;
 }
 
-Plain HorizontalFlip(const Bitmap& picture, Values) {
+Plain HorizontalFlip(const Bitmap& picture, Values /*values*/) {
   const Plain plain = Read(picture);
   return Each(plain, [&](std::int32_t x, std::int32_t y) { return plain.At(plain.width - 1 - x, y); });
 }
 
-Plain VerticalFlip(const Bitmap& picture, Values) {
+Plain VerticalFlip(const Bitmap& picture, Values /*values*/) {
   const Plain plain = Read(picture);
   return Each(plain, [&](std::int32_t x, std::int32_t y) { return plain.At(x, plain.height - 1 - y); });
 }
@@ -190,7 +190,8 @@ Plain Rotate(const Bitmap& picture, Values values) {
   const double degrees = std::fmod(values[0] + 360, 360);
   if (std::fmod(degrees, 90) != 0) return FreeTurn(picture, degrees);
   Plain plain = Read(picture);
-  for (double turned = 0; turned < degrees; turned += 90) plain = QuarterTurn(plain);
+  const std::int32_t turns = Round(degrees / 90);
+  for (std::int32_t i = 0; i < turns; ++i) plain = QuarterTurn(plain);
   return plain;
 }
 
@@ -238,6 +239,7 @@ Plain Resize(const Bitmap& picture, Values values) {
   };
   const Plain result(newSize(plain.width, values[1]), newSize(plain.height, values[2]), plain.bitsPerPixel);
   std::vector<std::map<std::int32_t, std::int32_t>> across;
+  across.reserve(static_cast<std::size_t>(result.width));
   for (std::int32_t x = 0; x < result.width; ++x) across.push_back(Taps(x, plain.width, result.width, values[3] != 0));
   std::vector<Pixel> mixed(static_cast<std::size_t>(plain.width));
   Plain resized = result;
@@ -291,7 +293,7 @@ Plain Blur(const Bitmap& picture, Values values) {
     }
   }
   const auto column = [&](std::int32_t x, std::int32_t y, std::size_t c) {
-    return columns[static_cast<std::size_t>(y * plain.width + std::clamp(x, 0, plain.width - 1))][c];
+    return columns[plain.Index(std::clamp(x, 0, plain.width - 1), y)][c];
   };
   return Unpremultiplied(Each(plain, [&](std::int32_t x, std::int32_t y) {
     Pixel pixel{};
@@ -306,7 +308,7 @@ Plain Blur(const Bitmap& picture, Values values) {
   }));
 }
 
-Plain Soften(const Bitmap& picture, Values) {
+Plain Soften(const Bitmap& picture, Values /*values*/) {
   const Plain plain = Premultiplied(InValues(picture));
   return Unpremultiplied(Each(plain, [&](std::int32_t x, std::int32_t y) {
     Pixel pixel{};
@@ -333,7 +335,7 @@ Plain Emboss(const Bitmap& picture, Values values) {
   });
 }
 
-Plain Edge(const Bitmap& picture, Values) {
+Plain Edge(const Bitmap& picture, Values /*values*/) {
   const Plain plain = InValues(picture);
   return EachChannel(plain, [&](std::int32_t x, std::int32_t y, std::size_t c) {
     const double across = Weighted(plain, x, y, c, {-1, 0, 1, -2, 0, 2, -1, 0, 1});
@@ -367,8 +369,8 @@ Plain Spread(const Bitmap& picture, bool light) {
   });
 }
 
-Plain Dilate(const Bitmap& picture, Values) { return Spread(picture, true); }
-Plain Erode(const Bitmap& picture, Values) { return Spread(picture, false); }
+Plain Dilate(const Bitmap& picture, Values /*values*/) { return Spread(picture, true); }
+Plain Erode(const Bitmap& picture, Values /*values*/) { return Spread(picture, false); }
 
 std::int32_t OtsuLevel(const Plain& plain) {
   double best = 0;
@@ -403,7 +405,7 @@ Plain Threshold(const Bitmap& picture, Values values) {
   return plain;
 }
 
-Plain Dither(const Bitmap& picture, Values) {
+Plain Dither(const Bitmap& picture, Values /*values*/) {
   Plain plain = OnPaper(picture);
   std::map<std::pair<std::int32_t, std::int32_t>, std::int32_t> sixteenths;
   for (std::int32_t y = 0; y < plain.height; ++y) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string_view>
@@ -26,8 +27,11 @@ struct Plain {
         height(plainHeight),
         bitsPerPixel(depth),
         pixels(static_cast<std::size_t>(plainWidth) * static_cast<std::size_t>(plainHeight)) {}
-  Pixel& At(std::int32_t x, std::int32_t y) { return pixels[static_cast<std::size_t>(y * width + x)]; }
-  const Pixel& At(std::int32_t x, std::int32_t y) const { return pixels[static_cast<std::size_t>(y * width + x)]; }
+  Pixel& At(std::int32_t x, std::int32_t y) { return pixels[Index(x, y)]; }
+  const Pixel& At(std::int32_t x, std::int32_t y) const { return pixels[Index(x, y)]; }
+  std::size_t Index(std::int32_t x, std::int32_t y) const {
+    return static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x);
+  }
   // The nearest pixel of the picture.
   const Pixel& Near(std::int32_t x, std::int32_t y) const;
   friend bool operator==(const Plain&, const Plain&) = default;

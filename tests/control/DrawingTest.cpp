@@ -1,0 +1,145 @@
+#include "support/LayersFixture.h"
+
+namespace kw::test {
+namespace {
+
+using Drawing = LayersTest;
+
+TEST_F(Drawing, ADragMakesALayerWithTheToolsFigureAndColours) {
+  Choose("Rectangle");
+  Form().tbrFillPattern.SetButtonPressed("NoFillInside", true);
+  Form().sldLineHeight.SetValue(3);
+  ForgetTrace();
+  DragOut(100, 80, 40, 20);
+  ASSERT_EQ(Form().TransLayers.UBound(), 2);
+  const TransparentPicture& layer = Form().TransLayers(2);
+  EXPECT_EQ(layer.Left(), 40);
+  EXPECT_EQ(layer.Top(), 20);
+  EXPECT_EQ(layer.Width(), 60);
+  EXPECT_EQ(layer.Height(), 60);
+  EXPECT_TRUE(layer.Visible());
+  EXPECT_EQ(layer.DrawnFigure().kind, FigureKind::Rectangle);
+  EXPECT_EQ(layer.LineWidth(), 3);
+  EXPECT_EQ(layer.TransparentColor(), layer.BackColor());
+  EXPECT_FALSE(Form().fr.Visible());
+  for (const std::string& name : Trace()) EXPECT_EQ(name, "TransLayers_Change");  // the handlers themselves are silent
+}
+
+TEST_F(Drawing, AClickOrADragOfFivePixelsMakesNothing) {
+  Choose("Rectangle");
+  Canvas().ReceiveFocus();
+  Press(50, 50);
+  Release(50, 50);
+  DragOut(50, 50, 55, 100);
+  DragOut(50, 50, 100, 45);
+  EXPECT_EQ(Form().TransLayers.UBound(), 1);
+  DragOut(50, 50, 56, 56);
+  EXPECT_EQ(Form().TransLayers.UBound(), 2);
+}
+
+TEST_F(Drawing, AFilledInsideIsOpaqueExceptForTheBackColour20) {
+  Choose("Circle");
+  Form().tbrFillPattern.SetButtonPressed("FillInside", true);
+  Form().SampleBackGroundColor.SetBackColor(MakeColour(255, 255, 255));
+  DragOut(10, 10, 60, 60);
+  EXPECT_NE(Form().TransLayers(2).TransparentColor(), Form().TransLayers(2).BackColor());
+  Form().SampleBackGroundColor.SetBackColor(20);
+  DragOut(100, 100, 160, 160);
+  EXPECT_EQ(Form().TransLayers(3).TransparentColor(), 20U);
+}
+
+TEST_F(Drawing, ReleasedWhileAnotherControlIsActiveMakesNothing) {
+  Choose("Rectangle");
+  Canvas().ReceiveFocus();
+  Press(10, 10);
+  Drag(90, 90);
+  Form().cmbZoomFactor.ReceiveFocus();
+  Release(90, 90);
+  EXPECT_EQ(Form().TransLayers.UBound(), 1);
+  EXPECT_FALSE(Form().fr.Visible());
+}
+
+TEST_F(Drawing, APressOnALayersEdgeIsTheLayersAndDrawsNoBand) {
+  Add(100, 100, 50, 50);
+  Choose("NoTools");
+  Press(150, 150);
+  EXPECT_FALSE(Room().Drag().m_IsMouseDown);
+  EXPECT_EQ(Room().CurrentLayerIndex(), 2);
+  Drag(170, 170);
+  EXPECT_FALSE(Form().fr.Visible());
+}
+
+TEST_F(Drawing, AHiddenLayerTakesNoPressAndTheTopmostTakesIt) {
+  Add(100, 100, 50, 50).SetVisible(false);
+  Add(110, 110, 50, 50);
+  Add(110, 110, 50, 50);
+  Choose("NoTools");
+  Press(101, 101);
+  EXPECT_TRUE(Room().Drag().m_IsMouseDown);
+  Release(101, 101);
+  Press(120, 120);
+  EXPECT_EQ(Room().CurrentLayerIndex(), 4);
+}
+
+TEST_F(Drawing, TheBandStaysWithinTheCanvas) {
+  Choose("Line");
+  Canvas().ReceiveFocus();
+  Press(10, 10);
+  Drag(99999, -500);
+  EXPECT_EQ(Form().fr.Left() + Form().fr.Width(), Canvas().Width());
+  EXPECT_EQ(Form().fr.Top(), 0);
+}
+
+TEST_F(Drawing, ALineKeepsItsDirection) {
+  Choose("Line");
+  DragOut(10, 10, 60, 60);
+  DragOut(10, 160, 60, 110);
+  EXPECT_FALSE(Form().TransLayers(2).DrawnFigure().isRising);
+  EXPECT_TRUE(Form().TransLayers(3).DrawnFigure().isRising);
+}
+
+TEST_F(Drawing, ASelectionIsRaisedAboveWhatItOverlaps) {
+  Add(200, 200);
+  Choose("NoTools");
+  DragOut(10, 10, 190, 190);
+  EXPECT_EQ(Room().CurrentLayerIndex(), 3);
+  EXPECT_EQ(Room().ZOrder().Order().back(), 3);
+}
+
+TEST_F(Drawing, APenStrokeBecomesALayerWithItsPicture) {
+  Choose("Pen");
+  Form().sldLineHeight.SetValue(4);
+  Canvas().ReceiveFocus();
+  Press(50, 60);
+  EXPECT_TRUE(Form().point1(0).Visible());
+  Drag(52, 61);
+  Drag(52, 61);
+  Drag(90, 100);
+  EXPECT_EQ(Form().point1.Count(), 3);
+  Release(90, 100);
+  EXPECT_EQ(Form().point1.Count(), 1);
+  EXPECT_FALSE(Form().point1(0).Visible());
+  ASSERT_EQ(Form().TransLayers.UBound(), 2);
+  const TransparentPicture& layer = Form().TransLayers(2);
+  EXPECT_TRUE(layer.Visible());
+  EXPECT_EQ(layer.Picture().Width(), static_cast<std::int32_t>(layer.Width()));
+  EXPECT_LE(layer.Left(), 48);
+  EXPECT_GE(layer.Left() + layer.Width(), 92);
+  // On the stroke it is opaque, in a corner away from it transparent.
+  const auto alphaAt = [&](float x, float y) {
+    const auto row = layer.Picture().Row(static_cast<std::int32_t>(y - layer.Top()));
+    return row[static_cast<std::size_t>(x - layer.Left()) * 4 + 3];
+  };
+  EXPECT_EQ(alphaAt(71, 80), 255);
+  EXPECT_EQ(alphaAt(88, 62), 0);
+}
+
+TEST_F(Drawing, OtherButtonsDoNothing) {
+  Choose("Rectangle");
+  Press(10, 10, 4);
+  EXPECT_FALSE(Room().Drag().m_IsMouseDown);
+  EXPECT_TRUE(events.errors.empty());
+}
+
+}  // namespace
+}  // namespace kw::test
