@@ -1,0 +1,132 @@
+#include "picture/effects/ReferenceParts.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <vector>
+
+namespace kw::reference {
+namespace {
+
+// Weighted sum of the channel over a 3x3 neighbourhood; weights row by row.
+std::int32_t Weighted(const Plain& p, std::int32_t x, std::int32_t y, std::size_t c,
+                      const std::array<std::int32_t, 9>& weights) {
+  std::int32_t sum = 0;
+  for (std::int32_t i = 0; i < 9; ++i) {
+    sum += weights[static_cast<std::size_t>(i)] * p.Near(x + i % 3 - 1, y + i / 3 - 1)[c];
+  }
+  return sum;
+}
+
+constexpr std::array<std::int32_t, 9> Binomial{1, 2, 1, 2, 4, 2, 1, 2, 1};
+
+Plain Spread(const Bitmap& picture, bool light) {
+  const bool oneBit = picture.BitsPerPixel() == 1;
+  const Plain plain = oneBit ? Read(picture) : InValues(picture);
+  if (!oneBit) {
+    return EachChannel(plain, [&](std::int32_t x, std::int32_t y, std::size_t c) {
+      std::int32_t most = plain.At(x, y)[c];
+      for (std::int32_t i = 0; i < 9; ++i) {
+        const std::int32_t value = plain.Near(x + i % 3 - 1, y + i / 3 - 1)[c];
+        most = light ? std::max(most, value) : std::min(most, value);
+      }
+      return most;
+    });
+  }
+  // Of two colours the lighter one spreads, or the darker.
+  const auto weight = [](const Pixel& p) { return 299 * p[2] + 587 * p[1] + 114 * p[0]; };
+  return Each(plain, [&](std::int32_t x, std::int32_t y) {
+    Pixel most = plain.At(x, y);
+    for (std::int32_t i = 0; i < 9; ++i) {
+      const Pixel& other = plain.Near(x + i % 3 - 1, y + i / 3 - 1);
+      if (light ? weight(other) > weight(most) : weight(other) < weight(most)) most = other;
+    }
+    return most;
+  });
+}
+
+}  // namespace
+
+Plain Blur(const Bitmap& picture, Values values) {
+  const Plain plain = Premultiplied(InValues(picture));
+  const auto radius = static_cast<std::int32_t>(std::ceil(3 * values[0]));
+  std::vector<double> bell;
+  double sum = 0;
+  for (std::int32_t i = -radius; i <= radius; ++i) sum += std::exp(-0.5 * i * i / (values[0] * values[0]));
+  std::vector<std::int32_t> weights{0};
+  std::int32_t rest = 32768;
+  for (std::int32_t i = 1; i <= radius; ++i) {
+    weights.push_back(Round(32768 * std::exp(-0.5 * i * i / (values[0] * values[0])) / sum));
+    rest -= 2 * weights.back();
+  }
+  weights[0] = rest;
+  const auto times = [](std::int32_t value, std::int32_t weight) { return Floored(value * weight + 16384, 32768); };
+  const auto mixed = [&](std::int32_t x, std::int32_t y, std::size_t c) {
+    std::int32_t total = times(64 * plain.Near(x, y)[c], weights[0]);
+    for (std::int32_t i = 1; i <= radius; ++i) {
+      total += times(64 * (plain.Near(x, y - i)[c] + plain.Near(x, y + i)[c]), weights[static_cast<std::size_t>(i)]);
+    }
+    return std::min(total, 16383);
+  };
+  std::vector<Pixel> columns;
+  for (std::int32_t y = 0; y < plain.height; ++y) {
+    for (std::int32_t x = 0; x < plain.width; ++x) {
+      columns.push_back({mixed(x, y, 0), mixed(x, y, 1), mixed(x, y, 2), mixed(x, y, 3)});
+    }
+  }
+  const auto column = [&](std::int32_t x, std::int32_t y, std::size_t c) {
+    return columns[plain.Index(std::clamp(x, 0, plain.width - 1), y)][c];
+  };
+  return Unpremultiplied(Each(plain, [&](std::int32_t x, std::int32_t y) {
+    Pixel pixel{};
+    for (std::size_t c = 0; c < 4; ++c) {
+      std::int32_t total = times(column(x, y, c), weights[0]);
+      for (std::int32_t i = 1; i <= radius; ++i) {
+        total += times(column(x - i, y, c) + column(x + i, y, c), weights[static_cast<std::size_t>(i)]);
+      }
+      pixel[c] = Byte(Floored(total + 32, 64));
+    }
+    return pixel;
+  }));
+}
+
+Plain Soften(const Bitmap& picture, Values /*values*/) {
+  const Plain plain = Premultiplied(InValues(picture));
+  return Unpremultiplied(Each(plain, [&](std::int32_t x, std::int32_t y) {
+    Pixel pixel{};
+    for (std::size_t c = 0; c < 4; ++c) pixel[c] = (Weighted(plain, x, y, c, Binomial) + 8) / 16;
+    return pixel;
+  }));
+}
+
+Plain Sharpen(const Bitmap& picture, Values values) {
+  const Plain plain = InValues(picture);
+  const std::int32_t amount = Round(values[0] * 2.56);
+  return EachChannel(plain, [&](std::int32_t x, std::int32_t y, std::size_t c) {
+    const std::int32_t self = plain.At(x, y)[c];
+    return self + Floored(amount * (16 * self - Weighted(plain, x, y, c, Binomial)) + 2048, 4096);
+  });
+}
+
+Plain Emboss(const Bitmap& picture, Values values) {
+  const Plain plain = InValues(picture);
+  const std::int32_t amount = Round(values[0] * 2.56);
+  return EachChannel(plain, [&](std::int32_t x, std::int32_t y, std::size_t c) {
+    const std::int32_t slope = Weighted(plain, x, y, c, {-2, -1, 0, -1, 0, 1, 0, 1, 2});
+    return plain.At(x, y)[c] + Floored(amount * slope + 128, 256);
+  });
+}
+
+Plain Edge(const Bitmap& picture, Values /*values*/) {
+  const Plain plain = InValues(picture);
+  return EachChannel(plain, [&](std::int32_t x, std::int32_t y, std::size_t c) {
+    const double across = Weighted(plain, x, y, c, {-1, 0, 1, -2, 0, 2, -1, 0, 1});
+    const double down = Weighted(plain, x, y, c, {-1, -2, -1, 0, 0, 0, 1, 2, 1});
+    return Round(std::sqrt(across * across + down * down));
+  });
+}
+
+Plain Dilate(const Bitmap& picture, Values /*values*/) { return Spread(picture, true); }
+Plain Erode(const Bitmap& picture, Values /*values*/) { return Spread(picture, false); }
+
+}  // namespace kw::reference
