@@ -81,12 +81,12 @@ void DrawingTools::picCanvas_MouseUp(std::int16_t button, std::int16_t shift, fl
 
 std::int16_t DrawingTools::LayerAt(float x, float y) const {
   const std::vector<std::int16_t>& order = layers.ZOrder().Order();
-  for (auto index = order.rbegin(); index != order.rend(); ++index) {
-    if (*index == Layers::PageLayer) continue;  // a press on the page is a press on the canvas
-    const TransparentPicture& layer = form.TransLayers(*index);
-    if (IsPointIn(layer, x, y) && layer.Visible()) return *index;
-  }
-  return 0;
+  const auto found = std::find_if(order.rbegin(), order.rend(), [&](std::int16_t index) {
+    if (index == Layers::PageLayer) return false;  // a press on the page is a press on the canvas
+    const TransparentPicture& layer = form.TransLayers(index);
+    return IsPointIn(layer, x, y) && layer.Visible();
+  });
+  return found == order.rend() ? std::int16_t{0} : *found;
 }
 
 void DrawingTools::GiveToLayer(std::int16_t layer) {

@@ -70,9 +70,9 @@ std::span<const Dispatcher::Command> Dispatcher::Commands() {
   return commands;
 }
 
-void Dispatcher::Save(const Command&) { properties.SavePage(); }
+void Dispatcher::Save(const Command& /*row*/) { properties.SavePage(); }
 
-void Dispatcher::Print(const Command&) { desktop.EndPrintJob(); }
+void Dispatcher::Print(const Command& /*row*/) { desktop.EndPrintJob(); }
 
 void Dispatcher::ShowSmallKey(const Command& row) {
   std::string prompt(row.key);
@@ -82,19 +82,21 @@ void Dispatcher::ShowSmallKey(const Command& row) {
 
 void Dispatcher::ShowKey(const Command& row) { desktop.ShowMessageBox(std::string(row.key)); }
 
-void Dispatcher::Paste(const Command&) { desktop.ShowMessageBox("mnuPasteSelectedArea_Click"); }
+void Dispatcher::Paste(const Command& /*row*/) { desktop.ShowMessageBox("mnuPasteSelectedArea_Click"); }
 
-void Dispatcher::ZoomIn(const Command&) { zoom.ZoomIn(); }
-void Dispatcher::ZoomOut(const Command&) { zoom.ZoomOut(); }
+void Dispatcher::ZoomIn(const Command& /*row*/) { zoom.ZoomIn(); }
+void Dispatcher::ZoomOut(const Command& /*row*/) { zoom.ZoomOut(); }
 
-void Dispatcher::ShowHideTools(const Command&) { properties.LetIsToolboxVisible(!properties.GetIsToolboxVisible()); }
+void Dispatcher::ShowHideTools(const Command& /*row*/) {
+  properties.LetIsToolboxVisible(!properties.GetIsToolboxVisible());
+}
 
-void Dispatcher::ShowHideBackImage(const Command&) {
+void Dispatcher::ShowHideBackImage(const Command& /*row*/) {
   properties.LetIsToShowBackImage(!properties.GetIsToShowBackImage());
 }
 
-void Dispatcher::PrevPage(const Command&) { StepPage(-1); }
-void Dispatcher::NextPage(const Command&) { StepPage(+1); }
+void Dispatcher::PrevPage(const Command& /*row*/) { StepPage(-1); }
+void Dispatcher::NextPage(const Command& /*row*/) { StepPage(+1); }
 
 void Dispatcher::StepPage(int step) {
   form.PageIndex.SetValue(ToInteger16(ToInteger16(form.PageIndex.Value()) + step));
@@ -121,14 +123,14 @@ void Dispatcher::ChangeDepth(const Command& row) {
   run([&] { bracket.DoPostCommandProcess(); });
 }
 
-void Dispatcher::Signature(const Command&) {
+void Dispatcher::Signature(const Command& /*row*/) {
   form.tbrFillPattern.SetButtonPressed("NoFillInside", true);
   tbrFillPattern_ButtonClick("NoFillInside");
 }
 
-void Dispatcher::Stamp(const Command&) { form.tbrEditingTools.SetButtonPressed("Stamp", true); }
+void Dispatcher::Stamp(const Command& /*row*/) { form.tbrEditingTools.SetButtonPressed("Stamp", true); }
 
-void Dispatcher::FontSettings(const Command&) {
+void Dispatcher::FontSettings(const Command& /*row*/) {
   Procedure run(trap);
   run([&] { isFontDialogUp = true; });
   run([&] {
@@ -139,7 +141,7 @@ void Dispatcher::FontSettings(const Command&) {
   run([&] { isFontDialogUp = false; });
 }
 
-void Dispatcher::Open(const Command&) {
+void Dispatcher::Open(const Command& /*row*/) {
   OpenDialog dialog;
   dialog.filter =
       "All Supported Graphic Files (*.jpg, *.jpeg, *.bmp, *.tif, *.fmf, *.gif)|"

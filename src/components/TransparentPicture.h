@@ -80,9 +80,9 @@ public:
   void SetIsToShowResize(bool value);
 
   // Input procedure: the layer takes a press, which activates it.
-  void TakePress() { Activate.Raise(); }
+  void TakePress() const { Activate.Raise(); }
   // Another layer, or none, is the active one from now on.
-  void GiveUpActivation() { Deactivate.Raise(); }
+  void GiveUpActivation() const { Deactivate.Raise(); }
 
   Event<> Activate;
   Event<> Deactivate;
