@@ -22,7 +22,7 @@ struct Rgb {
 // green, red and 32 is blue, green, red, alpha (straight), one byte each. Rows run from the top downward. A row begins
 // at a multiple of RowAlignment bytes; bytes behind the last pixel are unspecified padding.
 class Bitmap {
- public:
+public:
   static constexpr std::size_t RowAlignment = 64;
 
   // No picture at all ("is nothing").
@@ -61,7 +61,7 @@ class Bitmap {
   // True where both show the same size, depth, palette and pixels (resolution and padding left out).
   friend bool SamePicture(const Bitmap& a, const Bitmap& b);
 
- private:
+private:
   void Unshare();
 
   std::int32_t width = 0;

@@ -9,7 +9,7 @@ namespace kw {
 
 // A tick box, also in the style of a button.
 class CheckBox : public Control {
- public:
+public:
   explicit CheckBox(std::string controlName) : Control(std::move(controlName), "CheckBox") {}
 
   const std::string& Caption() const { return caption; }
@@ -34,7 +34,7 @@ class CheckBox : public Control {
 
   Event<> Click;  // its value changed, by the user or by a procedure
 
- private:
+private:
   std::string caption;
   bool isButton = false;
   bool value = false;

@@ -31,7 +31,7 @@ enum class Aspect : std::uint8_t {
 
 // The one window or drawing that may show a model. A model works the same with none.
 class View {
- public:
+public:
   View() = default;
   View(const View&) = delete;
   View& operator=(const View&) = delete;
@@ -73,7 +73,7 @@ inline constexpr std::int16_t AltKey = 4;
 // Left, Top, Width and Height are in the unit of the container (see Unit); a control without a container measures in
 // its own. A container owns none of its children: the form does, and a child that is destroyed leaves its container.
 class Control {
- public:
+public:
   // `componentType` is the component's name, as "KWRaisedAreaCtl".
   Control(std::string controlName, std::string_view componentType);
   Control(const Control&) = delete;
@@ -144,14 +144,14 @@ class Control {
   Event<> GotFocus;
   Event<> LostFocus;
 
- protected:
+protected:
   void Tell(Aspect aspect);
   // A derived control raises its resize or change event here.
   virtual void Resized() {}
   // For a control array's new item: takes over the design-time values of `other`, its own name and index apart.
   void CopyDesign(const Control& other);
 
- private:
+private:
   Control& Root();
   const Control& Root() const;
   void Activate(bool byProcedure);

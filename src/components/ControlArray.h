@@ -16,7 +16,7 @@ namespace kw {
 // loaded as hidden copies of item 0 into the same container. T is made by T(name) and copied by T::LoadFrom(const T&).
 template <class T>
 class ControlArray {
- public:
+public:
   static constexpr std::int32_t HighestIndex = 32767;
 
   ControlArray(std::string arrayName, std::int16_t itemsOfDesign)
@@ -71,7 +71,7 @@ class ControlArray {
   auto begin() const { return items.begin(); }
   auto end() const { return items.end(); }
 
- private:
+private:
   T& Make(std::int16_t index) {
     auto item = std::make_unique<T>(name);
     item->SetIndex(index);

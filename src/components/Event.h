@@ -8,7 +8,7 @@ namespace kw {
 // A notification of a model with at most one handler, the editor's procedure of that name.
 template <class... Args>
 class Event {
- public:
+public:
   void Connect(std::function<void(Args...)> newHandler) { handler = std::move(newHandler); }
 
   void Raise(Args... args) const {
@@ -16,7 +16,7 @@ class Event {
     if (const auto current = handler) current(args...);
   }
 
- private:
+private:
   std::function<void(Args...)> handler;
 };
 

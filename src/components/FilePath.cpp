@@ -25,16 +25,20 @@ std::filesystem::path ToFilesystemPath(std::string_view path) {
   if (wide.size() >= LongestPlainPath && !HasPrefix(wide, L"\\\\?\\")) {
     // Behind the prefix the system no longer resolves "." and "..", so the path is made plain first.
     wide = std::filesystem::path(wide).lexically_normal().wstring();
-    if (IsDriveAbsolute(wide)) wide.insert(0, L"\\\\?\\");
-    else if (HasPrefix(wide, L"\\\\")) wide.replace(0, 2, L"\\\\?\\UNC\\");
+    if (IsDriveAbsolute(wide))
+      wide.insert(0, L"\\\\?\\");
+    else if (HasPrefix(wide, L"\\\\"))
+      wide.replace(0, 2, L"\\\\?\\UNC\\");
   }
   return wide;
 }
 
 std::string FromFilesystemPath(const std::filesystem::path& path) {
   std::wstring wide = path.wstring();
-  if (HasPrefix(wide, L"\\\\?\\UNC\\")) wide.replace(0, 8, L"\\\\");
-  else if (HasPrefix(wide, L"\\\\?\\")) wide.erase(0, 4);
+  if (HasPrefix(wide, L"\\\\?\\UNC\\"))
+    wide.replace(0, 8, L"\\\\");
+  else if (HasPrefix(wide, L"\\\\?\\"))
+    wide.erase(0, 4);
   return Utf8FromUtf16(std::u16string(wide.begin(), wide.end()));
 }
 

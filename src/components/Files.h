@@ -17,5 +17,4 @@ std::string LookUpFile(const std::string& path);
 // Raises FileNotFound where there is no such file, PathFileAccessError where it cannot be deleted.
 void RemoveFileAt(const std::string& path);
 
-
 }  // namespace kw

@@ -10,7 +10,7 @@ namespace kw {
 
 // A drop-down list whose items are numbered from 1.
 class ImageCombo : public Control {
- public:
+public:
   explicit ImageCombo(std::string controlName) : Control(std::move(controlName), "ImageCombo") {}
 
   std::int32_t ItemCount() const { return static_cast<std::int32_t>(items.size()); }
@@ -38,7 +38,7 @@ class ImageCombo : public Control {
   Event<> Click;   // an item was chosen
   Event<> Change;  // the text was edited
 
- private:
+private:
   std::vector<std::string> items;
   std::int32_t selected = 0;
   std::string text;

@@ -11,7 +11,7 @@ namespace kw {
 
 // A caption, also used for the plain colour fields of the tool box.
 class Label : public Control, public MouseInput {
- public:
+public:
   explicit Label(std::string controlName) : Control(std::move(controlName), "Label") {}
 
   const std::string& Caption() const { return caption; }
@@ -25,7 +25,7 @@ class Label : public Control, public MouseInput {
   bool HasBorder() const { return hasBorder; }
   void SetBorder(bool value) { hasBorder = value; }
 
- private:
+private:
   std::string caption;
   Colour foreColor = 0;
   Colour backColor = 0;

@@ -11,7 +11,7 @@ namespace kw {
 // A small plain square: a marker of a pen stroke or a drag handle on the page's edge. On a handle, the position that
 // MouseUp carries is the distance dragged, in the screen's twips.
 class LightWeightMarker : public Control, public MouseInput {
- public:
+public:
   explicit LightWeightMarker(std::string controlName) : Control(std::move(controlName), "KWLightWeightCtl") {}
 
   void LoadFrom(const LightWeightMarker& other) {
@@ -25,7 +25,7 @@ class LightWeightMarker : public Control, public MouseInput {
     Tell(Aspect::Colours);
   }
 
- private:
+private:
   Colour color = 0;
 };
 

@@ -10,7 +10,7 @@ namespace kw {
 
 // Appends texts to files. Nothing is buffered and no file stays open between two calls.
 class Log : public Control {
- public:
+public:
   explicit Log(std::string controlName) : Control(std::move(controlName), "KwLogCtl") {}
 
   // Creates the file if needed. Raises PathNotFound, PermissionDenied, PathFileAccessError or DiskFull with the

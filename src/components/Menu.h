@@ -10,7 +10,7 @@ namespace kw {
 
 // One entry of a menu, or the menu itself, whose children are its entries in order.
 class Menu : public Control {
- public:
+public:
   explicit Menu(std::string controlName) : Control(std::move(controlName), "Menu") {}
 
   // With the mnemonic behind "&".
@@ -27,7 +27,7 @@ class Menu : public Control {
 
   Event<> Click;
 
- private:
+private:
   std::string caption;
 };
 

@@ -12,7 +12,7 @@ namespace kw {
 
 // A container that shows a picture at its own size and takes the keyboard.
 class PictureBox : public Control, public MouseInput {
- public:
+public:
   explicit PictureBox(std::string controlName) : Control(std::move(controlName), "PictureBox") {}
 
   const Bitmap& Picture() const { return picture; }
@@ -27,10 +27,10 @@ class PictureBox : public Control, public MouseInput {
   Event<std::int16_t, std::int16_t> KeyUp;
   Event<> Resize;
 
- protected:
+protected:
   void Resized() override { Resize.Raise(); }
 
- private:
+private:
   Bitmap picture;
   Colour backColor = MakeColour(255, 255, 255);
 };

@@ -10,7 +10,7 @@ namespace kw {
 
 // What the editor requires of a picture engine: it holds one page of one file.
 class PictureEngine {
- public:
+public:
   PictureEngine() = default;
   PictureEngine(const PictureEngine&) = delete;
   PictureEngine& operator=(const PictureEngine&) = delete;

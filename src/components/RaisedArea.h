@@ -10,14 +10,14 @@ namespace kw {
 
 // A raised frame that groups tool bars and status panels.
 class RaisedArea : public Control, public MouseInput {
- public:
+public:
   explicit RaisedArea(std::string controlName) : Control(std::move(controlName), "KWRaisedAreaCtl") {}
   void LoadFrom(const RaisedArea& other) { CopyDesign(other); }
 };
 
 // A raised frame that shows a picture of the image list by its key; an empty key shows none.
 class RaisedPicture : public Control, public MouseInput {
- public:
+public:
   explicit RaisedPicture(std::string controlName) : Control(std::move(controlName), "KWRaisedPicture") {}
 
   const std::string& Picture() const { return picture; }
@@ -30,13 +30,13 @@ class RaisedPicture : public Control, public MouseInput {
     return true;
   }
 
- private:
+private:
   std::string picture;
 };
 
 // A plain frame with an optional caption.
 class Frame : public Control {
- public:
+public:
   explicit Frame(std::string controlName) : Control(std::move(controlName), "Frame") {}
 };
 

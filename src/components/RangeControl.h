@@ -10,7 +10,7 @@ namespace kw {
 // A control whose value stays between a minimum and a maximum. A value outside is clamped; Change is raised when the
 // value is assigned, by a procedure or by the user, and differs from before.
 class RangeControl : public Control {
- public:
+public:
   using Control::Control;
 
   std::int32_t Value() const { return value; }
@@ -25,11 +25,11 @@ class RangeControl : public Control {
 
   Event<> Change;
 
- protected:
+protected:
   // Whether a value that a new range pushes inside counts as a change.
   virtual bool RangeMovesValueLoudly() const { return true; }
 
- private:
+private:
   void SetRange(std::int32_t newMinimum, std::int32_t newMaximum);
 
   std::int32_t minimum = 0;
@@ -38,22 +38,22 @@ class RangeControl : public Control {
 };
 
 class Slider : public RangeControl {
- public:
+public:
   explicit Slider(std::string controlName) : RangeControl(std::move(controlName), "Slider") {}
 };
 
 // The page number: a range control that the tool bar's page buttons and the page list move. Setting its range afresh
 // is no page change, so a value that the new range moves raises nothing.
 class PageSpinner : public RangeControl {
- public:
+public:
   explicit PageSpinner(std::string controlName) : RangeControl(std::move(controlName), "UpDown") {}
 
- protected:
+protected:
   bool RangeMovesValueLoudly() const override { return false; }
 };
 
 class ScrollBar : public RangeControl {
- public:
+public:
   ScrollBar(std::string controlName, bool vertical)
       : RangeControl(std::move(controlName), "ScrollBar"), isVertical(vertical) {}
 
@@ -64,7 +64,7 @@ class ScrollBar : public RangeControl {
   void SetLargeChange(std::int16_t amount);
   void SetSmallChange(std::int16_t amount);
 
- private:
+private:
   bool isVertical;
   std::int16_t largeChange = 1;
   std::int16_t smallChange = 1;

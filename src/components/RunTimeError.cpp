@@ -52,8 +52,7 @@ std::string ErrorDescription(std::int32_t number) {
 RunTimeError::RunTimeError(ErrorNumber known)
     : RunTimeError(static_cast<std::int32_t>(known), ErrorDescription(static_cast<std::int32_t>(known))) {}
 
-RunTimeError::RunTimeError(std::int32_t errorNumber, std::string text, std::int32_t systemError,
-                           std::string sourceName)
+RunTimeError::RunTimeError(std::int32_t errorNumber, std::string text, std::int32_t systemError, std::string sourceName)
     : number(errorNumber), description(std::move(text)), lastDllError(systemError), source(std::move(sourceName)) {}
 
 void Raise(ErrorNumber number, std::int32_t lastDllError) {

@@ -38,7 +38,7 @@ enum class ErrorNumber : std::int32_t {
 
 // The one exception type of the editor: an error as the run time describes it.
 class RunTimeError : public std::exception {
- public:
+public:
   // The description is the run time's own text for `known`, the source is the editor's project name.
   explicit RunTimeError(ErrorNumber known);
   // `systemError` is the system's last error code at the moment of the failure (0 where no system call failed).
@@ -51,7 +51,7 @@ class RunTimeError : public std::exception {
   const std::string& Source() const { return source; }
   const char* what() const noexcept override { return description.c_str(); }
 
- private:
+private:
   std::int32_t number;
   std::string description;
   std::int32_t lastDllError = 0;

@@ -33,8 +33,10 @@ void Timer::Fire() {
 }
 
 void Timer::Restart() {
-  if (Enabled() && interval > 0) desktop.StartTimer(*this, interval);
-  else desktop.StopTimer(*this);
+  if (Enabled() && interval > 0)
+    desktop.StartTimer(*this, interval);
+  else
+    desktop.StopTimer(*this);
 }
 
 }  // namespace kw

@@ -11,7 +11,7 @@ class Desktop;
 
 // Raises Tick each Interval milliseconds while it is enabled and the interval is not 0. Starts disabled.
 class Timer : public Control {
- public:
+public:
   // The desktop must outlive the timer.
   Timer(std::string controlName, Desktop& clock);
   ~Timer() override;
@@ -29,7 +29,7 @@ class Timer : public Control {
 
   Event<> Tick;
 
- private:
+private:
   void Restart();
 
   Desktop& desktop;

@@ -49,8 +49,10 @@ void ToolBar::SetButtonVisible(const std::string& key, bool value) {
 void ToolBar::SetButtonPressed(const std::string& key, bool value) {
   Button& button = Find(key);
   if (button.pressed == value) return;
-  if (value) Press(button);
-  else button.pressed = false;
+  if (value)
+    Press(button);
+  else
+    button.pressed = false;
   Tell(Aspect::Content);
 }
 

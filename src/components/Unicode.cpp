@@ -19,10 +19,14 @@ Decoded DecodeOne(std::string_view text) {
   const std::uint8_t lead = byte(0);
   if (lead < 0x80) return {lead, 1};
   std::size_t length = 0;
-  if (lead >= 0xC2 && lead < 0xE0) length = 2;
-  else if (lead >= 0xE0 && lead < 0xF0) length = 3;
-  else if (lead >= 0xF0 && lead < 0xF5) length = 4;
-  else return {Replacement, 1};
+  if (lead >= 0xC2 && lead < 0xE0)
+    length = 2;
+  else if (lead >= 0xE0 && lead < 0xF0)
+    length = 3;
+  else if (lead >= 0xF0 && lead < 0xF5)
+    length = 4;
+  else
+    return {Replacement, 1};
   if (text.size() < length) return {Replacement, 1};
   char32_t code = lead & (0xFFU >> (length + 1));
   for (std::size_t i = 1; i < length; ++i) {

@@ -10,7 +10,7 @@ namespace kw {
 // The editor itself as its container sees it: the root of the form. It measures its own size in twips and places its
 // children in pixels.
 class UserControl : public Control {
- public:
+public:
   explicit UserControl(std::string controlName) : Control(std::move(controlName), "UserControl") {}
 
   // Input procedure: the container gave the control this size in pixels; raises Resize when it differs.
@@ -26,7 +26,7 @@ class UserControl : public Control {
   Event<std::int16_t> KeyPress;
   Event<std::int16_t, std::int16_t> KeyUp;
 
- protected:
+protected:
   void Resized() override { Resize.Raise(); }
 };
 

@@ -18,8 +18,8 @@ namespace kw {
 // Saving over the loaded file makes the current picture the engine's one page.
 //
 // What asks for pixels (Width, Height, Current, BitsPerPixel, ConvertToBitsPerPixel, PrepareSignature, Apply, Save in
-// another format) raises InvalidPicture where the selected page cannot be decoded. Load decodes the page of a one-page file, so
-// there this cannot happen.
+// another format) raises InvalidPicture where the selected page cannot be decoded. Load decodes the page of a one-page
+// file, so there this cannot happen.
 class KWPicEd : public PictureEngine {
 public:
   bool Load(const std::string& path) override;
