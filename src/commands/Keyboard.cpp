@@ -47,6 +47,10 @@ void Keyboard::picCanvas_KeyPress(std::int16_t keyAscii) {
       ClickIfEnabled("Undo");
     else if (keyAscii == Ctrl('Y'))
       ClickIfEnabled("Redo");
+    else if (keyAscii == Ctrl('F'))
+      layers.BringForward();
+    else if (keyAscii == Ctrl('B'))
+      layers.SendBackward();
   });
 }
 

@@ -103,6 +103,16 @@ TEST_F(LayersTest, SendBackwardStopsAboveThePage) {
   EXPECT_TRUE(events.errors.empty());
 }
 
+TEST_F(LayersTest, CtrlFAndCtrlBRestackTheCurrentLayerByOneStep) {
+  Add(0, 0);
+  Add(20, 20);
+  Room().SetCurrentLayer(2);
+  Canvas().KeyPress.Raise(6);
+  EXPECT_EQ(Room().ZOrder().Order(), (Order{1, 3, 2}));
+  Canvas().KeyPress.Raise(2);
+  EXPECT_EQ(Room().ZOrder().Order(), (Order{1, 2, 3}));
+}
+
 TEST_F(LayersTest, ThePageIsNeverRestacked) {
   Add(0, 0);
   Room().SetCurrentLayer(1);
