@@ -55,6 +55,33 @@ TEST(CommandLine, SaysWhatMakesNoSense) {
   EXPECT_FALSE(ErrorOf({L"one.tif", L"two.tif"}).empty());
 }
 
+struct Search {
+  DWORD process;
+  const wchar_t* className;
+  HWND found;
+};
+
+std::wstring ClassOf(HWND window) {
+  wchar_t name[64] = {};
+  GetClassNameW(window, name, 64);
+  return name;
+}
+
+BOOL CALLBACK IsWanted(HWND window, LPARAM parameter) {
+  auto& search = *reinterpret_cast<Search*>(parameter);
+  DWORD owner = 0;
+  GetWindowThreadProcessId(window, &owner);
+  if (owner != search.process || !IsWindowVisible(window) || ClassOf(window) != search.className) return TRUE;
+  search.found = window;
+  return FALSE;
+}
+
+BOOL CALLBACK IsList(HWND child, LPARAM parameter) {
+  if (ClassOf(child) != L"ListBox") return TRUE;
+  *reinterpret_cast<HWND*>(parameter) = child;
+  return FALSE;
+}
+
 // The program as a user starts it, beside this test's folder.
 class Program {
 public:
@@ -82,24 +109,8 @@ public:
 
   // The program's visible top-level window of that class; null where there is none.
   HWND WindowOf(const wchar_t* className) const {
-    struct Search {
-      DWORD process;
-      const wchar_t* className;
-      HWND found;
-    } search = {process.dwProcessId, className, nullptr};
-    EnumWindows(
-        [](HWND window, LPARAM parameter) -> BOOL {
-          auto& wanted = *reinterpret_cast<Search*>(parameter);
-          DWORD owner = 0;
-          GetWindowThreadProcessId(window, &owner);
-          wchar_t name[64] = {};
-          GetClassNameW(window, name, 64);
-          if (owner != wanted.process || !IsWindowVisible(window) || std::wstring(name) != wanted.className)
-            return TRUE;
-          wanted.found = window;
-          return FALSE;
-        },
-        reinterpret_cast<LPARAM>(&search));
+    Search search = {process.dwProcessId, className, nullptr};
+    EnumWindows(&IsWanted, reinterpret_cast<LPARAM>(&search));
     return search.found;
   }
 
@@ -129,16 +140,7 @@ private:
 // The lines of the only list box below a window.
 std::vector<std::wstring> LinesOfListIn(HWND window) {
   HWND list = nullptr;
-  EnumChildWindows(
-      window,
-      [](HWND child, LPARAM parameter) -> BOOL {
-        wchar_t name[64] = {};
-        GetClassNameW(child, name, 64);
-        if (std::wstring(name) != L"ListBox") return TRUE;
-        *reinterpret_cast<HWND*>(parameter) = child;
-        return FALSE;
-      },
-      reinterpret_cast<LPARAM>(&list));
+  EnumChildWindows(window, &IsList, reinterpret_cast<LPARAM>(&list));
   std::vector<std::wstring> lines;
   const LRESULT count = SendMessageW(list, LB_GETCOUNT, 0, 0);
   for (LRESULT i = 0; i < count; ++i) {
