@@ -91,7 +91,7 @@ public:
   Layers& LayerRoom() { return layers; }
   Trap& ErrorTrap() { return trap; }
 
-  // The prepared signature; empty without one.
+  // The signature as it is placed: its ink on transparent paper (see SignatureInk). Empty without one.
   const Bitmap& SignatureImage() const { return signatureImage; }
 
 private:

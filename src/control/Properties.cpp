@@ -2,6 +2,7 @@
 
 #include "control/KwEditorLayers.h"
 #include "document/PageFiles.h"
+#include "picture/Signature.h"
 #include "trap/Procedure.h"
 
 namespace kw {
@@ -172,7 +173,7 @@ void KwEditorLayers::LetAppDir(const std::string& value) {
 
 void KwEditorLayers::LetSignatureFilePath(const std::string& path) {
   Procedure run(trap, "Let SignatureFilePath");
-  run([&] { signatureImage = IsBlank(path) ? Bitmap() : TakeImage(run, path, true); });
+  run([&] { signatureImage = IsBlank(path) ? Bitmap() : SignatureInk(TakeImage(run, path, true)); });
   run([&] { form.tbrEditingTools.SetButtonEnabled("Signature", !signatureImage.IsEmpty()); });
   PropertyChanged(run, "SignatureFilePath");
 }
