@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "activex/EffectQuestion.h"
 #include "activex/Extent.h"
 
 namespace kw::activex {
@@ -11,6 +12,9 @@ EditorCore::EditorCore(IUnknown& controlling)
   events.OnChange([this] {
     dirty = true;
     TellViewChanged();
+  });
+  editor.Engine().AskParametersFrom([this](const Effect& effect, std::span<double> values, const Bitmap& picture) {
+    return desktop.ShowParameters(QuestionOf(effect, picture), values);
   });
   editor.UserControl_Initialize();
   extent = ToHimetric(PixelSize());

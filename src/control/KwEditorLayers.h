@@ -90,6 +90,8 @@ public:
   Zoom& ZoomRoom() { return zoom; }
   Layers& LayerRoom() { return layers; }
   Trap& ErrorTrap() { return trap; }
+  // The engine that holds the current page.
+  KWPicEd& Engine() { return KWPic; }
 
   // The signature as it is placed: its ink on transparent paper (see SignatureInk). Empty without one.
   const Bitmap& SignatureImage() const { return signatureImage; }

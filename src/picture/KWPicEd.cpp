@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <new>
 #include <utility>
+#include <vector>
 
 #include "components/FilePath.h"
 #include "components/RunTimeError.h"
@@ -68,6 +69,7 @@ void KWPicEd::SelectPage(std::int32_t page) {
   InputFile file(document.path);
   RequireUnchanged(file);
   const std::int16_t bits = document.source->StoredBitsPerPixel(file, page);
+  ++changes;
   selected = page;
   pageValue = bits;
   current = {};
@@ -89,6 +91,7 @@ std::int32_t KWPicEd::Height() const { return Current().Height(); }
 std::int16_t KWPicEd::BitsPerPixel() const { return static_cast<std::int16_t>(Current().BitsPerPixel()); }
 
 void KWPicEd::Replace(Bitmap picture) {
+  ++changes;
   document = {};
   selected = picture.IsEmpty() ? 0 : 1;
   pageValue = static_cast<std::int16_t>(picture.BitsPerPixel());
@@ -114,17 +117,25 @@ void KWPicEd::PrepareSignature() {
 void KWPicEd::Apply(std::string_view command) {
   const Effect* effect = FindEffect(command);
   if (effect == nullptr) Raise(ErrorNumber::InvalidProcedureCall);
-  Current();
+  std::vector<double> values;
+  {
+    // Whoever is asked may take a while, and the engine may be given another picture meanwhile.
+    const Bitmap asked = Current();
+    const std::uint64_t state = changes;
+    const auto chosen = ChooseValues(*effect, asked, settings, parameterSource);
+    if (!chosen || changes != state) return;
+    values = *chosen;
+  }
   // Where nobody else holds the pixels, they are changed in place.
   Bitmap picture = std::exchange(current, {});
   try {
-    const bool done = RunEffect(*effect, picture, settings, parameterSource);
+    RunEffect(*effect, picture, settings, values);
     current = std::move(picture);
-    if (done && effect->procedure != nullptr) Replace(std::exchange(current, {}));
   } catch (...) {
     current = std::move(picture);
     throw;
   }
+  if (effect->procedure != nullptr) Replace(std::exchange(current, {}));
 }
 
 bool KWPicEd::SaveAsStored(OutputFile& to) const {

@@ -43,7 +43,8 @@ public:
   void PrepareSignature() override;
 
   void Apply(std::string_view command) override;
-  // Whom Apply asks for the parameters of the effects that are marked so; nobody at the start.
+  // Whom Apply asks for the parameters of the effects that are marked so; nobody at the start. Where the engine got
+  // another picture while the user was asked, Apply does nothing.
   void AskParametersFrom(ParameterSource source) { parameterSource = std::move(source); }
   // The parameters that effects run with. The effect "Option" changes them too.
   EffectSettings& Settings() { return settings; }
@@ -72,6 +73,8 @@ private:
   // The selected page; empty until it is asked for.
   mutable Bitmap current;
   std::string lastLoadError;
+  // Counts the pictures that became the current one.
+  std::uint64_t changes = 0;
   EffectSettings settings;
   ParameterSource parameterSource;
 };

@@ -1,4 +1,4 @@
-// The system's own dialogs for files, colours, fonts and printers.
+// The system's own dialogs for files, colours, fonts and printers, and ours for numbers.
 
 #include <windows.h>
 
@@ -10,6 +10,8 @@
 #include <vector>
 
 #include "components/RunTimeError.h"
+#include "windows/Mouse.h"
+#include "windows/ParameterDialog.h"
 #include "windows/Printer.h"
 #include "windows/Text.h"
 #include "windows/WindowsDesktop.h"
@@ -128,6 +130,13 @@ bool WindowsDesktop::ShowPrinter(PrinterDialog& dialog) {
   dialog.toPage = isRange ? fields.nToPage : dialog.lastPage;
   dialog.copies = fields.nCopies;
   return true;
+}
+
+bool WindowsDesktop::ShowParameters(const ParameterQuestion& question, std::span<double> values) {
+  const auto whileUp = EnterDialog();
+  const bool isChosen = AskParameters(TopLevelOwner(), question, values);
+  RenewPointer();
+  return isChosen;
 }
 
 }  // namespace kw::windows

@@ -79,6 +79,14 @@ void MouseSender::Send(const ControlView& view, MouseInput* input, const MouseEv
   }
 }
 
+void RenewPointer() {
+  POINT mouse = {};
+  GetCursorPos(&mouse);
+  const HWND below = WindowFromPoint(mouse);
+  if (below == nullptr || GetWindowThreadProcessId(below, nullptr) != GetCurrentThreadId()) return;
+  SendMessageW(below, WM_SETCURSOR, reinterpret_cast<WPARAM>(below), MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+}
+
 void HoldMouse(HWND window, const MouseEvent& event) {
   const bool isPress = event.kind == MouseEvent::Kind::Down || event.kind == MouseEvent::Kind::DoubleClick;
   if (isPress) SetCapture(window);

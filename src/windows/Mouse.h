@@ -38,6 +38,10 @@ private:
   bool isSecondClick = false;
 };
 
+// Has the window below the mouse, where it is one of this thread, set the pointer now: a pointer that says that the
+// editor is busy must not wait for the mouse to move.
+void RenewPointer();
+
 // Keeps the mouse while a button is down, as a control does.
 void HoldMouse(HWND window, const MouseEvent& event);
 

@@ -3,6 +3,7 @@
 #include "components/RangeControl.h"
 #include "windows/Gdi.h"
 #include "windows/Keys.h"
+#include "windows/Mouse.h"
 #include "windows/Pane.h"
 
 namespace kw::windows {
@@ -28,16 +29,7 @@ HWND RootView::Create(HWND) {
 }
 
 void RootView::Show(Aspect aspect) {
-  if (aspect == Aspect::Pointer) ShowPointer();
-}
-
-// A pointer that says that the editor is busy must not wait for the mouse to move.
-void RootView::ShowPointer() const {
-  POINT mouse = {};
-  GetCursorPos(&mouse);
-  const HWND below = WindowFromPoint(mouse);
-  if (below == nullptr || (below != Handle() && IsChild(Handle(), below) == FALSE)) return;
-  SendMessageW(below, WM_SETCURSOR, reinterpret_cast<WPARAM>(below), MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+  if (aspect == Aspect::Pointer) RenewPointer();
 }
 
 void RootView::Paint(HDC context, const RECT& client) { FillWithFace(context, client); }

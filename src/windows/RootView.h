@@ -19,7 +19,6 @@ private:
   HWND Create(HWND) override;
   void Show(Aspect aspect) override;
   void Paint(HDC context, const RECT& client) override;
-  void ShowPointer() const;
   bool Scroll(WPARAM wheel);
 
   UserControl& root;

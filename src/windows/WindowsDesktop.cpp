@@ -8,6 +8,7 @@
 #include "components/RunTimeError.h"
 #include "components/Timer.h"
 #include "windows/Guard.h"
+#include "windows/Mouse.h"
 #include "windows/Printer.h"
 #include "windows/Text.h"
 
@@ -89,7 +90,9 @@ MessageAnswer WindowsDesktop::ShowMessageBox(const std::string& prompt, const st
   const std::wstring caption = title.empty() ? ApplicationName() : ToWide(title);
   const UINT type = buttons == MessageButtons::YesNoCancel ? MB_YESNOCANCEL : MB_OK;
   const auto whileUp = EnterDialog();
-  switch (MessageBoxW(TopLevelOwner(), ToWide(prompt).c_str(), caption.c_str(), type)) {
+  const int answer = MessageBoxW(TopLevelOwner(), ToWide(prompt).c_str(), caption.c_str(), type);
+  RenewPointer();  // what follows may take long
+  switch (answer) {
     case IDYES:
       return MessageAnswer::Yes;
     case IDNO:

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 
 #include "components/Desktop.h"
@@ -11,6 +12,7 @@
 namespace kw::windows {
 
 class Printer;
+struct ParameterQuestion;
 
 // The Windows desktop. Its timers run in the message loop of the thread that starts them.
 class WindowsDesktop : public Desktop {
@@ -45,6 +47,9 @@ public:
                           const std::string& path) override;
   std::string ApplicationFolder() const override;
   std::int32_t InstanceNumber() const override;
+
+  // Asks the user for numbers, with the dialogs' owner.
+  bool ShowParameters(const ParameterQuestion& question, std::span<double> values);
 
 protected:
   // The window that dialogs belong to; the thread's active window where nobody knows better.

@@ -64,24 +64,21 @@ void EffectSettings::Set(const Effect& effect, std::span<const double> chosen) {
   std::ranges::copy(chosen, values.begin() + static_cast<std::ptrdiff_t>(OffsetOf(effect)));
 }
 
-bool RunEffect(const Effect& effect, Bitmap& picture, EffectSettings& settings, const ParameterSource& source) {
+std::optional<std::vector<double>> ChooseValues(const Effect& effect, const Bitmap& picture,
+                                                const EffectSettings& settings, const ParameterSource& source) {
   if (picture.IsEmpty() && !HoldsSettings(effect)) Raise(ErrorNumber::ObjectVariableNotSet);
   const auto standing = settings.ValuesOf(effect);
   std::vector<double> values(standing.begin(), standing.end());
-  if (effect.asks && source) {
-    const EffectPreview preview = [&](std::span<const double> tried) {
-      Bitmap copy = picture;
-      if (!copy.IsEmpty()) ApplyEffect(effect, copy, tried);
-      return copy;
-    };
-    if (!source(effect, values, preview)) return false;
-  }
+  if (effect.asks && source && !source(effect, values, picture)) return std::nullopt;
+  return values;
+}
+
+void RunEffect(const Effect& effect, Bitmap& picture, EffectSettings& settings, std::span<const double> values) {
   if (HoldsSettings(effect)) {
     settings.Set(effect, values);
   } else {
     ApplyEffect(effect, picture, values);
   }
-  return true;
 }
 
 }  // namespace kw

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -17,6 +19,18 @@ struct EffectParameter {
   double standard;
   // Only whole numbers are allowed.
   bool whole;
+  // What the number counts, as a shell writes it behind it.
+  std::string_view unit = {};
+  // What 0 stands for where it is no number like the others.
+  std::string_view zero = {};
+  // Where the number only tells a few things apart: their names, from the least number upward.
+  std::span<const std::string_view> choices = {};
+};
+
+// Width and height in pixels.
+struct PictureSize {
+  std::int32_t width;
+  std::int32_t height;
 };
 
 // One row of the table of effects. docs/effects.md says what each computes.
@@ -32,6 +46,9 @@ struct Effect {
   std::string_view resultingDepth;
   // A shell should ask for the parameters before the effect runs.
   bool asks;
+  // Turns values for a whole picture into those that do the same to a copy of it reduced to fit into `room`; the result
+  // fits into it too. nullptr where the values do not depend on the size.
+  void (*reduce)(const Bitmap& whole, PictureSize room, std::span<double> values) = nullptr;
 };
 
 // The table, one row an effect, sorted by command.
@@ -51,13 +68,9 @@ void ApplyEffect(const Effect& effect, Bitmap& picture);
 // Raises InvalidProcedureCall where ApplyEffect would for these values.
 void RequireInRange(const Effect& effect, std::span<const double> values);
 
-// The picture as an effect would make it with these values; raises as ApplyEffect does.
-using EffectPreview = std::function<Bitmap(std::span<const double> values)>;
-
 // What a shell offers to ask the user for parameters. `values` hold what is set now and take what the user chose; false
-// means that the user cancelled. The preview lasts as long as the call.
-using ParameterSource =
-    std::function<bool(const Effect& effect, std::span<double> values, const EffectPreview& preview)>;
+// means that the user cancelled. The picture is what the effect will work on; EffectPreview shows what becomes of it.
+using ParameterSource = std::function<bool(const Effect& effect, std::span<double> values, const Bitmap& picture)>;
 
 // The values that effects run with. They are the parameters of the effect "Option": all parameters of all other
 // effects, in the order of the table.
@@ -74,9 +87,13 @@ private:
   std::vector<double> values;
 };
 
-// Runs an effect on the picture with the settings' values or, where the effect asks and there is somebody to ask, with
-// those that `source` gives; they hold for this one time, except those of "Option", which become the settings. False
-// where the user cancelled: nothing has changed then. Raises as ApplyEffect does; "Option" needs no picture.
-bool RunEffect(const Effect& effect, Bitmap& picture, EffectSettings& settings, const ParameterSource& source);
+// The values that an effect runs with: the settings' or, where the effect asks and there is somebody to ask, those that
+// `source` gives. Empty where the user cancelled. Raises ObjectVariableNotSet without a picture, except for "Option".
+std::optional<std::vector<double>> ChooseValues(const Effect& effect, const Bitmap& picture,
+                                                const EffectSettings& settings, const ParameterSource& source);
+
+// Runs an effect on the picture with values that were chosen; they hold for this one time, except those of "Option",
+// which become the settings. Raises as ApplyEffect does; "Option" needs no picture.
+void RunEffect(const Effect& effect, Bitmap& picture, EffectSettings& settings, std::span<const double> values);
 
 }  // namespace kw

@@ -13,21 +13,21 @@
 namespace kw {
 namespace {
 
-// name, least, greatest, default, whole numbers only
-constexpr EffectParameter Angle[] = {{"Angle", -360, 360, 90, false}};
-constexpr EffectParameter BlurSigma[] = {{"Sigma", 0.3, 50, 1.5, false}};
-constexpr EffectParameter Brightness[] = {{"Percent", 0, 100, 10, false}};
-constexpr EffectParameter Contrasting[] = {{"Percent", -100, 300, 20, false}};
-constexpr EffectParameter Tint[] = {{"Hue", 0, 360, 30, false}, {"Strength", 0, 100, 50, false}};
-constexpr EffectParameter Relief[] = {{"Percent", 0, 400, 100, false}};
-constexpr EffectParameter Sharpness[] = {{"Percent", 0, 400, 100, false}};
-// A size of 0 pixels follows from the per cent. Kernel: 0 Lanczos, 1 bicubic.
-constexpr EffectParameter Size[] = {{"Percent", 1, 1000, 50, false},
-                                    {"Width", 0, 100000, 0, true},
-                                    {"Height", 0, 100000, 0, true},
-                                    {"Kernel", 0, 1, 0, true}};
-// 0 finds the level.
-constexpr EffectParameter Level[] = {{"Level", 0, 255, 0, true}};
+constexpr std::string_view Kernels[] = {"Lanczos", "Bicubic"};
+
+// name, least, greatest, default, whole numbers only, unit, meaning of 0, names of the numbers
+constexpr EffectParameter Angle[] = {{"Angle", -360, 360, 90, false, "degrees"}};
+constexpr EffectParameter BlurSigma[] = {{"Sigma", 0.3, 50, 1.5, false, "pixels"}};
+constexpr EffectParameter Brightness[] = {{"Percent", 0, 100, 10, false, "%"}};
+constexpr EffectParameter Contrasting[] = {{"Percent", -100, 300, 20, false, "%"}};
+constexpr EffectParameter Tint[] = {{"Hue", 0, 360, 30, false, "degrees"}, {"Strength", 0, 100, 50, false, "%"}};
+constexpr EffectParameter Relief[] = {{"Percent", 0, 400, 100, false, "%"}};
+constexpr EffectParameter Sharpness[] = {{"Percent", 0, 400, 100, false, "%"}};
+constexpr EffectParameter Size[] = {{"Percent", 1, 1000, 50, false, "%"},
+                                    {"Width", 0, 100000, 0, true, "pixels", "by the percentage"},
+                                    {"Height", 0, 100000, 0, true, "pixels", "by the percentage"},
+                                    {"Kernel", 0, 1, 0, true, {}, {}, Kernels}};
+constexpr EffectParameter Level[] = {{"Level", 0, 255, 0, true, {}, "found automatically"}};
 
 constexpr std::string_view Same = "as before";
 constexpr std::string_view Filtered = "1, 4 and 8: 8 where the palette is grey, else 24; 24 and 32 as before";
@@ -53,7 +53,7 @@ std::array<Effect, EffectCount> Rows(std::span<const EffectParameter> all) {
       {"Invert", Invert, {}, Same, false},
       {"Lighten", Lighten, Brightness, Same, false},
       {"Option", nullptr, all, Same, true},
-      {"Resize", Resize, Size, Filtered, true},
+      {"Resize", Resize, Size, Filtered, true, ReduceResize},
       {"Rotate", Rotate, Angle,
        "as before at multiples of 90 degrees; else 1, 4 and 8: 8 where the palette is grey, else 24", true},
       {"Sharpen", Sharpen, Sharpness, Filtered, false},

@@ -10,6 +10,7 @@
 #include "picture/effects/Bands.h"
 #include "picture/effects/Kernels.h"
 #include "picture/effects/Pixels.h"
+#include "picture/effects/Preview.h"
 #include "picture/effects/ResizeWeights.h"
 
 namespace kw {
@@ -106,6 +107,14 @@ void Resize(Bitmap& picture, std::span<const double> values) {
     Scale(original, result, values[3] != 0);
   }
   picture = std::move(result);
+}
+
+void ReduceResize(const Bitmap& whole, PictureSize room, std::span<double> values) {
+  const double width = NewSize(whole.Width(), values[0], values[1]);
+  const double height = NewSize(whole.Height(), values[0], values[2]);
+  const double factor = std::min({ReductionTo(room, whole.Width(), whole.Height()), ReductionTo(room, width, height)});
+  values[1] = std::max(1.0, std::floor(width * factor));
+  values[2] = std::max(1.0, std::floor(height * factor));
 }
 
 }  // namespace kw

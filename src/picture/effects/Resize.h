@@ -3,6 +3,7 @@
 #include <span>
 
 #include "components/Bitmap.h"
+#include "picture/effects/Effect.h"
 
 namespace kw {
 
@@ -11,5 +12,9 @@ namespace kw {
 // resolution stays. A picture with a palette becomes 8 bits where it is grey, else 24 bits; colours are weighted by
 // alpha.
 void Resize(Bitmap& picture, std::span<const double> values);
+
+// Values that make of a copy of the picture, reduced to fit into `room`, what `values` make of the whole; where that
+// does not fit into it, the largest picture of the same shape that does.
+void ReduceResize(const Bitmap& whole, PictureSize room, std::span<double> values);
 
 }  // namespace kw

@@ -146,22 +146,25 @@ TEST(EffectSettings, OptionSetsWhatTheOthersUse) {
   const auto standing = settings.ValuesOf(option);
   EXPECT_EQ(Standard(option), std::vector(standing.begin(), standing.end()));
   Bitmap none;
-  const ParameterSource source = [](const Effect& effect, std::span<double> values, const EffectPreview& preview) {
+  const ParameterSource source = [](const Effect& effect, std::span<double> values, const Bitmap& picture) {
     for (std::size_t i = 0; i < values.size(); ++i) {
       if (effect.parameters[i].name == "BlurSigma") values[i] = 3;
       if (effect.parameters[i].name == "RotateAngle") values[i] = 180;
     }
-    EXPECT_TRUE(preview(values).IsEmpty());
+    EXPECT_TRUE(picture.IsEmpty());
     return true;
   };
-  EXPECT_TRUE(RunEffect(option, none, settings, source));
+  const auto chosen = ChooseValues(option, none, settings, source);
+  ASSERT_TRUE(chosen.has_value());
+  RunEffect(option, none, settings, *chosen);
   EXPECT_EQ(3, settings.ValuesOf(*FindEffect("Blur"))[0]);
   EXPECT_EQ(180, settings.ValuesOf(*FindEffect("Rotate"))[0]);
   EXPECT_EQ(50, settings.ValuesOf(*FindEffect("Resize"))[0]);
   Bitmap picture = Noise(9, 5, 8);
   Bitmap expected = picture;
   ApplyEffect(*FindEffect("Rotate"), expected, std::vector{180.0});
-  EXPECT_TRUE(RunEffect(*FindEffect("Rotate"), picture, settings, {}));
+  const Effect& rotate = *FindEffect("Rotate");
+  RunEffect(rotate, picture, settings, *ChooseValues(rotate, picture, settings, {}));
   EXPECT_TRUE(SamePicture(expected, picture));
 }
 
@@ -194,17 +197,12 @@ TEST_F(EngineEffects, RunWithDefaults) {
   }
 }
 
-TEST_F(EngineEffects, AsksForParametersWithAPreview) {
+TEST_F(EngineEffects, AsksForParameters) {
   std::vector<std::string> asked;
-  engine.AskParametersFrom([&](const Effect& effect, std::span<double> values, const EffectPreview& preview) {
+  engine.AskParametersFrom([&](const Effect& effect, std::span<double> values, const Bitmap& picture) {
     asked.emplace_back(effect.command);
-    if (effect.command != "Rotate") return true;
-    const Bitmap shown = preview(values);
-    EXPECT_EQ(30, shown.Width());
-    values[0] = 180;
-    Bitmap turned = before;
-    ApplyEffect(effect, turned, values);
-    EXPECT_TRUE(SamePicture(turned, preview(values)));
+    EXPECT_TRUE(SamePicture(before, picture));
+    if (effect.command == "Rotate") values[0] = 180;
     return true;
   });
   for (const Effect& effect : Effects()) {
@@ -221,8 +219,7 @@ TEST_F(EngineEffects, AsksForParametersWithAPreview) {
 }
 
 TEST_F(EngineEffects, CancellingLeavesThePicture) {
-  engine.AskParametersFrom([](const Effect&, std::span<double> values, const EffectPreview& preview) {
-    preview(values);
+  engine.AskParametersFrom([](const Effect&, std::span<double> values, const Bitmap&) {
     for (double& value : values) value += 1;
     return false;
   });
@@ -240,8 +237,18 @@ TEST_F(EngineEffects, CancellingLeavesThePicture) {
   EXPECT_TRUE(SamePicture(turned, engine.Current()));
 }
 
+TEST_F(EngineEffects, AnotherPictureMeanwhileIsLeftAlone) {
+  const Bitmap other = Noise(7, 9, 8);
+  engine.AskParametersFrom([&](const Effect&, std::span<double>, const Bitmap&) {
+    engine.Replace(other);
+    return true;
+  });
+  engine.Apply("Rotate");
+  EXPECT_TRUE(SamePicture(other, engine.Current()));
+}
+
 TEST_F(EngineEffects, BadValuesAndFailuresLeaveThePicture) {
-  engine.AskParametersFrom([](const Effect&, std::span<double> values, const EffectPreview&) {
+  engine.AskParametersFrom([](const Effect&, std::span<double> values, const Bitmap&) {
     values[0] = 1e9;
     return true;
   });
