@@ -27,6 +27,7 @@ enum class Aspect : std::uint8_t {
   Order,    // its place among its siblings
   Focus,    // it became the active control by a procedure, not by the user
   PopUp,    // a menu is to be shown at the mouse
+  Typing,   // typing into it begins or ends
 };
 
 // The one window or drawing that may show a model. A model works the same with none.

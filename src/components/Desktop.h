@@ -14,6 +14,13 @@ class Timer;
 enum class MessageButtons : std::uint8_t { Ok, YesNoCancel };
 enum class MessageAnswer : std::uint8_t { Ok, Yes, No, Cancel };
 
+// The room that a text takes, in pixels.
+struct TextExtent {
+  std::int32_t width = 0;
+  std::int32_t height = 0;
+  friend bool operator==(const TextExtent&, const TextExtent&) = default;
+};
+
 struct LocalDate {
   int year = 0;
   int month = 0;
@@ -79,6 +86,10 @@ public:
   // The screen's twips for each pixel.
   virtual float TwipsPerPixelX() const = 0;
   virtual float TwipsPerPixelY() const = 0;
+
+  // The room that layers give a text in this font: its lines are broken at line ends and, unless `widest` is 0, between
+  // words where they would pass `widest` pixels. A text that ends in a line end has an empty last line.
+  virtual TextExtent MeasureText(const std::string& text, const Font& font, std::int32_t widest) = 0;
 
   // Whether the clipboard holds data in that format. Raises InvalidClipboardFormat or the platform's error.
   virtual bool ClipboardHasFormat(std::int32_t format) = 0;

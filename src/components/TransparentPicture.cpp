@@ -90,7 +90,20 @@ void TransparentPicture::SetStyle(std::int16_t value) {
 void TransparentPicture::SetTextEntry(bool value) {
   if (isTextEntry == value) return;
   isTextEntry = value;
+  if (!isTextEntry) SetTyping(false);
   Tell(Aspect::Content);
+}
+
+void TransparentPicture::SetTyping(bool value) {
+  const bool isToType = value && isTextEntry;
+  if (isTyping == isToType) return;
+  isTyping = isToType;
+  Tell(Aspect::Typing);
+}
+
+void TransparentPicture::Type(std::string text) {
+  SetCaption(std::move(text));
+  Typed.Raise();
 }
 
 void TransparentPicture::SetTextFont(Font newFont) {

@@ -70,6 +70,12 @@ public:
   bool IsTextEntry() const { return isTextEntry; }
   void SetTextEntry(bool value);
 
+  // Whether it is being typed into, which only a layer for text entry can be.
+  bool IsTyping() const { return isTyping; }
+  void SetTyping(bool value);
+  // Input procedure: what was typed is the caption now.
+  void Type(std::string text);
+
   // The frame around a picked layer: 0 none, 1 one pixel.
   std::int32_t SelectionFrame() const { return selectionFrame; }
   void SetSelectionFrame(std::int32_t value);
@@ -86,6 +92,7 @@ public:
 
   Event<> Activate;
   Event<> Deactivate;
+  Event<> Typed;
   Event<> Change;  // its size or its picture changed
 
 protected:
@@ -105,6 +112,7 @@ private:
   Figure figure;
   std::int16_t style = 0;
   bool isTextEntry = false;
+  bool isTyping = false;
   Font font;
   std::int32_t selectionFrame = 0;
   bool isToShowBorderMarks = false;

@@ -66,13 +66,15 @@ bool IsEmptyFrom(std::span<const std::uint8_t> coverage, std::size_t at) {
   return eight == 0;
 }
 
+PixelRect ContentsOf(const DisplayItem& item) { return Inset(item.place, item.rim); }
+
 void PaintText(const FrameBuffer& target, const DisplayItem& item, const PixelRect& part, Workspace& space) {
   const TextRun& run = *item.text;
   if (run.text.empty() || item.look.transparent == run.colour) return;
   CoverageMask& mask = space.mask;
   mask.area = part;
   mask.coverage.assign(static_cast<std::size_t>(part.Width()) * static_cast<std::size_t>(part.Height()), 0);
-  space.texts->Render(run, item.place, mask);
+  space.texts->Render(run, ContentsOf(item), mask);
   const std::uint32_t pixel = item.look.isLightened ? Lightened(PixelOf(run.colour)) : PixelOf(run.colour);
   for (std::int32_t y = part.top; y < part.bottom; ++y) {
     const auto row = target.Row(y, part.left, part.right);
@@ -91,9 +93,8 @@ bool Contains(const PixelRect& outer, const PixelRect& inner) { return Common(ou
 
 // Whether nothing below the item shows in this part.
 bool Hides(const DisplayItem& item, const PixelRect& part) {
-  if (!Contains(item.place, part)) return false;
   const bool isPictureOpaque = !item.picture.IsEmpty() && item.picture.BitsPerPixel() < 32 && !item.look.transparent;
-  return item.ground || isPictureOpaque;
+  return item.ground ? Contains(item.place, part) : isPictureOpaque && Contains(ContentsOf(item), part);
 }
 
 void PaintItem(const FrameBuffer& target, const DisplayItem& item, const PixelRect& part, Workspace& space) {
@@ -103,12 +104,15 @@ void PaintItem(const FrameBuffer& target, const DisplayItem& item, const PixelRe
   window.pixels = target.Row(inside.top, inside.left, inside.right).data();
   window.area = inside;
   if (item.ground) FillArea(window, inside, *item.ground);
-  DrawPicture(window, item.picture, item.place, item.look);
-  if (item.shape) {
-    const Point origin = {static_cast<double>(item.place.left), static_cast<double>(item.place.top)};
-    DrawShape(window, *item.shape, origin, inside, item.look, space.rasteriser);
+  const PixelRect contents = ContentsOf(item);
+  if (const PixelRect seen = Common(contents, inside); !seen.IsEmpty()) {
+    DrawPicture(window, item.picture, contents, item.look);
+    if (item.shape) {
+      const Point origin = {static_cast<double>(contents.left), static_cast<double>(contents.top)};
+      DrawShape(window, *item.shape, origin, seen, item.look, space.rasteriser);
+    }
+    if (item.text && space.texts != nullptr) PaintText(window, item, seen, space);
   }
-  if (item.text && space.texts != nullptr) PaintText(window, item, inside, space);
   if (item.frame != DisplayItem::Frame::None) {
     FrameArea(window, item.place, item.frameColour, item.frame == DisplayItem::Frame::Dotted);
   }

@@ -18,9 +18,9 @@ bool HasSamePixels(const Bitmap& a, const Bitmap& b) {
 }  // namespace
 
 bool operator==(const DisplayItem& a, const DisplayItem& b) {
-  return a.key == b.key && a.place == b.place && a.ground == b.ground && a.look == b.look && a.frame == b.frame &&
-         a.frameColour == b.frameColour && a.hasHandles == b.hasHandles && HasSamePixels(a.picture, b.picture) &&
-         a.shape == b.shape && a.text == b.text;
+  return a.key == b.key && a.place == b.place && a.rim == b.rim && a.ground == b.ground && a.look == b.look &&
+         a.frame == b.frame && a.frameColour == b.frameColour && a.hasHandles == b.hasHandles &&
+         HasSamePixels(a.picture, b.picture) && a.shape == b.shape && a.text == b.text;
 }
 
 std::array<PixelRect, 8> HandlesOf(const PixelRect& place) {

@@ -21,9 +21,10 @@ struct DisplayItem {
   // Names the item from one showing to the next; each item of a canvas has its own.
   std::uint64_t key = 0;
   PixelRect place = {};
+  std::int32_t rim = 0;                         // pixels that picture, shape and text keep from the place's edges
   std::optional<Colour> ground = std::nullopt;  // fills the place
-  Bitmap picture = {};                          // scaled to the place
-  std::optional<Shape> shape = std::nullopt;    // counted from the place's left top corner
+  Bitmap picture = {};                          // scaled to the place within the rim
+  std::optional<Shape> shape = std::nullopt;    // counted from the left top corner within the rim
   std::optional<TextRun> text = std::nullopt;
   PictureLook look = {};      // of picture, shape and text
   Frame frame = Frame::None;  // one pixel wide, along the inside of the place

@@ -19,25 +19,32 @@ POINT TwipsOf(POINT pixels) {
 
 }  // namespace
 
-void CanvasItemView::Invalidate(const RECT& place) const {
-  if (Container()->Handle() != nullptr && IsRectEmpty(&place) == FALSE) {
-    InvalidateRect(Container()->Handle(), &place, FALSE);
-  }
-}
+PictureBoxView* CanvasItemView::Canvas() const { return dynamic_cast<PictureBoxView*>(Container()); }
 
 void CanvasItemView::Show(Aspect aspect) {
   if (aspect == Aspect::Enabled || aspect == Aspect::Pointer || aspect == Aspect::Focus) return;
-  const RECT place = Model().Visible() ? Place() : RECT{};
-  const bool hasMoved = EqualRect(&place, &shownPlace) == FALSE;
-  if (aspect == Aspect::Geometry && !hasMoved) return;
-  if (hasMoved) Invalidate(shownPlace);
-  Invalidate(place);
-  shownPlace = place;
+  if (aspect == Aspect::Typing) ShowTyping();
+  if (!IsAttached()) return;
+  if (field != nullptr) field->Show();
+  if (const PictureBoxView* canvas = Canvas()) canvas->ItemsChanged();
+}
+
+void CanvasItemView::ShowTyping() {
+  auto& layer = static_cast<TransparentPicture&>(Model());
+  const PictureBoxView* const canvas = Canvas();
+  if (!layer.IsTyping()) {
+    field.reset();
+  } else if (canvas != nullptr && canvas->Handle() != nullptr) {
+    field = std::make_unique<TextField>(canvas->Handle(), layer);
+  }
 }
 
 void CanvasItemView::Leave() {
-  Invalidate(shownPlace);
-  if (auto* canvas = dynamic_cast<PictureBoxView*>(Container())) canvas->Forget(*this);
+  field.reset();
+  if (PictureBoxView* canvas = Canvas()) {
+    canvas->ItemsChanged();
+    canvas->Forget(*this);
+  }
 }
 
 void CanvasItemView::Send(const MouseEvent& event) {
@@ -49,7 +56,7 @@ void CanvasItemView::Send(const MouseEvent& event) {
     mouse->MouseUp.Raise(event.button, event.shift, static_cast<float>(distance.x), static_cast<float>(distance.y));
     return;
   }
-  const RECT place = Place();
+  const RECT place = Place();  // without the room for a frame: there the contents begin at the point (1, 1)
   sender.Send(*this, mouse, event, {place.left, place.top});
 }
 

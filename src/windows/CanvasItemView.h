@@ -1,11 +1,16 @@
 #pragma once
 
+#include <memory>
+
 #include "components/MouseInput.h"
 #include "windows/ControlView.h"
 #include "windows/Mouse.h"
+#include "windows/TextField.h"
 #include "windows/ViewFactory.h"
 
 namespace kw::windows {
+
+class PictureBoxView;
 
 // A layer or a marker: it shows as a part of the canvas that holds it.
 class CanvasItemView final : public ControlView {
@@ -24,12 +29,13 @@ public:
 private:
   HWND Create(HWND) override { return nullptr; }
   void Show(Aspect aspect) override;
-  void Invalidate(const RECT& place) const;
+  PictureBoxView* Canvas() const;
+  void ShowTyping();
 
   MouseInput* mouse;
   MouseSender sender;
   POINT pressedAt = {};
-  RECT shownPlace = {};  // empty while it is hidden
+  std::unique_ptr<TextField> field;  // while it is typed into
 };
 
 }  // namespace kw::windows

@@ -1,6 +1,6 @@
 #include "windows/ControlView.h"
 
-#include "drawing/CanvasComposer.h"
+#include "drawing/CanvasItems.h"
 #include "windows/Gdi.h"
 #include "windows/Guard.h"
 #include "windows/Pane.h"
@@ -148,6 +148,8 @@ bool ControlView::SetPointerOf(const Control& shown) const {
 void ControlView::FocusCame() { model->ReceiveFocus(); }
 
 void ControlView::FocusWent(HWND to) {
+  // A field in which something of this window is typed belongs to it.
+  if (IsChild(window, to) != FALSE && pane.ViewOf(to) == nullptr) return;
   // A dialog or another application takes the focus for a while only: the active control stays what it is.
   if (to != nullptr && GetAncestor(to, GA_ROOT) == GetAncestor(window, GA_ROOT)) model->LoseFocus();
 }

@@ -46,19 +46,47 @@ FrameBuffer BackBuffer::Pixels(const RECT& area) const {
   return {pixels, static_cast<std::size_t>(width), ToPixelRect(area)};
 }
 
-BufferedPaint::BufferedPaint(HWND painted, BackBuffer& frame) : window(painted), buffer(frame) {
+namespace {
+
+// The rectangles of what is out of date; one around them all where they are many.
+std::vector<RECT> UpdatePartsOf(HWND window) {
+  constexpr DWORD Many = 16;
+  std::vector<RECT> parts;
+  const HRGN region = CreateRectRgn(0, 0, 0, 0);
+  if (GetUpdateRgn(window, region, FALSE) > NULLREGION) {
+    std::vector<std::byte> memory(GetRegionData(region, 0, nullptr));
+    auto* const data = reinterpret_cast<RGNDATA*>(memory.data());
+    GetRegionData(region, static_cast<DWORD>(memory.size()), data);
+    const auto* const first = reinterpret_cast<const RECT*>(data->Buffer);
+    if (data->rdh.nCount <= Many) {
+      parts.assign(first, first + data->rdh.nCount);
+    } else {
+      parts.push_back(data->rdh.rcBound);
+    }
+  }
+  DeleteObject(region);
+  return parts;
+}
+
+}  // namespace
+
+BufferedPaint::BufferedPaint(HWND painted, BackBuffer& frame)
+    : window(painted), buffer(frame), parts(UpdatePartsOf(painted)) {
   BeginPaint(window, &paint);
   const RECT& dirty = paint.rcPaint;
-  needed = !IsRectEmpty(&dirty) && buffer.Reserve(WidthOf(dirty), HeightOf(dirty));
-  if (needed) SetViewportOrgEx(buffer.Context(), -dirty.left, -dirty.top, nullptr);
+  if (IsRectEmpty(&dirty) != FALSE || !buffer.Reserve(WidthOf(dirty), HeightOf(dirty))) parts.clear();
+  if (IsNeeded()) SetViewportOrgEx(buffer.Context(), -dirty.left, -dirty.top, nullptr);
 }
 
 BufferedPaint::~BufferedPaint() {
-  if (needed) {
+  if (IsNeeded()) {
     const RECT& dirty = paint.rcPaint;
     GdiFlush();
     SetViewportOrgEx(buffer.Context(), 0, 0, nullptr);
-    BitBlt(paint.hdc, dirty.left, dirty.top, WidthOf(dirty), HeightOf(dirty), buffer.Context(), 0, 0, SRCCOPY);
+    for (const RECT& part : parts) {
+      BitBlt(paint.hdc, part.left, part.top, WidthOf(part), HeightOf(part), buffer.Context(), part.left - dirty.left,
+             part.top - dirty.top, SRCCOPY);
+    }
   }
   EndPaint(window, &paint);
 }

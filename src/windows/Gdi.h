@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #include "drawing/FrameBuffer.h"
 
@@ -44,15 +45,16 @@ public:
   ~BufferedPaint();
 
   HDC Context() const { return buffer.Context(); }
-  const RECT& Dirty() const { return paint.rcPaint; }
+  // What is out of date: few rectangles that do not overlap; none when there is nothing to paint.
+  const std::vector<RECT>& Parts() const { return parts; }
   FrameBuffer Pixels() const { return buffer.Pixels(paint.rcPaint); }
-  bool IsNeeded() const { return needed; }
+  bool IsNeeded() const { return !parts.empty(); }
 
 private:
   HWND window;
   PAINTSTRUCT paint = {};
   BackBuffer& buffer;
-  bool needed;
+  std::vector<RECT> parts;
 };
 
 inline RECT ToRect(const PixelRect& r) { return {r.left, r.top, r.right, r.bottom}; }

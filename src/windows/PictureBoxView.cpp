@@ -7,45 +7,13 @@
 #include "windows/Gdi.h"
 #include "windows/Keys.h"
 #include "windows/Pane.h"
-#include "windows/Text.h"
+#include "windows/TextField.h"
 
 namespace kw::windows {
 namespace {
 
 // A marker is small; the mouse finds it from a little further away.
 constexpr LONG MarkerReach = 2;
-
-constexpr float PointsPerInch = 72;
-constexpr float PixelsPerInch = 96;
-
-HFONT FontOf(const TransparentPicture& layer) {
-  const Font& font = layer.TextFont();
-  LOGFONTW wanted = {};
-  wanted.lfHeight = -static_cast<LONG>(font.size * PixelsPerInch / PointsPerInch + 0.5F);
-  wanted.lfWeight = font.bold ? FW_BOLD : FW_NORMAL;
-  wanted.lfItalic = font.italic ? TRUE : FALSE;
-  wanted.lfUnderline = font.underline ? TRUE : FALSE;
-  wanted.lfStrikeOut = font.strikeThrough ? TRUE : FALSE;
-  wanted.lfCharSet = DEFAULT_CHARSET;
-  ToWide(font.name).copy(wanted.lfFaceName, LF_FACESIZE - 1);
-  return CreateFontIndirectW(&wanted);
-}
-
-// `context` draws into the frame buffer's pixels, in the coordinates of the canvas.
-CaptionPainter PaintCaptionsWith(HDC context) {
-  return [context](const FrameBuffer&, const TransparentPicture& layer, const PixelRect& place) {
-    const HFONT font = FontOf(layer);
-    const HGDIOBJ before = SelectObject(context, font);
-    SetBkMode(context, TRANSPARENT);
-    SetTextColor(context, layer.ForeColor());
-    const std::wstring text = ToWide(layer.Caption());
-    RECT within = ToRect(place);
-    DrawTextW(context, text.c_str(), static_cast<int>(text.size()), &within, DT_NOPREFIX | DT_WORDBREAK);
-    SelectObject(context, before);
-    DeleteObject(font);
-    GdiFlush();  // the next layer is drawn without the system's knowledge
-  };
-}
 
 }  // namespace
 
@@ -55,15 +23,35 @@ bool PictureBoxView::IsTabStop() const {
                               [](const Control* child) { return dynamic_cast<const PictureBox*>(child) != nullptr; });
 }
 
+// Whatever is shown differently shows by the next painting, in one go, and no more than that is painted.
+void PictureBoxView::ItemsChanged() const {
+  if (Handle() != nullptr) RedrawWindow(Handle(), nullptr, nullptr, RDW_INTERNALPAINT);
+}
+
+void PictureBoxView::ShowItems() {
+  compositor.SetGround(box.BackColor());
+  for (const PixelRect& part : compositor.Show(ItemsOf(box))) {
+    const RECT outOfDate = ToRect(part);
+    InvalidateRect(Handle(), &outOfDate, FALSE);
+  }
+}
+
 bool PictureBoxView::WantsKey(WPARAM key) const { return IsEditorKey(key); }
 
 LRESULT PictureBoxView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_PAINT: {
+      ShowItems();
       const BufferedPaint paint(Handle(), Shared().Buffer());
-      if (paint.IsNeeded()) Compose(paint.Pixels(), box, PaintCaptionsWith(paint.Context()));
+      for (const RECT& part : paint.Parts()) compositor.Paint(paint.Pixels(), ToPixelRect(part), &texts);
       return 0;
     }
+    case WM_COMMAND:
+      if (HIWORD(wParam) == EN_CHANGE) TextField::TakeTextOf(reinterpret_cast<HWND>(lParam));
+      return 0;
+    case WM_CTLCOLOREDIT:
+      return reinterpret_cast<LRESULT>(
+          TextField::GroundOf(reinterpret_cast<HWND>(lParam), reinterpret_cast<HDC>(wParam)));
     case WM_SETCURSOR: {
       POINT mouse = {};
       GetCursorPos(&mouse);
@@ -122,8 +110,9 @@ void PictureBoxView::Forget(const CanvasItemView& item) {
 
 CanvasItemView* PictureBoxView::ItemAt(POINT point) const {
   for (const Control* child : std::views::reverse(box.Children())) {
-    if (!IsComposed(*child) || !child->Visible() || !child->Enabled()) continue;
+    if (!IsCanvasItem(*child) || !child->Visible() || !child->Enabled()) continue;
     RECT place = ToRect(PixelsOf(*child));
+    if (const auto* layer = dynamic_cast<const TransparentPicture*>(child)) place = ToRect(PixelsOfLayer(*layer));
     if (dynamic_cast<const LightWeightMarker*>(child) != nullptr) InflateRect(&place, MarkerReach, MarkerReach);
     if (PtInRect(&place, point) != FALSE) return dynamic_cast<CanvasItemView*>(Shared().ViewOf(*child));
   }
@@ -135,10 +124,11 @@ void PictureBoxView::Draw(const Look& look, const RECT& place, const PictureBox&
   GetClipBox(look.context, &part);
   BackBuffer frame;
   if (IntersectRect(&part, &part, &place) == FALSE || !frame.Reserve(WidthOf(part), HeightOf(part))) return;
-  SetViewportOrgEx(frame.Context(), -part.left, -part.top, nullptr);
-  Compose(frame.Pixels(part), box, PaintCaptionsWith(frame.Context()));
-  BitBlt(look.context, part.left, part.top, WidthOf(part), HeightOf(part), frame.Context(), part.left, part.top,
-         SRCCOPY);
+  Compositor whole(box.BackColor());
+  GdiTextRenderer texts;
+  whole.Show(ItemsOf(box));
+  whole.Paint(frame.Pixels(part), ToPixelRect(part), &texts);
+  BitBlt(look.context, part.left, part.top, WidthOf(part), HeightOf(part), frame.Context(), 0, 0, SRCCOPY);
 }
 
 }  // namespace kw::windows

@@ -1,8 +1,10 @@
 #pragma once
 
 #include "components/PictureBox.h"
-#include "drawing/CanvasComposer.h"
+#include "drawing/CanvasItems.h"
+#include "drawing/Compositor.h"
 #include "windows/PaintedView.h"
+#include "windows/TextDrawing.h"
 #include "windows/ViewFactory.h"
 
 namespace kw::windows {
@@ -14,13 +16,15 @@ class CanvasItemView;
 class PictureBoxView final : public PaintedView {
 public:
   PictureBoxView(Pane& shared, PictureBox& shown, ControlView* container)
-      : PaintedView(shared, shown, &shown, container), box(shown) {}
+      : PaintedView(shared, shown, &shown, container), box(shown), compositor(shown.BackColor()) {}
 
   static void Draw(const Look& look, const RECT& place, const PictureBox& box);
 
   bool IsTabStop() const override;
   bool WantsKey(WPARAM key) const override;
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+  // An item that shows itself on this box looks different now, came or went.
+  void ItemsChanged() const;
   // The item is going: it gets no more of the mouse.
   void Forget(const CanvasItemView& item);
 
@@ -30,8 +34,12 @@ private:
   void OnMouseLost() override;
   CanvasItemView* ItemAt(POINT point) const;
   void TakeFocus();
+  // Hands the compositor what the box shows now, and makes out of date what that changes.
+  void ShowItems();
 
   PictureBox& box;
+  Compositor compositor;
+  GdiTextRenderer texts;
   CanvasItemView* held = nullptr;  // has the mouse while a button is down
   bool isHolding = false;
 };

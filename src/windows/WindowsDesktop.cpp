@@ -11,6 +11,7 @@
 #include "windows/Mouse.h"
 #include "windows/Printer.h"
 #include "windows/Text.h"
+#include "windows/TextDrawing.h"
 
 namespace kw::windows {
 namespace {
@@ -106,6 +107,10 @@ MessageAnswer WindowsDesktop::ShowMessageBox(const std::string& prompt, const st
 
 float WindowsDesktop::TwipsPerPixelX() const { return TwipsPerPixel(LOGPIXELSX); }
 float WindowsDesktop::TwipsPerPixelY() const { return TwipsPerPixel(LOGPIXELSY); }
+
+TextExtent WindowsDesktop::MeasureText(const std::string& text, const Font& font, std::int32_t widest) {
+  return windows::MeasureText(text, font, widest);
+}
 
 bool WindowsDesktop::ClipboardHasFormat(std::int32_t format) {
   if (format < 1 || format > 0xFFFF) Raise(ErrorNumber::InvalidClipboardFormat);

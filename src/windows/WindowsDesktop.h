@@ -33,6 +33,7 @@ public:
   void DoEvents() override;
   float TwipsPerPixelX() const override;
   float TwipsPerPixelY() const override;
+  TextExtent MeasureText(const std::string& text, const Font& font, std::int32_t widest) override;
   bool ClipboardHasFormat(std::int32_t format) override;
   void StartTimer(Timer& timer, std::int32_t milliseconds) override;
   void StopTimer(Timer& timer) override;

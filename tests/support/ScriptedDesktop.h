@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -106,6 +108,24 @@ public:
   }
   float TwipsPerPixelX() const override { return 15; }
   float TwipsPerPixelY() const override { return 15; }
+  // A plain stand-in: every character is half as wide as a line is high, and lines break at any character.
+  TextExtent MeasureText(const std::string& text, const Font& font, std::int32_t widest) override {
+    const auto line = static_cast<std::int32_t>(std::ceil(font.size * 96 / 72));
+    const std::int32_t character = std::max(1, line / 2);
+    TextExtent extent{.width = 0, .height = line};
+    std::int32_t width = 0;
+    for (const char c : text) {
+      if (c == '\r') continue;
+      const bool isFull = widest > 0 && width + character > widest && width > 0;
+      if (c == '\n' || isFull) {
+        extent.height += line;
+        width = 0;
+      }
+      if (c != '\n') width += character;
+      extent.width = std::max(extent.width, width);
+    }
+    return extent;
+  }
   bool ClipboardHasFormat(std::int32_t format) override { return clipboardFormats.contains(format); }
   void StartTimer(Timer& timer, std::int32_t milliseconds) override {
     runningTimers[&timer] = milliseconds;

@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <set>
+#include <string>
+#include <vector>
 
+#include "windows/Gdi.h"
 #include "windows/TestForm.h"
 
 namespace kw::test {
@@ -20,17 +23,48 @@ TransparentPicture& AddLayer(TestForm& form) {
   return layer;
 }
 
-RECT OutOfDate(HWND window) {
-  RECT rectangle = {};
-  GetUpdateRect(window, &rectangle, FALSE);
-  return rectangle;
+constexpr COLORREF Smear = RGB(255, 0, 255);
+
+// Colours the whole window, past the editor's knowledge.
+void SmearOver(HWND window) {
+  const HDC context = GetDC(window);
+  const HBRUSH brush = CreateSolidBrush(Smear);
+  RECT client = {};
+  GetClientRect(window, &client);
+  FillRect(context, &client, brush);
+  DeleteObject(brush);
+  ReleaseDC(window, context);
+}
+
+// What was painted of a smeared window since.
+RECT Painted(HWND window) {
+  TestForm::Pump();
+  RECT client = {};
+  GetClientRect(window, &client);
+  windows::BackBuffer copy;
+  EXPECT_TRUE(copy.Reserve(client.right, client.bottom));
+  const HDC context = GetDC(window);
+  BitBlt(copy.Context(), 0, 0, client.right, client.bottom, context, 0, 0, SRCCOPY);
+  ReleaseDC(window, context);
+  GdiFlush();
+  const FrameBuffer pixels = copy.Pixels(client);
+  RECT painted = {};
+  for (int y = 0; y < client.bottom; ++y) {
+    const auto row = pixels.Row(y, 0, client.right);
+    for (int x = 0; x < client.right; ++x) {
+      if ((row[static_cast<std::size_t>(x)] & 0xFFFFFFU) == kw::PixelOf(Smear)) continue;
+      const RECT pixel = {x, y, x + 1, y + 1};
+      UnionRect(&painted, &painted, &pixel);
+    }
+  }
+  return painted;
 }
 
 TEST(Canvas, ShowsThePageTheLayersAndTheBordersInTheirOrder) {
   TestForm form;
   AddLayer(form);
   const HWND canvas = WindowOf(form.canvas);
-  UpdateWindow(canvas);
+  TestForm::Pump();
   EXPECT_EQ(PixelOf(canvas, 10, 10), Green);
   EXPECT_EQ(PixelOf(canvas, 49, 65), Green);
   EXPECT_EQ(PixelOf(canvas, 50, 65), Red);
@@ -39,7 +73,7 @@ TEST(Canvas, ShowsThePageTheLayersAndTheBordersInTheirOrder) {
   EXPECT_EQ(PixelOf(canvas, 20, 201), RGB(64, 64, 64));
   EXPECT_EQ(PixelOf(WindowOf(form.frame), 350, 300), RGB(128, 128, 128)) << "beside the page";
   form.page.ZOrder();
-  UpdateWindow(canvas);
+  TestForm::Pump();
   EXPECT_EQ(PixelOf(canvas, 50, 65), Green);
 }
 
@@ -48,7 +82,7 @@ TEST(Canvas, WhiteOfALayerShowsWhatLiesBelow) {
   TransparentPicture& layer = AddLayer(form);
   layer.SetPicture(Plain(20, 20, {255, 255, 255}));
   const HWND canvas = WindowOf(form.canvas);
-  UpdateWindow(canvas);
+  TestForm::Pump();
   EXPECT_EQ(PixelOf(canvas, 55, 65), Green);
 }
 
@@ -60,7 +94,7 @@ TEST(Canvas, ABlackAndWhitePageThatIsReducedTurnsGreyAndKeepsItsStrokes) {
   }
   form.page.SetPicture(page);
   const HWND canvas = WindowOf(form.canvas);
-  UpdateWindow(canvas);
+  TestForm::Pump();
   const COLORREF colour = PixelOf(canvas, 100, 100);
   EXPECT_NEAR(GetRValue(colour), 128, 2);
   EXPECT_EQ(PixelOf(canvas, 101, 117), colour);
@@ -73,13 +107,13 @@ TEST(Canvas, ALayersFrameAndCaptionShow) {
   layer.Move(50, 60, 120, 40);
   layer.SetSelectionFrame(1);
   const HWND canvas = WindowOf(form.canvas);
-  UpdateWindow(canvas);
+  TestForm::Pump();
   EXPECT_EQ(PixelOf(canvas, 50, 60), RGB(0, 0, 0));
-  EXPECT_EQ(PixelOf(canvas, 169, 99), RGB(0, 0, 0));
+  EXPECT_EQ(PixelOf(canvas, 171, 101), RGB(0, 0, 0)) << "around the contents";
   EXPECT_EQ(PixelOf(canvas, 51, 61), Green);
   layer.SetCaption("Layer");
   layer.SetForeColor(MakeColour(0, 0, 255));
-  UpdateWindow(canvas);
+  TestForm::Pump();
   bool hasText = false;
   for (int x = 52; x < 168; ++x) {
     for (int y = 62; y < 98; ++y) hasText = hasText || GetBValue(PixelOf(canvas, x, y)) > 200;
@@ -91,20 +125,22 @@ TEST(Canvas, AMovedLayerMakesOnlyItsOldAndItsNewPlaceOutOfDate) {
   TestForm form;
   TransparentPicture& layer = AddLayer(form);
   const HWND canvas = WindowOf(form.canvas);
-  UpdateWindow(canvas);
-  const RECT nothing = OutOfDate(canvas);
+  TestForm::Pump();
+  SmearOver(canvas);
+  const RECT nothing = Painted(canvas);
   EXPECT_TRUE(IsRectEmpty(&nothing));
   layer.SetLeft(58);
-  const RECT moved = OutOfDate(canvas);
+  const RECT moved = Painted(canvas);
   EXPECT_EQ(moved.left, 50);
   EXPECT_EQ(moved.top, 60);
   EXPECT_EQ(moved.right, 78);
   EXPECT_EQ(moved.bottom, 80);
-  UpdateWindow(canvas);
+  TestForm::Pump();
   EXPECT_EQ(PixelOf(canvas, 52, 65), Green) << "no trace at the old place";
   EXPECT_EQ(PixelOf(canvas, 77, 65), Red);
+  SmearOver(canvas);
   form.layers.Unload(1);
-  const RECT gone = OutOfDate(canvas);
+  const RECT gone = Painted(canvas);
   EXPECT_EQ(gone.left, 58);
   EXPECT_EQ(gone.right, 78);
 }
@@ -114,10 +150,118 @@ TEST(Canvas, AHiddenLayerThatMovesMakesNothingOutOfDate) {
   TransparentPicture& layer = AddLayer(form);
   layer.SetVisible(false);
   const HWND canvas = WindowOf(form.canvas);
-  UpdateWindow(canvas);
+  TestForm::Pump();
+  SmearOver(canvas);
   layer.Move(0, 0, 100, 100);
-  const RECT rectangle = OutOfDate(canvas);
+  const RECT rectangle = Painted(canvas);
   EXPECT_TRUE(IsRectEmpty(&rectangle));
+}
+
+TEST(Canvas, WhatLooksTheSameIsNotPaintedAgain) {
+  TestForm form;
+  TransparentPicture& layer = AddLayer(form);
+  TestForm::Pump();
+  const HWND canvas = WindowOf(form.canvas);
+  SmearOver(canvas);
+  layer.SetPicture(layer.Picture());
+  layer.ZOrder();
+  layer.SetVisible(false);
+  layer.SetVisible(true);
+  const RECT rectangle = Painted(canvas);
+  EXPECT_TRUE(IsRectEmpty(&rectangle));
+}
+
+TEST(Canvas, TwoDistantChangesLeaveWhatLiesBetweenThemAlone) {
+  TestForm form;
+  TransparentPicture& layer = AddLayer(form);
+  TestForm::Pump();
+  const HWND canvas = WindowOf(form.canvas);
+  SmearOver(canvas);
+  layer.SetLeft(150);
+  TestForm::Pump();
+  EXPECT_EQ(PixelOf(canvas, 60, 70), Green);
+  EXPECT_EQ(PixelOf(canvas, 160, 70), Red);
+  EXPECT_EQ(PixelOf(canvas, 110, 70), Smear);
+}
+
+TEST(Canvas, APickedLayersContentsStayWhereTheyWere) {
+  TestForm form;
+  TransparentPicture& layer = AddLayer(form);
+  Bitmap picture(20, 20, 24);
+  for (std::int32_t y = 0; y < 20; ++y) {
+    std::size_t at = 0;
+    for (std::uint8_t& byte : picture.MutableRow(y))
+      byte = static_cast<std::uint8_t>(at++ * 3 + static_cast<std::size_t>(y));
+  }
+  layer.SetPicture(picture);
+  TestForm::Pump();
+  const HWND canvas = WindowOf(form.canvas);
+  const auto copy = [&] {
+    std::vector<COLORREF> colours;
+    for (int y = 60; y < 80; ++y) {
+      for (int x = 50; x < 70; ++x) colours.push_back(PixelOf(canvas, x, y));
+    }
+    return colours;
+  };
+  const auto before = copy();
+  layer.SetSelectionFrame(1);
+  layer.Move(49, 59);
+  TestForm::Pump();
+  EXPECT_EQ(copy(), before);
+  EXPECT_EQ(PixelOf(canvas, 49, 59), RGB(0, 0, 0));
+  EXPECT_EQ(PixelOf(canvas, 70, 80), RGB(0, 0, 0));
+}
+
+TEST(Canvas, ALayerIsTypedIntoThroughAFieldOverIt) {
+  TestForm form;
+  TransparentPicture& layer = AddLayer(form);
+  layer.SetPicture({});
+  layer.SetFigure({.kind = FigureKind::Text});
+  layer.Move(50, 60, 120, 40);
+  layer.SetTyping(true);
+  EXPECT_FALSE(layer.IsTyping()) << "no layer for text";
+  layer.SetTextEntry(true);
+  int typed = 0;
+  layer.Typed.Connect([&] { ++typed; });
+  layer.SetTyping(true);
+  TestForm::Pump();
+  const HWND canvas = WindowOf(form.canvas);
+  const HWND field = FindWindowExW(canvas, nullptr, L"Edit", nullptr);
+  ASSERT_NE(field, nullptr);
+  EXPECT_EQ(GetFocus(), field);
+  const RECT place = PlaceOf(field);
+  EXPECT_EQ(place.left, 50);
+  EXPECT_EQ(place.bottom, 100);
+  for (const wchar_t c : std::wstring(L"Grüße\r2")) SendMessageW(field, WM_CHAR, c, 1);
+  EXPECT_EQ(layer.Caption(), "Grüße\r\n2");
+  EXPECT_EQ(typed, 7);
+  SendMessageW(field, WM_KEYDOWN, VK_ESCAPE, 1);
+  TestForm::Pump();
+  EXPECT_FALSE(layer.IsTyping());
+  EXPECT_EQ(GetFocus(), canvas);
+  EXPECT_FALSE(IsWindow(field));
+  EXPECT_EQ(layer.Caption(), "Grüße\r\n2");
+}
+
+TEST(Canvas, TypingEndsWithTheKeyboardWithTheLayerAndWithTheWindow) {
+  TestForm form;
+  TransparentPicture& layer = AddLayer(form);
+  layer.SetTextEntry(true);
+  layer.SetTyping(true);
+  SetFocus(WindowOf(form.slider));
+  TestForm::Pump();
+  EXPECT_FALSE(layer.IsTyping());
+  EXPECT_EQ(GetFocus(), WindowOf(form.slider));
+  layer.SetTyping(true);
+  form.layers.Unload(1);
+  TestForm::Pump();
+  EXPECT_EQ(FindWindowExW(WindowOf(form.canvas), nullptr, L"Edit", nullptr), nullptr);
+  TransparentPicture& other = AddLayer(form);
+  other.SetTextEntry(true);
+  other.SetTyping(true);
+  form.window->Close();
+  TestForm::Pump();
+  SUCCEED() << "nothing is left that could be called";
 }
 
 TEST(Canvas, NothingIsErasedBeforeItIsPainted) {
@@ -127,7 +271,7 @@ TEST(Canvas, NothingIsErasedBeforeItIsPainted) {
                                static_cast<const Control*>(&form.label), static_cast<const Control*>(&form.panel),
                                static_cast<const Control*>(&form.palette), static_cast<const Control*>(&form.root)}) {
     const HWND window = WindowOf(*model);
-    UpdateWindow(window);
+    TestForm::Pump();
     RECT client = {};
     GetClientRect(window, &client);
     const int x = client.right - 3;  // where no child lies
@@ -145,8 +289,8 @@ TEST(Canvas, ScrollingMovesThePageWithItsLayers) {
   TestForm form;
   AddLayer(form);
   form.canvas.SetTop(-40);
-  UpdateWindow(WindowOf(form.frame));
-  UpdateWindow(WindowOf(form.canvas));
+  TestForm::Pump();
+  TestForm::Pump();
   EXPECT_EQ(PixelOf(WindowOf(form.canvas), 55, 65), Red);
   const RECT place = [&] {
     RECT r = {};

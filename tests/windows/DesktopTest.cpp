@@ -165,6 +165,21 @@ TEST(Desktop, TheScreenTheClockAndTheApplicationAreTheSystems) {
   EXPECT_EQ(desktop.InstanceNumber(), static_cast<std::int32_t>(GetCurrentProcessId()));
 }
 
+TEST(Desktop, ATextIsMeasuredWithItsLinesAndItsFont) {
+  WindowsDesktop desktop;
+  const Font font{.name = "Liberation Sans", .size = 12};
+  const TextExtent word = desktop.MeasureText("Approved", font, 0);
+  EXPECT_GT(word.width, 40);
+  EXPECT_NEAR(word.height, 18, 4);
+  EXPECT_EQ(desktop.MeasureText("Approved\r\nApproved", font, 0), (TextExtent{word.width, 2 * word.height}));
+  EXPECT_EQ(desktop.MeasureText("Approved\r\n", font, 0).height, 2 * word.height) << "the new line is there to type";
+  EXPECT_EQ(desktop.MeasureText("Approved Approved", font, word.width + 10).height, 2 * word.height);
+  EXPECT_EQ(desktop.MeasureText("", font, 0), (TextExtent{0, word.height}));
+  Font large = font;
+  large.size = 24;
+  EXPECT_NEAR(desktop.MeasureText("Approved", large, 0).width, 2 * word.width, 4);
+}
+
 TEST(Desktop, PicturesComeFromTheLoaderAndMissingFilesAreNotFound) {
   WindowsDesktop desktop([](const std::string&) { return Plain(3, 2, {}); });
   try {

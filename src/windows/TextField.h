@@ -1,0 +1,42 @@
+#pragma once
+
+#include <windows.h>
+
+#include "components/TransparentPicture.h"
+
+namespace kw::windows {
+
+// The field of the system in which a layer's text is typed, over the layer, with all that a field can do: caret,
+// selection, input methods, clipboard. What is typed is the layer's caption at once. Escape ends the typing, and so
+// does the loss of the keyboard.
+class TextField {
+public:
+  // Opens over the layer with the keyboard on it. `canvas` is the window on which the layer shows itself.
+  TextField(HWND canvas, TransparentPicture& layer);
+  TextField(const TextField&) = delete;
+  TextField& operator=(const TextField&) = delete;
+  ~TextField();
+
+  // Shows the layer's place, font and colours as they are now.
+  void Show();
+
+  // For the canvas: takes over what is typed in one of these fields; nothing for another window.
+  static void TakeTextOf(HWND field);
+  // For the canvas: sets a field's colours and returns the brush of its ground.
+  static HBRUSH GroundOf(HWND field, HDC context);
+
+private:
+  static TextField* FieldOf(HWND window);
+  static LRESULT CALLBACK Subclass(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                   DWORD_PTR self);
+  static void Release(HWND window);
+  void TakeText();
+
+  HWND canvas;
+  TransparentPicture* layer;
+  HWND window = nullptr;
+  HFONT font = nullptr;
+  bool isFilling = false;
+};
+
+}  // namespace kw::windows
