@@ -14,6 +14,7 @@ std::span<const Dispatcher::Command> Dispatcher::Commands() {
   static constexpr std::array commands = std::to_array<Command>({
       {"Save", &Dispatcher::Save},
       {"Print", &Dispatcher::Print},
+      {"PrinterSetup", &Dispatcher::RaisePrinterSetup},
       {"Clear", &Dispatcher::ShowSmallKey},
       {"Cut", &Dispatcher::ShowSmallKey},
       {"Copy", &Dispatcher::ShowSmallKey},
@@ -26,6 +27,8 @@ std::span<const Dispatcher::Command> Dispatcher::Commands() {
       {"ShowHideBackImage", &Dispatcher::ShowHideBackImage},
       {"PrevPage", &Dispatcher::PrevPage},
       {"NextPage", &Dispatcher::NextPage},
+      {"SelectScanner", &Dispatcher::RaiseSelectScanner},
+      {"Acquire", &Dispatcher::RaiseAcquire},
       {"Capture", &Dispatcher::ShowKey},
       {"Rotate", engine, {"Rotate"}},
       {"Resize", engine, {"Resize"}},
@@ -73,6 +76,10 @@ std::span<const Dispatcher::Command> Dispatcher::Commands() {
 void Dispatcher::Save(const Command& /*row*/) { properties.SavePage(); }
 
 void Dispatcher::Print(const Command& /*row*/) { desktop.EndPrintJob(); }
+
+void Dispatcher::RaisePrinterSetup(const Command& /*row*/) { PrinterSetup.Raise(); }
+void Dispatcher::RaiseSelectScanner(const Command& /*row*/) { SelectScanner.Raise(); }
+void Dispatcher::RaiseAcquire(const Command& /*row*/) { Acquire.Raise(); }
 
 void Dispatcher::ShowSmallKey(const Command& row) {
   std::string prompt(row.key);

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "components/Desktop.h"
+#include "components/Event.h"
 #include "components/PictureEngine.h"
 #include "document/CommandBracket.h"
 #include "document/Document.h"
@@ -48,6 +49,11 @@ public:
 
   // Runs the command of that key, compared as it stands, then sets the canvas's cursor from the pressed tool.
   void ToolbarButtonClick(const std::string& key);
+  // The commands of the devices, which lie above this room.
+  Event<> PrinterSetup;
+  Event<> SelectScanner;
+  Event<> Acquire;
+
   // For other handlers, while the font dialog is up.
   bool IsFontDialogUp() const { return isFontDialogUp; }
 
@@ -64,6 +70,9 @@ private:
 
   void Save(const Command& row);
   void Print(const Command& row);
+  void RaisePrinterSetup(const Command& row);
+  void RaiseSelectScanner(const Command& row);
+  void RaiseAcquire(const Command& row);
   // A box with the row's key in small letters.
   void ShowSmallKey(const Command& row);
   void ShowKey(const Command& row);

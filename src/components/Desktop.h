@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "components/Bitmap.h"
@@ -9,6 +10,7 @@
 
 namespace kw {
 
+class ScannerDriver;
 class Timer;
 
 enum class MessageButtons : std::uint8_t { Ok, YesNoCancel };
@@ -42,7 +44,7 @@ struct OpenDialog {
   std::string fileName;  // offered, then chosen
 };
 
-// The printer dialog's fields. Pages count from 1.
+// The printer dialog's fields. Pages count from 1; a bound below that is shown as 1.
 struct PrinterDialog {
   std::int32_t firstPage = 1;  // that can be chosen
   std::int32_t lastPage = 1;
@@ -73,12 +75,18 @@ public:
   virtual bool ShowFont(Font& font) = 0;
   virtual bool ShowPrinter(PrinterDialog& dialog) = 0;
 
-  // Prints a picture on a page of its own of the printer chosen last, or of the default one, beginning a job where none
-  // is open: in its true size where its resolution is known, but never larger than the printable area and in its
-  // proportions. Raises PrinterError.
+  // Paints a picture on the current page of the printer chosen last, or of the default one, beginning a job and a page
+  // where none is open: from the upper left corner of the printable area on, in its true size where its resolution is
+  // known, but never larger than that area and in its proportions. Raises PrinterError.
   virtual void PrintPicture(const Bitmap& picture) = 0;
-  // Hands the open job to the printer; does nothing without one. Raises PrinterError.
+  // The next picture goes on a new page. A page on which nothing was painted stays blank. Raises PrinterError.
+  virtual void NewPrinterPage() = 0;
+  // Hands the open job to the printer; does nothing without one. A page on which nothing was painted is left out. No
+  // job is open afterwards, also where it fails. Raises PrinterError.
   virtual void EndPrintJob() = 0;
+
+  // A way to the platform's scanners; null where it has none.
+  virtual std::unique_ptr<ScannerDriver> MakeScannerDriver() = 0;
 
   // Handles what waits in the message queue, then returns. Anything may happen meanwhile.
   virtual void DoEvents() = 0;

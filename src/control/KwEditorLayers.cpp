@@ -22,7 +22,9 @@ KwEditorLayers::KwEditorLayers(Desktop& platform, EditorEvents& container)
       dispatcher({platform, form, trap, *this, layers, zoom, bracket, document, KWPic}),
       keyboard(form, trap, dispatcher, layers, zoom),
       drawingTools(platform, form, trap, layers),
-      clipboardWatch(platform, form, trap, *this) {
+      clipboardWatch(platform, form, trap, *this),
+      printing({platform, form, trap, document, KWPic, KWPicTempBuffer}),
+      scanning(form, trap, clipboardWatch, dispatcher) {
   ConnectEvents();
 }
 
@@ -50,6 +52,9 @@ void KwEditorLayers::ConnectEvents() {
   form.mnuCopySelectedArea.Click.Connect([this] { dispatcher.ToolbarButtonClick("Copy"); });
   form.mnuCutSelectedArea.Click.Connect([this] { dispatcher.ToolbarButtonClick("Cut"); });
   form.mnuPasteSelectedArea.Click.Connect([this] { mnuPasteSelectedArea_Click(); });
+  dispatcher.PrinterSetup.Connect([this] { printing.PrintPages(); });
+  dispatcher.SelectScanner.Connect([this] { scanning.SelectScanner(); });
+  dispatcher.Acquire.Connect([this] { scanning.Acquire(); });
   form.Label2.Click.Connect([this] { Label2_Click(); });
 
   trap.ErrorOccured.Connect(

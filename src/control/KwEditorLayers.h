@@ -14,6 +14,8 @@
 #include "components/Desktop.h"
 #include "control/EditorEvents.h"
 #include "control/PropertyBag.h"
+#include "devices/Printing.h"
+#include "devices/Scanning.h"
 #include "document/CommandBracket.h"
 #include "document/Document.h"
 #include "document/EditorProperties.h"
@@ -137,6 +139,8 @@ private:
   Keyboard keyboard;
   DrawingTools drawingTools;
   ClipboardWatch clipboardWatch;
+  Printing printing;
+  Scanning scanning;
 
   bool m_IsToShowBackImage = false;
   bool m_IsToLightenBackImage = false;

@@ -40,7 +40,8 @@ void AddGap(ToolBar& bar) { bar.AddButton({.style = ButtonStyle::Separator}); }
 EditorForm::EditorForm(Desktop& desktop)
     : tmrDefaultToolsSelection("tmrDefaultToolsSelection", desktop),
       tmrWatchClipBoard("tmrWatchClipBoard", desktop),
-      tmrMoveLayer("tmrMoveLayer", desktop) {
+      tmrMoveLayer("tmrMoveLayer", desktop),
+      KWScannerCtl1("KWScannerCtl1", desktop) {
   AddButtons();
   Place();
   SetDesignValues();

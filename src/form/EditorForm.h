@@ -109,7 +109,7 @@ public:
   Timer tmrDefaultToolsSelection;
   Timer tmrWatchClipBoard;
   Timer tmrMoveLayer;
-  Scanner KWScannerCtl1{"KWScannerCtl1"};
+  Scanner KWScannerCtl1;
 
 private:
   void AddButtons();

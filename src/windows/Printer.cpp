@@ -76,18 +76,37 @@ void Printer::RequireDevice() {
   if (device == nullptr) RaisePrinterError();
 }
 
-void Printer::PrintPicture(const Bitmap& picture) {
+void Printer::RequireJob() {
   RequireDevice();
-  if (!isJobOpen) {
-    DOCINFOW job = {};
-    job.cbSize = sizeof job;
-    job.lpszDocName = L"KwEditor";
-    if (StartDocW(device, &job) <= 0) RaisePrinterError();
-    isJobOpen = true;
-  }
+  if (isJobOpen) return;
+  DOCINFOW job = {};
+  job.cbSize = sizeof job;
+  job.lpszDocName = L"KwEditor";
+  if (StartDocW(device, &job) <= 0) RaisePrinterError();
+  isJobOpen = true;
+}
+
+void Printer::RequirePage() {
+  RequireJob();
+  if (isPageOpen) return;
   if (StartPage(device) <= 0) RaisePrinterError();
+  isPageOpen = true;
+}
+
+void Printer::PrintPicture(const Bitmap& picture) {
+  RequirePage();
   if (!picture.IsEmpty()) DrawBands(picture);
-  if (EndPage(device) <= 0) RaisePrinterError();
+}
+
+void Printer::EndPage() {
+  if (!isPageOpen) return;
+  isPageOpen = false;
+  if (::EndPage(device) <= 0) RaisePrinterError();
+}
+
+void Printer::NewPage() {
+  RequirePage();
+  EndPage();
 }
 
 void Printer::DrawBands(const Bitmap& picture) {
@@ -116,7 +135,13 @@ void Printer::DrawBands(const Bitmap& picture) {
 void Printer::EndJob() {
   if (!isJobOpen) return;
   isJobOpen = false;
-  if (EndDoc(device) <= 0) RaisePrinterError();
+  try {
+    EndPage();
+    if (EndDoc(device) <= 0) RaisePrinterError();
+  } catch (const RunTimeError&) {
+    AbortDoc(device);
+    throw;
+  }
 }
 
 }  // namespace kw::windows

@@ -16,18 +16,25 @@ public:
 
   // Prints on this device from now on and owns it; an open job goes to the printer first.
   void Use(HDC device);
-  // A page of its own: the picture in its true size where its resolution is known, else one pixel to 1/96 inch, but
-  // never larger than the printable area, from its upper left corner on.
+  // Paints on the open page, or on a new one of the open job, or of a new job: the picture in its true size where its
+  // resolution is known, else one pixel to 1/96 inch, but never larger than the printable area, from its upper left
+  // corner on.
   void PrintPicture(const Bitmap& picture);
-  // Does nothing without an open job.
+  // Ends the open page; without one a page stays blank.
+  void NewPage();
+  // Does nothing without an open job. A job that cannot be ended is given up.
   void EndJob();
 
 private:
+  void RequirePage();
+  void RequireJob();
   void RequireDevice();
+  void EndPage();
   void DrawBands(const Bitmap& picture);
 
   HDC device = nullptr;
   bool isJobOpen = false;
+  bool isPageOpen = false;
 };
 
 }  // namespace kw::windows

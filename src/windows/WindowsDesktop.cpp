@@ -6,6 +6,7 @@
 
 #include "components/FilePath.h"
 #include "components/RunTimeError.h"
+#include "components/Scanner.h"
 #include "components/Timer.h"
 #include "windows/Guard.h"
 #include "windows/Mouse.h"
@@ -164,7 +165,10 @@ std::string WindowsDesktop::DirectoryLookUp(const std::string& path) {
 }
 
 void WindowsDesktop::PrintPicture(const Bitmap& picture) { printer->PrintPicture(picture); }
+void WindowsDesktop::NewPrinterPage() { printer->NewPage(); }
 void WindowsDesktop::EndPrintJob() { printer->EndJob(); }
+
+std::unique_ptr<ScannerDriver> WindowsDesktop::MakeScannerDriver() { return nullptr; }
 
 void WindowsDesktop::DoEvents() {
   const auto underWay = EnterEvents();

@@ -29,7 +29,9 @@ public:
   bool ShowFont(Font& font) override;
   bool ShowPrinter(PrinterDialog& dialog) override;
   void PrintPicture(const Bitmap& picture) override;
+  void NewPrinterPage() override;
   void EndPrintJob() override;
+  std::unique_ptr<ScannerDriver> MakeScannerDriver() override;
   void DoEvents() override;
   float TwipsPerPixelX() const override;
   float TwipsPerPixelY() const override;

@@ -6,6 +6,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <memory>
 #include <set>
 #include <string>
 #include <utility>
@@ -14,6 +15,7 @@
 #include "components/Desktop.h"
 #include "components/Files.h"
 #include "components/RunTimeError.h"
+#include "components/Scanner.h"
 #include "components/Timer.h"
 
 namespace kw::test {
@@ -46,13 +48,21 @@ public:
   std::deque<std::function<void(Colour&)>> colourAnswers;
   std::deque<std::function<void(Font&)>> fontAnswers;
   std::deque<std::function<void(PrinterDialog&)>> printerAnswers;
+  std::vector<PrinterDialog> printersShown;
   std::vector<OpenDialog> openShown;
   std::vector<Colour> coloursShown;
   std::vector<Font> fontsShown;
-  // Pages of the jobs that were ended, and of the one that is open.
+  // Pages of the jobs that were ended, and of the one that is open, each with the picture that was painted on it last.
   std::vector<std::vector<Bitmap>> printedJobs;
   std::vector<Bitmap> openJob;
+  int newPrinterPages = 0;
+  int endsOfJob = 0;
+  // Run when the printer is asked for something; they may raise errors.
+  std::function<void(const Bitmap&)> onPrintPicture;
+  std::function<void()> onEndPrintJob;
   std::function<void()> onDoEvents;
+  // Makes the way to the scanners; without it there is none.
+  std::function<std::unique_ptr<ScannerDriver>()> scannerMaker;
   // Section, key and value by path.
   std::map<std::string, std::map<std::pair<std::string, std::string>, std::string>> profiles;
   std::string applicationFolder = R"(C:\Program Files\Host)";
@@ -87,11 +97,28 @@ public:
     fontsShown.push_back(font);
     return Answer(fontAnswers, font);
   }
-  bool ShowPrinter(PrinterDialog& dialog) override { return Answer(printerAnswers, dialog); }
-  void PrintPicture(const Bitmap& picture) override { openJob.push_back(picture); }
-  void EndPrintJob() override {
-    if (!openJob.empty()) printedJobs.push_back(std::exchange(openJob, {}));
+  bool ShowPrinter(PrinterDialog& dialog) override {
+    printersShown.push_back(dialog);
+    return Answer(printerAnswers, dialog);
   }
+  void PrintPicture(const Bitmap& picture) override {
+    if (onPrintPicture) onPrintPicture(picture);
+    if (isNewPage || openJob.empty()) openJob.emplace_back();
+    isNewPage = false;
+    openJob.back() = picture;
+  }
+  void NewPrinterPage() override {
+    ++newPrinterPages;
+    if (isNewPage || openJob.empty()) openJob.emplace_back();
+    isNewPage = true;
+  }
+  void EndPrintJob() override {
+    ++endsOfJob;
+    isNewPage = false;
+    if (!openJob.empty()) printedJobs.push_back(std::exchange(openJob, {}));
+    if (onEndPrintJob) onEndPrintJob();
+  }
+  std::unique_ptr<ScannerDriver> MakeScannerDriver() override { return scannerMaker ? scannerMaker() : nullptr; }
   void DoEvents() override {
     if (onDoEvents) onDoEvents();
   }
@@ -150,6 +177,8 @@ public:
   std::int32_t InstanceNumber() const override { return instanceNumber; }
 
 private:
+  bool isNewPage = false;
+
   template <class Fields>
   static bool Answer(std::deque<std::function<void(Fields&)>>& coming, Fields& fields) {
     if (coming.empty()) return false;

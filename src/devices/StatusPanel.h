@@ -1,0 +1,28 @@
+#pragma once
+
+#include "components/RaisedArea.h"
+#include "components/UserControl.h"
+
+namespace kw {
+
+// Shows a status panel in the middle of the control, in front of everything else.
+void ShowCentred(RaisedArea& panel, const UserControl& editor);
+
+// A device at work, as long as this lives: the flag is true. At its end, also when an error leaves the procedure, the
+// panel is hidden and the flag cleared.
+class DeviceAtWork {
+public:
+  DeviceAtWork(RaisedArea& statusPanel, bool& flag) : panel(statusPanel), isAtWork(flag) { isAtWork = true; }
+  DeviceAtWork(const DeviceAtWork&) = delete;
+  DeviceAtWork& operator=(const DeviceAtWork&) = delete;
+  ~DeviceAtWork() {
+    panel.SetVisible(false);
+    isAtWork = false;
+  }
+
+private:
+  RaisedArea& panel;
+  bool& isAtWork;
+};
+
+}  // namespace kw
