@@ -6,10 +6,12 @@
 
 #include "components/Bitmap.h"
 #include "components/Font.h"
+#include "components/LocalDate.h"
 #include "components/Units.h"
 
 namespace kw {
 
+class DialogForm;
 class ScannerDriver;
 class Timer;
 
@@ -21,12 +23,6 @@ struct TextExtent {
   std::int32_t width = 0;
   std::int32_t height = 0;
   friend bool operator==(const TextExtent&, const TextExtent&) = default;
-};
-
-struct LocalDate {
-  int year = 0;
-  int month = 0;
-  int day = 0;
 };
 
 struct LocalTime {
@@ -74,6 +70,10 @@ public:
   virtual bool ShowColor(Colour& colour) = 0;
   virtual bool ShowFont(Font& font) = 0;
   virtual bool ShowPrinter(PrinterDialog& dialog) = 0;
+
+  // Makes the form visible in a window of its own, before all others of the editor, and waits until it is visible no
+  // more. Every way of closing the window that is not the form's own raises its CloseBox first.
+  virtual void ShowModal(DialogForm& dialog) = 0;
 
   // Paints a picture on the current page of the printer chosen last, or of the default one, beginning a job and a page
   // where none is open: from the upper left corner of the printable area on, in its true size where its resolution is

@@ -17,8 +17,8 @@ CommonControls::CommonControls() {
     ReleaseActCtx(context);
     context = INVALID_HANDLE_VALUE;
   }
-  const INITCOMMONCONTROLSEX wanted = {sizeof wanted,
-                                       ICC_BAR_CLASSES | ICC_USEREX_CLASSES | ICC_UPDOWN_CLASS | ICC_WIN95_CLASSES};
+  const INITCOMMONCONTROLSEX wanted = {
+      sizeof wanted, ICC_BAR_CLASSES | ICC_USEREX_CLASSES | ICC_UPDOWN_CLASS | ICC_DATE_CLASSES | ICC_WIN95_CLASSES};
   InitCommonControlsEx(&wanted);
 }
 

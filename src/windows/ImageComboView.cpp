@@ -23,6 +23,8 @@ HWND ImageComboView::Create(HWND parent) {
                             WS_VSCROLL | static_cast<DWORD>(combo.IsEditable() ? CBS_DROPDOWN : CBS_DROPDOWNLIST));
 }
 
+HWND ImageComboView::Edit() const { return reinterpret_cast<HWND>(SendMessageW(Handle(), CBEM_GETEDITCONTROL, 0, 0)); }
+
 HWND ImageComboView::List() const { return reinterpret_cast<HWND>(SendMessageW(Handle(), CBEM_GETCOMBOCONTROL, 0, 0)); }
 
 void ImageComboView::ShowPlace() {
@@ -42,16 +44,20 @@ void ImageComboView::Show(Aspect aspect) {
 }
 
 void ImageComboView::ShowItems() {
-  auto shown = static_cast<std::int32_t>(SendMessageW(Handle(), CB_GETCOUNT, 0, 0));
   // Items are only added at the end or cleared all, apart from a start-up that fills the list in another order.
-  bool isSame = shown <= combo.ItemCount();
-  for (std::int32_t i = 1; isSame && i <= shown; ++i) isSame = ItemText(i) == ToWide(combo.ItemText(i));
+  auto count = static_cast<std::int32_t>(shownItems.size());
+  bool isSame = count <= combo.ItemCount();
+  for (std::int32_t i = 1; isSame && i <= count; ++i) {
+    isSame = shownItems[static_cast<std::size_t>(i - 1)] == combo.ItemText(i);
+  }
   if (!isSame) {
     SendMessageW(Handle(), CB_RESETCONTENT, 0, 0);
-    shown = 0;
+    shownItems.clear();
+    count = 0;
   }
-  for (std::int32_t i = shown + 1; i <= combo.ItemCount(); ++i) {
-    std::wstring text = ToWide(combo.ItemText(i));
+  for (std::int32_t i = count + 1; i <= combo.ItemCount(); ++i) {
+    shownItems.push_back(combo.ItemText(i));
+    std::wstring text = ToWide(shownItems.back());
     COMBOBOXEXITEMW item = {};
     item.mask = CBEIF_TEXT;
     item.iItem = -1;
@@ -60,26 +66,20 @@ void ImageComboView::ShowItems() {
   }
 }
 
-std::wstring ImageComboView::ItemText(std::int32_t position) const {
-  wchar_t text[256] = {};
-  COMBOBOXEXITEMW item = {};
-  item.mask = CBEIF_TEXT;
-  item.iItem = position - 1;
-  item.pszText = text;
-  item.cchTextMax = static_cast<int>(std::size(text));
-  SendMessageW(Handle(), CBEM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
-  return item.pszText == nullptr ? std::wstring() : std::wstring(item.pszText);
-}
-
 void ImageComboView::ShowText() {
+  const HWND edit = Edit();
+  DWORD start = 0;
+  DWORD end = 0;
+  if (edit != nullptr) SendMessageW(edit, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
   const std::int32_t selected = combo.SelectedItem() - 1;
   if (SendMessageW(Handle(), CB_GETCURSEL, 0, 0) != selected) {
     SendMessageW(Handle(), CB_SETCURSEL, static_cast<WPARAM>(selected), 0);
   }
-  if (!combo.IsEditable()) return;
+  if (edit == nullptr) return;
   const std::wstring text = ToWide(combo.Text());
-  const auto edit = reinterpret_cast<HWND>(SendMessageW(Handle(), CBEM_GETEDITCONTROL, 0, 0));
-  if (edit != nullptr && WindowText(edit) != text) SetWindowTextW(edit, text.c_str());
+  if (WindowText(edit) == text) return;
+  SetWindowTextW(edit, text.c_str());
+  SendMessageW(edit, EM_SETSEL, start, static_cast<LPARAM>(end));  // who types goes on where he was
 }
 
 bool ImageComboView::WantsKey(WPARAM key) const {
@@ -113,8 +113,7 @@ void ImageComboView::OnCommand(WORD notification, WORD) {
       break;
     }
     case CBN_EDITCHANGE: {
-      const auto edit = reinterpret_cast<HWND>(SendMessageW(Handle(), CBEM_GETEDITCONTROL, 0, 0));
-      if (edit != nullptr) combo.UserType(FromWide(WindowText(edit)));
+      if (const HWND edit = Edit()) combo.UserType(FromWide(WindowText(edit)));
       break;
     }
     case CBN_SETFOCUS:

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "components/ImageCombo.h"
 #include "windows/ControlView.h"
@@ -24,12 +25,13 @@ private:
   void Show(Aspect aspect) override;
   void ShowPlace() override;
   HWND List() const;
+  // Null for a combo that only offers its list.
+  HWND Edit() const;
   void ShowItems();
-  // Of the window's list, from 1.
-  std::wstring ItemText(std::int32_t position) const;
   void ShowText();
 
   ImageCombo& combo;
+  std::vector<std::string> shownItems;
   bool isShowing = false;
 };
 

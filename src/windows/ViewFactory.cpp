@@ -4,10 +4,12 @@
 
 #include "windows/CanvasItemView.h"
 #include "windows/CheckBoxView.h"
+#include "windows/DTPickerView.h"
 #include "windows/Gdi.h"
 #include "windows/ImageComboView.h"
 #include "windows/LabelView.h"
 #include "windows/MenuView.h"
+#include "windows/OptionButtonView.h"
 #include "windows/PageSpinnerView.h"
 #include "windows/PictureBoxView.h"
 #include "windows/RaisedAreaView.h"
@@ -53,6 +55,8 @@ constexpr Kind Kinds[] = {
     KindOf<Slider, SliderView>(),
     KindOf<PageSpinner, PageSpinnerView>(),
     KindOf<CheckBox, CheckBoxView>(),
+    KindOf<OptionButton, OptionButtonView>(),
+    KindOf<DTPicker, DTPickerView>(),
     KindOf<Menu, MenuView>(),
 };
 

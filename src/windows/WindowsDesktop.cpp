@@ -9,6 +9,7 @@
 #include "components/Scanner.h"
 #include "components/Timer.h"
 #include "windows/Guard.h"
+#include "windows/ModalWindow.h"
 #include "windows/Mouse.h"
 #include "windows/Printer.h"
 #include "windows/Text.h"
@@ -104,6 +105,11 @@ MessageAnswer WindowsDesktop::ShowMessageBox(const std::string& prompt, const st
     default:
       return MessageAnswer::Ok;
   }
+}
+
+void WindowsDesktop::ShowModal(DialogForm& dialog) {
+  const auto whileUp = EnterDialog();
+  ModalWindow(dialog, TopLevelOwner()).Run();
 }
 
 float WindowsDesktop::TwipsPerPixelX() const { return TwipsPerPixel(LOGPIXELSX); }

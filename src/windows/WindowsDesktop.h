@@ -28,6 +28,7 @@ public:
   bool ShowColor(Colour& colour) override;
   bool ShowFont(Font& font) override;
   bool ShowPrinter(PrinterDialog& dialog) override;
+  void ShowModal(DialogForm& dialog) override;
   void PrintPicture(const Bitmap& picture) override;
   void NewPrinterPage() override;
   void EndPrintJob() override;

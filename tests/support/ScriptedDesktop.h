@@ -13,10 +13,12 @@
 #include <vector>
 
 #include "components/Desktop.h"
+#include "components/DialogForm.h"
 #include "components/Files.h"
 #include "components/RunTimeError.h"
 #include "components/Scanner.h"
 #include "components/Timer.h"
+#include "support/ProfileFile.h"
 
 namespace kw::test {
 
@@ -63,8 +65,8 @@ public:
   std::function<void()> onDoEvents;
   // Makes the way to the scanners; without it there is none.
   std::function<std::unique_ptr<ScannerDriver>()> scannerMaker;
-  // Section, key and value by path.
-  std::map<std::string, std::map<std::pair<std::string, std::string>, std::string>> profiles;
+  // What the user does in the forms to come; a form that is still visible then, or finds nothing here, is closed.
+  std::deque<std::function<void(DialogForm&)>> formAnswers;
   std::string applicationFolder = R"(C:\Program Files\Host)";
   std::int32_t instanceNumber = 1234;
   std::map<Timer*, std::int32_t> runningTimers;
@@ -101,6 +103,12 @@ public:
     printersShown.push_back(dialog);
     return Answer(printerAnswers, dialog);
   }
+  void ShowModal(DialogForm& dialog) override {
+    dialog.SetVisible(true);
+    dialog.Activate.Raise();
+    Answer(formAnswers, dialog);
+    if (dialog.Visible()) dialog.UserClose();
+  }
   void PrintPicture(const Bitmap& picture) override {
     if (onPrintPicture) onPrintPicture(picture);
     if (isNewPage || openJob.empty()) openJob.emplace_back();
@@ -124,14 +132,11 @@ public:
   }
   std::string ReadProfileString(const std::string& section, const std::string& key, const std::string& defaultValue,
                                 const std::string& path) override {
-    const auto& values = profiles[path];
-    const auto found = values.find({section, key});
-    return found == values.end() ? defaultValue : found->second;
+    return ProfileFile(path).Read(section, key, defaultValue);
   }
   bool WriteProfileString(const std::string& section, const std::string& key, const std::string& value,
                           const std::string& path) override {
-    profiles[path][{section, key}] = value;
-    return true;
+    return ProfileFile(path).Write(section, key, value);
   }
   float TwipsPerPixelX() const override { return 15; }
   float TwipsPerPixelY() const override { return 15; }

@@ -1,0 +1,92 @@
+#include "stamps/StampList.h"
+
+#include <algorithm>
+
+#include "components/Arithmetic.h"
+#include "document/PageFiles.h"
+#include "trap/Procedure.h"
+
+namespace kw {
+namespace {
+
+constexpr const char* Section = "Stamps";
+
+std::string StampFilePath(const Desktop& desktop) { return GetWorkFolder(desktop) + "stamps.lst"; }
+
+// A number with leading zeros up to so many digits.
+std::string Padded(int number, std::size_t digits) {
+  std::string text = std::to_string(number);
+  if (text.size() < digits) text.insert(0, digits - text.size(), '0');
+  return text;
+}
+
+struct BuiltInStamp {
+  const char* text;
+  bool isDated;  // comes also with the date, and with date and time
+};
+
+constexpr BuiltInStamp BuiltInStamps[] = {
+    {"APPROVED", true},
+    {"APPROVED, BUT MUST SEE MD FOR MORE", false},
+    {"CONFIDENTIAL", false},
+    {"DENIED", true},
+    {"DENIED, MUST SEE MD FOR MORE", false},
+    {"DRAFT", true},
+    {"NOT OUR PATIENT", false},
+    {"RECEIVED", true},
+    {"REJECTED", true},
+    {"SENT", true},
+};
+
+}  // namespace
+
+std::string StampList::ReadStamp(const std::string& key) const {
+  std::string value = desktop.ReadProfileString(Section, key, "", StampFilePath(desktop));
+  std::ranges::replace(value, '\0', ' ');
+  value.erase(value.find_last_not_of(' ') + 1);
+  value.erase(0, value.find_first_not_of(' '));
+  return value;
+}
+
+void StampList::WriteStamp(const std::string& key, const std::string& value) const {
+  desktop.WriteProfileString(Section, key, value, StampFilePath(desktop));
+}
+
+void StampList::FillStampList(ImageCombo& combo) {
+  Procedure run(trap, "FillStampList");
+  run([&] { combo.Clear(); });
+  run([&] { AddBuiltInStamps(combo); });
+  run([&] { m_UserStampCount = 0; });
+  run([&] { AddUserStamps(combo); });
+  run([&] { combo.Select(1); });
+}
+
+std::string StampList::NextKey() const { return std::to_string(ToInteger16(m_UserStampCount + 1)); }
+
+void StampList::AddBuiltInStamps(ImageCombo& combo) const {
+  const LocalDate today = desktop.Date();
+  const LocalTime now = desktop.Time();
+  const std::string date = Padded(today.month, 2) + "/" + Padded(today.day, 2) + "/" + Padded(today.year, 4);
+  const std::string time = Padded(now.hour, 2) + ":" + Padded(now.minute, 2) + ":" + Padded(now.second, 2);
+  combo.Add("Dt: " + date);
+  combo.Add(date);
+  combo.Add(date + " " + time);
+  for (const BuiltInStamp& stamp : BuiltInStamps) {
+    const std::string text = stamp.text;
+    combo.Add(text);
+    if (!stamp.isDated) continue;
+    combo.Add(text + " " + date);
+    combo.Add(text + " " + date + " " + time);
+  }
+}
+
+void StampList::AddUserStamps(ImageCombo& combo) {
+  for (;;) {
+    const std::string stamp = ReadStamp(NextKey());
+    if (stamp.empty()) return;
+    combo.Add(stamp);
+    ++m_UserStampCount;
+  }
+}
+
+}  // namespace kw

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "components/Desktop.h"
+#include "components/ImageCombo.h"
+#include "trap/Trap.h"
+
+namespace kw {
+
+// The stamps that are offered: the built-in ones, dated with the moment at which the list is filled, and the user's
+// own, which the profile file stamps.lst in the work folder keeps under the keys 1, 2, 3 and so on.
+class StampList {
+public:
+  // Both must outlive the list.
+  StampList(Desktop& platform, Trap& errorTrap) : desktop(platform), trap(errorTrap) {}
+
+  // The trimmed value of a key, at most 511 characters; empty where there is none.
+  std::string ReadStamp(const std::string& key) const;
+  // A file that cannot be written is not reported.
+  void WriteStamp(const std::string& key, const std::string& value) const;
+
+  // Fills the combo afresh and selects its first item. The first key without a value ends the user's stamps; more than
+  // 32767 of them are a reported error (Overflow), those until then are listed.
+  void FillStampList(ImageCombo& combo);
+  // The user's stamps found by the last filling.
+  std::int16_t UserStampCount() const { return m_UserStampCount; }
+  // The key of the user's stamp behind the last one. Raises Overflow past 32767.
+  std::string NextKey() const;
+
+private:
+  void AddBuiltInStamps(ImageCombo& combo) const;
+  void AddUserStamps(ImageCombo& combo);
+
+  Desktop& desktop;
+  Trap& trap;
+  std::int16_t m_UserStampCount = 0;
+};
+
+}  // namespace kw

@@ -1,0 +1,25 @@
+// The scripted desktop's profile file keeps the promises that the system's keeps.
+
+#include "support/ProfileCases.h"
+#include "support/ScriptedDesktop.h"
+
+namespace kw::test {
+namespace {
+
+TEST(ProfileFile, ReadsAsTheSystemDoes) {
+  ScriptedDesktop desktop;
+  ExpectProfileReadings(desktop);
+}
+
+TEST(ProfileFile, WritesAsTheSystemDoes) {
+  ScriptedDesktop desktop;
+  ExpectProfileWritings(desktop);
+}
+
+TEST(ProfileFile, KeepsEveryText) {
+  ScriptedDesktop desktop;
+  ExpectProfilesToKeepEveryText(desktop);
+}
+
+}  // namespace
+}  // namespace kw::test

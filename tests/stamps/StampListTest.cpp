@@ -1,0 +1,187 @@
+#include "stamps/StampList.h"
+
+#include <filesystem>
+
+#include "support/EditorFixture.h"
+
+namespace kw::test {
+namespace {
+
+class StampLists : public EditorTest {
+protected:
+  StampLists() { desktop.time = {13, 5, 9}; }
+  std::vector<std::string> Filled() {
+    list.FillStampList(combo);
+    std::vector<std::string> texts;
+    for (std::int32_t i = 1; i <= combo.ItemCount(); ++i) texts.push_back(combo.ItemText(i));
+    return texts;
+  }
+  std::vector<std::string> UserStamps() {
+    const std::vector<std::string> all = Filled();
+    return {all.begin() + BuiltIn, all.end()};
+  }
+  std::string ListPath() const { return folder.File("stamps.lst"); }
+  void WriteList(const std::string& content) const { WriteWhole(ListPath(), content); }
+
+  static constexpr int BuiltIn = 25;
+  StampList list{desktop, control->ErrorTrap()};
+  ImageCombo combo{"cmbStamps"};
+};
+
+TEST_F(StampLists, HoldTheBuiltInStampsInTheirOrderWithDateAndTime) {
+  EXPECT_EQ(Filled(), (std::vector<std::string>{
+                          "Dt: 11/15/2026",
+                          "11/15/2026",
+                          "11/15/2026 13:05:09",
+                          "APPROVED",
+                          "APPROVED 11/15/2026",
+                          "APPROVED 11/15/2026 13:05:09",
+                          "APPROVED, BUT MUST SEE MD FOR MORE",
+                          "CONFIDENTIAL",
+                          "DENIED",
+                          "DENIED 11/15/2026",
+                          "DENIED 11/15/2026 13:05:09",
+                          "DENIED, MUST SEE MD FOR MORE",
+                          "DRAFT",
+                          "DRAFT 11/15/2026",
+                          "DRAFT 11/15/2026 13:05:09",
+                          "NOT OUR PATIENT",
+                          "RECEIVED",
+                          "RECEIVED 11/15/2026",
+                          "RECEIVED 11/15/2026 13:05:09",
+                          "REJECTED",
+                          "REJECTED 11/15/2026",
+                          "REJECTED 11/15/2026 13:05:09",
+                          "SENT",
+                          "SENT 11/15/2026",
+                          "SENT 11/15/2026 13:05:09",
+                      }));
+  EXPECT_EQ(combo.SelectedItem(), 1);
+  EXPECT_EQ(list.UserStampCount(), 0);
+  EXPECT_FALSE(Exists(ListPath())) << "reading makes no file";
+}
+
+TEST_F(StampLists, PadDateAndTimeWithZeros) {
+  desktop.date = {2004, 2, 5};
+  desktop.time = {0, 0, 0};
+  EXPECT_EQ(Filled()[2], "02/05/2004 00:00:00");
+  desktop.date = {2024, 2, 29};
+  desktop.time = {23, 59, 59};
+  EXPECT_EQ(Filled()[24], "SENT 02/29/2024 23:59:59");
+  desktop.date = {1999, 12, 31};
+  EXPECT_EQ(Filled()[0], "Dt: 12/31/1999");
+}
+
+TEST_F(StampLists, AreFilledAfresh) {
+  WriteList("[Stamps]\r\n1=ONE\r\n");
+  Filled();
+  RemoveFileAt(ListPath());
+  combo.Select(4);
+  EXPECT_EQ(Filled().size(), 25U);
+  EXPECT_EQ(combo.SelectedItem(), 1);
+  EXPECT_EQ(list.UserStampCount(), 0);
+}
+
+TEST_F(StampLists, EndWithTheFirstKeyThatIsMissing) {
+  WriteList("[Stamps]\r\n1=ONE\r\n2=TWO\r\n4=FOUR\r\n");
+  EXPECT_EQ(UserStamps(), (std::vector<std::string>{"ONE", "TWO"}));
+  EXPECT_EQ(list.UserStampCount(), 2);
+  EXPECT_EQ(list.NextKey(), "3");
+}
+
+TEST_F(StampLists, EndWithTheFirstValueThatIsEmptyOrBlank) {
+  for (const char* empty : {"", "   ", "\"  \"", "\"\""}) {
+    WriteList("[Stamps]\r\n1=ONE\r\n2=" + std::string(empty) + "\r\n3=THREE\r\n");
+    EXPECT_EQ(UserStamps(), (std::vector<std::string>{"ONE"})) << empty;
+  }
+}
+
+TEST_F(StampLists, FollowTheNumbersOfTheKeysNotTheirPlaceInTheFile) {
+  WriteList("[Stamps]\r\n2=TWO\r\n1=ONE\r\n01=OTHER\r\n");
+  EXPECT_EQ(UserStamps(), (std::vector<std::string>{"ONE", "TWO"}));
+}
+
+TEST_F(StampLists, TrimStampsAndCutThemAt511Characters) {
+  WriteList("[Stamps]\r\n1=   SEEN BY ME  \r\n2=\"  QUOTED  \"\r\n3=" + std::string(600, 'x') +
+            "\r\n4=a = \"b\" = c\r\n");
+  EXPECT_EQ(UserStamps(), (std::vector<std::string>{"SEEN BY ME", "QUOTED", std::string(511, 'x'), "a = \"b\" = c"}));
+}
+
+TEST_F(StampLists, KeepTextOfEveryLanguage) {
+  list.WriteStamp("1", "GEPRÜFT – 承認 ✓");
+  EXPECT_EQ(UserStamps(), (std::vector<std::string>{"GEPRÜFT – 承認 ✓"}));
+}
+
+TEST_F(StampLists, TurnNullCharactersIntoBlanks) {
+  class NullDesktop : public ScriptedDesktop {
+  public:
+    std::string ReadProfileString(const std::string&, const std::string& key, const std::string& defaultValue,
+                                  const std::string&) override {
+      return key == "1" ? std::string(" \0A\0B\0\0", 7) : defaultValue;
+    }
+  } nulls;
+  EXPECT_EQ(StampList(nulls, control->ErrorTrap()).ReadStamp("1"), "A B");
+  EXPECT_EQ(StampList(nulls, control->ErrorTrap()).ReadStamp("2"), "");
+}
+
+TEST_F(StampLists, AreReadFromTheWorkFolder) {
+  AppDir.clear();
+  desktop.applicationFolder = folder.File("program");
+  std::filesystem::create_directory(folder.Native() / "program");
+  WriteWhole(folder.File("program\\stamps.lst"), "[Stamps]\r\n1=HERE\r\n");
+  EXPECT_EQ(list.ReadStamp("1"), "HERE");
+  AppDir = folder.File("office");
+  std::filesystem::create_directory(folder.Native() / "office");
+  list.WriteStamp("1", "THERE");
+  EXPECT_EQ(ReadWhole(folder.File("office\\stamps.lst")), "[Stamps]\r\n1=THERE\r\n");
+}
+
+TEST_F(StampLists, OfAnUnreadableFileAreTheBuiltInStamps) {
+  for (const std::string& content :
+       {std::string(), std::string("\0\1\2\xFF\xFE garbage [Stamps 1=x", 25), std::string("1=A\r\n2=B\r\n")}) {
+    WriteList(content);
+    EXPECT_EQ(Filled().size(), 25U);
+    EXPECT_EQ(ReadWhole(ListPath()), content);
+  }
+  EXPECT_TRUE(events.errors.empty());
+}
+
+TEST_F(StampLists, OfTenMegabytesAreRead) {
+  std::string content = "[Other]\r\n";
+  while (content.size() < 10'000'000) content += "filler=" + std::string(1000, 'f') + "\r\n";
+  WriteList(content + "[Stamps]\r\n1=FAR\r\n2=AWAY\r\n");
+  EXPECT_EQ(UserStamps(), (std::vector<std::string>{"FAR", "AWAY"}));
+}
+
+TEST_F(StampLists, OfAFolderThatCannotBeWrittenReportNothing) {
+  AppDir = folder.File("missing\\");
+  list.WriteStamp("1", "LOST");
+  EXPECT_EQ(list.ReadStamp("1"), "");
+  EXPECT_TRUE(desktop.boxes.empty());
+}
+
+// So many stamps that their number does not fit 16 bits.
+class EndlessDesktop : public ScriptedDesktop {
+public:
+  std::string ReadProfileString(const std::string&, const std::string& key, const std::string&,
+                                const std::string&) override {
+    return std::stoi(key) <= 40000 ? "STAMP " + key : "";
+  }
+};
+
+TEST_F(StampLists, OfMoreThan32767StampsAreARunTimeErrorAndEndThere) {
+  EndlessDesktop endless;
+  StampList longList(endless, control->ErrorTrap());
+  longList.FillStampList(combo);
+  EXPECT_EQ(events.errors, (std::vector<int>{static_cast<int>(ErrorNumber::Overflow)}));
+  ASSERT_EQ(desktop.boxes.size(), 1U);
+  EXPECT_EQ(desktop.boxes[0].title, "Critical Error");
+  EXPECT_FALSE(control->GetEnabled());
+  EXPECT_EQ(longList.UserStampCount(), 32767);
+  EXPECT_EQ(combo.ItemCount(), BuiltIn + 32767);
+  EXPECT_EQ(combo.ItemText(combo.ItemCount()), "STAMP 32767");
+  EXPECT_EQ(combo.SelectedItem(), 1) << "the procedure goes on to its end";
+}
+
+}  // namespace
+}  // namespace kw::test
