@@ -39,6 +39,10 @@ void DrawingTools::picCanvas_MouseDown(std::int16_t button, std::int16_t shift, 
   }
   if (button == Mouse::RightButton) return;
   run([&] { layers.PassPress(0); });
+  if (run.Ask<bool>([&] { return IsPressed("Stamp"); }, false)) {
+    run([&] { StampRequested.Raise(x, y); });
+    return;
+  }
   run([&] { BeginDrag(x, y); });
   run([&] {
     if (IsPressed("Pen"))

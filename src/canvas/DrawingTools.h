@@ -21,6 +21,9 @@ public:
   void picCanvas_MouseMove(std::int16_t button, std::int16_t shift, float x, float y);
   void picCanvas_MouseUp(std::int16_t button, std::int16_t shift, float x, float y);
 
+  // The stamp tool was used at this point of the canvas.
+  Event<float, float> StampRequested;
+
 private:
   bool IsPressed(const char* tool) const { return form.tbrEditingTools.ButtonOf(tool).pressed; }
   // The topmost visible floating layer at a point; 0 where there is none.

@@ -23,6 +23,7 @@ KwEditorLayers::KwEditorLayers(Desktop& platform, EditorEvents& container)
       keyboard(form, trap, dispatcher, layers, zoom),
       drawingTools(platform, form, trap, layers),
       clipboardWatch(platform, form, trap, *this),
+      stampTool(platform, form, trap, layers, signatureImage),
       printing({platform, form, trap, document, KWPic, KWPicTempBuffer}),
       scanning(form, trap, clipboardWatch, dispatcher) {
   ConnectEvents();
@@ -56,6 +57,8 @@ void KwEditorLayers::ConnectEvents() {
   dispatcher.SelectScanner.Connect([this] { scanning.SelectScanner(); });
   dispatcher.Acquire.Connect([this] { scanning.Acquire(); });
   form.Label2.Click.Connect([this] { Label2_Click(); });
+
+  drawingTools.StampRequested.Connect([this](float x, float y) { stampTool.PlaceStamp(x, y); });
 
   trap.ErrorOccured.Connect(
       [this](std::int16_t& number, std::string& message) { events.ErrorOccured(number, message); });

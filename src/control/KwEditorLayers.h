@@ -22,6 +22,7 @@
 #include "form/EditorForm.h"
 #include "layers/Layers.h"
 #include "picture/KWPicEd.h"
+#include "stamps/StampTool.h"
 #include "trap/Trap.h"
 #include "view/Borders.h"
 #include "view/Scrolling.h"
@@ -139,6 +140,8 @@ private:
   Keyboard keyboard;
   DrawingTools drawingTools;
   ClipboardWatch clipboardWatch;
+  Bitmap signatureImage;
+  StampTool stampTool;
   Printing printing;
   Scanning scanning;
 
@@ -148,7 +151,6 @@ private:
   bool m_IsEditable = true;
   bool m_IsSaveButtonEnabled = true;
   std::int16_t m_MaxUndoLevels = 5;
-  Bitmap signatureImage;
 };
 
 }  // namespace kw

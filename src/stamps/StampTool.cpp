@@ -1,0 +1,71 @@
+#include "stamps/StampTool.h"
+
+#include <cmath>
+
+#include "drawing/CanvasItems.h"
+#include "trap/Procedure.h"
+
+namespace kw {
+
+StampTool::StampTool(Desktop& platform, EditorForm& editorForm, Trap& errorTrap, Layers& layerArray,
+                     const Bitmap& signatureInk)
+    : desktop(platform), form(editorForm), trap(errorTrap), layers(layerArray), signature(signatureInk) {}
+
+void StampTool::PlaceStamp(float x, float y) {
+  Procedure run(trap, "PlaceStamp");
+  frmApprovedXTimes dialog(desktop, trap);
+  TransparentPicture previewText("previewText");
+  TransparentPicture previewSignature("previewSignature");
+  for (TransparentPicture* layer : {&previewText, &previewSignature}) {
+    run([&] { layer->SetContainer(&dialog.picPreview); });
+  }
+  dialog.Preview.Connect([&] { ShowPreview(dialog, previewText, previewSignature); });
+  run([&] { dialog.LastStampSelected = lastStamp; });
+  run([&] { dialog.NoOfTimes = noOfTimes; });
+  run([&] { dialog.chkAttachSignature.SetValue(isToAttachSignature); });
+  run([&] { dialog.chkAttachSignature.SetEnabled(!signature.IsEmpty()); });
+  run([&] { dialog.ShowModal(); });
+  if (dialog.IsCancelled) return;
+  run([&] { lastStamp = dialog.LastStampSelected; });
+  run([&] { noOfTimes = dialog.NoOfTimes; });
+  run([&] { isToAttachSignature = dialog.IsToAttachSignature; });
+  run([&] { MakeLayers(StampOf(dialog.StampString, isToAttachSignature), x, y); });
+}
+
+Stamp StampTool::StampOf(const std::string& text, bool hasSignature) const {
+  Stamp stamp;
+  stamp.text = text;
+  stamp.font = layers.CurrentLayer().TextFont();
+  stamp.font.bold = true;
+  stamp.colour = form.SampleForeGroundColor.BackColor();
+  if (hasSignature) stamp.signature = signature;
+  return stamp;
+}
+
+void StampTool::ShowPreview(frmApprovedXTimes& dialog, TransparentPicture& text, TransparentPicture& picture) const {
+  constexpr std::int32_t margin = 4;
+  const Stamp stamp = StampOf(dialog.ComposedStamp(), dialog.chkAttachSignature.Value());
+  const PixelRect box = PixelsOf(dialog.picPreview);
+  const PixelRect page = Inset({0, 0, box.Width(), box.Height()}, margin);
+  const StampPlaces places = Arrange(desktop, stamp, page, margin, margin);
+  ShowText(text, stamp, places.text);
+  ShowSignature(picture, stamp, places.signature);
+}
+
+void StampTool::MakeLayers(const Stamp& stamp, float x, float y) {
+  const PixelRect page = PixelsOf(form.TransLayers(Layers::PageLayer));
+  const StampPlaces places = Arrange(desktop, stamp, page, static_cast<std::int32_t>(std::lround(x)),
+                                     static_cast<std::int32_t>(std::lround(y)));
+  if (!places.text.IsEmpty()) {
+    TransparentPicture& layer = layers.NewLayer();
+    ShowText(layer, stamp, places.text);
+    layer.SetVisible(true);
+  }
+  if (!places.signature.IsEmpty()) {
+    TransparentPicture& layer = layers.NewLayer();
+    ShowSignature(layer, stamp, places.signature);
+    layer.SetVisible(true);
+  }
+}
+
+}  // namespace kw
