@@ -1,6 +1,5 @@
 #include "windows/WindowsDesktop.h"
 
-#include <array>
 #include <map>
 #include <vector>
 
@@ -12,6 +11,7 @@
 #include "windows/ModalWindow.h"
 #include "windows/Mouse.h"
 #include "windows/Printer.h"
+#include "windows/ProfileFile.h"
 #include "windows/Text.h"
 #include "windows/TextDrawing.h"
 
@@ -191,17 +191,12 @@ void WindowsDesktop::DoEvents() {
 
 std::string WindowsDesktop::ReadProfileString(const std::string& section, const std::string& key,
                                               const std::string& defaultValue, const std::string& path) {
-  std::array<wchar_t, 512> value = {};
-  const DWORD length =
-      GetPrivateProfileStringW(ToWide(section).c_str(), ToWide(key).c_str(), ToWide(defaultValue).c_str(), value.data(),
-                               static_cast<DWORD>(value.size()), ToWide(path).c_str());
-  return FromWide({value.data(), length});
+  return ReadProfileValue(section, key, defaultValue, path);
 }
 
 bool WindowsDesktop::WriteProfileString(const std::string& section, const std::string& key, const std::string& value,
                                         const std::string& path) {
-  return WritePrivateProfileStringW(ToWide(section).c_str(), ToWide(key).c_str(), ToWide(value).c_str(),
-                                    ToWide(path).c_str()) != FALSE;
+  return WriteProfileValue(section, key, value, path);
 }
 
 std::string WindowsDesktop::ApplicationFolder() const {
