@@ -1,8 +1,9 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 
+#include "canvas/LayerTools.h"
+#include "canvas/PenStroke.h"
 #include "components/Desktop.h"
 #include "form/EditorForm.h"
 #include "layers/Layers.h"
@@ -14,7 +15,7 @@ namespace kw {
 // floating layer. These handlers run at mouse rate and trace nothing.
 class DrawingTools {
 public:
-  DrawingTools(Desktop& platform, EditorForm& editorForm, Trap& errorTrap, Layers& layerArray);
+  DrawingTools(Desktop& platform, EditorForm& editorForm, Trap& errorTrap, Layers& layerArray, LayerTools& layerMaker);
 
   // Positions in canvas units.
   void picCanvas_MouseDown(std::int16_t button, std::int16_t shift, float x, float y);
@@ -26,22 +27,23 @@ public:
 
 private:
   bool IsPressed(const char* tool) const { return form.tbrEditingTools.ButtonOf(tool).pressed; }
+  // The pen, and the rubber, which draws in the background colour.
+  bool IsStrokeTool() const { return IsPressed("Pen") || IsPressed("Rubber"); }
   // The topmost visible floating layer at a point; 0 where there is none.
   std::int16_t LayerAt(float x, float y) const;
-  void GiveToLayer(std::int16_t layer);
   void BeginDrag(float x, float y);
-  void LayFirstMarker();
-  void LayMarker(float x, float y);
+  void BeginStroke(float x, float y);
+  void ContinueStroke(float x, float y);
   void ShowHover(float x, float y);
   void DrawRubberBand(float x, float y);
   void EndDrag(Procedure& run);
-  void MakeLayer(Procedure& run);
-  void EndStroke(Procedure& run);
 
   Desktop& desktop;
   EditorForm& form;
   Trap& trap;
   Layers& layers;
+  LayerTools& layerTools;
+  PenStroke stroke;
 };
 
 }  // namespace kw

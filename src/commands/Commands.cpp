@@ -4,6 +4,7 @@
 
 #include "commands/Dispatcher.h"
 #include "components/Arithmetic.h"
+#include "document/GraphicFiles.h"
 #include "trap/Procedure.h"
 
 namespace kw {
@@ -150,9 +151,7 @@ void Dispatcher::FontSettings(const Command& /*row*/) {
 
 void Dispatcher::Open(const Command& /*row*/) {
   OpenDialog dialog;
-  dialog.filter =
-      "All Supported Graphic Files (*.jpg, *.jpeg, *.bmp, *.tif, *.fmf, *.gif)|"
-      "*.jpg; *.jpeg; *.bmp; *.tif; *.fmf; *.gif";
+  dialog.filter = SupportedGraphicFiles;
   dialog.filterIndex = 2;
   for (;;) {
     if (!desktop.ShowOpen(dialog)) Raise(ErrorNumber::Cancelled);

@@ -31,7 +31,10 @@ void Keyboard::picCanvas_KeyDown(std::int16_t keyCode, std::int16_t shift) {
 void Keyboard::picCanvas_KeyPress(std::int16_t keyAscii) {
   Procedure run(trap, "picCanvas_KeyPress");
   if (!layers.HasPage()) return;
-  if (keyAscii == Escape) run([&] { zoom.UpdateAndZoom(); });
+  if (keyAscii == Escape) {
+    run([&] { zoom.UpdateAndZoom(); });
+    run([&] { layers.AbandonDrag(); });
+  }
   run([&] {
     if (keyAscii == Ctrl('A'))
       mnuSelectAll_Click();

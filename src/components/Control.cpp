@@ -102,7 +102,9 @@ void Control::SetContainer(Control* newContainer) {
   if (container == newContainer) return;
   if (container != nullptr) {
     if (container->view != nullptr) container->view->ChildRemoved(*this);
-    std::erase(container->children, this);
+    // Of many children the last ones come and go.
+    auto& siblings = container->children;
+    siblings.erase(std::prev(std::find(siblings.rbegin(), siblings.rend(), this).base()));
   }
   container = newContainer;
   if (container != nullptr) {

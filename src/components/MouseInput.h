@@ -12,6 +12,8 @@ struct MouseInput {
   Event<std::int16_t, std::int16_t, float, float> MouseDown;
   Event<std::int16_t, std::int16_t, float, float> MouseMove;
   Event<std::int16_t, std::int16_t, float, float> MouseUp;
+  // The mouse was taken away while a button was down: no release will come.
+  Event<> MouseLost;
   Event<> Click;
   Event<> DblClick;
 };

@@ -97,7 +97,7 @@ public:
   KWPicEd& Engine() { return KWPic; }
 
   // The signature as it is placed: its ink on transparent paper (see SignatureInk). Empty without one.
-  const Bitmap& SignatureImage() const { return signatureImage; }
+  const Bitmap& SignatureImage() const override { return signatureImage; }
 
 private:
   void UserControl_Paint();
@@ -138,6 +138,7 @@ private:
   ColourPicker colourPicker;
   Dispatcher dispatcher;
   Keyboard keyboard;
+  LayerTools layerTools;
   DrawingTools drawingTools;
   ClipboardWatch clipboardWatch;
   Bitmap signatureImage;

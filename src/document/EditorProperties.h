@@ -1,5 +1,7 @@
 #pragma once
 
+#include "components/Bitmap.h"
+
 namespace kw {
 
 // The properties of the control as its own procedures use them: read and written like a host does, trace included.
@@ -19,6 +21,8 @@ public:
   virtual void LetIsToolboxVisible(bool value) = 0;
   virtual bool GetIsToShowBackImage() = 0;
   virtual void LetIsToShowBackImage(bool value) = 0;
+  // The ink of the signature on transparent paper; empty without one.
+  virtual const Bitmap& SignatureImage() const = 0;
   virtual void SavePage() = 0;
 };
 

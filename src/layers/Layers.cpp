@@ -16,10 +16,11 @@ void UnloadAbove(ControlArray<T>& array, std::int16_t last) {
 }  // namespace
 
 Layers::Layers(Desktop& platform, EditorForm& editorForm, Trap& errorTrap)
-    : desktop(platform), form(editorForm), trap(errorTrap), stacking(editorForm) {
+    : desktop(platform), form(editorForm), trap(errorTrap), stacking(editorForm), pickedDrag(editorForm) {
   form.TransLayers.ConnectItems([this](TransparentPicture& layer) {
     const std::int16_t index = layer.Index().value_or(0);
     layer.Change.Connect([this] { TransLayers_Change(); });
+    layer.Typed.Connect([this, &layer] { GrowToText(layer); });
     layer.Activate.Connect([this, index] { TransLayers_Activate(index); });
     layer.Deactivate.Connect([this, index] { TransLayers_Deactivate(index); });
     ConnectMouse(layer);
@@ -57,8 +58,8 @@ TransparentPicture& Layers::NewLayer() {
 
 void Layers::UnloadLayerItems() {
   Procedure run(trap, "UnloadLayerItems");
+  run([&] { AbandonDrag(); });
   run([&] { UnloadAbove(form.TransLayers, PageLayer); });
-  run([&] { UnloadAbove(form.point1, 0); });
   run([&] { stacking.Reset(); });
   run([&] {
     if (!form.TransLayers.IsLoaded(m_CurrentLayer)) m_CurrentLayer = PageLayer;
@@ -81,6 +82,43 @@ void Layers::PassPress(std::int16_t index) {
   activeLayer = index;
   if (before != index && before != 0) form.TransLayers(before).GiveUpActivation();
   if (index != 0) form.TransLayers(index).TakePress();
+}
+
+void Layers::PassPress(std::int16_t index, float x, float y) {
+  const bool wasActive = activeLayer == index;
+  PassPress(index);
+  if (!form.TransLayers.IsLoaded(index)) return;
+  const TransparentPicture& layer = form.TransLayers(index);
+  if (layer.SelectionFrame() == 0 || !form.tbrEditingTools.ButtonOf("NoTools").pressed) return;
+  isSecondPress = wasActive;
+  pickedDrag.Begin(index, x, y);
+}
+
+void Layers::EndPickedDrag() {
+  if (!pickedDrag.IsUnderWay()) return;
+  const bool hasMoved = pickedDrag.End();
+  if (!hasMoved && isSecondPress && form.TransLayers.IsLoaded(activeLayer)) {
+    form.TransLayers(activeLayer).SetTyping(true);
+  }
+}
+
+void Layers::AbandonDrag() {
+  drag.m_IsMouseDown = false;
+  pickedDrag.Cancel();
+  form.tmrMoveLayer.SetEnabled(false);
+  form.fr.SetVisible(false);
+  UnloadAbove(form.point1, 0);
+  form.point1(0).SetVisible(false);
+}
+
+void Layers::GrowToText(TransparentPicture& layer) {
+  Procedure run(trap);
+  run([&] {
+    const auto width = std::max<std::int32_t>(1, RoundToEven<std::int32_t>(layer.Width()));
+    const TextExtent room = desktop.MeasureText(layer.Caption(), layer.TextFont(), width);
+    const auto height = static_cast<float>(room.height);
+    if (height > layer.Height()) layer.SetHeight(height);
+  });
 }
 
 void Layers::TransLayers_Change() {

@@ -7,6 +7,7 @@
 #include "components/Desktop.h"
 #include "components/Event.h"
 #include "form/EditorForm.h"
+#include "layers/LayerDrag.h"
 #include "layers/Stacking.h"
 #include "trap/Trap.h"
 
@@ -35,6 +36,7 @@ public:
   std::int16_t CurrentLayerIndex() const { return m_CurrentLayer; }
   void SetCurrentLayer(std::int16_t index) { m_CurrentLayer = index; }
   DragState& Drag() { return drag; }
+  LayerDrag& PickedDrag() { return pickedDrag; }
   Stacking& ZOrder() { return stacking; }
 
   // Loads the next layer as a hidden copy of the template, on top of all, with the present line size. Raises
@@ -46,8 +48,14 @@ public:
   // Moves the current layer past the next one that it overlaps; true when there was one.
   bool BringForward();
   bool SendBackward();
-  // Hands a press to a layer: it becomes the active one, and the one that was is released.
+  // Hands a press to a layer, or to none with index 0: it becomes the active one, and the one that was is released.
   void PassPress(std::int16_t index);
+  // Hands it a press of the left button at a point of the canvas: with the pointer tool a drag of the layer begins.
+  void PassPress(std::int16_t index, float x, float y);
+  // The release of that button: the layer lands. A second press on a layer of text that moves nothing begins typing.
+  void EndPickedDrag();
+  // Back to rest, whatever the mouse was doing; nothing of it remains on the canvas.
+  void AbandonDrag();
 
   // Enables what needs a page, or disables it, and shows the page's size.
   void TransLayers_Change();
@@ -66,6 +74,8 @@ public:
   Event<> BeforeLabelLayer;
 
 private:
+  // A layer grows with the lines that are typed into it.
+  void GrowToText(TransparentPicture& layer);
   void ConnectMouse(TransparentPicture& layer);
   void Forward(const char* procedure, const CanvasHandler& handler, const Control& layer, std::int16_t button,
                std::int16_t shift, float x, float y);
@@ -79,6 +89,8 @@ private:
   Stacking stacking;
   std::minstd_rand generator;
   DragState drag;
+  LayerDrag pickedDrag;
+  bool isSecondPress = false;
   std::int16_t m_CurrentLayer = PageLayer;
   std::int16_t activeLayer = 0;  // 0: none
 };

@@ -59,7 +59,7 @@ bool Stacking::SendBackward(std::int16_t layer) {
 
 void Stacking::BringToFront(std::int16_t layer) {
   const std::size_t position = PositionOf(layer);
-  if (position < 2 || position > m_LayerZOrder.size()) return;
+  if (position < 2 || position >= m_LayerZOrder.size()) return;  // the last one is in front already
   const auto place = m_LayerZOrder.begin() + static_cast<std::ptrdiff_t>(position) - 1;
   std::rotate(place, place + 1, m_LayerZOrder.end());
   form.TransLayers(layer).ZOrder();

@@ -89,8 +89,10 @@ void PictureBoxView::OnMouse(const MouseEvent& event) {
 }
 
 void PictureBoxView::OnMouseLost() {
+  const bool wasHolding = isHolding;
   isHolding = false;
   held = nullptr;
+  if (wasHolding && IsAttached()) box.MouseLost.Raise();
 }
 
 void PictureBoxView::TakeFocus() {

@@ -65,8 +65,14 @@ TEST_F(Drawing, APressOnALayersEdgeIsTheLayersAndDrawsNoBand) {
   Press(150, 150);
   EXPECT_FALSE(Room().Drag().m_IsMouseDown);
   EXPECT_EQ(Room().CurrentLayerIndex(), 2);
+  Release(150, 150);
+  Choose("Rectangle");
+  Press(150, 150);
   Drag(170, 170);
+  EXPECT_FALSE(Room().Drag().m_IsMouseDown);
   EXPECT_FALSE(Form().fr.Visible());
+  Release(170, 170);
+  EXPECT_EQ(Form().TransLayers.UBound(), 2);
 }
 
 TEST_F(Drawing, AHiddenLayerTakesNoPressAndTheTopmostTakesIt) {
