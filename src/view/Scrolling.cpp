@@ -67,7 +67,7 @@ void Scrolling::vScroll_GotFocus() {
   run([&] {
     if (form.picCanvas.CanTakeFocus())
       form.picCanvas.SetFocus();
-    else
+    else if (form.picFrame.CanTakeFocus())
       form.picFrame.SetFocus();
   });
 }
