@@ -20,6 +20,11 @@ if(KW_SANITIZE)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
+option(KW_FUZZ "Build the fuzz targets, with everything instrumented for libFuzzer (Clang)" OFF)
+if(KW_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 if(WIN32)
   add_compile_definitions(UNICODE _UNICODE _WIN32_WINNT=0x0601 NOMINMAX STRICT)
   # Nothing is installed beside the control: the compiler's run time is inside it.

@@ -14,22 +14,33 @@
 #include "components/RunTimeError.h"
 #include "picture/Unreadable.h"
 
+// Standard C++ cannot ask for this, and no header of the system belongs here.
+#ifdef _WIN32
+extern "C" int _commit(int file);
+#else
+extern "C" int fsync(int file);
+#endif
+
 namespace kw {
 namespace {
 
+enum class Use { Read, Create, Change };
+
 #ifdef _WIN32
-std::FILE* OpenFile(const std::filesystem::path& path, bool toWrite) {
-  return _wfopen(path.c_str(), toWrite ? L"w+b" : L"rb");
+std::FILE* OpenFile(const std::filesystem::path& path, Use use) {
+  return _wfopen(path.c_str(), use == Use::Read ? L"rb" : use == Use::Create ? L"w+b" : L"r+b");
 }
+bool WriteThrough(std::FILE* file) { return _commit(_fileno(file)) == 0; }
 // The standard library's own looks the file up first, which fails for long paths.
 void RemoveFile(const std::filesystem::path& path) { _wremove(path.c_str()); }
 bool SeekFile(std::FILE* file, std::int64_t offset, int origin) { return _fseeki64(file, offset, origin) == 0; }
 std::int64_t TellFile(std::FILE* file) { return _ftelli64(file); }
 constexpr std::string_view FolderEnds = "\\/:";
 #else
-std::FILE* OpenFile(const std::filesystem::path& path, bool toWrite) {
-  return std::fopen(path.c_str(), toWrite ? "w+b" : "rb");
+std::FILE* OpenFile(const std::filesystem::path& path, Use use) {
+  return std::fopen(path.c_str(), use == Use::Read ? "rb" : use == Use::Create ? "w+b" : "r+b");
 }
+bool WriteThrough(std::FILE* file) { return fsync(fileno(file)) == 0; }
 void RemoveFile(const std::filesystem::path& path) { std::remove(path.c_str()); }
 bool SeekFile(std::FILE* file, std::int64_t offset, int origin) { return fseeko(file, offset, origin) == 0; }
 std::int64_t TellFile(std::FILE* file) { return ftello(file); }
@@ -94,6 +105,22 @@ std::uint64_t FileStream::Size() noexcept {
   return size < 0 ? 0 : static_cast<std::uint64_t>(size);
 }
 
+bool FileStream::Settle() noexcept {
+  errno = 0;
+  if (failure == 0 && (std::fflush(file.get()) != 0 || !WriteThrough(file.get()))) failure = errno != 0 ? errno : EIO;
+  return failure == 0;
+}
+
+void FileStream::RaiseFailure() const {
+  if (failure != 0) RaiseFileError({failure, std::generic_category()});
+}
+
+void FileStream::Close() {
+  errno = 0;
+  if (std::fclose(file.release()) != 0 && failure == 0) failure = errno != 0 ? errno : EIO;
+  RaiseFailure();
+}
+
 InputFile::InputFile(const std::string& path) {
   namespace fs = std::filesystem;
   const fs::path native = ToFilesystemPath(path);
@@ -105,7 +132,7 @@ InputFile::InputFile(const std::string& path) {
   if (type != fs::file_type::regular && type != fs::file_type::not_found && type != fs::file_type::none) {
     RaiseUnreadable("The path does not name a file that can be read.");
   }
-  file.reset(OpenFile(native, false));
+  file.reset(OpenFile(native, Use::Read));
   if (file == nullptr) {
     RaiseUnreadable(type == fs::file_type::not_found ? "The file does not exist."
                                                      : "The file cannot be opened: it is in use or access is denied.");
@@ -115,9 +142,15 @@ InputFile::InputFile(const std::string& path) {
   if (stamp.size == 0) RaiseUnreadable("The file is empty.");
 }
 
+ChangedFile::ChangedFile(const std::string& path) {
+  errno = 0;
+  file.reset(OpenFile(ToFilesystemPath(path), Use::Change));
+  if (file == nullptr) RaiseFileError({errno, std::generic_category()});
+}
+
 OutputFile::OutputFile(const std::string& target) : path(target), temporary(TemporaryBeside(target)) {
   errno = 0;
-  file.reset(OpenFile(temporary, true));
+  file.reset(OpenFile(temporary, Use::Create));
   if (file == nullptr) RaiseFileError({errno, std::generic_category()});
 }
 
@@ -127,16 +160,8 @@ OutputFile::~OutputFile() {
   RemoveFile(temporary);
 }
 
-void OutputFile::RaiseFailure() const {
-  if (failure != 0) RaiseFileError({failure, std::generic_category()});
-}
-
 void OutputFile::Commit() {
-  errno = 0;
-  // Closing writes what is still buffered, so it can be the step that fails.
-  if (std::fclose(file.release()) != 0 && failure == 0) failure = errno != 0 ? errno : EIO;
-  RaiseFailure();
-
+  Close();
   const std::filesystem::path target = ToFilesystemPath(path);
   std::error_code error;
   // A virus scanner may hold the new file, or an indexer the old one, for a moment.

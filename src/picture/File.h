@@ -23,8 +23,14 @@ public:
   std::uint64_t Position() const noexcept override { return position; }
   std::uint64_t Size() noexcept override;
 
+  bool Settle() noexcept override;
+  // Raises PathNotFound, PermissionDenied, DiskFull or PathFileAccessError for the first write that failed, if one did.
+  void RaiseFailure() const;
+
 protected:
   FileStream() = default;
+  // Closing writes what is still buffered, so it can be the step that fails; raises the same errors.
+  void Close();
   std::unique_ptr<std::FILE, CloseFile> file;
   // errno of the first write or seek that failed; 0 while all went well.
   int failure = 0;
@@ -61,12 +67,19 @@ public:
   ~OutputFile() override;
   // Raises the same errors, also for a write that failed before.
   void Commit();
-  // Raises the error of the first write that failed, if one did.
-  void RaiseFailure() const;
 
 private:
   std::string path;
   std::filesystem::path temporary;
+};
+
+// An existing file that is changed in place. What Settle() let through is on the disk whatever happens then.
+class ChangedFile : public FileStream {
+public:
+  // Raises the errors of FileStream.
+  explicit ChangedFile(const std::string& path);
+  // Raises the same errors, also for a write that failed before.
+  void Finish() { Close(); }
 };
 
 }  // namespace kw

@@ -13,6 +13,7 @@
 #include "picture/Depth.h"
 #include "picture/Signature.h"
 #include "picture/Unreadable.h"
+#include "picture/formats/Formats.h"
 
 namespace kw {
 namespace {
@@ -45,9 +46,9 @@ void KWPicEd::Open(const std::string& path) {
   const std::size_t count = file.Read(head.data(), head.size());
   const PictureFormat* format = FormatOfContent({head.data(), count});
   if (format == nullptr) RaiseUnreadable("The file is not a picture of a known format.");
-  auto source = format->open(file, ReadLimits{});
+  auto source = format->open(file, options.reading);
   const std::int16_t bits = source->StoredBitsPerPixel(file, 1);
-  if (source->PageCount() == 1) current = source->Read(file, 1);
+  if (source->PageCount() == 1) current = source->Read(file, 1, warning);
   document = {path, file.Stamp(), format, std::move(source)};
   selected = 1;
   pageValue = bits;
@@ -75,11 +76,16 @@ void KWPicEd::SelectPage(std::int32_t page) {
   current = {};
 }
 
+std::string KWPicEd::Warning() const {
+  Current();
+  return warning;
+}
+
 const Bitmap& KWPicEd::Current() const {
   if (current.IsEmpty() && document.source != nullptr) {
     InputFile file(document.path);
     RequireUnchanged(file);
-    current = document.source->Read(file, selected);
+    current = document.source->Read(file, selected, warning);
   }
   return current;
 }
@@ -96,6 +102,7 @@ void KWPicEd::Replace(Bitmap picture) {
   selected = picture.IsEmpty() ? 0 : 1;
   pageValue = static_cast<std::int16_t>(picture.BitsPerPixel());
   current = std::move(picture);
+  warning.clear();
 }
 
 void KWPicEd::ConvertToBitsPerPixel(std::int16_t& bitsPerPixel) {
@@ -138,7 +145,7 @@ void KWPicEd::Apply(std::string_view command) {
   if (effect->procedure != nullptr) Replace(std::exchange(current, {}));
 }
 
-bool KWPicEd::SaveAsStored(OutputFile& to) const {
+bool KWPicEd::SaveAsStored(Stream& to) const {
   std::unique_ptr<InputFile> file;
   try {
     file = std::make_unique<InputFile>(document.path);
@@ -160,7 +167,7 @@ void KWPicEd::Save(const std::string& path) {
   if (overItself) Current();
   OutputFile file(path);
   try {
-    if (document.format != format || !SaveAsStored(file)) format->write(Current(), file, WriteOptions{});
+    if (document.format != format || !SaveAsStored(file)) format->write(Current(), file, options.writing);
   } catch (...) {
     // A codec that could not write does not know why; the file does.
     file.RaiseFailure();
@@ -168,6 +175,42 @@ void KWPicEd::Save(const std::string& path) {
   }
   file.Commit();
   if (overItself) document = {};
+}
+
+void KWPicEd::AppendTo(PageAppender& target) const {
+  if (PageCount() == 0) Raise(ErrorNumber::ObjectVariableNotSet);
+  if (document.format != nullptr && document.format->append != nullptr) {
+    MemoryFile stored;
+    if (SaveAsStored(stored) && target.Append(stored)) return;
+  }
+  MemoryFile page;
+  TiffFormat.write(Current(), page, options.writing);
+  if (!target.Append(page)) RaiseUnreadable("The page cannot be added to the document.");
+}
+
+void KWPicEd::Append(const std::string& path) {
+  const PictureFormat* format = FormatOfPath(path);
+  if (format == nullptr || format->append == nullptr) Raise(ErrorNumber::InvalidProcedureCall);
+  const auto appendTo = [&](FileStream& file) {
+    try {
+      AppendTo(*format->append(file));
+    } catch (...) {
+      file.RaiseFailure();
+      throw;
+    }
+  };
+  std::error_code ignored;
+  if (!std::filesystem::exists(ToFilesystemPath(path), ignored)) {
+    OutputFile file(path);
+    appendTo(file);
+    file.Commit();
+    return;
+  }
+  // A file that changed gives no more pages, so what it is to give now is decoded before.
+  if (document.source != nullptr && IsSameFile(path, document.path)) Replace(Bitmap(Current()));
+  ChangedFile file(path);
+  appendTo(file);
+  file.Finish();
 }
 
 }  // namespace kw

@@ -24,12 +24,30 @@ class KWPicEd : public PictureEngine {
 public:
   bool Load(const std::string& path) override;
   std::string LastLoadError() const override { return lastLoadError; }
+  // What of the current page could not be read, as whole sentences; empty where all of it was. Decodes the page.
+  std::string Warning() const;
+
+  // What reading and saving keep to, from the next file on.
+  struct Options {
+    // The memory for the pixels of one page; a larger one cannot be read.
+    ReadLimits reading;
+    WriteOptions writing;
+  };
+  Options& GetOptions() { return options; }
 
   std::int32_t PageCount() const override;
   void SelectPage(std::int32_t page) override;
   std::int16_t PageValue() const override { return pageValue; }
 
   void Save(const std::string& path) override;
+
+  // Adds the current page to the end of the document `path`, whose format has to be one of several pages (fmf, TIFF); a
+  // file that does not exist is made. The pages that it has stay untouched even where the machine stops meanwhile. A
+  // page of such a format that was not changed keeps its coded pixels. Raises InvalidProcedureCall for another format,
+  // InvalidPicture for a file that is not of its format, and the errors of Save.
+  void Append(const std::string& path);
+  // The same, to a document that is being made.
+  void AppendTo(PageAppender& document) const;
 
   std::int32_t Width() const override;
   std::int32_t Height() const override;
@@ -64,7 +82,7 @@ private:
 
   void Open(const std::string& path);
   void RequireUnchanged(const InputFile& file) const;
-  bool SaveAsStored(OutputFile& to) const;
+  bool SaveAsStored(Stream& to) const;
 
   // Empty once the picture was replaced.
   Document document;
@@ -72,6 +90,9 @@ private:
   std::int16_t pageValue = 0;
   // The selected page; empty until it is asked for.
   mutable Bitmap current;
+  // Belongs to `current`.
+  mutable std::string warning;
+  Options options;
   std::string lastLoadError;
   // Counts the pictures that became the current one.
   std::uint64_t changes = 0;

@@ -11,7 +11,7 @@
 namespace kw {
 namespace {
 
-constexpr std::array<const PictureFormat*, 4> Formats{&TiffFormat, &JpegFormat, &GifFormat, &BmpFormat};
+constexpr std::array<const PictureFormat*, 5> Formats{&FmfFormat, &TiffFormat, &JpegFormat, &GifFormat, &BmpFormat};
 
 std::string LowerCase(std::string_view text) {
   std::string lower(text);

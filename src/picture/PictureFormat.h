@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "components/Bitmap.h"
@@ -35,11 +36,28 @@ public:
   virtual std::int32_t PageCount() const { return 1; }
   // Bits of one pixel as they are stored, all its samples together. Does not decode the page.
   virtual std::int16_t StoredBitsPerPixel(Stream& file, std::int32_t page) = 0;
-  // Decodes a page. Its depth is the next one of Bitmap that holds the stored pixels.
-  virtual Bitmap Read(Stream& file, std::int32_t page) = 0;
+  // Decodes a page. Its depth is the next one of Bitmap that holds the stored pixels. Of a page that is damaged or cut
+  // off, what its codec can still decode is returned, as long as that is a whole row or more; the rest is empty paper
+  // and `warning` says so. It is empty for a sound page.
+  virtual Bitmap Read(Stream& file, std::int32_t page, std::string& warning) = 0;
   // Writes a file of the same format that holds this page alone, with its coded pixels as they are. False, with nothing
   // written, for a page that cannot be taken over so: it has to be read and written again.
   virtual bool Copy(Stream& file, std::int32_t page, Stream& to) = 0;
+};
+
+// Adds pages to the end of a document of several.
+class PageAppender {
+public:
+  PageAppender() = default;
+  PageAppender(const PageAppender&) = delete;
+  PageAppender& operator=(const PageAppender&) = delete;
+  virtual ~PageAppender() = default;
+
+  // Adds the one page of a file that a format with an appender made (PictureFormat::write, PictureSource::Copy), with
+  // its coded pixels as they are. False, with nothing written, where they mean nothing in this document: the page has
+  // to be read and written again. Where it raises InvalidPicture, the document has its old pages still, and they are
+  // whole.
+  virtual bool Append(Stream& page) = 0;
 };
 
 // One row of the table of formats.
@@ -53,6 +71,9 @@ struct PictureFormat {
   // Writes the picture in the depth nearest to its own that the format has. A failing stream shows in the stream;
   // raises InvalidPicture for a picture that the format cannot hold.
   void (*write)(const Bitmap& picture, Stream& to, const WriteOptions& options);
+  // Goes on with the document in a stream that can be read and written, or begins one in an empty stream. nullptr for
+  // formats of one page. Raises InvalidPicture for a stream that it cannot go on with.
+  std::unique_ptr<PageAppender> (*append)(Stream& document);
 };
 
 constexpr std::size_t RecognisedBytes = 16;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 
 namespace kw {
 
@@ -16,6 +17,32 @@ std::size_t MemoryReader::Read(void* to, std::size_t count) noexcept {
 std::size_t MemoryReader::Write(const void* /*from*/, std::size_t /*count*/) noexcept { return 0; }
 
 bool MemoryReader::Seek(std::uint64_t to) noexcept {
+  position = to;
+  return true;
+}
+
+std::size_t MemoryFile::Read(void* to, std::size_t count) noexcept {
+  MemoryReader reader(bytes);
+  reader.Seek(position);
+  const std::size_t taken = reader.Read(to, count);
+  position += taken;
+  return taken;
+}
+
+std::size_t MemoryFile::Write(const void* from, std::size_t count) noexcept {
+  if (count == 0 || position > bytes.max_size() - count) return 0;
+  const auto at = static_cast<std::size_t>(position);
+  try {
+    if (at + count > bytes.size()) bytes.resize(at + count);
+  } catch (const std::bad_alloc&) {
+    return 0;
+  }
+  std::memcpy(bytes.data() + at, from, count);
+  position += count;
+  return count;
+}
+
+bool MemoryFile::Seek(std::uint64_t to) noexcept {
   position = to;
   return true;
 }

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <vector>
 
 namespace kw {
 
@@ -22,6 +23,9 @@ public:
   virtual std::uint64_t Position() const noexcept = 0;
   virtual std::uint64_t Size() noexcept = 0;
 
+  // What was written before is on the disk before anything that is written later.
+  virtual bool Settle() noexcept { return true; }
+
   bool ReadAll(void* to, std::size_t count) noexcept { return Read(to, count) == count; }
   bool WriteAll(std::span<const std::uint8_t> bytes) noexcept {
     return Write(bytes.data(), bytes.size()) == bytes.size();
@@ -40,6 +44,22 @@ public:
 
 private:
   std::span<const std::uint8_t> bytes;
+  std::uint64_t position = 0;
+};
+
+// A file in memory.
+class MemoryFile : public Stream {
+public:
+  std::size_t Read(void* to, std::size_t count) noexcept override;
+  // Takes nothing where memory has run out.
+  std::size_t Write(const void* from, std::size_t count) noexcept override;
+  bool Seek(std::uint64_t to) noexcept override;
+  std::uint64_t Position() const noexcept override { return position; }
+  std::uint64_t Size() noexcept override { return bytes.size(); }
+  std::span<const std::uint8_t> Bytes() const { return bytes; }
+
+private:
+  std::vector<std::uint8_t> bytes;
   std::uint64_t position = 0;
 };
 

@@ -194,5 +194,18 @@ TEST_F(BmpKinds, RunsOfFourBits) {
   for (std::int32_t x = 0; x < 7; ++x) EXPECT_EQ(Colours[expected[static_cast<std::size_t>(x)]], Pixel(x, 0)) << x;
 }
 
+TEST_F(BmpKinds, PictureWithAnEmptyPaletteStaysBlack) {
+  // A count of 0 would stand for a palette of full length, which is then read from the pixels.
+  for (const int depth : {1, 4, 8}) {
+    Bitmap picture(3, 2, depth);
+    picture.SetPalette({});
+    engine.Replace(picture);
+    engine.Save(At("black.bmp"));
+    ASSERT_TRUE(engine.Load(At("black.bmp"))) << engine.LastLoadError();
+    EXPECT_EQ(depth, engine.BitsPerPixel());
+    EXPECT_EQ((Rgb{0, 0, 0}), Pixel(2, 1));
+  }
+}
+
 }  // namespace
 }  // namespace kw

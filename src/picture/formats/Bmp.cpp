@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "picture/Bytes.h"
+#include "picture/Recovery.h"
 #include "picture/Unreadable.h"
 #include "picture/formats/BmpRunLength.h"
 #include "picture/formats/Formats.h"
@@ -203,22 +204,17 @@ void DecodeMasked(const Header& header, std::span<const std::uint8_t> from, std:
   }
 }
 
-void ReadRows(Stream& file, const Header& header, Bitmap& page) {
+// Returns how many rows there are.
+std::int32_t ReadRows(Stream& file, const Header& header, Bitmap& page) {
   const std::uint64_t fileRow = (header.width * header.bits + 31) / 32 * 4;
-  // Checked first, so that a cut-off file is refused without decoding what there is of it.
-  if (header.pixelOffset > file.Size() || fileRow * header.height > file.Size() - header.pixelOffset) {
-    // The padding of the last row may be left out.
-    const std::uint64_t least = fileRow * (header.height - 1) + (header.width * header.bits + 7) / 8;
-    if (header.pixelOffset > file.Size() || least > file.Size() - header.pixelOffset) {
-      RaiseUnreadable("The bitmap is cut short.");
-    }
-  }
+  // The padding of the last row may be left out.
+  const auto usedBytes = static_cast<std::size_t>((header.width * header.bits + 7) / 8);
   if (!file.Seek(header.pixelOffset)) RaiseUnreadable("The file cannot be read.");
   std::vector<std::uint8_t> row(static_cast<std::size_t>(fileRow));
   const std::int32_t height = page.Height();
   for (std::int32_t i = 0; i < height; ++i) {
     const std::size_t got = file.Read(row.data(), row.size());
-    if (got != row.size() && i != height - 1) RaiseUnreadable("The file cannot be read.");
+    if (got < usedBytes) return i;
     const auto to = page.MutableRow(header.topDown ? i : height - 1 - i);
     if (header.bits == 2)
       WidenTwoBits(row, to);
@@ -227,6 +223,7 @@ void ReadRows(Stream& file, const Header& header, Bitmap& page) {
     else
       std::copy_n(row.begin(), to.size(), to.begin());
   }
+  return height;
 }
 
 class BmpSource : public PictureSource {
@@ -239,16 +236,20 @@ public:
     return static_cast<std::int16_t>(header.bits);
   }
 
-  Bitmap Read(Stream& file, std::int32_t /*page*/) override {
+  Bitmap Read(Stream& file, std::int32_t /*page*/, std::string& warning) override {
     Bitmap page = NewPage(header.width, header.height, header.Depth(), limits);
     page.SetResolution(header.horizontalResolution, header.verticalResolution);
     if (header.bits <= 8) page.SetPalette(ReadPalette(file, header));
-    if (header.compression == RunLength8 || header.compression == RunLength4) {
-      if (!file.Seek(header.pixelOffset)) RaiseUnreadable("The file cannot be read.");
-      DecodeRunLength(file, header.topDown, page);
-    } else {
-      ReadRows(file, header, page);
+    const bool runs = header.compression == RunLength8 || header.compression == RunLength4;
+    if (runs && !file.Seek(header.pixelOffset)) RaiseUnreadable("The file cannot be read.");
+    const std::int32_t rows = runs ? DecodeRunLength(file, header.topDown, page) : ReadRows(file, header, page);
+    if (rows == 0) RaiseUnreadable("The bitmap is cut short.");
+    Recovery recovery;
+    if (rows < page.Height()) {
+      const std::int32_t missing = page.Height() - rows;
+      recovery.MissRows(page, header.topDown ? rows : 0, header.topDown ? page.Height() : missing);
     }
+    warning = recovery.Finish(page, "The bitmap is cut short.");
     return page;
   }
 
@@ -282,7 +283,10 @@ void WriteBmp(const Bitmap& picture, Stream& to, const WriteOptions& /*options*/
   const std::uint32_t infoSize = hasAlpha ? AlphaHeaderSize : InfoHeaderSize;
   const std::size_t fileRow = (picture.RowBytes() + 3) / 4 * 4;
   const std::uint64_t pixelBytes = std::uint64_t{fileRow} * static_cast<std::uint64_t>(picture.Height());
-  const std::uint64_t pixelOffset = FileHeaderSize + infoSize + picture.Palette().size() * 4;
+  std::vector<Rgb> palette(picture.Palette().begin(), picture.Palette().end());
+  // An empty palette would stand for one of full length.
+  if (palette.empty() && picture.BitsPerPixel() <= 8) palette.resize(1);
+  const std::uint64_t pixelOffset = FileHeaderSize + infoSize + palette.size() * 4;
   if (pixelOffset + pixelBytes > std::numeric_limits<std::uint32_t>::max()) {
     RaiseUnreadable("The picture is too large for the BMP format.");
   }
@@ -300,14 +304,14 @@ void WriteBmp(const Bitmap& picture, Stream& to, const WriteOptions& /*options*/
   AppendNumber(head, pixelBytes, 4);
   AppendNumber(head, PerMetre(picture.HorizontalResolution()), 4);
   AppendNumber(head, PerMetre(picture.VerticalResolution()), 4);
-  AppendNumber(head, picture.Palette().size(), 4);
+  AppendNumber(head, palette.size(), 4);
   AppendNumber(head, 0, 4);
   if (hasAlpha) {
     for (const std::uint32_t mask : {0x00FF0000U, 0x0000FF00U, 0x000000FFU, 0xFF000000U}) AppendNumber(head, mask, 4);
     for (const char c : {'B', 'G', 'R', 's'}) head.push_back(static_cast<std::uint8_t>(c));  // colour space sRGB
     head.resize(FileHeaderSize + AlphaHeaderSize);
   }
-  for (const Rgb& entry : picture.Palette()) {
+  for (const Rgb& entry : palette) {
     head.insert(head.end(), {entry.blue, entry.green, entry.red, std::uint8_t{0}});
   }
   bool good = to.WriteAll(head);
@@ -322,6 +326,6 @@ void WriteBmp(const Bitmap& picture, Stream& to, const WriteOptions& /*options*/
 
 }  // namespace
 
-const PictureFormat BmpFormat{"BMP", {"bmp", "dib"}, RecogniseBmp, OpenBmp, WriteBmp};
+const PictureFormat BmpFormat{"BMP", {"bmp", "dib"}, RecogniseBmp, OpenBmp, WriteBmp, nullptr};
 
 }  // namespace kw

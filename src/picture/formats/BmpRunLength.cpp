@@ -3,8 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "picture/Unreadable.h"
-
 namespace kw {
 namespace {
 
@@ -36,20 +34,19 @@ public:
   Decoder(Stream& file, bool fromTop, Bitmap& target)
       : bytes(file), topDown(fromTop), page(target), fourBits(target.BitsPerPixel() == 4) {}
 
-  void Run() {
+  // Returns how many rows there are.
+  std::int32_t Run() {
     std::uint8_t count = 0;
     std::uint8_t value = 0;
     while (y < page.Height()) {
-      if (!bytes.Next(count) || !bytes.Next(value)) {
-        // The end mark may be missing behind a full last row.
-        if (y == page.Height() - 1 && x >= page.Width()) return;
-        RaiseUnreadable("The bitmap is cut short.");
-      }
+      if (!bytes.Next(count) || !bytes.Next(value)) return WholeRows();
       if (count != 0)
         PutRun(count, value);
       else if (!Escape(value))
-        return;
+        break;
+      if (atEnd) return WholeRows();
     }
+    return page.Height();
   }
 
 private:
@@ -82,6 +79,7 @@ private:
     const int byteCount = fourBits ? (count + 1) / 2 : count;
     for (int i = 0; i < byteCount; ++i) {
       const unsigned value = Required();
+      if (atEnd) return;
       if (!fourBits) {
         Put(value);
         continue;
@@ -105,22 +103,28 @@ private:
       row[place / 2] = static_cast<std::uint8_t>((row[place / 2] & 0xF0U) | value);
   }
 
+  // A byte that has to be there.
   std::uint8_t Required() {
     std::uint8_t byte = 0;
-    if (!bytes.Next(byte)) RaiseUnreadable("The bitmap is cut short.");
+    atEnd = !bytes.Next(byte) || atEnd;
     return byte;
   }
+
+  // A row ends at its end mark, which may be missing behind a full last one.
+  std::int32_t WholeRows() const { return y + (x >= page.Width() && y < page.Height() ? 1 : 0); }
 
   ByteReader bytes;
   bool topDown;
   Bitmap& page;
   bool fourBits;
+  // The bytes ended where one had to be.
+  bool atEnd = false;
   std::int32_t x = 0;
   std::int32_t y = 0;
 };
 
 }  // namespace
 
-void DecodeRunLength(Stream& file, bool topDown, Bitmap& page) { Decoder(file, topDown, page).Run(); }
+std::int32_t DecodeRunLength(Stream& file, bool topDown, Bitmap& page) { return Decoder(file, topDown, page).Run(); }
 
 }  // namespace kw

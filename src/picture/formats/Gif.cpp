@@ -7,6 +7,7 @@
 #include <gif_lib.h>
 
 #include "picture/Depth.h"
+#include "picture/Recovery.h"
 #include "picture/Unreadable.h"
 #include "picture/formats/Formats.h"
 
@@ -75,20 +76,29 @@ public:
     }
   }
 
-  void SkipPixels() {
+  // False where the file ends before the pixels do.
+  bool SkipPixels() {
     int codeSize = 0;
     GifByteType* block = nullptr;
-    Require(DGifGetCode(codec, &codeSize, &block));
-    while (block != nullptr) Require(DGifGetCodeNext(codec, &block));
+    if (DGifGetCode(codec, &codeSize, &block) == GIF_ERROR) return false;
+    while (block != nullptr) {
+      if (DGifGetCodeNext(codec, &block) == GIF_ERROR) return false;
+    }
+    return true;
   }
 
-  // Calls take(y, row of palette indices) for each row, in the order of the file.
+  // Calls take(y, row of palette indices) for each row, in the order of the file, as far as the rows can be decoded.
+  // Raises InvalidPicture where not one can be. False where some are missing.
   template <typename Take>
-  void ReadPixels(const Frame& frame, const Take& take) {
+  bool ReadPixels(const Frame& frame, const Take& take) {
     std::vector<GifPixelType> row(frame.width);
+    bool good = true;
+    bool any = false;
     const auto read = [&](std::size_t first, std::size_t step) {
-      for (std::size_t y = first; y < frame.height; y += step) {
-        Require(DGifGetLine(codec, row.data(), static_cast<int>(row.size())));
+      for (std::size_t y = first; y < frame.height && good; y += step) {
+        good = DGifGetLine(codec, row.data(), static_cast<int>(row.size())) != GIF_ERROR;
+        if (!good) break;
+        any = true;
         take(y, row);
       }
     };
@@ -100,6 +110,8 @@ public:
     } else {
       read(0, 1);
     }
+    if (!any) RaiseDamaged(codec->Error);
+    return good;
   }
 
   // The palette of the current frame.
@@ -156,13 +168,14 @@ class Canvas {
 public:
   explicit Canvas(Bitmap page) : picture(std::move(page)) { Clear({0, 0, Width(), Height()}); }
 
-  void Draw(Decoder& decoder, const Frame& frame) {
+  // False where rows of the frame are missing; they show what was drawn before.
+  bool Draw(Decoder& decoder, const Frame& frame) {
     // What the previous frame asked for happens just before the next is drawn.
     if (last.disposal == DISPOSE_BACKGROUND) Clear(last);
     if (last.disposal == DISPOSE_PREVIOUS) picture = before;
     if (frame.disposal == DISPOSE_PREVIOUS) before = picture;
     const ColorMapObject* colours = decoder.Colours();
-    decoder.ReadPixels(frame, [&](std::size_t y, const std::vector<GifPixelType>& indices) {
+    const bool good = decoder.ReadPixels(frame, [&](std::size_t y, const std::vector<GifPixelType>& indices) {
       if (frame.top + y >= Height()) return;
       const auto row = picture.MutableRow(static_cast<std::int32_t>(frame.top + y));
       for (std::size_t x = 0; x < indices.size() && frame.left + x < Width(); ++x) {
@@ -170,6 +183,7 @@ public:
       }
     });
     last = frame;
+    return good;
   }
 
   const Bitmap& Picture() const { return picture; }
@@ -202,9 +216,11 @@ public:
     Decoder decoder(file);
     RequirePageFits(decoder.Width(), decoder.Height(), 8, limits);
     Frame frame;
-    while (decoder.Next(frame)) {
+    bool good = true;
+    while (good && decoder.Next(frame)) {
       frameBits.push_back(static_cast<std::int16_t>(decoder.Colours()->BitsPerPixel));
-      decoder.SkipPixels();
+      // A frame that the file's end cuts off is the last one.
+      good = decoder.SkipPixels();
     }
     if (frameBits.empty()) RaiseUnreadable("The GIF holds no picture.");
   }
@@ -215,15 +231,16 @@ public:
     return frameBits[static_cast<std::size_t>(page - 1)];
   }
 
-  Bitmap Read(Stream& file, std::int32_t page) override {
+  Bitmap Read(Stream& file, std::int32_t page, std::string& warning) override {
+    warning.clear();
     Decoder decoder(file);
     Frame frame;
     RequireFrame(decoder, frame);
     const bool whole =
         frame.left == 0 && frame.top == 0 && frame.width == decoder.Width() && frame.height == decoder.Height();
-    if (page == 1 && whole) return ReadIndices(decoder, frame);
+    if (page == 1 && whole) return ReadIndices(decoder, frame, warning);
 
-    return ReadDrawn(file, page);
+    return ReadDrawn(file, page, warning);
   }
 
   bool Copy(Stream& file, std::int32_t /*page*/, Stream& to) override {
@@ -239,9 +256,12 @@ private:
 
   // A frame drawn over all before it. The last ones that were drawn for it are kept: who walks through the pages, in
   // either direction, finds the next one there mostly.
-  Bitmap ReadDrawn(Stream& file, std::int32_t page) {
+  Bitmap ReadDrawn(Stream& file, std::int32_t page, std::string& warning) {
     const auto wanted = static_cast<std::size_t>(page);
-    if (wanted >= firstKept && wanted < firstKept + kept.size()) return kept[wanted - firstKept];
+    if (wanted >= firstKept && wanted < firstKept + kept.size()) {
+      if (wanted >= firstDamaged) warning = DrawnOverDamage;
+      return kept[wanted - firstKept];
+    }
     Decoder decoder(file);
     Canvas canvas(NewPage(decoder.Width(), decoder.Height(), 24, limits));
     const std::size_t most = KeptBytes / (decoder.Width() * decoder.Height() * 3) + 1;
@@ -250,14 +270,15 @@ private:
     for (std::size_t i = 1; i <= wanted; ++i) {
       Frame frame;
       RequireFrame(decoder, frame);
-      canvas.Draw(decoder, frame);
+      if (!canvas.Draw(decoder, frame)) firstDamaged = std::min(firstDamaged, i);
       if (i >= firstKept) kept.push_back(canvas.Picture());
     }
+    if (wanted >= firstDamaged) warning = DrawnOverDamage;
     return kept.back();
   }
 
   // A frame that covers the page keeps its palette; what is transparent in it shows paper.
-  Bitmap ReadIndices(Decoder& decoder, const Frame& frame) const {
+  Bitmap ReadIndices(Decoder& decoder, const Frame& frame, std::string& warning) const {
     const ColorMapObject* colours = decoder.Colours();
     const int depth = DepthOf(colours);
     std::vector<Rgb> palette;
@@ -268,7 +289,9 @@ private:
     page.SetPalette(std::move(palette));
     const auto bits = static_cast<unsigned>(depth);
     const unsigned mask = (1U << bits) - 1;
+    std::vector<bool> present(frame.height);
     decoder.ReadPixels(frame, [&](std::size_t y, const std::vector<GifPixelType>& indices) {
+      present[y] = true;
       const auto row = page.MutableRow(static_cast<std::int32_t>(y));
       unsigned gathered = 0;
       for (std::size_t x = 0; x < row.size() * 8 / bits; ++x) {
@@ -276,14 +299,23 @@ private:
         row[x * bits / 8] = static_cast<std::uint8_t>(gathered);
       }
     });
+    Recovery recovery;
+    for (std::int32_t y = 0; y < page.Height(); ++y) {
+      if (!present[static_cast<std::size_t>(y)]) recovery.MissRows(page, y, y + 1);
+    }
+    warning = recovery.Finish(page, "The GIF data is damaged or cut short.");
     return page;
   }
+
+  static constexpr const char* DrawnOverDamage = "A frame of the GIF up to this page is damaged or cut short.";
 
   std::vector<std::int16_t> frameBits;
   ReadLimits limits;
   // The pages from `firstKept` on.
   std::vector<Bitmap> kept;
   std::size_t firstKept = 1;
+  // The first page that a frame with missing rows was drawn on, as far as is known.
+  std::size_t firstDamaged = std::numeric_limits<std::size_t>::max();
 };
 
 bool RecogniseGif(std::span<const std::uint8_t> head) {
@@ -349,6 +381,6 @@ void WriteGif(const Bitmap& picture, Stream& to, const WriteOptions& /*options*/
 
 }  // namespace
 
-const PictureFormat GifFormat{"GIF", {"gif"}, RecogniseGif, OpenGif, WriteGif};
+const PictureFormat GifFormat{"GIF", {"gif"}, RecogniseGif, OpenGif, WriteGif, nullptr};
 
 }  // namespace kw

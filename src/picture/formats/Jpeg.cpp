@@ -11,6 +11,7 @@
 #include "components/RunTimeError.h"
 #include "picture/Depth.h"
 #include "picture/Orientation.h"
+#include "picture/Recovery.h"
 #include "picture/Unreadable.h"
 #include "picture/formats/Formats.h"
 #include "picture/formats/TiffDirectory.h"
@@ -29,8 +30,9 @@ struct Trap {
   jpeg_error_mgr manager{};
   std::jmp_buf jump{};
   std::array<char, JMSG_LENGTH_MAX> message{};
-  // The decoder had to make up coded data because there was none left.
+  // The decoder had to make up coded data because there was none left, first when it had made so many rows.
   bool ranDry = false;
+  JDIMENSION rowsBefore = 0;
 };
 
 void Leave(j_common_ptr codec) {
@@ -40,7 +42,10 @@ void Leave(j_common_ptr codec) {
 }
 
 void Note(j_common_ptr codec, int level) {
-  if (level < 0 && codec->err->msg_code == JWRN_HIT_MARKER) reinterpret_cast<Trap*>(codec->err)->ranDry = true;
+  auto* trap = reinterpret_cast<Trap*>(codec->err);
+  if (level >= 0 || codec->err->msg_code != JWRN_HIT_MARKER || trap->ranDry) return;
+  trap->ranDry = true;
+  trap->rowsBefore = reinterpret_cast<jpeg_decompress_struct*>(codec)->output_scanline;
 }
 
 void StaySilent(j_common_ptr /*codec*/) {}
@@ -124,21 +129,32 @@ public:
 
   int Depth() const { return codec.num_components == 1 ? 8 : 24; }
 
-  void ReadRows(Bitmap& page) {
+  // Decodes all rows that can be; returns what to say about those that are missing.
+  std::string ReadRows(Bitmap& page) {
     const bool inks = codec.num_components == 4;
     codec.out_color_space = inks ? JCS_CMYK : codec.num_components == 1 ? JCS_GRAYSCALE : JCS_EXT_BGR;
     Try([this] { jpeg_start_decompress(&codec); });
     std::vector<std::uint8_t> inkRow(inks ? static_cast<std::size_t>(page.Width()) * 4 : 0);
-    for (std::int32_t y = 0; y < page.Height(); ++y) {
-      const auto row = page.MutableRow(y);
+    std::int32_t rows = 0;
+    for (; rows < page.Height(); ++rows) {
+      const auto row = page.MutableRow(rows);
       JSAMPROW target = inks ? inkRow.data() : row.data();
-      Try([this, &target] { jpeg_read_scanlines(&codec, &target, 1); });
+      if (!Trapped(trap, [this, &target] { jpeg_read_scanlines(&codec, &target, 1); })) break;
       if (inks) FromInks(inkRow, row);
     }
+    const std::string reason = rows == page.Height() ? "The JPEG data is cut short." : Reason(trap);
     // What lies behind the last row does not matter, unless later scans would have refined the rows.
-    if (source.atEnd && (trap.ranDry || jpeg_has_multiple_scans(&codec) != 0)) {
-      RaiseUnreadable("The JPEG data is cut short.");
+    const bool refined = jpeg_has_multiple_scans(&codec) != 0;
+    if (refined && source.atEnd) {
+      constexpr int leastScans = 2;  // so the first one is whole
+      if (codec.input_scan_number < leastScans) RaiseUnreadable(reason);
+      return reason + " Details or colours are missing.";
     }
+    if (source.atEnd && trap.ranDry) rows = std::min(rows, static_cast<std::int32_t>(trap.rowsBefore));
+    if (rows == 0) RaiseUnreadable(reason);
+    Recovery recovery;
+    if (rows < page.Height()) recovery.MissRows(page, rows, page.Height());
+    return recovery.Finish(page, reason);
   }
 
 private:
@@ -200,12 +216,12 @@ public:
 
   std::int16_t StoredBitsPerPixel(Stream& /*file*/, std::int32_t /*page*/) override { return storedBits; }
 
-  Bitmap Read(Stream& file, std::int32_t /*page*/) override {
+  Bitmap Read(Stream& file, std::int32_t /*page*/, std::string& warning) override {
     const auto decoder = std::make_unique<Decoder>(file);
     const auto& header = decoder->ReadHeader();
     Bitmap page = NewPage(header.image_width, header.image_height, decoder->Depth(), limits);
     SetResolution(header, page);
-    decoder->ReadRows(page);
+    warning = decoder->ReadRows(page);
     return Upright(page, OrientationOf(header));
   }
 
@@ -325,6 +341,6 @@ void WriteJpeg(const Bitmap& picture, Stream& to, const WriteOptions& options) {
 
 }  // namespace
 
-const PictureFormat JpegFormat{"JPEG", {"jpg", "jpeg", "jpe"}, RecogniseJpeg, OpenJpeg, WriteJpeg};
+const PictureFormat JpegFormat{"JPEG", {"jpg", "jpeg", "jpe"}, RecogniseJpeg, OpenJpeg, WriteJpeg, nullptr};
 
 }  // namespace kw

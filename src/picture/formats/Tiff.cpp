@@ -2,6 +2,7 @@
 
 #include "picture/Unreadable.h"
 #include "picture/formats/Formats.h"
+#include "picture/formats/TiffAppend.h"
 #include "picture/formats/TiffCopy.h"
 #include "picture/formats/TiffDirectory.h"
 #include "picture/formats/TiffRead.h"
@@ -35,7 +36,9 @@ public:
     return static_cast<std::int16_t>(bits * samples);
   }
 
-  Bitmap Read(Stream& file, std::int32_t page) override { return ReadTiffPage(file, DirectoryOf(page), limits); }
+  Bitmap Read(Stream& file, std::int32_t page, std::string& warning) override {
+    return ReadTiffPage(file, DirectoryOf(page), limits, warning);
+  }
 
   bool Copy(Stream& file, std::int32_t page, Stream& to) override {
     return CopyTiffPage(structure, file, DirectoryOf(page), to);
@@ -61,8 +64,13 @@ std::unique_ptr<PictureSource> OpenTiff(Stream& file, const ReadLimits& limits) 
   return std::make_unique<TiffSource>(file, limits);
 }
 
+std::unique_ptr<PageAppender> AppendTiff(Stream& document) {
+  constexpr std::array<std::uint8_t, 8> header{'I', 'I', 42, 0, 0, 0, 0, 0};
+  return std::make_unique<TiffAppender>(document, header, std::nullopt);
+}
+
 }  // namespace
 
-const PictureFormat TiffFormat{"TIFF", {"tif", "tiff"}, RecogniseTiff, OpenTiff, WriteTiff};
+const PictureFormat TiffFormat{"TIFF", {"tif", "tiff"}, RecogniseTiff, OpenTiff, WriteTiff, AppendTiff};
 
 }  // namespace kw

@@ -39,11 +39,8 @@ TiffStructure::TiffStructure(Stream& file) {
   while (next != 0) {
     if (!seen.insert(next).second) RaiseUnreadable("The pages of the TIFF file run in a circle.");
     directories.push_back(next);
-    const std::uint64_t entries = ReadEntryCount(file, next);
     std::array<std::uint8_t, 8> link{};
-    if (!file.Seek(next + CountSize() + entries * EntrySize()) || !file.ReadAll(link.data(), OffsetSize())) {
-      RaiseCutShort();
-    }
+    if (!file.Seek(LinkOf(file, next)) || !file.ReadAll(link.data(), OffsetSize())) RaiseCutShort();
     next = ReadOffset(link, 0);
   }
   if (directories.empty()) RaiseUnreadable("The TIFF file holds no picture.");

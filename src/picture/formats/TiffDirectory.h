@@ -35,7 +35,15 @@ enum : std::uint16_t {
 
 // Value types.
 namespace TiffType {
-enum : std::uint16_t { Short = 3, Long = 4, Long8 = 16 };
+enum : std::uint16_t {
+  Short = 3,
+  Long = 4,
+  Rational = 5,
+  SignedRational = 10,
+  Long8 = 16,
+  SignedLong8 = 17,
+  Directory8 = 18,
+};
 }
 
 // Bytes of one value of a type; 0 for a type that is not known.
@@ -66,6 +74,10 @@ public:
   // The sound entries of a directory in the order of the file; entries of unknown type and those whose values lie
   // outside the file are left out. Raises InvalidPicture where the directory cannot be read.
   std::vector<TiffEntry> ReadDirectory(Stream& file, std::uint64_t position) const;
+  // Where a directory holds the offset of the next one.
+  std::uint64_t LinkOf(Stream& file, std::uint64_t position) const {
+    return position + CountSize() + ReadEntryCount(file, position) * EntrySize();
+  }
 
   // The values of an entry of whole numbers. Empty for other types and where they cannot be read.
   std::vector<std::uint64_t> ReadNumbers(Stream& file, const TiffEntry& entry) const;

@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <limits>
 #include <memory>
+#include <string_view>
 
 #include "picture/Unreadable.h"
 
@@ -39,7 +40,7 @@ TiffHandle::TiffHandle(Stream& stream, Use use, std::uint64_t mostMemory) {
                                                                              TIFFOpenOptionsFree);
   if (options == nullptr || !stream.Seek(0)) RaiseUnreadable("The file cannot be read.");
   TIFFOpenOptionsSetErrorHandlerExtR(options.get(), KeepMessage, this);
-  TIFFOpenOptionsSetWarningHandlerExtR(options.get(), DropMessage, this);
+  TIFFOpenOptionsSetWarningHandlerExtR(options.get(), KeepWarning, this);
   constexpr auto most = static_cast<std::uint64_t>(std::numeric_limits<tmsize_t>::max());
   if (mostMemory != 0) {
     TIFFOpenOptionsSetMaxSingleMemAlloc(options.get(), static_cast<tmsize_t>(std::min(mostMemory, most)));
@@ -60,6 +61,10 @@ void TiffHandle::Require(bool good) const {
                                     : "The TIFF data cannot be used: " + message + ".");
 }
 
+std::string TiffHandle::Damage() const {
+  return message.empty() ? std::string() : "The TIFF data is damaged or cut short: " + message + ".";
+}
+
 int TiffHandle::KeepMessage(TIFF* /*codec*/, void* handle, const char* /*module*/, const char* format,
                             va_list arguments) {
   // Called from C: nothing may be thrown, so a message that finds no memory is lost.
@@ -72,9 +77,10 @@ int TiffHandle::KeepMessage(TIFF* /*codec*/, void* handle, const char* /*module*
   return 1;
 }
 
-int TiffHandle::DropMessage(TIFF* /*codec*/, void* /*handle*/, const char* /*module*/, const char* /*format*/,
-                            va_list /*arguments*/) {
-  return 1;
+int TiffHandle::KeepWarning(TIFF* codec, void* handle, const char* module, const char* format, va_list arguments) {
+  // Only the fax decoders warn of damaged pixels; the other warnings are about tags that are not needed.
+  const bool aboutPixels = module != nullptr && std::string_view(module).starts_with("Fax");
+  return aboutPixels ? KeepMessage(codec, handle, module, format, arguments) : 1;
 }
 
 }  // namespace kw

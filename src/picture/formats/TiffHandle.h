@@ -26,6 +26,9 @@ public:
   // Raises InvalidPicture, with the library's own message, where `good` is false.
   void Require(bool good) const;
 
+  // What the library found wrong so far, as a sentence; empty where nothing was.
+  std::string Damage() const;
+
   // Sets a tag; its type and number of values are the library's.
   template <typename... Value>
   void Set(std::uint32_t tag, Value... value) const {
@@ -42,7 +45,8 @@ public:
 private:
   [[gnu::format(printf, 4, 0)]] static int KeepMessage(TIFF* codec, void* handle, const char* module,
                                                        const char* format, va_list arguments);
-  static int DropMessage(TIFF* codec, void* handle, const char* module, const char* format, va_list arguments);
+  [[gnu::format(printf, 4, 0)]] static int KeepWarning(TIFF* codec, void* handle, const char* module,
+                                                       const char* format, va_list arguments);
 
   TIFF* codec = nullptr;
   // The first error.

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "picture/Orientation.h"
+#include "picture/Recovery.h"
 #include "picture/Unreadable.h"
 #include "picture/formats/TiffHandle.h"
 
@@ -142,10 +143,11 @@ struct Part {
 // Unpacks the samples of grey, palette and RGB pages.
 class SampleReader {
 public:
-  SampleReader(const TiffHandle& handle, const Layout& pageLayout, const ReadLimits& readLimits)
+  SampleReader(const TiffHandle& handle, const Layout& pageLayout, const ReadLimits& readLimits, Recovery& lost)
       : tiff(handle),
         layout(pageLayout),
         limits(readLimits),
+        recovery(lost),
         page(NewPage(pageLayout.width, pageLayout.height, pageLayout.Depth(), readLimits)),
         channels(static_cast<std::uint16_t>(layout.IsIndexed() ? 1 : layout.Depth() / 8)) {
     if (channels == 1) page.SetPalette(PaletteOf(tiff, layout));
@@ -171,6 +173,10 @@ private:
            layout.compression == COMPRESSION_WEBP;
   }
 
+  std::uint32_t RowsPerStrip() const {
+    return std::clamp<std::uint32_t>(tiff.Field(TIFFTAG_ROWSPERSTRIP, layout.height), 1, layout.height);
+  }
+
   std::vector<std::uint8_t> Buffer(tmsize_t size) const {
     tiff.Require(size > 0);
     if (static_cast<std::uint64_t>(size) > limits.pageMemory) RaiseUnreadable("The picture is too large.");
@@ -182,25 +188,33 @@ private:
     // Rows that are stored as the page holds them are decoded into it.
     const bool inPlace = channels == 1 && (layout.samples == 1 || layout.planar) &&
                          layout.bits == page.BitsPerPixel() && line.size() <= page.Stride();
+    const auto step = static_cast<std::int32_t>(RowsPerStrip());
     for (std::int32_t y = 0; y < page.Height(); ++y) {
       std::uint8_t* target = inPlace ? page.MutableRow(y).data() : line.data();
-      tiff.Require(TIFFReadScanline(tiff.Get(), target, static_cast<std::uint32_t>(y), plane) == 1);
-      if (!inPlace) Take({y, 0, layout.width, target, plane});
+      if (TIFFReadScanline(tiff.Get(), target, static_cast<std::uint32_t>(y), plane) == 1) {
+        if (!inPlace) Take({y, 0, layout.width, target, plane});
+        continue;
+      }
+      // The next strip is coded by itself.
+      const std::int32_t next = page.Height() - y > step ? (y / step + 1) * step : page.Height();
+      recovery.MissRows(page, y, std::min(next, page.Height()));
+      y = next - 1;
     }
   }
 
   void ReadStrips(std::uint16_t plane) {
     auto strip = Buffer(TIFFStripSize(tiff.Get()));
     const auto lineSize = static_cast<std::size_t>(TIFFScanlineSize(tiff.Get()));
-    const auto rowsPerStrip = tiff.Field(TIFFTAG_ROWSPERSTRIP, layout.height);
-    const std::uint32_t step = std::clamp<std::uint32_t>(rowsPerStrip, 1, layout.height);
+    const std::uint32_t step = RowsPerStrip();
     for (std::uint32_t top = 0; top < layout.height; top += step) {
       const auto index = TIFFComputeStrip(tiff.Get(), top, plane);
-      tiff.Require(TIFFReadEncodedStrip(tiff.Get(), index, strip.data(), static_cast<tmsize_t>(strip.size())) > 0);
       const std::uint32_t rows = std::min(step, layout.height - top);
-      for (std::uint32_t i = 0; i < rows && (i + 1) * lineSize <= strip.size(); ++i) {
-        Take({static_cast<std::int32_t>(top + i), 0, layout.width, strip.data() + i * lineSize, plane});
-      }
+      if (TIFFReadEncodedStrip(tiff.Get(), index, strip.data(), static_cast<tmsize_t>(strip.size())) <= 0) {
+        recovery.MissRows(page, static_cast<std::int32_t>(top), static_cast<std::int32_t>(top + rows));
+      } else
+        for (std::uint32_t i = 0; i < rows && (i + 1) * lineSize <= strip.size(); ++i) {
+          Take({static_cast<std::int32_t>(top + i), 0, layout.width, strip.data() + i * lineSize, plane});
+        }
       if (step >= layout.height) break;
     }
   }
@@ -213,10 +227,14 @@ private:
     const auto lineSize = static_cast<std::size_t>(TIFFTileRowSize(tiff.Get()));
     for (std::uint64_t top = 0; top < layout.height; top += tileHeight) {
       for (std::uint64_t left = 0; left < layout.width; left += tileWidth) {
-        tiff.Require(TIFFReadTile(tiff.Get(), tile.data(), static_cast<std::uint32_t>(left),
-                                  static_cast<std::uint32_t>(top), 0, plane) > 0);
         const std::uint64_t rows = std::min<std::uint64_t>(tileHeight, layout.height - top);
         const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(tileWidth, layout.width - left));
+        if (TIFFReadTile(tiff.Get(), tile.data(), static_cast<std::uint32_t>(left), static_cast<std::uint32_t>(top), 0,
+                         plane) <= 0) {
+          recovery.Miss({static_cast<std::int32_t>(left), static_cast<std::int32_t>(top),
+                         static_cast<std::int32_t>(left + count), static_cast<std::int32_t>(top + rows)});
+          continue;
+        }
         for (std::uint64_t i = 0; i < rows; ++i) {
           Take({static_cast<std::int32_t>(top + i), static_cast<std::size_t>(left), count,
                 tile.data() + static_cast<std::size_t>(i) * lineSize, plane});
@@ -272,6 +290,7 @@ private:
   const TiffHandle& tiff;
   const Layout& layout;
   const ReadLimits& limits;
+  Recovery& recovery;
   Bitmap page;
   std::uint16_t channels;
 };
@@ -286,7 +305,8 @@ struct RgbaImage {
 
 // Lets libtiff make colours of what the sample reader does not know: inks, brightness and colour difference, and
 // others. `alpha` is set to what came out.
-Bitmap ReadByLibrary(const TiffHandle& tiff, const Layout& layout, const ReadLimits& limits, Alpha& alpha) {
+Bitmap ReadByLibrary(const TiffHandle& tiff, const Layout& layout, const ReadLimits& limits, Alpha& alpha,
+                     Recovery& recovery) {
   std::array<char, 1024> message{};
   RgbaImage holder;
   TIFFRGBAImage& image = holder.image;
@@ -307,7 +327,9 @@ Bitmap ReadByLibrary(const TiffHandle& tiff, const Layout& layout, const ReadLim
   for (std::uint32_t top = 0; top < layout.height;) {
     const std::uint32_t rows = std::min(step, layout.height - top);
     image.row_offset = static_cast<int>(top);
-    tiff.Require(TIFFRGBAImageGet(&image, band.data(), layout.width, rows) == 1);
+    if (TIFFRGBAImageGet(&image, band.data(), layout.width, rows) != 1) {
+      recovery.MissRows(page, static_cast<std::int32_t>(top), static_cast<std::int32_t>(top + rows));
+    }
     for (std::uint32_t i = 0; i < rows; ++i) {
       const std::uint32_t* from = band.data() + std::size_t{i} * layout.width;
       std::uint8_t* to = page.MutableRow(static_cast<std::int32_t>(top + i)).data();
@@ -338,15 +360,18 @@ void Straighten(Bitmap& page) {
 
 }  // namespace
 
-Bitmap ReadTiffPage(Stream& file, std::uint64_t directory, const ReadLimits& limits) {
+Bitmap ReadTiffPage(Stream& file, std::uint64_t directory, const ReadLimits& limits, std::string& warning) {
   const TiffHandle tiff(file, TiffHandle::Use::Read, limits.pageMemory + CodecMemory);
   tiff.Require(TIFFSetSubDirectory(tiff.Get(), directory) == 1);
   const Layout layout = LayoutOf(tiff);
   RequirePageFits(layout.width, layout.height, layout.Depth(), limits);
   Alpha alpha = layout.alpha;
-  Bitmap page = layout.IsIndexed() || layout.IsColour() ? SampleReader(tiff, layout, limits).Read()
-                                                        : ReadByLibrary(tiff, layout, limits, alpha);
+  Recovery recovery;
+  Bitmap page = layout.IsIndexed() || layout.IsColour() ? SampleReader(tiff, layout, limits, recovery).Read()
+                                                        : ReadByLibrary(tiff, layout, limits, alpha, recovery);
+  tiff.Require(!recovery.IsNothingLeft(page));
   if (alpha == Alpha::Premultiplied && page.BitsPerPixel() == 32) Straighten(page);
+  warning = recovery.IsWhole() ? tiff.Damage() : recovery.Finish(page, tiff.Damage());
   SetResolution(tiff, page);
   return Upright(page, tiff.Field(TIFFTAG_ORIENTATION, Orientation{1}));
 }

@@ -1,0 +1,50 @@
+#include "picture/formats/TiffAppend.h"
+
+#include <limits>
+
+#include "picture/Unreadable.h"
+
+namespace kw {
+namespace {
+
+constexpr std::uint64_t LinkAlignment = 4;
+// The count of entries in front of a directory's entries, whose size is a multiple of four.
+constexpr std::uint64_t CountBytes = 2;
+// What a page's directory may need beyond its own file.
+constexpr std::uint64_t Slack = 1024;
+
+[[noreturn]] void RaiseUnwritten() { RaiseUnreadable("The picture cannot be written."); }
+
+}  // namespace
+
+TiffAppender::TiffAppender(Stream& document, std::span<const std::uint8_t> header, std::optional<TiffMark> pageMark)
+    : to(document), mark(pageMark) {
+  if (to.Size() == 0) {
+    if (!to.Seek(0) || !to.WriteAll(header)) RaiseUnwritten();
+    return;
+  }
+  const TiffStructure structure(to);
+  if (structure.IsBig() || structure.Order() != ByteOrder::Little) {
+    RaiseUnreadable("Pages cannot be added to this kind of TIFF file.");
+  }
+  link = structure.LinkOf(to, structure.Directories().back());
+}
+
+bool TiffAppender::Append(Stream& page) {
+  const std::uint64_t end = to.Size();
+  if (end + page.Size() + Slack > std::numeric_limits<std::uint32_t>::max()) {
+    RaiseUnreadable("The document would be larger than 4 GB.");
+  }
+  // Where the link of a directory that begins here lies at a multiple of its own size.
+  const std::uint64_t directory = (end + CountBytes + LinkAlignment - 1) / LinkAlignment * LinkAlignment - CountBytes;
+  const TiffStructure structure(page);
+  const auto linkOfPage = CopyTiffPageInto(structure, page, structure.Directories().front(), to, directory, mark);
+  if (!linkOfPage) return false;
+  std::vector<std::uint8_t> offset;
+  AppendNumber(offset, directory, LinkAlignment);
+  if (!to.Settle() || !to.Seek(link) || !to.WriteAll(offset) || !to.Settle()) RaiseUnwritten();
+  link = *linkOfPage;
+  return true;
+}
+
+}  // namespace kw
