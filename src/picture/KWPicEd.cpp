@@ -58,6 +58,10 @@ void KWPicEd::RequireUnchanged(const InputFile& file) const {
   if (file.Stamp() != document.stamp) RaiseUnreadable("The file has changed since it was opened.");
 }
 
+std::string_view KWPicEd::FormatName() const {
+  return document.format == nullptr ? std::string_view() : document.format->name;
+}
+
 std::int32_t KWPicEd::PageCount() const {
   if (document.source != nullptr) return document.source->PageCount();
   return current.IsEmpty() ? 0 : 1;
@@ -74,11 +78,7 @@ void KWPicEd::SelectPage(std::int32_t page) {
   selected = page;
   pageValue = bits;
   current = {};
-}
-
-std::string KWPicEd::Warning() const {
-  Current();
-  return warning;
+  warning.clear();
 }
 
 const Bitmap& KWPicEd::Current() const {

@@ -24,8 +24,11 @@ class KWPicEd : public PictureEngine {
 public:
   bool Load(const std::string& path) override;
   std::string LastLoadError() const override { return lastLoadError; }
-  // What of the current page could not be read, as whole sentences; empty where all of it was. Decodes the page.
-  std::string Warning() const;
+  // Of the loaded file; empty where the picture is the engine's own.
+  std::string_view FormatName() const;
+  // What of the current page could not be read, as whole sentences; empty where all of it was and as long as nothing
+  // asked for the page's pixels.
+  const std::string& Warning() const { return warning; }
 
   // What reading and saving keep to, from the next file on.
   struct Options {

@@ -151,7 +151,7 @@ bool IsStandardHeader(std::string_view name) {
   static const Names libraries = {"gif_lib.h",  "jerror.h",   "jpeglib.h", "tiff.h",
                                   "tiffio.h",   "tiffvers.h", "zlib.h",    "benchmark/benchmark.h",
                                   "tmmintrin.h"};
-  static constexpr std::array<std::string_view, 6> folders = {"gtest/", "gmock/",     "hwy/",
+  static constexpr std::array<std::string_view, 7> folders = {"gtest/", "gmock/",     "hwy/",    "CLI/",
                                                               "cairo/", "leptonica/", "opencv2/"};
   return names.count(name) != 0 || libraries.count(name) != 0 ||
          std::any_of(folders.begin(), folders.end(), [&](auto folder) { return name.starts_with(folder); });

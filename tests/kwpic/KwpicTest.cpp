@@ -1,0 +1,192 @@
+#include "kwpic/Program.h"
+#include "picture/KWPicEd.h"
+#include "picture/TiffMaker.h"
+
+namespace kw {
+namespace {
+
+class Kwpic : public ProgramTest {
+protected:
+  std::string Save(const Bitmap& picture, const std::string& name) {
+    engine.Replace(picture);
+    engine.Save(At(name));
+    return At(name);
+  }
+  std::string Document(const std::vector<Bitmap>& pages, const std::string& name) {
+    for (const Bitmap& page : pages) {
+      engine.Replace(page);
+      engine.Append(At(name));
+    }
+    return At(name);
+  }
+  void ExpectPages(const std::vector<Bitmap>& pages, const std::string& path) {
+    ASSERT_TRUE(engine.Load(path)) << engine.LastLoadError();
+    ASSERT_EQ(static_cast<std::int32_t>(pages.size()), engine.PageCount());
+    for (std::int32_t page = 1; page <= engine.PageCount(); ++page) {
+      engine.SelectPage(page);
+      EXPECT_TRUE(SamePicture(pages[static_cast<std::size_t>(page - 1)], engine.Current())) << path << " page " << page;
+    }
+  }
+  KWPicEd engine;
+};
+
+TEST_F(Kwpic, InfoTellsFormatPagesSizesAndResolutions) {
+  const std::string path = Document({FaxPage(80, 40), Noise(7, 5, 24)}, "two.fmf");
+  EXPECT_EQ(path + ": FMF, 2 pages\n" +
+                "page 1: 80 x 40 pixels, 1 bit per pixel, 300 x 300 dpi\n"
+                "page 2: 7 x 5 pixels, 24 bits per pixel\n",
+            Output({"info", path}));
+  const std::string bitmap = Save(Noise(9, 4, 4), "one.bmp");
+  EXPECT_EQ(bitmap + ": BMP, 1 page\npage 1: 9 x 4 pixels, 4 bits per pixel\n", Output({"info", bitmap}));
+}
+
+TEST_F(Kwpic, SplitWritesTheCodedPagesBesideTheFileOrIntoAFolder) {
+  const std::vector<Bitmap> pages{FaxPage(80, 40), FaxPage(64, 64, 2), Noise(20, 10, 8)};
+  const std::string path = Document(pages, "doc.tif");
+  EXPECT_EQ("", Output({"split", path}));
+  EXPECT_EQ("", Output({"split", path, At("new/pages")}));
+  for (std::size_t i = 0; i < pages.size(); ++i) {
+    const std::string name = "doc_Page_" + std::to_string(i + 1) + ".tif";
+    ExpectPages({pages[i]}, At(name));
+    EXPECT_EQ(CodedPieces(path, static_cast<std::uint16_t>(i)), CodedPieces(At(name), 0));
+    EXPECT_EQ(BytesOf(At(name)), BytesOf(At("new/pages/" + name)));
+  }
+  EXPECT_EQ((std::vector<std::string>{"doc.tif", "doc_Page_1.tif", "doc_Page_2.tif", "doc_Page_3.tif", "new"}),
+            Names());
+}
+
+TEST_F(Kwpic, JoinMakesOneDocumentOfAllPages) {
+  const std::vector<Bitmap> two{FaxPage(80, 40), Noise(20, 10, 24)};
+  const std::string document = Document(two, "two.tif");
+  const std::string picture = Save(Noise(12, 12, 8), "picture.bmp");
+  for (const char* name : {"joined.fmf", "joined.tif"}) {
+    EXPECT_EQ("", Output({"join", At(name), document, picture, document}));
+    ExpectPages({two[0], two[1], Noise(12, 12, 8), two[0], two[1]}, At(name));
+    EXPECT_EQ(CodedPieces(document, 1), CodedPieces(At(name), 4));
+  }
+}
+
+TEST_F(Kwpic, ConvertKeepsEveryPixel) {
+  for (const int depth : {1, 4, 8, 24, 32}) {
+    const Bitmap picture = Noise(37, 23, depth);
+    std::string path = Save(picture, "start.bmp");
+    for (const char* name : {"a.tif", "b.fmf", "c.bmp", "d.tiff", "e.dib"}) {
+      EXPECT_EQ("", Output({"convert", path, At(name)}));
+      ExpectPages({picture}, At(name));
+      path = At(name);
+    }
+    if (depth > 8) continue;
+    EXPECT_EQ("", Output({"convert", path, At("f.gif")}));
+    ExpectPages({picture}, At("f.gif"));
+  }
+}
+
+TEST_F(Kwpic, ConvertTakesAPageADepthAndAQuality) {
+  const std::vector<Bitmap> pages{FaxPage(80, 40), Noise(40, 30, 24)};
+  const std::string path = Document(pages, "two.fmf");
+  EXPECT_EQ("", Output({"convert", path, At("all.tif")}));
+  ExpectPages(pages, At("all.tif"));
+  EXPECT_EQ("", Output({"convert", path, At("two.bmp"), "--page", "2"}));
+  ExpectPages({pages[1]}, At("two.bmp"));
+  EXPECT_EQ("", Output({"convert", path, At("grey.tif"), "--bpp", "8"}));
+  ASSERT_TRUE(engine.Load(At("grey.tif")));
+  EXPECT_EQ(2, engine.PageCount());
+  EXPECT_EQ(8, engine.PageValue());
+  EXPECT_EQ("", Output({"convert", At("two.bmp"), At("fine.jpg"), "--quality=95"}));
+  EXPECT_EQ("", Output({"convert", At("fine.jpg"), At("same.jpg")}));
+  EXPECT_EQ("", Output({"convert", At("fine.jpg"), At("coarse.jpg"), "--quality", "20"}));
+  EXPECT_EQ(BytesOf(At("fine.jpg")), BytesOf(At("same.jpg")));
+  EXPECT_LT(BytesOf(At("coarse.jpg")).size() * 2, BytesOf(At("fine.jpg")).size());
+}
+
+TEST_F(Kwpic, ApplyRunsEveryEffectAsTheEngineDoes) {
+  const Bitmap picture = Noise(30, 20, 24);
+  const std::string path = Save(picture, "picture.bmp");
+  for (const Effect& effect : Effects()) {
+    if (effect.procedure == nullptr) continue;
+    Bitmap expected = picture;
+    ApplyEffect(effect, expected);
+    EXPECT_EQ("", Output({"apply", std::string(effect.command), path, At("out.bmp")})) << effect.command;
+    ExpectPages({expected}, At("out.bmp"));
+  }
+}
+
+TEST_F(Kwpic, ApplyTakesParametersInAnyOrderAndCase) {
+  const Bitmap picture = Noise(30, 20, 24);
+  const std::string path = Save(picture, "picture.bmp");
+  Bitmap expected = picture;
+  const std::vector<double> turned{-30.5};
+  ApplyEffect(*FindEffect("Rotate"), expected, turned);
+  EXPECT_EQ("", Output({"apply", "rotate", path, At("out.bmp"), "--angle", "-30.5"}));
+  ExpectPages({expected}, At("out.bmp"));
+  expected = picture;
+  const std::vector<double> sized{50, 12, 34, 1};
+  ApplyEffect(*FindEffect("Resize"), expected, sized);
+  EXPECT_EQ("", Output({"apply", "Resize", "--Kernel=1", "--height", "34", path, "--WIDTH", "12", At("out.bmp")}));
+  ExpectPages({expected}, At("out.bmp"));
+}
+
+TEST_F(Kwpic, ApplyChangesEveryPageOfADocument) {
+  const std::vector<Bitmap> pages{FaxPage(80, 40), Noise(40, 30, 24)};
+  std::vector<Bitmap> expected = pages;
+  for (Bitmap& page : expected) ApplyEffect(*FindEffect("Invert"), page);
+  const std::string path = Document(pages, "two.fmf");
+  EXPECT_EQ("", Output({"apply", "Invert", path, path})) << "onto itself";
+  ExpectPages(expected, path);
+}
+
+TEST_F(Kwpic, EffectsIsTheTable) {
+  const std::string table = Output({"effects"});
+  for (const Effect& effect : Effects()) {
+    EXPECT_NE(std::string::npos, table.find(std::string(effect.command) + " ")) << effect.command;
+    for (const EffectParameter& parameter : effect.parameters) {
+      if (effect.procedure == nullptr) continue;
+      EXPECT_NE(std::string::npos, table.find("--" + std::string(parameter.name) + " ")) << parameter.name;
+    }
+  }
+  EXPECT_NE(std::string::npos, table.find("  --Sigma         0.3 to 50 (default 1.5)\n"));
+}
+
+TEST_F(Kwpic, HelpAndVersionAreAnswers) {
+  for (const char* command : {"info", "split", "join", "convert", "apply", "effects"}) {
+    EXPECT_NE(std::string::npos, Output({"--help"}).find(command)) << command;
+    EXPECT_NE("", Output({command, "--help"}));
+  }
+  EXPECT_NE(std::string::npos, Output({"apply", "Rotate", "--help"}).find("-360 to 360 (default 90)"));
+  EXPECT_EQ("kwpic " KW_VERSION "\n", Output({"--version"}));
+}
+
+TEST_F(Kwpic, NamesInAnyScriptAndWithBlanks) {
+  const std::string name =
+      "Stra\xC3\x9F"
+      "e \xE6\x96\x87\xE6\x9B\xB8";
+  const std::string path = Document({FaxPage(80, 40), FaxPage(40, 40)}, name + ".tif");
+  EXPECT_EQ("", Output({"split", path}));
+  ExpectPages({FaxPage(40, 40)}, At(name + "_Page_2.tif"));
+  EXPECT_EQ(0U, Output({"info", path}).find(path + ": TIFF, 2 pages\n"));
+}
+
+TEST_F(Kwpic, RealScansAreSplitJoinedAndConverted) {
+  const char* place = std::getenv("KW_SAMPLES");
+  const auto samples = std::filesystem::path(place == nullptr ? "" : place);
+  if (!std::filesystem::exists(samples / "scanned-5-pages.tif")) GTEST_SKIP() << "no sample files (KW_SAMPLES)";
+  const std::string scan = FromFilesystemPath(samples / "scanned-5-pages.tif");
+  const std::string photo = FromFilesystemPath(samples / "colour-photo.jpg");
+  EXPECT_EQ("", Output({"split", scan, At("pages")}));
+  std::vector<std::string> join{"join", At("all.fmf")};
+  for (int page = 1; page <= 5; ++page) {
+    const std::string file = At("pages/scanned-5-pages_Page_" + std::to_string(page) + ".tif");
+    EXPECT_EQ(CodedPieces(scan, static_cast<std::uint16_t>(page - 1)), CodedPieces(file, 0));
+    join.push_back(file);
+  }
+  join.push_back(photo);
+  EXPECT_EQ("", Output(join));
+  for (std::uint16_t page = 0; page < 5; ++page) EXPECT_EQ(CodedPieces(scan, page), CodedPieces(At("all.fmf"), page));
+  ASSERT_TRUE(engine.Load(photo));
+  const Bitmap pixels = engine.Current();
+  EXPECT_EQ("", Output({"convert", At("all.fmf"), At("photo.bmp"), "--page", "6"}));
+  ExpectPages({pixels}, At("photo.bmp"));
+}
+
+}  // namespace
+}  // namespace kw

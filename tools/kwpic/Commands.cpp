@@ -1,0 +1,220 @@
+#include "Commands.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <memory>
+#include <new>
+
+#include "Describe.h"
+#include "Progress.h"
+#include "components/FilePath.h"
+#include "components/RunTimeError.h"
+#include "picture/KWPicEd.h"
+
+namespace kw {
+namespace {
+
+// What changes the current page on its way, if anything does.
+using Change = std::function<void(KWPicEd& engine)>;
+
+// Runs a step that works on the file; what it raises becomes a failure that names it.
+template <typename Step>
+void For(const std::string& file, const Step& step) {
+  try {
+    step();
+  } catch (const RunTimeError& error) {
+    throw Failure{file + ": " + error.Description()};
+  } catch (const std::bad_alloc&) {
+    throw Failure{file + ": there is not enough memory"};
+  }
+}
+
+const PictureFormat& FormatFor(const std::string& path) {
+  const PictureFormat* format = FormatOfPath(path);
+  if (format == nullptr) throw UsageError{path + ": no known format has this extension (fmf, tif, jpg, gif, bmp)"};
+  return *format;
+}
+
+void Open(KWPicEd& engine, const std::string& path) {
+  if (!engine.Load(path)) throw Failure{path + ": " + engine.LastLoadError()};
+}
+
+std::string PageName(const std::string& path, const KWPicEd& engine, std::int32_t page) {
+  return engine.PageCount() == 1 ? path : path + ", page " + std::to_string(page);
+}
+
+void Warn(const std::string& name, const KWPicEd& engine) {
+  if (!engine.Warning().empty())
+    std::fprintf(stderr, "kwpic: warning: %s: %s\n", name.c_str(), engine.Warning().c_str());
+}
+
+// Selects each page and calls take() with its number and name.
+template <typename Take>
+void ForPages(KWPicEd& engine, const std::string& path, const Take& take) {
+  const std::int32_t pages = engine.PageCount();
+  for (std::int32_t page = 1; page <= pages; ++page) {
+    const std::string name = PageName(path, engine, page);
+    For(name, [&] { engine.SelectPage(page); });
+    take(page, name);
+  }
+}
+
+void Info(const std::string& path) {
+  KWPicEd engine;
+  Open(engine, path);
+  std::printf("%s: %s, %d %s\n", path.c_str(), std::string(engine.FormatName()).c_str(),
+              static_cast<int>(engine.PageCount()), engine.PageCount() == 1 ? "page" : "pages");
+  ForPages(engine, path, [&](std::int32_t page, const std::string& name) {
+    For(name, [&] {
+      const Bitmap& picture = engine.Current();
+      std::printf("page %d: %d x %d pixels, %d bit%s per pixel", static_cast<int>(page),
+                  static_cast<int>(picture.Width()), static_cast<int>(picture.Height()),
+                  static_cast<int>(engine.PageValue()), engine.PageValue() == 1 ? "" : "s");
+      if (picture.HorizontalResolution() > 0 && picture.VerticalResolution() > 0) {
+        std::printf(", %s x %s dpi", Short(picture.HorizontalResolution()).c_str(),
+                    Short(picture.VerticalResolution()).c_str());
+      }
+      std::printf("\n");
+    });
+    Warn(name, engine);
+  });
+}
+
+// The engine itself or, where the page is to be changed, one that holds the changed page; it is kept in `changed`.
+KWPicEd& Changed(KWPicEd& engine, const Change& change, KWPicEd& changed) {
+  if (!change) return engine;
+  changed.GetOptions() = engine.GetOptions();
+  changed.Replace(engine.Current());
+  change(changed);
+  return changed;
+}
+
+// Where page `page` of the document goes: NAME_Page_N with its extension.
+std::string PageFile(const std::string& document, const std::string& folder, std::int32_t page) {
+  std::filesystem::path path = ToFilesystemPath(document);
+  const std::filesystem::path extension = path.extension();
+  path.replace_extension();
+  path += "_Page_" + std::to_string(page);
+  path += extension;
+  return FromFilesystemPath(folder.empty() ? path : ToFilesystemPath(folder) / path.filename());
+}
+
+void Split(const std::string& path, const std::string& folder) {
+  FormatFor(path);
+  KWPicEd engine;
+  Open(engine, path);
+  std::error_code error;
+  if (!folder.empty()) std::filesystem::create_directories(ToFilesystemPath(folder), error);
+  if (error) throw Failure{folder + ": the folder cannot be made"};
+  Progress progress(engine.PageCount());
+  ForPages(engine, path, [&](std::int32_t page, const std::string& name) {
+    const std::string file = PageFile(path, folder, page);
+    For(name + " to " + file, [&] { engine.Save(file); });
+    Warn(name, engine);
+    progress.Step();
+  });
+}
+
+// Writes all pages of the files, changed, into one document.
+void WriteDocument(const std::vector<std::string>& inputs, const std::string& path, const PictureFormat& format,
+                   const KWPicEd::Options& options, const Change& change) {
+  std::unique_ptr<OutputFile> file;
+  std::unique_ptr<PageAppender> appender;
+  For(path, [&] {
+    file = std::make_unique<OutputFile>(path);
+    appender = format.append(*file);
+  });
+  for (const std::string& input : inputs) {
+    KWPicEd engine;
+    engine.GetOptions() = options;
+    Open(engine, input);
+    Progress progress(engine.PageCount());
+    ForPages(engine, input, [&](std::int32_t /*page*/, const std::string& name) {
+      For(name, [&] {
+        KWPicEd changed;
+        Changed(engine, change, changed).AppendTo(*appender);
+      });
+      For(path, [&] { file->RaiseFailure(); });
+      Warn(name, engine);
+      progress.Step();
+    });
+  }
+  For(path, [&] { file->Commit(); });
+}
+
+void Join(const Request& request) {
+  const PictureFormat& format = FormatFor(request.output);
+  if (format.append == nullptr) {
+    throw UsageError{request.output + ": " + std::string(format.name) + " holds one page; join to .fmf or .tif"};
+  }
+  WriteDocument(request.inputs, request.output, format, {}, {});
+}
+
+// One picture, or a document page by page.
+void Rewrite(const Request& request, const Change& change) {
+  const std::string& input = request.inputs.front();
+  const PictureFormat& format = FormatFor(request.output);
+  KWPicEd::Options options;
+  if (request.quality) options.writing.jpegQuality = *request.quality;
+  KWPicEd engine;
+  engine.GetOptions() = options;
+  Open(engine, input);
+  const std::int32_t pages = engine.PageCount();
+  if (request.page && *request.page > pages) {
+    throw Failure{input + ": there is no page " + std::to_string(*request.page) + " among " + std::to_string(pages)};
+  }
+  if (pages > 1 && !request.page) {
+    if (format.append == nullptr) {
+      throw Failure{input + ": it has " + std::to_string(pages) + " pages and " + std::string(format.name) +
+                    " holds one; " + (request.effect == nullptr ? "choose one with --page" : "split it first")};
+    }
+    return WriteDocument({input}, request.output, format, options, change);
+  }
+  const std::string name = PageName(input, engine, request.page.value_or(1));
+  KWPicEd changed;
+  KWPicEd* result = nullptr;
+  For(name, [&] {
+    engine.SelectPage(request.page.value_or(1));
+    result = &Changed(engine, change, changed);
+  });
+  For(request.output, [&] { result->Save(request.output); });
+  Warn(name, engine);
+}
+
+void Convert(const Request& request) {
+  // Without one of these, a page may keep its coded pixels.
+  if (!request.bitsPerPixel && !request.quality) return Rewrite(request, {});
+  Rewrite(request, [&request](KWPicEd& engine) {
+    if (!request.bitsPerPixel) return;
+    auto bits = static_cast<std::int16_t>(*request.bitsPerPixel);
+    engine.ConvertToBitsPerPixel(bits);
+  });
+}
+
+void Apply(const Request& request) {
+  Rewrite(request, [&request](KWPicEd& engine) {
+    engine.Settings().Set(*request.effect, request.values);
+    engine.Apply(request.effect->command);
+  });
+}
+
+}  // namespace
+
+void Run(const Request& request) {
+  switch (request.command) {
+    case Request::Command::Info:
+      return Info(request.inputs.front());
+    case Request::Command::Split:
+      return Split(request.inputs.front(), request.output);
+    case Request::Command::Join:
+      return Join(request);
+    case Request::Command::Convert:
+      return Convert(request);
+    case Request::Command::Apply:
+      return Apply(request);
+    case Request::Command::Effects:
+      std::fputs(DescribeEffects().c_str(), stdout);
+  }
+}
+
+}  // namespace kw

@@ -1,0 +1,33 @@
+#include "Progress.h"
+
+#include <cstdio>
+#include <string>
+
+#include "Platform.h"
+
+namespace kw {
+namespace {
+
+constexpr int BarWidth = 40;
+constexpr std::chrono::milliseconds Patience(300);
+
+}  // namespace
+
+Progress::Progress(std::int32_t steps) : total(steps), onTerminal(IsTerminal(stderr)) {}
+
+Progress::~Progress() {
+  if (shown) std::fprintf(stderr, "\r%*s\r", BarWidth + 30, "");
+}
+
+void Progress::Step() {
+  ++done;
+  if (!onTerminal || total < 2 || std::chrono::steady_clock::now() - begin < Patience) return;
+  shown = true;
+  const auto filled = static_cast<std::size_t>(std::int64_t{BarWidth} * done / total);
+  std::string bar(BarWidth, ' ');
+  bar.replace(0, filled, filled, '#');
+  std::fprintf(stderr, "\r[%s] %d of %d pages", bar.c_str(), static_cast<int>(done), static_cast<int>(total));
+  std::fflush(stderr);
+}
+
+}  // namespace kw
