@@ -169,10 +169,40 @@ TEST_F(BadInput, TiffDirectoriesThatRunInACircleOrOutOfTheFile) {
   const std::array<std::uint32_t, 4> width{256, 3, 1, 8};
   const std::array<std::uint32_t, 4> height{257, 3, 1, 8};
   ExpectRefused("to itself", TiffOf({width, height}, 8));
+  Bytes circle = TiffOf({width, height}, 40);
+  circle.resize(40);
+  const Bytes second = TiffOf({width, height}, 8);
+  circle.insert(circle.end(), second.begin() + 8, second.end());
+  ExpectRefused("from the second to the first", circle);
+  EXPECT_EQ("The pages of the TIFF file run in a circle.", engine.LastLoadError());
   ExpectRefused("out of the file", TiffOf({width, height}, 5000));
   ExpectRefused("no entries", TiffOf({}, 0));
   ExpectRefused("no size", TiffOf({width}, 0));
   ExpectRefused("no pixels", TiffOf({width, height}, 0));
+}
+
+TEST_F(BadInput, PaletteIndicesBehindThePaletteAreBlack) {
+  Bitmap picture(4, 1, 8);
+  picture.SetPalette({{255, 255, 255}, {9, 8, 7}});
+  const auto row = picture.MutableRow(0);
+  row[1] = 1;
+  row[2] = 2;
+  row[3] = 255;
+  ASSERT_TRUE(engine.Load(Put("short palette", Written(BmpFormat, picture)))) << engine.LastLoadError();
+  EXPECT_EQ((Rgb{9, 8, 7}), engine.Current().PixelAt(1, 0));
+  EXPECT_EQ(Rgb{}, engine.Current().PixelAt(2, 0));
+  EXPECT_EQ(Rgb{}, engine.Current().PixelAt(3, 0));
+  for (const int depth : {1, 4, 24, 32}) EXPECT_FALSE(ToDepth(engine.Current(), depth).IsEmpty());
+}
+
+TEST_F(BadInput, MemoryForAPageIsAnOptionOfTheEngine) {
+  const std::string path = Put("page.bmp", Written(BmpFormat, Noise(100, 100, 24)));
+  EXPECT_EQ(std::uint64_t{1} << 30U, engine.GetOptions().reading.pageMemory);
+  engine.GetOptions().reading.pageMemory = 20000;
+  ExpectRefused(path);
+  EXPECT_EQ("The picture is too large: 100 x 100 pixels.", engine.LastLoadError());
+  engine.GetOptions().reading.pageMemory = 40000;
+  EXPECT_TRUE(engine.Load(path)) << engine.LastLoadError();
 }
 
 TEST_F(BadInput, TiffValuesThatClaimMoreThanTheFileHolds) {

@@ -148,5 +148,79 @@ TEST_F(GifKinds, PictureWithoutAnyPaletteIsRefused) {
   EXPECT_NE("", engine.LastLoadError());
 }
 
+// The transparent index that the file's first frame names.
+int TransparentIndexOf(const std::string& path) {
+  int error = 0;
+  GifFileType* codec = DGifOpenFileName(path.c_str(), &error);
+  if (codec == nullptr || DGifSlurp(codec) != GIF_OK) return -2;
+  GraphicsControlBlock control{};
+  const bool found = DGifSavedExtensionToGCB(codec, 0, &control) == GIF_OK;
+  DGifCloseFile(codec, nullptr);
+  return found ? control.TransparentColor : NO_TRANSPARENT_COLOR;
+}
+
+TEST_F(GifKinds, TransparencyIsKeptOnSave) {
+  for (const bool manyColours : {false, true}) {
+    Bitmap picture(30, 20, 32);
+    for (std::int32_t y = 0; y < 20; ++y) {
+      const auto row = picture.MutableRow(y);
+      for (std::size_t x = 0; x < 30; ++x) {
+        row[x * 4] = static_cast<std::uint8_t>(manyColours ? x * 8 : 0);
+        row[x * 4 + 1] = static_cast<std::uint8_t>(manyColours ? y * 12 : 0);
+        row[x * 4 + 2] = 40;
+        row[x * 4 + 3] = x < 10 ? 0 : x < 20 ? 128 : 255;
+      }
+    }
+    engine.Replace(picture);
+    engine.Save(At("alpha.gif"));
+    const int transparent = TransparentIndexOf(At("alpha.gif"));
+    ASSERT_GE(transparent, 0);
+    ASSERT_TRUE(engine.Load(At("alpha.gif"))) << engine.LastLoadError();
+    for (std::int32_t y = 0; y < 20; ++y) {
+      for (std::int32_t x = 0; x < 30; ++x) {
+        const bool isTransparent = engine.Current().Row(y)[static_cast<std::size_t>(x)] == transparent;
+        const bool isIndexed = engine.BitsPerPixel() == 8;
+        if (isIndexed) {
+          ASSERT_EQ(x < 10, isTransparent) << x << ' ' << y;
+        }
+        EXPECT_EQ(x < 10, Pixel(x, y) == (Rgb{255, 255, 255})) << x << ' ' << y;
+      }
+    }
+    // Unchanged, it keeps its coded pixels and with them what is transparent.
+    engine.Save(At("again.gif"));
+    EXPECT_EQ(transparent, TransparentIndexOf(At("again.gif")));
+  }
+  Bitmap opaque(5, 5, 32);
+  for (std::int32_t y = 0; y < 5; ++y) std::ranges::fill(opaque.MutableRow(y), std::uint8_t{255});
+  engine.Replace(opaque);
+  engine.Save(At("opaque.gif"));
+  EXPECT_EQ(NO_TRANSPARENT_COLOR, TransparentIndexOf(At("opaque.gif")));
+}
+
+// Two by two pixels, black (0) and white (1), in these codes of 3 bits: 4 is clear, 5 the end, 6 the first new one.
+Bytes GifOfCodes(std::initializer_list<unsigned> codes) {
+  Bytes bytes{'G', 'I', 'F', '8', '9', 'a', 2, 0, 2, 0, 0x80, 0, 0, 0, 0, 0, 255, 255, 255};
+  bytes.insert(bytes.end(), {',', 0, 0, 0, 0, 2, 0, 2, 0, 0, 2, 2});
+  unsigned bits = 0;
+  unsigned place = 0;
+  for (const unsigned code : codes) bits |= code << (3 * place++);
+  bytes.insert(bytes.end(), {static_cast<std::uint8_t>(bits), static_cast<std::uint8_t>(bits >> 8U), 0, ';'});
+  return bytes;
+}
+
+TEST_F(GifKinds, CodesOutOfRangeEndThePicture) {
+  ASSERT_TRUE(engine.Load(Put("codes.gif", GifOfCodes({4, 0, 1, 6, 5})))) << engine.LastLoadError();
+  EXPECT_EQ("", engine.Warning());
+  EXPECT_EQ((Rgb{255, 255, 255}), Pixel(1, 1));
+  // 7 is two further than the codes that there are.
+  EXPECT_FALSE(engine.Load(Put("codes.gif", GifOfCodes({4, 0, 7, 7, 5}))));
+  EXPECT_NE(std::string::npos, engine.LastLoadError().find("GIF data is damaged")) << engine.LastLoadError();
+  // The end comes behind the first row.
+  ASSERT_TRUE(engine.Load(Put("codes.gif", GifOfCodes({4, 0, 0, 5, 5})))) << engine.LastLoadError();
+  EXPECT_NE(std::string::npos, engine.Warning().find("1 of 2 rows")) << engine.Warning();
+  EXPECT_EQ((Rgb{0, 0, 0}), Pixel(1, 0));
+  EXPECT_EQ((Rgb{255, 255, 255}), Pixel(1, 1));
+}
+
 }  // namespace
 }  // namespace kw

@@ -163,5 +163,17 @@ TEST_F(Saving, FileThatIsOpenElsewhereStaysAsItWas) {
 }
 #endif
 
+TEST_F(Saving, QualityOfJpegIsAnOptionOfTheEngine) {
+  engine.Replace(Noise(64, 64, 24));
+  EXPECT_EQ(90, engine.GetOptions().writing.jpegQuality);
+  engine.Save(At("standard.jpg"));
+  engine.GetOptions().writing.jpegQuality = 30;
+  engine.Save(At("coarse.jpg"));
+  engine.GetOptions().writing.jpegQuality = 90;
+  engine.Save(At("again.jpg"));
+  EXPECT_EQ(BytesOf(At("standard.jpg")), BytesOf(At("again.jpg")));
+  EXPECT_LT(BytesOf(At("coarse.jpg")).size() * 2, BytesOf(At("standard.jpg")).size());
+}
+
 }  // namespace
 }  // namespace kw

@@ -38,6 +38,25 @@ INSTANTIATE_TEST_SUITE_P(All, BilevelCodecs,
 // The library writes this one in a single strip only.
 INSTANTIATE_TEST_SUITE_P(WholeStrip, BilevelCodecs, testing::Values(std::tuple{COMPRESSION_JBIG, 97}));
 
+TEST_F(TiffKinds, FaxRowsThatBeginAtWholeWords) {
+  // By hand, since the library cannot read what it writes of this kind: 16 white pixels are the code 101010, 16 black
+  // ones follow 0 white ones, 00110101 and 0000010111.
+  {
+    TiffMaker maker(path);
+    maker.Page(16, 3, 1, 1, PHOTOMETRIC_MINISWHITE, COMPRESSION_CCITTRLEW, 3);
+    Bytes rows{0xA8, 0x00, 0x35, 0x05, 0xC0, 0x00, 0xA8, 0x00};
+    maker.CodedStrip(0, rows);
+    maker.EndPage();
+  }
+  Open(path);
+  EXPECT_EQ("", engine.Warning());
+  for (std::int32_t x = 0; x < 16; ++x) {
+    for (std::int32_t y = 0; y < 3; ++y) {
+      EXPECT_EQ(y == 1 ? 0 : 255, engine.Current().PixelAt(x, y).red) << x << ' ' << y;
+    }
+  }
+}
+
 class ByteCodecs : public TiffKinds, public testing::WithParamInterface<std::tuple<int, int>> {};
 
 TEST_P(ByteCodecs, ColoursAreExact) {

@@ -44,6 +44,11 @@ public:
     EXPECT_GT(TIFFWriteTile(codec, samples.data(), x, y, 0, plane), 0);
   }
 
+  // A strip whose bytes are coded already.
+  void CodedStrip(std::uint32_t strip, Bytes bytes) {
+    EXPECT_GT(TIFFWriteRawStrip(codec, strip, bytes.data(), static_cast<tmsize_t>(bytes.size())), 0);
+  }
+
   std::size_t TileSize() const { return static_cast<std::size_t>(TIFFTileSize(codec)); }
 
   void EndPage() { EXPECT_EQ(1, TIFFWriteDirectory(codec)); }

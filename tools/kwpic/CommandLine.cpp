@@ -57,6 +57,8 @@ class Parser {
 public:
   Parser() : app("Pictures and documents, converted and changed.", "kwpic") {
     app.require_subcommand(1);
+    // A path may begin with a slash on Windows, too.
+    app.allow_windows_style_options(false);
     app.set_version_flag("--version", "kwpic " KW_VERSION);
     AddFileCommands();
     AddConvert();

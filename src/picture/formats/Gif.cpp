@@ -6,10 +6,11 @@
 
 #include <gif_lib.h>
 
-#include "picture/Depth.h"
 #include "picture/Recovery.h"
 #include "picture/Unreadable.h"
 #include "picture/formats/Formats.h"
+#include "picture/formats/GifCodes.h"
+#include "picture/formats/GifWrite.h"
 
 namespace kw {
 namespace {
@@ -20,10 +21,6 @@ constexpr std::size_t KeptBytes = std::size_t{64} * 1024 * 1024;
 
 int ReadFile(GifFileType* codec, GifByteType* to, int count) {
   return static_cast<int>(static_cast<Stream*>(codec->UserData)->Read(to, static_cast<std::size_t>(count)));
-}
-
-int WriteFile(GifFileType* codec, const GifByteType* from, int count) {
-  return static_cast<int>(static_cast<Stream*>(codec->UserData)->Write(from, static_cast<std::size_t>(count)));
 }
 
 [[noreturn]] void RaiseDamaged(int error) {
@@ -76,12 +73,14 @@ public:
     }
   }
 
-  // False where the file ends before the pixels do.
-  bool SkipPixels() {
+  // False where the file ends before the pixels do. Raises InvalidPicture for a code out of range.
+  bool SkipPixels(const Frame& frame) {
     int codeSize = 0;
     GifByteType* block = nullptr;
     if (DGifGetCode(codec, &codeSize, &block) == GIF_ERROR) return false;
+    GifCodes codes(codeSize, std::uint64_t{frame.width} * frame.height);
     while (block != nullptr) {
+      if (!codes.Take({block + 1, block[0]})) RaiseUnreadable("The GIF data is damaged: a code is out of range.");
       if (DGifGetCodeNext(codec, &block) == GIF_ERROR) return false;
     }
     return true;
@@ -220,7 +219,7 @@ public:
     while (good && decoder.Next(frame)) {
       frameBits.push_back(static_cast<std::int16_t>(decoder.Colours()->BitsPerPixel));
       // A frame that the file's end cuts off is the last one.
-      good = decoder.SkipPixels();
+      good = decoder.SkipPixels(frame);
     }
     if (frameBits.empty()) RaiseUnreadable("The GIF holds no picture.");
   }
@@ -326,57 +325,6 @@ bool RecogniseGif(std::span<const std::uint8_t> head) {
 
 std::unique_ptr<PictureSource> OpenGif(Stream& file, const ReadLimits& limits) {
   return std::make_unique<GifSource>(file, limits);
-}
-
-// One file being written.
-class Encoder {
-public:
-  explicit Encoder(Stream& to) {
-    int error = 0;
-    codec = EGifOpen(&to, WriteFile, &error);
-    Require(codec != nullptr ? GIF_OK : GIF_ERROR);
-  }
-  Encoder(const Encoder&) = delete;
-  Encoder& operator=(const Encoder&) = delete;
-  ~Encoder() {
-    GifFreeMapObject(colours);
-    if (codec != nullptr) EGifCloseFile(codec, nullptr);
-  }
-
-  void Write(const Bitmap& picture) {
-    std::array<GifColorType, 256> entries{};
-    std::ranges::transform(picture.Palette(), entries.begin(), [](const Rgb& c) {
-      return GifColorType{c.red, c.green, c.blue};
-    });
-    colours = GifMakeMapObject(1 << picture.BitsPerPixel(), entries.data());
-    Require(colours != nullptr ? GIF_OK : GIF_ERROR);
-    Require(EGifPutScreenDesc(codec, picture.Width(), picture.Height(), colours->BitsPerPixel, 0, colours));
-    Require(EGifPutImageDesc(codec, 0, 0, picture.Width(), picture.Height(), false, nullptr));
-    std::vector<GifPixelType> row(static_cast<std::size_t>(picture.Width()));
-    for (std::int32_t y = 0; y < picture.Height(); ++y) {
-      const auto from = picture.Row(y);
-      for (std::size_t x = 0; x < row.size(); ++x) row[x] = PaletteIndexAt(from, x, picture.BitsPerPixel());
-      Require(EGifPutLine(codec, row.data(), static_cast<int>(row.size())));
-    }
-    GifFileType* finished = codec;
-    codec = nullptr;
-    Require(EGifCloseFile(finished, nullptr));
-  }
-
-private:
-  static void Require(int result) {
-    if (result == GIF_ERROR) RaiseUnreadable("The picture cannot be written as GIF.");
-  }
-
-  GifFileType* codec = nullptr;
-  ColorMapObject* colours = nullptr;
-};
-
-void WriteGif(const Bitmap& picture, Stream& to, const WriteOptions& /*options*/) {
-  constexpr std::int32_t most = std::numeric_limits<std::uint16_t>::max();
-  if (picture.Width() > most || picture.Height() > most)
-    RaiseUnreadable("The picture is too large for the GIF format.");
-  Encoder(to).Write(picture.BitsPerPixel() > 8 ? ToDepth(picture, 8) : picture);
 }
 
 }  // namespace

@@ -1,0 +1,202 @@
+// Reading and writing a page of A4 at 300 dpi, from memory into memory, beside the bare codec libraries on the same
+// bytes. What ours does more is what makes a page of it: rows aligned, the order of the colours, the checks.
+
+#include <cstdio>
+#include <cstdlib>
+#include <random>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+#include <jpeglib.h>
+#include <tiffio.h>
+
+#include "picture/formats/Formats.h"
+
+namespace kw {
+namespace {
+
+constexpr std::int32_t Width = 2480;
+constexpr std::int32_t Height = 3508;
+constexpr int Quality = 90;
+
+// Rows of letter-like marks on white paper.
+const Bitmap& FaxPage() {
+  static const Bitmap page = [] {
+    Bitmap made(Width, Height, 1);
+    made.SetPalette({{255, 255, 255}, {0, 0, 0}});
+    std::mt19937 random(1);
+    std::vector<std::uint8_t> line(made.RowBytes());
+    for (std::int32_t y = 200; y < Height - 200; ++y) {
+      if (y % 60 >= 36) continue;
+      if (y % 6 == 0) {
+        for (std::size_t x = 25; x < line.size() - 25; ++x)
+          line[x] = x % 4 == 3 ? std::uint8_t{0} : static_cast<std::uint8_t>(random() & random());
+      }
+      std::copy(line.begin(), line.end(), made.MutableRow(y).begin());
+    }
+    return made;
+  }();
+  return page;
+}
+
+// Soft colours with the noise of a camera.
+const Bitmap& Photograph() {
+  static const Bitmap page = [] {
+    Bitmap made(Width, Height, 24);
+    std::minstd_rand random(7);
+    for (std::int32_t y = 0; y < Height; ++y) {
+      const auto row = made.MutableRow(y);
+      for (std::size_t i = 0; i < row.size(); ++i) {
+        const auto shade = 90 + i % 3 * 30 + i / 40 % 50 + static_cast<std::size_t>(y) / 25 % 40;
+        row[i] = static_cast<std::uint8_t>(shade + static_cast<unsigned>(random()) % 8);
+      }
+    }
+    return made;
+  }();
+  return page;
+}
+
+MemoryFile& Written(const PictureFormat& format, const Bitmap& page) {
+  static MemoryFile tiff;
+  static MemoryFile jpeg;
+  MemoryFile& file = &format == &TiffFormat ? tiff : jpeg;
+  if (file.Size() == 0) format.write(page, file, {Quality});
+  return file;
+}
+
+void ReadOurs(benchmark::State& state, const PictureFormat& format, const Bitmap& page) {
+  MemoryReader file(Written(format, page).Bytes());
+  const auto source = format.open(file, {});
+  std::string warning;
+  for (auto _ : state) benchmark::DoNotOptimize(source->Read(file, 1, warning));
+}
+
+void WriteOurs(benchmark::State& state, const PictureFormat& format, const Bitmap& page) {
+  for (auto _ : state) {
+    MemoryFile file;
+    format.write(page, file, {Quality});
+    benchmark::DoNotOptimize(file.Bytes().data());
+  }
+}
+
+TIFF* OpenTiff(Stream& stream, const char* mode) {
+  return TIFFClientOpen(
+      "", mode, &stream,
+      [](thandle_t to, void* bytes, tmsize_t count) {
+        return static_cast<tmsize_t>(static_cast<Stream*>(to)->Read(bytes, static_cast<std::size_t>(count)));
+      },
+      [](thandle_t to, void* bytes, tmsize_t count) {
+        return static_cast<tmsize_t>(static_cast<Stream*>(to)->Write(bytes, static_cast<std::size_t>(count)));
+      },
+      [](thandle_t to, toff_t offset, int origin) -> toff_t {
+        auto& file = *static_cast<Stream*>(to);
+        file.Seek(offset + (origin == SEEK_CUR ? file.Position() : origin == SEEK_END ? file.Size() : 0));
+        return file.Position();
+      },
+      [](thandle_t) { return 0; }, [](thandle_t to) -> toff_t { return static_cast<Stream*>(to)->Size(); }, nullptr,
+      nullptr);
+}
+
+void ReadG4Bare(benchmark::State& state) {
+  MemoryReader file(Written(TiffFormat, FaxPage()).Bytes());
+  for (auto _ : state) {
+    file.Seek(0);
+    TIFF* codec = OpenTiff(file, "rm");
+    const tmsize_t size = TIFFStripSize(codec);
+    void* strip = std::malloc(static_cast<std::size_t>(size));
+    benchmark::DoNotOptimize(TIFFReadEncodedStrip(codec, 0, strip, size));
+    std::free(strip);
+    TIFFClose(codec);
+  }
+}
+
+void WriteG4Bare(benchmark::State& state) {
+  const std::size_t rowBytes = FaxPage().RowBytes();
+  std::vector<std::uint8_t> page;
+  for (std::int32_t y = 0; y < Height; ++y) page.insert(page.end(), FaxPage().Row(y).begin(), FaxPage().Row(y).end());
+  for (auto _ : state) {
+    MemoryFile file;
+    TIFF* codec = OpenTiff(file, "wl");
+    TIFFSetField(codec, TIFFTAG_IMAGEWIDTH, Width);
+    TIFFSetField(codec, TIFFTAG_IMAGELENGTH, Height);
+    TIFFSetField(codec, TIFFTAG_BITSPERSAMPLE, 1);
+    TIFFSetField(codec, TIFFTAG_SAMPLESPERPIXEL, 1);
+    TIFFSetField(codec, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISWHITE);
+    TIFFSetField(codec, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
+    TIFFSetField(codec, TIFFTAG_COMPRESSION, COMPRESSION_CCITTFAX4);
+    TIFFSetField(codec, TIFFTAG_ROWSPERSTRIP, Height);
+    TIFFWriteEncodedStrip(codec, 0, page.data(), static_cast<tmsize_t>(rowBytes * static_cast<std::size_t>(Height)));
+    TIFFClose(codec);
+    benchmark::DoNotOptimize(file.Bytes().data());
+  }
+}
+
+void ReadJpegBare(benchmark::State& state) {
+  const auto bytes = Written(JpegFormat, Photograph()).Bytes();
+  for (auto _ : state) {
+    jpeg_decompress_struct codec{};
+    jpeg_error_mgr errors{};
+    codec.err = jpeg_std_error(&errors);
+    jpeg_create_decompress(&codec);
+    jpeg_mem_src(&codec, bytes.data(), static_cast<unsigned long>(bytes.size()));
+    jpeg_read_header(&codec, TRUE);
+    jpeg_start_decompress(&codec);
+    const std::size_t rowBytes = std::size_t{codec.output_width} * 3;
+    auto* page = static_cast<JSAMPLE*>(std::malloc(rowBytes * codec.output_height));
+    while (codec.output_scanline < codec.output_height) {
+      JSAMPROW row = page + codec.output_scanline * rowBytes;
+      jpeg_read_scanlines(&codec, &row, 1);
+    }
+    jpeg_finish_decompress(&codec);
+    jpeg_destroy_decompress(&codec);
+    benchmark::DoNotOptimize(page[0]);
+    std::free(page);
+  }
+}
+
+void WriteJpegBare(benchmark::State& state) {
+  for (auto _ : state) {
+    jpeg_compress_struct codec{};
+    jpeg_error_mgr errors{};
+    codec.err = jpeg_std_error(&errors);
+    jpeg_create_compress(&codec);
+    unsigned char* data = nullptr;
+    unsigned long size = 0;
+    jpeg_mem_dest(&codec, &data, &size);
+    codec.image_width = Width;
+    codec.image_height = Height;
+    codec.input_components = 3;
+    codec.in_color_space = JCS_EXT_BGR;
+    jpeg_set_defaults(&codec);
+    jpeg_set_quality(&codec, Quality, TRUE);
+    // As ours writes from this quality on.
+    codec.comp_info[0].h_samp_factor = codec.comp_info[0].v_samp_factor = 1;
+    jpeg_start_compress(&codec, TRUE);
+    for (std::int32_t y = 0; y < Height; ++y) {
+      auto* row = const_cast<JSAMPLE*>(Photograph().Row(y).data());
+      jpeg_write_scanlines(&codec, &row, 1);
+    }
+    jpeg_finish_compress(&codec);
+    jpeg_destroy_compress(&codec);
+    benchmark::DoNotOptimize(data[0]);
+    std::free(data);
+  }
+}
+
+const bool added = [] {
+  const auto add = [](const char* name, auto run) {
+    benchmark::RegisterBenchmark(name, run)->Unit(benchmark::kMillisecond);
+  };
+  add("Codec/G4Read", [](benchmark::State& state) { ReadOurs(state, TiffFormat, FaxPage()); });
+  add("Codec/G4Write", [](benchmark::State& state) { WriteOurs(state, TiffFormat, FaxPage()); });
+  add("Codec/JpegRead", [](benchmark::State& state) { ReadOurs(state, JpegFormat, Photograph()); });
+  add("Codec/JpegWrite", [](benchmark::State& state) { WriteOurs(state, JpegFormat, Photograph()); });
+  add("Library/G4Read", ReadG4Bare);
+  add("Library/G4Write", WriteG4Bare);
+  add("Library/JpegRead", ReadJpegBare);
+  add("Library/JpegWrite", WriteJpegBare);
+  return true;
+}();
+
+}  // namespace
+}  // namespace kw
