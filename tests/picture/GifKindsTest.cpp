@@ -199,13 +199,13 @@ TEST_F(GifKinds, TransparencyIsKeptOnSave) {
 
 // Two by two pixels, black (0) and white (1), in these codes of 3 bits: 4 is clear, 5 the end, 6 the first new one.
 Bytes GifOfCodes(std::initializer_list<unsigned> codes) {
-  Bytes bytes{'G', 'I', 'F', '8', '9', 'a', 2, 0, 2, 0, 0x80, 0, 0, 0, 0, 0, 255, 255, 255};
-  bytes.insert(bytes.end(), {',', 0, 0, 0, 0, 2, 0, 2, 0, 0, 2, 2});
   unsigned bits = 0;
   unsigned place = 0;
   for (const unsigned code : codes) bits |= code << (3 * place++);
-  bytes.insert(bytes.end(), {static_cast<std::uint8_t>(bits), static_cast<std::uint8_t>(bits >> 8U), 0, ';'});
-  return bytes;
+  const auto low = static_cast<std::uint8_t>(bits);
+  const auto high = static_cast<std::uint8_t>(bits >> 8U);
+  return {'G', 'I', 'F', '8', '9', 'a', 2, 0, 2, 0, 0x80, 0, 0, 0,   0,    0, 255, 255,
+          255, ',', 0,   0,   0,   0,   2, 0, 2, 0, 0,    2, 2, low, high, 0, ';'};
 }
 
 TEST_F(GifKinds, CodesOutOfRangeEndThePicture) {
