@@ -77,8 +77,7 @@ void ImageComboView::ShowText() {
   }
   if (edit == nullptr) return;
   const std::wstring text = ToWide(combo.Text());
-  if (WindowText(edit) == text) return;
-  SetWindowTextW(edit, text.c_str());
+  if (WindowText(edit) != text) SetWindowTextW(edit, text.c_str());
   SendMessageW(edit, EM_SETSEL, start, static_cast<LPARAM>(end));  // who types goes on where he was
 }
 
@@ -102,18 +101,30 @@ bool ImageComboView::WantsKey(WPARAM key) const {
   }
 }
 
+std::int32_t ImageComboView::Chosen() const {
+  const auto chosen = static_cast<std::int32_t>(SendMessageW(Handle(), CB_GETCURSEL, 0, 0)) + 1;
+  return chosen <= combo.ItemCount() ? chosen : 0;
+}
+
 void ImageComboView::OnCommand(WORD notification, WORD) {
   if (isShowing) return;
   switch (notification) {
-    case CBN_SELCHANGE: {
-      const auto chosen = static_cast<std::int32_t>(SendMessageW(Handle(), CB_GETCURSEL, 0, 0)) + 1;
-      if (chosen >= 1 && chosen <= combo.ItemCount()) combo.UserChoose(chosen);
+    case CBN_SELCHANGE:
+      if (const std::int32_t chosen = Chosen(); chosen > 0) combo.UserChoose(chosen);
       // A handler may have put the old choice back.
       if (IsAttached()) Show(Aspect::Content);
       break;
-    }
     case CBN_EDITCHANGE: {
-      if (const HWND edit = Edit()) combo.UserType(FromWide(WindowText(edit)));
+      const HWND edit = Edit();
+      if (edit == nullptr) break;
+      const std::wstring text = WindowText(edit);
+      // A choice by the arrows tells of the field only.
+      const std::int32_t chosen = Chosen();
+      if (chosen == 0 || text != ToWide(combo.ItemText(chosen))) {
+        combo.UserType(FromWide(text));
+      } else if (chosen != combo.SelectedItem()) {
+        combo.UserChoose(chosen);
+      }
       break;
     }
     case CBN_SETFOCUS:

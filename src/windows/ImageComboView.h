@@ -27,6 +27,8 @@ private:
   HWND List() const;
   // Null for a combo that only offers its list.
   HWND Edit() const;
+  // The item chosen in the window, from 1; 0 for none.
+  std::int32_t Chosen() const;
   void ShowItems();
   void ShowText();
 

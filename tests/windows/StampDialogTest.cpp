@@ -1,0 +1,299 @@
+// The stamp dialog in its real window, driven as a user drives it.
+
+#include <windows.h>
+
+#include <commctrl.h>
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <optional>
+#include <thread>
+
+#include "components/Timer.h"
+#include "stamps/frmApprovedXTimes.h"
+#include "support/TemporaryFolder.h"
+#include "windows/TestForm.h"
+#include "windows/Text.h"
+#include "windows/WindowsDesktop.h"
+
+namespace kw::test {
+namespace {
+
+class DialogDesktop final : public windows::WindowsDesktop {
+public:
+  HWND owner = nullptr;
+
+protected:
+  HWND DialogOwner() const override { return owner; }
+};
+
+class RealStampDialog : public testing::Test {
+protected:
+  RealStampDialog() { AppDir = folder.Path(); }
+  ~RealStampDialog() override { AppDir.clear(); }
+
+  // Shows a new dialog while a user does this on a thread of his own.
+  void Show(const std::function<void()>& user) {
+    made.emplace(desktop, trap);
+    made->LastStampSelected = lastStamp;
+    desktop.owner = form.host;
+    thread = GetCurrentThreadId();
+    std::thread hand([&] {
+      const bool isUp =
+          WaitFor([&] { return IsWindowVisible(Dialog()) != FALSE && Focus() == Inner(made->cmbStamps); });
+      EXPECT_TRUE(isUp);
+      if (isUp) user();
+      // Whatever went wrong, the dialog goes.
+      if (!WaitFor([] { return Dialog() == nullptr; })) {
+        ADD_FAILURE() << "the dialog is still up";
+        PostMessageW(Dialog(), WM_CLOSE, 0, 0);
+      }
+    });
+    made->ShowModal();
+    hand.join();
+  }
+  static HWND Dialog() { return FindWindowW(nullptr, L"Stamp"); }
+  template <class Condition>
+  static bool WaitFor(Condition isDone) {
+    for (int i = 0; i < 1000; ++i) {
+      if (isDone()) return true;
+      Sleep(10);
+    }
+    return false;
+  }
+  HWND Focus() const {
+    GUITHREADINFO info = {};
+    info.cbSize = sizeof info;
+    GetGUIThreadInfo(thread, &info);
+    return info.hwndFocus;
+  }
+  // The field of a combo that takes the typing.
+  static HWND Inner(const ImageCombo& combo) {
+    return reinterpret_cast<HWND>(SendMessageW(WindowOf(combo), CBEM_GETEDITCONTROL, 0, 0));
+  }
+  void Press(WPARAM key) const {
+    PostMessageW(Focus(), WM_KEYDOWN, key, 1);
+    PostMessageW(Focus(), WM_KEYUP, key, static_cast<LPARAM>(0xC0000001));
+    Settle();
+  }
+  void Mnemonic(wchar_t letter) const {
+    PostMessageW(Focus(), WM_SYSCHAR, letter, 1 << 29);
+    Settle();
+  }
+  void Type(const std::wstring& text) const {
+    for (const wchar_t one : text) PostMessageW(Focus(), WM_CHAR, one, 1);
+    Settle();
+  }
+  // Until the dialog's thread has done all that was posted.
+  static void Settle() {
+    for (int i = 0; i < 2; ++i) {
+      Sleep(20);
+      if (Dialog() != nullptr) SendMessageW(Dialog(), WM_NULL, 0, 0);
+    }
+  }
+  static void Click(const Control& control) {
+    PostMessageW(WindowOf(control), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(8, 8));
+    PostMessageW(WindowOf(control), WM_LBUTTONUP, 0, MAKELPARAM(8, 8));
+    Settle();
+  }
+  std::string ListFile() const { return ReadWhole(folder.File("stamps.lst")); }
+
+  const TemporaryFolder folder;
+  TestForm form;
+  DialogDesktop desktop;
+  Log log{"log"};
+  Trap trap{desktop, form.root, form.frame, form.canvas, log};
+  std::optional<frmApprovedXTimes> made;
+  std::string lastStamp;
+  DWORD thread = 0;
+};
+
+TEST_F(RealStampDialog, StampsTheItemChosenWithTheKeyboard) {
+  Show([&] {
+    Press(VK_DOWN);
+    Press(VK_DOWN);
+    Press(VK_DOWN);
+    EXPECT_EQ(made->cmbStamps.SelectedItem(), 4);
+    Press(VK_RETURN);
+  });
+  EXPECT_EQ(made->StampString, "APPROVED");
+  EXPECT_FALSE(made->IsCancelled);
+  EXPECT_FALSE(Exists(folder.File("stamps.lst")));
+}
+
+TEST_F(RealStampDialog, KeepsATypedStamp) {
+  Show([&] {
+    SendMessageW(Focus(), EM_SETSEL, 0, -1);
+    Type(L"SEEN \u627F\u8A8D BY ME");
+    EXPECT_EQ(made->cmbStamps.SelectedItem(), 0);
+    Press(VK_TAB);  // the field keeps what was typed
+    EXPECT_EQ(made->cmbStamps.Text(), "SEEN 承認 BY ME");
+    Press(VK_RETURN);
+  });
+  EXPECT_EQ(made->StampString, "SEEN 承認 BY ME");
+  EXPECT_EQ(StampList(desktop, trap).ReadStamp("1"), "SEEN 承認 BY ME");
+}
+
+TEST_F(RealStampDialog, OffersTheLastStampAgainAndItsOwnStamps) {
+  WriteWhole(folder.File("stamps.lst"), "[Stamps]\r\n1=" + std::string(600, 'x') + "\r\n2=MINE\r\n");
+  lastStamp = "MINE";
+  Show([&] {
+    wchar_t text[64] = {};
+    SendMessageW(Inner(made->cmbStamps), WM_GETTEXT, 64, reinterpret_cast<LPARAM>(text));
+    EXPECT_EQ(std::wstring(text), L"MINE");
+    EXPECT_EQ(SendMessageW(WindowOf(made->cmbStamps), CB_GETCOUNT, 0, 0), 27);
+    Press(VK_UP);
+    EXPECT_EQ(made->cmbStamps.Text(), std::string(511, 'x'));
+    Press(VK_RETURN);
+  });
+  EXPECT_EQ(made->StampString, std::string(511, 'x'));
+}
+
+TEST_F(RealStampDialog, StampsTheCount) {
+  Show([&] {
+    Mnemonic(L'p');
+    EXPECT_TRUE(made->opt(1).Value());
+    EXPECT_EQ(Focus(), WindowOf(made->opt(1)));
+    EXPECT_FALSE(IsWindowEnabled(WindowOf(made->cmbStamps)));
+    Press(VK_TAB);
+    EXPECT_EQ(Focus(), Inner(made->cmbNoOfTimes));
+    Type(L"3");
+    EXPECT_EQ(made->lblTimes.Caption(), "TIMES");
+    Type(L"0");
+    Click(made->chkOK);
+  });
+  EXPECT_EQ(made->StampString, "APPROVED 30 TIMES");
+  EXPECT_EQ(made->NoOfTimes, "30");
+}
+
+TEST_F(RealStampDialog, StampsTheDate) {
+  Show([&] {
+    Mnemonic(L'U');
+    Press(VK_TAB);
+    EXPECT_EQ(Focus(), WindowOf(made->DTPicker1));
+    SYSTEMTIME date = {};
+    SendMessageW(WindowOf(made->DTPicker1), DTM_GETSYSTEMTIME, 0, reinterpret_cast<LPARAM>(&date));
+    EXPECT_EQ((LocalDate{date.wYear, date.wMonth, date.wDay}), AddDays(desktop.Date(), 90));
+    Press(VK_RIGHT);
+    Press(VK_UP);
+    EXPECT_NE(made->DTPicker1.Value(), AddDays(desktop.Date(), 90));
+    Press(VK_RETURN);
+  });
+  const LocalDate& chosen = made->DTPicker1.Value();
+  EXPECT_EQ(made->StampString, "OK UNTIL " + std::to_string(chosen.month) + "/" + std::to_string(chosen.day) + "/" +
+                                   std::to_string(chosen.year));
+}
+
+TEST_F(RealStampDialog, TakesTheSignatureTick) {
+  Show([&] {
+    Mnemonic(L'a');
+    EXPECT_TRUE(made->chkAttachSignature.Value());
+    EXPECT_EQ(SendMessageW(WindowOf(made->chkAttachSignature), BM_GETCHECK, 0, 0), BST_CHECKED);
+    Press(VK_RETURN);
+  });
+  EXPECT_TRUE(made->IsToAttachSignature);
+}
+
+TEST_F(RealStampDialog, IsLeftByEnterAndEscWhereverTheKeyboardIs) {
+  const std::function<void()> places[] = {
+      [&] { Mnemonic(L's'); },
+      [&] {
+        Mnemonic(L'u');
+        Press(VK_TAB);
+      },
+      [&] { SendMessageW(WindowOf(made->cmbStamps), CB_SHOWDROPDOWN, TRUE, 0); },
+  };
+  for (const auto& go : places) {
+    Show([&] {
+      go();
+      Press(VK_RETURN);
+    });
+    EXPECT_FALSE(made->IsCancelled);
+    EXPECT_FALSE(made->StampString.empty());
+    Show([&] {
+      go();
+      Press(VK_ESCAPE);
+    });
+    EXPECT_TRUE(made->IsCancelled);
+    EXPECT_EQ(made->StampString, "");
+  }
+}
+
+TEST_F(RealStampDialog, IsLeftByItsButtonsAndItsCloseBox) {
+  Show([&] { Click(made->chkCancel); });
+  EXPECT_TRUE(made->IsCancelled);
+  Show([&] { PostMessageW(Dialog(), WM_CLOSE, 0, 0); });
+  EXPECT_TRUE(made->IsCancelled);
+  Show([&] { Mnemonic(L'c'); });
+  EXPECT_TRUE(made->IsCancelled);
+  EXPECT_EQ(made->StampString, "");
+}
+
+TEST_F(RealStampDialog, TheTabKeyGoesRoundTheControlsOfTheOption) {
+  std::vector<HWND> forth;
+  std::vector<HWND> expected;
+  Show([&] {
+    expected = {WindowOf(made->chkAttachSignature), WindowOf(made->chkOK), WindowOf(made->chkCancel),
+                WindowOf(made->opt(0)), Inner(made->cmbStamps)};
+    for (int i = 0; i < 5; ++i) {
+      Press(VK_TAB);
+      forth.push_back(Focus());
+    }
+    Press(VK_ESCAPE);
+  });
+  EXPECT_EQ(forth, expected);
+}
+
+TEST_F(RealStampDialog, TheArrowsChooseTheNeighbouringOption) {
+  Show([&] {
+    Mnemonic(L's');
+    Press(VK_DOWN);
+    EXPECT_TRUE(made->opt(1).Value());
+    EXPECT_EQ(Focus(), WindowOf(made->opt(1)));
+    Press(VK_UP);
+    Press(VK_UP);
+    EXPECT_TRUE(made->opt(2).Value());
+    Press(VK_RIGHT);
+    EXPECT_TRUE(made->opt(0).Value());
+    Press(VK_ESCAPE);
+  });
+}
+
+TEST_F(RealStampDialog, BelongsToItsOwnerWhichWaits) {
+  Show([&] {
+    EXPECT_EQ(GetWindow(Dialog(), GW_OWNER), form.host);
+    EXPECT_FALSE(IsWindowEnabled(form.host));
+    Press(VK_ESCAPE);
+  });
+  EXPECT_TRUE(IsWindowEnabled(form.host));
+}
+
+TEST_F(RealStampDialog, IsCancelledWhenItsOwnerGoes) {
+  Timer closer("closer", desktop);
+  closer.SetInterval(1500);
+  closer.Tick.Connect([&] {
+    closer.SetEnabled(false);
+    DestroyWindow(form.host);
+  });
+  closer.SetEnabled(true);
+  Show([] {});
+  EXPECT_TRUE(made->IsCancelled);
+}
+
+TEST_F(RealStampDialog, ListsUserStampsUntilTheCounterOverflows) {
+  std::string content = "[Stamps]\r\n";
+  for (int i = 1; i <= 40000; ++i) content += std::to_string(i) + "=STAMP " + std::to_string(i) + "\r\n";
+  WriteWhole(folder.File("stamps.lst"), content);
+  Sleep(2200);                  // a file that was changed just now is read again for every key
+  form.root.SetEnabled(false);  // so that the report stays silent
+  StampList list(desktop, trap);
+  ImageCombo combo("combo");
+  list.FillStampList(combo);
+  EXPECT_EQ(trap.CurrentError().Number(), static_cast<std::int32_t>(ErrorNumber::Overflow));
+  EXPECT_EQ(combo.ItemCount(), 25 + 32767);
+  EXPECT_EQ(combo.ItemText(25 + 32767), "STAMP 32767");
+  EXPECT_EQ(ListFile(), content);
+}
+
+}  // namespace
+}  // namespace kw::test
