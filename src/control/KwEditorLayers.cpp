@@ -24,7 +24,7 @@ KwEditorLayers::KwEditorLayers(Desktop& platform, EditorEvents& container)
       layerTools({platform, form, *this, layers, coloursAndLines}),
       drawingTools(platform, form, trap, layers, layerTools),
       clipboardWatch(platform, form, trap, *this),
-      stampTool(platform, form, trap, layers, signatureImage),
+      stampTool(platform, form, trap, *this, layers),
       printing({platform, form, trap, document, KWPic, KWPicTempBuffer}),
       scanning(form, trap, clipboardWatch, dispatcher) {
   ConnectEvents();

@@ -141,7 +141,6 @@ private:
   LayerTools layerTools;
   DrawingTools drawingTools;
   ClipboardWatch clipboardWatch;
-  Bitmap signatureImage;
   StampTool stampTool;
   Printing printing;
   Scanning scanning;
@@ -152,6 +151,7 @@ private:
   bool m_IsEditable = true;
   bool m_IsSaveButtonEnabled = true;
   std::int16_t m_MaxUndoLevels = 5;
+  Bitmap signatureImage;
 };
 
 }  // namespace kw

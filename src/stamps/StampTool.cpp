@@ -7,9 +7,9 @@
 
 namespace kw {
 
-StampTool::StampTool(Desktop& platform, EditorForm& editorForm, Trap& errorTrap, Layers& layerArray,
-                     const Bitmap& signatureInk)
-    : desktop(platform), form(editorForm), trap(errorTrap), layers(layerArray), signature(signatureInk) {}
+StampTool::StampTool(Desktop& platform, EditorForm& editorForm, Trap& errorTrap, EditorProperties& editorProperties,
+                     Layers& layerArray)
+    : desktop(platform), form(editorForm), trap(errorTrap), editor(editorProperties), layers(layerArray) {}
 
 void StampTool::PlaceStamp(float x, float y) {
   Procedure run(trap, "PlaceStamp");
@@ -23,7 +23,7 @@ void StampTool::PlaceStamp(float x, float y) {
   run([&] { dialog.LastStampSelected = lastStamp; });
   run([&] { dialog.NoOfTimes = noOfTimes; });
   run([&] { dialog.chkAttachSignature.SetValue(isToAttachSignature); });
-  run([&] { dialog.chkAttachSignature.SetEnabled(!signature.IsEmpty()); });
+  run([&] { dialog.chkAttachSignature.SetEnabled(!editor.SignatureImage().IsEmpty()); });
   run([&] { dialog.ShowModal(); });
   if (dialog.IsCancelled) return;
   run([&] { lastStamp = dialog.LastStampSelected; });
@@ -38,7 +38,7 @@ Stamp StampTool::StampOf(const std::string& text, bool hasSignature) const {
   stamp.font = layers.CurrentLayer().TextFont();
   stamp.font.bold = true;
   stamp.colour = form.SampleForeGroundColor.BackColor();
-  if (hasSignature) stamp.signature = signature;
+  if (hasSignature) stamp.signature = editor.SignatureImage();
   return stamp;
 }
 

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "components/Bitmap.h"
 #include "components/Desktop.h"
+#include "document/EditorProperties.h"
 #include "form/EditorForm.h"
 #include "layers/Layers.h"
 #include "stamps/Stamp.h"
@@ -16,8 +16,9 @@ namespace kw {
 // count and the signature's tick are offered again.
 class StampTool {
 public:
-  // What is referred to must outlive the tool; `signatureInk` is the signature at any time, empty without one.
-  StampTool(Desktop& platform, EditorForm& editorForm, Trap& errorTrap, Layers& layerArray, const Bitmap& signatureInk);
+  // What is referred to must outlive the tool.
+  StampTool(Desktop& platform, EditorForm& editorForm, Trap& errorTrap, EditorProperties& editorProperties,
+            Layers& layerArray);
 
   // Asks, and unless the user cancels stamps the page at (x, y) of the canvas, in the current layer's font, bold, and
   // the foreground colour.
@@ -31,8 +32,8 @@ private:
   Desktop& desktop;
   EditorForm& form;
   Trap& trap;
+  EditorProperties& editor;
   Layers& layers;
-  const Bitmap& signature;
   std::string lastStamp;
   std::string noOfTimes = "1";
   bool isToAttachSignature = false;
