@@ -37,7 +37,7 @@ StampPlaces Arrange(Desktop& desktop, const Stamp& stamp, const PixelRect& page,
   if (!stamp.text.empty()) text = desktop.MeasureText(stamp.text, stamp.font, page.Width());
   text = {std::min(text.width, page.Width()), std::min(text.height, page.Height())};
   const std::int32_t below = text.height == 0 ? 0 : text.height + Gap;
-  const TextExtent signature = SignatureSize(stamp.signature, page.Width() / 2, page.Height() - below);
+  const TextExtent signature = SignatureSize(stamp.signature, page.Width() / 3, page.Height() - below);
   const std::int32_t height = signature.height == 0 ? text.height : below + signature.height;
   const std::int32_t top = Kept(y, height, page.top, page.bottom);
   const std::int32_t textLeft = Kept(x, text.width, page.left, page.right);

@@ -26,8 +26,8 @@ struct StampPlaces {
 };
 
 // The text is as large as its font makes it, with its left top corner at (x, y); the signature follows below, in its
-// own size but at most half as wide as the page. Both stay inside the page: they move away from its edges, a text that
-// is wider than the page breaks into lines, and a signature shrinks to the height that the text leaves.
+// own size but at most a third as wide as the page. Both stay inside the page: they move away from its edges, a text
+// that is wider than the page breaks into lines, and a signature shrinks to the height that the text leaves.
 StampPlaces Arrange(Desktop& desktop, const Stamp& stamp, const PixelRect& page, std::int32_t x, std::int32_t y);
 
 // Make a layer show a part of the stamp.

@@ -35,6 +35,12 @@ void ImageComboView::ShowPlace() {
   SendMessageW(Handle(), CB_SETITEMHEIGHT, Closed, HeightOf(place) - BorderHeight);
 }
 
+void ImageComboView::ShowEnabled() {
+  ControlView::ShowEnabled();
+  // The field is a window within the window within the combo, which does not hear of it everywhere.
+  RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+}
+
 void ImageComboView::Show(Aspect aspect) {
   if (aspect != Aspect::Content) return;
   isShowing = true;

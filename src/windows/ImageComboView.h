@@ -24,6 +24,7 @@ private:
   HWND Create(HWND parent) override;
   void Show(Aspect aspect) override;
   void ShowPlace() override;
+  void ShowEnabled() override;
   HWND List() const;
   // Null for a combo that only offers its list.
   HWND Edit() const;

@@ -164,7 +164,7 @@ TEST_F(Stamping, ReducesASignatureThatIsTooLargeInItsProportions) {
       Find<CheckBox>(dialog, "chkAttachSignature").SetValue(true);
     });
     EXPECT_TRUE(IsInside(Place(2), Page()));
-    EXPECT_LE(Place(2).Width(), 200);
+    EXPECT_LE(Place(2).Width(), 133);
     EXPECT_NEAR(static_cast<double>(Place(2).Width()) / Place(2).Height(), static_cast<double>(width) / height, 0.02);
     Room().UnloadLayerItems();
   }

@@ -51,5 +51,40 @@ TEST(Profile, LosesNothingWhereItsEncodingHasToChange) {
   EXPECT_NE(ReadWhole(path).find(std::string("P\0r\0\xFC\0", 6)), std::string::npos) << "the comment too";
 }
 
+TEST(Profile, KeepsWhatAReadOnlyFileHolds) {
+  WindowsDesktop desktop;
+  const TemporaryFolder folder;
+  const std::string path = folder.File("some.lst");
+  WriteWhole(path, "[Stamps]\r\n1=A\r\n");
+  SetFileAttributesW(ToFilesystemPath(path).c_str(), FILE_ATTRIBUTE_READONLY);
+  desktop.WriteProfileString("Stamps", "2", "\u627F", path);  // whether that fails is the system's affair
+  EXPECT_EQ(desktop.ReadProfileString("Stamps", "1", "", path), "A");
+  SetFileAttributesW(ToFilesystemPath(path).c_str(), FILE_ATTRIBUTE_NORMAL);
+}
+
+TEST(Profile, IsReadAndWrittenInTenMegabytes) {
+  WindowsDesktop desktop;
+  const TemporaryFolder folder;
+  const std::string path = folder.File("some.lst");
+  std::string content = "[Other]\r\n";
+  while (content.size() < 10'000'000) content += "filler=" + std::string(1000, 'f') + "\r\n";
+  content += "[Stamps]\r\n1=FAR\r\n";
+  WriteWhole(path, content);
+  EXPECT_EQ(desktop.ReadProfileString("Stamps", "1", "", path), "FAR");
+  ASSERT_TRUE(desktop.WriteProfileString("Stamps", "2", "AWAY", path));
+  EXPECT_EQ(ReadWhole(path), content + "2=AWAY\r\n");
+}
+
+TEST(Profile, OfBinaryContentIsReadAsEmpty) {
+  WindowsDesktop desktop;
+  const TemporaryFolder folder;
+  const std::string path = folder.File("some.lst");
+  std::string content;
+  for (unsigned i = 0; i < 100'000; ++i) content += static_cast<char>(i * 2654435761U >> 13U);
+  WriteWhole(path, content);
+  EXPECT_EQ(desktop.ReadProfileString("Stamps", "1", "", path), "");
+  EXPECT_EQ(ReadWhole(path), content);
+}
+
 }  // namespace
 }  // namespace kw::test

@@ -71,6 +71,12 @@ protected:
   static HWND Inner(const ImageCombo& combo) {
     return reinterpret_cast<HWND>(SendMessageW(WindowOf(combo), CBEM_GETEDITCONTROL, 0, 0));
   }
+  // What the field shows.
+  static std::string TextIn(const ImageCombo& combo) {
+    wchar_t text[600] = {};
+    SendMessageW(Inner(combo), WM_GETTEXT, std::size(text), reinterpret_cast<LPARAM>(text));
+    return windows::FromWide(text);
+  }
   void Press(WPARAM key) const {
     PostMessageW(Focus(), WM_KEYDOWN, key, 1);
     PostMessageW(Focus(), WM_KEYUP, key, static_cast<LPARAM>(0xC0000001));
@@ -128,6 +134,10 @@ TEST_F(RealStampDialog, KeepsATypedStamp) {
     EXPECT_EQ(made->cmbStamps.SelectedItem(), 0);
     Press(VK_TAB);  // the field keeps what was typed
     EXPECT_EQ(made->cmbStamps.Text(), "SEEN 承認 BY ME");
+    EXPECT_EQ(TextIn(made->cmbStamps), "SEEN 承認 BY ME");
+    Mnemonic(L'u');
+    EXPECT_EQ(TextIn(made->cmbStamps), "SEEN 承認 BY ME");
+    Mnemonic(L's');
     Press(VK_RETURN);
   });
   EXPECT_EQ(made->StampString, "SEEN 承認 BY ME");
@@ -138,9 +148,7 @@ TEST_F(RealStampDialog, OffersTheLastStampAgainAndItsOwnStamps) {
   WriteWhole(folder.File("stamps.lst"), "[Stamps]\r\n1=" + std::string(600, 'x') + "\r\n2=MINE\r\n");
   lastStamp = "MINE";
   Show([&] {
-    wchar_t text[64] = {};
-    SendMessageW(Inner(made->cmbStamps), WM_GETTEXT, 64, reinterpret_cast<LPARAM>(text));
-    EXPECT_EQ(std::wstring(text), L"MINE");
+    EXPECT_EQ(TextIn(made->cmbStamps), "MINE");
     EXPECT_EQ(SendMessageW(WindowOf(made->cmbStamps), CB_GETCOUNT, 0, 0), 27);
     Press(VK_UP);
     EXPECT_EQ(made->cmbStamps.Text(), std::string(511, 'x'));
@@ -153,6 +161,7 @@ TEST_F(RealStampDialog, StampsTheCount) {
   Show([&] {
     Mnemonic(L'p');
     EXPECT_TRUE(made->opt(1).Value());
+    EXPECT_EQ(TextIn(made->cmbStamps), made->cmbStamps.Text());
     EXPECT_EQ(Focus(), WindowOf(made->opt(1)));
     EXPECT_FALSE(IsWindowEnabled(WindowOf(made->cmbStamps)));
     Press(VK_TAB);
