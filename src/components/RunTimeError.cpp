@@ -37,6 +37,7 @@ constexpr std::array Rows{
     Row{ErrorNumber::PrinterError, "Printer error"},
     Row{ErrorNumber::MethodNotApplicable, "Object doesn't support this property or method"},
     Row{ErrorNumber::InvalidClipboardFormat, "Invalid Clipboard format"},
+    Row{ErrorNumber::CannotOpenClipboard, "Can't open Clipboard"},
     Row{ErrorNumber::ElementNotFound, "Element not found"},
     Row{ErrorNumber::Cancelled, "Cancel was selected."},
 };

@@ -32,6 +32,7 @@ enum class ErrorNumber : std::int32_t {
   PrinterError = 482,
   MethodNotApplicable = 438,
   InvalidClipboardFormat = 461,
+  CannotOpenClipboard = 521,
   ElementNotFound = 35601,
   Cancelled = 32755,
 };

@@ -5,7 +5,6 @@
 
 #include "components/FilePath.h"
 #include "components/RunTimeError.h"
-#include "components/Scanner.h"
 #include "components/Timer.h"
 #include "windows/Guard.h"
 #include "windows/ModalWindow.h"
@@ -14,6 +13,7 @@
 #include "windows/ProfileFile.h"
 #include "windows/Text.h"
 #include "windows/TextDrawing.h"
+#include "windows/TwainScanner.h"
 
 namespace kw::windows {
 namespace {
@@ -174,7 +174,10 @@ void WindowsDesktop::PrintPicture(const Bitmap& picture) { printer->PrintPicture
 void WindowsDesktop::NewPrinterPage() { printer->NewPage(); }
 void WindowsDesktop::EndPrintJob() { printer->EndJob(); }
 
-std::unique_ptr<ScannerDriver> WindowsDesktop::MakeScannerDriver() { return nullptr; }
+std::unique_ptr<ScannerDriver> WindowsDesktop::MakeScannerDriver() {
+  return std::make_unique<TwainScanner>(TwainScanner::Surroundings{
+      [this] { return TopLevelOwner(); }, [this] { return EnterDialog(); }, [this] { return EnterEvents(); }});
+}
 
 void WindowsDesktop::DoEvents() {
   const auto underWay = EnterEvents();
