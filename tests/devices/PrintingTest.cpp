@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "components/Files.h"
 #include "support/EditorFixture.h"
 
 namespace kw::test {
@@ -46,8 +47,6 @@ protected:
     for (const Bitmap& sheet : desktop.printedJobs.back()) widths.push_back(sheet.Width());
     return widths;
   }
-  // The printer's page that is painted on now, from 1.
-  std::size_t SheetsPainted() const { return desktop.openJob.size(); }
   void ExpectOver() {
     EXPECT_FALSE(Form().kwraPrintingStatus.Visible());
     EXPECT_TRUE(desktop.openJob.empty());
@@ -119,6 +118,237 @@ TEST_F(Printing, OnePageAsksForNoNewPage) {
 TEST_F(Printing, ARangeThatRunsBackwardsPrintsNothing) {
   Open(5);
   Print(4, 2);
+  EXPECT_TRUE(desktop.printedJobs.empty());
+  ExpectOver();
+}
+
+TEST_F(Printing, CancellingDuringPageThreeOfFiveLeavesTheTwoBefore) {
+  Open(5);
+  whileWaiting = [&] {
+    if (Form().lblPrintingStatus.Caption() == "Printing page 3 of 5") Form().chkCancelPrinting.UserToggle();
+  };
+  Print(1, 5);
+  const std::vector<int> sheets = Sheets();
+  ASSERT_GE(sheets.size(), 2U);
+  EXPECT_EQ((SheetWidths{sheets[0], sheets[1]}), (SheetWidths{10, 20}));
+  EXPECT_EQ(captions.back(), "Printing page 3 of 5");
+  EXPECT_LE(desktop.newPrinterPages, 2);
+  EXPECT_FALSE(Form().chkCancelPrinting.Value());
+  ExpectOver();
+}
+
+TEST_F(Printing, CancellingWhilePageTwoIsRenderedKeepsItOffThePaper) {
+  Open(5);
+  int pauses = 0;
+  whileWaiting = [&] {
+    if (Form().lblPrintingStatus.Caption() == "Printing page 2 of 5" && ++pauses == 2) {
+      Form().chkCancelPrinting.UserToggle();
+    }
+  };
+  Print(1, 5);
+  EXPECT_EQ(desktop.printedJobs[0][0].Width(), 10);
+  EXPECT_EQ(desktop.newPrinterPages, 1);
+  EXPECT_TRUE(desktop.printedJobs[0].size() == 1 || desktop.printedJobs[0][1].IsEmpty());
+  EXPECT_EQ(pauses, 2);
+  ExpectOver();
+}
+
+TEST_F(Printing, TheCancelBoxTracesItsNameAndComesUpAgain) {
+  ForgetTrace();
+  Form().chkCancelPrinting.UserToggle();
+  EXPECT_FALSE(Form().chkCancelPrinting.Value());
+  for (const std::string& name : Trace()) EXPECT_EQ(name, "chkCancel_Click");
+  EXPECT_FALSE(Trace().empty());
+}
+
+TEST_F(Printing, ShowsItsPanelInTheMiddleAtAnySize) {
+  Open(2);
+  RaisedArea& panel = Form().kwraPrintingStatus;
+  for (const auto& [width, height] : {std::pair{860.0F, 640.0F}, std::pair{500.0F, 301.0F}, std::pair{100.0F, 50.0F}}) {
+    Form().editor.UserResize(width, height);
+    float left = 0;
+    float top = 0;
+    bool wasVisible = false;
+    whileWaiting = [&] {
+      wasVisible = panel.Visible();
+      left = panel.Left();
+      top = panel.Top();
+    };
+    Print(1, 1);
+    EXPECT_TRUE(wasVisible);
+    EXPECT_EQ(left, (width - panel.Width()) / 2);
+    EXPECT_EQ(top, (height - panel.Height()) / 2);
+  }
+}
+
+TEST_F(Printing, TheShownPageIsPrintedAsItsCommandsLeftIt) {
+  Open(3);
+  Form().PageIndex.SetValue(2);
+  Form().tbrMoreTools.ButtonClick.Raise("Invert");
+  Print(1, 3);
+  ASSERT_EQ(desktop.printedJobs.size(), 1U);
+  EXPECT_EQ(desktop.printedJobs[0][0].PixelAt(0, 0), (Rgb{1, 1, 1}));
+  EXPECT_EQ(desktop.printedJobs[0][1].PixelAt(0, 0), (Rgb{253, 253, 253}));
+  EXPECT_EQ(desktop.printedJobs[0][2].PixelAt(0, 0), (Rgb{3, 3, 3}));
+}
+
+TEST_F(Printing, TheShownPagePrintsLikeItsPageFile) {
+  Open(3);
+  Print(1, 3);
+  Form().PageIndex.SetValue(3);
+  Print(1, 3);
+  ASSERT_EQ(desktop.printedJobs.size(), 2U);
+  for (std::size_t page = 0; page < 3; ++page) {
+    EXPECT_TRUE(SamePicture(desktop.printedJobs[0][page], desktop.printedJobs[1][page])) << page;
+  }
+}
+
+TEST_F(Printing, PagesKeepTheirOwnDepthAndTheirResolution) {
+  Bitmap bilevel(64, 32, 1);
+  bilevel.SetResolution(200, 200);
+  SavePicture(bilevel, folder.File("paper_Page_1.tif"));
+  Bitmap colour(48, 32, 24);
+  colour.SetResolution(300, 150);
+  colour.MutableRow(5)[7] = 200;
+  SavePicture(colour, folder.File("paper_Page_2.tif"));
+  control->OpenFile(folder.File("paper_Page_1.tif"));
+  Print(1, 2);
+  ASSERT_EQ(desktop.printedJobs.size(), 1U);
+  const auto& sheets = desktop.printedJobs[0];
+  ASSERT_EQ(sheets.size(), 2U);
+  EXPECT_TRUE(SamePicture(sheets[0], bilevel));
+  EXPECT_TRUE(SamePicture(sheets[1], colour));
+  EXPECT_NEAR(sheets[0].HorizontalResolution(), 200, 0.1);
+  EXPECT_NEAR(sheets[1].HorizontalResolution(), 300, 0.1);
+  EXPECT_NEAR(sheets[1].VerticalResolution(), 150, 0.1);
+}
+
+TEST_F(Printing, TheOnlyPageOfADocumentThatIsNotSplitIsPageOne) {
+  control->OpenFile(MakeImage("scan.bmp", 30, 40));
+  desktop.printerAnswers.emplace_back([](PrinterDialog& dialog) {
+    dialog.fromPage = 1;  // what the system's dialog makes of it
+    dialog.toPage = 1;
+  });
+  Print();
+  EXPECT_EQ(desktop.printersShown[0].lastPage, 0);
+  EXPECT_EQ(Sheets(), SheetWidths{30});
+  EXPECT_TRUE(events.errors.empty());
+}
+
+TEST_F(Printing, FloatingLayersAreNotPrinted) {
+  Open(1);
+  TransparentPicture& layer = Form().TransLayers.Load(2);
+  layer.SetPicture(Bitmap(5, 5, 24));
+  layer.SetVisible(true);
+  Print(1, 1);
+  EXPECT_EQ(Sheets(), SheetWidths{10});
+}
+
+TEST_F(Printing, APageWhoseFileIsGoneIsReportedAndItsSheetStaysBlank) {
+  Open(4);
+  RemoveFileAt(folder.File("scan_Page_3.tif"));
+  Print(2, 4);
+  EXPECT_EQ(Sheets(), (SheetWidths{20, 0, 40}));
+  EXPECT_EQ(events.errors, std::vector<int>{static_cast<int>(ErrorNumber::FileNotFound)});
+  ExpectOver();
+}
+
+TEST_F(Printing, APageFileOfGarbageNeverPrintsAnOlderPicture) {
+  Open(4);
+  WriteWhole(folder.File("scan_Page_3.tif"), "not a picture");
+  Print(2, 3);
+  EXPECT_EQ(Sheets(), SheetWidths{20});
+  EXPECT_EQ(events.errors, std::vector<int>{static_cast<int>(ErrorNumber::InvalidPicture)});
+}
+
+TEST_F(Printing, WithoutAPrinterTheCommandEndsInTheErrorHandler) {
+  Open(2);
+  desktop.printerAnswers.emplace_back([](PrinterDialog&) { Raise(ErrorNumber::PrinterError); });
+  Print();
+  EXPECT_EQ(events.errors, std::vector<int>{482});
+  EXPECT_TRUE(captions.empty());
+  EXPECT_EQ(desktop.endsOfJob, 0);
+}
+
+TEST_F(Printing, APrinterThatRefusesAPageEndsTheLoopAndItsJobOnce) {
+  Open(5);
+  desktop.onPrintPicture = [](const Bitmap& picture) {
+    if (picture.Width() == 30) Raise(ErrorNumber::PrinterError);
+  };
+  Print(1, 5);
+  EXPECT_EQ(captions.back(), "Printing page 3 of 5");
+  EXPECT_EQ(events.errors, std::vector<int>{482});
+  ExpectOver();
+}
+
+TEST_F(Printing, AJobThatCannotBeEndedIsReportedAndThePanelHidden) {
+  Open(2);
+  desktop.onEndPrintJob = [] { Raise(ErrorNumber::PrinterError); };
+  Print(1, 2);
+  EXPECT_EQ(events.errors, std::vector<int>{482});
+  ExpectOver();
+  control->LetEnabled(true);
+  desktop.onEndPrintJob = {};
+  Print(1, 2);
+  EXPECT_EQ(desktop.printedJobs.size(), 2U) << "the control is usable again";
+}
+
+TEST_F(Printing, EndsTheJobOnceEvenIfAnErrorCannotBeReported) {
+  Open(3);
+  desktop.onPrintPicture = [&](const Bitmap& picture) {
+    if (picture.Width() != 20) return;
+    AppDir = folder.File("no such folder\\");
+    Raise(ErrorNumber::PrinterError);
+  };
+  Print(1, 3);
+  AppDir = folder.Path();
+  EXPECT_EQ(Sheets(), SheetWidths{10});
+  ExpectOver();
+}
+
+TEST_F(Printing, RunsOnlyOnceAtATime) {
+  Open(2);
+  bool hasAsked = false;
+  whileWaiting = [&] {
+    if (hasAsked) return;
+    hasAsked = true;
+    Print(1, 2);
+  };
+  Print(1, 2);
+  EXPECT_EQ(desktop.printersShown.size(), 1U);
+  EXPECT_EQ(Sheets(), (SheetWidths{10, 20}));
+}
+
+TEST_F(Printing, AScratchPictureThatIsOverwrittenMeanwhileIsNotPrinted) {
+  Open(4);
+  const std::string other = MakeImage("other.bmp", 77, 7);
+  whileWaiting = [&] { control->LetBGImage(other); };
+  Print(1, 4);
+  EXPECT_EQ(Sheets(), (SheetWidths{10, 20, 30, 40}));
+  EXPECT_TRUE(events.errors.empty());
+}
+
+TEST_F(Printing, GoesOnWithItsOwnDocumentWhenAnotherIsOpenedMeanwhile) {
+  Open(3);
+  const std::string other = MakeImage("other.bmp", 77, 7);
+  whileWaiting = [&] {
+    if (captions.size() == 2 && control->OpenedDocument().FilePath() != other) control->OpenFile(other);
+  };
+  Print(1, 3);
+  EXPECT_EQ(Sheets(), (SheetWidths{10, 20, 30}));
+}
+
+TEST_F(Printing, MorePagesThanTheNumbersHoldAreAnOverflow) {
+  Open(2);
+  Print(1, 40000);
+  EXPECT_EQ(events.errors, std::vector<int>{static_cast<int>(ErrorNumber::Overflow)});
+  EXPECT_TRUE(captions.empty());
+}
+
+TEST_F(Printing, WithoutADocumentNothingIsPaintedAndTheJobEnds) {
+  Choose(1, 1);
+  Form().tbrMoreTools.ButtonClick.Raise("PrinterSetup");
+  EXPECT_EQ(events.errors, std::vector<int>{static_cast<int>(ErrorNumber::ObjectVariableNotSet)});
   EXPECT_TRUE(desktop.printedJobs.empty());
   ExpectOver();
 }
