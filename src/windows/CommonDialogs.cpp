@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <commdlg.h>
+#include <winspool.h>
 
 #include <algorithm>
 #include <array>
@@ -35,6 +36,13 @@ int ScreenPixelsPerInch() {
   const int perInch = GetDeviceCaps(screen, LOGPIXELSY);
   ReleaseDC(nullptr, screen);
   return perInch;
+}
+
+bool HasPrinter() {
+  DWORD bytes = 0;
+  DWORD count = 0;
+  EnumPrintersW(PRINTER_ENUM_LOCAL | PRINTER_ENUM_CONNECTIONS, nullptr, 4, nullptr, 0, &bytes, &count);
+  return bytes != 0;
 }
 
 }  // namespace
@@ -102,6 +110,8 @@ bool WindowsDesktop::ShowFont(Font& font) {
 
 bool WindowsDesktop::ShowPrinter(PrinterDialog& dialog) {
   const auto whileUp = EnterDialog();
+  // The error says so; the dialog would say it once more.
+  if (!HasPrinter()) Raise(ErrorNumber::PrinterError, ERROR_PRINTER_NOT_FOUND);
   const auto page = [](std::int32_t number) { return static_cast<WORD>(std::clamp(number, 1, 0xFFFF)); };
   PRINTDLGW fields = {};
   fields.lStructSize = sizeof fields;
@@ -126,8 +136,8 @@ bool WindowsDesktop::ShowPrinter(PrinterDialog& dialog) {
   }
   printer->Use(fields.hDC);
   const bool isRange = (fields.Flags & PD_PAGENUMS) != 0;
-  dialog.fromPage = isRange ? fields.nFromPage : dialog.firstPage;
-  dialog.toPage = isRange ? fields.nToPage : dialog.lastPage;
+  dialog.fromPage = isRange ? fields.nFromPage : fields.nMinPage;
+  dialog.toPage = isRange ? fields.nToPage : fields.nMaxPage;
   dialog.copies = fields.nCopies;
   return true;
 }

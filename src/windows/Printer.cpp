@@ -115,7 +115,9 @@ void Printer::DrawBands(const Bitmap& picture) {
   const std::size_t stride = (picture.RowBytes() + 3) / 4 * 4;  // rows of the system begin at multiples of 4 bytes
   const auto bandRows = static_cast<std::int32_t>(std::clamp<std::size_t>(BandBytes / stride, 1, 65536));
   std::vector<std::uint8_t> band;
-  SetStretchBltMode(device, COLORONCOLOR);
+  // Reduced, the thin black lines of a bilevel page are kept, and the colours of others are averaged.
+  SetStretchBltMode(device, picture.BitsPerPixel() == 1 ? BLACKONWHITE : HALFTONE);
+  SetBrushOrgEx(device, 0, 0, nullptr);
   for (std::int32_t first = 0; first < picture.Height(); first += bandRows) {
     const std::int32_t rows = std::min(bandRows, picture.Height() - first);
     band.assign(stride * static_cast<std::size_t>(rows), 0);

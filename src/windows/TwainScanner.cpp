@@ -84,6 +84,8 @@ bool TwainScanner::Acquire() {
   if (!LoadManager()) return false;
   const auto underWay = desktop.enterEvents();
   const ParentWindow parent(desktop.owner());
+  // The driver may take its time to connect; until then the control shows what is going on.
+  RedrawWindow(parent.Handle(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
   ScannedPages pages;
   {
     TwainSession session(manager, parent.Handle());

@@ -1,46 +1,17 @@
 // The control prints documents through the system's PostScript driver, as it does for a user.
 
-#include "windows/WindowsDesktop.h"
+#include "windows/WholeEditor.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdlib>
-#include <functional>
-#include <memory>
 #include <thread>
 
-#include "control/KwEditorLayers.h"
-#include "support/EditorFixture.h"
-#include "windows/EditorWindow.h"
-#include "windows/TestForm.h"
 #include "windows/TestPrinter.h"
 
 namespace kw::test {
 namespace {
-
-// The real desktop, but for its message boxes, which are answered at once.
-class PrintingDesktop : public windows::WindowsDesktop {
-public:
-  PrintingDesktop()
-      : WindowsDesktop([](const std::string& path) {
-          KWPicEd engine;
-          if (!engine.Load(path)) Raise(ErrorNumber::InvalidPicture);
-          return engine.Current();
-        }) {}
-
-  MessageAnswer ShowMessageBox(const std::string& prompt, const std::string&, MessageButtons) override {
-    boxes.push_back(prompt);
-    return MessageAnswer::Ok;
-  }
-  void DoEvents() override {
-    if (beforeEvents) beforeEvents();
-    WindowsDesktop::DoEvents();
-  }
-
-  std::vector<std::string> boxes;
-  std::function<void()> beforeEvents;
-};
 
 // What the user does in the printer dialog.
 class DialogUser {
@@ -107,24 +78,8 @@ int Difference(Rgb a, Rgb b) {
   return std::max({std::abs(a.red - b.red), std::abs(a.green - b.green), std::abs(a.blue - b.blue)});
 }
 
-class PrintedDocument : public testing::Test {
+class PrintedDocument : public WholeEditor {
 protected:
-  PrintedDocument() {
-    AppDir = folder.Path();
-    control = std::make_unique<KwEditorLayers>(desktop, events);
-    control->UserControl_Initialize();
-    host = TestForm::HostWindow();
-    window = std::make_unique<windows::EditorWindow>(control->Root(), host, RECT{0, 0, 860, 640});
-    window->Show(true);
-  }
-  ~PrintedDocument() override {
-    window.reset();
-    DestroyWindow(host);
-    control->UserControl_Terminate();
-    control.reset();
-    AppDir.clear();
-  }
-
   // Pages of one document that was split before.
   void OpenFivePages() {
     for (int page = 1; page <= 5; ++page) {
@@ -164,13 +119,7 @@ protected:
   static constexpr double LargestShareOfDifferentPixels = 0.001;
   static constexpr double LargestMeanDifference = 0.5;
 
-  TemporaryFolder folder;
   TestPrinter printer;
-  PrintingDesktop desktop;
-  RecordedEvents events;
-  std::unique_ptr<KwEditorLayers> control;
-  HWND host = nullptr;
-  std::unique_ptr<windows::EditorWindow> window;
 };
 
 TEST_F(PrintedDocument, HasEveryPageAsItsFileShowsIt) {

@@ -124,8 +124,12 @@ TestPrinter::~TestPrinter() {
   ClosePrinter(printer);
 }
 
+void TestPrinter::Break() const { CreateDirectoryW(windows::ToWide(job).c_str(), nullptr); }
+
+std::string TestPrinter::Job() const { return ReadWhole(job); }
+
 int TestPrinter::PageCount() const {
-  const std::string text = ReadWhole(job);
+  const std::string text = Job();
   int pages = 0;
   for (std::size_t at = text.find("\n%%Page:"); at != std::string::npos; at = text.find("\n%%Page:", at + 1)) ++pages;
   return pages;

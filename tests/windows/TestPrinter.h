@@ -22,6 +22,10 @@ public:
   TestPrinter& operator=(const TestPrinter&) = delete;
   ~TestPrinter();
 
+  // From now on the job cannot be written: its name is taken by a folder.
+  void Break() const;
+  // The whole job.
+  std::string Job() const;
   // The pages that the job has by its own count; 0 without a job.
   int PageCount() const;
   // The sheets of paper, as an interpreter of PostScript that has nothing to do with the driver shows them.

@@ -1,0 +1,83 @@
+#pragma once
+
+#include "windows/WindowsDesktop.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "control/KwEditorLayers.h"
+#include "support/EditorFixture.h"
+#include "windows/EditorWindow.h"
+#include "windows/TestForm.h"
+
+namespace kw::test {
+
+// The real desktop, but for its message boxes, which are answered at once.
+class QuietDesktop : public windows::WindowsDesktop {
+public:
+  QuietDesktop()
+      : WindowsDesktop([](const std::string& path) {
+          KWPicEd engine;
+          if (!engine.Load(path)) Raise(ErrorNumber::InvalidPicture);
+          return engine.Current();
+        }) {}
+
+  MessageAnswer ShowMessageBox(const std::string& prompt, const std::string&, MessageButtons) override {
+    boxes.push_back(prompt);
+    return MessageAnswer::Ok;
+  }
+  void DoEvents() override {
+    if (beforeEvents) beforeEvents();
+    WindowsDesktop::DoEvents();
+  }
+
+  std::vector<std::string> boxes;
+  std::function<void()> beforeEvents;
+  HWND owner = nullptr;
+
+protected:
+  HWND DialogOwner() const override { return owner; }
+};
+
+// The whole control in a window, on the real desktop, with a folder of its own.
+class WholeEditor : public testing::Test {
+protected:
+  WholeEditor() {
+    AppDir = folder.Path();
+    control = std::make_unique<KwEditorLayers>(desktop, events);
+    control->UserControl_Initialize();
+    host = TestForm::HostWindow();
+    desktop.owner = host;
+    window = std::make_unique<windows::EditorWindow>(control->Root(), host, RECT{0, 0, 0, 0});
+    Resize(860, 640);
+    window->Show(true);
+  }
+  ~WholeEditor() override {
+    window.reset();
+    DestroyWindow(host);
+    control->UserControl_Terminate();
+    control.reset();
+    AppDir.clear();
+  }
+
+  EditorForm& Form() { return control->Form(); }
+  // Gives control and window another size in pixels.
+  void Resize(int width, int height) {
+    SetWindowPos(host, nullptr, 0, 0, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
+    window->Resize({0, 0, width, height});
+    control->Root().UserResize(static_cast<float>(width), static_cast<float>(height));
+  }
+
+  TemporaryFolder folder;
+  QuietDesktop desktop;
+  RecordedEvents events;
+  std::unique_ptr<KwEditorLayers> control;
+  HWND host = nullptr;
+  std::unique_ptr<windows::EditorWindow> window;
+};
+
+}  // namespace kw::test
