@@ -1,6 +1,8 @@
 #include "stamps/StampList.h"
 
 #include <algorithm>
+#include <initializer_list>
+#include <string_view>
 
 #include "components/Arithmetic.h"
 #include "document/PageFiles.h"
@@ -17,6 +19,15 @@ std::string StampFilePath(const Desktop& desktop) { return GetWorkFolder(desktop
 std::string Padded(int number, std::size_t digits) {
   std::string text = std::to_string(number);
   if (text.size() < digits) text.insert(0, digits - text.size(), '0');
+  return text;
+}
+
+std::string Joined(std::initializer_list<std::string_view> words, char between = ' ') {
+  std::string text;
+  for (const std::string_view word : words) {
+    if (!text.empty()) text += between;
+    text += word;
+  }
   return text;
 }
 
@@ -66,17 +77,16 @@ std::string StampList::NextKey() const { return std::to_string(ToInteger16(m_Use
 void StampList::AddBuiltInStamps(ImageCombo& combo) const {
   const LocalDate today = desktop.Date();
   const LocalTime now = desktop.Time();
-  const std::string date = Padded(today.month, 2) + "/" + Padded(today.day, 2) + "/" + Padded(today.year, 4);
-  const std::string time = Padded(now.hour, 2) + ":" + Padded(now.minute, 2) + ":" + Padded(now.second, 2);
-  combo.Add("Dt: " + date);
+  const std::string date = Joined({Padded(today.month, 2), Padded(today.day, 2), Padded(today.year, 4)}, '/');
+  const std::string time = Joined({Padded(now.hour, 2), Padded(now.minute, 2), Padded(now.second, 2)}, ':');
+  combo.Add(Joined({"Dt:", date}));
   combo.Add(date);
-  combo.Add(date + " " + time);
+  combo.Add(Joined({date, time}));
   for (const BuiltInStamp& stamp : BuiltInStamps) {
-    const std::string text = stamp.text;
-    combo.Add(text);
+    combo.Add(stamp.text);
     if (!stamp.isDated) continue;
-    combo.Add(text + " " + date);
-    combo.Add(text + " " + date + " " + time);
+    combo.Add(Joined({stamp.text, date}));
+    combo.Add(Joined({stamp.text, date, time}));
   }
 }
 

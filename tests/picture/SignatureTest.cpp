@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 
 #include "picture/Depth.h"
 
@@ -35,7 +36,8 @@ std::array<int, 4> StraightPixel(const Bitmap& ink, std::int32_t x, std::int32_t
 
 TEST(SignatureInk, LosesItsMarginsAndItsPaper) {
   Bitmap paper = SignedPaper(24);
-  std::fill_n(paper.MutableRow(12).begin() + 30 * 3, 3, std::uint8_t{250});  // paper shows within the stroke
+  std::fill_n(paper.MutableRow(12).begin() + std::ptrdiff_t{30} * 3, 3,
+              std::uint8_t{250});  // paper shows within the stroke
   const Bitmap ink = SignatureInk(paper);
   ASSERT_EQ(32, ink.BitsPerPixel());
   EXPECT_EQ(20, ink.Width());

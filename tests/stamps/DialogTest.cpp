@@ -79,16 +79,16 @@ TEST_F(StampDialog, ComposesTheCount) {
       {" 12", "APPROVED  12 TIMES"},  {"+7", "APPROVED +7 TIMES"},         {"1 0", "APPROVED 1 0 TIMES"},
       {"", "APPROVED  TIME"},         {"inf", "APPROVED inf TIME"},        {"二", "APPROVED 二 TIME"},
   };
-  for (const auto& [count, stamp] : cases) {
+  for (const auto& row : cases) {
     frmApprovedXTimes one(desktop, control->ErrorTrap());
     desktop.formAnswers.emplace_back([&](DialogForm&) {
       one.opt(1).UserChoose();
-      one.cmbNoOfTimes.UserType(count);
+      one.cmbNoOfTimes.UserType(row.first);
       one.chkOK.UserToggle();
     });
     one.ShowModal();
-    EXPECT_EQ(one.StampString, stamp);
-    EXPECT_EQ(one.NoOfTimes, count);
+    EXPECT_EQ(one.StampString, row.second);
+    EXPECT_EQ(one.NoOfTimes, row.first);
   }
   EXPECT_TRUE(events.errors.empty());
 }
@@ -302,11 +302,12 @@ TEST_F(StampDialog, CannotAppendToAListOf32767Stamps) {
   class FullDesktop : public ScriptedDesktop {
   public:
     int written = 0;
-    std::string ReadProfileString(const std::string&, const std::string& key, const std::string&,
-                                  const std::string&) override {
+    std::string ReadProfileString(const std::string& /*section*/, const std::string& key,
+                                  const std::string& /*defaultValue*/, const std::string& /*path*/) override {
       return "STAMP " + key;
     }
-    bool WriteProfileString(const std::string&, const std::string&, const std::string&, const std::string&) override {
+    bool WriteProfileString(const std::string& /*section*/, const std::string& /*key*/, const std::string& /*value*/,
+                            const std::string& /*path*/) override {
       ++written;
       return true;
     }

@@ -115,8 +115,8 @@ TEST_F(StampLists, KeepTextOfEveryLanguage) {
 TEST_F(StampLists, TurnNullCharactersIntoBlanks) {
   class NullDesktop : public ScriptedDesktop {
   public:
-    std::string ReadProfileString(const std::string&, const std::string& key, const std::string& defaultValue,
-                                  const std::string&) override {
+    std::string ReadProfileString(const std::string& /*section*/, const std::string& key,
+                                  const std::string& defaultValue, const std::string& /*path*/) override {
       return key == "1" ? std::string(" \0A\0B\0\0", 7) : defaultValue;
     }
   } nulls;
@@ -163,8 +163,8 @@ TEST_F(StampLists, OfAFolderThatCannotBeWrittenReportNothing) {
 // So many stamps that their number does not fit 16 bits.
 class EndlessDesktop : public ScriptedDesktop {
 public:
-  std::string ReadProfileString(const std::string&, const std::string& key, const std::string&,
-                                const std::string&) override {
+  std::string ReadProfileString(const std::string& /*section*/, const std::string& key,
+                                const std::string& /*defaultValue*/, const std::string& /*path*/) override {
     return std::stoi(key) <= 40000 ? "STAMP " + key : "";
   }
 };
