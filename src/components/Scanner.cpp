@@ -10,7 +10,7 @@ namespace {
 // True from its making to its end, also when an error is the end.
 class Flag {
 public:
-  explicit Flag(bool& raised) : flag(raised) { flag = true; }
+  explicit Flag(bool& raised) : flag(raised) { raised = true; }
   Flag(const Flag&) = delete;
   Flag& operator=(const Flag&) = delete;
   ~Flag() { flag = false; }

@@ -119,7 +119,7 @@ bool Printing::TakeShownPage(Procedure& run, Bitmap& picture) {
 bool Printing::TakePageFile(Procedure& run, const std::string& path, std::int16_t page, Bitmap& picture) {
   std::string file;
   if (!run([&] { file = GetPageFileName(path, page); })) return false;
-  const auto pause = [&](Bitmap expected) {
+  const auto pause = [&](const Bitmap& expected) {
     if (!Pause(run) || !SamePicture(KWPicTempBuffer.Current(), expected)) Raise(ErrorNumber::Cancelled);
   };
   const std::int32_t error = run.Attempt([&] {
@@ -127,21 +127,23 @@ bool Printing::TakePageFile(Procedure& run, const std::string& path, std::int16_
     if (!SamePicture(picture, KWPicTempBuffer.Current())) Raise(ErrorNumber::Cancelled);
   });
   if (error == 0 || !isPrinting) return error == 0;
-  return run([&] { picture = Render(file, [](Bitmap) {}); });
+  return run([&] { picture = Render(file, [](const Bitmap&) {}); });
 }
 
 // The page file as picTempBuffer shows it. Between two steps calls `pause` with what the scratch engine holds.
-Bitmap Printing::Render(const std::string& file, const std::function<void(Bitmap)>& pause) {
+Bitmap Printing::Render(const std::string& file, const Pausing& pause) {
   PictureEngine& engine = KWPicTempBuffer;
   if (!engine.Load(file)) {
     Raise(desktop.DirectoryLookUp(file).empty() ? ErrorNumber::FileNotFound : ErrorNumber::InvalidPicture);
   }
-  pause(engine.Current());
+  const Bitmap loaded = engine.Current();
+  pause(loaded);
   std::int16_t bitsPerPixel = engine.PageValue();
   engine.ConvertToBitsPerPixel(bitsPerPixel);
-  pause(engine.Current());
+  const Bitmap converted = engine.Current();
+  pause(converted);
   engine.Save(GetTempImagePath(desktop));
-  pause(engine.Current());
+  pause(converted);
   form.picTempBuffer.SetPicture(desktop.LoadPicture(GetTempImagePath(desktop)));
   return form.picTempBuffer.Picture();
 }

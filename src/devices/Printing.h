@@ -46,7 +46,9 @@ private:
   void PrintPage(Procedure& run, const std::string& path, std::int16_t page);
   bool TakeShownPage(Procedure& run, Bitmap& picture);
   bool TakePageFile(Procedure& run, const std::string& path, std::int16_t page, Bitmap& picture);
-  Bitmap Render(const std::string& file, const std::function<void(Bitmap)>& pause);
+  // Called between two steps with what the scratch engine holds.
+  using Pausing = std::function<void(const Bitmap& expected)>;
+  Bitmap Render(const std::string& file, const Pausing& pause);
   bool Pause(Procedure& run);
   bool IsShown(const std::string& path, std::int16_t page) const;
 

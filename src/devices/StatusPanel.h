@@ -12,7 +12,7 @@ void ShowCentred(RaisedArea& panel, const UserControl& editor);
 // panel is hidden and the flag cleared.
 class DeviceAtWork {
 public:
-  DeviceAtWork(RaisedArea& statusPanel, bool& flag) : panel(statusPanel), isAtWork(flag) { isAtWork = true; }
+  DeviceAtWork(RaisedArea& statusPanel, bool& flag) : panel(statusPanel), isAtWork(flag) { flag = true; }
   DeviceAtWork(const DeviceAtWork&) = delete;
   DeviceAtWork& operator=(const DeviceAtWork&) = delete;
   ~DeviceAtWork() {

@@ -122,7 +122,7 @@ PackedDib ScannedPages::Joined() const {
   if (height > std::numeric_limits<LONG>::max()) Raise(ErrorNumber::OutOfMemory);
   head.biHeight = static_cast<LONG>(height);
 
-  PackedDib joined(HeadBytes(head));
+  PackedDib joined(static_cast<std::size_t>(HeadBytes(head)));
   std::memcpy(joined.data(), &head, sizeof head);
   if (head.biClrUsed != 0) {
     std::memcpy(joined.data() + sizeof head, pages.front().data() + first.biSize, head.biClrUsed * sizeof(RGBQUAD));

@@ -184,14 +184,18 @@ TEST_F(Scanning, ThePanelIsInTheMiddleAtAnySize) {
   RaisedArea& panel = Form().kwraScanningStatus;
   EXPECT_EQ(Form().lblScanningStatus.Caption(), "Scanning.. Please wait");
   EXPECT_TRUE(Form().chkCancelScanning.IsButton());
+  float left = 0;
+  float top = 0;
+  script.onAcquire = [&] {
+    left = panel.Left();
+    top = panel.Top();
+    return false;
+  };
   for (const auto& [width, height] : {std::pair{860.0F, 640.0F}, std::pair{500.0F, 301.0F}, std::pair{100.0F, 50.0F}}) {
     Form().editor.UserResize(width, height);
-    script.onAcquire = [&] {
-      EXPECT_EQ(panel.Left(), (width - panel.Width()) / 2);
-      EXPECT_EQ(panel.Top(), (height - panel.Height()) / 2);
-      return false;
-    };
     Command("Acquire");
+    EXPECT_EQ(left, (width - panel.Width()) / 2);
+    EXPECT_EQ(top, (height - panel.Height()) / 2);
   }
   EXPECT_EQ(script.calls.size(), 3U);
 }
