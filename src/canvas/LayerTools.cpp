@@ -85,10 +85,22 @@ void LayerTools::MakeText(Procedure& run) {
   run([&] { layer->SetTyping(true); });
 }
 
+PixelRect LayerTools::CanvasPixels() const {
+  const PixelRect place = PixelsOf(form.picCanvas);
+  return {0, 0, place.Width(), place.Height()};
+}
+
 void LayerTools::MakeSelection(Procedure& run) {
   TransparentPicture* const layer = MakeFigure(run, FigureKind::Picture);
   if (layer == nullptr) return;
-  run([&] { layer->SetPicture(CopyOfPage(form.TransLayers(Layers::PageLayer), PixelsOf(*layer))); });
+  run([&] {
+    // A drag that began beside the canvas selects what lies on it.
+    const PixelRect area = Common(PixelsOf(*layer), CanvasPixels());
+    if (area.IsEmpty()) return;
+    layer->Move(static_cast<float>(area.left), static_cast<float>(area.top), static_cast<float>(area.Width()),
+                static_cast<float>(area.Height()));
+    layer->SetPicture(CopyOfPage(form.TransLayers(Layers::PageLayer), area));
+  });
   run([&] { layers.SetCurrentLayer(layer->Index().value_or(Layers::PageLayer)); });
   while (layers.BringForward()) continue;
 }

@@ -41,6 +41,7 @@ private:
   // What the layers of all tools have in common, in this order.
   void SetCommonProperties(Procedure& run, TransparentPicture& layer);
 
+  PixelRect CanvasPixels() const;
   void MakeSelection(Procedure& run);
   void MakeText(Procedure& run);
   void MakeEllipse(Procedure& run) { MakeFigure(run, FigureKind::Ellipse); }

@@ -54,6 +54,12 @@ void PenStroke::MakeLayer() {
     bottom = std::max(bottom, marker->Top() + marker->Height());
     centres.push_back({double{marker->Left() + marker->Width() / 2}, double{marker->Top() + marker->Height() / 2}});
   }
+  // What lies off the canvas is never seen.
+  left = std::max(left, 0.0F);
+  top = std::max(top, 0.0F);
+  right = std::min(right, form.picCanvas.Width());
+  bottom = std::min(bottom, form.picCanvas.Height());
+  if (right <= left || bottom <= top) return;
   constexpr float rim = 1;  // for the edge's soft pixels
   left = std::floor(left) - rim;
   top = std::floor(top) - rim;

@@ -21,7 +21,7 @@ public:
   // Lays one more at the point made whole, unless the last one lies there. Past the number of markers that an array
   // holds, what was drawn until then becomes a layer and the stroke goes on from its end.
   void Continue(float x, float y);
-  // Loads a layer with a picture of the stroke.
+  // Loads a layer with a picture of the stroke, as far as it lies on the canvas.
   void MakeLayer();
   // Takes the markers away.
   void Drop();
