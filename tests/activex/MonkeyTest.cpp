@@ -1,0 +1,184 @@
+// A hand that does anything to the windows of the real control in a real container: presses, drags, keys, buttons and
+// resizes at random, with every box, dialog and menu that comes up closed again. KW_MONKEY_SECONDS and KW_MONKEY_SEED
+// ask for a longer run or another one.
+
+#include <windows.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "activex/Fixture.h"
+#include "activex/StrictContainer.h"
+
+namespace kw::test {
+namespace {
+
+int NumberFrom(const char* variable, int otherwise) {
+  const char* const text = std::getenv(variable);
+  return text == nullptr ? otherwise : std::atoi(text);
+}
+
+// A 24-bit BMP of grey stripes.
+std::wstring WriteBitmap(const ScratchFolder& folder, const wchar_t* name, int width, int height) {
+  BITMAPFILEHEADER file = {};
+  BITMAPINFOHEADER info = {sizeof info, width, height, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
+  const auto stride = static_cast<DWORD>((width * 3 + 3) / 4 * 4);
+  file.bfType = 0x4D42;
+  file.bfOffBits = sizeof file + sizeof info;
+  file.bfSize = file.bfOffBits + stride * static_cast<DWORD>(height);
+  std::string pixels(std::size_t{stride} * static_cast<std::size_t>(height), '\0');
+  for (std::size_t i = 0; i < pixels.size(); ++i) pixels[i] = i / stride % 20 < 10 ? '\xF0' : '\xB0';
+  const std::wstring path = folder.File(name);
+  std::ofstream out(std::string(path.begin(), path.end()), std::ios::binary);
+  out.write(reinterpret_cast<const char*>(&file), sizeof file);
+  out.write(reinterpret_cast<const char*>(&info), sizeof info);
+  out << pixels;
+  return path;
+}
+
+HWND editorWindow = nullptr;
+std::mt19937 hand;
+
+int Below(int limit) { return std::uniform_int_distribution<int>(0, limit - 1)(hand); }
+
+// Closes what is modal on this thread: a menu, or one of its dialogs by a button at random.
+void CALLBACK CloseWhatIsModal(HWND, UINT, UINT_PTR, DWORD) {
+  EndMenu();
+  EnumThreadWindows(
+      GetCurrentThreadId(),
+      [](HWND window, LPARAM) WINAPI -> BOOL {
+        wchar_t name[16] = {};
+        GetClassNameW(window, name, 16);
+        if (std::wstring(name) == L"#32770" && IsWindowVisible(window) != FALSE) {
+          PostMessageW(window, WM_COMMAND, Below(3) == 0 ? IDOK : IDCANCEL, 0);
+          PostMessageW(window, WM_COMMAND, IDNO, 0);
+        }
+        return TRUE;
+      },
+      0);
+}
+
+class OcxMonkey : public ControlTest {
+protected:
+  static std::vector<HWND> Windows() {
+    std::vector<HWND> all;
+    EnumChildWindows(
+        editorWindow,
+        [](HWND window, LPARAM list) WINAPI -> BOOL {
+          if (IsWindowVisible(window) != FALSE) reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
+          return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&all));
+    return all;
+  }
+
+  // The canvas is the largest window of the editor's own class inside another one.
+  static HWND Canvas(const std::vector<HWND>& windows) {
+    HWND largest = nullptr;
+    int most = 0;
+    for (const HWND window : windows) {
+      RECT client = {};
+      GetClientRect(window, &client);
+      if (GetParent(window) != editorWindow && client.right * client.bottom > most) {
+        most = client.right * client.bottom;
+        largest = window;
+      }
+    }
+    return largest;
+  }
+
+  static void DoAnything() {
+    const std::vector<HWND> windows = Windows();
+    if (windows.empty()) return;
+    const HWND canvas = Canvas(windows);
+    HWND target = windows[static_cast<std::size_t>(Below(static_cast<int>(windows.size())))];
+    if (canvas != nullptr && Below(4) != 0) target = canvas;
+    if (IsWindowEnabled(target) == FALSE) return;
+    RECT client = {};
+    GetClientRect(target, &client);
+    const LPARAM at = MAKELPARAM(Below(client.right + 6) - 3, Below(client.bottom + 6) - 3);
+    switch (Below(12)) {
+      case 0:
+      case 1:
+        PostMessageW(target, WM_LBUTTONDOWN, MK_LBUTTON, at);
+        break;
+      case 2:
+        PostMessageW(target, WM_RBUTTONDOWN, MK_RBUTTON, at);
+        PostMessageW(target, WM_RBUTTONUP, 0, at);
+        break;
+      case 3:
+      case 4:
+        PostMessageW(target, WM_LBUTTONUP, 0, at);
+        break;
+      case 5: {
+        const WPARAM characters[] = {27, 2, 6, 13, 'a', 'B', ' ', 3, 22, 26};
+        PostMessageW(target, WM_CHAR, characters[Below(static_cast<int>(std::size(characters)))], 1);
+        break;
+      }
+      case 6: {
+        const WPARAM keys[] = {VK_DELETE, VK_ESCAPE, VK_LEFT, VK_DOWN, VK_TAB, VK_RETURN, VK_PRIOR};
+        const WPARAM key = keys[Below(static_cast<int>(std::size(keys)))];
+        PostMessageW(target, WM_KEYDOWN, key, 1);
+        PostMessageW(target, WM_KEYUP, key, 1);
+        break;
+      }
+      case 7:
+        if (Below(10) == 0) SetFocus(target);
+        break;
+      default:
+        PostMessageW(target, WM_MOUSEMOVE, Below(2) == 0 ? MK_LBUTTON : 0, at);
+        break;
+    }
+  }
+};
+
+TEST_F(OcxMonkey, NothingItDoesBreaksTheControl) {
+  const int seconds = NumberFrom("KW_MONKEY_SECONDS", 5);
+  const int seed = NumberFrom("KW_MONKEY_SEED", 20261121);
+  hand.seed(static_cast<unsigned>(seed));
+  const std::wstring documents[] = {WriteBitmap(scratch, L"page.bmp", 500, 400), scratch.WriteTiff(L"pages.tif", 3),
+                                    scratch.File(L"missing.tif")};
+  StrictContainer container;
+  container.place = {0, 0, 900, 640};
+  container.clip = {0, 0, 1200, 900};
+  container.Take(control.Get());
+  ASSERT_HRESULT_SUCCEEDED(container.DoVerb(OLEIVERB_UIACTIVATE));
+  editorWindow = container.ControlWindow();
+  ASSERT_NE(editorWindow, nullptr);
+  const UINT_PTR closer = SetTimer(nullptr, 0, 30, &CloseWhatIsModal);
+  control->OpenFile(Text(documents[0]));
+  long events = 0;
+  for (const DWORD start = GetTickCount(); GetTickCount() - start < static_cast<DWORD>(seconds) * 1000;) {
+    DoAnything();
+    ++events;
+    if (events % 50 == 0) PumpMessages();
+    if (events % 2000 == 0) {
+      control->OpenFile(Text(documents[Below(3)]));
+      const auto inPlace = container.As<IOleInPlaceObject>();
+      const RECT place = {0, 0, 200 + Below(900), 150 + Below(700)};
+      inPlace->SetObjectRects(&place, &container.clip);
+    }
+    // A failed open or a reported error leaves the control switched off until its host switches it on again.
+    if (events % 100 == 0) {
+      control->put_Enabled(VARIANT_TRUE);
+      control->put_IsEditable(VARIANT_TRUE);
+    }
+    ASSERT_NE(IsWindow(editorWindow), FALSE);
+  }
+  PumpMessages(200);
+  VARIANT_BOOL isEditable = VARIANT_FALSE;
+  EXPECT_HRESULT_SUCCEEDED(control->get_IsEditable(&isEditable));
+  control->OpenFile(Text(documents[0]));
+  PumpMessages(100);
+  KillTimer(nullptr, closer);
+  std::cout << "seed " << seed << ", " << events << " events in " << seconds << " s\n";
+  container.LetGo();
+}
+
+}  // namespace
+}  // namespace kw::test
