@@ -116,8 +116,8 @@ protected:
   }
 
   // Of pixels that differ by more than 16 of 255, and of all pixels in the mean.
-  static constexpr double LargestShareOfDifferentPixels = 0.001;
-  static constexpr double LargestMeanDifference = 0.5;
+  static constexpr double LargestShareOfDifferentPixels = 0.0002;
+  static constexpr double LargestMeanDifference = 0.05;
 
   TestPrinter printer;
 };

@@ -125,6 +125,10 @@ TEST_F(PrintedPicture, AJobThatCannotBeWrittenIsAnErrorAndTheNextJobIsNot) {
   const std::int32_t ending = ErrorOf([&] { desktop.EndPrintJob(); });
   EXPECT_TRUE(painting == printerError || ending == printerError) << painting << ' ' << ending;
   EXPECT_EQ(ErrorOf([&] { desktop.EndPrintJob(); }), 0) << "no job is left open";
+  printer.Mend();
+  desktop.PrintPicture(Black(100, 100, 100, 100));
+  desktop.EndPrintJob();
+  EXPECT_EQ(printer.PageCount(), 1);
 }
 
 TEST(WithoutAPrinter, PrintingIsAPrinterErrorAndEndingAJobIsNone) {

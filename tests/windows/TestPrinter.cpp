@@ -126,6 +126,8 @@ TestPrinter::~TestPrinter() {
 
 void TestPrinter::Break() const { CreateDirectoryW(windows::ToWide(job).c_str(), nullptr); }
 
+void TestPrinter::Mend() const { RemoveDirectoryW(windows::ToWide(job).c_str()); }
+
 std::string TestPrinter::Job() const { return ReadWhole(job); }
 
 int TestPrinter::PageCount() const {

@@ -22,8 +22,9 @@ public:
   TestPrinter& operator=(const TestPrinter&) = delete;
   ~TestPrinter();
 
-  // From now on the job cannot be written: its name is taken by a folder.
+  // Until it is mended no job can be written: its name is taken by a folder.
   void Break() const;
+  void Mend() const;
   // The whole job.
   std::string Job() const;
   // The pages that the job has by its own count; 0 without a job.
