@@ -3,6 +3,7 @@
 #include "windows/WindowsDesktop.h"
 
 #include <gtest/gtest.h>
+#include <winspool.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -132,6 +133,9 @@ TEST_F(PrintedPicture, AJobThatCannotBeWrittenIsAnErrorAndTheNextJobIsNot) {
 }
 
 TEST(WithoutAPrinter, PrintingIsAPrinterErrorAndEndingAJobIsNone) {
+  DWORD length = 0;
+  GetDefaultPrinterW(nullptr, &length);
+  if (length != 0) GTEST_SKIP() << "this machine has a printer";
   windows::WindowsDesktop desktop;
   constexpr auto printerError = static_cast<std::int32_t>(ErrorNumber::PrinterError);
   PrinterDialog dialog;
