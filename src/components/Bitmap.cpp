@@ -28,11 +28,10 @@ std::vector<Rgb> GreyRamp(int bitsPerPixel) {
   return ramp;
 }
 
-// Zeroed bytes that begin at a multiple of the row alignment. The system hands out large zeroed blocks without touching
-// them, so a picture that is filled at once is written only once.
-std::shared_ptr<std::uint8_t[]> AllocatePixels(std::size_t bytes) {
+// Bytes that begin at a multiple of the row alignment, zeroed where that is wanted.
+std::shared_ptr<std::uint8_t[]> AllocatePixels(std::size_t bytes, bool zeroed) {
   if (bytes > std::numeric_limits<std::size_t>::max() - Bitmap::RowAlignment) Raise(ErrorNumber::OutOfMemory);
-  void* block = std::calloc(bytes + Bitmap::RowAlignment, 1);
+  void* block = zeroed ? std::calloc(bytes + Bitmap::RowAlignment, 1) : std::malloc(bytes + Bitmap::RowAlignment);
   if (block == nullptr) Raise(ErrorNumber::OutOfMemory);
   const std::size_t excess = std::bit_cast<std::uintptr_t>(block) % Bitmap::RowAlignment;
   auto* aligned = static_cast<std::uint8_t*>(block) + (excess == 0 ? 0 : Bitmap::RowAlignment - excess);
@@ -55,13 +54,20 @@ std::uint64_t PixelMemory(std::int32_t width, std::int32_t height, int bitsPerPi
 }
 
 Bitmap::Bitmap(std::int32_t pixelWidth, std::int32_t pixelHeight, int depth)
+    : Bitmap(pixelWidth, pixelHeight, depth, Pixels::Zero) {}
+
+Bitmap Bitmap::Unfilled(std::int32_t width, std::int32_t height, int bitsPerPixel) {
+  return {width, height, bitsPerPixel, Pixels::Any};
+}
+
+Bitmap::Bitmap(std::int32_t pixelWidth, std::int32_t pixelHeight, int depth, Pixels initial)
     : width(pixelWidth), height(pixelHeight), bitsPerPixel(depth) {
   if (width < 1 || height < 1 || !IsDepth(depth)) Raise(ErrorNumber::InvalidProcedureCall);
   const std::uint64_t bytes = PixelMemory(width, height, depth);
   if (bytes > std::numeric_limits<std::size_t>::max() / 2) Raise(ErrorNumber::OutOfMemory);
   stride = static_cast<std::size_t>(bytes) / static_cast<std::size_t>(height);
   palette = GreyRamp(depth);
-  pixels = AllocatePixels(static_cast<std::size_t>(bytes));
+  pixels = AllocatePixels(static_cast<std::size_t>(bytes), initial == Pixels::Zero);
 }
 
 std::size_t Bitmap::RowBytes() const { return IsEmpty() ? 0 : PackedRowBytes(width, bitsPerPixel); }
@@ -91,7 +97,7 @@ std::span<std::uint8_t> Bitmap::MutableRow(std::int32_t y) {
 void Bitmap::Unshare() {
   if (pixels.use_count() == 1) return;
   const std::size_t bytes = stride * static_cast<std::size_t>(height);
-  auto copy = AllocatePixels(bytes);
+  auto copy = AllocatePixels(bytes, false);
   std::memcpy(copy.get(), pixels.get(), bytes);
   pixels = std::move(copy);
 }

@@ -30,6 +30,8 @@ public:
   // A black picture (all bytes zero); a depth up to 8 gets a grey ramp as its palette (0 black, last white).
   // Raises InvalidProcedureCall for a size below 1 or a depth not named above, OutOfMemory where the pixels do not fit.
   Bitmap(std::int32_t width, std::int32_t height, int bitsPerPixel);
+  // The same with pixels of any value, for who writes all of them.
+  static Bitmap Unfilled(std::int32_t width, std::int32_t height, int bitsPerPixel);
 
   bool IsEmpty() const { return pixels == nullptr; }
   std::int32_t Width() const { return width; }
@@ -62,6 +64,8 @@ public:
   friend bool SamePicture(const Bitmap& a, const Bitmap& b);
 
 private:
+  enum class Pixels { Zero, Any };
+  Bitmap(std::int32_t width, std::int32_t height, int bitsPerPixel, Pixels initial);
   void Unshare();
 
   std::int32_t width = 0;

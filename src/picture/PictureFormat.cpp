@@ -54,6 +54,11 @@ Bitmap NewPage(std::uint64_t width, std::uint64_t height, int bitsPerPixel, cons
   return {static_cast<std::int32_t>(width), static_cast<std::int32_t>(height), bitsPerPixel};
 }
 
+Bitmap NewUnfilledPage(std::uint64_t width, std::uint64_t height, int bitsPerPixel, const ReadLimits& limits) {
+  RequirePageFits(width, height, bitsPerPixel, limits);
+  return Bitmap::Unfilled(static_cast<std::int32_t>(width), static_cast<std::int32_t>(height), bitsPerPixel);
+}
+
 void CopyBytes(Stream& from, std::uint64_t position, std::uint64_t count, Stream& to) {
   if (!from.Seek(position)) RaiseUnreadable("The file cannot be read.");
   constexpr std::uint64_t blockSize = std::uint64_t{256} * 1024;

@@ -85,6 +85,8 @@ const PictureFormat* FormatOfPath(std::string_view path);
 
 // A page to decode into. Raises InvalidPicture for a size below 1 or past the limits.
 Bitmap NewPage(std::uint64_t width, std::uint64_t height, int bitsPerPixel, const ReadLimits& limits);
+// The same with pixels of any value, for who decodes or whitens all of them.
+Bitmap NewUnfilledPage(std::uint64_t width, std::uint64_t height, int bitsPerPixel, const ReadLimits& limits);
 // The same checks alone.
 void RequirePageFits(std::uint64_t width, std::uint64_t height, int bitsPerPixel, const ReadLimits& limits);
 

@@ -208,6 +208,15 @@ Bytes GifOfCodes(std::initializer_list<unsigned> codes) {
           255, ',', 0,   0,   0,   0,   2, 0, 2, 0, 0,    2, 2, low, high, 0, ';'};
 }
 
+TEST_F(GifKinds, BlocksBehindTheLastPixelDoNotMatter) {
+  Bytes bytes = GifOfCodes({4, 0, 1, 6, 5});
+  // In front of the end of the blocks and the end of the file.
+  for (int i = 0; i < 40; ++i) bytes.insert(bytes.end() - 2, {2, 0xFF, 0xFF});
+  ASSERT_TRUE(engine.Load(Put("blocks.gif", bytes))) << engine.LastLoadError();
+  EXPECT_EQ("", engine.Warning());
+  EXPECT_EQ((Rgb{255, 255, 255}), Pixel(1, 1));
+}
+
 TEST_F(GifKinds, CodesOutOfRangeEndThePicture) {
   ASSERT_TRUE(engine.Load(Put("codes.gif", GifOfCodes({4, 0, 1, 6, 5})))) << engine.LastLoadError();
   EXPECT_EQ("", engine.Warning());

@@ -8,7 +8,7 @@
 namespace kw {
 
 Bitmap Like(const Bitmap& picture, std::int32_t width, std::int32_t height, int bitsPerPixel) {
-  Bitmap result(width, height, bitsPerPixel);
+  Bitmap result = Bitmap::Unfilled(width, height, bitsPerPixel);
   result.SetResolution(picture.HorizontalResolution(), picture.VerticalResolution());
   return result;
 }

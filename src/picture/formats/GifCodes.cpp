@@ -25,6 +25,7 @@ void GifCodes::Clear() {
 
 bool GifCodes::Take(std::span<const std::uint8_t> bytes) {
   for (const std::uint8_t byte : bytes) {
+    if (!good || pixelsLeft == 0) break;
     bits |= static_cast<std::uint32_t>(byte) << bitCount;
     bitCount += 8;
     while (bitCount >= width && good && pixelsLeft != 0) {
@@ -33,7 +34,6 @@ bool GifCodes::Take(std::span<const std::uint8_t> bytes) {
       bitCount -= width;
       good = TakeCode(code);
     }
-    if (!good || pixelsLeft == 0) break;
   }
   return good;
 }

@@ -219,7 +219,7 @@ public:
   Bitmap Read(Stream& file, std::int32_t /*page*/, std::string& warning) override {
     const auto decoder = std::make_unique<Decoder>(file);
     const auto& header = decoder->ReadHeader();
-    Bitmap page = NewPage(header.image_width, header.image_height, decoder->Depth(), limits);
+    Bitmap page = NewUnfilledPage(header.image_width, header.image_height, decoder->Depth(), limits);
     SetResolution(header, page);
     warning = decoder->ReadRows(page);
     return Upright(page, OrientationOf(header));

@@ -148,7 +148,7 @@ public:
         layout(pageLayout),
         limits(readLimits),
         recovery(lost),
-        page(NewPage(pageLayout.width, pageLayout.height, pageLayout.Depth(), readLimits)),
+        page(EmptyPage(pageLayout, readLimits)),
         channels(static_cast<std::uint16_t>(layout.IsIndexed() ? 1 : layout.Depth() / 8)) {
     if (channels == 1) page.SetPalette(PaletteOf(tiff, layout));
   }
@@ -171,6 +171,12 @@ private:
   bool NeedsWholeStrips() const {
     return layout.compression == COMPRESSION_JBIG || layout.compression == COMPRESSION_LERC ||
            layout.compression == COMPRESSION_WEBP;
+  }
+
+  // Indices are put in bit by bit.
+  static Bitmap EmptyPage(const Layout& layout, const ReadLimits& limits) {
+    const auto make = layout.IsIndexed() ? NewPage : NewUnfilledPage;
+    return make(layout.width, layout.height, layout.Depth(), limits);
   }
 
   std::uint32_t RowsPerStrip() const {

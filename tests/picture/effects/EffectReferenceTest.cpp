@@ -34,6 +34,7 @@ protected:
     ApplyEffect(*FindEffect(test.command), result, test.values);
     const auto expected = reference::Expected(test.command, picture, test.values);
     const auto got = reference::Read(result);
+    if (expected == got) return;
     ASSERT_EQ(expected.bitsPerPixel, got.bitsPerPixel);
     ASSERT_EQ(expected.width, got.width);
     ASSERT_EQ(expected.height, got.height);
@@ -43,6 +44,7 @@ protected:
                                                    << picture.BitsPerPixel() << " at " << x << ", " << y;
       }
     }
+    FAIL() << "the pictures differ";
   }
 };
 
