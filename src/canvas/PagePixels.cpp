@@ -136,7 +136,6 @@ std::optional<PageRegion> RegionOfPageAt(const TransparentPicture& page, float x
   const auto seed = PixelUnder(page, x, y);
   if (!seed) return std::nullopt;
   constexpr std::size_t PixelBytes = 4;
-  constexpr std::uint32_t Opaque = 0xFF000000U;
   const RegionFinder region(page.Picture(), *seed, tolerance);
   const PixelRect& bounds = region.Bounds();
   PageRegion found;

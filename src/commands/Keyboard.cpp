@@ -32,6 +32,7 @@ void Keyboard::picCanvas_KeyPress(std::int16_t keyAscii) {
   Procedure run(trap, "picCanvas_KeyPress");
   if (!layers.HasPage()) return;
   if (keyAscii == Escape) {
+    run([&] { m_EscapeFlag = 0; });
     run([&] { zoom.UpdateAndZoom(); });
     run([&] { layers.AbandonDrag(); });
   }

@@ -30,6 +30,8 @@ private:
   Dispatcher& dispatcher;
   Layers& layers;
   Zoom& zoom;
+  // Set to 0 by Escape, and read by nobody.
+  std::int16_t m_EscapeFlag = 0;
 };
 
 }  // namespace kw
