@@ -126,8 +126,8 @@ std::vector<CopiedEntry> EntriesFor(const Layout& layout, const TiffStructure& s
 // The directory with the values that do not fit into it; it is followed by the pieces.
 class Head {
 public:
-  Head(const Layout& place, std::vector<CopiedEntry> list) : layout(place), entries(std::move(list)) {
-    size = Link() + layout.OffsetSize() - layout.directory;
+  Head(const Layout& place, std::vector<CopiedEntry> list)
+      : layout(place), entries(std::move(list)), size(Link() + layout.OffsetSize() - layout.directory) {
     for (const CopiedEntry& entry : entries) {
       if (!Fits(entry)) size += (entry.values.size() + 1) / 2 * 2;
     }
@@ -180,7 +180,7 @@ private:
 
   Layout layout;
   std::vector<CopiedEntry> entries;
-  std::uint64_t size = 0;
+  std::uint64_t size;
 };
 
 void Insert(std::vector<CopiedEntry>& entries, const TiffMark& mark, ByteOrder order) {
