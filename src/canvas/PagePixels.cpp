@@ -1,6 +1,7 @@
 #include "canvas/PagePixels.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdlib>
 #include <vector>
@@ -30,11 +31,11 @@ std::optional<PagePoint> PixelUnder(const TransparentPicture& page, float x, flo
 }
 
 bool IsSimilar(std::uint32_t a, std::uint32_t b, int tolerance) {
-  for (const unsigned shift : {0U, 8U, 16U}) {
+  constexpr std::array<unsigned, 3> Shifts = {0, 8, 16};
+  return std::ranges::all_of(Shifts, [=](unsigned shift) {
     const int difference = static_cast<int>(a >> shift & 0xFFU) - static_cast<int>(b >> shift & 0xFFU);
-    if (std::abs(difference) > tolerance) return false;
-  }
-  return true;
+    return std::abs(difference) <= tolerance;
+  });
 }
 
 // Fills spans of one row after the other, and remembers where the rows above and below may go on.

@@ -24,7 +24,7 @@ void PenStroke::Continue(float x, float y) {
   const float left = std::nearbyint(x) - half;
   const float top = std::nearbyint(y) - half;
   if (left == last.Left() && top == last.Top()) return;  // one marker a place
-  if (form.point1.UBound() == form.point1.HighestIndex) {
+  if (form.point1.UBound() == ControlArray<LightWeightMarker>::HighestIndex) {
     const float lastX = last.Left() + half;
     const float lastY = last.Top() + half;
     const Colour colour = form.point1(0).Color();

@@ -65,7 +65,7 @@ PixelRect PixelsOf(const Control& control) {
   const Control* const container = control.Container();
   const float unit = container != nullptr && container->ScaleUnit() == Unit::Twips ? TwipsPerPixel : 1.0F;
   const auto pixel = [unit](float value) {
-    constexpr float farthest = 1 << 30;  // so that no sum or difference of two leaves the range
+    constexpr float farthest = 0x1p30F;  // so that no sum or difference of two leaves the range
     return static_cast<std::int32_t>(std::lround(std::clamp(value / unit, -farthest, farthest)));
   };
   return {pixel(control.Left()), pixel(control.Top()), pixel(control.Left() + control.Width()),
