@@ -57,11 +57,18 @@ void Control::SetPointerIcon(const std::string& key) {
 }
 
 void Control::ZOrder() {
-  if (container == nullptr || container->children.back() == this) return;
-  auto& siblings = container->children;
-  const auto place = std::find(siblings.begin(), siblings.end(), this);
-  std::rotate(place, place + 1, siblings.end());
+  if (container == nullptr || mark == container->highestMark) return;
+  mark = ++container->highestMark;
+  container->areChildrenSorted = false;
   Tell(Aspect::Order);
+}
+
+const std::vector<Control*>& Control::Children() const {
+  if (!areChildrenSorted) {
+    std::ranges::sort(children, {}, [](const Control* child) { return child->mark; });
+    areChildrenSorted = true;
+  }
+  return children;
 }
 
 bool Control::CanTakeFocus() const {
@@ -109,6 +116,7 @@ void Control::SetContainer(Control* newContainer) {
   container = newContainer;
   if (container != nullptr) {
     container->children.push_back(this);
+    mark = ++container->highestMark;
     if (container->view != nullptr) container->view->ChildAdded(*this);
   }
 }

@@ -124,8 +124,8 @@ public:
   Control* Container() const { return container; }
   // Leaves the present container and becomes the frontmost child of `newContainer`.
   void SetContainer(Control* newContainer);
-  // Back to front.
-  const std::vector<Control*>& Children() const { return children; }
+  // Back to front. A child that comes to the front meanwhile shows its new place from the next call on.
+  const std::vector<Control*>& Children() const;
   Unit ScaleUnit() const { return scaleUnit; }
   void SetScaleUnit(Unit unit) { scaleUnit = unit; }
 
@@ -171,8 +171,13 @@ private:
   std::string toolTip;
   Unit scaleUnit = Unit::Pixels;
   Control* container = nullptr;
-  std::vector<Control*> children;
-  Control* active = nullptr;  // of a root only
+  // Restacking many children one by one must not move all the others each time: a child that comes to the front gets
+  // the next mark, and they are sorted by their marks when somebody asks.
+  mutable std::vector<Control*> children;
+  mutable bool areChildrenSorted = true;
+  std::uint64_t highestMark = 0;  // of all marks given to children
+  std::uint64_t mark = 0;         // within the container
+  Control* active = nullptr;      // of a root only
   View* view = nullptr;
 };
 
