@@ -1,5 +1,8 @@
 // The tools that are no plain figures: colour picker, fill, rubber, image, signature, selection, text.
 
+#include <functional>
+#include <utility>
+
 #include "canvas/PagePixels.h"
 #include "support/LayersFixture.h"
 
@@ -200,6 +203,50 @@ TEST_F(LayerTool, ASelectionHoldsThePagesPixelsUnderIt) {
       ASSERT_EQ(copy.PixelAt(x, y), Form().TransLayers(1).Picture().PixelAt(40 + x, 45 + y)) << x << ", " << y;
     }
   }
+}
+
+// Stands where the menu's window would be and looks at the menu when it opens.
+class MenuWatcher : public View {
+public:
+  explicit MenuWatcher(std::function<void()> whatToDo) : look(std::move(whatToDo)) {}
+  void Changed(Aspect aspect) override {
+    if (aspect == Aspect::PopUp) look();
+  }
+
+private:
+  std::function<void()> look;
+};
+
+TEST_F(LayerTool, TheMenuOpensOnALayerWithEverythingEnabledButPasteAsTheWatchSays) {
+  Choose("NoTools");
+  Add(100, 100, 50, 50);
+  int openings = 0;
+  bool isPasteExpected = false;
+  MenuWatcher watcher([&] {
+    ++openings;
+    for (const Menu* entry :
+         {&Form().mnuCopySelectedArea, &Form().mnuCutSelectedArea, &Form().mnuMergeDown, &Form().mnuSelectAll}) {
+      EXPECT_TRUE(entry->Enabled()) << entry->Caption();
+    }
+    EXPECT_EQ(Form().mnuPasteSelectedArea.Enabled(), isPasteExpected);
+  });
+  Form().mnuImgSelectedArea.AttachView(&watcher);
+  Press(20, 20, 2);
+  EXPECT_EQ(openings, 0) << "beside all layers";
+  Form().editor.UserPaint();
+  Press(110, 110, 2);
+  EXPECT_EQ(openings, 1);
+  EXPECT_EQ(Room().CurrentLayerIndex(), 2);
+  desktop.clipboardFormats = {ClipboardDib};
+  isPasteExpected = true;
+  ASSERT_TRUE(desktop.FireTimer(Form().tmrWatchClipBoard));
+  Press(110, 110, 2);
+  desktop.clipboardFormats.clear();
+  isPasteExpected = false;
+  Form().editor.UserPaint();
+  Press(110, 110, 2);
+  EXPECT_EQ(openings, 3);
+  Form().mnuImgSelectedArea.DetachView();
 }
 
 TEST_F(LayerTool, ATextOpensReadyToTypeInTheCurrentFont) {
