@@ -37,7 +37,11 @@ protected:
 #ifdef _WIN32
     // The interpreter takes the outer quotes away.
     const std::u16string wide = Utf16FromUtf8("\"" + command + "\"");
-    outcome.code = _wsystem(reinterpret_cast<const wchar_t*>(wide.c_str()));
+    // Its own code for a program that it could not start, which happens under Wine on a busy machine.
+    constexpr int NotStarted = 9009;
+    for (int tries = 0; tries == 0 || (outcome.code == NotStarted && tries < 3); ++tries) {
+      outcome.code = _wsystem(reinterpret_cast<const wchar_t*>(wide.c_str()));
+    }
 #else
     const int status = std::system(command.c_str());
     outcome.code = status % 256 == 0 ? status / 256 : -1;
