@@ -52,11 +52,12 @@ void CALLBACK CloseWhatIsModal(HWND, UINT, UINT_PTR, DWORD) {
   EnumThreadWindows(
       GetCurrentThreadId(),
       [](HWND window, LPARAM) WINAPI -> BOOL {
-        wchar_t name[16] = {};
-        GetClassNameW(window, name, 16);
-        if (std::wstring(name) == L"#32770" && IsWindowVisible(window) != FALSE) {
+        const bool isDialog = IsWindowVisible(window) != FALSE && GetWindow(window, GW_OWNER) != nullptr &&
+                              (GetWindowLongW(window, GWL_STYLE) & WS_CAPTION) == WS_CAPTION;
+        if (isDialog) {
           PostMessageW(window, WM_COMMAND, Below(3) == 0 ? IDOK : IDCANCEL, 0);
           PostMessageW(window, WM_COMMAND, IDNO, 0);
+          PostMessageW(window, WM_CLOSE, 0, 0);
         }
         return TRUE;
       },
