@@ -72,9 +72,12 @@ bool Ocx::CanUnload() {
 ScratchFolder::ScratchFolder() {
   static int count = 0;
   former = std::filesystem::current_path().wstring();
-  const std::wstring name = L"kw-activex-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++count);
-  const std::filesystem::path folder = std::filesystem::temp_directory_path() / name;
-  std::filesystem::create_directories(folder);
+  // The number of a process comes again, and a run that was killed leaves its folders.
+  std::filesystem::path folder;
+  do {
+    const std::wstring name = L"kw-activex-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++count);
+    folder = std::filesystem::temp_directory_path() / name;
+  } while (!std::filesystem::create_directory(folder));
   std::filesystem::current_path(folder);
   path = folder.wstring() + L"\\";
 }
