@@ -49,6 +49,8 @@ int Below(int limit) { return std::uniform_int_distribution<int>(0, limit - 1)(h
 // Closes what is modal on this thread: a menu, or one of its dialogs by a button at random.
 void CALLBACK CloseWhatIsModal(HWND, UINT, UINT_PTR, DWORD) {
   EndMenu();
+  // A pressed scroll bar or slider waits for its release in a loop of its own.
+  if (HWND const captured = GetCapture()) PostMessageW(captured, WM_LBUTTONUP, 0, 0);
   EnumThreadWindows(
       GetCurrentThreadId(),
       [](HWND window, LPARAM) WINAPI -> BOOL {
