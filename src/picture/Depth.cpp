@@ -2,9 +2,13 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
+#include <vector>
 
 #include "components/RunTimeError.h"
 #include "picture/PaletteMaker.h"
+#include "picture/effects/Bands.h"
+#include "picture/effects/Pixels.h"
 
 namespace kw {
 namespace {
@@ -24,6 +28,14 @@ void PutIndex(std::span<std::uint8_t> row, std::size_t x, unsigned index, int bi
 
 std::uint8_t OnPaper(unsigned value, unsigned alpha) {
   return static_cast<std::uint8_t>((value * alpha + 255 * (255 - alpha) + 127) / 255);
+}
+
+// Calls work(y) for each row of the picture, on several threads; it must not throw.
+template <typename Work>
+void ForRows(const Bitmap& picture, const Work& work) {
+  ForBands(picture.Height(), 4 * BytesOf(picture), [&](Band band) {
+    for (std::int32_t y = band.begin; y < band.end; ++y) work(y);
+  });
 }
 
 // Calls take(x, colour) for each pixel of a row.
@@ -49,7 +61,7 @@ void ForEachColour(const Bitmap& picture, std::int32_t y, const Take& take) {
 Bitmap ToColours(const Bitmap& picture, int bitsPerPixel) {
   Bitmap result = Like(picture, bitsPerPixel);
   const std::size_t size = bitsPerPixel == 32 ? 4 : 3;
-  for (std::int32_t y = 0; y < picture.Height(); ++y) {
+  ForRows(picture, [&](std::int32_t y) {
     const auto to = result.MutableRow(y);
     ForEachColour(picture, y, [&](std::size_t x, Rgb colour) {
       std::uint8_t* at = to.data() + x * size;
@@ -58,56 +70,99 @@ Bitmap ToColours(const Bitmap& picture, int bitsPerPixel) {
       at[2] = colour.red;
       if (size == 4) at[3] = 255;
     });
-  }
+  });
   return result;
 }
 
 Bitmap ToMoreIndexBits(const Bitmap& picture, int bitsPerPixel) {
   Bitmap result = Like(picture, bitsPerPixel);
   result.SetPalette({picture.Palette().begin(), picture.Palette().end()});
-  for (std::int32_t y = 0; y < picture.Height(); ++y) {
+  ForRows(picture, [&](std::int32_t y) {
     const auto from = picture.Row(y);
     const auto to = result.MutableRow(y);
     for (std::size_t x = 0; x < static_cast<std::size_t>(picture.Width()); ++x) {
       PutIndex(to, x, PaletteIndexAt(from, x, picture.BitsPerPixel()), bitsPerPixel);
     }
-  }
+  });
   return result;
 }
 
 Bitmap ToBlackAndWhite(const Bitmap& picture) {
   Bitmap result = Like(picture, 1);
-  for (std::int32_t y = 0; y < picture.Height(); ++y) {
+  ForRows(picture, [&](std::int32_t y) {
     const auto to = result.MutableRow(y);
     ForEachColour(picture, y, [&](std::size_t x, Rgb colour) { PutIndex(to, x, Luma(colour) >> 7U, 1); });
-  }
+  });
   return result;
+}
+
+// Counts the rows from `begin` on in tables of their own, one for each thread.
+void CountRows(const Bitmap& picture, std::int32_t begin, PaletteMaker& maker) {
+  const auto width = static_cast<std::size_t>(picture.Width());
+  const auto bands = CutIntoBands(picture.Height() - begin, BytesOf(picture));
+  struct Work {
+    explicit Work(std::size_t pixels) : row(pixels) {}
+    ColourCells::Row row;
+    ColourCells cells;
+  };
+  std::vector<Work> works(ThreadsFor(bands.size()), Work(width));
+  std::atomic<std::size_t> next{0};
+  RunTogether(works.size(), [&](std::size_t own) {
+    Work& work = works[own];
+    for (std::size_t i = next++; i < bands.size(); i = next++) {
+      for (std::int32_t y = begin + bands[i].begin; y < begin + bands[i].end; ++y) {
+        work.row.Split(picture.Row(y).data(), width);
+        work.cells.Add(work.row, width);
+      }
+    }
+  });
+  for (Work& work : works) {
+    work.cells.Finish();
+    maker.Count(work.cells);
+  }
+}
+
+// The indices of a picture of 24 bits whose palette was cut.
+void IndexRows(const Bitmap& picture, const PaletteMaker& maker, Bitmap& result) {
+  const auto width = static_cast<std::size_t>(picture.Width());
+  const auto bands = CutIntoBands(picture.Height(), BytesOf(picture));
+  std::vector<ColourCells::Row> rooms(bands.size(), ColourCells::Row(width));
+  const Pixels to(result);
+  RunTogether(bands.size(), [&](std::size_t i) {
+    for (std::int32_t y = bands[i].begin; y < bands[i].end; ++y) {
+      rooms[i].Split(picture.Row(y).data(), width);
+      maker.IndexRow(rooms[i], to.Row(y), width);
+    }
+  });
 }
 
 Bitmap ToPalette(const Bitmap& picture, int bitsPerPixel) {
   PaletteMaker maker(std::size_t{1} << bitsPerPixel);
-  const auto width = static_cast<std::size_t>(picture.Width());
   const bool isPlain = picture.BitsPerPixel() == 24;
-  for (std::int32_t y = 0; y < picture.Height(); ++y) {
-    if (isPlain) {
-      maker.CountRow(picture.Row(y).data(), width);
-    } else {
-      ForEachColour(picture, y, [&](std::size_t, Rgb colour) { maker.Count(colour); });
-    }
+  std::int32_t counted = 0;
+  // Which colours came first matters only as long as all of them may become the palette.
+  while (counted < picture.Height() && (maker.IsExact() || !isPlain)) {
+    ForEachColour(picture, counted++, [&](std::size_t, Rgb colour) { maker.Count(colour); });
   }
-  maker.Make();
   if (bitsPerPixel == 1 && !maker.IsExact()) return ToBlackAndWhite(picture);
+  if (counted < picture.Height()) CountRows(picture, counted, maker);
+  maker.Make();
   Bitmap result = Like(picture, bitsPerPixel);
   result.SetPalette(maker.Palette());
-  for (std::int32_t y = 0; y < picture.Height(); ++y) {
-    const auto to = result.MutableRow(y);
-    if (isPlain && bitsPerPixel == 8) {
-      maker.IndexRow(picture.Row(y).data(), to.data(), width);
-    } else {
-      ForEachColour(picture, y,
-                    [&](std::size_t x, Rgb colour) { PutIndex(to, x, maker.IndexOf(colour), bitsPerPixel); });
-    }
+  if (isPlain && bitsPerPixel == 8 && !maker.IsExact()) {
+    IndexRows(picture, maker, result);
+    return result;
   }
+  ForRows(picture, [&](std::int32_t y) {
+    const auto to = result.MutableRow(y);
+    Rgb last{};
+    unsigned index = 0;
+    ForEachColour(picture, y, [&](std::size_t x, Rgb colour) {
+      if (x == 0 || !(colour == last)) index = maker.IndexOf(colour);
+      last = colour;
+      PutIndex(to, x, index, bitsPerPixel);
+    });
+  });
   return result;
 }
 
@@ -133,10 +188,10 @@ bool HasGreyPalette(const Bitmap& picture) {
 
 Bitmap ToGreyLevels(const Bitmap& picture) {
   Bitmap result = Like(picture, 8);
-  for (std::int32_t y = 0; y < picture.Height(); ++y) {
+  ForRows(picture, [&](std::int32_t y) {
     const auto to = result.MutableRow(y);
     ForEachColour(picture, y, [&](std::size_t x, Rgb colour) { to[x] = colour.red; });
-  }
+  });
   return result;
 }
 

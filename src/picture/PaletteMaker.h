@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "components/Bitmap.h"
+#include "picture/ColourCells.h"
 
 namespace kw {
 
@@ -17,8 +18,8 @@ public:
   explicit PaletteMaker(std::size_t most);
 
   void Count(Rgb colour);
-  // The same for a row of pixels of 24 bits.
-  void CountRow(const std::uint8_t* row, std::size_t pixels);
+  // Pixels that were counted apart; only once IsExact() is false.
+  void Count(const ColourCells& counted) { cells.Add(counted); }
   void Make();
 
   // True where every counted colour is in the palette.
@@ -26,21 +27,11 @@ public:
   const std::vector<Rgb>& Palette() const { return palette; }
   // The entry for a colour that was counted.
   std::uint8_t IndexOf(Rgb colour) const;
-  // The same for a row of pixels of 24 bits.
-  void IndexRow(const std::uint8_t* row, std::uint8_t* to, std::size_t pixels);
+  // The entries of the first `pixels` of a row that was split; only where IsExact() is false.
+  void IndexRow(const ColourCells::Row& row, std::uint8_t* to, std::size_t pixels) const;
 
 private:
-  // Colours are counted in cells of 5 bits a channel. What is summed are the 3 bits of each channel that the cell does
-  // not say.
-  struct Cell {
-    std::uint64_t count = 0;
-    std::uint64_t red = 0;
-    std::uint64_t green = 0;
-    std::uint64_t blue = 0;
-  };
   void CountExactly(Rgb colour);
-  void Add(std::size_t cell, unsigned rest);
-  void Flush(std::size_t cell);
   void Cut();
 
   std::size_t most;
@@ -48,15 +39,8 @@ private:
   std::vector<Rgb> palette;
   std::unordered_map<std::uint32_t, std::uint8_t> exactIndex;
   std::uint32_t lastKey = 0xFFFFFFFF;
-  std::vector<Cell> cells;
-  // What is not yet in `cells`: count, red, green and blue in 16 bits each, so that one addition counts a pixel.
-  std::vector<std::uint64_t> recent;
-  // What a pixel adds there, by its lower bits.
-  std::vector<std::uint64_t> increments;
+  ColourCells cells;
   std::vector<std::uint8_t> cellIndex;
-  // The parts of a row's colours.
-  std::vector<std::uint16_t> upper;
-  std::vector<std::uint16_t> lower;
 };
 
 }  // namespace kw

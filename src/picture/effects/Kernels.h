@@ -73,6 +73,19 @@ struct Squares {
 constexpr std::int32_t SquareSide(std::size_t size) { return size == 1 ? 16 : 4; }
 void TurnSquares(const Squares& squares, std::size_t size);
 
+// Rows of `bytes` bytes to copy past the caches. `from`, `to`, the steps and `bytes` are multiples of
+// Bitmap::RowAlignment. Other threads see the copy once FinishStreams has returned.
+struct StreamedRows {
+  const std::uint8_t* from;
+  std::size_t fromStep;
+  std::uint8_t* to;
+  std::ptrdiff_t toStep;
+  std::int32_t count;
+  std::size_t bytes;
+};
+void StreamRows(const StreamedRows& rows);
+void FinishStreams();
+
 // Bits of value 1 (or 0) spread to the eight pixels around them. rows[0..2] can be read one byte to either side.
 void SpreadOnes(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count);
 void SpreadZeros(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count);

@@ -187,4 +187,10 @@ void TurnSquares(const Squares& squares, std::size_t size) {
   }
 }
 
+void StreamRows(const StreamedRows& rows) {
+  for (std::int32_t y = 0; y < rows.count; ++y) {
+    std::copy_n(rows.from + static_cast<std::size_t>(y) * rows.fromStep, rows.bytes, rows.to + y * rows.toStep);
+  }
+}
+
 }  // namespace kw::kernels::plain

@@ -29,5 +29,6 @@ void Halve(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* t
            std::size_t size);
 void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size);
 void TurnSquares(const Squares& squares, std::size_t size);
+void StreamRows(const StreamedRows& rows);
 
 }  // namespace kw::kernels::plain

@@ -9,7 +9,10 @@ namespace kw::kernels {
 namespace {
 
 // Rows and columns that Turn handles together: more of either need more caches and address translation than there is.
-constexpr std::int32_t Tile = 96;
+constexpr std::int32_t Tile = 64;
+
+// A picture of that many bytes will not be found in a cache, so that writing it past them costs less.
+constexpr std::size_t MuchMemory = std::size_t{4} << 20U;
 
 // Times a byte, this byte eight times.
 constexpr std::uint64_t EachByte = 0x0101010101010101U;
@@ -95,12 +98,6 @@ struct Turned {
     const std::int32_t row = clockwise ? column : from.width - 1 - column;
     return row < begin || row >= end ? nullptr : to.base + static_cast<std::size_t>(row) * to.stride;
   }
-  // Fetches part of a tile's lines into the cache, which cannot guess that they come next.
-  void Prefetch(std::int32_t x, std::ptrdiff_t place, std::size_t bytes) const {
-    for (std::int32_t i = x; i < std::min(x + Tile, from.height); ++i) {
-      for (std::size_t at = 0; at < bytes; at += Bitmap::RowAlignment) __builtin_prefetch(Line(i) + place + at);
-    }
-  }
   // The old columns that make rows [begin, end).
   std::int32_t FirstColumn() const { return clockwise ? begin : from.width - end; }
   std::int32_t EndColumn() const { return clockwise ? end : from.width - begin; }
@@ -138,11 +135,22 @@ std::int32_t InSquares(std::int32_t begin, std::int32_t count, std::int32_t leng
   return std::max(0, std::min(count, room)) / SquareSide(size) * SquareSide(size);
 }
 
+// A tile that is turned before it goes to the result as a whole, because rows that are written a little at a time cost
+// far more. The last pixels of a row may write a few bytes behind it.
+template <std::size_t Size>
+struct TurnedTile {
+  static constexpr std::size_t RowBytes = Tile * Size;
+  static constexpr std::size_t Stride = RowBytes + Bitmap::RowAlignment;
+  alignas(Bitmap::RowAlignment) std::array<std::uint8_t, Tile * Stride> rows;
+};
+
 template <std::size_t Size>
 void TurnBytes(const Turned& turn) {
   const auto stride = static_cast<std::ptrdiff_t>(turn.from.stride);
   const std::ptrdiff_t lineStep = turn.clockwise ? -stride : stride;
   const auto rowStep = static_cast<std::ptrdiff_t>(turn.to.stride) * (turn.clockwise ? 1 : -1);
+  const bool isMuch = turn.to.stride * static_cast<std::size_t>(turn.from.width) >= MuchMemory;
+  TurnedTile<Size> tile;
   for (std::int32_t column = turn.FirstColumn(); column < turn.EndColumn(); column += Tile) {
     const std::int32_t columns = std::min(Tile, turn.EndColumn() - column);
     for (std::int32_t x = 0; x < turn.from.height; x += Tile) {
@@ -151,7 +159,24 @@ void TurnBytes(const Turned& turn) {
       const std::int32_t squareLines = InSquares(x, lines, turn.from.height, Size);
       const std::uint8_t* const from = turn.Line(x) + static_cast<std::size_t>(column) * Size;
       std::uint8_t* const to = turn.RowOf(column) + static_cast<std::size_t>(x) * Size;
-      turn.Prefetch(x + Tile, column * static_cast<std::ptrdiff_t>(Size), Tile * Size);
+      if (isMuch && squareColumns == Tile && squareLines == Tile) {
+        constexpr std::int32_t Together = std::max(8, SquareSide(Size));
+        for (std::int32_t c = 0; c < Tile; c += Together) {
+          // The cache cannot guess which lines come next. This stands here and not in a function of its own, because
+          // the compiler would take out the call of one that changes nothing.
+          const std::int32_t next = x + Tile + c;
+          for (std::int32_t i = next; i < std::min(next + Together, turn.from.height); ++i) {
+            const std::uint8_t* const line = turn.Line(i) + static_cast<std::size_t>(column) * Size;
+            for (std::size_t at = 0; at < Tile * Size; at += Bitmap::RowAlignment) __builtin_prefetch(line + at);
+          }
+          const auto place = static_cast<std::size_t>(c);
+          TurnSquares({from + place * Size, lineStep, Together, Tile, &tile.rows[place * TurnedTile<Size>::Stride],
+                       TurnedTile<Size>::Stride},
+                      Size);
+        }
+        StreamRows({tile.rows.data(), TurnedTile<Size>::Stride, to, rowStep, Tile, TurnedTile<Size>::RowBytes});
+        continue;
+      }
       TurnSquares({from, lineStep, squareColumns, squareLines, to, rowStep}, Size);
       for (std::int32_t c = 0; c < columns; ++c) {
         for (std::int32_t line = c < squareColumns ? squareLines : 0; line < lines; ++line) {
@@ -161,6 +186,7 @@ void TurnBytes(const Turned& turn) {
       }
     }
   }
+  FinishStreams();
 }
 
 // One row of error diffusion.

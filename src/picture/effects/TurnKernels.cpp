@@ -7,12 +7,14 @@
 #define HWY_TARGET_INCLUDE "picture/effects/TurnKernels.cpp"
 #include <hwy/foreach_target.h>
 // Comes behind the one above.
+#include <hwy/cache_control.h>
 #include <hwy/highway.h>
 
 HWY_BEFORE_NAMESPACE();
 namespace kw::kernels::HWY_NAMESPACE {
 
 #if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
+using plain::StreamRows;
 using plain::TurnSquares;
 #else
 namespace hn = hwy::HWY_NAMESPACE;
@@ -63,21 +65,43 @@ HWY_INLINE void TurnSquare4(const std::uint8_t* from, std::ptrdiff_t lineStep, s
   }
 }
 
-void TurnSquares(const Squares& squares, std::size_t size) {
-  const auto side = static_cast<std::ptrdiff_t>(SquareSide(size));
-  const auto bytes = static_cast<std::ptrdiff_t>(size);
-  for (std::ptrdiff_t column = 0; column + side <= squares.columns; column += side) {
-    for (std::ptrdiff_t line = 0; line + side <= squares.lines; line += side) {
-      const std::uint8_t* const from = squares.from + line * squares.lineStep + column * bytes;
-      std::uint8_t* const to = squares.to + column * squares.rowStep + line * bytes;
-      if (size == 1) {
-        TurnSquare1(from, squares.lineStep, to, squares.rowStep);
-      } else if (size == 3) {
-        TurnSquare4<3>(from, squares.lineStep, to, squares.rowStep);
+template <std::size_t Size>
+HWY_INLINE void TurnAll(const Squares& squares) {
+  constexpr auto Side = static_cast<std::ptrdiff_t>(SquareSide(Size));
+  constexpr auto SideBytes = Side * static_cast<std::ptrdiff_t>(Size);
+  const std::ptrdiff_t lineStep = squares.lineStep;
+  const std::ptrdiff_t rowStep = squares.rowStep;
+  const std::uint8_t* firstFrom = squares.from;
+  std::uint8_t* firstTo = squares.to;
+  for (std::ptrdiff_t column = 0; column + Side <= squares.columns; column += Side) {
+    const std::uint8_t* from = firstFrom;
+    std::uint8_t* to = firstTo;
+    for (std::ptrdiff_t line = 0; line + Side <= squares.lines; line += Side) {
+      if constexpr (Size == 1) {
+        TurnSquare1(from, lineStep, to, rowStep);
       } else {
-        TurnSquare4<4>(from, squares.lineStep, to, squares.rowStep);
+        TurnSquare4<Size>(from, lineStep, to, rowStep);
       }
+      from += Side * lineStep;
+      to += SideBytes;
     }
+    firstFrom += SideBytes;
+    firstTo += Side * rowStep;
+  }
+}
+
+void TurnSquares(const Squares& squares, std::size_t size) {
+  if (size == 1) return TurnAll<1>(squares);
+  if (size == 3) return TurnAll<3>(squares);
+  TurnAll<4>(squares);
+}
+
+void StreamRows(const StreamedRows& rows) {
+  const hn::ScalableTag<std::uint8_t> d;
+  for (std::int32_t y = 0; y < rows.count; ++y) {
+    const std::uint8_t* const from = rows.from + static_cast<std::size_t>(y) * rows.fromStep;
+    std::uint8_t* const to = rows.to + y * rows.toStep;
+    for (std::size_t i = 0; i < rows.bytes; i += hn::Lanes(d)) hn::Stream(hn::Load(d, from + i), d, to + i);
   }
 }
 #endif
@@ -88,9 +112,13 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace kw::kernels {
 
+HWY_EXPORT(StreamRows);
 HWY_EXPORT(TurnSquares);
 
 void TurnSquares(const Squares& squares, std::size_t size) { HWY_DYNAMIC_DISPATCH(TurnSquares)(squares, size); }
+
+void StreamRows(const StreamedRows& rows) { HWY_DYNAMIC_DISPATCH(StreamRows)(rows); }
+void FinishStreams() { hwy::FlushStream(); }
 
 }  // namespace kw::kernels
 #endif

@@ -1,0 +1,100 @@
+// What is done differently for pictures too large for the caches, or on several threads.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+
+#include "../Scratch.h"
+#include "picture/effects/Bands.h"
+#include "picture/effects/Effect.h"
+
+namespace kw {
+namespace {
+
+// Whether the bytes of each pixel are those that the pixel had before the quarter turn.
+bool IsTurned(const Bitmap& before, const Bitmap& after, bool clockwise) {
+  const auto size = static_cast<std::size_t>(before.BitsPerPixel() / 8);
+  for (std::int32_t y = 0; y < after.Height(); ++y) {
+    const auto row = after.Row(y);
+    for (std::int32_t x = 0; x < after.Width(); ++x) {
+      const std::int32_t line = clockwise ? before.Height() - 1 - x : x;
+      const std::int32_t column = clockwise ? y : before.Width() - 1 - y;
+      const auto from = before.Row(line).subspan(static_cast<std::size_t>(column) * size, size);
+      if (!std::ranges::equal(from, row.subspan(static_cast<std::size_t>(x) * size, size))) return false;
+    }
+  }
+  return true;
+}
+
+TEST(LargePicture, TurnsPastTheCaches) {
+  struct Size {
+    int depth;
+    std::int32_t width;
+    std::int32_t height;
+  };
+  // Whole tiles and parts of them, in both directions.
+  for (const Size& size : {Size{8, 2113, 2049}, Size{24, 1280, 1152}, Size{24, 1345, 1087}, Size{32, 1090, 1031}}) {
+    const Bitmap before = Noise(size.width, size.height, size.depth);
+    for (const double degrees : {90.0, 270.0}) {
+      Bitmap after = before;
+      ApplyEffect(*FindEffect("Rotate"), after, std::vector{degrees});
+      ASSERT_EQ(size.height, after.Width());
+      ASSERT_EQ(size.width, after.Height());
+      EXPECT_TRUE(IsTurned(before, after, degrees == 90)) << size.depth << ' ' << size.width << ' ' << degrees;
+    }
+  }
+}
+
+// Few colours make their own palette, in the order in which they came, however the work is shared.
+Bitmap FewColours(std::int32_t width, std::int32_t height, unsigned colours) {
+  Bitmap picture(width, height, 24);
+  for (std::int32_t y = 0; y < height; ++y) {
+    const auto row = picture.MutableRow(y);
+    for (std::size_t x = 0; x < static_cast<std::size_t>(width); ++x) {
+      const auto which = static_cast<unsigned>(x + 7 * static_cast<std::size_t>(y)) % colours;
+      row[3 * x] = static_cast<std::uint8_t>(which * 5);
+      row[3 * x + 1] = static_cast<std::uint8_t>(255 - which);
+      row[3 * x + 2] = static_cast<std::uint8_t>(which * 91);
+    }
+  }
+  return picture;
+}
+
+TEST(LargePicture, DepthsAreTheSameOnSeveralThreads) {
+  for (const char* const command : {"DecreaseBpp", "IncreaseBpp"}) {
+    for (const Bitmap& picture :
+         {Noise(1500, 700, 24), FewColours(1500, 700, 200), FewColours(1500, 700, 257), Noise(1500, 900, 32),
+          Noise(2500, 900, 8), Noise(4000, 900, 4), Noise(6000, 2900, 1)}) {
+      SetMostThreads(1);
+      Bitmap alone = picture;
+      ApplyEffect(*FindEffect(command), alone);
+      SetMostThreads(3);
+      Bitmap together = picture;
+      ApplyEffect(*FindEffect(command), together);
+      SetMostThreads(0);
+      EXPECT_EQ(alone.BitsPerPixel(), together.BitsPerPixel());
+      EXPECT_TRUE(SamePicture(alone, together)) << command << " of " << picture.BitsPerPixel();
+    }
+  }
+}
+
+TEST(Bands, AreAllDoneOnceWhateverTheThreads) {
+  for (const unsigned threads : {1U, 2U, 5U}) {
+    SetMostThreads(threads);
+    std::vector<int> rows(5000);
+    std::vector<int> tasks(37);
+    ForBands(5000, std::uint64_t{1} << 30U, [&](Band band) {
+      for (std::int32_t y = band.begin; y < band.end; ++y) ++rows[static_cast<std::size_t>(y)];
+    });
+    RunTogether(tasks.size(), [&](std::size_t i) { ++tasks[i]; });
+    EXPECT_EQ(5000, std::ranges::count(rows, 1));
+    EXPECT_EQ(37, std::ranges::count(tasks, 1));
+    EXPECT_EQ(threads == 1 ? 1U : 4 * threads, CutIntoBands(5000, std::uint64_t{1} << 30U).size());
+    EXPECT_EQ(1U, CutIntoBands(5000, 1000).size());
+  }
+  SetMostThreads(0);
+}
+
+}  // namespace
+}  // namespace kw
