@@ -17,7 +17,7 @@ EditorCore::EditorCore(IUnknown& controlling)
     return desktop.ShowParameters(QuestionOf(effect, picture), values);
   });
   editor.UserControl_Initialize();
-  extent = ToHimetric(PixelSize());
+  extent = FormToHimetric(FormSize());
   dirty = false;
 }
 
@@ -31,29 +31,29 @@ EditorCore::~EditorCore() {
 
 void EditorCore::SetExtent(SIZEL himetric) {
   extent = himetric;
-  // A window gets its size from the container, in pixels.
+  // A window gets its size from the container, in pixels of the screen.
   if (activation.IsActive()) return;
-  LayOut(ToScreenPixels(himetric));
+  LayOut(HimetricToForm(himetric));
   TellViewChanged();
 }
 
-void EditorCore::SetPixelSize(SIZE pixels) {
-  extent = ToHimetric(pixels);
-  LayOut(pixels);
+void EditorCore::SetWindowSize(SIZE pixels, const Scale& scale) {
+  extent = ScreenToHimetric(pixels);
+  LayOut({scale.ModelPixelAt(pixels.cx), scale.ModelPixelAt(pixels.cy)});
 }
 
-SIZE EditorCore::PixelSize() {
+SIZE EditorCore::FormSize() {
   const UserControl& root = editor.Root();
   return {std::lround(ToPixels(root.Width())), std::lround(ToPixels(root.Height()))};
 }
 
 void EditorCore::LayOutOnce() {
-  if (!laidOut) LayOut(PixelSize());
+  if (!laidOut) LayOut(FormSize());
 }
 
 void EditorCore::LayOut(SIZE pixels) {
   UserControl& root = editor.Root();
-  const SIZE current = PixelSize();
+  const SIZE current = FormSize();
   // The first size is laid out even if it is that of the form.
   if (!laidOut && pixels.cx == current.cx && pixels.cy == current.cy) root.Resize.Raise();
   laidOut = true;

@@ -12,6 +12,7 @@
 #include "activex/Lifetime.h"
 #include "activex/MemberDescription.h"
 #include "control/KwEditorLayers.h"
+#include "drawing/Scale.h"
 
 namespace kw::activex {
 
@@ -33,10 +34,10 @@ public:
   // The size of the control, also while it has no window; before the container gives one, that of the form.
   SIZEL Extent() const { return extent; }
   void SetExtent(SIZEL himetric);
-  // The same in pixels, as the container placed the window.
-  void SetPixelSize(SIZE pixels);
-  // The size at which the form is laid out now.
-  SIZE PixelSize();
+  // The same in pixels of the screen, as the container placed the window, which shows the form at that scale.
+  void SetWindowSize(SIZE pixels, const Scale& scale);
+  // The size at which the form is laid out now, in its own pixels.
+  SIZE FormSize();
   // A control that nobody gave a size lays itself out when it is first drawn.
   void LayOutOnce();
 

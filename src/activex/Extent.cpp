@@ -1,5 +1,7 @@
 #include "activex/Extent.h"
 
+#include "drawing/Scale.h"
+
 namespace kw::activex {
 namespace {
 
@@ -14,14 +16,17 @@ SIZE PixelsPerInch() {
 
 }  // namespace
 
-SIZEL ToHimetric(SIZE pixels) {
+SIZEL ScreenToHimetric(SIZE pixels) {
   const SIZE perInch = PixelsPerInch();
   return {MulDiv(pixels.cx, HimetricPerInch, perInch.cx), MulDiv(pixels.cy, HimetricPerInch, perInch.cy)};
 }
 
-SIZE ToScreenPixels(SIZEL himetric) {
-  const SIZE perInch = PixelsPerInch();
-  return {MulDiv(himetric.cx, perInch.cx, HimetricPerInch), MulDiv(himetric.cy, perInch.cy, HimetricPerInch)};
+SIZEL FormToHimetric(SIZE pixels) {
+  return {MulDiv(pixels.cx, HimetricPerInch, Scale::ModelDpi), MulDiv(pixels.cy, HimetricPerInch, Scale::ModelDpi)};
+}
+
+SIZE HimetricToForm(SIZEL himetric) {
+  return {MulDiv(himetric.cx, Scale::ModelDpi, HimetricPerInch), MulDiv(himetric.cy, Scale::ModelDpi, HimetricPerInch)};
 }
 
 }  // namespace kw::activex

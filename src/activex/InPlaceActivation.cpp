@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "activex/EditorCore.h"
+#include "windows/ScreenScale.h"
 
 namespace kw::activex {
 namespace {
@@ -72,7 +73,7 @@ HRESULT InPlaceActivation::MakePane() {
   if (!IsActive() || IsWindow(parent) == FALSE) return E_FAIL;
   frame = givenFrame;
   document = givenDocument;
-  core.SetPixelSize(SizeOf(position));
+  core.SetWindowSize(SizeOf(position), windows::ScaleOf(parent));
   pane = std::make_unique<windows::EditorWindow>(core.Editor().Root(), parent, position);
   SetWindowSubclass(Window(), &PaneProcedure, SubclassId, reinterpret_cast<DWORD_PTR>(this));
   SetRects(position, clip);
@@ -180,7 +181,7 @@ HRESULT InPlaceActivation::SetRects(const RECT& position, const RECT& clip) {
   }
   SetWindowRgn(Window(), region, TRUE);  // the system owns the region now
   pane->Resize(position);
-  core.SetPixelSize(SizeOf(position));
+  core.SetWindowSize(SizeOf(position), pane->Scaling());
   return S_OK;
 }
 

@@ -5,10 +5,13 @@
 #include "components/PictureBox.h"
 #include "components/TransparentPicture.h"
 #include "drawing/DisplayItem.h"
+#include "drawing/Scale.h"
 
 namespace kw {
 
-// The whole pixels that a control covers in its container.
+// A control's place in its container, in pixels.
+Box BoundsOf(const Control& control);
+// The whole pixels that it covers there.
 PixelRect PixelsOf(const Control& control);
 
 // The whole pixels in which a layer shows itself. A layer in a frame keeps its contents where they were: the frame lies
@@ -18,8 +21,10 @@ PixelRect PixelsOfLayer(const TransparentPicture& layer);
 PixelRect ContentsOfLayer(const TransparentPicture& layer);
 
 // What a canvas shows, back to front: its picture, and then the visible layers and markers that lie directly on it.
-// Other children have windows of their own. Pixels of pictures are shared, not copied.
-std::vector<DisplayItem> ItemsOf(const PictureBox& canvas);
+// Other children have windows of their own. Pixels of pictures are shared, not copied. On a device with another scale
+// figures, frames and texts are those of that size, lines a whole number of its pixels wide; pictures come to lie in
+// larger places.
+std::vector<DisplayItem> ItemsOf(const PictureBox& canvas, const Scale& scale = Scale());
 
 // Whether this child of a canvas is one of its items.
 bool IsCanvasItem(const Control& child);

@@ -114,12 +114,12 @@ void PaintItem(const FrameBuffer& target, const DisplayItem& item, const PixelRe
     if (item.text && space.texts != nullptr) PaintText(window, item, seen, space);
   }
   if (item.frame != DisplayItem::Frame::None) {
-    FrameArea(window, item.place, item.frameColour, item.frame == DisplayItem::Frame::Dotted);
+    FrameArea(window, item.place, item.frameColour, item.frame == DisplayItem::Frame::Dotted, item.frameWidth);
   }
   if (!item.hasHandles) return;
-  for (const PixelRect& handle : HandlesOf(item.place)) {
+  for (const PixelRect& handle : HandlesOf(item.place, item.handleSize)) {
     FillArea(window, handle, White);
-    FrameArea(window, handle, Black);
+    FrameArea(window, handle, Black, false, item.frameWidth);
   }
 }
 

@@ -5,8 +5,6 @@
 namespace kw {
 namespace {
 
-constexpr std::int32_t HandleSize = 5;
-
 // Pictures share their pixels until one is written to, which makes this both cheap and safe: a picture in the list
 // cannot change unseen.
 bool HasSamePixels(const Bitmap& a, const Bitmap& b) {
@@ -19,20 +17,21 @@ bool HasSamePixels(const Bitmap& a, const Bitmap& b) {
 
 bool operator==(const DisplayItem& a, const DisplayItem& b) {
   return a.key == b.key && a.place == b.place && a.rim == b.rim && a.ground == b.ground && a.look == b.look &&
-         a.frame == b.frame && a.frameColour == b.frameColour && a.hasHandles == b.hasHandles &&
-         HasSamePixels(a.picture, b.picture) && a.shape == b.shape && a.text == b.text;
+         a.frame == b.frame && a.frameColour == b.frameColour && a.frameWidth == b.frameWidth &&
+         a.hasHandles == b.hasHandles && a.handleSize == b.handleSize && HasSamePixels(a.picture, b.picture) &&
+         a.shape == b.shape && a.text == b.text;
 }
 
-std::array<PixelRect, 8> HandlesOf(const PixelRect& place) {
+std::array<PixelRect, 8> HandlesOf(const PixelRect& place, std::int32_t size) {
   const auto limited = [](std::int64_t value) {
     return static_cast<std::int32_t>(std::clamp<std::int64_t>(value, INT32_MIN, INT32_MAX));
   };
-  const std::int64_t x[] = {place.left, (std::int64_t{place.left} + place.right - HandleSize) / 2,
-                            std::int64_t{place.right} - HandleSize};
-  const std::int64_t y[] = {place.top, (std::int64_t{place.top} + place.bottom - HandleSize) / 2,
-                            std::int64_t{place.bottom} - HandleSize};
+  const std::int64_t x[] = {place.left, (std::int64_t{place.left} + place.right - size) / 2,
+                            std::int64_t{place.right} - size};
+  const std::int64_t y[] = {place.top, (std::int64_t{place.top} + place.bottom - size) / 2,
+                            std::int64_t{place.bottom} - size};
   const auto at = [limited](std::int64_t left, std::int64_t top) {
-    return PixelRect{limited(left), limited(top), limited(left + HandleSize), limited(top + HandleSize)};
+    return PixelRect{limited(left), limited(top), limited(left + size), limited(top + size)};
   };
   return {at(x[0], y[0]), at(x[1], y[0]), at(x[2], y[0]), at(x[2], y[1]),
           at(x[2], y[2]), at(x[1], y[2]), at(x[0], y[2]), at(x[0], y[1])};

@@ -27,15 +27,19 @@ struct DisplayItem {
   std::optional<Shape> shape = std::nullopt;    // counted from the left top corner within the rim
   std::optional<TextRun> text = std::nullopt;
   PictureLook look = {};      // of picture, shape and text
-  Frame frame = Frame::None;  // one pixel wide, along the inside of the place
+  Frame frame = Frame::None;  // along the inside of the place
   Colour frameColour = 0;
+  std::int32_t frameWidth = 1;
   bool hasHandles = false;  // to size it by
+  std::int32_t handleSize = HandleSize;
+
+  static constexpr std::int32_t HandleSize = 5;
 
   // Whether both show the same pixels.
   friend bool operator==(const DisplayItem& a, const DisplayItem& b);
 };
 
 // Where an item's eight handles are, inside its place: from the left top corner clockwise.
-std::array<PixelRect, 8> HandlesOf(const PixelRect& place);
+std::array<PixelRect, 8> HandlesOf(const PixelRect& place, std::int32_t size = DisplayItem::HandleSize);
 
 }  // namespace kw

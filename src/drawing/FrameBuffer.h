@@ -29,7 +29,8 @@ constexpr std::uint32_t PixelOf(Colour colour) {
 }
 
 void FillArea(const FrameBuffer& target, const PixelRect& rectangle, Colour colour);
-// A frame one pixel wide inside the rectangle; dotted: every second pixel is left as it is.
-void FrameArea(const FrameBuffer& target, const PixelRect& rectangle, Colour colour, bool isDotted = false);
+// A frame of that width, at least 1, inside the rectangle; dotted: every second square of it is left as it is.
+void FrameArea(const FrameBuffer& target, const PixelRect& rectangle, Colour colour, bool isDotted = false,
+               std::int32_t width = 1);
 
 }  // namespace kw

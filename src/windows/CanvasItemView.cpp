@@ -1,23 +1,10 @@
 #include "windows/CanvasItemView.h"
 
 #include "components/LightWeightMarker.h"
-#include "windows/Gdi.h"
+#include "windows/Pane.h"
 #include "windows/PictureBoxView.h"
 
 namespace kw::windows {
-namespace {
-
-// Twips of a distance on the screen.
-POINT TwipsOf(POINT pixels) {
-  constexpr int TwipsPerInch = 1440;
-  const HDC screen = GetDC(nullptr);
-  const POINT twips = {MulDiv(pixels.x, TwipsPerInch, GetDeviceCaps(screen, LOGPIXELSX)),
-                       MulDiv(pixels.y, TwipsPerInch, GetDeviceCaps(screen, LOGPIXELSY))};
-  ReleaseDC(nullptr, screen);
-  return twips;
-}
-
-}  // namespace
 
 PictureBoxView* CanvasItemView::Canvas() const { return dynamic_cast<PictureBoxView*>(Container()); }
 
@@ -35,7 +22,7 @@ void CanvasItemView::ShowTyping() {
   if (!layer.IsTyping()) {
     field.reset();
   } else if (canvas != nullptr && canvas->Handle() != nullptr) {
-    field = std::make_unique<TextField>(canvas->Handle(), layer);
+    field = std::make_unique<TextField>(canvas->Handle(), layer, Shared().Scaling());
   }
 }
 
@@ -47,17 +34,18 @@ void CanvasItemView::Leave() {
   }
 }
 
-void CanvasItemView::Send(const MouseEvent& event) {
+void CanvasItemView::Send(const MouseEvent& event, POINT at) {
   const bool isMarker = dynamic_cast<const LightWeightMarker*>(&Model()) != nullptr;
-  if (event.kind == MouseEvent::Kind::Down) pressedAt = event.at;
+  if (event.kind == MouseEvent::Kind::Down) pressedAt = at;
   if (isMarker && event.kind == MouseEvent::Kind::Up) {
     if (!IsEffectivelyEnabled()) return;
-    const POINT distance = TwipsOf({event.at.x - pressedAt.x, event.at.y - pressedAt.y});
-    mouse->MouseUp.Raise(event.button, event.shift, static_cast<float>(distance.x), static_cast<float>(distance.y));
+    mouse->MouseUp.Raise(event.button, event.shift, ToTwips(static_cast<float>(at.x - pressedAt.x)),
+                         ToTwips(static_cast<float>(at.y - pressedAt.y)));
     return;
   }
-  const RECT place = Place();  // without the room for a frame: there the contents begin at the point (1, 1)
-  sender.Send(*this, mouse, event, {place.left, place.top});
+  // Without the room for a frame: there the contents begin at the point (1, 1).
+  const PixelRect place = PixelsOf(Model());
+  sender.Send(*this, mouse, event, {static_cast<double>(at.x - place.left), static_cast<double>(at.y - place.top)});
 }
 
 }  // namespace kw::windows

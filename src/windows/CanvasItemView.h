@@ -22,8 +22,8 @@ public:
   // The canvas draws it.
   static void Draw(const Look&, const RECT&, const Control&) {}
 
-  // A mouse event in pixels of the canvas.
-  void Send(const MouseEvent& event);
+  // A mouse event at that point of the canvas, in the models' pixels.
+  void Send(const MouseEvent& event, POINT at);
   void Leave() override;
 
 private:

@@ -21,7 +21,7 @@ void CheckBoxView::OnCommand(WORD notification, WORD) {
 }
 
 void CheckBoxView::Draw(const Look& look, const RECT& place, const CheckBox& box) {
-  constexpr int BoxSide = 13;
+  const int side = look.scale.LengthOnDevice(13);
   RECT text = place;
   const UINT pressed = box.Value() ? DFCS_CHECKED : 0U;
   const UINT state = pressed | (box.Enabled() ? 0U : DFCS_INACTIVE);
@@ -29,10 +29,10 @@ void CheckBoxView::Draw(const Look& look, const RECT& place, const CheckBox& box
     RECT button = place;
     DrawFrameControl(look.context, &button, DFC_BUTTON, DFCS_BUTTONPUSH | state);
   } else {
-    const int top = (place.top + place.bottom - BoxSide) / 2;
-    RECT tick = {place.left, top, place.left + BoxSide, top + BoxSide};
+    const int top = (place.top + place.bottom - side) / 2;
+    RECT tick = {place.left, top, place.left + side, top + side};
     DrawFrameControl(look.context, &tick, DFC_BUTTON, DFCS_BUTTONCHECK | state);
-    text.left = tick.right + 4;
+    text.left = tick.right + look.scale.LengthOnDevice(4);
   }
   const std::wstring caption = ToWide(box.Caption());
   SetBkMode(look.context, TRANSPARENT);

@@ -95,7 +95,7 @@ void ControlView::EnableDescendants(const Control& holder) {
 void ControlView::ChildAdded(Control& child) { pane.Add(child, this); }
 void ControlView::ChildRemoved(Control& child) { pane.Remove(child); }
 
-RECT ControlView::Place() const { return ToRect(PixelsOf(*model)); }
+RECT ControlView::Place() const { return ToRect(pane.Scaling().ToDevice(BoundsOf(*model))); }
 
 void ControlView::ShowPlace() {
   const RECT place = Place();

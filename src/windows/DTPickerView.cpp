@@ -49,7 +49,7 @@ void DTPickerView::Draw(const Look& look, const RECT& place, const DTPicker& pic
   FillWith(look.context, place, GetSysColor(COLOR_WINDOW));
   RECT edge = place;
   DrawEdge(look.context, &edge, BDR_SUNKENOUTER, BF_RECT | BF_ADJUST);
-  edge.left += 3;
+  edge.left += look.scale.LengthOnDevice(3);
   const std::wstring text =
       std::to_wstring(picker.Month()) + L"/" + std::to_wstring(picker.Day()) + L"/" + std::to_wstring(picker.Year());
   SetBkMode(look.context, TRANSPARENT);

@@ -1,21 +1,36 @@
 #include "windows/EditorWindow.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "windows/Gdi.h"
 #include "windows/Mouse.h"
 #include "windows/Pane.h"
+#include "windows/ScreenScale.h"
 #include "windows/ViewFactory.h"
 
 namespace kw::windows {
+namespace {
 
-EditorWindow::EditorWindow(UserControl& root, HWND parent, const RECT& position) : pane(std::make_shared<Pane>(root)) {
+// The scale at which a form fills the width: not below its own, where stretching keeps more of thin lines, and not so
+// large that drawing takes long.
+Scale ScaleFor(int width, int ownWidth) {
+  constexpr std::int32_t Largest = 3 * Scale::ModelDpi;
+  return Scale(std::clamp(MulDiv(width, Scale::ModelDpi, ownWidth), Scale::ModelDpi, Largest));
+}
+
+}  // namespace
+
+EditorWindow::EditorWindow(UserControl& root, HWND parent, const RECT& position, std::optional<Scale> scale)
+    : pane(std::make_shared<Pane>(root, scale.value_or(ScaleOf(parent)))) {
   pane->Open(parent, position);
 }
 
 EditorWindow::~EditorWindow() { Close(); }
 
 HWND EditorWindow::Handle() const { return pane->Window(); }
+
+const Scale& EditorWindow::Scaling() const { return pane->Scaling(); }
 
 void EditorWindow::Resize(const RECT& position) {
   if (Handle() == nullptr) return;
@@ -49,15 +64,19 @@ bool EditorWindow::TranslateAccelerator(MSG& message) {
 }
 
 void EditorWindow::Draw(UserControl& root, HDC context, const RECT& bounds) {
-  const int width = static_cast<int>(std::lround(ToPixels(root.Width())));
-  const int height = static_cast<int>(std::lround(ToPixels(root.Height())));
+  const auto ownWidth = static_cast<int>(std::lround(ToPixels(root.Width())));
+  const auto ownHeight = static_cast<int>(std::lround(ToPixels(root.Height())));
+  if (ownWidth <= 0 || ownHeight <= 0) return;
+  const Scale scale = ScaleFor(WidthOf(bounds), ownWidth);
+  const int width = scale.ToDevice(ownWidth);
+  const int height = scale.ToDevice(ownHeight);
   BackBuffer frame;
-  if (width <= 0 || height <= 0 || !frame.Reserve(width, height)) return;
-  const Images images;
-  const HFONT font = CreateCaptionFont();
+  if (!frame.Reserve(width, height)) return;
+  const Images images(scale);
+  const HFONT font = CreateCaptionFont(scale);
   const HGDIOBJ before = SelectObject(frame.Context(), font);
   FillWithFace(frame.Context(), {0, 0, width, height});
-  DrawChildren({frame.Context(), images}, root);
+  DrawChildren({frame.Context(), images, scale}, root);
   SelectObject(frame.Context(), before);
   DeleteObject(font);
   const int mode = SetStretchBltMode(context, HALFTONE);

@@ -3,8 +3,10 @@
 #include <windows.h>
 
 #include <memory>
+#include <optional>
 
 #include "components/UserControl.h"
+#include "drawing/Scale.h"
 
 namespace kw::windows {
 
@@ -17,15 +19,16 @@ class Pane;
 // of the models called: what is under way then ends without touching the models again.
 class EditorWindow {
 public:
-  // A child of `parent` at `position` (client pixels of the parent), not yet shown. Throws RunTimeError (OutOfMemory)
-  // where the system gives no window.
-  EditorWindow(UserControl& root, HWND parent, const RECT& position);
+  // A child of `parent` at `position` (client pixels of the parent), not yet shown. It is as large as the parent's
+  // window is scaled, unless told otherwise. Throws RunTimeError (OutOfMemory) where the system gives no window.
+  EditorWindow(UserControl& root, HWND parent, const RECT& position, std::optional<Scale> scale = {});
   EditorWindow(const EditorWindow&) = delete;
   EditorWindow& operator=(const EditorWindow&) = delete;
   ~EditorWindow();
 
   // Null once the window is closed or was destroyed by its parent.
   HWND Handle() const;
+  const Scale& Scaling() const;
   // Moves the window only; the model gets its size from the one who knows why it changes.
   void Resize(const RECT& position);
   void Show(bool isVisible);
@@ -36,7 +39,8 @@ public:
   // arrows, Delete, Ctrl with a letter, and Tab between the controls. True where it was handled.
   bool TranslateAccelerator(MSG& message);
 
-  // Paints the whole form, as the models say, into `bounds` of any device context; needs no window.
+  // Paints the whole form, as the models say, into `bounds` of any device context; needs no window. In larger bounds it
+  // is drawn larger, up to three times, and not stretched.
   static void Draw(UserControl& root, HDC context, const RECT& bounds);
 
 private:

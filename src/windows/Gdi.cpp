@@ -97,10 +97,12 @@ void FillWith(HDC context, const RECT& rectangle, COLORREF colour) {
   SetBkColor(context, before);
 }
 
-HFONT CreateCaptionFont() {
-  constexpr int Height = -11;  // pixels: 8.25 points at 96 per inch, like the pixels in which the form is laid out
-  return CreateFontW(Height, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
-                     CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY, DEFAULT_PITCH | FF_DONTCARE, L"MS Shell Dlg 2");
+HFONT CreateCaptionFont(const Scale& scale) {
+  constexpr int Height = 11;  // pixels: 8.25 points at 96 per inch, like the pixels in which the form is laid out
+  // Rounded down: what fits at 96 per inch fits at every scale.
+  return CreateFontW(-Height * scale.Dpi() / Scale::ModelDpi, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
+                     OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY, DEFAULT_PITCH | FF_DONTCARE,
+                     L"MS Shell Dlg 2");
 }
 
 }  // namespace kw::windows

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "drawing/FrameBuffer.h"
+#include "drawing/Scale.h"
 
 namespace kw::windows {
 
@@ -67,7 +68,7 @@ inline void FillWithFace(HDC context, const RECT& rectangle) {
   FillWith(context, rectangle, GetSysColor(COLOR_3DFACE));
 }
 
-// The font of every caption.
-HFONT CreateCaptionFont();
+// The font of every caption. Owned by the caller.
+HFONT CreateCaptionFont(const Scale& scale);
 
 }  // namespace kw::windows

@@ -1,6 +1,7 @@
 #include "windows/ImageComboView.h"
 
 #include "windows/Gdi.h"
+#include "windows/Pane.h"
 #include "windows/Text.h"
 
 namespace kw::windows {
@@ -8,7 +9,7 @@ namespace {
 
 constexpr int ListRows = 16;  // shown at once when it drops down
 constexpr int RowHeight = 16;
-constexpr int BorderHeight = 6;  // of the closed combo, above and below its text together
+constexpr int BorderHeight = 6;  // of the closed combo, above and below its text together, at every scale
 
 std::wstring WindowText(HWND window) {
   std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
@@ -29,7 +30,8 @@ HWND ImageComboView::List() const { return reinterpret_cast<HWND>(SendMessageW(H
 
 void ImageComboView::ShowPlace() {
   const RECT place = Place();
-  SetWindowPos(Handle(), nullptr, place.left, place.top, WidthOf(place), HeightOf(place) + ListRows * RowHeight,
+  SetWindowPos(Handle(), nullptr, place.left, place.top, WidthOf(place),
+               HeightOf(place) + ListRows * Shared().Scaling().LengthOnDevice(RowHeight),
                SWP_NOZORDER | SWP_NOACTIVATE);
   constexpr WPARAM Closed = static_cast<WPARAM>(-1);
   SendMessageW(Handle(), CB_SETITEMHEIGHT, Closed, HeightOf(place) - BorderHeight);
@@ -152,7 +154,7 @@ void ImageComboView::Draw(const Look& look, const RECT& place, const ImageCombo&
   arrow.left = arrow.right - HeightOf(arrow);
   DrawFrameControl(look.context, &arrow, DFC_SCROLL,
                    combo.Enabled() ? DFCS_SCROLLCOMBOBOX : DFCS_SCROLLCOMBOBOX | DFCS_INACTIVE);
-  RECT inner = {edge.left + 3, edge.top, arrow.left, edge.bottom};
+  RECT inner = {edge.left + look.scale.LengthOnDevice(3), edge.top, arrow.left, edge.bottom};
   const std::wstring text = ToWide(combo.Text());
   SetBkMode(look.context, TRANSPARENT);
   SetTextColor(look.context, GetSysColor(combo.Enabled() ? COLOR_WINDOWTEXT : COLOR_GRAYTEXT));

@@ -1,7 +1,6 @@
 #include "windows/Images.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -16,8 +15,19 @@
 namespace kw::windows {
 namespace {
 
-constexpr int Side = Images::Size;
-using IconPixels = std::array<std::uint32_t, static_cast<std::size_t>(Side) * Side>;  // rows downward, straight alpha
+constexpr int CursorSizes[] = {32, 48, 64};
+
+using IconPixels = std::vector<std::uint32_t>;  // a square; rows downward, straight alpha
+
+// The largest of rising sizes that is not larger than the first one scaled.
+int Fitting(std::span<const int> sizes, const Scale& scale) {
+  const int wanted = scale.ToDevice(sizes.front());
+  int fitting = sizes.front();
+  for (const int one : sizes) {
+    if (one <= wanted) fitting = one;
+  }
+  return fitting;
+}
 
 // Grey of the same brightness, and paler.
 std::uint32_t Disable(std::uint32_t pixel) {
@@ -30,7 +40,7 @@ std::uint32_t Disable(std::uint32_t pixel) {
 }
 
 // The pixels of an icon resource, read as they are stored: making an icon of the system for each is slow.
-std::optional<IconPixels> ReadIcon(int id) {
+std::optional<IconPixels> ReadIcon(int id, int side) {
   const auto load = [](int number, const wchar_t* type) -> std::span<const std::byte> {
     const HRSRC found = FindResourceW(Module(), MAKEINTRESOURCEW(number), type);
     const HGLOBAL loaded = found == nullptr ? nullptr : LoadResource(Module(), found);
@@ -41,29 +51,28 @@ std::optional<IconPixels> ReadIcon(int id) {
   if (directory.empty()) return std::nullopt;
   // The function takes its argument as writable, but only reads.
   auto* const entries = reinterpret_cast<BYTE*>(const_cast<std::byte*>(directory.data()));
-  const auto icon = load(LookupIconIdFromDirectoryEx(entries, TRUE, Side, Side, LR_DEFAULTCOLOR), RT_ICON);
+  const auto icon = load(LookupIconIdFromDirectoryEx(entries, TRUE, side, side, LR_DEFAULTCOLOR), RT_ICON);
   BITMAPINFOHEADER header = {};
-  IconPixels stored = {};
-  if (icon.size() < sizeof header + sizeof stored) return std::nullopt;
+  const auto width = static_cast<std::size_t>(side);
+  IconPixels pixels(width * width);
+  const std::size_t rowSize = width * sizeof pixels.front();
+  if (icon.size() < sizeof header + width * rowSize) return std::nullopt;
   std::memcpy(&header, icon.data(), sizeof header);
-  if (header.biSize != sizeof header || header.biWidth != Side || header.biBitCount != 32) return std::nullopt;
-  std::memcpy(stored.data(), icon.data() + sizeof header, sizeof stored);
-  IconPixels pixels = {};
-  for (std::size_t y = 0; y < Side; ++y) {  // rows are stored from the bottom upward
-    std::copy_n(stored.begin() + static_cast<std::ptrdiff_t>((Side - 1 - y) * Side), Side,
-                pixels.begin() + static_cast<std::ptrdiff_t>(y * Side));
+  if (header.biSize != sizeof header || header.biWidth != side || header.biBitCount != 32) return std::nullopt;
+  for (std::size_t y = 0; y < width; ++y) {  // rows are stored from the bottom upward
+    std::memcpy(&pixels[y * width], &icon[sizeof header + (width - 1 - y) * rowSize], rowSize);
   }
   return pixels;
 }
 
 // An image list of these icons.
-HIMAGELIST MakeList(const std::vector<IconPixels>& icons) {
+HIMAGELIST MakeList(const std::vector<IconPixels>& icons, int side) {
   const int count = static_cast<int>(icons.size());
-  const HIMAGELIST list = ImageList_Create(Side, Side, ILC_COLOR32, count, 1);
+  const HIMAGELIST list = ImageList_Create(side, side, ILC_COLOR32, count, 1);
   BITMAPINFO info = {};
   info.bmiHeader.biSize = sizeof info.bmiHeader;
-  info.bmiHeader.biWidth = Side * count;
-  info.bmiHeader.biHeight = -Side;
+  info.bmiHeader.biWidth = side * count;
+  info.bmiHeader.biHeight = -side;
   info.bmiHeader.biPlanes = 1;
   info.bmiHeader.biBitCount = 32;
   info.bmiHeader.biCompression = BI_RGB;
@@ -71,10 +80,10 @@ HIMAGELIST MakeList(const std::vector<IconPixels>& icons) {
   const HBITMAP strip = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
   if (strip == nullptr) return list;
   auto* const pixels = static_cast<std::uint32_t*>(bits);
+  const auto width = static_cast<std::size_t>(side);
   for (std::size_t i = 0; i < icons.size(); ++i) {
-    for (std::size_t y = 0; y < Side; ++y) {
-      std::copy_n(icons[i].begin() + static_cast<std::ptrdiff_t>(y * Side), Side,
-                  pixels + (y * icons.size() + i) * Side);
+    for (std::size_t y = 0; y < width; ++y) {
+      std::copy_n(&icons[i][y * width], width, pixels + (y * icons.size() + i) * width);
     }
   }
   ImageList_Add(list, strip, nullptr);
@@ -83,13 +92,14 @@ HIMAGELIST MakeList(const std::vector<IconPixels>& icons) {
 }
 
 // Stands for a key that has no drawing.
-IconPixels Placeholder() {
-  IconPixels pixels = {};
+IconPixels Placeholder(int side) {
+  IconPixels pixels(static_cast<std::size_t>(side) * static_cast<std::size_t>(side));
   constexpr std::uint32_t Outline = 0xFF9AA5B0U;
-  for (int i = 3; i < Side - 3; ++i) {
-    for (const int edge : {3, Side - 4}) {
-      pixels[static_cast<std::size_t>(edge * Side + i)] = Outline;
-      pixels[static_cast<std::size_t>(i * Side + edge)] = Outline;
+  const int margin = side * 3 / 16;
+  for (int i = margin; i < side - margin; ++i) {
+    for (const int edge : {margin, side - margin - 1}) {
+      pixels[static_cast<std::size_t>(edge * side + i)] = Outline;
+      pixels[static_cast<std::size_t>(i * side + edge)] = Outline;
     }
   }
   return pixels;
@@ -124,6 +134,8 @@ const wchar_t* SystemCursorOf(MousePointer pointer) {
 
 }  // namespace
 
+Images::Images(const Scale& scale) : size(Fitting(IconSizes, scale)), cursorSize(Fitting(CursorSizes, scale)) {}
+
 Images::~Images() {
   if (normal != nullptr) ImageList_Destroy(normal);
   if (disabled != nullptr) ImageList_Destroy(disabled);
@@ -134,18 +146,18 @@ Images::~Images() {
 
 void Images::Fill() const {
   if (normal != nullptr) return;
-  std::vector<IconPixels> icons = {Placeholder()};  // index 0
+  std::vector<IconPixels> icons = {Placeholder(size)};  // index 0
   for (const IconResource& resource : IconResources) {
-    const auto icon = ReadIcon(resource.id);
+    const auto icon = ReadIcon(resource.id, size);
     if (!icon) continue;
     indexes[resource.key] = static_cast<int>(icons.size());
     icons.push_back(*icon);
   }
-  normal = MakeList(icons);
+  normal = MakeList(icons, size);
   for (IconPixels& icon : icons) {
     for (std::uint32_t& pixel : icon) pixel = Disable(pixel);
   }
-  disabled = MakeList(icons);
+  disabled = MakeList(icons, size);
 }
 
 HIMAGELIST Images::Normal() const {
@@ -174,7 +186,8 @@ HCURSOR Images::CursorOf(MousePointer pointer, const std::string& icon) const {
   HCURSOR cursor = nullptr;
   for (const IconResource& resource : CursorResources) {
     if (resource.key != icon) continue;
-    cursor = static_cast<HCURSOR>(LoadImageW(Module(), MAKEINTRESOURCEW(resource.id), IMAGE_CURSOR, 0, 0, 0));
+    cursor = static_cast<HCURSOR>(
+        LoadImageW(Module(), MAKEINTRESOURCEW(resource.id), IMAGE_CURSOR, cursorSize, cursorSize, 0));
   }
   return cursors[icon] = cursor;
 }

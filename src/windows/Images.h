@@ -8,19 +8,21 @@
 #include <string>
 
 #include "components/Control.h"
+#include "drawing/Scale.h"
 
 namespace kw::windows {
 
 // The pictures of the tool bars and the mouse pointers, made from the module's resources when they are first needed.
 class Images {
 public:
-  static constexpr int Size = 16;
-
-  Images() = default;
+  // In the largest size of theirs that is not too large at that scale.
+  explicit Images(const Scale& scale);
   Images(const Images&) = delete;
   Images& operator=(const Images&) = delete;
   ~Images();
 
+  // Width and height of the tool bars' pictures.
+  int Size() const { return size; }
   // Image lists with the same indexes; the disabled one holds pale grey copies.
   HIMAGELIST Normal() const;
   HIMAGELIST Disabled() const;
@@ -33,6 +35,8 @@ public:
 private:
   void Fill() const;
 
+  int size;
+  int cursorSize;
   mutable HIMAGELIST normal = nullptr;
   mutable HIMAGELIST disabled = nullptr;
   mutable std::map<std::string, int> indexes;

@@ -15,13 +15,15 @@ void LabelView::Draw(const Look& look, const RECT& place, const Label& label) {
   }
   FillWith(context, inner, label.IsOpaque() ? label.BackColor() : GetSysColor(COLOR_3DFACE));
   if (label.Caption().empty()) return;
-  if (label.HasBorder()) InflateRect(&inner, -3, 0);
+  if (label.HasBorder()) InflateRect(&inner, -look.scale.LengthOnDevice(3), 0);
   const std::wstring text = ToWide(label.Caption());
   SetBkMode(context, TRANSPARENT);
   SetTextColor(context, label.Enabled() ? label.ForeColor() : GetSysColor(COLOR_GRAYTEXT));
   DrawTextW(context, text.c_str(), static_cast<int>(text.size()), &inner, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX);
 }
 
-void LabelView::Paint(HDC context, const RECT& client) { Draw({context, Shared().Pictures()}, client, label); }
+void LabelView::Paint(HDC context, const RECT& client) {
+  Draw({context, Shared().Pictures(), Shared().Scaling()}, client, label);
+}
 
 }  // namespace kw::windows

@@ -3,7 +3,6 @@
 #include <commctrl.h>
 
 #include <algorithm>
-#include <cmath>
 #include <string>
 
 #include "components/RunTimeError.h"
@@ -11,6 +10,7 @@
 #include "windows/Gdi.h"
 #include "windows/Guard.h"
 #include "windows/Mouse.h"
+#include "windows/ScreenScale.h"
 #include "windows/Text.h"
 
 namespace kw::windows {
@@ -64,8 +64,9 @@ BOOL CALLBACK FindButton(HWND child, LPARAM parameter) {
 }  // namespace
 
 ModalWindow::ModalWindow(DialogForm& shown, HWND above) : form(shown), owner(above) {
-  const int width = static_cast<int>(std::lround(ToPixels(form.Width())));
-  const int height = static_cast<int>(std::lround(ToPixels(form.Height())));
+  const Scale scale = ScaleOf(owner);
+  const int width = scale.ToDevice(ToPixels(form.Width()));
+  const int height = scale.ToDevice(ToPixels(form.Height()));
   RECT frame = {0, 0, width, height};
   AdjustWindowRectEx(&frame, Style, FALSE, ExtendedStyle);
   const POINT place = PlaceFor(WidthOf(frame), HeightOf(frame), owner);
@@ -77,7 +78,7 @@ ModalWindow::ModalWindow(DialogForm& shown, HWND above) : form(shown), owner(abo
     Raise(ErrorNumber::OutOfMemory, static_cast<std::int32_t>(GetLastError()));
   }
   SetWindowSubclass(window, &Subclass, 0, reinterpret_cast<DWORD_PTR>(this));
-  content = std::make_unique<EditorWindow>(form, window, RECT{0, 0, width, height});
+  content = std::make_unique<EditorWindow>(form, window, RECT{0, 0, width, height}, scale);
   content->Show(true);
 }
 

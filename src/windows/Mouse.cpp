@@ -2,8 +2,7 @@
 
 #include <windowsx.h>
 
-#include "components/LightWeightMarker.h"
-#include "windows/Gdi.h"
+#include "drawing/CanvasItems.h"
 
 namespace kw::windows {
 
@@ -48,14 +47,12 @@ std::optional<MouseEvent> MouseEvent::Of(UINT message, WPARAM wParam, LPARAM lPa
   return std::nullopt;
 }
 
-void MouseSender::Send(const ControlView& view, MouseInput* input, const MouseEvent& event, POINT origin) {
+void MouseSender::Send(const ControlView& view, MouseInput* input, const MouseEvent& event, Point at) {
   if (input == nullptr || !view.IsAttached() || !view.IsEffectivelyEnabled()) return;
   const Control* const container = view.Model().Container();
   const float unit = container != nullptr && container->ScaleUnit() == Unit::Twips ? TwipsPerPixel : 1.0F;
-  const int left = event.at.x - origin.x;
-  const int top = event.at.y - origin.y;
-  const float x = static_cast<float>(left) * unit;
-  const float y = static_cast<float>(top) * unit;
+  const auto x = static_cast<float>(at.x * unit);
+  const auto y = static_cast<float>(at.y * unit);
   switch (event.kind) {
     case MouseEvent::Kind::Down:
       input->MouseDown.Raise(event.button, event.shift, x, y);
@@ -68,8 +65,8 @@ void MouseSender::Send(const ControlView& view, MouseInput* input, const MouseEv
       input->DblClick.Raise();
       break;
     case MouseEvent::Kind::Up: {
-      const RECT place = view.Place();
-      const bool isInside = left >= 0 && top >= 0 && left < WidthOf(place) && top < HeightOf(place);
+      const PixelRect place = PixelsOf(view.Model());
+      const bool isInside = at.x >= 0 && at.y >= 0 && at.x < place.Width() && at.y < place.Height();
       const bool isClick = isInside && !isSecondClick && event.button == Mouse::LeftButton;
       isSecondClick = false;
       input->MouseUp.Raise(event.button, event.shift, x, y);

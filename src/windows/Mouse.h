@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "components/MouseInput.h"
+#include "drawing/Outline.h"
 #include "windows/ControlView.h"
 
 namespace kw::windows {
@@ -30,9 +31,9 @@ std::int16_t ShiftState();
 // Hands mouse events to one view's model, in the units of the model's container, and makes clicks of them.
 class MouseSender {
 public:
-  // `origin` is the model's corner in the window the event came to. Nothing happens when the model takes no mouse input
-  // or is disabled. The view may be detached afterwards.
-  void Send(const ControlView& view, MouseInput* input, const MouseEvent& event, POINT origin);
+  // `at` counts in the models' pixels from the model's corner. Nothing happens when the model takes no mouse input or
+  // is disabled. The view may be detached afterwards.
+  void Send(const ControlView& view, MouseInput* input, const MouseEvent& event, Point at);
 
 private:
   bool isSecondClick = false;

@@ -45,14 +45,14 @@ void OptionButtonView::ChooseNeighbour(bool isBackward) {
 }
 
 void OptionButtonView::Draw(const Look& look, const RECT& place, const OptionButton& option) {
-  constexpr int Side = 13;
-  const int top = (place.top + place.bottom - Side) / 2;
-  RECT circle = {place.left, top, place.left + Side, top + Side};
+  const int side = look.scale.LengthOnDevice(13);
+  const int top = (place.top + place.bottom - side) / 2;
+  RECT circle = {place.left, top, place.left + side, top + side};
   const UINT chosen = option.Value() ? DFCS_CHECKED : 0U;
   DrawFrameControl(look.context, &circle, DFC_BUTTON,
                    DFCS_BUTTONRADIO | chosen | (option.Enabled() ? 0U : DFCS_INACTIVE));
   RECT text = place;
-  text.left = circle.right + 4;
+  text.left = circle.right + look.scale.LengthOnDevice(4);
   const std::wstring caption = ToWide(option.Caption());
   SetBkMode(look.context, TRANSPARENT);
   SetTextColor(look.context, GetSysColor(option.Enabled() ? COLOR_BTNTEXT : COLOR_GRAYTEXT));

@@ -53,6 +53,12 @@ LRESULT PaintedView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   return Default(message, wParam, lParam);
 }
 
-void PaintedView::OnMouse(const MouseEvent& event) { sender.Send(*this, mouse, event, {0, 0}); }
+// A finer position than the models' pixels: what is dragged by it stays below the pointer.
+void PaintedView::OnMouse(const MouseEvent& event) {
+  const Scale& scale = Shared().Scaling();
+  SendMouse(event, {scale.ToModel(event.at.x), scale.ToModel(event.at.y)});
+}
+
+void PaintedView::SendMouse(const MouseEvent& event, Point at) { sender.Send(*this, mouse, event, at); }
 
 }  // namespace kw::windows

@@ -19,6 +19,8 @@ protected:
   // Paints the whole client area into a context that has the pane's font selected.
   virtual void Paint(HDC context, const RECT& client) = 0;
   virtual void OnMouse(const MouseEvent& event);
+  // Hands the event to the model, at a point of the view in the models' pixels.
+  void SendMouse(const MouseEvent& event, Point at);
   // Another window took the mouse while a button was down.
   virtual void OnMouseLost() {}
 

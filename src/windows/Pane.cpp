@@ -13,7 +13,7 @@ namespace kw::windows {
 void Pane::Open(HWND parent, const RECT& position) {
   const CommonControls controls;
   OwnWindowClass::Acquire();
-  font = CreateCaptionFont();
+  font = CreateCaptionFont(scale);
   toolTips =
       CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT,
                       CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, parent, nullptr, Module(), nullptr);

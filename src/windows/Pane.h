@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "components/UserControl.h"
+#include "drawing/Scale.h"
 #include "windows/ControlView.h"
 #include "windows/Gdi.h"
 #include "windows/Images.h"
@@ -19,7 +20,7 @@ namespace kw::windows {
 // Views that go while a message is under way are kept aside until it has ended, because their code may be on the stack.
 class Pane : public std::enable_shared_from_this<Pane> {
 public:
-  explicit Pane(UserControl& root) : root(&root) {}
+  Pane(UserControl& root, const Scale& scale) : root(&root), scale(scale), images(scale) {}
   Pane(const Pane&) = delete;
   Pane& operator=(const Pane&) = delete;
   // The pane must be closed.
@@ -42,6 +43,8 @@ public:
   ControlView* ViewOf(HWND window) const;
   ControlView* ViewOf(const Control& model) const;
 
+  // How large the models' pixels are on the screen.
+  const Scale& Scaling() const { return scale; }
   // Painting one window is over before the next is painted, so one buffer serves them all.
   BackBuffer& Buffer() { return buffer; }
   HFONT Font() const { return font; }
@@ -72,6 +75,7 @@ private:
   void Retire(std::unique_ptr<ControlView> view);
 
   UserControl* root;
+  Scale scale;
   ControlView* rootView = nullptr;
   std::unordered_map<const Control*, std::unique_ptr<ControlView>> views;
   std::vector<std::unique_ptr<ControlView>> retired;

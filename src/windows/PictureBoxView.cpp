@@ -12,7 +12,7 @@
 namespace kw::windows {
 namespace {
 
-// A marker is small; the mouse finds it from a little further away.
+// In the models' pixels. A marker is small; the mouse finds it from a little further away.
 constexpr LONG MarkerReach = 2;
 
 }  // namespace
@@ -30,7 +30,7 @@ void PictureBoxView::ItemsChanged() const {
 
 void PictureBoxView::ShowItems() {
   compositor.SetGround(box.BackColor());
-  for (const PixelRect& part : compositor.Show(ItemsOf(box))) {
+  for (const PixelRect& part : compositor.Show(ItemsOf(box, Shared().Scaling()))) {
     const RECT outOfDate = ToRect(part);
     InvalidateRect(Handle(), &outOfDate, FALSE);
   }
@@ -56,7 +56,7 @@ LRESULT PictureBoxView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       POINT mouse = {};
       GetCursorPos(&mouse);
       ScreenToClient(Handle(), &mouse);
-      const CanvasItemView* const item = isHolding ? held : ItemAt(mouse);
+      const CanvasItemView* const item = isHolding ? held : ItemAt(ModelPixelAt(mouse));
       if (item != nullptr && SetPointerOf(item->Model())) return TRUE;
       if (SetPointerOf(box)) return TRUE;
       break;
@@ -78,13 +78,14 @@ void PictureBoxView::Paint(HDC context, const RECT& client) { FillWith(context, 
 void PictureBoxView::OnMouse(const MouseEvent& event) {
   if (event.kind == MouseEvent::Kind::Down) TakeFocus();
   if (!IsAttached()) return;
-  if (!isHolding) held = ItemAt(event.at);
+  const POINT at = ModelPixelAt(event.at);
+  if (!isHolding) held = ItemAt(at);
   CanvasItemView* const target = held;
   isHolding = event.isAnyHeld;
   if (target != nullptr) {
-    target->Send(event);
+    target->Send(event, at);
   } else {
-    PaintedView::OnMouse(event);
+    SendMouse(event, {static_cast<double>(at.x), static_cast<double>(at.y)});
   }
 }
 
@@ -110,6 +111,11 @@ void PictureBoxView::Forget(const CanvasItemView& item) {
   if (held == &item) held = nullptr;
 }
 
+POINT PictureBoxView::ModelPixelAt(POINT point) const {
+  const Scale& scale = Shared().Scaling();
+  return {scale.ModelPixelAt(point.x), scale.ModelPixelAt(point.y)};
+}
+
 CanvasItemView* PictureBoxView::ItemAt(POINT point) const {
   for (const Control* child : std::views::reverse(box.Children())) {
     if (!IsCanvasItem(*child) || !child->Visible() || !child->Enabled()) continue;
@@ -128,7 +134,7 @@ void PictureBoxView::Draw(const Look& look, const RECT& place, const PictureBox&
   if (IntersectRect(&part, &part, &place) == FALSE || !frame.Reserve(WidthOf(part), HeightOf(part))) return;
   Compositor whole(box.BackColor());
   GdiTextRenderer texts;
-  whole.Show(ItemsOf(box));
+  whole.Show(ItemsOf(box, look.scale));
   whole.Paint(frame.Pixels(part), ToPixelRect(part), &texts);
   BitBlt(look.context, part.left, part.top, WidthOf(part), HeightOf(part), frame.Context(), 0, 0, SRCCOPY);
 }

@@ -32,6 +32,8 @@ private:
   void Paint(HDC context, const RECT& client) override;
   void OnMouse(const MouseEvent& event) override;
   void OnMouseLost() override;
+  // What is drawn is drawn in whole pixels of the models, like the page.
+  POINT ModelPixelAt(POINT point) const;
   CanvasItemView* ItemAt(POINT point) const;
   void TakeFocus();
   // Hands the compositor what the box shows now, and makes out of date what that changes.

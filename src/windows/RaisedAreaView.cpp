@@ -22,7 +22,9 @@ void RaisedAreaView::Draw(const Look& look, const RECT& place, const RaisedArea&
   DrawRaised(look.context, inner);
 }
 
-void RaisedAreaView::Paint(HDC context, const RECT& client) { Draw({context, Shared().Pictures()}, client, area); }
+void RaisedAreaView::Paint(HDC context, const RECT& client) {
+  Draw({context, Shared().Pictures(), Shared().Scaling()}, client, area);
+}
 
 void FrameView::Draw(const Look& look, const RECT& place, const Frame&) { FillWithFace(look.context, place); }
 void FrameView::Paint(HDC context, const RECT& client) { FillWithFace(context, client); }

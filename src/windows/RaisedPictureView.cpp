@@ -38,12 +38,12 @@ void RaisedPictureView::Draw(const Look& look, const RECT& place, const RaisedPi
   DrawRaised(look.context, place);
   if (picture.Picture().empty()) return;
   ImageList_Draw(look.images.Normal(), look.images.IndexOf(picture.Picture()), look.context,
-                 (place.left + place.right - Images::Size) / 2, (place.top + place.bottom - Images::Size) / 2,
-                 ILD_TRANSPARENT);
+                 (place.left + place.right - look.images.Size()) / 2,
+                 (place.top + place.bottom - look.images.Size()) / 2, ILD_TRANSPARENT);
 }
 
 void RaisedPictureView::Paint(HDC context, const RECT& client) {
-  Draw({context, Shared().Pictures()}, client, picture);
+  Draw({context, Shared().Pictures(), Shared().Scaling()}, client, picture);
 }
 
 }  // namespace kw::windows

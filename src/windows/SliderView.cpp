@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "windows/Gdi.h"
+#include "windows/Pane.h"
 
 namespace kw::windows {
 namespace {
@@ -14,7 +15,8 @@ constexpr int ThumbLength = 18;
 HWND SliderView::Create(HWND parent) {
   const HWND created = CreateSystemWindow(parent, TRACKBAR_CLASSW,
                                           TBS_HORZ | TBS_AUTOTICKS | TBS_TOOLTIPS | TBS_FIXEDLENGTH | WS_TABSTOP);
-  if (created != nullptr) SendMessageW(created, TBM_SETTHUMBLENGTH, ThumbLength, 0);
+  if (created != nullptr)
+    SendMessageW(created, TBM_SETTHUMBLENGTH, static_cast<WPARAM>(Shared().Scaling().LengthOnDevice(ThumbLength)), 0);
   return created;
 }
 
@@ -36,14 +38,16 @@ void SliderView::OnScroll(WORD) {
 }
 
 void SliderView::Draw(const Look& look, const RECT& place, const Slider& slider) {
-  constexpr int Margin = 12;
-  constexpr int HalfThumb = 4;
+  const int margin = look.scale.LengthOnDevice(12);
+  const int halfGroove = look.scale.LengthOnDevice(2);
+  const int halfThumb = look.scale.LengthOnDevice(4);
+  const int halfLength = look.scale.LengthOnDevice(ThumbLength) / 2;
   const int middle = (place.top + place.bottom) / 2;
-  RECT groove = {place.left + Margin, middle - 2, place.right - Margin, middle + 2};
+  RECT groove = {place.left + margin, middle - halfGroove, place.right - margin, middle + halfGroove};
   DrawEdge(look.context, &groove, BDR_SUNKENOUTER, BF_RECT);
   const int steps = std::max(1, slider.Max() - slider.Min());
   const int x = groove.left + WidthOf(groove) * (slider.Value() - slider.Min()) / steps;
-  RECT thumb = {x - HalfThumb, middle - ThumbLength / 2, x + HalfThumb, middle + ThumbLength / 2};
+  RECT thumb = {x - halfThumb, middle - halfLength, x + halfThumb, middle + halfLength};
   FillWithFace(look.context, thumb);
   DrawEdge(look.context, &thumb, EDGE_RAISED, BF_RECT);
 }

@@ -30,7 +30,8 @@ std::wstring WithFieldsLineEnds(const std::wstring& text) {
 
 }  // namespace
 
-TextField::TextField(HWND shownOn, TransparentPicture& typedInto) : canvas(shownOn), layer(&typedInto) {
+TextField::TextField(HWND shownOn, TransparentPicture& typedInto, const Scale& shownAt)
+    : canvas(shownOn), layer(&typedInto), scale(shownAt) {
   window =
       CreateWindowExW(0, WC_EDITW, nullptr, WS_CHILD | WS_CLIPSIBLINGS | ES_MULTILINE | ES_WANTRETURN | ES_AUTOVSCROLL,
                       0, 0, 1, 1, canvas, nullptr, Module(), nullptr);
@@ -61,11 +62,11 @@ TextField::~TextField() {
 
 void TextField::Show() {
   if (window == nullptr) return;
-  const RECT place = ToRect(ContentsOfLayer(*layer));
+  const RECT place = ToRect(scale.ToDevice(ContentsOfLayer(*layer)));
   SetWindowPos(window, nullptr, place.left, place.top, std::max(1, WidthOf(place)), std::max(1, HeightOf(place)),
                SWP_NOZORDER | SWP_NOACTIVATE);
   const HFONT before = font;
-  font = CreateLayerFont(layer->TextFont());
+  font = CreateLayerFont(scale.ToDevice(layer->TextFont()));
   SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
   SendMessageW(window, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, 0);
   if (before != nullptr) DeleteObject(before);

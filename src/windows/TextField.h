@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "components/TransparentPicture.h"
+#include "drawing/Scale.h"
 
 namespace kw::windows {
 
@@ -11,8 +12,9 @@ namespace kw::windows {
 // does the loss of the keyboard.
 class TextField {
 public:
-  // Opens over the layer with the keyboard on it. `canvas` is the window on which the layer shows itself.
-  TextField(HWND canvas, TransparentPicture& layer);
+  // Opens over the layer with the keyboard on it. `canvas` is the window on which the layer shows itself, at that
+  // scale.
+  TextField(HWND canvas, TransparentPicture& layer, const Scale& scale);
   TextField(const TextField&) = delete;
   TextField& operator=(const TextField&) = delete;
   ~TextField();
@@ -34,6 +36,7 @@ private:
 
   HWND canvas;
   TransparentPicture* layer;
+  Scale scale;
   HWND window = nullptr;
   HFONT font = nullptr;
   bool isFilling = false;

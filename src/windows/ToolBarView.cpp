@@ -10,32 +10,41 @@
 namespace kw::windows {
 namespace {
 
-constexpr int ButtonSize = 24;
-constexpr int GapWidth = 8;
-constexpr int TextMargin = 6;  // left and right of a caption
-constexpr int ImageRoom = 20;  // beside a caption; the system keeps it free where there is no image too
+// Sizes on the screen.
+struct Sizes {
+  explicit Sizes(const Scale& scale)
+      : button(scale.LengthOnDevice(24)),
+        gap(scale.LengthOnDevice(8)),
+        textMargin(scale.LengthOnDevice(6)),
+        imageRoom(scale.LengthOnDevice(20)) {}
 
-int WidthOf(const ToolBar::Button& button, HDC measuring) {
-  if (button.style == ButtonStyle::Separator) return GapWidth;
-  if (button.caption.empty()) return ButtonSize;
+  int button;
+  int gap;
+  int textMargin;  // left and right of a caption
+  int imageRoom;   // beside a caption; the system keeps it free where there is no image too
+};
+
+int WidthOf(const ToolBar::Button& button, const Sizes& sizes, HDC measuring) {
+  if (button.style == ButtonStyle::Separator) return sizes.gap;
+  if (button.caption.empty()) return sizes.button;
   const std::wstring text = ToWide(button.caption);
   SIZE size = {};
   GetTextExtentPoint32W(measuring, text.c_str(), static_cast<int>(text.size()), &size);
-  return size.cx + 2 * TextMargin + ImageRoom;
+  return size.cx + 2 * sizes.textMargin + sizes.imageRoom;
 }
 
 // Where each button lies in a bar of that width; rows wrap. A hidden button's place is empty.
-std::vector<RECT> LayOut(const ToolBar& bar, int width, HDC measuring) {
+std::vector<RECT> LayOut(const ToolBar& bar, int width, const Sizes& sizes, HDC measuring) {
   std::vector<RECT> places;
   LONG x = 0;
   LONG y = 0;
   for (const ToolBar::Button& button : bar.Buttons()) {
-    const int own = button.visible ? WidthOf(button, measuring) : 0;
+    const int own = button.visible ? WidthOf(button, sizes, measuring) : 0;
     if (x > 0 && x + own > width) {
       x = 0;
-      y += ButtonSize;
+      y += sizes.button;
     }
-    places.push_back({x, y, x + own, y + ButtonSize});
+    places.push_back({x, y, x + own, y + sizes.button});
     x += own;
   }
   // A gap at the end of a row parts nothing.
@@ -72,7 +81,8 @@ HWND ToolBarView::Create(HWND parent) {
   SendMessageW(created, TB_SETEXTENDEDSTYLE, 0, TBSTYLE_EX_MIXEDBUTTONS | TBSTYLE_EX_DOUBLEBUFFER);
   SendMessageW(created, TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(Shared().Pictures().Normal()));
   SendMessageW(created, TB_SETDISABLEDIMAGELIST, 0, reinterpret_cast<LPARAM>(Shared().Pictures().Disabled()));
-  SendMessageW(created, TB_SETBUTTONSIZE, 0, MAKELPARAM(ButtonSize, ButtonSize));
+  const int side = Sizes(Shared().Scaling()).button;
+  SendMessageW(created, TB_SETBUTTONSIZE, 0, MAKELPARAM(side, side));
   return created;
 }
 
@@ -93,7 +103,7 @@ void ToolBarView::ShowEnabled() {
 void ToolBarView::ShowButtons() {
   const HDC measuring = GetDC(Handle());
   const HGDIOBJ before = SelectObject(measuring, Shared().Font());
-  const std::vector<RECT> places = LayOut(bar, kw::windows::WidthOf(Place()), measuring);
+  const std::vector<RECT> places = LayOut(bar, kw::windows::WidthOf(Place()), Sizes(Shared().Scaling()), measuring);
   SelectObject(measuring, before);
   ReleaseDC(Handle(), measuring);
   const std::vector<BYTE> states = States(places);
@@ -140,7 +150,7 @@ void ToolBarView::AddButtons(const std::vector<RECT>& places, const std::vector<
     added.idCommand = static_cast<int>(i) + 1;
     added.fsStyle = StyleOf(button);
     added.fsState = states[i];
-    added.iBitmap = button.style == ButtonStyle::Separator ? GapWidth
+    added.iBitmap = button.style == ButtonStyle::Separator ? Sizes(Shared().Scaling()).gap
                     : button.image.empty()                 ? I_IMAGENONE
                                                            : Shared().Pictures().IndexOf(button.image);
     if (!caption.empty()) added.iString = reinterpret_cast<INT_PTR>(caption.c_str());
@@ -179,7 +189,9 @@ LRESULT ToolBarView::OnNotify(NMHDR& header) {
 }
 
 void ToolBarView::Draw(const Look& look, const RECT& place, const ToolBar& bar) {
-  const std::vector<RECT> places = LayOut(bar, kw::windows::WidthOf(place), look.context);
+  const Sizes sizes(look.scale);
+  const std::vector<RECT> places = LayOut(bar, kw::windows::WidthOf(place), sizes, look.context);
+  const int margin = (sizes.button - look.images.Size()) / 2;
   for (std::size_t i = 0; i < places.size(); ++i) {
     const ToolBar::Button& button = bar.Buttons()[i];
     if (!button.visible || button.style == ButtonStyle::Separator) continue;
@@ -187,14 +199,14 @@ void ToolBarView::Draw(const Look& look, const RECT& place, const ToolBar& bar) 
     if (button.pressed) DrawEdge(look.context, &own, BDR_SUNKENOUTER, BF_RECT);
     if (!button.image.empty()) {
       const HIMAGELIST list = bar.Enabled() && button.enabled ? look.images.Normal() : look.images.Disabled();
-      ImageList_Draw(list, look.images.IndexOf(button.image), look.context, own.left + (ButtonSize - Images::Size) / 2,
-                     own.top + (ButtonSize - Images::Size) / 2, ILD_TRANSPARENT);
+      ImageList_Draw(list, look.images.IndexOf(button.image), look.context, own.left + margin, own.top + margin,
+                     ILD_TRANSPARENT);
     }
     if (button.caption.empty()) continue;
     const std::wstring text = ToWide(button.caption);
     SetBkMode(look.context, TRANSPARENT);
     SetTextColor(look.context, GetSysColor(bar.Enabled() && button.enabled ? COLOR_BTNTEXT : COLOR_GRAYTEXT));
-    if (!button.image.empty()) own.left += ImageRoom;
+    if (!button.image.empty()) own.left += sizes.imageRoom;
     DrawTextW(look.context, text.c_str(), static_cast<int>(text.size()), &own, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
   }
 }

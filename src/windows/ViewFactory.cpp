@@ -82,7 +82,7 @@ void DrawChildren(const Look& look, const Control& holder) {
   for (const Control* child : holder.Children()) {
     const Kind* const kind = Find(*child);
     if (kind == nullptr || !child->Visible()) continue;
-    const RECT place = ToRect(PixelsOf(*child));
+    const RECT place = ToRect(look.scale.ToDevice(BoundsOf(*child)));
     const int saved = SaveDC(look.context);
     IntersectClipRect(look.context, place.left, place.top, place.right, place.bottom);
     OffsetViewportOrgEx(look.context, place.left, place.top, nullptr);

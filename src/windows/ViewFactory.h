@@ -18,6 +18,7 @@ std::unique_ptr<ControlView> MakeRootView(Pane& pane, UserControl& root, HWND pa
 struct Look {
   HDC context;
   const Images& images;
+  const Scale& scale;
 };
 
 // Draws what the model holds, all visible levels, with the model's upper left corner at (0, 0) of the context.

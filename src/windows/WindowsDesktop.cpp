@@ -1,5 +1,6 @@
 #include "windows/WindowsDesktop.h"
 
+#include <cmath>
 #include <map>
 #include <vector>
 
@@ -11,6 +12,7 @@
 #include "windows/Mouse.h"
 #include "windows/Printer.h"
 #include "windows/ProfileFile.h"
+#include "windows/ScreenScale.h"
 #include "windows/Text.h"
 #include "windows/TextDrawing.h"
 #include "windows/TwainScanner.h"
@@ -51,15 +53,6 @@ std::wstring ApplicationName() {
   if (const auto slash = name.rfind(L'\\'); slash != std::wstring::npos) name.erase(0, slash + 1);
   if (const auto dot = name.rfind(L'.'); dot != std::wstring::npos) name.erase(dot);
   return name;
-}
-
-constexpr float TwipsPerInch = 1440;
-
-float TwipsPerPixel(int logicalPixels) {
-  const HDC screen = GetDC(nullptr);
-  const int perInch = GetDeviceCaps(screen, logicalPixels);
-  ReleaseDC(nullptr, screen);
-  return TwipsPerInch / static_cast<float>(perInch);
 }
 
 SYSTEMTIME Now() {
@@ -112,11 +105,19 @@ void WindowsDesktop::ShowModal(DialogForm& dialog) {
   ModalWindow(dialog, TopLevelOwner()).Run();
 }
 
-float WindowsDesktop::TwipsPerPixelX() const { return TwipsPerPixel(LOGPIXELSX); }
-float WindowsDesktop::TwipsPerPixelY() const { return TwipsPerPixel(LOGPIXELSY); }
+// The screen as the models see it: 96 pixels to the inch. The views scale it to the real one.
+float WindowsDesktop::TwipsPerPixelX() const { return TwipsPerPixel; }
+float WindowsDesktop::TwipsPerPixelY() const { return TwipsPerPixel; }
 
+// As large as it is drawn: the letters of a larger font are not exactly as much wider.
 TextExtent WindowsDesktop::MeasureText(const std::string& text, const Font& font, std::int32_t widest) {
-  return windows::MeasureText(text, font, widest);
+  const Scale scale = ScaleOf(DialogOwner());
+  const auto room = static_cast<std::int32_t>(widest * scale.Factor());
+  const TextExtent drawn = windows::MeasureText(text, scale.ToDevice(font), room);
+  const auto inModel = [&scale](std::int32_t length) {
+    return static_cast<std::int32_t>(std::ceil(scale.ToModel(length)));
+  };
+  return {.width = inModel(drawn.width), .height = inModel(drawn.height)};
 }
 
 bool WindowsDesktop::ClipboardHasFormat(std::int32_t format) {

@@ -13,7 +13,7 @@ void Place(Control& control, Control& container, float left, float top, float wi
 
 }  // namespace
 
-TestForm::TestForm() {
+TestForm::TestForm(Scale scale) {
   root.UserResize(600, 400);
   strip.SetScaleUnit(Unit::Twips);
   panel.SetScaleUnit(Unit::Twips);
@@ -77,8 +77,9 @@ TestForm::TestForm() {
   border.SetColor(MakeColour(64, 64, 64));
   entry.SetCaption("&Copy");
 
-  host = HostWindow();
-  window = std::make_unique<windows::EditorWindow>(root, host, RECT{0, 0, 600, 400});
+  const SIZE size = {scale.ToDevice(600), scale.ToDevice(400)};
+  host = HostWindow(size.cx, size.cy);
+  window = std::make_unique<windows::EditorWindow>(root, host, RECT{0, 0, size.cx, size.cy}, scale);
   window->Show(true);
   Pump();
 }
@@ -88,8 +89,8 @@ TestForm::~TestForm() {
   DestroyWindow(host);
 }
 
-HWND TestForm::HostWindow() {
-  const HWND made = CreateWindowExW(0, L"Static", L"Views", WS_POPUP | WS_CLIPCHILDREN, 0, 0, 600, 400, nullptr,
+HWND TestForm::HostWindow(int width, int height) {
+  const HWND made = CreateWindowExW(0, L"Static", L"Views", WS_POPUP | WS_CLIPCHILDREN, 0, 0, width, height, nullptr,
                                     nullptr, GetModuleHandleW(nullptr), nullptr);
   // Shown without being activated: an active window is handed to a window manager, and Wine waits two seconds for one.
   ShowWindow(made, SW_SHOWNA);

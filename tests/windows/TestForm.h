@@ -25,7 +25,8 @@ namespace kw::test {
 // the other controls on a panel, a canvas with a layer.
 class TestForm {
 public:
-  TestForm();
+  // In a window at that scale.
+  explicit TestForm(Scale scale = Scale());
   TestForm(const TestForm&) = delete;
   TestForm& operator=(const TestForm&) = delete;
   ~TestForm();
@@ -59,7 +60,7 @@ public:
   HWND host = nullptr;
   std::unique_ptr<windows::EditorWindow> window;
   // A top-level window to hold an editor.
-  static HWND HostWindow();
+  static HWND HostWindow(int width = 600, int height = 400);
 
   // Handles every message that waits.
   static void Pump();

@@ -1,0 +1,39 @@
+#include "drawing/Scale.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace kw {
+
+std::int32_t Scale::ToDevice(double position) const {
+  constexpr double Farthest = 0x1p30;
+  // Thirds and the like are stored a little too small: what is a half but for that counts as a half.
+  constexpr double Half = 0.5 + 0x1p-10;
+  return static_cast<std::int32_t>(std::clamp(std::floor(position * Factor() + Half), -Farthest, Farthest));
+}
+
+PixelRect Scale::ToDevice(const PixelRect& place) const {
+  return ToDevice(Box{static_cast<double>(place.left), static_cast<double>(place.top), static_cast<double>(place.right),
+                      static_cast<double>(place.bottom)});
+}
+
+PixelRect Scale::ToDevice(const Box& place) const {
+  return {ToDevice(place.left), ToDevice(place.top), ToDevice(place.right), ToDevice(place.bottom)};
+}
+
+std::int32_t Scale::LengthOnDevice(std::int32_t length) const { return length > 0 ? std::max(ToDevice(length), 1) : 0; }
+
+Font Scale::ToDevice(Font font) const {
+  font.size = static_cast<float>(font.size * Factor());
+  return font;
+}
+
+std::int32_t Scale::ModelPixelAt(std::int32_t pixel) const {
+  // The last one whose left edge, (2 x dpi + 96) / 192 rounded down, is not right of the pixel.
+  const std::int64_t dividend = std::int64_t{ModelDpi} * (2 * std::int64_t{pixel} + 1) - 1;
+  const std::int64_t divisor = 2 * std::int64_t{dpi};
+  const std::int64_t quotient = dividend / divisor;
+  return static_cast<std::int32_t>(dividend % divisor < 0 ? quotient - 1 : quotient);
+}
+
+}  // namespace kw
