@@ -30,7 +30,7 @@ std::array<PixelRect, 8> HandlesOf(const PixelRect& place, std::int32_t size) {
                             std::int64_t{place.right} - size};
   const std::int64_t y[] = {place.top, (std::int64_t{place.top} + place.bottom - size) / 2,
                             std::int64_t{place.bottom} - size};
-  const auto at = [limited](std::int64_t left, std::int64_t top) {
+  const auto at = [limited, size](std::int64_t left, std::int64_t top) {
     return PixelRect{limited(left), limited(top), limited(left + size), limited(top + size)};
   };
   return {at(x[0], y[0]), at(x[1], y[0]), at(x[2], y[0]), at(x[2], y[1]),

@@ -7,8 +7,9 @@ namespace kw {
 
 std::int32_t Scale::ToDevice(double position) const {
   constexpr double Farthest = 0x1p30;
-  // Thirds and the like are stored a little too small: what is a half but for that counts as a half.
-  constexpr double Half = 0.5 + 0x1p-10;
+  // Thirds and the like are stored a little too small: what is a half but for that counts as a half. Less than a 96th,
+  // the smallest difference between whole numbers that are scaled.
+  constexpr double Half = 0.5 + 0x1p-7;
   return static_cast<std::int32_t>(std::clamp(std::floor(position * Factor() + Half), -Farthest, Farthest));
 }
 
@@ -24,7 +25,7 @@ PixelRect Scale::ToDevice(const Box& place) const {
 std::int32_t Scale::LengthOnDevice(std::int32_t length) const { return length > 0 ? std::max(ToDevice(length), 1) : 0; }
 
 Font Scale::ToDevice(Font font) const {
-  font.size = static_cast<float>(font.size * Factor());
+  font.size = font.size * static_cast<float>(Factor());
   return font;
 }
 

@@ -50,7 +50,7 @@ std::optional<MouseEvent> MouseEvent::Of(UINT message, WPARAM wParam, LPARAM lPa
 void MouseSender::Send(const ControlView& view, MouseInput* input, const MouseEvent& event, Point at) {
   if (input == nullptr || !view.IsAttached() || !view.IsEffectivelyEnabled()) return;
   const Control* const container = view.Model().Container();
-  const float unit = container != nullptr && container->ScaleUnit() == Unit::Twips ? TwipsPerPixel : 1.0F;
+  const double unit = container != nullptr && container->ScaleUnit() == Unit::Twips ? double{TwipsPerPixel} : 1;
   const auto x = static_cast<float>(at.x * unit);
   const auto y = static_cast<float>(at.y * unit);
   switch (event.kind) {

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "components/UserControl.h"
+#include "drawing/Scale.h"
 #include "windows/ControlView.h"
 
 namespace kw::windows {
