@@ -71,4 +71,13 @@ void ColoursAndLines::lblLineSize2_MouseDown(float x) {
   run([&] { lblLineSize1_MouseDown(x + form.lblLineSize2.Left() - form.lblLineSize1.Left()); });
 }
 
+Colour ColoursAndLines::RandomColour(const std::function<double()>& random) {
+  Colour colour = 0;
+  for (int i = 0; i < 3; ++i) {
+    const auto number = static_cast<Colour>(RoundToEven<std::int32_t>(random() * 1000000) % 255);
+    colour = (colour << (number < 0x10 ? 4U : 8U)) | number;
+  }
+  return colour;
+}
+
 }  // namespace kw

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "components/Units.h"
 #include "form/EditorForm.h"
 #include "layers/Layers.h"
@@ -19,6 +21,10 @@ public:
   // Sets the thickness from a position on a caption, in twips.
   void lblLineSize1_MouseDown(float x);
   void lblLineSize2_MouseDown(float x);
+
+  // The colour of three hexadecimal numbers below 255 that stand side by side without leading zeros, so that a small
+  // one shifts the others. `random` gives numbers from 0 up to, and without, 1.
+  static Colour RandomColour(const std::function<double()>& random);
 
   Colour EditorForeColor() const { return foreColor; }
   Colour EditorBackColor() const { return backColor; }

@@ -92,6 +92,7 @@ public:
   Document& OpenedDocument() { return document; }
   Zoom& ZoomRoom() { return zoom; }
   Layers& LayerRoom() { return layers; }
+  Dispatcher& CommandRoom() { return dispatcher; }
   Trap& ErrorTrap() { return trap; }
   // The engine that holds the current page.
   KWPicEd& Engine() { return KWPic; }

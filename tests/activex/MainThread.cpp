@@ -1,8 +1,16 @@
 #include "activex/MainThread.h"
 
+#include <memory>
+#include <utility>
+
 namespace kw::test {
 
 LRESULT CALLBACK MainThread::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_APP + 1) {
+    const std::unique_ptr<std::function<void()>> work(reinterpret_cast<std::function<void()>*>(lParam));
+    (*work)();
+    return 0;
+  }
   if (message != WM_APP) return DefWindowProcW(window, message, wParam, lParam);
   (*reinterpret_cast<const std::function<void()>*>(lParam))();
   return 0;
@@ -17,6 +25,11 @@ MainThread::~MainThread() { DestroyWindow(window); }
 
 void MainThread::Run(const std::function<void()>& work) const {
   SendMessageW(window, WM_APP, 0, reinterpret_cast<LPARAM>(&work));
+}
+
+void MainThread::Post(std::function<void()> work) const {
+  auto posted = std::make_unique<std::function<void()>>(std::move(work));
+  if (PostMessageW(window, WM_APP + 1, 0, reinterpret_cast<LPARAM>(posted.get())) != FALSE) posted.release();
 }
 
 }  // namespace kw::test

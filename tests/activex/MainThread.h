@@ -16,6 +16,8 @@ public:
 
   // From another thread; returns when the work is done.
   void Run(const std::function<void()>& work) const;
+  // The same without waiting for it.
+  void Post(std::function<void()> work) const;
 
 private:
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);

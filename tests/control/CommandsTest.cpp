@@ -167,10 +167,80 @@ TEST_F(Commands, OpenAsksAgainUntilTheFileExists) {
   EXPECT_TRUE(Form().TransLayers(1).HasPicture());
 }
 
-TEST_F(Commands, OpenCancelledIsTheDialogsErrorInTheSharedHandler) {
-  Click("Open");
+TEST_F(Commands, OpenCancelledIsTheDialogsErrorInTheSharedHandlerAndTheTailSetsThePointer) {
+  const std::string path = MakeImage("scan.bmp");
+  control->OpenFile(path);
+  Form().tbrEditingTools.UserClick("Line");
+  desktop.boxes.clear();
+  ForgetTrace();
+  Form().tbrOpenFile.SetVisible(true);
+  Form().tbrOpenFile.UserClick("Open");
+  ASSERT_EQ(desktop.boxes.size(), 1U);
+  EXPECT_EQ(desktop.boxes[0].title, "Critical Error");
+  EXPECT_EQ(desktop.boxes[0].prompt.rfind("Error Number : 32755\r\nError Description : ", 0), 0U);
   EXPECT_EQ(events.errors, std::vector<int>{32755});
+  EXPECT_EQ(events.errorTexts, Names{desktop.boxes[0].prompt});
+  const Names trace = Trace();
+  ASSERT_GT(trace.size(), 3U);
+  EXPECT_EQ(trace[0], "tbrOpenFile_ButtonClick");
+  EXPECT_EQ(trace[1], "ToolbarButtonClick");
+  EXPECT_EQ(trace[2], "");
+  EXPECT_EQ(trace[3], std::string(80, '*'));
+  // The handler disables the control; the command's tail still gives the canvas the pointer of the tool.
   EXPECT_FALSE(Form().editor.Enabled());
+  EXPECT_EQ(Form().editor.Pointer(), MousePointer::NoDrop);
+  EXPECT_EQ(Form().picFrame.Pointer(), MousePointer::NoDrop);
+  EXPECT_EQ(Form().picCanvas.Pointer(), MousePointer::Cross);
+  // The document stays, and cancelling again is not told a second time.
+  EXPECT_EQ(control->OpenedDocument().FilePath(), path);
+  EXPECT_TRUE(Form().TransLayers(1).HasPicture());
+  Click("Open");
+  EXPECT_EQ(desktop.boxes.size(), 1U);
+  EXPECT_EQ(events.errors.size(), 1U);
+}
+
+TEST_F(Commands, OpenCancelledAfterANameThatDoesNotExistIsTheSameError) {
+  desktop.openAnswers.emplace_back([&](OpenDialog& dialog) { dialog.fileName = folder.File("none.bmp"); });
+  Click("Open");
+  EXPECT_EQ(desktop.boxes.size(), 2U);
+  EXPECT_EQ(desktop.openShown.size(), 2U);
+  EXPECT_EQ(events.errors, std::vector<int>{32755});
+  EXPECT_EQ(control->OpenedDocument().FirstFilePath(), "");
+}
+
+TEST_F(Commands, AFontThatIsNotInstalledIsKeptAsItsName) {
+  Font unknown;
+  unknown.name = "No Such Font";
+  unknown.size = 30;
+  for (int i = 0; i < 2; ++i) desktop.fontAnswers.emplace_back([&](Font& font) { font = unknown; });
+  Click("FontSettings");
+  Click("FontSettings");
+  EXPECT_TRUE(desktop.fontsShown.at(1) == unknown);
+  EXPECT_TRUE(control->LayerRoom().CurrentLayer().TextFont() == unknown);
+  EXPECT_TRUE(events.errors.empty());
+}
+
+TEST_F(Commands, AFontDialogThatFailsLeavesTheFontAndIsOver) {
+  desktop.fontAnswers.emplace_back([&](Font& font) {
+    font.name = "Half chosen";
+    EXPECT_TRUE(control->CommandRoom().IsFontDialogUp());
+    Raise(ErrorNumber::OutOfMemory);
+  });
+  Click("FontSettings");
+  EXPECT_EQ(events.errors, std::vector<int>{7});
+  EXPECT_TRUE(control->LayerRoom().CurrentLayer().TextFont() == Font());
+  EXPECT_FALSE(control->CommandRoom().IsFontDialogUp());
+}
+
+TEST_F(Commands, APageBeyondTheSixteenBitsIsAnOverflowAndNoTurn) {
+  control->OpenFile(MakeDocument("D.tif", 2));
+  Form().PageIndex.SetMax(32767);
+  Form().PageIndex.SetValue(32767);
+  events.changedTo.clear();
+  BasicBar("NextPage").ButtonClick.Raise("NextPage");
+  EXPECT_EQ(events.errors, std::vector<int>{6});
+  EXPECT_EQ(Form().PageIndex.Value(), 32767);
+  EXPECT_TRUE(events.changedTo.empty());
 }
 
 TEST_F(Commands, PrintEndsThePrintersJob) {

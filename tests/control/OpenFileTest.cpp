@@ -246,10 +246,13 @@ TEST_F(Paging, ByTheButtonsStaysWithinTheDocument) {
 TEST_F(Paging, PastEitherEndDoesNothing) {
   control->OpenFile(MakeDocument("D.tif", 2));
   events.changedTo.clear();
-  Form().PageIndex.SetValue(0);
-  Form().PageIndex.SetValue(2);
-  Form().PageIndex.SetValue(3);
+  for (const int page : {0, -1, -32768}) Form().PageIndex.SetValue(page);
+  BasicBar("PrevPage").ButtonClick.Raise("PrevPage");
+  EXPECT_TRUE(events.changedTo.empty());
+  for (const int page : {2, 3, 32767}) Form().PageIndex.SetValue(page);
+  BasicBar("NextPage").ButtonClick.Raise("NextPage");
   EXPECT_EQ(events.changedTo, std::vector<int>{2});
+  EXPECT_TRUE(events.errors.empty());
 }
 
 TEST_F(Paging, ByTheListChangesThePageAndTheSamePageAgainDoesNothing) {

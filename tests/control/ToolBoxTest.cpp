@@ -54,6 +54,38 @@ TEST_F(ToolBoxTest, PastTheRightEdgeStopsSixPixelsFromItThoughFiveAreAllowed) {
   EXPECT_EQ(Box().Left(), FrameRight() - Box().Width() - 6);
 }
 
+TEST_F(ToolBoxTest, PastTheLeftAndTheBottomEdgeStopsSixPixelsFromThem) {
+  Press(10, 10);
+  Move(-5000, 10);
+  EXPECT_EQ(Box().Left(), Form().picFrame.Left() + 6);
+  Move(60, 10);
+  EXPECT_EQ(Box().Left(), Form().picFrame.Left() + 6);
+  Release();
+  const float bottom = FrameBottom() - Box().Height();
+  Box().SetTop(bottom - 20);
+  Press(10, 10);
+  Move(10, 25);
+  EXPECT_EQ(Box().Top(), bottom - 5);
+  Move(10, 11);
+  EXPECT_EQ(Box().Top(), bottom - 6);
+  Move(10, 0);
+  EXPECT_EQ(Box().Top(), bottom - 6);
+}
+
+TEST_F(ToolBoxTest, EveryHandlerTracesItsName) {
+  ForgetTrace();
+  Press(10, 10);
+  Move(11, 11);
+  Release();
+  Form().kwrpHideToolBox.MouseDown.Raise(1, 0, -1, 0);
+  Form().kwraBasicToolsContainer(0).MouseMove.Raise(1, 0, 5, 5);
+  Form().kwraBasicToolsContainer(1).MouseUp.Raise(1, 0, 5, 5);
+  Form().sldLineHeight.LostFocus.Raise();
+  EXPECT_EQ(Trace(), (Names{"kwraTools_MouseDown", "kwraTools_MouseMove", "kwraTools_MouseUp",
+                            "kwrpHideToolBox_MouseDown", "kwraBasicToolsContainer_MouseMove",
+                            "pictbrBasicToolsContainer_MouseUp", "sldLineHeight_LostFocus"}));
+}
+
 TEST_F(ToolBoxTest, OtherButtonsDoNothing) {
   const float left = Box().Left();
   Box().MouseDown.Raise(2, 0, 10, 10);
@@ -77,6 +109,16 @@ TEST_F(ToolBoxTest, AThicknessOfThreeGivesASampleOf45Twips) {
   EXPECT_EQ(Form().SampleLine.Top(), Form().sldLineHeight.Top() - 45 - 15);
   EXPECT_EQ(Form().lblLineSize1.Caption(), "Thickness 3");
   EXPECT_EQ(Form().lblLineSize2.Caption(), "Thickness 3");
+}
+
+TEST_F(ToolBoxTest, AThicknessWhoseSampleIsTooHighIsAnOverflowAndStillNamed) {
+  Form().sldLineHeight.SetMax(3000);
+  Form().sldLineHeight.UserSetValue(2184);
+  EXPECT_EQ(Form().SampleLine.Height(), 32760);
+  Form().sldLineHeight.UserSetValue(2185);
+  EXPECT_EQ(events.errors, std::vector<int>{6});
+  EXPECT_EQ(Form().SampleLine.Height(), 32760);
+  EXPECT_EQ(Form().lblLineSize1.Caption(), "Thickness 2185");
 }
 
 TEST_F(ToolBoxTest, ACaptionSetsTheThicknessWithinItsRange) {
@@ -107,6 +149,12 @@ TEST_F(Strip, APressOnAContainerChangesBetweenOneRowAndTwo) {
   EXPECT_EQ(second.Left(), first.Left() + first.Width() + 1);
 }
 
+TEST_F(Strip, AnotherButtonChangesNoRows) {
+  const float top = Form().kwraBasicToolsContainer(1).Top();
+  Form().kwraBasicToolsContainer(1).MouseDown.Raise(2, 0, 0, 0);
+  EXPECT_EQ(Form().kwraBasicToolsContainer(1).Top(), top);
+}
+
 using Colours = ToolBoxTest;
 
 TEST_F(Colours, AreReadOutWithTheRequiredArithmetic) {
@@ -135,6 +183,56 @@ TEST_F(Colours, AreTakenTwoPixelsInPastTheNearEdgesAndFivePastTheFarOnes) {
   palette.MouseUp.Raise(1, 0, 99999, 99999);
   EXPECT_EQ(Form().SampleForeGroundColor.BackColor(), ColourOfMap(double{(palette.Width() - 75) / palette.Width()},
                                                                   double{(palette.Height() - 75) / palette.Height()}));
+}
+
+TEST_F(Colours, AreReadAtTheSameInsetsUnderAMovingPointerInPixelsOfTheScreenAtHand) {
+  const RaisedPicture& palette = Form().kwrpColors;
+  Form().SampleBackGroundColor.Click.Raise();
+  desktop.twipsPerPixelX = 10;
+  desktop.twipsPerPixelY = 20;
+  palette.MouseMove.Raise(1, 0, -1, -1);
+  EXPECT_EQ(Form().lblSampleColor.BackColor(),
+            ColourOfMap(double{20 / palette.Width()}, double{40 / palette.Height()}));
+  palette.MouseMove.Raise(1, 0, palette.Width() + 1, palette.Height() + 1);
+  EXPECT_EQ(Form().lblSampleColor.BackColor(), ColourOfMap(double{(palette.Width() - 50) / palette.Width()},
+                                                           double{(palette.Height() - 100) / palette.Height()}));
+}
+
+TEST_F(Colours, OfTheForegroundToo) {
+  Form().SampleForeGroundColor.Click.Raise();
+  desktop.colourAnswers.emplace_back([](Colour& colour) { colour = MakeColour(9, 8, 7); });
+  Form().kwrpColors.MouseUp.Raise(2, 0, 600, 600);
+  EXPECT_EQ(Form().SampleForeGroundColor.BackColor(), MakeColour(9, 8, 7));
+  EXPECT_EQ(Form().TransLayers(1).ForeColor(), MakeColour(9, 8, 7));
+  EXPECT_EQ(Form().lblSampleColor.ForeColor(), MakeColour(9, 8, 7));
+  EXPECT_FALSE(Form().kwrpColors.Visible());
+}
+
+// Nothing refuses a number that is no colour; it is kept as it stands and read out with its sign.
+TEST_F(Colours, OutOfTheirRangeAreKeptAndNoError) {
+  for (const auto& [number, readOut] : std::vector<std::pair<std::int32_t, std::string>>{
+           {-1, "R: 0 G: 0 B: -1"}, {0x7F000001, "R: 32512 G: 127 B: 128"}, {0x01000000, "R: 256 G: 3 B: 1"}}) {
+    const auto colour = static_cast<Colour>(number);
+    desktop.colourAnswers.assign(2, [&](Colour& chosen) { chosen = colour; });
+    Form().SampleForeGroundColor.DblClick.Raise();
+    Form().SampleBackGroundColor.DblClick.Raise();
+    EXPECT_EQ(Form().SampleForeGroundColor.BackColor(), colour);
+    EXPECT_EQ(Form().TransLayers(1).ForeColor(), colour);
+    EXPECT_EQ(Form().TransLayers(1).FillColor(), colour);
+    EXPECT_EQ(Form().lblSampleColor.Caption(), readOut);
+  }
+  EXPECT_TRUE(events.errors.empty());
+}
+
+TEST_F(Colours, AtRandomShiftWhereANumberIsSmall) {
+  const auto colourOf = [](std::vector<int> numbers) {
+    auto next = numbers.begin();
+    return ColoursAndLines::RandomColour([&] { return *next++ / 1000000.0; });
+  };
+  EXPECT_EQ(colourOf({0x12, 0x34, 0x56}), 0x123456U);
+  EXPECT_EQ(colourOf({0x1, 0x2, 0x3}), 0x123U);
+  EXPECT_EQ(colourOf({0xAB, 0xC, 0xDE}), 0xABCDEU);
+  EXPECT_EQ(colourOf({255, 254, 999999}), 0xFE90U);
 }
 
 TEST_F(Colours, TheRightButtonPicksAndOpensTheDialogForFineAdjustment) {

@@ -67,6 +67,8 @@ public:
   std::function<std::unique_ptr<ScannerDriver>()> scannerMaker;
   // What the user does in the forms to come; a form that is still visible then, or finds nothing here, is closed.
   std::deque<std::function<void(DialogForm&)>> formAnswers;
+  float twipsPerPixelX = 15;
+  float twipsPerPixelY = 15;
   std::string applicationFolder = R"(C:\Program Files\Host)";
   std::int32_t instanceNumber = 1234;
   std::map<Timer*, std::int32_t> runningTimers;
@@ -138,8 +140,8 @@ public:
                           const std::string& path) override {
     return ProfileFile(path).Write(section, key, value);
   }
-  float TwipsPerPixelX() const override { return 15; }
-  float TwipsPerPixelY() const override { return 15; }
+  float TwipsPerPixelX() const override { return twipsPerPixelX; }
+  float TwipsPerPixelY() const override { return twipsPerPixelY; }
   // A plain stand-in: every character is half as wide as a line is high, and lines break at any character.
   TextExtent MeasureText(const std::string& text, const Font& font, std::int32_t widest) override {
     const auto line = static_cast<std::int32_t>(std::ceil(font.size * 96 / 72));

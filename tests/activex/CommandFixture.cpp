@@ -1,0 +1,194 @@
+#include "activex/CommandFixture.h"
+
+#include <algorithm>
+
+#include "activex/BoxAnswerer.h"
+#include "picture/KWPicEd.h"
+#include "support/CommandScene.h"
+#include "support/TemporaryFolder.h"
+
+namespace kw::test {
+namespace {
+
+std::string Narrow(const std::wstring& text) { return {text.begin(), text.end()}; }
+
+// So that there is something to paste.
+void FillClipboard() {
+  ASSERT_TRUE(OpenClipboard(nullptr) != FALSE);
+  EmptyClipboard();
+  const HGLOBAL memory = GlobalAlloc(GMEM_MOVEABLE, sizeof(BITMAPINFOHEADER) + 4);
+  auto* const header = static_cast<BITMAPINFOHEADER*>(GlobalLock(memory));
+  *header = {sizeof(BITMAPINFOHEADER), 1, 1, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
+  GlobalUnlock(memory);
+  SetClipboardData(CF_DIB, memory);
+  CloseClipboard();
+}
+
+}  // namespace
+
+std::string ShownAs(const CommandBox& box) {
+  std::string prompt;
+  for (const char c : box.prompt) {
+    if (c != '\r') prompt += c == '\n' ? '/' : c;
+  }
+  return (box.title.empty() ? "test_activex" : box.title) + ": " + prompt;
+}
+
+std::string TitleOf(HWND window) {
+  wchar_t text[200] = {};
+  GetWindowTextW(window, text, 200);
+  return Narrow(text);
+}
+
+void CommandTest::SetUp() {
+  ControlTest::SetUp();
+  FillClipboard();
+  container.place = {0, 0, 900, 640};
+  container.clip = {0, 0, 1200, 900};
+  container.Take(control.Get());
+  control->put_AppDir(Text(scratch.Path()));
+  ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+  control->put_IsOpenButtonVisible(VARIANT_TRUE);
+  WriteSceneDocument(File("D.tif"));
+  SavePicture(Bitmap(12, 8, 24), "back.bmp");
+  SavePicture(Bitmap(30, 40, 24), "sign.bmp");
+  {
+    const BoxAnswerer user;
+    control->OpenFile(Text(scratch.File(L"D.tif")));
+  }
+  control->put_BGImage(Text(scratch.File(L"back.bmp")));
+  control->put_SignatureFilePath(Text(scratch.File(L"sign.bmp")));
+  PumpMessages(1300);  // the default tools are chosen a second later
+  control->put_IsEditable(VARIANT_TRUE);
+  control->put_IsFileChanged(VARIANT_TRUE);
+  buttons = ToolBarButtons(container.ControlWindow());
+  Button("Next Page").Click();
+  SetScene();
+}
+void CommandTest::TearDown() {
+  if (container.As<IOleObject>() != nullptr) container.LetGo();
+  ControlTest::TearDown();
+}
+
+std::string CommandTest::File(const std::string& name) const { return Narrow(scratch.Path()) + name; }
+void CommandTest::SavePicture(const Bitmap& picture, const std::string& name) const {
+  KWPicEd engine;
+  engine.Replace(picture);
+  engine.Save(File(name));
+}
+Bitmap CommandTest::LoadPicture(const std::string& name) const {
+  KWPicEd engine;
+  EXPECT_TRUE(engine.Load(File(name))) << name;
+  return engine.Current();
+}
+
+const ToolBarButton& CommandTest::Button(const std::string& toolTip) const {
+  const auto found = buttons.find(toolTip);
+  if (found != buttons.end()) return found->second;
+  ADD_FAILURE() << "no button " << toolTip;
+  static const ToolBarButton none;
+  return none;
+}
+
+// Tools and page as the tests of the commands begin.
+void CommandTest::SetScene() {
+  Button("Rectangle").Click();
+  Button("Fill Inside").Click();
+  control->put_IsToolboxVisible(VARIANT_TRUE);
+  control->put_IsToShowBackImage(VARIANT_FALSE);
+  if (TextWith("%") == "150 %") Button("Zoom Out").Click();
+  if (TextWith("%") == "90 %") Button("Zoom In").Click();
+  // Page 2 as its file has it.
+  if (!Button("Previous Page").IsEnabled()) return Button("Next Page").Click();
+  Button("Previous Page").Click();
+  if (Button("Previous Page").IsEnabled()) return;
+  Button("Next Page").Click();
+}
+
+// The text of the window that has this in it.
+std::string CommandTest::TextWith(const std::string& part) const {
+  struct Search {
+    std::string part;
+    std::string text;
+  } search{part, {}};
+  EnumChildWindows(
+      container.ControlWindow(),
+      [](HWND window, LPARAM parameter) WINAPI -> BOOL {
+        auto& asked = *reinterpret_cast<Search*>(parameter);
+        const std::string text = TitleOf(window);
+        if (text.find(asked.part) != std::string::npos) asked.text = text;
+        return TRUE;
+      },
+      reinterpret_cast<LPARAM>(&search));
+  return search.text;
+}
+
+std::string CommandTest::Page() const {
+  const bool hasEarlier = Button("Previous Page").IsEnabled();
+  const bool hasLater = Button("Next Page").IsEnabled();
+  return hasEarlier ? (hasLater ? "2" : "3") : "1";
+}
+
+// The canvas is what lies in the largest of the windows that the control's own window holds.
+HWND CommandTest::Canvas() const {
+  HWND largest = nullptr;
+  LONG most = 0;
+  for (HWND child = GetWindow(container.ControlWindow(), GW_CHILD); child != nullptr;
+       child = GetWindow(child, GW_HWNDNEXT)) {
+    RECT client = {};
+    GetClientRect(child, &client);
+    if (client.right * client.bottom > most) largest = child;
+    most = std::max(most, client.right * client.bottom);
+  }
+  return GetWindow(largest, GW_CHILD);
+}
+
+CommandTest::State CommandTest::Look() const {
+  State state{{"page", Page()}, {"zoom", TextWith("%")}, {"pointer", PointerOver(Canvas())}};
+  for (const CommandCase& row : CommandCases()) {
+    if (row.bar.empty()) continue;
+    const ToolBarButton& button = Button(row.toolTip);
+    state[row.key] = button.IsEnabled() ? "on" : "off";
+    if (row.bar == command_cases::Tools && button.IsPressed()) state["tool"] += row.key;
+    if (row.bar == command_cases::Pattern && button.IsPressed()) state["pattern"] += row.key;
+  }
+  state["tool box"] = Button("Rectangle").IsShown() ? "shown" : "hidden";
+  VARIANT_BOOL value = VARIANT_FALSE;
+  control->get_IsToShowBackImage(&value);
+  state["background"] = value == VARIANT_FALSE ? "hidden" : "shown";
+  control->get_Enabled(&value);
+  state["control"] = value == VARIANT_FALSE ? "off" : "on";
+  return state;
+}
+
+void CommandTest::ForgetTrace() const { DeleteFileW(scratch.File(L"FunctionsInExecution.txt").c_str()); }
+// Without what the system sends whenever it likes: paints and moves of the mouse.
+CommandTest::Names CommandTest::Trace() const {
+  Names lines;
+  const std::string whole = ReadWhole(File("FunctionsInExecution.txt"));
+  for (std::size_t start = 0; start < whole.size();) {
+    const std::size_t end = whole.find("\r\n", start);
+    const std::string line = whole.substr(start, end - start);
+    start = end == std::string::npos ? whole.size() : end + 2;
+    if (line.find("MouseMove") == std::string::npos) lines.push_back(line);
+  }
+  const Names paint{"UserControl_Paint", "tmrWatchClipBoard_Timer", "Get IsEditable"};
+  for (auto at = lines.begin(); (at = std::search(at, lines.end(), paint.begin(), paint.end())) != lines.end();) {
+    at = lines.erase(at, at + static_cast<std::ptrdiff_t>(paint.size()));
+  }
+  return lines;
+}
+
+// Clicks the button and answers what comes up; the boxes as they were shown.
+CommandTest::Names CommandTest::Run(const std::string& toolTip, const std::function<void(HWND)>& beforeAnswer) {
+  ForgetTrace();
+  const BoxAnswerer user([&](HWND box) {
+    EXPECT_EQ(GetWindow(box, GW_OWNER), container.Window()) << "a box belongs to the host's window";
+    EXPECT_EQ(IsWindowEnabled(container.Window()), FALSE) << "a box is modal";
+    if (beforeAnswer) beforeAnswer(box);
+  });
+  Button(toolTip).Click();
+  return user.Boxes();
+}
+
+}  // namespace kw::test

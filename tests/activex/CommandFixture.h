@@ -1,0 +1,60 @@
+#pragma once
+
+#include <windows.h>
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "activex/Fixture.h"
+#include "activex/StrictContainer.h"
+#include "activex/ToolBarButtons.h"
+#include "components/Bitmap.h"
+#include "support/CommandCases.h"
+
+namespace kw::test {
+
+// A control in a container, on the screen, with the scene of the tests of the commands (see CommandScene.h) set by the
+// host and by real clicks; but "Undo" and "Redo" stay disabled, since nobody but the control could enable them.
+class CommandTest : public ControlTest {
+protected:
+  using Names = std::vector<std::string>;
+  // As CommandCase::changes names it.
+  using State = std::map<std::string, std::string>;
+
+  void SetUp() override;
+  void TearDown() override;
+
+  // A file of the test's folder.
+  std::string File(const std::string& name) const;
+  void SavePicture(const Bitmap& picture, const std::string& name) const;
+  Bitmap LoadPicture(const std::string& name) const;
+
+  const ToolBarButton& Button(const std::string& toolTip) const;
+  // Tools and page as they are at the start.
+  void SetScene();
+  State Look() const;
+
+  void ForgetTrace() const;
+  // Without what the system sends whenever it likes: paints and moves of the mouse.
+  Names Trace() const;
+
+  // Clicks the button and answers what comes up with OK, after `beforeAnswer`; the boxes as "title: text". Each has to
+  // be a modal box of the host's window.
+  Names Run(const std::string& toolTip, const std::function<void(HWND box)>& beforeAnswer = {});
+
+  StrictContainer container;
+  std::map<std::string, ToolBarButton> buttons;
+
+private:
+  std::string TextWith(const std::string& part) const;
+  std::string Page() const;
+  HWND Canvas() const;
+};
+
+std::string TitleOf(HWND window);
+// A box as CommandTest::Run gives it.
+std::string ShownAs(const CommandBox& box);
+
+}  // namespace kw::test

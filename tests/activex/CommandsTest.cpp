@@ -1,0 +1,63 @@
+// The commands through the real tool bars of a control in a container: found by their tool tips, pressed with the
+// mouse, with the boxes and dialogs that come up answered.
+
+#include <windows.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "activex/CommandFixture.h"
+#include "support/CommandScene.h"
+
+namespace kw::test {
+namespace {
+
+using ToolBarCommands = CommandTest;
+
+TEST_F(ToolBarCommands, OfEveryButtonDoWhatTheirRowsSay) {
+  const Names apart{"PrinterSetup", "FontSettings", "Open", "Undo", "Redo"};  // tested below
+  int count = 0;
+  for (const CommandCase& row : CommandCases()) {
+    if (row.bar.empty() || std::ranges::find(apart, row.key) != apart.end()) continue;
+    SCOPED_TRACE(row.key);
+    ++count;
+    SetScene();
+    const State before = Look();
+    ASSERT_EQ(before.at("page"), "2");
+    ASSERT_EQ(before.at(row.key), "on");
+    Names boxes = Run(row.toolTip);
+    Names trace{row.bar + "_ButtonClick", "ToolbarButtonClick"};
+    trace.insert(trace.end(), row.trace.begin(), row.trace.end());
+    EXPECT_EQ(Trace(), trace);
+    if (!row.dialog.empty() && !boxes.empty()) {
+      EXPECT_EQ(boxes.back().substr(0, boxes.back().find(':')), row.dialog);
+      boxes.pop_back();
+    }
+    Names expected;
+    for (const CommandBox& box : row.boxes) expected.push_back(ShownAs(box));
+    EXPECT_EQ(boxes, expected);
+    EXPECT_EQ(Look(), After(row, before));
+    if (row.operations.empty()) continue;
+    const Bitmap written = LoadPicture("tmp" + std::to_string(GetCurrentProcessId()) + ".bmp");
+    EXPECT_TRUE(SamePicture(written, AfterOperations(row.operations)));
+  }
+  EXPECT_EQ(count, 42);
+}
+
+TEST_F(ToolBarCommands, OfADisabledButtonDoNotRun) {
+  for (const char* toolTip : {"Undo", "Redo"}) {
+    EXPECT_TRUE(Button(toolTip).IsShown());
+    EXPECT_FALSE(Button(toolTip).IsEnabled());
+    EXPECT_EQ(Run(toolTip), Names{});
+    EXPECT_EQ(Trace(), Names{});
+  }
+  control->put_IsEditable(VARIANT_FALSE);
+  for (const char* toolTip : {"Save File", "Clear", "Zoom In", "Next Page"}) {
+    EXPECT_EQ(Run(toolTip), Names{});
+    EXPECT_EQ(Trace(), Names{});
+  }
+}
+
+}  // namespace
+}  // namespace kw::test

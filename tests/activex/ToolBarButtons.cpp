@@ -1,0 +1,77 @@
+#include "activex/ToolBarButtons.h"
+
+#include <commctrl.h>
+
+#include "activex/Ocx.h"
+#include "resources/KwIcons.h"
+
+namespace kw::test {
+namespace {
+
+LRESULT StateOf(const ToolBarButton& button) {
+  return SendMessageW(button.bar, TB_GETSTATE, static_cast<WPARAM>(button.id), 0);
+}
+
+std::string ToolTipOf(const ToolBarButton& button) {
+  wchar_t text[80] = {};
+  NMTBGETINFOTIPW asked = {};
+  asked.hdr = {button.bar, static_cast<UINT_PTR>(GetDlgCtrlID(button.bar)), static_cast<UINT>(TBN_GETINFOTIPW)};
+  asked.iItem = button.id;
+  asked.pszText = text;
+  asked.cchTextMax = 80;
+  SendMessageW(GetParent(button.bar), WM_NOTIFY, asked.hdr.idFrom, reinterpret_cast<LPARAM>(&asked));
+  const std::wstring wide = text;
+  return {wide.begin(), wide.end()};
+}
+
+}  // namespace
+
+void ToolBarButton::Click() const {
+  RECT place = {};
+  SendMessageW(bar, TB_GETITEMRECT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&place));
+  const LPARAM middle = MAKELPARAM((place.left + place.right) / 2, (place.top + place.bottom) / 2);
+  SendMessageW(bar, WM_LBUTTONDOWN, MK_LBUTTON, middle);
+  SendMessageW(bar, WM_LBUTTONUP, 0, middle);
+}
+
+bool ToolBarButton::IsShown() const { return IsWindowVisible(bar) != FALSE && (StateOf(*this) & TBSTATE_HIDDEN) == 0; }
+
+bool ToolBarButton::IsEnabled() const {
+  return IsWindowEnabled(bar) != FALSE && (StateOf(*this) & TBSTATE_ENABLED) != 0;
+}
+
+bool ToolBarButton::IsPressed() const { return (StateOf(*this) & TBSTATE_CHECKED) != 0; }
+
+std::map<std::string, ToolBarButton> ToolBarButtons(HWND window) {
+  std::map<std::string, ToolBarButton> buttons;
+  for (const HWND bar : ChildWindows(window, TOOLBARCLASSNAMEW)) {
+    const auto count = static_cast<int>(SendMessageW(bar, TB_BUTTONCOUNT, 0, 0));
+    for (int index = 0; index < count; ++index) {
+      TBBUTTON found = {};
+      SendMessageW(bar, TB_GETBUTTON, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&found));
+      if ((found.fsStyle & BTNS_SEP) != 0) continue;
+      const ToolBarButton button{bar, index, found.idCommand};
+      buttons[ToolTipOf(button)] = button;
+    }
+  }
+  return buttons;
+}
+
+std::string PointerOver(HWND window) {
+  SetCursor(nullptr);
+  SendMessageW(window, WM_SETCURSOR, reinterpret_cast<WPARAM>(window), MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+  const HCURSOR shown = GetCursor();
+  if (shown == LoadCursorW(nullptr, IDC_ARROW)) return "0";
+  if (shown == LoadCursorW(nullptr, IDC_CROSS)) return "2";
+  ICONINFOEXW info = {};
+  info.cbSize = sizeof info;
+  if (GetIconInfoExW(shown, &info) == FALSE) return "?";
+  DeleteObject(info.hbmMask);
+  DeleteObject(info.hbmColor);
+  for (const IconResource& resource : CursorResources) {
+    if (resource.id == info.wResID) return std::string("99 ") + resource.key;
+  }
+  return "?";
+}
+
+}  // namespace kw::test

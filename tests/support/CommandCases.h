@@ -1,0 +1,232 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kw::test {
+
+// A message box that a command shows; without a title it has the application's name.
+struct CommandBox {
+  std::string prompt;
+  std::string title{};
+};
+
+// What one command does to the scene (see CommandScene.h), whoever runs it.
+struct CommandCase {
+  std::string key;
+  // The bar that carries the key and the tool tip of its button there; empty where no bar shows one.
+  std::string bar{};
+  std::string toolTip{};
+  // What the trace holds behind the bar's handler and the dispatcher.
+  std::vector<std::string> trace{};
+  std::vector<CommandBox> boxes{};
+  // What the engine does between the two halves of the bracket.
+  std::vector<std::string> operations{};
+  // The dialog that asks the user: "Open", "Font", "Printer" or the engine's for that operation.
+  std::string dialog{};
+  // What of the state of the scene is another one afterwards. Everything else stays.
+  std::map<std::string, std::string> changes{};
+};
+
+namespace command_cases {
+
+using Names = std::vector<std::string>;
+
+inline const std::string Strip = "tbrBasicTools";
+inline const std::string Tools = "tbrEditingTools";
+inline const std::string Pattern = "tbrFillPattern";
+inline const std::string More = "tbrMoreTools";
+inline const std::string NoBar;
+
+inline const std::string PendingWork =
+    "Yet to implement : ReCreateUndoFileIndex\r\n"
+    "tmrWatchClipBoard_Timer\r\n"
+    "imgUndoBuffer(i).Picture = Nothing\r\n"
+    "mnuSelectAll_Click\r\n"
+    "mnuMergeDown_Click\r\n"
+    "PrintImageOnSinglePage PicImgBuffer\r\n"
+    "SavePage\r\n"
+    "PicImgBuffer.DrawWidth = sldLineHeight.Value";
+
+// Shows a box and does nothing else.
+inline CommandCase Notice(const char* key, const std::string& bar, const char* toolTip, const char* prompt) {
+  return {.key = key, .bar = bar, .toolTip = toolTip, .boxes = {{prompt}}};
+}
+
+// Makes itself the current tool, which its button has done before it runs.
+inline CommandCase Tool(const char* key, const char* toolTip) {
+  return {.key = key, .bar = Tools, .toolTip = toolTip, .changes = {{"tool", key}}};
+}
+
+// Runs on the engine's picture, inside the bracket.
+inline CommandCase Engine(const char* key, const std::string& bar, const char* toolTip, const Names& operations) {
+  return {.key = key,
+          .bar = bar,
+          .toolTip = toolTip,
+          .trace = {"DoPreCommandProcess", "DoPostCommandProcess", "TransLayers_Change", "UpdateAndZoom"},
+          .boxes = {{"DoPreCommandProcess"}},
+          .operations = operations};
+}
+inline CommandCase Engine(const char* key, const std::string& bar) { return Engine(key, bar, key, {key}); }
+
+// The same, asking for its parameters.
+inline CommandCase Asking(const char* key, const std::string& bar) {
+  CommandCase row = Engine(key, bar);
+  row.dialog = key;
+  return row;
+}
+
+// The same with a page of another size: the layer's height, its width, its picture, then the canvas.
+inline CommandCase Resizing(const char* key, const char* size) {
+  CommandCase row = Asking(key, NoBar);
+  row.trace = {"DoPreCommandProcess", "DoPostCommandProcess", "TransLayers_Change", "TransLayers_Change",
+               "TransLayers_Change",  "UpdateAndZoom",        "picCanvas_Resize",   "SetScrollBalValues"};
+  row.changes = {{"size", size}};
+  return row;
+}
+
+// Turns from page 2 of 3 to another one. No question comes, since nothing counts what was saved.
+inline CommandCase PageTurn(const char* key, const char* toolTip, const char* page) {
+  return {.key = key,
+          .bar = Strip,
+          .toolTip = toolTip,
+          .trace = {"PageIndex_Change", "Get IsSaveButtonEnabled", "Get IsFileChanged", "UnloadLayerItems",
+                    "DoPostCommandProcess", "TransLayers_Change", "UpdateAndZoom"},
+          .changes = {{"page", page}, {key, "off"}, {"Undo", "off"}, {"Redo", "off"}}};
+}
+
+}  // namespace command_cases
+
+// Every command in the order in which a key is compared with them.
+inline std::vector<CommandCase> CommandCases() {
+  using namespace command_cases;
+  return {
+      {.key = "Save", .bar = Strip, .toolTip = "Save File", .trace = {"SavePage"}},
+      {.key = "Print", .bar = Strip, .toolTip = "Print"},
+      {.key = "PrinterSetup", .bar = Strip, .toolTip = "Printer Setup", .dialog = "Printer"},
+      Notice("Clear", Strip, "Clear", "clear"),
+      Notice("Cut", NoBar, "", "cut"),
+      Notice("Copy", Strip, "Copy", "copy"),
+      Notice("Paste", Strip, "Paste", "mnuPasteSelectedArea_Click"),
+      Notice("Undo", Strip, "Undo", "undo"),
+      Notice("Redo", Strip, "Redo", "redo"),
+      {.key = "ZoomIn",
+       .bar = Strip,
+       .toolTip = "Zoom In",
+       .trace = {"ZoomIn", "Let ZoomFactor", "UpdateAndZoom"},
+       .changes = {{"zoom", "150 %"}}},
+      {.key = "ZoomOut",
+       .bar = Strip,
+       .toolTip = "Zoom Out",
+       .trace = {"ZoomOut", "Let ZoomFactor", "UpdateAndZoom"},
+       .changes = {{"zoom", "90 %"}}},
+      {.key = "ShowHideTools",
+       .bar = Strip,
+       .toolTip = "Show/Hide Tools",
+       .trace = {"Get IsToolboxVisible", "Let IsToolboxVisible", "Get IsEditable"},
+       .changes = {{"tool box", "hidden"}}},
+      // The second line of the trace is required as it is.
+      {.key = "ShowHideBackImage",
+       .bar = Strip,
+       .toolTip = "Show/Hide Background Image",
+       .trace = {"Get IsToShowBackImage", "Let IsToolboxVisible", "UpdateAndZoom"},
+       .changes = {{"background", "shown"}}},
+      PageTurn("PrevPage", "Previous Page", "1"),
+      PageTurn("NextPage", "Next Page", "3"),
+      {.key = "SelectScanner", .bar = NoBar, .trace = {"SelectScanner"}},
+      {.key = "Acquire", .bar = NoBar, .trace = {"Acquire"}},
+      Notice("Capture", NoBar, "", "Capture"),
+      Resizing("Rotate", "Size: 16 x 24"),
+      Resizing("Resize", "Size: 12 x 8"),
+      Engine("HorizontalFlip", NoBar),
+      Engine("VerticalFlip", NoBar),
+      Engine("Flip", NoBar, "", {"HorizontalFlip", "VerticalFlip"}),
+      Engine("Erode", NoBar),
+      {.key = "NoTools",
+       .bar = Tools,
+       .toolTip = "Selection",
+       .boxes = {{"NoTools"}},
+       .changes = {{"tool", "NoTools"}}},
+      Tool("Chooser", "Color Picker"),
+      Tool("Fill", "Fill Color"),
+      Tool("Pen", "Pen"),
+      Tool("Text", "Text"),
+      Tool("Line", "Line"),
+      Tool("Rectangle", "Rectangle"),
+      Tool("Circle", "Circle"),
+      Tool("Rubber", "Rubber"),
+      Tool("Image", "Image"),
+      {.key = "Signature",
+       .bar = Tools,
+       .toolTip = "Signature",
+       .trace = {"tbrFillPattern_ButtonClick", "ToolbarButtonClick"},
+       .changes = {{"tool", "Signature"}, {"pattern", "NoFillInside"}}},
+      Tool("Stamp", "Stamp"),
+      {.key = "NoFillInside", .bar = Pattern, .toolTip = "No Fill Inside", .changes = {{"pattern", "NoFillInside"}}},
+      {.key = "FillInside", .bar = Pattern, .toolTip = "Fill Inside"},
+      {.key = "FontSettings", .bar = "tbrFonts", .toolTip = "Font Settings", .dialog = "Font"},
+      Engine("Blur", More),
+      Asking("Colorize", More),
+      Engine("Contrast", More),
+      Engine("Darken", More),
+      Engine("DecreaseBpp", More, "Decrease Bpp", {"DecreaseBpp"}),
+      Engine("Dilate", More),
+      Engine("Dither", More),
+      Engine("Edge", More),
+      Engine("Emboss", More),
+      Engine("GrayScale", More, "Grayscale", {"GrayScale"}),
+      Engine("IncreaseBpp", More, "Increase Bpp", {"IncreaseBpp"}),
+      Engine("Invert", More),
+      Engine("Lighten", More),
+      Asking("Option", More),
+      Engine("Soften", More),
+      Engine("Sharpen", More),
+      Asking("Threshold", More),
+      {.key = "Open",
+       .bar = "tbrOpenFile",
+       .toolTip = "Open File",
+       .trace = {"OpenFile", "UnloadLayerItems", "Let IsFileChanged", "TransLayers_Change", "PageIndex_Change",
+                 "UnloadLayerItems", "DoPostCommandProcess", "TransLayers_Change", "UpdateAndZoom",
+                 "DoPostCommandProcess", "TransLayers_Change", "UpdateAndZoom"},
+       .boxes = {{PendingWork}},
+       .dialog = "Open",
+       .changes = {{"page", "1"},
+                   {"Save", "off"},
+                   {"PrevPage", "off"},
+                   {"NextPage", "off"},
+                   {"Undo", "off"},
+                   {"Redo", "off"}}},
+  };
+}
+
+// Keys that name no command: unknown, in another case, with a blank, empty.
+inline std::vector<CommandCase> OtherKeys() {
+  std::vector<CommandCase> rows;
+  for (const char* key : {"Merge", "save", "OPEN", "noTools", "Save ", " ", ""}) {
+    rows.push_back({.key = key,
+                    .bar = {},
+                    .toolTip = {},
+                    .boxes = {{"ToolBar '" + std::string(key), "' not implemented yet ..."}}});
+  }
+  return rows;
+}
+
+// The pointer over the canvas while a tool is pressed: its number and, for 99, the icon.
+inline std::string PointerOf(const std::string& tool) {
+  if (tool == "NoTools") return "0";
+  for (const char* crossing : {"Circle", "Image", "Line", "Rectangle", "Signature"}) {
+    if (tool == crossing) return "2";
+  }
+  return "99 " + tool + ".Ico";
+}
+
+// The state after a command.
+inline std::map<std::string, std::string> After(const CommandCase& row, std::map<std::string, std::string> before) {
+  for (const auto& [what, value] : row.changes) before[what] = value;
+  before["pointer"] = PointerOf(before["tool"]);
+  return before;
+}
+
+}  // namespace kw::test
