@@ -1,5 +1,7 @@
 #include "activex/CommandFixture.h"
 
+#include <commctrl.h>
+
 #include <algorithm>
 
 #include "activex/BoxAnswerer.h"
@@ -60,6 +62,7 @@ void CommandTest::SetUp() {
   control->put_SignatureFilePath(Text(scratch.File(L"sign.bmp")));
   PumpMessages(1300);  // the default tools are chosen a second later
   control->put_IsEditable(VARIANT_TRUE);
+  control->put_IsToAllowChooseColor(VARIANT_TRUE);
   control->put_IsFileChanged(VARIANT_TRUE);
   buttons = ToolBarButtons(container.ControlWindow());
   Button("Next Page").Click();
@@ -96,37 +99,27 @@ void CommandTest::SetScene() {
   Button("Fill Inside").Click();
   control->put_IsToolboxVisible(VARIANT_TRUE);
   control->put_IsToShowBackImage(VARIANT_FALSE);
-  if (TextWith("%") == "150 %") Button("Zoom Out").Click();
-  if (TextWith("%") == "90 %") Button("Zoom In").Click();
+  if (ComboText(true) == "150 %") Button("Zoom Out").Click();
+  if (ComboText(true) == "90 %") Button("Zoom In").Click();
   // Page 2 as its file has it.
-  if (!Button("Previous Page").IsEnabled()) return Button("Next Page").Click();
-  Button("Previous Page").Click();
-  if (Button("Previous Page").IsEnabled()) return;
-  Button("Next Page").Click();
+  if (ComboText(false) != "1") Button("Previous Page").Click();
+  if (ComboText(false) == "1") Button("Next Page").Click();
 }
 
-// The text of the window that has this in it.
-std::string CommandTest::TextWith(const std::string& part) const {
-  struct Search {
-    std::string part;
-    std::string text;
-  } search{part, {}};
-  EnumChildWindows(
-      container.ControlWindow(),
-      [](HWND window, LPARAM parameter) WINAPI -> BOOL {
-        auto& asked = *reinterpret_cast<Search*>(parameter);
-        const std::string text = TitleOf(window);
-        if (text.find(asked.part) != std::string::npos) asked.text = text;
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&search));
-  return search.text;
-}
-
-std::string CommandTest::Page() const {
-  const bool hasEarlier = Button("Previous Page").IsEnabled();
-  const bool hasLater = Button("Next Page").IsEnabled();
-  return hasEarlier ? (hasLater ? "2" : "3") : "1";
+// What the combo shows whose texts do, or do not, end in a percent sign.
+std::string CommandTest::ComboText(bool isZoom) const {
+  for (const HWND combo : ChildWindows(container.ControlWindow(), WC_COMBOBOXEXW)) {
+    wchar_t text[40] = {};
+    COMBOBOXEXITEMW item = {};
+    item.mask = CBEIF_TEXT;
+    item.iItem = SendMessageW(combo, CB_GETCURSEL, 0, 0);
+    item.pszText = text;
+    item.cchTextMax = 40;
+    SendMessageW(combo, CBEM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
+    const std::string shown = Narrow(text);
+    if (shown.ends_with('%') == isZoom) return shown;
+  }
+  return {};
 }
 
 // The canvas is what lies in the largest of the windows that the control's own window holds.
@@ -144,7 +137,7 @@ HWND CommandTest::Canvas() const {
 }
 
 CommandTest::State CommandTest::Look() const {
-  State state{{"page", Page()}, {"zoom", TextWith("%")}, {"pointer", PointerOver(Canvas())}};
+  State state{{"page", ComboText(false)}, {"zoom", ComboText(true)}, {"pointer", PointerOver(Canvas())}};
   for (const CommandCase& row : CommandCases()) {
     if (row.bar.empty()) continue;
     const ToolBarButton& button = Button(row.toolTip);

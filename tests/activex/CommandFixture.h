@@ -48,8 +48,7 @@ protected:
   std::map<std::string, ToolBarButton> buttons;
 
 private:
-  std::string TextWith(const std::string& part) const;
-  std::string Page() const;
+  std::string ComboText(bool isZoom) const;
   HWND Canvas() const;
 };
 

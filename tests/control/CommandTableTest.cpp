@@ -141,7 +141,7 @@ TEST_P(CommandTable, DoesAllThatItsRowSaysAndNothingElse) {
   EXPECT_EQ(desktop.boxes, boxes);
   ExpectDialog(row);
   ExpectPicture(row);
-  EXPECT_EQ(Look(), After(row, before));
+  EXPECT_EQ(Differences(Look(), After(row, before)), Names{});
   EXPECT_EQ(desktop.endsOfJob, row.key == "Print" ? 1 : 0);
   EXPECT_EQ(control->OpenedDocument().FirstFilePath(), row.key == "Open" ? chosen : document);
   EXPECT_EQ(Form().TransLayers.UBound(), 1);

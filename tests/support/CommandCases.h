@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -29,6 +30,8 @@ struct CommandCase {
   // What of the state of the scene is another one afterwards. Everything else stays.
   std::map<std::string, std::string> changes{};
 };
+
+inline void PrintTo(const CommandCase& row, std::ostream* out) { *out << '"' << row.key << '"'; }
 
 namespace command_cases {
 
@@ -220,6 +223,18 @@ inline std::string PointerOf(const std::string& tool) {
     if (tool == crossing) return "2";
   }
   return "99 " + tool + ".Ico";
+}
+
+// Where two states differ, as "what: is, not expected".
+inline std::vector<std::string> Differences(const std::map<std::string, std::string>& state,
+                                            const std::map<std::string, std::string>& expected) {
+  std::vector<std::string> differences;
+  for (const auto& [what, value] : expected) {
+    const auto found = state.find(what);
+    const std::string is = found == state.end() ? "nothing" : found->second;
+    if (is != value) differences.push_back(what + ": " + is + ", not " + value);
+  }
+  return differences;
 }
 
 // The state after a command.
