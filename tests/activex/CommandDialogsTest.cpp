@@ -143,6 +143,7 @@ struct Moment {
 
 class WhileABoxIsUp : public CommandDialogs, public testing::WithParamInterface<Moment> {
 protected:
+  WhileABoxIsUp() { waitsForTools = false; }
   // Runs the command with an act of the host inside it.
   void RunWith(const std::function<void()>& act) {
     const MainThread mainThread;
@@ -163,6 +164,8 @@ TEST_P(WhileABoxIsUp, TheHostMayDestroyTheControlAndItsWindow) {
     container.LetGo();
     control.Reset();
     container.DestroyWindowNow();
+    // The loop of a box that went with its owner looks for that when a message comes, as one always does in a program.
+    PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
   });
   PumpMessages(50);
   EXPECT_TRUE(Ocx::CanUnload()) << "the control is still alive";

@@ -44,6 +44,8 @@ protected:
   // be a modal box of the host's window.
   Names Run(const std::string& toolTip, const std::function<void(HWND box)>& beforeAnswer = {});
 
+  // For the default tools, which are chosen a second after a document was opened.
+  bool waitsForTools = true;
   StrictContainer container;
   std::map<std::string, ToolBarButton> buttons;
 
