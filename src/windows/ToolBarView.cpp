@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cwchar>
+#include <utility>
 
 #include "windows/Gdi.h"
 #include "windows/Pane.h"
@@ -167,11 +168,31 @@ void ToolBarView::AddButtons(const std::vector<RECT>& places, const std::vector<
   shownStates = states;
 }
 
+// What a click runs may take the window down, which the system's code for a message does not survive: a click that it
+// tells of waits until that code is through.
+LRESULT ToolBarView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  ++messagesUnderWay;
+  const LRESULT result = ControlView::OnMessage(message, wParam, lParam);
+  --messagesUnderWay;
+  if (messagesUnderWay > 0 || clicked == 0) return result;
+  const WORD id = std::exchange(clicked, WORD{0});
+  if (IsAttached()) Click(id);
+  return result;
+}
+
 void ToolBarView::OnCommand(WORD, WORD id) {
+  if (messagesUnderWay > 0)
+    clicked = id;
+  else
+    Click(id);
+}
+
+void ToolBarView::Click(WORD id) {
   const auto index = static_cast<std::size_t>(id) - 1;
   if (index >= bar.Buttons().size()) return;
   // The system has toggled a check button by itself; what the model makes of the click counts.
-  if (bar.Buttons()[index].style != ButtonStyle::Push) shownStates[index] ^= TBSTATE_CHECKED;
+  const auto checked = static_cast<unsigned>(SendMessageW(Handle(), TB_GETSTATE, id, 0)) & TBSTATE_CHECKED;
+  shownStates[index] = static_cast<BYTE>((shownStates[index] & ~unsigned{TBSTATE_CHECKED}) | checked);
   const std::string key = bar.Buttons()[index].key;
   bar.UserClick(key);
   if (IsAttached()) ShowButtons();

@@ -17,6 +17,7 @@ public:
 
   void OnCommand(WORD notification, WORD id) override;
   LRESULT OnNotify(NMHDR& header) override;
+  LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
 private:
   HWND Create(HWND parent) override;
@@ -27,8 +28,12 @@ private:
   std::vector<BYTE> States(const std::vector<RECT>& places) const;
   void AddButtons(const std::vector<RECT>& places, const std::vector<BYTE>& states);
 
+  void Click(WORD id);
+
   ToolBar& bar;
   std::vector<BYTE> shownStates;
+  int messagesUnderWay = 0;
+  WORD clicked = 0;  // the button that waits; 0: none
 };
 
 }  // namespace kw::windows

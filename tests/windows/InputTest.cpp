@@ -53,6 +53,41 @@ TEST(Input, ACheckButtonShowsWhatTheModelMadeOfTheClick) {
   EXPECT_NE(SendMessageW(WindowOf(form.bar), TB_ISBUTTONCHECKED, 5, 0), 0);
 }
 
+TEST(Input, ACommandWithoutTheMousePressesItsButtonToo) {
+  TestForm form;
+  for (const int id : {2, 3, 3}) {
+    SendMessageW(GetParent(WindowOf(form.tools)), WM_COMMAND, static_cast<WPARAM>(id),
+                 reinterpret_cast<LPARAM>(WindowOf(form.tools)));
+    for (int button = 1; button <= 8; ++button) {
+      EXPECT_EQ(SendMessageW(WindowOf(form.tools), TB_ISBUTTONCHECKED, static_cast<WPARAM>(button), 0) != 0,
+                button == id);
+    }
+  }
+}
+
+bool isBarThrough = false;
+
+LRESULT CALLBACK WatchForTheEndOfAClick(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR) {
+  if (message == WM_NOTIFY && reinterpret_cast<const NMHDR*>(lParam)->code == static_cast<UINT>(NM_CLICK)) {
+    isBarThrough = true;
+  }
+  return DefSubclassProc(window, message, wParam, lParam);
+}
+
+// The system tells of the end of a click behind the command, still from within the bar.
+TEST(Input, AClickRunsWhenTheBarItselfIsThroughWithIt) {
+  TestForm form;
+  isBarThrough = false;
+  bool wasThrough = false;
+  form.bar.ButtonClick.Connect([&](const std::string&) { wasThrough = isBarThrough; });
+  const HWND holder = GetParent(WindowOf(form.bar));
+  SetWindowSubclass(holder, &WatchForTheEndOfAClick, 77, 0);
+  ClickAt(WindowOf(form.bar), 10, 10);
+  RemoveWindowSubclass(holder, &WatchForTheEndOfAClick, 77);
+  EXPECT_TRUE(isBarThrough);
+  EXPECT_TRUE(wasThrough);
+}
+
 TEST(Input, APressedGroupButtonStaysPressedWhenItIsClickedAgain) {
   TestForm form;
   RECT place = {};
