@@ -15,6 +15,9 @@
 namespace kw::windows {
 namespace {
 
+// What a tool bar adds to a picture's size for its button, half of it before the picture, whatever size is asked for.
+constexpr SIZE ToolBarPadding = {8, 6};
+
 constexpr int CursorSizes[] = {32, 48, 64};
 
 using IconPixels = std::vector<std::uint32_t>;  // a square; rows downward, straight alpha
@@ -65,14 +68,14 @@ std::optional<IconPixels> ReadIcon(int id, int side) {
   return pixels;
 }
 
-// An image list of these icons.
-HIMAGELIST MakeList(const std::vector<IconPixels>& icons, int side) {
+// An image list of these icons, in the middle of cells.
+HIMAGELIST MakeList(const std::vector<IconPixels>& icons, int side, SIZE cell) {
   const int count = static_cast<int>(icons.size());
-  const HIMAGELIST list = ImageList_Create(side, side, ILC_COLOR32, count, 1);
+  const HIMAGELIST list = ImageList_Create(cell.cx, cell.cy, ILC_COLOR32, count, 1);
   BITMAPINFO info = {};
   info.bmiHeader.biSize = sizeof info.bmiHeader;
-  info.bmiHeader.biWidth = side * count;
-  info.bmiHeader.biHeight = -side;
+  info.bmiHeader.biWidth = cell.cx * count;
+  info.bmiHeader.biHeight = -cell.cy;
   info.bmiHeader.biPlanes = 1;
   info.bmiHeader.biBitCount = 32;
   info.bmiHeader.biCompression = BI_RGB;
@@ -81,9 +84,12 @@ HIMAGELIST MakeList(const std::vector<IconPixels>& icons, int side) {
   if (strip == nullptr) return list;
   auto* const pixels = static_cast<std::uint32_t*>(bits);
   const auto width = static_cast<std::size_t>(side);
+  const auto cellWidth = static_cast<std::size_t>(cell.cx);
+  const std::size_t left = (cellWidth - width) / 2;
+  const std::size_t top = (static_cast<std::size_t>(cell.cy) - width) / 2;
   for (std::size_t i = 0; i < icons.size(); ++i) {
     for (std::size_t y = 0; y < width; ++y) {
-      std::copy_n(&icons[i][y * width], width, pixels + (y * icons.size() + i) * width);
+      std::copy_n(&icons[i][y * width], width, pixels + ((y + top) * icons.size() + i) * cellWidth + left);
     }
   }
   ImageList_Add(list, strip, nullptr);
@@ -134,7 +140,11 @@ const wchar_t* SystemCursorOf(MousePointer pointer) {
 
 }  // namespace
 
-Images::Images(const Scale& scale) : size(Fitting(IconSizes, scale)), cursorSize(Fitting(CursorSizes, scale)) {}
+Images::Images(const Scale& scale)
+    : size(Fitting(IconSizes, scale)),
+      cellSize{scale.LengthOnDevice(ButtonSize) - ToolBarPadding.cx,
+               scale.LengthOnDevice(ButtonSize) - ToolBarPadding.cy},
+      cursorSize(Fitting(CursorSizes, scale)) {}
 
 Images::~Images() {
   if (normal != nullptr) ImageList_Destroy(normal);
@@ -153,11 +163,11 @@ void Images::Fill() const {
     indexes[resource.key] = static_cast<int>(icons.size());
     icons.push_back(*icon);
   }
-  normal = MakeList(icons, size);
+  normal = MakeList(icons, size, cellSize);
   for (IconPixels& icon : icons) {
     for (std::uint32_t& pixel : icon) pixel = Disable(pixel);
   }
-  disabled = MakeList(icons, size);
+  disabled = MakeList(icons, size, cellSize);
 }
 
 HIMAGELIST Images::Normal() const {
@@ -174,6 +184,11 @@ int Images::IndexOf(const std::string& key) const {
   Fill();
   const auto found = indexes.find(key);
   return found == indexes.end() ? 0 : found->second;
+}
+
+void Images::Draw(HDC context, const RECT& place, const std::string& key, bool isEnabled) const {
+  ImageList_Draw(isEnabled ? Normal() : Disabled(), IndexOf(key), context, (place.left + place.right - cellSize.cx) / 2,
+                 (place.top + place.bottom - cellSize.cy) / 2, ILD_TRANSPARENT);
 }
 
 HCURSOR Images::CursorOf(MousePointer pointer, const std::string& icon) const {

@@ -36,10 +36,7 @@ void RaisedPictureView::Draw(const Look& look, const RECT& place, const RaisedPi
     return;
   }
   DrawRaised(look.context, place);
-  if (picture.Picture().empty()) return;
-  ImageList_Draw(look.images.Normal(), look.images.IndexOf(picture.Picture()), look.context,
-                 (place.left + place.right - look.images.Size()) / 2,
-                 (place.top + place.bottom - look.images.Size()) / 2, ILD_TRANSPARENT);
+  if (!picture.Picture().empty()) look.images.Draw(look.context, place, picture.Picture(), true);
 }
 
 void RaisedPictureView::Paint(HDC context, const RECT& client) {

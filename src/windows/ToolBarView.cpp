@@ -14,7 +14,7 @@ namespace {
 // Sizes on the screen.
 struct Sizes {
   explicit Sizes(const Scale& scale)
-      : button(scale.LengthOnDevice(24)),
+      : button(scale.LengthOnDevice(Images::ButtonSize)),
         gap(scale.LengthOnDevice(8)),
         textMargin(scale.LengthOnDevice(6)),
         imageRoom(scale.LengthOnDevice(20)) {}
@@ -212,16 +212,14 @@ LRESULT ToolBarView::OnNotify(NMHDR& header) {
 void ToolBarView::Draw(const Look& look, const RECT& place, const ToolBar& bar) {
   const Sizes sizes(look.scale);
   const std::vector<RECT> places = LayOut(bar, kw::windows::WidthOf(place), sizes, look.context);
-  const int margin = (sizes.button - look.images.Size()) / 2;
   for (std::size_t i = 0; i < places.size(); ++i) {
     const ToolBar::Button& button = bar.Buttons()[i];
     if (!button.visible || button.style == ButtonStyle::Separator) continue;
     RECT own = places[i];
     if (button.pressed) DrawEdge(look.context, &own, BDR_SUNKENOUTER, BF_RECT);
     if (!button.image.empty()) {
-      const HIMAGELIST list = bar.Enabled() && button.enabled ? look.images.Normal() : look.images.Disabled();
-      ImageList_Draw(list, look.images.IndexOf(button.image), look.context, own.left + margin, own.top + margin,
-                     ILD_TRANSPARENT);
+      const RECT square = {own.left, own.top, own.left + sizes.button, own.top + sizes.button};
+      look.images.Draw(look.context, square, button.image, bar.Enabled() && button.enabled);
     }
     if (button.caption.empty()) continue;
     const std::wstring text = ToWide(button.caption);

@@ -63,7 +63,33 @@ TEST(ScaledViews, PlacesAreScaledWithoutGaps) {
   EXPECT_EQ(PlaceOf(WindowOf(form.bar)).left, 6) << "inside a container that measures in twips";
 }
 
-TEST(ScaledViews, ToolBarsHaveLargerButtonsAndPictures) {
+RECT ButtonAt(const ToolBar& bar, int index) {
+  RECT place = {};
+  SendMessageW(WindowOf(bar), TB_GETITEMRECT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&place));
+  return place;
+}
+
+// What the pictures of a bar's first buttons cover, as if the buttons lay on each other.
+RECT PictureArea(const ToolBar& bar, int buttons) {
+  const HWND window = WindowOf(bar);
+  Paint(window);
+  const RECT first = ButtonAt(bar, 0);
+  const COLORREF ground = PixelOf(window, first.left + 1, first.top + 1);
+  RECT area = {};
+  for (int i = 0; i < buttons; ++i) {
+    const RECT button = ButtonAt(bar, i);
+    for (int y = 0; y < button.bottom - button.top; ++y) {
+      for (int x = 0; x < button.right - button.left; ++x) {
+        if (PixelOf(window, button.left + x, button.top + y) == ground) continue;
+        const RECT pixel = {x, y, x + 1, y + 1};
+        UnionRect(&area, &area, &pixel);
+      }
+    }
+  }
+  return area;
+}
+
+TEST(ScaledViews, ToolBarsHaveLargerButtonsWithLargerPicturesInTheirMiddle) {
   struct Row {
     std::int32_t dpi;
     int button;
@@ -71,20 +97,27 @@ TEST(ScaledViews, ToolBarsHaveLargerButtonsAndPictures) {
   };
   for (const Row& row : {Row{96, 24, 16}, Row{120, 30, 20}, Row{144, 36, 24}, Row{192, 48, 32}}) {
     const TestForm form{Scale(row.dpi)};
-    RECT place = {};
-    SendMessageW(WindowOf(form.tools), TB_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&place));
-    EXPECT_EQ(place.right - place.left, row.button);
-    EXPECT_EQ(place.bottom - place.top, row.button);
-    const auto list = reinterpret_cast<HIMAGELIST>(SendMessageW(WindowOf(form.tools), TB_GETIMAGELIST, 0, 0));
-    int width = 0;
-    int height = 0;
-    ImageList_GetIconSize(list, &width, &height);
-    EXPECT_EQ(width, row.picture);
-    EXPECT_EQ(height, row.picture);
-    // Six in a row, as at 96 pixels to the inch.
-    SendMessageW(WindowOf(form.tools), TB_GETITEMRECT, 6, reinterpret_cast<LPARAM>(&place));
-    EXPECT_EQ(place.left, 0);
-    EXPECT_EQ(place.top, row.button);
+    const RECT first = ButtonAt(form.tools, 0);
+    EXPECT_EQ(first.right - first.left, row.button);
+    EXPECT_EQ(first.bottom - first.top, row.button);
+    EXPECT_EQ(ButtonAt(form.tools, 6).left, 0) << "six in a row, as at 96 pixels to the inch";
+    EXPECT_EQ(ButtonAt(form.tools, 6).top, row.button);
+    const RECT area = PictureArea(form.tools, 6);
+    const int margin = (row.button - row.picture) / 2;
+    EXPECT_GE(area.left, margin) << row.dpi;
+    EXPECT_GE(area.top, margin) << row.dpi;
+    EXPECT_LE(area.right, row.button - margin) << row.dpi;
+    EXPECT_LE(area.bottom, row.button - margin) << row.dpi;
+    EXPECT_GT(area.right - area.left, row.picture * 3 / 4) << row.dpi;
+    EXPECT_GT(area.bottom - area.top, row.picture * 3 / 4) << row.dpi;
+  }
+}
+
+TEST(ScaledViews, ButtonsWithACaptionAreAsHighAsThoseWithout) {
+  for (const std::int32_t dpi : {96, 144, 192}) {
+    const TestForm form{Scale(dpi)};
+    const RECT caption = ButtonAt(form.bar, 5);
+    EXPECT_EQ(caption.bottom - caption.top, 24 * dpi / 96);
   }
 }
 
