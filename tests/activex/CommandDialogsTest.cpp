@@ -5,6 +5,7 @@
 #include <dlgs.h>
 #include <winspool.h>
 
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>
@@ -144,13 +145,14 @@ struct Moment {
 class WhileABoxIsUp : public CommandDialogs, public testing::WithParamInterface<Moment> {
 protected:
   WhileABoxIsUp() { waitsForTools = false; }
-  // Runs the command with an act of the host inside it.
-  void RunWith(const std::function<void()>& act) {
+  // Runs the command with an act of the host inside it; one that shows boxes itself is posted, so that they can be
+  // answered.
+  void RunWith(const std::function<void()>& act, bool isPosted = false) {
     const MainThread mainThread;
     int boxes = 0;
     const BoxAnswerer user([&](HWND box) {
       const bool isOfCommonDialog = TitleOf(box) == "Open" || TitleOf(box) == "Font";
-      if (++boxes == GetParam().box) mainThread.Run(act);
+      if (++boxes == GetParam().box) isPosted ? mainThread.Post(act) : mainThread.Run(act);
       if (isOfCommonDialog) Cancel(box);
     });
     Button(GetParam().toolTip).Click();
@@ -192,6 +194,15 @@ TEST_P(WhileABoxIsUp, TheHostMaySwitchEverythingOff) {
   });
   control->put_Enabled(VARIANT_TRUE);
   control->put_IsEditable(VARIANT_TRUE);
+  EXPECT_EQ(Run("Clear"), Names{"test_activex: clear"});
+}
+
+TEST_P(WhileABoxIsUp, TheHostMayOpenAnotherDocument) {
+  SavePicture(ScenePage(7), "other.bmp");
+  RunWith([&] { control->OpenFile(Text(scratch.File(L"other.bmp"))); }, true);
+  EXPECT_NE(std::ranges::find(sink.events, "PageChanged(0)"), sink.events.end());
+  control->put_Enabled(VARIANT_TRUE);
+  EXPECT_EQ(Look().at("page"), "1");
   EXPECT_EQ(Run("Clear"), Names{"test_activex: clear"});
 }
 

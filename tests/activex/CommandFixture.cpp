@@ -173,14 +173,15 @@ CommandTest::Names CommandTest::Trace() const {
 }
 
 // Clicks the button and answers what comes up; the boxes as they were shown.
-CommandTest::Names CommandTest::Run(const std::string& toolTip, const std::function<void(HWND)>& beforeAnswer) {
+CommandTest::Names CommandTest::Run(const std::string& toolTip, const std::function<void(HWND)>& beforeAnswer,
+                                    Way way) {
   ForgetTrace();
   const BoxAnswerer user([&](HWND box) {
     EXPECT_EQ(GetWindow(box, GW_OWNER), container.Window()) << "a box belongs to the host's window";
     EXPECT_EQ(IsWindowEnabled(container.Window()), FALSE) << "a box is modal";
     if (beforeAnswer) beforeAnswer(box);
   });
-  Button(toolTip).Click();
+  (Button(toolTip).*way)();
   return user.Boxes();
 }
 

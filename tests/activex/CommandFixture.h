@@ -40,9 +40,11 @@ protected:
   // Without what the system sends whenever it likes: paints and moves of the mouse.
   Names Trace() const;
 
-  // Clicks the button and answers what comes up with OK, after `beforeAnswer`; the boxes as "title: text". Each has to
-  // be a modal box of the host's window.
-  Names Run(const std::string& toolTip, const std::function<void(HWND box)>& beforeAnswer = {});
+  using Way = void (ToolBarButton::*)() const;
+  // Runs the button's command and answers what comes up with OK, after `beforeAnswer`; the boxes as "title: text". Each
+  // has to be a modal box of the host's window.
+  Names Run(const std::string& toolTip, const std::function<void(HWND box)>& beforeAnswer = {},
+            Way way = &ToolBarButton::Click);
 
   // For the default tools, which are chosen a second after a document was opened.
   bool waitsForTools = true;

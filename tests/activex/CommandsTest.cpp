@@ -13,9 +13,12 @@
 namespace kw::test {
 namespace {
 
-using ToolBarCommands = CommandTest;
+class ToolBarCommands : public CommandTest {
+protected:
+  void RunAll(Way way);
+};
 
-TEST_F(ToolBarCommands, OfEveryButtonDoWhatTheirRowsSay) {
+void ToolBarCommands::RunAll(Way way) {
   const Names apart{"PrinterSetup", "FontSettings", "Open", "Undo", "Redo"};  // tested below
   int count = 0;
   for (const CommandCase& row : CommandCases()) {
@@ -26,7 +29,7 @@ TEST_F(ToolBarCommands, OfEveryButtonDoWhatTheirRowsSay) {
     const State before = Look();
     ASSERT_EQ(before.at("page"), "2");
     ASSERT_EQ(before.at(row.key), "on");
-    Names boxes = Run(row.toolTip);
+    Names boxes = Run(row.toolTip, {}, way);
     Names trace{row.bar + "_ButtonClick", "ToolbarButtonClick"};
     trace.insert(trace.end(), row.trace.begin(), row.trace.end());
     EXPECT_EQ(Trace(), trace);
@@ -45,17 +48,24 @@ TEST_F(ToolBarCommands, OfEveryButtonDoWhatTheirRowsSay) {
   EXPECT_EQ(count, 42);
 }
 
+TEST_F(ToolBarCommands, DoWhatTheirRowsSayWhenTheirButtonsAreClicked) { RunAll(&ToolBarButton::Click); }
+TEST_F(ToolBarCommands, DoWhatTheirRowsSayWhenTheirButtonsCommandsArePosted) { RunAll(&ToolBarButton::Post); }
+
 TEST_F(ToolBarCommands, OfADisabledButtonDoNotRun) {
   for (const char* toolTip : {"Undo", "Redo"}) {
     EXPECT_TRUE(Button(toolTip).IsShown());
     EXPECT_FALSE(Button(toolTip).IsEnabled());
-    EXPECT_EQ(Run(toolTip), Names{});
-    EXPECT_EQ(Trace(), Names{});
+    for (const Way way : {&ToolBarButton::Click, &ToolBarButton::Post}) {
+      EXPECT_EQ(Run(toolTip, {}, way), Names{});
+      EXPECT_EQ(Trace(), Names{});
+    }
   }
   control->put_IsEditable(VARIANT_FALSE);
   for (const char* toolTip : {"Save File", "Clear", "Zoom In", "Next Page"}) {
-    EXPECT_EQ(Run(toolTip), Names{});
-    EXPECT_EQ(Trace(), Names{});
+    for (const Way way : {&ToolBarButton::Click, &ToolBarButton::Post}) {
+      EXPECT_EQ(Run(toolTip, {}, way), Names{});
+      EXPECT_EQ(Trace(), Names{});
+    }
   }
 }
 

@@ -34,6 +34,11 @@ void ToolBarButton::Click() const {
   SendMessageW(bar, WM_LBUTTONUP, 0, middle);
 }
 
+void ToolBarButton::Post() const {
+  PostMessageW(GetParent(bar), WM_COMMAND, static_cast<WPARAM>(id), reinterpret_cast<LPARAM>(bar));
+  PumpMessages();
+}
+
 bool ToolBarButton::IsShown() const { return IsWindowVisible(bar) != FALSE && (StateOf(*this) & TBSTATE_HIDDEN) == 0; }
 
 bool ToolBarButton::IsEnabled() const {

@@ -15,6 +15,8 @@ struct ToolBarButton {
 
   // As the mouse does it, on whatever of the button shows.
   void Click() const;
+  // As a program does it that knows the button's command: by a message to the bar's parent.
+  void Post() const;
   bool IsShown() const;
   bool IsEnabled() const;
   bool IsPressed() const;
