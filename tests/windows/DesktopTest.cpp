@@ -2,57 +2,23 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <ctime>
 #include <fstream>
-#include <thread>
+#include <vector>
 
 #include "components/RunTimeError.h"
 #include "components/Timer.h"
+#include "windows/Answerer.h"
 #include "windows/TestForm.h"
 #include "windows/Text.h"
+#include "windows/TextDrawing.h"
 
 namespace kw::test {
 namespace {
 
 using windows::WindowsDesktop;
-
-// Answers the next message box of that title from another thread, as a user does. Says what it held.
-class Answerer {
-public:
-  Answerer(std::wstring title, WPARAM answer)
-      : thread([this, title = std::move(title), answer] {
-          for (int i = 0; i < 500; ++i) {
-            const HWND box = FindWindowW(L"#32770", title.c_str());
-            if (box != nullptr && IsWindowVisible(box) != FALSE) {
-              owner = GetWindow(box, GW_OWNER);
-              hasCancel = GetDlgItem(box, IDCANCEL) != nullptr;
-              PostMessageW(box, WM_COMMAND, answer, 0);
-              return;
-            }
-            Sleep(10);
-          }
-        }) {}
-  Answerer(const Answerer&) = delete;
-  Answerer& operator=(const Answerer&) = delete;
-  ~Answerer() { thread.join(); }
-
-  HWND owner = nullptr;
-  bool hasCancel = false;
-
-private:
-  std::thread thread;
-};
-
-class OwnedDesktop : public WindowsDesktop {
-public:
-  explicit OwnedDesktop(HWND window) : owner(window) {}
-
-protected:
-  HWND DialogOwner() const override { return owner; }
-
-private:
-  HWND owner;
-};
 
 TEST(Desktop, AMessageBoxBelongsToTheTopLevelWindowAndReturnsTheAnswer) {
   TestForm form;
@@ -178,6 +144,17 @@ TEST(Desktop, ATextIsMeasuredWithItsLinesAndItsFont) {
   Font large = font;
   large.size = 24;
   EXPECT_NEAR(desktop.MeasureText("Approved", large, 0).width, 2 * word.width, 4);
+}
+
+TEST(Desktop, ATextInAFontThatIsNotInstalledHasAnotherOne) {
+  WindowsDesktop desktop;
+  const TextExtent word = desktop.MeasureText("Approved", {.name = "No Such Font", .size = 12}, 0);
+  EXPECT_GT(word.width, 40);
+  EXPECT_NEAR(word.height, 18, 6);
+  const PixelRect area{0, 0, 100, 30};
+  CoverageMask mask{area, std::vector<std::uint8_t>(3000)};
+  windows::GdiTextRenderer().Render({"Approved", {.name = "No Such Font", .size = 12}}, area, mask);
+  EXPECT_GT(std::ranges::count(mask.coverage, 255), 20);
 }
 
 TEST(Desktop, PicturesComeFromTheLoaderAndMissingFilesAreNotFound) {
