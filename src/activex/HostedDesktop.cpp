@@ -12,6 +12,24 @@ Bitmap LoadWithEngine(const std::string& path) {
   return engine.Current();
 }
 
+// When a dialog goes, the system gives the keyboard to the window that owned it. It belongs to the control's window
+// that had it before; a host that sees to that itself has done so by then.
+class KeptFocus {
+public:
+  explicit KeptFocus(const InPlaceActivation& activation) : place(activation), focus(GetFocus()) {}
+  KeptFocus(const KeptFocus&) = delete;
+  KeptFocus& operator=(const KeptFocus&) = delete;
+  ~KeptFocus() {
+    const HWND window = place.Window();
+    const bool isOurs = window != nullptr && (focus == window || IsChild(window, focus) != FALSE);
+    if (isOurs && GetFocus() == GetAncestor(window, GA_ROOT)) SetFocus(focus);
+  }
+
+private:
+  const InPlaceActivation& place;
+  HWND focus;
+};
+
 }  // namespace
 
 HostedDesktop::HostedDesktop(Lifetime& calling, InPlaceActivation& activation)
@@ -25,8 +43,9 @@ HWND HostedDesktop::DialogOwner() const {
 
 std::shared_ptr<void> HostedDesktop::EnterDialog() {
   struct WhileUp {
-    WhileUp(Lifetime& life, const InPlaceActivation& place) : outgoing(life), modal(place) {}
+    WhileUp(Lifetime& life, const InPlaceActivation& place) : outgoing(life), focus(place), modal(place) {}
     const Lifetime::Outgoing outgoing;
+    const KeptFocus focus;
     const InPlaceActivation::Modal modal;
   };
   return std::make_shared<WhileUp>(life, place);

@@ -44,10 +44,10 @@ DrawingTools::DrawingTools(Desktop& platform, EditorForm& editorForm, Trap& erro
 }
 
 void DrawingTools::picCanvas_MouseDown(std::int16_t button, std::int16_t shift, float x, float y) {
-  if (button != Mouse::LeftButton && button != Mouse::RightButton) return;
   Procedure run(trap);
   // Another button in the middle of a drag ends it without a result.
   run([&] { layers.AbandonDrag(); });
+  if (button != Mouse::LeftButton && button != Mouse::RightButton) return;
   const auto layer = run.Ask<std::int16_t>([&] { return LayerAt(x, y); }, 0);
   if (layer != 0) {
     run([&] { layers.ZOrder().BringToFront(layer); });

@@ -61,6 +61,13 @@ LRESULT PictureBoxView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       if (SetPointerOf(box)) return TRUE;
       break;
     }
+    case WM_KILLFOCUS: {
+      // A drag does not outlast the turn of its window: a box or another program has the user now.
+      const auto next = reinterpret_cast<HWND>(wParam);
+      const bool isLeaving = next == nullptr || GetAncestor(next, GA_ROOT) != GetAncestor(Handle(), GA_ROOT);
+      if (isHolding && isLeaving) ReleaseCapture();
+      break;
+    }
     case WM_GETDLGCODE:
       return DLGC_WANTARROWS | DLGC_WANTCHARS;
     default:
@@ -75,7 +82,10 @@ LRESULT PictureBoxView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 
 void PictureBoxView::Paint(HDC context, const RECT& client) { FillWith(context, client, box.BackColor()); }
 
-void PictureBoxView::OnMouse(const MouseEvent& event) {
+void PictureBoxView::OnMouse(const MouseEvent& message) {
+  MouseEvent event = message;
+  // Strokes that begin at one place in quick succession are strokes; here nothing is double-clicked.
+  if (event.kind == MouseEvent::Kind::DoubleClick) event.kind = MouseEvent::Kind::Down;
   if (event.kind == MouseEvent::Kind::Down) TakeFocus();
   if (!IsAttached()) return;
   const POINT at = ModelPixelAt(event.at);

@@ -5,13 +5,13 @@
 #include <windows.h>
 
 #include <cstdlib>
-#include <fstream>
 #include <iostream>
 #include <iterator>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "activex/EditorWindows.h"
 #include "activex/Fixture.h"
 #include "activex/StrictContainer.h"
 
@@ -23,23 +23,7 @@ int NumberFrom(const char* variable, int otherwise) {
   return text == nullptr ? otherwise : std::atoi(text);
 }
 
-// A 24-bit BMP of grey stripes.
-std::wstring WriteBitmap(const ScratchFolder& folder, const wchar_t* name, int width, int height) {
-  BITMAPFILEHEADER file = {};
-  BITMAPINFOHEADER info = {sizeof info, width, height, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
-  const auto stride = static_cast<DWORD>((width * 3 + 3) / 4 * 4);
-  file.bfType = 0x4D42;
-  file.bfOffBits = sizeof file + sizeof info;
-  file.bfSize = file.bfOffBits + stride * static_cast<DWORD>(height);
-  std::string pixels(std::size_t{stride} * static_cast<std::size_t>(height), '\0');
-  for (std::size_t i = 0; i < pixels.size(); ++i) pixels[i] = i / stride % 20 < 10 ? '\xF0' : '\xB0';
-  const std::wstring path = folder.File(name);
-  std::ofstream out(std::string(path.begin(), path.end()), std::ios::binary);
-  out.write(reinterpret_cast<const char*>(&file), sizeof file);
-  out.write(reinterpret_cast<const char*>(&info), sizeof info);
-  out << pixels;
-  return path;
-}
+COLORREF ColourOfStripes(int, int y) { return y % 20 < 10 ? RGB(240, 240, 240) : RGB(176, 176, 176); }
 
 HWND editorWindow = nullptr;
 std::mt19937 hand;
@@ -68,37 +52,10 @@ void CALLBACK CloseWhatIsModal(HWND, UINT, UINT_PTR, DWORD) {
 
 class OcxMonkey : public ControlTest {
 protected:
-  static std::vector<HWND> Windows() {
-    std::vector<HWND> all;
-    EnumChildWindows(
-        editorWindow,
-        [](HWND window, LPARAM list) WINAPI -> BOOL {
-          if (IsWindowVisible(window) != FALSE) reinterpret_cast<std::vector<HWND>*>(list)->push_back(window);
-          return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&all));
-    return all;
-  }
-
-  // The canvas is the largest window of the editor's own class inside another one.
-  static HWND Canvas(const std::vector<HWND>& windows) {
-    HWND largest = nullptr;
-    int most = 0;
-    for (const HWND window : windows) {
-      RECT client = {};
-      GetClientRect(window, &client);
-      if (GetParent(window) != editorWindow && client.right * client.bottom > most) {
-        most = client.right * client.bottom;
-        largest = window;
-      }
-    }
-    return largest;
-  }
-
   static void DoAnything() {
-    const std::vector<HWND> windows = Windows();
+    const std::vector<HWND> windows = VisibleWindows(editorWindow);
     if (windows.empty()) return;
-    const HWND canvas = Canvas(windows);
+    const HWND canvas = CanvasOf(editorWindow);
     HWND target = windows[static_cast<std::size_t>(Below(static_cast<int>(windows.size())))];
     if (canvas != nullptr && Below(4) != 0) target = canvas;
     if (IsWindowEnabled(target) == FALSE) return;
@@ -144,8 +101,8 @@ TEST_F(OcxMonkey, NothingItDoesBreaksTheControl) {
   const int seconds = NumberFrom("KW_MONKEY_SECONDS", 5);
   const int seed = NumberFrom("KW_MONKEY_SEED", 20261121);
   hand.seed(static_cast<unsigned>(seed));
-  const std::wstring documents[] = {WriteBitmap(scratch, L"page.bmp", 500, 400), scratch.WriteTiff(L"pages.tif", 3),
-                                    scratch.File(L"missing.tif")};
+  const std::wstring documents[] = {scratch.WriteBitmap(L"page.bmp", 500, 400, &ColourOfStripes),
+                                    scratch.WriteTiff(L"pages.tif", 3), scratch.File(L"missing.tif")};
   StrictContainer container;
   container.place = {0, 0, 900, 640};
   container.clip = {0, 0, 1200, 900};

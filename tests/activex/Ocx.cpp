@@ -125,6 +125,31 @@ std::wstring ScratchFolder::WriteTiff(const std::wstring& name, int pages) const
   return File(name);
 }
 
+std::wstring ScratchFolder::WriteBitmap(const std::wstring& name, int width, int height,
+                                        const std::function<COLORREF(int, int)>& colourAt) const {
+  const auto stride = static_cast<std::size_t>((width * 3 + 3) / 4 * 4);
+  std::string pixels(stride * static_cast<std::size_t>(height), '\0');
+  for (int y = 0; y < height; ++y) {
+    for (int x = 0; x < width; ++x) {
+      const COLORREF colour = colourAt(x, y);
+      const std::size_t at = stride * static_cast<std::size_t>(height - 1 - y) + static_cast<std::size_t>(x) * 3;
+      pixels[at] = static_cast<char>(GetBValue(colour));
+      pixels[at + 1] = static_cast<char>(GetGValue(colour));
+      pixels[at + 2] = static_cast<char>(GetRValue(colour));
+    }
+  }
+  BITMAPFILEHEADER file = {};
+  const BITMAPINFOHEADER info = {sizeof info, width, height, 1, 24, BI_RGB, 0, 0, 0, 0, 0};
+  file.bfType = 0x4D42;
+  file.bfOffBits = sizeof file + sizeof info;
+  file.bfSize = file.bfOffBits + static_cast<DWORD>(pixels.size());
+  std::ofstream out(std::filesystem::path(File(name)), std::ios::binary);
+  out.write(reinterpret_cast<const char*>(&file), sizeof file);
+  out.write(reinterpret_cast<const char*>(&info), sizeof info);
+  out << pixels;
+  return File(name);
+}
+
 bool FileExists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
 
 void PumpMessages(DWORD milliseconds) {

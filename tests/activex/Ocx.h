@@ -4,6 +4,7 @@
 
 #include <wrl/client.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -38,6 +39,9 @@ public:
   std::wstring File(const std::wstring& name) const { return path + name; }
   // An uncompressed TIFF of so many pages, 16 pixels wide and 16 high, as small as such a file can be.
   std::wstring WriteTiff(const std::wstring& name, int pages) const;
+  // A BMP of 24 bits with these colours, which are asked for with the column and the row.
+  std::wstring WriteBitmap(const std::wstring& name, int width, int height,
+                           const std::function<COLORREF(int, int)>& colourAt) const;
 
 private:
   std::wstring path;

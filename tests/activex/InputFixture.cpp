@@ -1,0 +1,189 @@
+#include "activex/InputFixture.h"
+
+#include <commctrl.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "activex/BoxAnswerer.h"
+#include "activex/EditorWindows.h"
+
+namespace kw::test {
+namespace {
+
+constexpr int PageWidth = 500;
+constexpr int PageHeight = 400;
+
+bool IsIn(const RECT& part, int x, int y) {
+  return x >= part.left && y >= part.top && x < part.right && y < part.bottom;
+}
+
+std::ostream& Write(std::ostream& out, const RECT& place) {
+  return out << place.left << ", " << place.top << " to " << place.right << ", " << place.bottom;
+}
+
+// What the tool bar says about a button when the mouse rests on it.
+std::wstring ToolTipOf(HWND bar, int id) {
+  wchar_t text[128] = {};
+  NMTBGETINFOTIPW asked = {};
+  asked.hdr.hwndFrom = bar;
+  asked.hdr.code = static_cast<UINT>(TBN_GETINFOTIPW);
+  asked.pszText = static_cast<wchar_t*>(text);
+  asked.cchTextMax = static_cast<int>(std::size(text));
+  asked.iItem = id;
+  SendMessageW(GetParent(bar), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&asked));
+  return static_cast<const wchar_t*>(text);
+}
+
+}  // namespace
+
+bool BarButton::IsEnabled() const { return SendMessageW(bar, TB_ISBUTTONENABLED, static_cast<WPARAM>(id), 0) != 0; }
+bool BarButton::IsPressed() const { return SendMessageW(bar, TB_ISBUTTONCHECKED, static_cast<WPARAM>(id), 0) != 0; }
+
+POINT BarButton::Middle() const {
+  RECT place = {};
+  SendMessageW(bar, TB_GETRECT, static_cast<WPARAM>(id), reinterpret_cast<LPARAM>(&place));
+  POINT middle = {(place.left + place.right) / 2, (place.top + place.bottom) / 2};
+  ClientToScreen(bar, &middle);
+  return middle;
+}
+
+testing::AssertionResult Is(const RECT& found, const RECT& expected) {
+  if (EqualRect(&found, &expected) != FALSE) return testing::AssertionSuccess();
+  testing::AssertionResult failure = testing::AssertionFailure();
+  std::ostringstream text;
+  Write(Write(text, found) << " and not ", expected);
+  return failure << text.str();
+}
+
+testing::AssertionResult LiesWithin(const RECT& found, const RECT& outer) {
+  RECT both = {};
+  UnionRect(&both, &found, &outer);
+  if (IsRectEmpty(&found) == FALSE && EqualRect(&both, &outer) != FALSE) return testing::AssertionSuccess();
+  std::ostringstream text;
+  Write(Write(text, found) << " is not within ", outer);
+  return testing::AssertionFailure() << text.str();
+}
+
+COLORREF InputTest::ColourOfPage(int x, int y) {
+  if (IsIn(RedPatch, x, y)) return Red;
+  if (IsIn(BluePatch, x, y)) return Blue;
+  if (IsIn(Pattern, x, y)) return RGB(x * 4, y / 2, (x + y) % 2 * 200);
+  RECT inside = Outline;
+  InflateRect(&inside, -1, -1);
+  return IsIn(Outline, x, y) && !IsIn(inside, x, y) ? RGB(0, 0, 0) : White;
+}
+
+void InputTest::OpenPage() {
+  const BoxAnswerer user;
+  ASSERT_HRESULT_SUCCEEDED(
+      control->OpenFile(Text(scratch.WriteBitmap(L"page.bmp", PageWidth, PageHeight, &ColourOfPage))));
+  // A second later the default tools are chosen, and then no more.
+  const BarButton text = ButtonOf(L"Text");
+  ASSERT_TRUE(text.IsFound());
+  ASSERT_TRUE(hand.Await([&] { return text.IsPressed(); }));
+}
+
+void InputTest::SetUp() {
+  ControlTest::SetUp();
+  container.place = {0, 0, 900, 640};
+  SetWindowPos(container.Window(), nullptr, 0, 0, 900, 640, SWP_NOZORDER | SWP_NOACTIVATE);
+  Show();
+}
+
+void InputTest::Show() {
+  container.Take(control.Get());
+  ASSERT_HRESULT_SUCCEEDED(container.DoVerb(OLEIVERB_UIACTIVATE));
+  editor = container.ControlWindow();
+  control->put_IsToolboxVisible(VARIANT_TRUE);
+  control->put_IsToAllowChooseColor(VARIANT_TRUE);
+  SetForegroundWindow(container.Window());
+  ASSERT_TRUE(hand.Await([&] { return GetForegroundWindow() == container.Window(); }));
+  OpenPage();
+  canvas = CanvasOf(editor);
+  ASSERT_NE(canvas, nullptr);
+  ASSERT_TRUE(Shows(RedPatch.left, RedPatch.top, Red));
+}
+
+void InputTest::TearDown() {
+  if (control != nullptr) {
+    VARIANT_BOOL isEnabled = VARIANT_FALSE;
+    EXPECT_HRESULT_SUCCEEDED(control->get_Enabled(&isEnabled));
+    EXPECT_NE(isEnabled, VARIANT_FALSE) << "an error was reported";
+    VARIANT_BOOL isChanged = VARIANT_TRUE;
+    EXPECT_HRESULT_SUCCEEDED(control->get_IsFileChanged(&isChanged));
+    EXPECT_EQ(isChanged, VARIANT_FALSE) << "layers float above the page";
+    container.LetGo();
+  }
+  ControlTest::TearDown();
+}
+
+BarButton InputTest::ButtonOf(const std::wstring& toolTip) const {
+  for (const HWND bar : ChildWindows(editor, TOOLBARCLASSNAMEW)) {
+    const auto count = static_cast<int>(SendMessageW(bar, TB_BUTTONCOUNT, 0, 0));
+    for (int id = 1; id <= count; ++id) {
+      if (ToolTipOf(bar, id) == toolTip) return {bar, id};
+    }
+  }
+  ADD_FAILURE() << "no button " << std::string(toolTip.begin(), toolTip.end());
+  return {};
+}
+
+void InputTest::Choose(const std::wstring& toolTip) {
+  const BarButton button = ButtonOf(toolTip);
+  ASSERT_TRUE(button.IsFound() && button.IsEnabled());
+  const BoxAnswerer user;
+  hand.ClickAt(button.Middle());
+  ASSERT_TRUE(hand.Await([&] { return button.IsPressed(); }));
+}
+
+void InputTest::ChooseRedOnBlue() {
+  Choose(L"Color Picker");
+  hand.ClickAt(OnCanvas(RedPatch.left + 5, RedPatch.top + 5));
+  hand.ClickAt(OnCanvas(BluePatch.left + 5, BluePatch.top + 5), Hand::Button::Left, VK_SHIFT);
+}
+
+POINT InputTest::OnCanvas(int x, int y) const {
+  POINT point = {x, y};
+  ClientToScreen(canvas, &point);
+  return point;
+}
+
+void InputTest::DrawFrom(POINT start, POINT end) {
+  const Snapshot before = Look();
+  hand.DragFrom(OnCanvas(start.x, start.y), OnCanvas(end.x, end.y));
+  EXPECT_TRUE(hand.Await([&] { return Look() != before; }));
+}
+
+void InputTest::DrawFrom(POINT start, POINT end, Snapshot& whileDown) {
+  const Snapshot before = Look();
+  hand.MoveTo(OnCanvas(start.x, start.y));
+  hand.GlideTo(OnCanvas(start.x, start.y));
+  hand.Press();
+  hand.GlideTo(OnCanvas(end.x, end.y));
+  EXPECT_TRUE(hand.Await([&] { return Look() != before; }));
+  whileDown = Look();
+  hand.Release();
+  EXPECT_TRUE(hand.Await([&] { return Look() != whileDown; }));
+}
+
+bool InputTest::Shows(int x, int y, COLORREF colour) const {
+  return hand.Await([&] { return Look().At(x, y) == colour; });
+}
+
+bool InputTest::ShowsAgain(const Snapshot& before) const {
+  return hand.Await([&] { return Look() == before; });
+}
+
+bool InputTest::HasTraced(const std::string& name) const {
+  std::ifstream file(std::filesystem::path(scratch.File(L"FunctionsInExecution.txt")), std::ios::binary);
+  for (std::string line; std::getline(file, line);) {
+    if (line == name + "\r") return true;
+  }
+  return false;
+}
+
+void InputTest::ForgetTrace() const { DeleteFileW(scratch.File(L"FunctionsInExecution.txt").c_str()); }
+
+}  // namespace kw::test
