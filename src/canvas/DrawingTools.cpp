@@ -131,8 +131,9 @@ std::int16_t DrawingTools::LayerAt(float x, float y) const {
 
 void DrawingTools::BeginDrag(float x, float y) {
   DragState& drag = layers.Drag();
-  drag.m_StartX = drag.m_CurrentX = double{x};
-  drag.m_StartY = drag.m_CurrentY = double{y};
+  const PictureBox& canvas = form.picCanvas;
+  drag.m_StartX = drag.m_CurrentX = std::clamp(double{x}, 0.0, double{canvas.Width()});
+  drag.m_StartY = drag.m_CurrentY = std::clamp(double{y}, 0.0, double{canvas.Height()});
   drag.m_IsMouseDown = true;
 }
 

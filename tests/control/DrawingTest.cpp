@@ -1,3 +1,5 @@
+#include <functional>
+
 #include "support/LayersFixture.h"
 
 namespace kw::test {
@@ -145,6 +147,81 @@ TEST_F(Drawing, OtherButtonsDoNothing) {
   Press(10, 10, 4);
   EXPECT_FALSE(Room().Drag().m_IsMouseDown);
   EXPECT_TRUE(events.errors.empty());
+}
+
+TEST_F(Drawing, WhateverEndsADragLeavesNeitherBandNorMarkersNorALayer) {
+  const std::function<void()> endings[] = {
+      [this] { Press(30, 30, 2); },
+      [this] { Press(30, 30, 4); },
+      [this] { Canvas().KeyPress.Raise(27); },
+      [this] { Canvas().MouseLost.Raise(); },
+      [this] { control->OpenFile(folder.File("page.bmp")); },
+      [this] { Room().UnloadLayerItems(); },
+  };
+  for (const char* tool : {"Rectangle", "Pen", "Rubber", "NoTools", "Image", "Signature"}) {
+    for (const auto& end : endings) {
+      Choose(tool);
+      Canvas().ReceiveFocus();
+      Press(20, 20);
+      Drag(60, 60);
+      const bool isShown = Form().fr.Visible() || Form().point1(0).Visible();
+      EXPECT_TRUE(isShown) << tool;
+      end();
+      const auto expectRest = [&] {
+        EXPECT_FALSE(Form().fr.Visible()) << tool;
+        EXPECT_FALSE(Form().point1(0).Visible()) << tool;
+        EXPECT_EQ(Form().point1.UBound(), 0) << tool;
+        EXPECT_FALSE(Form().tmrMoveLayer.Enabled()) << tool;
+        EXPECT_FALSE(Room().Drag().m_IsMouseDown) << tool;
+        EXPECT_EQ(Form().TransLayers.UBound(), 1) << tool;
+      };
+      expectRest();
+      Drag(90, 90);
+      Release(90, 90);
+      expectRest();
+    }
+  }
+  EXPECT_TRUE(events.errors.empty());
+}
+
+TEST_F(Drawing, TheControlMayGoInADrag) {
+  for (const char* tool : {"Rectangle", "Pen", "NoTools"}) {
+    Choose(tool);
+    Press(20, 20);
+    Drag(60, 60);
+    control->UserControl_Terminate();
+    control = std::make_unique<KwEditorLayers>(desktop, events);
+    control->UserControl_Initialize();
+    control->OpenFile(folder.File("page.bmp"));
+  }
+  EXPECT_TRUE(events.errors.empty());
+}
+
+TEST_F(Drawing, CoordinatesFarOutsideTheCanvasDrawOnItOrNothing) {
+  for (const float far : {-1e9F, 1e9F, -3e38F, 3e38F}) {
+    Choose("Rectangle");
+    DragOut(100, 100, far, far);
+    Choose("Pen");
+    DragOut(200, 100, far, far);
+    Choose("Rectangle");
+    DragOut(far, far, far, far);
+  }
+  for (const auto& [index, layer] : Form().TransLayers) {
+    if (index < 2) continue;
+    EXPECT_GE(layer->Left(), -2) << index;
+    EXPECT_LE(layer->Left() + layer->Width(), Canvas().Width() + 2) << index;
+    EXPECT_GE(layer->Top(), -2) << index;
+    EXPECT_LE(layer->Top() + layer->Height(), Canvas().Height() + 2) << index;
+  }
+  EXPECT_FALSE(Form().fr.Visible());
+  EXPECT_EQ(Form().point1.UBound(), 0);
+}
+
+TEST_F(Drawing, ALayerBeyondTheRangeOfWholeNumbersIsAnOverflowForThePressOnIt) {
+  Add(2'000'000'000, 10, 2'000'000'000, 10);
+  Choose("NoTools");
+  Press(10, 10);
+  EXPECT_EQ(events.errors, std::vector<int>{6});
 }
 
 }  // namespace
