@@ -35,6 +35,20 @@ void ImageComboView::ShowPlace() {
                SWP_NOZORDER | SWP_NOACTIVATE);
   constexpr WPARAM Closed = static_cast<WPARAM>(-1);
   SendMessageW(Handle(), CB_SETITEMHEIGHT, Closed, HeightOf(place) - BorderHeight);
+  CentreEdit();
+}
+
+// The field keeps its font's height; in a higher combo the system may leave it at the bottom.
+void ImageComboView::CentreEdit() const {
+  const HWND edit = Edit();
+  if (edit == nullptr) return;
+  RECT room = {};
+  GetClientRect(GetParent(edit), &room);
+  RECT field = {};
+  GetWindowRect(edit, &field);
+  MapWindowPoints(nullptr, GetParent(edit), reinterpret_cast<POINT*>(&field), 2);
+  SetWindowPos(edit, nullptr, field.left, (room.bottom - HeightOf(field)) / 2, 0, 0,
+               SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void ImageComboView::ShowEnabled() {

@@ -25,6 +25,7 @@ private:
   void Show(Aspect aspect) override;
   void ShowPlace() override;
   void ShowEnabled() override;
+  void CentreEdit() const;
   HWND List() const;
   // Null for a combo that only offers its list.
   HWND Edit() const;
