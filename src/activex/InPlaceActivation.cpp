@@ -31,7 +31,14 @@ LRESULT CALLBACK InPlaceActivation::PaneProcedure(HWND window, UINT message, WPA
     activation.ActivateUi(nullptr);
   }
   if (message == WM_NCDESTROY) RemoveWindowSubclass(window, &PaneProcedure, SubclassId);
-  return DefSubclassProc(window, message, wParam, lParam);
+  const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
+  constexpr UINT ScreenScaleChanged = 0x02E3;  // WM_DPICHANGED_AFTERPARENT, which older headers lack
+  if (message == ScreenScaleChanged && activation.Window() == window) {
+    RECT client = {};
+    GetClientRect(window, &client);
+    activation.ShowAt(SizeOf(client));
+  }
+  return result;
 }
 
 HRESULT InPlaceActivation::Activate(IOleClientSite* site) {
@@ -181,8 +188,15 @@ HRESULT InPlaceActivation::SetRects(const RECT& position, const RECT& clip) {
   }
   SetWindowRgn(Window(), region, TRUE);  // the system owns the region now
   pane->Resize(position);
-  core.SetWindowSize(SizeOf(position), pane->Scaling());
+  ShowAt(SizeOf(position));
   return S_OK;
+}
+
+// The container may have moved its window to a screen with another scale.
+void InPlaceActivation::ShowAt(SIZE size) {
+  const Scale scale = windows::ScaleOf(GetParent(Window()));
+  pane->Rescale(scale);
+  core.SetWindowSize(size, scale);
 }
 
 InPlaceActivation::Modal::Modal(const InPlaceActivation& place) : frame(place.frame) {

@@ -63,6 +63,7 @@ private:
                                         DWORD_PTR self);
   HRESULT MakePane();
   void ClosePane();
+  void ShowAt(SIZE size);
   void TellFocus(BOOL hasFocus);
   void ReleasePlaces();
 

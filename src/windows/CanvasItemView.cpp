@@ -34,6 +34,10 @@ void CanvasItemView::Leave() {
   }
 }
 
+void CanvasItemView::Rescale() {
+  if (field != nullptr) field->Rescale(Shared().Scaling());
+}
+
 void CanvasItemView::Send(const MouseEvent& event, POINT at) {
   const bool isMarker = dynamic_cast<const LightWeightMarker*>(&Model()) != nullptr;
   if (event.kind == MouseEvent::Kind::Down) pressedAt = at;

@@ -25,6 +25,7 @@ public:
   // A mouse event at that point of the canvas, in the models' pixels.
   void Send(const MouseEvent& event, POINT at);
   void Leave() override;
+  void Rescale() override;
 
 private:
   HWND Create(HWND) override { return nullptr; }

@@ -102,6 +102,13 @@ void ControlView::ShowPlace() {
   SetWindowPos(window, nullptr, place.left, place.top, WidthOf(place), HeightOf(place), SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
+void ControlView::Rescale() {
+  if (window == nullptr) return;
+  SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(pane.Font()), FALSE);
+  if (container != nullptr) ShowPlace();
+  InvalidateRect(window, nullptr, TRUE);
+}
+
 void ControlView::ShowOrder() { SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE); }
 
 void ControlView::ShowEnabled() {

@@ -39,6 +39,9 @@ public:
   void ChildAdded(Control& child) final;
   void ChildRemoved(Control& child) final;
 
+  // The pane's scale is another one, with another font and other pictures.
+  virtual void Rescale();
+
   // A control that may get the focus from the keyboard.
   virtual bool IsTabStop() const { return false; }
   // Keys that the control wants before the host's accelerators.

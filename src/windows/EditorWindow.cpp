@@ -30,7 +30,10 @@ EditorWindow::~EditorWindow() { Close(); }
 
 HWND EditorWindow::Handle() const { return pane->Window(); }
 
-const Scale& EditorWindow::Scaling() const { return pane->Scaling(); }
+void EditorWindow::Rescale(const Scale& scale) {
+  const std::shared_ptr<Pane> kept = pane;
+  kept->Rescale(scale);
+}
 
 void EditorWindow::Resize(const RECT& position) {
   if (Handle() == nullptr) return;

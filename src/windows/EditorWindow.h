@@ -28,7 +28,8 @@ public:
 
   // Null once the window is closed or was destroyed by its parent.
   HWND Handle() const;
-  const Scale& Scaling() const;
+  // Shows the form at another scale. Window and model keep their sizes.
+  void Rescale(const Scale& scale);
   // Moves the window only; the model gets its size from the one who knows why it changes.
   void Resize(const RECT& position);
   void Show(bool isVisible);

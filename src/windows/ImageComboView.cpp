@@ -38,7 +38,14 @@ void ImageComboView::ShowPlace() {
   CentreEdit();
 }
 
-// The field keeps its font's height; in a higher combo the system may leave it at the bottom.
+LRESULT ImageComboView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  const LRESULT result = Default(message, wParam, lParam);
+  if (message == WM_WINDOWPOSCHANGED && IsAttached()) CentreEdit();
+  return result;
+}
+
+// The field keeps its font's height; in a higher combo the system may put it at the bottom, whenever the combo is
+// placed or shown.
 void ImageComboView::CentreEdit() const {
   const HWND edit = Edit();
   if (edit == nullptr) return;

@@ -1,6 +1,7 @@
 #include "windows/Pane.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "components/RunTimeError.h"
 #include "windows/CommonControls.h"
@@ -41,6 +42,21 @@ void Pane::Close() {
   if (toolTips != nullptr) DestroyWindow(toolTips);
   DeleteObject(font);
   OwnWindowClass::Release();
+}
+
+void Pane::Rescale(const Scale& newScale) {
+  if (!IsOpen() || newScale.Dpi() == scale.Dpi()) return;
+  const Message underWay(*this);
+  scale = newScale;
+  const HFONT oldFont = std::exchange(font, CreateCaptionFont(scale));
+  const auto oldImages = std::exchange(images, std::make_unique<Images>(scale));
+  RescaleViews(*root);
+  DeleteObject(oldFont);
+}
+
+void Pane::RescaleViews(const Control& model) {
+  if (ControlView* view = ViewOf(model)) view->Rescale();
+  for (const Control* child : model.Children()) RescaleViews(*child);
 }
 
 void Pane::Add(Control& model, ControlView* container) {

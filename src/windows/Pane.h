@@ -20,7 +20,7 @@ namespace kw::windows {
 // Views that go while a message is under way are kept aside until it has ended, because their code may be on the stack.
 class Pane : public std::enable_shared_from_this<Pane> {
 public:
-  Pane(UserControl& root, const Scale& scale) : root(&root), scale(scale), images(scale) {}
+  Pane(UserControl& root, const Scale& scale) : root(&root), scale(scale), images(std::make_unique<Images>(scale)) {}
   Pane(const Pane&) = delete;
   Pane& operator=(const Pane&) = delete;
   // The pane must be closed.
@@ -29,6 +29,8 @@ public:
   // Makes the root's window and everything below.
   void Open(HWND parent, const RECT& position);
   void Close();
+  // Shows everything at another scale, where it is another one: the window has come to another screen.
+  void Rescale(const Scale& newScale);
   bool IsOpen() const { return rootView != nullptr; }
   HWND Window() const { return rootView == nullptr ? nullptr : rootView->Handle(); }
   // Only while the pane is open.
@@ -49,7 +51,7 @@ public:
   BackBuffer& Buffer() { return buffer; }
   HFONT Font() const { return font; }
   HWND ToolTips() const { return toolTips; }
-  const Images& Pictures() const { return images; }
+  const Images& Pictures() const { return *images; }
   // Gives the control's tool tip, if it has one, to the mouse.
   void AddToolTip(HWND window, const Control& model) const;
 
@@ -72,6 +74,7 @@ public:
 
 private:
   void MakeViews(Control& model, ControlView* container);
+  void RescaleViews(const Control& model);
   void Retire(std::unique_ptr<ControlView> view);
 
   UserControl* root;
@@ -82,7 +85,7 @@ private:
   int messages = 0;
   HFONT font = nullptr;
   HWND toolTips = nullptr;
-  Images images;
+  std::unique_ptr<Images> images;
   BackBuffer buffer;
 };
 

@@ -15,9 +15,17 @@ constexpr int ThumbLength = 18;
 HWND SliderView::Create(HWND parent) {
   const HWND created = CreateSystemWindow(parent, TRACKBAR_CLASSW,
                                           TBS_HORZ | TBS_AUTOTICKS | TBS_TOOLTIPS | TBS_FIXEDLENGTH | WS_TABSTOP);
-  if (created != nullptr)
-    SendMessageW(created, TBM_SETTHUMBLENGTH, static_cast<WPARAM>(Shared().Scaling().LengthOnDevice(ThumbLength)), 0);
+  if (created != nullptr) SetThumbLength(created);
   return created;
+}
+
+void SliderView::Rescale() {
+  SetThumbLength(Handle());
+  ControlView::Rescale();
+}
+
+void SliderView::SetThumbLength(HWND bar) const {
+  SendMessageW(bar, TBM_SETTHUMBLENGTH, static_cast<WPARAM>(Shared().Scaling().LengthOnDevice(ThumbLength)), 0);
 }
 
 void SliderView::Show(Aspect aspect) {

@@ -15,10 +15,12 @@ public:
 
   bool IsTabStop() const override { return true; }
   bool WantsKey(WPARAM key) const override;
+  void Rescale() override;
   void OnScroll(WORD code) override;
 
 private:
   HWND Create(HWND parent) override;
+  void SetThumbLength(HWND bar) const;
   void Show(Aspect aspect) override;
 
   Slider& slider;

@@ -72,6 +72,11 @@ void TextField::Show() {
   if (before != nullptr) DeleteObject(before);
 }
 
+void TextField::Rescale(const Scale& newScale) {
+  scale = newScale;
+  Show();
+}
+
 void TextField::Release(HWND window) {
   RemoveWindowSubclass(window, &Subclass, 0);
   RemovePropW(window, PropertyName);

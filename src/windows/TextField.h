@@ -21,6 +21,7 @@ public:
 
   // Shows the layer's place, font and colours as they are now.
   void Show();
+  void Rescale(const Scale& newScale);
 
   // For the canvas: takes over what is typed in one of these fields; nothing for another window.
   static void TakeTextOf(HWND field);

@@ -80,11 +80,21 @@ HWND ToolBarView::Create(HWND parent) {
   if (created == nullptr) return nullptr;
   SendMessageW(created, TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON), 0);
   SendMessageW(created, TB_SETEXTENDEDSTYLE, 0, TBSTYLE_EX_MIXEDBUTTONS | TBSTYLE_EX_DOUBLEBUFFER);
-  SendMessageW(created, TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(Shared().Pictures().Normal()));
-  SendMessageW(created, TB_SETDISABLEDIMAGELIST, 0, reinterpret_cast<LPARAM>(Shared().Pictures().Disabled()));
-  const int side = Sizes(Shared().Scaling()).button;
-  SendMessageW(created, TB_SETBUTTONSIZE, 0, MAKELPARAM(side, side));
+  SetSizes(created);
   return created;
+}
+
+void ToolBarView::SetSizes(HWND shown) const {
+  SendMessageW(shown, TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(Shared().Pictures().Normal()));
+  SendMessageW(shown, TB_SETDISABLEDIMAGELIST, 0, reinterpret_cast<LPARAM>(Shared().Pictures().Disabled()));
+  const int side = Sizes(Shared().Scaling()).button;
+  SendMessageW(shown, TB_SETBUTTONSIZE, 0, MAKELPARAM(side, side));
+}
+
+void ToolBarView::Rescale() {
+  SetSizes(Handle());
+  shownStates.clear();  // their widths are others
+  ControlView::Rescale();
 }
 
 void ToolBarView::Show(Aspect aspect) {

@@ -16,6 +16,7 @@ public:
   static void Draw(const Look& look, const RECT& place, const ToolBar& bar);
 
   void OnCommand(WORD notification, WORD id) override;
+  void Rescale() override;
   LRESULT OnNotify(NMHDR& header) override;
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
@@ -24,6 +25,7 @@ private:
   void Show(Aspect aspect) override;
   void ShowPlace() override;
   void ShowEnabled() override;
+  void SetSizes(HWND shown) const;
   void ShowButtons();
   std::vector<BYTE> States(const std::vector<RECT>& places) const;
   void AddButtons(const std::vector<RECT>& places, const std::vector<BYTE>& states);

@@ -17,9 +17,6 @@
 namespace kw::test {
 namespace {
 
-constexpr COLORREF Green = RGB(10, 200, 30);
-constexpr COLORREF Blue = RGB(0, 0, 255);
-
 constexpr std::int32_t Dpis[] = {120, 144, 168, 192};
 
 // Neighbours that meet in the models meet on the screen, and each window lies where the scale says. Returns how many
@@ -140,9 +137,7 @@ TEST(ScaledViews, ACaptionsButtonIsAsWideAsItsText) {
 TEST(ScaledViews, CaptionsAreLarger) {
   const auto heightAt = [](std::int32_t dpi) {
     const TestForm form{Scale(dpi)};
-    LOGFONTW font = {};
-    GetObjectW(reinterpret_cast<HFONT>(SendMessageW(WindowOf(form.tick), WM_GETFONT, 0, 0)), sizeof font, &font);
-    return font.lfHeight;
+    return FontHeightOf(WindowOf(form.tick));
   };
   EXPECT_EQ(heightAt(96), -11);
   EXPECT_EQ(heightAt(144), -16);
@@ -157,159 +152,71 @@ TEST(ScaledViews, AComboIsAsHighAsItsPlace) {
   }
 }
 
-TEST(ScaledViews, AClickArrivesInTheModelsPixels) {
-  for (const std::int32_t dpi : {144, 192}) {
-    TestForm form{Scale(dpi)};
-    const Scale scale(dpi);
-    std::vector<float> got;
-    const auto note = [&](std::int16_t, std::int16_t, float x, float y) { got.insert(got.end(), {x, y}); };
-    form.canvas.MouseDown.Connect(note);
-    form.page.MouseDown.Connect(note);
-    form.close.MouseDown.Connect(note);
-    form.page.SetVisible(false);
-    ClickAt(WindowOf(form.canvas), scale.ToDevice(101), scale.ToDevice(61));
-    EXPECT_EQ(got, (std::vector<float>{101, 61}));
-    form.page.SetVisible(true);
-    form.page.Move(7, 9, 200, 100);
-    got.clear();
-    ClickAt(WindowOf(form.canvas), scale.ToDevice(7), scale.ToDevice(9));
-    EXPECT_EQ(got, (std::vector<float>{0, 0})) << "the layer's first pixel";
-    got.clear();
-    ClickAt(WindowOf(form.close), scale.ToDevice(4), scale.ToDevice(6));
-    EXPECT_EQ(got, (std::vector<float>{4 * TwipsPerPixel, 6 * TwipsPerPixel})) << "in twips";
-  }
-}
-
-TEST(ScaledViews, AReleaseAtTheLastPixelOfALargerControlIsAClick) {
-  TestForm form{Scale(144)};
-  int clicks = 0;
-  form.sample.Click.Connect([&] { ++clicks; });
-  RECT client = {};
-  GetClientRect(WindowOf(form.sample), &client);
-  ClickAt(WindowOf(form.sample), client.right - 1, client.bottom - 1);
-  EXPECT_EQ(clicks, 1);
-  SendMessageW(WindowOf(form.sample), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(2, 2));
-  SendMessageW(WindowOf(form.sample), WM_LBUTTONUP, 0, MAKELPARAM(client.right, 2));
-  EXPECT_EQ(clicks, 1) << "beside it";
-}
-
-// The system sends a move for a pointer that stands still over a window that moved: the window must not tremble.
-TEST(ScaledViews, WhatIsDraggedStaysBelowThePointerPixelByPixel) {
-  for (const std::int32_t dpi : Dpis) {
-    TestForm form{Scale(dpi)};
-    float startX = 0;
-    form.panel.MouseDown.Connect([&](std::int16_t, std::int16_t, float x, float) { startX = x; });
-    form.panel.MouseMove.Connect([&](std::int16_t button, std::int16_t, float x, float) {
-      if (button == Mouse::LeftButton) form.panel.SetLeft(form.panel.Left() + x - startX);
-    });
-    const HWND panel = WindowOf(form.panel);
-    const int grip = 5;
-    const LONG start = PlaceOf(panel).left;
-    SendMessageW(panel, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(grip, 3));
-    for (int distance = 1; distance < 60; ++distance) {
-      const LONG pointer = start + grip - distance;  // in the form
-      for (int i = 0; i < 3; ++i) {
-        SendMessageW(panel, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(pointer - PlaceOf(panel).left, 3));
-        ASSERT_EQ(PlaceOf(panel).left, start - distance) << dpi;
-      }
-    }
-    SendMessageW(panel, WM_LBUTTONUP, 0, MAKELPARAM(grip, 3));
-  }
-}
-
-TEST(ScaledViews, ABorderReportsTheDistanceInTwipsOfTheModels) {
-  TestForm form{Scale(144)};
-  std::vector<float> got;
-  form.border.MouseUp.Connect([&](std::int16_t, std::int16_t, float x, float y) { got = {x, y}; });
-  const HWND canvas = WindowOf(form.canvas);
-  SendMessageW(canvas, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(30, 301));
-  SendMessageW(canvas, WM_LBUTTONUP, 0, MAKELPARAM(60, 331));
-  EXPECT_EQ(got, (std::vector<float>{20 * TwipsPerPixel, 20 * TwipsPerPixel}));
-}
-
-TEST(ScaledViews, ThePageFillsItsLargerPlace) {
-  TestForm form{Scale(144)};
-  const HWND canvas = WindowOf(form.canvas);
-  TestForm::Pump();
-  EXPECT_EQ(PixelOf(canvas, 0, 0), Green);
-  EXPECT_EQ(PixelOf(canvas, 449, 299), Green);
-  EXPECT_EQ(PixelOf(canvas, 449, 300), RGB(64, 64, 64)) << "the border below it";
-}
-
-TEST(ScaledViews, LinesAndRectanglesHaveHardEdges) {
-  for (const std::int32_t dpi : Dpis) {
-    TestForm form{Scale(dpi)};
-    const Scale scale(dpi);
-    TransparentPicture& layer = form.layers.Load(1);
-    layer.SetFigure({.kind = FigureKind::Rectangle});
-    layer.SetLineWidth(3);
-    layer.SetLineColor(MakeColour(0, 0, 255));
-    layer.SetBackColor(MakeColour(255, 0, 0));
-    layer.Move(41, 31, 60, 50);
-    layer.SetVisible(true);
-    const HWND canvas = WindowOf(form.canvas);
-    TestForm::Pump();
-    const int left = scale.ToDevice(41);
-    const int line = scale.LengthOnDevice(3);
-    const int middle = scale.ToDevice(55);
-    EXPECT_EQ(PixelOf(canvas, left - 1, middle), Green) << dpi;
-    EXPECT_EQ(PixelOf(canvas, left, middle), Blue) << dpi;
-    EXPECT_EQ(PixelOf(canvas, left + line - 1, middle), Blue) << dpi;
-    EXPECT_EQ(PixelOf(canvas, left + line, middle), RGB(255, 0, 0)) << dpi;
-    EXPECT_EQ(PixelOf(canvas, scale.ToDevice(101) - 1, middle), Blue) << dpi;
-    EXPECT_EQ(PixelOf(canvas, scale.ToDevice(101), middle), Green) << dpi;
-
-    TransparentPicture& level = form.layers.Load(2);
-    level.SetFigure({.kind = FigureKind::Line});
-    level.SetLineWidth(3);
-    level.SetLineColor(MakeColour(0, 0, 255));
-    level.Move(120, 31, 100, 3);
-    level.SetVisible(true);
-    TestForm::Pump();
-    const int top = scale.ToDevice(31);
-    const int within = scale.ToDevice(170);
-    EXPECT_EQ(PixelOf(canvas, within, top - 1), Green) << dpi;
-    for (int y = 0; y < line; ++y) EXPECT_EQ(PixelOf(canvas, within, top + y), Blue) << dpi;
-    EXPECT_EQ(PixelOf(canvas, within, top + line), Green) << dpi;
-  }
-}
-
-TEST(ScaledViews, AMovedLayerLeavesNoTrace) {
-  TestForm form{Scale(120)};
-  TransparentPicture& layer = form.layers.Load(1);
-  layer.SetPicture(Plain(21, 21, {200, 10, 10}));
-  layer.SetVisible(true);
-  const HWND canvas = WindowOf(form.canvas);
-  for (int step = 0; step < 30; ++step) {
-    layer.Move(static_cast<float>(50 + step), 61, 21, 21);
-    TestForm::Pump();
-  }
-  layer.SetVisible(false);
-  TestForm::Pump();
-  for (int x = 40; x < 140; ++x) {
-    for (const int y : {75, 76, 77, 90, 101, 102, 103}) ASSERT_EQ(PixelOf(canvas, x, y), Green) << x << ", " << y;
-  }
-}
-
-TEST(ScaledViews, TextIsTypedInAFieldOfTheLayersLargerSize) {
-  TestForm form{Scale(144)};
+// The form's window came to a screen with another scale.
+TEST(ScaledViews, AFormThatIsRescaledLooksAsIfItWereOpenedAtThatScale) {
+  TestForm form;
   TransparentPicture& layer = form.layers.Load(1);
   layer.SetFigure({.kind = FigureKind::Text});
   layer.SetTextEntry(true);
   layer.SetTextFont({.name = "Tahoma", .size = 12});
-  layer.Move(21, 31, 120, 41);
+  layer.Move(20, 30, 120, 40);
   layer.SetVisible(true);
   layer.SetTyping(true);
+  form.window->Rescale(Scale(144));
+  form.window->Resize({0, 0, 900, 600});
+  SetWindowPos(form.host, nullptr, 0, 0, 900, 600, SWP_NOZORDER | SWP_NOACTIVATE);
   const HWND field = FindWindowExW(WindowOf(form.canvas), nullptr, L"Edit", nullptr);
-  ASSERT_NE(field, nullptr);
-  const RECT place = PlaceOf(field);
-  EXPECT_EQ(place.left, 32);
-  EXPECT_EQ(place.top, 47);
-  EXPECT_EQ(place.right, 212);
-  EXPECT_EQ(place.bottom, 108);
-  LOGFONTW font = {};
-  GetObjectW(reinterpret_cast<HFONT>(SendMessageW(field, WM_GETFONT, 0, 0)), sizeof font, &font);
-  EXPECT_EQ(font.lfHeight, -24);
+  EXPECT_EQ(PlaceOf(field).right, 210);
+  EXPECT_EQ(FontHeightOf(field), -24);
+  layer.SetTyping(false);
+  layer.SetVisible(false);
+  form.layers.Unload(1);
+  TestForm::Pump();
+  const RECT pictures = PictureArea(form.tools, 6);
+  const LRESULT thumb = SendMessageW(WindowOf(form.slider), TBM_GETTHUMBLENGTH, 0, 0);
+  const TestForm fresh{Scale(144)};
+  const auto compare = [](const auto& self, const Control& old, const Control& made) -> void {
+    for (std::size_t i = 0; i < made.Children().size(); ++i) {
+      const Control& one = *old.Children()[i];
+      const Control& other = *made.Children()[i];
+      self(self, one, other);
+      if (WindowOf(other) == nullptr) continue;
+      const RECT place = PlaceOf(WindowOf(one));
+      const RECT expected = PlaceOf(WindowOf(other));
+      EXPECT_TRUE(EqualRect(&place, &expected)) << one.Name();
+      EXPECT_EQ(FontHeightOf(WindowOf(one)), FontHeightOf(WindowOf(other))) << one.Name();
+      const auto* const bar = dynamic_cast<const ToolBar*>(&one);
+      if (bar == nullptr) continue;
+      for (int button = 0; button < static_cast<int>(bar->Buttons().size()); ++button) {
+        const RECT at = ButtonAt(*bar, button);
+        const RECT expectedAt = ButtonAt(static_cast<const ToolBar&>(other), button);
+        EXPECT_TRUE(EqualRect(&at, &expectedAt)) << one.Name() << " " << button;
+      }
+    }
+  };
+  compare(compare, form.root, fresh.root);
+  const RECT expectedPictures = PictureArea(fresh.tools, 6);
+  EXPECT_TRUE(EqualRect(&pictures, &expectedPictures));
+  EXPECT_EQ(thumb, SendMessageW(WindowOf(fresh.slider), TBM_GETTHUMBLENGTH, 0, 0));
+}
+
+TEST(ScaledViews, TheFieldOfAComboLiesInItsMiddle) {
+  for (const std::int32_t dpi : {96, 144, 192}) {
+    UserControl root("root");
+    ImageCombo combo("combo");
+    combo.SetEditable(true);
+    combo.SetContainer(&root);
+    combo.Move(0, 0, 120, 24);
+    const HWND host = TestForm::HostWindow();
+    {
+      const windows::EditorWindow window(root, host, {0, 0, 600, 400}, Scale(dpi));
+      const auto edit = reinterpret_cast<HWND>(SendMessageW(WindowOf(combo), CBEM_GETEDITCONTROL, 0, 0));
+      ASSERT_NE(edit, nullptr);
+      const RECT field = PlaceOf(edit);
+      EXPECT_NEAR((field.top + field.bottom) / 2, 12 * dpi / 96, 1) << dpi;
+    }
+    DestroyWindow(host);
+  }
 }
 
 class ScaledEditor : public WholeEditor {

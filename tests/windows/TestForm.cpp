@@ -117,6 +117,12 @@ RECT PlaceOf(HWND window) {
   return place;
 }
 
+LONG FontHeightOf(HWND window) {
+  LOGFONTW font = {};
+  GetObjectW(reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0)), sizeof font, &font);
+  return font.lfHeight;
+}
+
 void Paint(HWND window) { RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | RDW_ALLCHILDREN); }
 
 COLORREF PixelOf(HWND window, int x, int y) {

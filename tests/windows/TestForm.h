@@ -80,6 +80,8 @@ public:
 HWND WindowOf(const Control& model);
 // The window's place in its parent's client area.
 RECT PlaceOf(HWND window);
+// Of its font, as the system counts it: below zero for the height of the letters.
+LONG FontHeightOf(HWND window);
 // The colour that the screen shows at a point of the window.
 COLORREF PixelOf(HWND window, int x, int y);
 void Paint(HWND window);
