@@ -40,7 +40,7 @@ void ImageComboView::ShowPlace() {
 
 LRESULT ImageComboView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   const LRESULT result = Default(message, wParam, lParam);
-  if (message == WM_WINDOWPOSCHANGED && IsAttached()) CentreEdit();
+  if ((message == WM_WINDOWPOSCHANGED || message == WM_SHOWWINDOW) && IsAttached()) CentreEdit();
   return result;
 }
 
