@@ -36,6 +36,15 @@ void Control::SetVisible(bool value) {
   if (visible == value) return;
   visible = value;
   Tell(Aspect::Visibility);
+  if (!visible) GiveUpFocus();
+}
+
+// What is hidden cannot have the focus; where there are windows, the system has taken it away by now.
+void Control::GiveUpFocus() {
+  Control* const active = Root().active;
+  for (const Control* one = active; one != nullptr; one = one->container) {
+    if (one == this) return active->LoseFocus();
+  }
 }
 
 void Control::SetEnabled(bool value) {

@@ -156,6 +156,7 @@ private:
   Control& Root();
   const Control& Root() const;
   void Activate(bool byProcedure);
+  void GiveUpFocus();
 
   std::string name;
   std::string_view type;

@@ -117,6 +117,25 @@ TEST(Focus, IsRefusedWhileTheControlOrAContainerIsHiddenOrDisabled) {
   EXPECT_FALSE(box.CanTakeFocus());
 }
 
+TEST(Focus, OfWhatIsHiddenIsNobodysUntilItIsGivenAgain) {
+  UserControl form("form");
+  RaisedArea area("area");
+  PictureBox box("box");
+  area.SetContainer(&form);
+  box.SetContainer(&area);
+  std::string log;
+  box.GotFocus.Connect([&] { log += "+"; });
+  box.LostFocus.Connect([&] { log += "-"; });
+  for (Control* hidden : {static_cast<Control*>(&box), static_cast<Control*>(&area)}) {
+    box.SetFocus();
+    hidden->SetVisible(false);
+    EXPECT_EQ(form.ActiveControl(), nullptr);
+    hidden->SetVisible(true);
+    EXPECT_EQ(form.ActiveControl(), nullptr);
+  }
+  EXPECT_EQ(log, "+-+-");
+}
+
 TEST(Focus, OfADestroyedControlIsNobodys) {
   UserControl form("form");
   {

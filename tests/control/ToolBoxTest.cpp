@@ -172,6 +172,14 @@ TEST_F(Colours, ThePaletteDropsOpenFromASwatchAndHidesWithTheFocus) {
   EXPECT_FALSE(Form().kwrpColors.Visible());
 }
 
+TEST_F(Colours, ThePaletteReadsOutTheColourEachTimeItDropsOpen) {
+  Form().SampleForeGroundColor.Click.Raise();
+  Form().kwrpColors.MouseMove.Raise(0, 0, 900, 700);
+  Form().kwrpColors.MouseUp.Raise(4, 0, 900, 700);
+  Form().SampleForeGroundColor.Click.Raise();
+  EXPECT_EQ(Form().lblSampleColor.Caption(), "R: 0 G: 0 B: 0");
+}
+
 TEST_F(Colours, AreTakenTwoPixelsInPastTheNearEdgesAndFivePastTheFarOnes) {
   const RaisedPicture& palette = Form().kwrpColors;
   Form().SampleForeGroundColor.Click.Raise();
@@ -261,6 +269,29 @@ TEST_F(Colours, AHeldButtonPreviewsAndAFreePointerNamesTheColour) {
   EXPECT_NE(Form().lblSampleColor.ForeColor(), 0U);
   Form().kwrpColors.MouseMove.Raise(0, 0, 700, 500);
   EXPECT_EQ(Form().lblSampleColor.Caption(), ColourPicker::ReadOut(Form().lblSampleColor.ForeColor()));
+}
+
+TEST_F(Colours, EveryHandlerTracesItsName) {
+  const auto tracedBy = [this](const std::function<void()>& act) {
+    ForgetTrace();
+    act();
+    return Trace();
+  };
+  EditorForm& form = Form();
+  EXPECT_EQ(tracedBy([&] { form.SampleForeGroundColor.Click.Raise(); }),
+            (Names{"SampleForeGroundColor_Click", "picColors_GotFocus"}));
+  EXPECT_EQ(tracedBy([&] { form.picCanvas.ReceiveFocus(); }), Names{"picColors_LostFocus"});
+  EXPECT_EQ(tracedBy([&] { form.SampleBackGroundColor.Click.Raise(); }),
+            (Names{"SampleBackGroundColor_Click", "picColors_GotFocus"}));
+  EXPECT_EQ(tracedBy([&] { form.kwrpColors.MouseMove.Raise(1, 0, 5, 5); }), Names{"picColors_MouseMove"});
+  EXPECT_EQ(tracedBy([&] { form.kwrpColors.MouseUp.Raise(2, 0, 5, 5); }),
+            (Names{"kwrpColors_MouseUp", "Let EditorBackColor", "SampleBackGroundColor_DblClick", "Let EditorBackColor",
+                   "picColors_LostFocus"}));
+  EXPECT_EQ(tracedBy([&] { form.SampleForeGroundColor.DblClick.Raise(); }),
+            (Names{"SampleForeGroundColor_DblClick", "Let EditorForeColor"}));
+  EXPECT_EQ(tracedBy([&] { form.sldLineHeight.UserSetValue(7); }), Names{"sldLineHeight_Change"});
+  EXPECT_EQ(tracedBy([&] { form.lblLineSize2.MouseDown.Raise(1, 0, -9999, 0); }),
+            (Names{"lblLineSize2_MouseDown", "lblLineSize1_MouseDown", "sldLineHeight_Change"}));
 }
 
 TEST_F(Colours, ACancelledDialogLeavesTheColour) {
