@@ -41,9 +41,9 @@ void Control::SetVisible(bool value) {
 
 // What is hidden cannot have the focus; where there are windows, the system has taken it away by now.
 void Control::GiveUpFocus() {
-  Control* const active = Root().active;
-  for (const Control* one = active; one != nullptr; one = one->container) {
-    if (one == this) return active->LoseFocus();
+  Control* const holder = Root().active;
+  for (const Control* one = holder; one != nullptr; one = one->container) {
+    if (one == this) return holder->LoseFocus();
   }
 }
 
