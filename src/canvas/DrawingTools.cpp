@@ -45,6 +45,8 @@ DrawingTools::DrawingTools(Desktop& platform, EditorForm& editorForm, Trap& erro
 
 void DrawingTools::picCanvas_MouseDown(std::int16_t button, std::int16_t shift, float x, float y) {
   Procedure run(trap);
+  CatchUp(run);
+  if (isStrokeEnding) FinishStroke(run);
   // Another button in the middle of a drag ends it without a result.
   run([&] { layers.AbandonDrag(); });
   if (button != Mouse::LeftButton && button != Mouse::RightButton) return;
@@ -80,20 +82,47 @@ void DrawingTools::picCanvas_MouseDown(std::int16_t button, std::int16_t shift, 
 
 void DrawingTools::picCanvas_MouseMove(std::int16_t button, std::int16_t shift, float x, float y) {
   Procedure run(trap);
+  moves.push_back({button, shift, x, y});
+  DoEvents(run);
+  CatchUp(run);
+}
+
+void DrawingTools::DoEvents(Procedure& run) {
+  if (isInEvents) return;
+  struct UnderWay {
+    explicit UnderWay(bool& mark) : flag(mark) { flag = true; }
+    UnderWay(const UnderWay&) = delete;
+    UnderWay& operator=(const UnderWay&) = delete;
+    ~UnderWay() { flag = false; }
+    bool& flag;
+  };
+  const UnderWay underWay(isInEvents);
   run([&] { desktop.DoEvents(); });
+}
+
+void DrawingTools::CatchUp(Procedure& run) {
+  while (!moves.empty()) {
+    const Move next = moves.front();
+    moves.pop_front();
+    MoveTo(run, next);
+  }
+}
+
+void DrawingTools::MoveTo(Procedure& run, const Move& move) {
   const DragState& drag = layers.Drag();
   if (layers.PickedDrag().IsUnderWay()) {
-    run([&] { layers.PickedDrag().MoveTo(x, y, (shift & Mouse::ShiftKey) != 0); });
+    run([&] { layers.PickedDrag().MoveTo(move.x, move.y, (move.shift & Mouse::ShiftKey) != 0); });
     return;
   }
+  const bool isDragging = drag.m_IsMouseDown && move.button == Mouse::LeftButton;
   run([&] {
-    if (IsStrokeTool() && drag.m_IsMouseDown && button == Mouse::LeftButton) ContinueStroke(x, y);
+    if (IsStrokeTool() && isDragging) ContinueStroke(move.x, move.y);
   });
   run([&] {
-    if (IsPressed("NoTools") && !drag.m_IsMouseDown) ShowHover(x, y);
+    if (IsPressed("NoTools") && !drag.m_IsMouseDown) ShowHover(move.x, move.y);
   });
   run([&] {
-    if (button == Mouse::LeftButton && drag.m_IsMouseDown && !IsStrokeTool()) DrawRubberBand(x, y);
+    if (isDragging && !IsStrokeTool()) DrawRubberBand(move.x, move.y);
   });
 }
 
@@ -103,19 +132,28 @@ void DrawingTools::picCanvas_MouseUp(std::int16_t button, std::int16_t shift, fl
   static_cast<void>(x);
   static_cast<void>(y);
   Procedure run(trap);
+  CatchUp(run);
   run([&] { layers.Drag().m_IsMouseDown = false; });
   run([&] { form.tmrMoveLayer.SetEnabled(false); });
   run([&] { layers.EndPickedDrag(); });
   if (run.Ask<bool>([&] { return IsStrokeTool(); }, false)) {
     // The tool may have been another one when the drag began.
     run([&] { form.fr.SetVisible(false); });
-    if (stroke.IsUnderWay()) {
-      run([&] { desktop.DoEvents(); });
-      run([&] { stroke.MakeLayer(); });
-    }
-  } else {
-    EndDrag(run);
+    isStrokeEnding = stroke.IsUnderWay();
+    if (!isStrokeEnding) return;
+    DoEvents(run);
+    if (isStrokeEnding) FinishStroke(run);  // unless the next press has done that
+    return;
   }
+  EndDrag(run);
+  run([&] { stroke.Drop(); });
+}
+
+void DrawingTools::FinishStroke(Procedure& run) {
+  isStrokeEnding = false;
+  run([&] {
+    if (stroke.IsUnderWay()) stroke.MakeLayer();
+  });
   run([&] { stroke.Drop(); });
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 
 #include "canvas/LayerTools.h"
 #include "canvas/PenStroke.h"
@@ -26,9 +27,22 @@ public:
   Event<float, float> StampRequested;
 
 private:
+  struct Move {
+    std::int16_t button;
+    std::int16_t shift;
+    float x;
+    float y;
+  };
+
   bool IsPressed(const char* tool) const { return form.tbrEditingTools.ButtonOf(tool).pressed; }
   // The pen, and the rubber, which draws in the background colour.
   bool IsStrokeTool() const { return IsPressed("Pen") || IsPressed("Rubber"); }
+  // What waits is handled, unless that is under way: moves may come faster than they are handled, and would nest.
+  void DoEvents(Procedure& run);
+  // Handles the moves that came so far, in their order.
+  void CatchUp(Procedure& run);
+  void MoveTo(Procedure& run, const Move& move);
+  void FinishStroke(Procedure& run);
   // The topmost visible floating layer at a point; 0 where there is none.
   std::int16_t LayerAt(float x, float y) const;
   void BeginDrag(float x, float y);
@@ -44,6 +58,9 @@ private:
   Layers& layers;
   LayerTools& layerTools;
   PenStroke stroke;
+  std::deque<Move> moves;  // that are not handled yet
+  bool isInEvents = false;
+  bool isStrokeEnding = false;  // its button is up, its layer not made yet
 };
 
 }  // namespace kw

@@ -183,5 +183,27 @@ TEST_F(InputDisturbance, ALongStrokeKeepsEveryPoint) {
   for (int row = 0; row < Points / 100; ++row) EXPECT_TRUE(isInk(50, 70 + row * 10)) << row;
 }
 
+TEST_F(InputDisturbance, MovesThatComeFasterThanTheyAreHandledNeitherNestNorGetLost) {
+  constexpr int Points = 9000;  // a queue holds 10,000 messages
+  Choose(L"Pen");
+  hand.MoveTo(OnCanvas(20, 70));
+  hand.GlideTo(OnCanvas(20, 70));
+  hand.Press();
+  // Moves of the hand itself are merged while they wait, and so would not fill the queue.
+  for (int i = 0; i < Points; ++i) {
+    const int row = i / 300;
+    const int column = row % 2 == 0 ? i % 300 : 299 - i % 300;
+    EXPECT_NE(PostMessageW(canvas, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(20 + column, 70 + row * 10)), FALSE);
+  }
+  hand.Pump();
+  hand.Release();
+  ASSERT_TRUE(hand.Await([&] { return Look().At(100, 360) != White; }));
+  const Snapshot drawn = Look();
+  for (int row = 0; row < Points / 300; ++row) {
+    for (int x = 20; x < 320; ++x) EXPECT_NE(drawn.At(x, 70 + row * 10), White) << x << ", row " << row;
+    EXPECT_EQ(drawn.At(170, 70 + row * 10 + 5), White) << "in the order in which they came";
+  }
+}
+
 }  // namespace
 }  // namespace kw::test

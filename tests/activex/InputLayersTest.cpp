@@ -114,6 +114,26 @@ TEST_F(InputLayers, CtrlBSendsALayerBackAndCtrlFBringsItForward) {
   ASSERT_TRUE(Shows(Overlap.x, Overlap.y, Red));
 }
 
+TEST_F(InputLayers, ADoubleClickOnATextBeginsTyping) {
+  const auto field = [&] { return FindWindowExW(canvas, nullptr, L"Edit", nullptr); };
+  Choose(L"Text");
+  hand.DragFrom(OnCanvas(250, 200), OnCanvas(330, 240));
+  ASSERT_TRUE(hand.Await([&] { return field() != nullptr; }));
+  hand.Type(L"one");
+  hand.Strike(VK_ESCAPE);
+  ASSERT_TRUE(hand.Await([&] { return field() == nullptr; }));
+  Choose(L"Selection");
+  hand.ClickAt(OnCanvas(300, 220));
+  hand.Press();
+  hand.Release();
+  ASSERT_TRUE(hand.Await([&] { return field() != nullptr; }));
+  EXPECT_EQ(GetWindowTextLengthW(field()), 3);
+  hand.Type(L"b");  // instead of what is selected
+  EXPECT_TRUE(hand.Await([&] { return GetWindowTextLengthW(field()) == 1; }));
+  hand.Strike(VK_ESCAPE);
+  EXPECT_TRUE(hand.Await([&] { return field() == nullptr; }));
+}
+
 TEST_F(InputLayers, AnotherPageTakesTheLayersAway) {
   Pick(110, 110);
   OpenPage();

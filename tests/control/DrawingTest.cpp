@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <functional>
 
 #include "support/LayersFixture.h"
@@ -214,6 +215,83 @@ TEST_F(Drawing, CoordinatesFarOutsideTheCanvasDrawOnItOrNothing) {
     EXPECT_LE(layer->Top() + layer->Height(), Canvas().Height() + 2) << index;
   }
   EXPECT_FALSE(Form().fr.Visible());
+  EXPECT_EQ(Form().point1.UBound(), 0);
+}
+
+// Moves that come while the editor yields, as they do when the mouse is faster than the editor.
+TEST_F(Drawing, MovesThatComeInAYieldDoNotNestAndKeepTheirOrder) {
+  Choose("Pen");
+  Canvas().ReceiveFocus();
+  int depth = 0;
+  int deepest = 0;
+  int coming = 0;
+  desktop.onDoEvents = [&] {
+    deepest = std::max(deepest, ++depth);
+    while (coming < 1000) {
+      ++coming;
+      Drag(static_cast<float>(20 + coming % 300), static_cast<float>(20 + coming / 10));
+    }
+    --depth;
+  };
+  Press(10, 10);
+  Drag(20, 20);
+  Release(30, 120);
+  desktop.onDoEvents = {};
+  EXPECT_EQ(deepest, 1);
+  ASSERT_EQ(Form().TransLayers.UBound(), 2);
+
+  // The trail runs through the points in the order in which they came.
+  Press(10, 200);
+  desktop.onDoEvents = [&, isFirst = true]() mutable {
+    if (!isFirst) return;
+    isFirst = false;
+    Drag(30, 200);
+    Drag(40, 200);
+  };
+  Drag(20, 200);
+  desktop.onDoEvents = {};
+  ASSERT_EQ(Form().point1.Count(), 4);
+  const float half = Form().point1(0).Width() / 2;
+  for (std::int16_t i = 1; i < 4; ++i) EXPECT_EQ(Form().point1(i).Left() + half, static_cast<float>(10 + 10 * i));
+  Release(40, 200);
+}
+
+TEST_F(Drawing, AReleaseInAYieldTakesTheMovesBeforeIt) {
+  Choose("Rectangle");
+  Canvas().ReceiveFocus();
+  Press(10, 10);
+  desktop.onDoEvents = [&] {
+    desktop.onDoEvents = {};
+    Drag(50, 60);
+    Release(50, 60);
+  };
+  Drag(30, 30);
+  ASSERT_EQ(Form().TransLayers.UBound(), 2);
+  EXPECT_EQ(Form().TransLayers(2).Width(), 40);
+  EXPECT_EQ(Form().TransLayers(2).Height(), 50);
+  EXPECT_FALSE(Form().fr.Visible());
+}
+
+TEST_F(Drawing, APressThatComesWhileAStrokeEndsLosesNeitherStroke) {
+  Choose("Pen");
+  Canvas().ReceiveFocus();
+  Press(10, 10);
+  Drag(60, 10);
+  desktop.onDoEvents = [&] {
+    desktop.onDoEvents = {};
+    Press(10, 100);
+    Drag(60, 100);
+  };
+  Release(60, 10);
+  EXPECT_EQ(Form().TransLayers.UBound(), 2);
+  EXPECT_EQ(Form().point1.Count(), 2) << "the second stroke goes on";
+  Drag(90, 100);
+  Release(90, 100);
+  ASSERT_EQ(Form().TransLayers.UBound(), 3);
+  EXPECT_LT(Form().TransLayers(2).Top(), 20);
+  EXPECT_GT(Form().TransLayers(2).Width(), 50);
+  EXPECT_GT(Form().TransLayers(3).Top(), 80);
+  EXPECT_GT(Form().TransLayers(3).Width(), 80);
   EXPECT_EQ(Form().point1.UBound(), 0);
 }
 

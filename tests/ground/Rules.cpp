@@ -215,7 +215,7 @@ bool MayTalkToTheSystem(std::string_view path) {
   const auto file = path.substr(path.rfind('/') + 1);
   // Tests that lock files or limit the memory, each in the system's own way.
   if (path == "tests/picture/SavingTest.cpp" || path == "tests/picture/BadInputTest.cpp") return true;
-  if (path.starts_with("tests/twain/")) return true;  // a driver for Windows
+  if (path.starts_with("tests/twain/")) return true;      // a driver for Windows
   if (path.starts_with("tests/clipboard/")) return true;  // a program for Windows
   return folder == "windows" || folder == "activex" || folder == "host" ||
          (folder == "tools" && file.starts_with("Platform"));

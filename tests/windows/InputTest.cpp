@@ -200,6 +200,35 @@ TEST(Input, ADoubleClickIsNoSecondClick) {
   EXPECT_EQ(doubleClicks, 1);
 }
 
+TEST(Input, OnTheCanvasTheSecondPressOfADoubleClickIsAPress) {
+  TestForm form;
+  int presses = 0;
+  form.page.MouseDown.Connect([&](std::int16_t, std::int16_t, float, float) { ++presses; });
+  const HWND canvas = WindowOf(form.canvas);
+  ClickAt(canvas, 30, 30);
+  SendMessageW(canvas, WM_LBUTTONDBLCLK, MK_LBUTTON, MAKELPARAM(30, 30));
+  SendMessageW(canvas, WM_LBUTTONUP, 0, MAKELPARAM(30, 30));
+  EXPECT_EQ(presses, 2);
+}
+
+TEST(Input, TheCanvasLetsGoOfTheMouseWhenAnotherWindowBecomesActive) {
+  TestForm form;
+  int losses = 0;
+  form.canvas.MouseLost.Connect([&] { ++losses; });
+  const HWND canvas = WindowOf(form.canvas);
+  SetFocus(canvas);
+  SendMessageW(canvas, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(30, 30));
+  EXPECT_EQ(GetCapture(), canvas);
+  SetFocus(WindowOf(form.slider));
+  EXPECT_EQ(losses, 0) << "the keyboard stays in the window";
+  SetFocus(canvas);
+  const HWND other = TestForm::HostWindow();
+  SetActiveWindow(other);
+  EXPECT_EQ(losses, 1);
+  EXPECT_EQ(GetCapture(), nullptr);
+  DestroyWindow(other);
+}
+
 TEST(Input, AReleaseOutsideIsNoClickAndADisabledControlHearsNothing) {
   TestForm form;
   int events = 0;
