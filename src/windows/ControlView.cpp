@@ -74,7 +74,7 @@ void ControlView::Destroy() {
 void ControlView::Changed(Aspect aspect) {
   if (window != nullptr && container != nullptr) {
     if (aspect == Aspect::Geometry) ShowPlace();
-    if (aspect == Aspect::Visibility) ShowWindow(window, model->Visible() ? SW_SHOWNA : SW_HIDE);
+    if (aspect == Aspect::Visibility) ShowVisibility();
     if (aspect == Aspect::Order) ShowOrder();
   }
   if (aspect == Aspect::Enabled) {
@@ -107,6 +107,19 @@ void ControlView::Rescale() {
   SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(pane.Font()), FALSE);
   if (container != nullptr) ShowPlace();
   InvalidateRect(window, nullptr, TRUE);
+}
+
+// Of a hidden window the system hands the keyboard to what holds it, where keys do nothing; the form knows what to do
+// with them.
+void ControlView::ShowVisibility() {
+  if (model->Visible()) {
+    ShowWindow(window, SW_SHOWNA);
+    return;
+  }
+  const HWND focus = GetFocus();
+  const ControlView* form = pane.ViewOf(pane.Root());
+  if (form != nullptr && (focus == window || IsChild(window, focus) != FALSE)) SetFocus(form->Handle());
+  if (IsAttached() && !model->Visible()) ShowWindow(window, SW_HIDE);
 }
 
 void ControlView::ShowOrder() { SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE); }

@@ -84,6 +84,7 @@ private:
                                    DWORD_PTR self);
   LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
   void ShowOrder();
+  void ShowVisibility();
   void EnableDescendants(const Control& holder);
 
   Pane& pane;

@@ -276,6 +276,24 @@ TEST(Input, TheFocusFollowsProceduresAndTheTabKey) {
   EXPECT_EQ(GetFocus(), WindowOf(form.tick));
 }
 
+TEST(Input, KeysGoToTheFormWhenWhatHadTheFocusIsHidden) {
+  TestForm form;
+  std::vector<int> keys;
+  int lost = 0;
+  form.root.KeyPress.Connect([&](std::int16_t character) { keys.push_back(character); });
+  form.slider.LostFocus.Connect([&] { ++lost; });
+  for (Control* hidden : {static_cast<Control*>(&form.slider), form.slider.Container()}) {
+    form.slider.SetFocus();
+    hidden->SetVisible(false);
+    EXPECT_EQ(GetFocus(), form.window->Handle());
+    EXPECT_NE(form.root.ActiveControl(), &form.slider);
+    SendMessageW(GetFocus(), WM_CHAR, 26, 0);
+    hidden->SetVisible(true);
+  }
+  EXPECT_EQ(keys, (std::vector<int>{26, 26}));
+  EXPECT_EQ(lost, 2);
+}
+
 TEST(Input, AnEntryOfAPopUpMenuIsChosen) {
   TestForm form;
   int chosen = 0;
