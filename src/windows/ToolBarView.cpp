@@ -184,9 +184,15 @@ LRESULT ToolBarView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   ++messagesUnderWay;
   const LRESULT result = ControlView::OnMessage(message, wParam, lParam);
   --messagesUnderWay;
-  if (messagesUnderWay > 0 || clicked == 0) return result;
+  if (messagesUnderWay > 0 || !IsAttached()) return result;
+  if (message == WM_LBUTTONUP && clicked == 0) {
+    // Some systems press a disabled check button, without a word.
+    ReadChecks();
+    ShowButtons();
+  }
+  if (clicked == 0) return result;
   const WORD id = std::exchange(clicked, WORD{0});
-  if (IsAttached()) Click(id);
+  Click(id);
   return result;
 }
 
@@ -201,11 +207,17 @@ void ToolBarView::Click(WORD id) {
   const auto index = static_cast<std::size_t>(id) - 1;
   if (index >= bar.Buttons().size()) return;
   // The system has toggled a check button by itself; what the model makes of the click counts.
-  const auto checked = static_cast<unsigned>(SendMessageW(Handle(), TB_GETSTATE, id, 0)) & TBSTATE_CHECKED;
-  shownStates[index] = static_cast<BYTE>((shownStates[index] & ~unsigned{TBSTATE_CHECKED}) | checked);
+  ReadChecks();
   const std::string key = bar.Buttons()[index].key;
   bar.UserClick(key);
   if (IsAttached()) ShowButtons();
+}
+
+void ToolBarView::ReadChecks() {
+  for (std::size_t i = 0; i < shownStates.size(); ++i) {
+    const auto checked = static_cast<unsigned>(SendMessageW(Handle(), TB_GETSTATE, i + 1, 0)) & TBSTATE_CHECKED;
+    shownStates[i] = static_cast<BYTE>((shownStates[i] & ~unsigned{TBSTATE_CHECKED}) | checked);
+  }
 }
 
 LRESULT ToolBarView::OnNotify(NMHDR& header) {

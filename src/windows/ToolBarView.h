@@ -31,6 +31,8 @@ private:
   void AddButtons(const std::vector<RECT>& places, const std::vector<BYTE>& states);
 
   void Click(WORD id);
+  // Which buttons the system shows pressed.
+  void ReadChecks();
 
   ToolBar& bar;
   std::vector<BYTE> shownStates;

@@ -88,6 +88,16 @@ TEST(Input, AClickRunsWhenTheBarItselfIsThroughWithIt) {
   EXPECT_TRUE(wasThrough);
 }
 
+TEST(Input, ADisabledButtonIsNotPressedByAClick) {
+  TestForm form;
+  form.tools.SetButtonEnabled("Pen", false);
+  RECT place = {};
+  SendMessageW(WindowOf(form.tools), TB_GETITEMRECT, 1, reinterpret_cast<LPARAM>(&place));
+  ClickAt(WindowOf(form.tools), place.left + 5, place.top + 5);
+  EXPECT_FALSE(form.tools.ButtonOf("Pen").pressed);
+  EXPECT_EQ(SendMessageW(WindowOf(form.tools), TB_ISBUTTONCHECKED, 2, 0), 0);
+}
+
 TEST(Input, APressedGroupButtonStaysPressedWhenItIsClickedAgain) {
   TestForm form;
   RECT place = {};
