@@ -37,7 +37,7 @@ protected:
   State Look() const;
 
   void ForgetTrace() const;
-  // Without what the system sends whenever it likes: paints and moves of the mouse.
+  // Without what the system sends whenever it likes: paints, moves of the mouse and the ticks of the clipboard watch.
   Names Trace() const;
 
   using Way = void (ToolBarButton::*)() const;
