@@ -142,7 +142,7 @@ void EditorForm::Place() {
       {kwraToolBarSeperator, pages, 2, 3, 6, 24},
       {tbrBasicTools(1), pages, 8, 3, 386, 24},
       {lblPageNo, pages, 122, 8, 120, 15},
-      {cmbPageNo, pages, 148, 4, 56, 22},
+      {cmbPageNo, pages, 151, 4, 53, 22},
       {PageIndex, pages, 236, 4, 17, 22, Hidden},
       {lblImageSize, pages, 252, 8, 138, 15},
 

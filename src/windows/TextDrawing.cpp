@@ -1,6 +1,7 @@
 #include "windows/TextDrawing.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "windows/Text.h"
 
@@ -27,21 +28,21 @@ HFONT CreateLayerFont(const Font& font) {
   return CreateFontIndirectW(&wanted);
 }
 
-TextExtent MeasureText(const std::string& text, const Font& font, std::int32_t widest) {
+TextExtent MeasureText(const std::string& text, const Font& font, std::int32_t widest, const Scale& scale) {
   constexpr LONG Unbounded = 1 << 20;
   const HDC context = CreateCompatibleDC(nullptr);
-  const HFONT handle = CreateLayerFont(font);
+  const HFONT handle = CreateLayerFont(scale.ToDevice(font));
   const HGDIOBJ before = SelectObject(context, handle);
   // A line end at the end opens a line, which only a character on it makes count.
   std::wstring wide = ToWide(text);
   if (wide.empty() || wide.back() == L'\n') wide += L' ';
-  RECT room = {0, 0, widest > 0 ? widest : Unbounded, 0};
+  RECT room = {0, 0, widest > 0 ? static_cast<LONG>(widest * scale.Factor()) : Unbounded, 0};
   DrawTextW(context, wide.c_str(), static_cast<int>(wide.size()), &room, Layout | DT_CALCRECT);
   SelectObject(context, before);
   DeleteObject(handle);
   DeleteDC(context);
-  return {.width = text.empty() ? 0 : static_cast<std::int32_t>(room.right),
-          .height = static_cast<std::int32_t>(room.bottom)};
+  const auto inModel = [&scale](LONG length) { return static_cast<std::int32_t>(std::ceil(scale.ToModel(length))); };
+  return {.width = text.empty() ? 0 : inModel(room.right), .height = inModel(room.bottom)};
 }
 
 GdiTextRenderer::~GdiTextRenderer() {

@@ -15,8 +15,9 @@ namespace kw::windows {
 // installed gets the system's nearest font.
 HFONT CreateLayerFont(const Font& font);
 
-// The room that a text takes as GdiTextRenderer draws it.
-TextExtent MeasureText(const std::string& text, const Font& font, std::int32_t widest);
+// The room that a text takes as GdiTextRenderer draws it at that scale, in the models' pixels: as large as it is drawn,
+// because the letters of a larger font are not exactly as much wider.
+TextExtent MeasureText(const std::string& text, const Font& font, std::int32_t widest, const Scale& scale);
 
 // Draws texts with the system's fonts. GDI knows no alpha: the text is drawn white on black, and its brightness is the
 // coverage.

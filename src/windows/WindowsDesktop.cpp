@@ -1,6 +1,5 @@
 #include "windows/WindowsDesktop.h"
 
-#include <cmath>
 #include <map>
 #include <vector>
 
@@ -109,15 +108,8 @@ void WindowsDesktop::ShowModal(DialogForm& dialog) {
 float WindowsDesktop::TwipsPerPixelX() const { return TwipsPerPixel; }
 float WindowsDesktop::TwipsPerPixelY() const { return TwipsPerPixel; }
 
-// As large as it is drawn: the letters of a larger font are not exactly as much wider.
 TextExtent WindowsDesktop::MeasureText(const std::string& text, const Font& font, std::int32_t widest) {
-  const Scale scale = ScaleOf(DialogOwner());
-  const auto room = static_cast<std::int32_t>(widest * scale.Factor());
-  const TextExtent drawn = windows::MeasureText(text, scale.ToDevice(font), room);
-  const auto inModel = [&scale](std::int32_t length) {
-    return static_cast<std::int32_t>(std::ceil(scale.ToModel(length)));
-  };
-  return {.width = inModel(drawn.width), .height = inModel(drawn.height)};
+  return windows::MeasureText(text, font, widest, ScaleOf(DialogOwner()));
 }
 
 bool WindowsDesktop::ClipboardHasFormat(std::int32_t format) {

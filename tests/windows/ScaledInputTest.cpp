@@ -4,9 +4,11 @@
 
 #include <gtest/gtest.h>
 
+#include <numeric>
 #include <vector>
 
 #include "windows/TestForm.h"
+#include "windows/TextDrawing.h"
 
 namespace kw::test {
 namespace {
@@ -167,6 +169,63 @@ TEST(ScaledCanvas, TextIsTypedInAFieldOfTheLayersLargerSize) {
   EXPECT_EQ(place.right, 212);
   EXPECT_EQ(place.bottom, 108);
   EXPECT_EQ(FontHeightOf(field), -24);
+}
+
+// The coverage of a text that is laid out in one place, seen in another.
+CoverageMask Rendered(const TextRun& run, const PixelRect& place, const PixelRect& seen) {
+  CoverageMask mask{seen, std::vector<std::uint8_t>(static_cast<std::size_t>(seen.Width() * seen.Height()))};
+  windows::GdiTextRenderer().Render(run, place, mask);
+  return mask;
+}
+
+TEST(ScaledCanvas, ATextIsNeitherCutNorBrokenInTheRoomThatIsMeasuredForIt) {
+  for (const std::int32_t dpi : Dpis) {
+    const Scale scale(dpi);
+    for (const char* name : {"Tahoma", "Arial"}) {
+      const Font font{.name = name, .size = 9, .bold = true};
+      const TextRun run{.text = "Approved until later", .font = scale.ToDevice(font)};
+      const TextExtent room = windows::MeasureText(run.text, font, 0, scale);
+      for (std::int32_t left = 0; left < 8; ++left) {
+        const PixelRect place = scale.ToDevice(PixelRect{left, 20, left + room.width, 20 + room.height});
+        const PixelRect wide = {place.left, place.top, place.right + 300, place.bottom + 60};
+        const CoverageMask shown = Rendered(run, place, place);
+        const CoverageMask whole = Rendered(run, wide, wide);
+        EXPECT_EQ(shown.coverage, Rendered(run, wide, place).coverage) << dpi;
+        const auto sum = [](const CoverageMask& mask) {
+          return std::accumulate(mask.coverage.begin(), mask.coverage.end(), 0U);
+        };
+        EXPECT_GT(sum(shown), 0U);
+        EXPECT_EQ(sum(shown), sum(whole)) << dpi << " " << name << " at " << left;
+      }
+    }
+  }
+}
+
+TEST(ScaledCanvas, InLargerBoundsTheFormIsDrawnLargerAndNotStretched) {
+  TestForm form;
+  TransparentPicture& layer = form.layers.Load(1);
+  layer.SetFigure({.kind = FigureKind::Rectangle});
+  layer.SetLineWidth(3);
+  layer.SetLineColor(MakeColour(0, 0, 255));
+  layer.SetBackColor(MakeColour(255, 0, 0));
+  layer.Move(41, 31, 60, 50);
+  layer.SetVisible(true);
+  const HDC screen = GetDC(nullptr);
+  const HDC memory = CreateCompatibleDC(screen);
+  const HBITMAP bitmap = CreateCompatibleBitmap(screen, 900, 600);
+  const HGDIOBJ before = SelectObject(memory, bitmap);
+  windows::EditorWindow::Draw(form.root, memory, {0, 0, 900, 600});
+  const Scale scale(144);
+  const int left = scale.ToDevice(1) + scale.ToDevice(41);
+  const int middle = scale.ToDevice(34 + 55);
+  EXPECT_EQ(GetPixel(memory, left - 1, middle), Green);
+  EXPECT_EQ(GetPixel(memory, left, middle), Blue);
+  EXPECT_EQ(GetPixel(memory, left + 4, middle), Blue);
+  EXPECT_EQ(GetPixel(memory, left + 5, middle), RGB(255, 0, 0));
+  SelectObject(memory, before);
+  DeleteObject(bitmap);
+  DeleteDC(memory);
+  ReleaseDC(nullptr, screen);
 }
 
 }  // namespace
