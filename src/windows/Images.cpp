@@ -32,12 +32,43 @@ int Fitting(std::span<const int> sizes, const Scale& scale) {
   return fitting;
 }
 
-// Grey of the same brightness, and paler.
-std::uint32_t Disable(std::uint32_t pixel) {
+std::uint32_t BrightnessOf(std::uint32_t pixel) {
   const std::uint32_t blue = pixel & 0xFFU;
   const std::uint32_t green = (pixel >> 8U) & 0xFFU;
   const std::uint32_t red = (pixel >> 16U) & 0xFFU;
-  const std::uint32_t grey = (red * 77U + green * 151U + blue * 28U) >> 8U;
+  return (red * 77U + green * 151U + blue * 28U) >> 8U;
+}
+
+// Whether what lies on a button's face must be bright to be seen.
+bool IsFaceDark() {
+  constexpr std::uint32_t Middle = 128;
+  return BrightnessOf(PixelOf(GetSysColor(COLOR_3DFACE))) < Middle;
+}
+
+// On a dark face dark ink becomes as bright as it was dark. A picture with paper of its own is seen as it is.
+void BrightenInk(IconPixels& icon) {
+  constexpr std::uint32_t Opaque = 200;
+  constexpr std::uint32_t PaperBrightness = 200;
+  constexpr int PaperShare = 5;  // of the picture
+  constexpr std::uint32_t LeastAlpha = 1U << 24U;
+  const auto paper = std::ranges::count_if(
+      icon, [](std::uint32_t pixel) { return (pixel >> 24U) >= Opaque && BrightnessOf(pixel) >= PaperBrightness; });
+  if (paper * PaperShare > std::ssize(icon)) return;
+  for (std::uint32_t& pixel : icon) {
+    const std::uint32_t brightness = BrightnessOf(pixel);
+    if (pixel < LeastAlpha || 2 * brightness >= 255) continue;
+    const std::uint32_t added = 255 - 2 * brightness;
+    std::uint32_t brighter = pixel & 0xFF000000U;
+    for (const unsigned channel : {0U, 8U, 16U}) {
+      brighter |= std::min(((pixel >> channel) & 0xFFU) + added, 255U) << channel;
+    }
+    pixel = brighter;
+  }
+}
+
+// Grey of the same brightness, and paler.
+std::uint32_t Disable(std::uint32_t pixel) {
+  const std::uint32_t grey = BrightnessOf(pixel);
   const std::uint32_t alpha = (pixel >> 24U) * 2U / 5U;
   return (alpha << 24U) | (grey << 16U) | (grey << 8U) | grey;
 }
@@ -163,6 +194,7 @@ void Images::Fill() const {
     indexes[resource.key] = static_cast<int>(icons.size());
     icons.push_back(*icon);
   }
+  if (IsFaceDark()) std::ranges::for_each(icons, &BrightenInk);
   normal = MakeList(icons, size, cellSize);
   for (IconPixels& icon : icons) {
     for (std::uint32_t& pixel : icon) pixel = Disable(pixel);

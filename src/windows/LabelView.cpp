@@ -18,7 +18,10 @@ void LabelView::Draw(const Look& look, const RECT& place, const Label& label) {
   if (label.HasBorder()) InflateRect(&inner, -look.scale.LengthOnDevice(3), 0);
   const std::wstring text = ToWide(label.Caption());
   SetBkMode(context, TRANSPARENT);
-  SetTextColor(context, label.Enabled() ? label.ForeColor() : GetSysColor(COLOR_GRAYTEXT));
+  // A caption on the form's own ground, which is the system's, has the system's colour unless it is given another.
+  const bool isPlain = !label.IsOpaque() && label.ForeColor() == MakeColour(0, 0, 0);
+  const COLORREF ink = isPlain ? GetSysColor(COLOR_BTNTEXT) : label.ForeColor();
+  SetTextColor(context, label.Enabled() ? ink : GetSysColor(COLOR_GRAYTEXT));
   DrawTextW(context, text.c_str(), static_cast<int>(text.size()), &inner, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX);
 }
 

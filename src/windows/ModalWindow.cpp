@@ -78,6 +78,11 @@ ModalWindow::ModalWindow(DialogForm& shown, HWND above) : form(shown), owner(abo
     Raise(ErrorNumber::OutOfMemory, static_cast<std::int32_t>(GetLastError()));
   }
   SetWindowSubclass(window, &Subclass, 0, reinterpret_cast<DWORD_PTR>(this));
+  // The frame that was reckoned with is that of the primary screen.
+  RECT client = {};
+  GetClientRect(window, &client);
+  SetWindowPos(window, nullptr, 0, 0, WidthOf(frame) + width - client.right, HeightOf(frame) + height - client.bottom,
+               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
   content = std::make_unique<EditorWindow>(form, window, RECT{0, 0, width, height}, scale);
   content->Show(true);
 }

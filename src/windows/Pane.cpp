@@ -46,8 +46,12 @@ void Pane::Close() {
 
 void Pane::Rescale(const Scale& newScale) {
   if (!IsOpen() || newScale.Dpi() == scale.Dpi()) return;
-  const Message underWay(*this);
   scale = newScale;
+  Refresh();
+}
+
+void Pane::Refresh() {
+  const Message underWay(*this);
   const HFONT oldFont = std::exchange(font, CreateCaptionFont(scale));
   const auto oldImages = std::exchange(images, std::make_unique<Images>(scale));
   RescaleViews(*root);

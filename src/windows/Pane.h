@@ -29,6 +29,8 @@ public:
   // Makes the root's window and everything below.
   void Open(HWND parent, const RECT& position);
   void Close();
+  // Shows everything in the system's present colours.
+  void Refresh();
   // Shows everything at another scale, where it is another one: the window has come to another screen.
   void Rescale(const Scale& newScale);
   bool IsOpen() const { return rootView != nullptr; }

@@ -59,6 +59,9 @@ LRESULT RootView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       root.UserPaint();
       return result;
     }
+    case WM_SYSCOLORCHANGE:
+      Shared().Refresh();
+      break;
     case WM_MOUSEWHEEL:
       if (Scroll(wParam)) return 0;
       break;
