@@ -82,6 +82,16 @@ TEST_F(InputDrawing, ARectangleIsHollowOrFilledAsTheFillPatternSays) {
   EXPECT_EQ(filled.At(230, 160), Blue);
 }
 
+TEST_F(InputDrawing, ABackgroundColourOfTwentyFillsNothing) {
+  ChooseRedOnBlue();
+  hand.ClickAt(OnCanvas(TwentyPatch.left + 5, TwentyPatch.top + 5), Hand::Button::Left, VK_SHIFT);
+  Choose(L"Rectangle");
+  Choose(L"Fill Inside");
+  DrawFrom({80, 120}, {140, 200});
+  EXPECT_TRUE(Shows(80, 160, Red));
+  EXPECT_EQ(Look().At(110, 160), White);
+}
+
 TEST_F(InputDrawing, AnEllipseFillsItsRectangle) {
   ChooseRedOnBlue();
   Choose(L"Circle");

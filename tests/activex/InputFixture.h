@@ -32,10 +32,13 @@ protected:
   static constexpr COLORREF White = RGB(255, 255, 255);
   static constexpr COLORREF Red = RGB(200, 30, 30);
   static constexpr COLORREF Blue = RGB(30, 30, 200);
-  // Parts of the page, in its pixels: two patches of colour, a black outline of one pixel, and a pattern of which no
+  // The colour whose number is 20.
+  static constexpr COLORREF Twenty = RGB(20, 0, 0);
+  // Parts of the page, in its pixels: three patches of colour, a black outline of one pixel, and a pattern of which no
   // two pixels that are neighbours have the same colour.
   static constexpr RECT RedPatch = {400, 20, 440, 60};
   static constexpr RECT BluePatch = {450, 20, 490, 60};
+  static constexpr RECT TwentyPatch = {450, 70, 490, 110};
   static constexpr RECT Outline = {350, 250, 450, 350};
   static constexpr RECT Pattern = {20, 300, 60, 340};
 

@@ -73,6 +73,16 @@ TEST_F(InputKeyboard, ShortcutsRunTheCommandsOfTheirButtonsWhileTheseAreEnabled)
   OtherProgram::LeaveOnTheClipboard(L"empty");
 }
 
+TEST_F(InputKeyboard, DeleteActsWhenTheKeyComesUp) {
+  const BoxAnswerer user;
+  hand.Hold(VK_DELETE);
+  EXPECT_TRUE(hand.Await([&] { return HasTraced("picCanvas_KeyDown"); }));
+  EXPECT_TRUE(user.Boxes().empty());
+  hand.LetGo(VK_DELETE);
+  EXPECT_TRUE(hand.Await([&] { return user.Boxes().size() == 1; }));
+  for (const std::string& box : user.Boxes()) EXPECT_TRUE(box.ends_with(": clear")) << box;
+}
+
 TEST_F(InputKeyboard, EnterAndCtrlMMergeAndCtrlASelectsAll) {
   hand.Strike(VK_RETURN);
   EXPECT_TRUE(hand.Await([&] { return HasTraced("mnuMergeDown_Click"); }));

@@ -61,6 +61,34 @@ TEST_F(InputLayers, APressPicksTheTopmostAndAPressBesideReleasesIt) {
   EXPECT_TRUE(ShowsAgain(before));
 }
 
+TEST_F(InputLayers, TheRightAndTheBottomEdgeOfALayerCountAsInsideIt) {
+  const Snapshot before = Look();
+  for (const POINT edge : {POINT{BlueSquare.right, BlueSquare.top + 10}, {BlueSquare.left + 10, BlueSquare.bottom}}) {
+    Pick(edge.x, edge.y);
+    EXPECT_TRUE(Shows(BlueSquare.left - 1, BlueSquare.top + 20, Black)) << "it is picked";
+    hand.ClickAt(OnCanvas(Away.x, Away.y));
+    EXPECT_TRUE(ShowsAgain(before));
+  }
+  Pick(BlueSquare.right + 1, BlueSquare.top + 10);
+  EXPECT_TRUE(ShowsAgain(before)) << "one pixel further is beside it";
+}
+
+TEST_F(InputLayers, APressOnALayerWithAnotherToolDrawsNothing) {
+  Choose(L"Rectangle");
+  const Snapshot before = Look();
+  hand.MoveTo(OnCanvas(110, 110));
+  hand.GlideTo(OnCanvas(110, 110));
+  hand.Press();
+  ASSERT_TRUE(Shows(Overlap.x, Overlap.y, Red)) << "the press brings the layer to the front";
+  hand.GlideTo(OnCanvas(250, 250));
+  const Snapshot whileDown = Look();
+  EXPECT_TRUE(
+      LiesWithin(whileDown.ChangesSince(before), {RedSquare.left, RedSquare.top, RedSquare.right, RedSquare.bottom}))
+      << "no frame is drawn";
+  hand.Release();
+  EXPECT_TRUE(ShowsAgain(whileDown));
+}
+
 TEST_F(InputLayers, TheMouseMarksTheTopmostLayerUnderItAndRaisesIt) {
   const Snapshot before = Look();
   hand.MoveTo(OnCanvas(110, 110));
