@@ -100,11 +100,7 @@ inline CommandCase PageTurn(const char* key, const char* toolTip, const char* pa
           .changes = {{"page", page}, {key, "off"}, {"Undo", "off"}, {"Redo", "off"}}};
 }
 
-}  // namespace command_cases
-
-// Every command in the order in which a key is compared with them.
-inline std::vector<CommandCase> CommandCases() {
-  using namespace command_cases;
+inline std::vector<CommandCase> All() {
   return {
       {.key = "Save", .bar = Strip, .toolTip = "Save File", .trace = {"SavePage"}},
       {.key = "Print", .bar = Strip, .toolTip = "Print"},
@@ -204,6 +200,11 @@ inline std::vector<CommandCase> CommandCases() {
   };
 }
 
+}  // namespace command_cases
+
+// Every command in the order in which a key is compared with them.
+inline std::vector<CommandCase> CommandCases() { return command_cases::All(); }
+
 // Keys that name no command: unknown, in another case, with a blank, empty.
 inline std::vector<CommandCase> OtherKeys() {
   std::vector<CommandCase> rows;
@@ -232,7 +233,10 @@ inline std::vector<std::string> Differences(const std::map<std::string, std::str
   for (const auto& [what, value] : expected) {
     const auto found = state.find(what);
     const std::string is = found == state.end() ? "nothing" : found->second;
-    if (is != value) differences.push_back(what + ": " + is + ", not " + value);
+    if (is == value) continue;
+    std::string difference = what;
+    for (const std::string& part : {std::string(": "), is, std::string(", not "), value}) difference += part;
+    differences.push_back(difference);
   }
   return differences;
 }

@@ -21,8 +21,8 @@ inline Bitmap ScenePage(int page) {
     for (std::int32_t x = 0; x < picture.Width(); ++x) {
       const bool isDark = x >= 9 && x < 14 && y >= 5 && y < 10;
       const int values[] = {90 + (x * 5 + y * 3) % 8 * 10, 60 + y * 9, 20 + x * 7 + page * 3};
-      for (std::int32_t i = 0; i < 3; ++i) {
-        row[static_cast<std::size_t>(x * 3 + i)] = static_cast<std::uint8_t>(isDark ? 10 : values[i]);
+      for (std::size_t i = 0; i < 3; ++i) {
+        row[static_cast<std::size_t>(x) * 3 + i] = static_cast<std::uint8_t>(isDark ? 10 : values[i]);
       }
     }
   }
