@@ -12,12 +12,12 @@ struct Band {
   std::int32_t end = 0;
 };
 
-// Cuts `height` rows into some bands for each thread that is worth it: none with fewer than `leastRows` rows (except the
-// only one), and one alone where `work` (bytes to go through, or as much time) is little.
+// Cuts `height` rows into some bands for each thread that is worth it: none with fewer than `leastRows` rows (except
+// the only one), and one alone where `work` (bytes to go through, or as much time) is little.
 std::vector<Band> CutIntoBands(std::int32_t height, std::uint64_t work, std::int32_t leastRows = 16);
 
-// Calls task(i) for each i from 0 to count - 1, in any order, on as many threads as can be had, and returns when all have
-// returned. A task must not throw.
+// Calls task(i) for each i from 0 to count - 1, in any order, on as many threads as can be had, and returns when all
+// have returned. A task must not throw.
 void RunTogether(std::size_t count, const std::function<void(std::size_t)>& task);
 
 // How many threads RunTogether takes for that many tasks.
