@@ -119,7 +119,7 @@ void DrawingTools::MoveTo(Procedure& run, const Move& move) {
     if (IsStrokeTool() && isDragging) ContinueStroke(move.x, move.y);
   });
   run([&] {
-    if (IsPressed("NoTools") && !drag.m_IsMouseDown) ShowHover(move.x, move.y);
+    if (!drag.m_IsMouseDown) ShowHover(move.x, move.y);
   });
   run([&] {
     if (isDragging && !IsStrokeTool()) DrawRubberBand(move.x, move.y);
@@ -188,13 +188,13 @@ void DrawingTools::ContinueStroke(float x, float y) {
 }
 
 void DrawingTools::ShowHover(float x, float y) {
+  // With another tool nothing is marked, nor stays so.
+  const std::int16_t under = IsPressed("NoTools") ? LayerAt(x, y) : std::int16_t{0};
   for (const std::int16_t index : layers.ZOrder().Order()) {
-    if (index != Layers::PageLayer) form.TransLayers(index).SetIsToShowBorderMarks(false);
+    if (index != Layers::PageLayer) form.TransLayers(index).SetIsToShowBorderMarks(index == under);
   }
-  const std::int16_t under = LayerAt(x, y);
   if (under == 0) return;
   TransparentPicture& layer = form.TransLayers(under);
-  layer.SetIsToShowBorderMarks(true);
   layers.ZOrder().BringToFront(under);
   layer.SetPointer(LayerDrag::PointerAt(layer, x, y));
 }

@@ -193,6 +193,10 @@ TEST_F(PickedLayer, HoveringMarksTheTopmostLayerAndRaisesIt) {
   EXPECT_EQ(Room().ZOrder().Order(), (std::vector<std::int16_t>{1, 3, 2}));
   Canvas().MouseMove.Raise(0, 0, 10, 10);
   EXPECT_FALSE(Form().TransLayers(2).IsToShowBorderMarks());
+  Canvas().MouseMove.Raise(0, 0, 105, 105);
+  Choose("Line");
+  Canvas().MouseMove.Raise(0, 0, 106, 106);
+  EXPECT_FALSE(Form().TransLayers(2).IsToShowBorderMarks()) << "another tool was chosen";
 }
 
 }  // namespace
