@@ -13,7 +13,10 @@ HINSTANCE Module() { return reinterpret_cast<HINSTANCE>(&__ImageBase); }
 
 namespace {
 
+constexpr int ViewOffset = 0;  // of the view among the extra bytes of a window
+
 int classUsers = 0;  // of all threads; windows of one module are made on few
+ATOM classAtom = 0;
 
 }  // namespace
 
@@ -22,16 +25,28 @@ void OwnWindowClass::Acquire() {
   WNDCLASSEXW description = {};
   description.cbSize = sizeof description;
   description.style = CS_DBLCLKS;
-  description.lpfnWndProc = &DefWindowProcW;
+  description.lpfnWndProc = &Procedure;
+  description.cbWndExtra = sizeof(ControlView*);
   description.hInstance = Module();
   description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   description.lpszClassName = Name;
-  RegisterClassExW(&description);
+  classAtom = RegisterClassExW(&description);
 }
 
 // A class that outlives its DLL would call into memory that is no longer code.
 void OwnWindowClass::Release() {
   if (--classUsers == 0) UnregisterClassW(Name, Module());
+}
+
+bool OwnWindowClass::IsOf(HWND window) { return GetClassLongPtrW(window, GCW_ATOM) == classAtom; }
+
+void OwnWindowClass::SetView(HWND window, ControlView* view) {
+  SetWindowLongPtrW(window, ViewOffset, reinterpret_cast<LONG_PTR>(view));
+}
+
+LRESULT CALLBACK OwnWindowClass::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  auto* const view = reinterpret_cast<ControlView*>(GetWindowLongPtrW(window, ViewOffset));
+  return view == nullptr ? DefWindowProcW(window, message, wParam, lParam) : view->Receive(message, wParam, lParam);
 }
 
 ControlView::ControlView(Pane& shared, Control& shown, ControlView* holder)
@@ -40,7 +55,22 @@ ControlView::ControlView(Pane& shared, Control& shown, ControlView* holder)
 }
 
 ControlView::~ControlView() {
-  if (window != nullptr) RemoveWindowSubclass(window, &Subclass, 0);
+  if (window != nullptr) Unhook();
+}
+
+void ControlView::Hook() {
+  isOwnClass = OwnWindowClass::IsOf(window);
+  if (isOwnClass)
+    OwnWindowClass::SetView(window, this);
+  else
+    SetWindowSubclass(window, &Subclass, 0, reinterpret_cast<DWORD_PTR>(this));
+}
+
+void ControlView::Unhook() {
+  if (isOwnClass)
+    OwnWindowClass::SetView(window, nullptr);
+  else
+    RemoveWindowSubclass(window, &Subclass, 0);
 }
 
 void ControlView::Open() {
@@ -51,7 +81,7 @@ void ControlView::Open() {
     Show(Aspect::Content);
     return;
   }
-  SetWindowSubclass(window, &Subclass, 0, reinterpret_cast<DWORD_PTR>(this));
+  Hook();
   Show(Aspect::Content);
   if (container == nullptr) return;  // where the root lies, and whether it shows, is its host's business
   ShowPlace();
@@ -154,7 +184,9 @@ HWND ControlView::CreateOwnWindow(HWND parent, DWORD extendedStyle) {
 }
 
 LRESULT ControlView::Default(UINT message, WPARAM wParam, LPARAM lParam) {
-  return window == nullptr ? 0 : DefSubclassProc(window, message, wParam, lParam);
+  if (window == nullptr) return 0;
+  return isOwnClass ? DefWindowProcW(window, message, wParam, lParam)
+                    : DefSubclassProc(window, message, wParam, lParam);
 }
 
 bool ControlView::SetPointerOf(const Control& shown) const {
@@ -174,20 +206,22 @@ void ControlView::FocusWent(HWND to) {
   if (to != nullptr && GetAncestor(to, GA_ROOT) == GetAncestor(window, GA_ROOT)) model->LoseFocus();
 }
 
-LRESULT CALLBACK ControlView::Subclass(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
-                                       DWORD_PTR self) {
-  auto& view = *reinterpret_cast<ControlView*>(self);
-  LRESULT result = 0;
+LRESULT CALLBACK ControlView::Subclass(HWND, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR self) {
+  return reinterpret_cast<ControlView*>(self)->Receive(message, wParam, lParam);
+}
+
+LRESULT ControlView::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_NCDESTROY) {
-    RemoveWindowSubclass(window, &Subclass, 0);
-    result = DefSubclassProc(window, message, wParam, lParam);
-    view.window = nullptr;
-    if (view.container == nullptr) view.pane.Close();  // the host destroyed its window with us in it
+    Unhook();
+    const LRESULT result = Default(message, wParam, lParam);
+    window = nullptr;
+    if (container == nullptr) pane.Close();  // the host destroyed its window with us in it
     return result;
   }
-  if (!view.IsAttached()) return DefSubclassProc(window, message, wParam, lParam);
-  const Pane::Message underWay(view.pane);
-  Guard([&] { result = view.Handle(message, wParam, lParam); });
+  if (!IsAttached()) return Default(message, wParam, lParam);
+  LRESULT result = 0;
+  const Pane::Message underWay(pane);
+  Guard([&] { result = Handle(message, wParam, lParam); });
   return result;
 }
 

@@ -80,8 +80,14 @@ protected:
   void FocusWent(HWND to);
 
 private:
+  friend class OwnWindowClass;
+
   static LRESULT CALLBACK Subclass(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
                                    DWORD_PTR self);
+  // Has the window's messages come to this view, or no longer.
+  void Hook();
+  void Unhook();
+  LRESULT Receive(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
   void ShowOrder();
   void ShowVisibility();
@@ -91,14 +97,22 @@ private:
   Control* model;
   ControlView* container;
   HWND window = nullptr;
+  bool isOwnClass = false;
 };
 
-// The window class of views that paint themselves; there while a pane is open.
+// The window class of views that paint themselves; there while a pane is open. A window of it knows its view, which is
+// quicker than a subclass, whose view is looked up at each message.
 class OwnWindowClass {
 public:
   static constexpr const wchar_t* Name = L"KwEditorView";
   static void Acquire();
   static void Release();
+  static bool IsOf(HWND window);
+  // Null for none.
+  static void SetView(HWND window, ControlView* view);
+
+private:
+  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 };
 
 // The DLL or executable that holds this code.
