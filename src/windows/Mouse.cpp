@@ -6,6 +6,20 @@
 
 namespace kw::windows {
 
+namespace {
+
+// Shift and Ctrl came with the message. Moves come so often that they do without Alt, for which the system would have
+// to be asked.
+std::int16_t ShiftStateAt(MouseEvent::Kind kind, WPARAM keys) {
+  std::int16_t state = 0;
+  if ((keys & MK_SHIFT) != 0) state |= Mouse::ShiftKey;
+  if ((keys & MK_CONTROL) != 0) state |= Mouse::ControlKey;
+  if (kind != MouseEvent::Kind::Move && GetKeyState(VK_MENU) < 0) state |= Mouse::AltKey;
+  return state;
+}
+
+}  // namespace
+
 std::int16_t ShiftState() {
   const auto held = [](int key, std::int16_t bit) { return GetKeyState(key) < 0 ? bit : std::int16_t{0}; };
   return static_cast<std::int16_t>(held(VK_SHIFT, Mouse::ShiftKey) | held(VK_CONTROL, Mouse::ControlKey) |
@@ -40,7 +54,7 @@ std::optional<MouseEvent> MouseEvent::Of(UINT message, WPARAM wParam, LPARAM lPa
     if (row.message != message) continue;
     return MouseEvent{.kind = row.kind,
                       .button = row.kind == Kind::Move ? allHeld : row.button,
-                      .shift = ShiftState(),
+                      .shift = ShiftStateAt(row.kind, wParam),
                       .at = {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)},
                       .isAnyHeld = allHeld != 0};
   }

@@ -17,8 +17,8 @@ struct MouseEvent {
 
   Kind kind = Kind::Move;
   std::int16_t button = 0;  // the one that changed; for a move all that are held
-  std::int16_t shift = 0;
-  POINT at = {};  // pixels of the window
+  std::int16_t shift = 0;   // for a move without Alt
+  POINT at = {};            // pixels of the window
   bool isAnyHeld = false;
 
   // Empty for another message.
