@@ -82,6 +82,7 @@ IUnknown* EditorObject::Families::Find(REFIID iid) {
 
 EditorObject::EditorObject(IUnknown* controlling) {
   families = new Families(controlling == nullptr ? *this : *controlling);
+  if (controlling == nullptr) families->Life().CountIsOwn();
   Module::Lock();
 }
 

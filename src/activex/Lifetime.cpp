@@ -17,6 +17,13 @@ Lifetime::~Lifetime() {
   if (postbox != nullptr) DestroyWindow(postbox);
 }
 
+// Besides the one reference that asks.
+bool Lifetime::IsHeldByOthers() const {
+  if (!isCountOwn) return false;
+  unknown->AddRef();
+  return unknown->Release() > 1;
+}
+
 void Lifetime::ReleaseLater() {
   if (postbox == nullptr) {
     // A class that Windows has: one of our own would outlive the library that holds its procedure.
@@ -42,8 +49,8 @@ Lifetime::Entry::~Entry() {
 Lifetime::Outgoing::Outgoing(Lifetime& calling) : life(calling) { life.unknown->AddRef(); }
 
 Lifetime::Outgoing::~Outgoing() {
-  if (life.entries > 0) {
-    life.unknown->Release();  // the incoming call still holds its own
+  if (life.entries > 0 || life.IsHeldByOthers()) {
+    life.unknown->Release();  // an incoming call still holds its own, or the host does
   } else {
     life.ReleaseLater();
   }

@@ -10,8 +10,8 @@ namespace kw::activex {
 //
 // A host may let go of the control inside an event or while a message box is up. The editor's
 // procedure that raised the event has then not ended, so the control must outlive it: a call that came in through COM
-// holds a reference to its end, and a call out to the host holds one that is dropped at the message loop if no incoming
-// call is under way.
+// holds a reference to its end, and a call out to the host holds one. If that is the last one and no incoming call is
+// under way, it is dropped at the message loop.
 class Lifetime {
 public:
   // `controlling` is the aggregate's unknown, or the control's own.
@@ -21,6 +21,9 @@ public:
   ~Lifetime();
 
   IUnknown& Unknown() const { return *unknown; }
+  // The references count with the control itself and not with an aggregate, which may answer what it likes when asked
+  // how many there are.
+  void CountIsOwn() { isCountOwn = true; }
   // From now on the references count with `own` only: the control is being destroyed.
   void Detach(IUnknown& own) { unknown = &own; }
 
@@ -50,9 +53,11 @@ public:
 
 private:
   static LRESULT CALLBACK PostboxProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  bool IsHeldByOthers() const;
   void ReleaseLater();
 
   IUnknown* unknown;
+  bool isCountOwn = false;
   int entries = 0;
   HWND postbox = nullptr;
 };
