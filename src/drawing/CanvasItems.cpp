@@ -107,7 +107,12 @@ bool IsCanvasItem(const Control& child) {
 
 std::vector<DisplayItem> ItemsOf(const PictureBox& canvas, const Scale& scale) {
   std::vector<DisplayItem> items;
-  items.reserve(canvas.Children().size() + 1);
+  CollectItems(canvas, scale, items);
+  return items;
+}
+
+void CollectItems(const PictureBox& canvas, const Scale& scale, std::vector<DisplayItem>& items) {
+  items.clear();
   if (const Bitmap& picture = canvas.Picture(); !picture.IsEmpty()) {
     DisplayItem& item = items.emplace_back();
     item.key = KeyOf(&canvas);
@@ -125,7 +130,6 @@ std::vector<DisplayItem> ItemsOf(const PictureBox& canvas, const Scale& scale) {
       item.ground = marker->Color();
     }
   }
-  return items;
 }
 
 }  // namespace kw

@@ -25,6 +25,9 @@ PixelRect ContentsOfLayer(const TransparentPicture& layer);
 // figures, frames and texts are those of that size, lines a whole number of its pixels wide; pictures come to lie in
 // larger places.
 std::vector<DisplayItem> ItemsOf(const PictureBox& canvas, const Scale& scale = Scale());
+// The same into a list that may have held others before: a long stroke has thousands of markers, and the memory for so
+// many is not taken anew each time.
+void CollectItems(const PictureBox& canvas, const Scale& scale, std::vector<DisplayItem>& items);
 
 // Whether this child of a canvas is one of its items.
 bool IsCanvasItem(const Control& child);

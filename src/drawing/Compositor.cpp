@@ -123,23 +123,40 @@ void PaintItem(const FrameBuffer& target, const DisplayItem& item, const PixelRe
   }
 }
 
+// The parts of an item's place where it shows something. Of a bare frame that is little, however large it is.
+void AddSeen(const DisplayItem& item, DirtyRegion& dirty) {
+  const PixelRect& place = item.place;
+  const std::int32_t line = item.frame == DisplayItem::Frame::None ? 0 : item.frameWidth;
+  const bool isBare = !item.ground && item.picture.IsEmpty() && !item.shape && !item.text;
+  if (!isBare || place.Width() <= 2 * line || place.Height() <= 2 * line) {
+    dirty.Add(place);
+    return;
+  }
+  dirty.Add({place.left, place.top, place.right, place.top + line});
+  dirty.Add({place.left, place.bottom - line, place.right, place.bottom});
+  dirty.Add({place.left, place.top + line, place.left + line, place.bottom - line});
+  dirty.Add({place.right - line, place.top + line, place.right, place.bottom - line});
+  if (!item.hasHandles) return;
+  for (const PixelRect& handle : HandlesOf(place, item.handleSize)) dirty.Add(Common(handle, place));
+}
+
 }  // namespace
 
-std::vector<PixelRect> Compositor::Show(std::vector<DisplayItem> newItems) {
+std::vector<PixelRect> Compositor::Exchange(std::vector<DisplayItem>& newItems) {
   const auto matches = MatchUnchanged(items, newItems);
   DirtyRegion dirty;
   std::vector<bool> isKept(items.size());
   for (std::size_t i = 0; i < newItems.size(); ++i) {
     if (matches[i] == None) {
-      dirty.Add(newItems[i].place);
+      AddSeen(newItems[i], dirty);
     } else {
       isKept[matches[i]] = true;
     }
   }
   for (std::size_t i = 0; i < items.size(); ++i) {
-    if (!isKept[i]) dirty.Add(items[i].place);
+    if (!isKept[i]) AddSeen(items[i], dirty);
   }
-  items = std::move(newItems);
+  items.swap(newItems);
   return dirty.Parts();
 }
 

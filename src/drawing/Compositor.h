@@ -20,7 +20,9 @@ public:
   // Takes the new list of items, back to front, and returns the parts of the canvas that have changed by it: no more
   // than the old and new places of the items that are new, gone, different or restacked. Parts do not overlap by more
   // than painting twice is worth.
-  std::vector<PixelRect> Show(std::vector<DisplayItem> newItems);
+  std::vector<PixelRect> Show(std::vector<DisplayItem> newItems) { return Exchange(newItems); }
+  // The same; gives the former list back, for its memory.
+  std::vector<PixelRect> Exchange(std::vector<DisplayItem>& newItems);
   const std::vector<DisplayItem>& Items() const { return items; }
   Colour Ground() const { return ground; }
   void SetGround(Colour backColour) { ground = backColour; }

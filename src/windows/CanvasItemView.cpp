@@ -13,7 +13,7 @@ void CanvasItemView::Show(Aspect aspect) {
   if (aspect == Aspect::Typing) ShowTyping();
   if (!IsAttached()) return;
   if (field != nullptr) field->Show();
-  if (const PictureBoxView* canvas = Canvas()) canvas->ItemsChanged();
+  if (PictureBoxView* canvas = Canvas()) canvas->ItemsChanged();
 }
 
 void CanvasItemView::ShowTyping() {

@@ -71,8 +71,26 @@ std::vector<RECT> UpdatePartsOf(HWND window) {
 }  // namespace
 
 BufferedPaint::BufferedPaint(HWND painted, BackBuffer& frame)
-    : window(painted), buffer(frame), parts(UpdatePartsOf(painted)) {
+    : window(painted), isAnswer(true), buffer(frame), parts(UpdatePartsOf(painted)) {
   BeginPaint(window, &paint);
+  Begin();
+}
+
+BufferedPaint::BufferedPaint(HWND painted, BackBuffer& frame, const std::vector<PixelRect>& changed)
+    : window(painted), isAnswer(false), buffer(frame) {
+  RECT client = {};
+  GetClientRect(window, &client);
+  for (const PixelRect& one : changed) {
+    const RECT part = ToRect(Common(one, ToPixelRect(client)));
+    if (IsRectEmpty(&part) != FALSE) continue;
+    parts.push_back(part);
+    UnionRect(&paint.rcPaint, &paint.rcPaint, &part);
+  }
+  if (IsNeeded()) paint.hdc = GetDC(window);
+  Begin();
+}
+
+void BufferedPaint::Begin() {
   const RECT& dirty = paint.rcPaint;
   if (IsRectEmpty(&dirty) != FALSE || !buffer.Reserve(WidthOf(dirty), HeightOf(dirty))) parts.clear();
   if (IsNeeded()) SetViewportOrgEx(buffer.Context(), -dirty.left, -dirty.top, nullptr);
@@ -88,7 +106,10 @@ BufferedPaint::~BufferedPaint() {
              part.top - dirty.top, SRCCOPY);
     }
   }
-  EndPaint(window, &paint);
+  if (isAnswer)
+    EndPaint(window, &paint);
+  else if (paint.hdc != nullptr)
+    ReleaseDC(window, paint.hdc);
 }
 
 void FillWith(HDC context, const RECT& rectangle, COLORREF colour) {

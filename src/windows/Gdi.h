@@ -36,23 +36,29 @@ private:
   int height = 0;
 };
 
-// Paints a window without flicker: what is drawn into Context() between BeginPaint and EndPaint, in the coordinates of
-// the window, appears at once, and only where the window is out of date.
+// Paints a window without flicker: what is drawn into Context(), in the coordinates of the window, appears at once, and
+// only in its parts.
 class BufferedPaint {
 public:
+  // The answer to WM_PAINT: where the system says that the window is out of date.
   BufferedPaint(HWND painted, BackBuffer& frame);
+  // Where its owner says so, at any time.
+  BufferedPaint(HWND painted, BackBuffer& frame, const std::vector<PixelRect>& changed);
   BufferedPaint(const BufferedPaint&) = delete;
   BufferedPaint& operator=(const BufferedPaint&) = delete;
   ~BufferedPaint();
 
   HDC Context() const { return buffer.Context(); }
-  // What is out of date: few rectangles that do not overlap; none when there is nothing to paint.
+  // What is out of date: few rectangles, of the system's none that overlap; none when there is nothing to paint.
   const std::vector<RECT>& Parts() const { return parts; }
   FrameBuffer Pixels() const { return buffer.Pixels(paint.rcPaint); }
   bool IsNeeded() const { return !parts.empty(); }
 
 private:
+  void Begin();
+
   HWND window;
+  bool isAnswer;
   PAINTSTRUCT paint = {};
   BackBuffer& buffer;
   std::vector<RECT> parts;

@@ -1,9 +1,11 @@
 #include "windows/Pane.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "components/RunTimeError.h"
+#include "drawing/CanvasItems.h"
 #include "windows/CommonControls.h"
 #include "windows/Gdi.h"
 #include "windows/Text.h"
@@ -65,7 +67,9 @@ void Pane::RescaleViews(const Control& model) {
 
 void Pane::Add(Control& model, ControlView* container) {
   if (!IsOpen()) return;
-  const CommonControls controls;
+  // What has no window needs no classes of the system; the markers of a stroke come too fast for that.
+  std::optional<CommonControls> controls;
+  if (!IsCanvasItem(model)) controls.emplace();
   MakeViews(model, container);
 }
 

@@ -15,6 +15,11 @@ namespace {
 // In the models' pixels. A marker is small; the mouse finds it from a little further away.
 constexpr LONG MarkerReach = 2;
 
+// Mice tell of a thousand moves a second, and no screen shows as many pictures. What changes later than this after a
+// painting shows at once, and what changes sooner after this time.
+constexpr auto LeastPause = std::chrono::milliseconds(10);
+constexpr UINT_PTR PaintTimer = 1;
+
 }  // namespace
 
 bool PictureBoxView::IsTabStop() const {
@@ -24,28 +29,48 @@ bool PictureBoxView::IsTabStop() const {
 }
 
 // Whatever is shown differently shows by the next painting, in one go, and no more than that is painted.
-void PictureBoxView::ItemsChanged() const {
-  if (Handle() != nullptr) RedrawWindow(Handle(), nullptr, nullptr, RDW_INTERNALPAINT);
+void PictureBoxView::ItemsChanged() {
+  if (Handle() == nullptr || isPaintingDue) return;
+  isPaintingDue = true;
+  const bool isSoon = std::chrono::steady_clock::now() - lastPainting < LeastPause;
+  if (!isSoon || SetTimer(Handle(), PaintTimer, static_cast<UINT>(LeastPause.count()), nullptr) == 0) AskForPainting();
 }
 
-void PictureBoxView::ShowItems() {
+void PictureBoxView::AskForPainting() const { RedrawWindow(Handle(), nullptr, nullptr, RDW_INTERNALPAINT); }
+
+void PictureBoxView::PaintItems() {
+  isPaintingDue = false;
+  CollectItems(box, Shared().Scaling(), formerItems);
   compositor.SetGround(box.BackColor());
-  for (const PixelRect& part : compositor.Show(ItemsOf(box, Shared().Scaling()))) {
-    const RECT outOfDate = ToRect(part);
-    InvalidateRect(Handle(), &outOfDate, FALSE);
+  const std::vector<PixelRect> changed = compositor.Exchange(formerItems);
+  const auto paintWith = [this](const BufferedPaint& paint) {
+    for (const RECT& part : paint.Parts()) compositor.Paint(paint.Pixels(), ToPixelRect(part), &texts);
+  };
+  if (GetUpdateRect(Handle(), nullptr, FALSE) == FALSE) {
+    // Quicker than to tell the system first what is out of date.
+    paintWith(BufferedPaint(Handle(), Shared().Buffer(), changed));
+  } else {
+    for (const PixelRect& part : changed) {
+      const RECT outOfDate = ToRect(part);
+      InvalidateRect(Handle(), &outOfDate, FALSE);
+    }
+    paintWith(BufferedPaint(Handle(), Shared().Buffer()));
   }
+  lastPainting = std::chrono::steady_clock::now();
 }
 
 bool PictureBoxView::WantsKey(WPARAM key) const { return IsEditorKey(key); }
 
 LRESULT PictureBoxView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
-    case WM_PAINT: {
-      ShowItems();
-      const BufferedPaint paint(Handle(), Shared().Buffer());
-      for (const RECT& part : paint.Parts()) compositor.Paint(paint.Pixels(), ToPixelRect(part), &texts);
+    case WM_PAINT:
+      PaintItems();
       return 0;
-    }
+    case WM_TIMER:
+      if (wParam != PaintTimer) break;
+      KillTimer(Handle(), PaintTimer);
+      if (isPaintingDue) AskForPainting();
+      return 0;
     case WM_COMMAND:
       if (HIWORD(wParam) == EN_CHANGE) TextField::TakeTextOf(reinterpret_cast<HWND>(lParam));
       return 0;

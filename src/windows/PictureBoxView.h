@@ -1,5 +1,8 @@
 #pragma once
 
+#include <chrono>
+#include <vector>
+
 #include "components/PictureBox.h"
 #include "drawing/CanvasItems.h"
 #include "drawing/Compositor.h"
@@ -24,7 +27,7 @@ public:
   bool WantsKey(WPARAM key) const override;
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
   // An item that shows itself on this box looks different now, came or went.
-  void ItemsChanged() const;
+  void ItemsChanged();
   // The item is going: it gets no more of the mouse.
   void Forget(const CanvasItemView& item);
 
@@ -36,14 +39,18 @@ private:
   POINT ModelPixelAt(POINT point) const;
   CanvasItemView* ItemAt(POINT point) const;
   void TakeFocus();
-  // Hands the compositor what the box shows now, and makes out of date what that changes.
-  void ShowItems();
+  void AskForPainting() const;
+  // Paints what the box shows now, where that is out of date.
+  void PaintItems();
 
   PictureBox& box;
   Compositor compositor;
   GdiTextRenderer texts;
   CanvasItemView* held = nullptr;  // has the mouse while a button is down
   bool isHolding = false;
+  std::vector<DisplayItem> formerItems;  // for their memory
+  bool isPaintingDue = false;
+  std::chrono::steady_clock::time_point lastPainting;
 };
 
 }  // namespace kw::windows

@@ -112,6 +112,7 @@ public:
     if (Number(0, 3) == 0) item.text = TextRun{"a layer", {}, AnyColour()};
     item.frame = static_cast<DisplayItem::Frame>(Number(0, 2));
     item.frameColour = AnyColour();
+    item.frameWidth = Number(1, 3);
     item.hasHandles = Number(0, 4) == 0;
   }
 
@@ -198,6 +199,44 @@ TEST(CompositorTest, AMovedItemDirtiesItsOldAndItsNewPlaceOnly) {
   ASSERT_EQ(parts.size(), 2U);
   EXPECT_TRUE((parts[0] == PixelRect{60, 50, 80, 70} && parts[1] == PixelRect{10, 10, 30, 30}) ||
               (parts[1] == PixelRect{60, 50, 80, 70} && parts[0] == PixelRect{10, 10, 30, 30}));
+}
+
+TEST(CompositorTest, ABareFrameDirtiesItsLinesOnly) {
+  DisplayItem band;
+  band.key = 1;
+  band.place = {10, 10, 110, 90};
+  band.frame = DisplayItem::Frame::Solid;
+  const auto areaOf = [](const std::vector<PixelRect>& parts) {
+    std::int32_t area = 0;
+    for (const PixelRect& part : parts) area += part.Width() * part.Height();
+    return area;
+  };
+  Compositor compositor(White);
+  EXPECT_EQ(areaOf(compositor.Show({band})), 2 * 100 + 2 * 78);
+  band.hasHandles = true;
+  compositor.Show({band});
+  band.hasHandles = false;
+  band.place = {20, 20, 100, 80};
+  EXPECT_LT(areaOf(compositor.Show({band})), 100 * 80 / 5);
+  band.ground = White;
+  EXPECT_EQ(areaOf(compositor.Show({band})), 80 * 60) << "what fills its place shows in all of it";
+  band.ground.reset();
+  EXPECT_EQ(areaOf(compositor.Show({band})), 80 * 60);
+  band.place = {20, 20, 22, 80};
+  compositor.Show({});
+  EXPECT_EQ(areaOf(compositor.Show({band})), 2 * 60) << "no more than its place";
+}
+
+TEST(CompositorTest, TheFormerListComesBackForItsMemory) {
+  std::vector<DisplayItem> list(3);
+  for (std::uint64_t i = 0; i < 3; ++i) list[i].key = i + 1;
+  Compositor compositor(White);
+  compositor.Exchange(list);
+  EXPECT_TRUE(list.empty());
+  EXPECT_EQ(compositor.Items().size(), 3U);
+  compositor.Exchange(list);
+  EXPECT_EQ(list.size(), 3U);
+  EXPECT_TRUE(compositor.Items().empty());
 }
 
 TEST(CompositorTest, ARestackedItemDirtiesItsOwnPlaceOnly) {

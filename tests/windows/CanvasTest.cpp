@@ -1,5 +1,8 @@
 // What the canvas shows, pixel by pixel, and how little of it is painted again.
 
+#include <windows.h>
+
+#include <commctrl.h>
 #include <gtest/gtest.h>
 
 #include <set>
@@ -182,6 +185,32 @@ TEST(Canvas, TwoDistantChangesLeaveWhatLiesBetweenThemAlone) {
   EXPECT_EQ(PixelOf(canvas, 60, 70), Green);
   EXPECT_EQ(PixelOf(canvas, 160, 70), Red);
   EXPECT_EQ(PixelOf(canvas, 110, 70), Smear);
+}
+
+LRESULT CALLBACK CountPaintings(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR count) {
+  if (message == WM_PAINT) ++*reinterpret_cast<int*>(count);
+  return DefSubclassProc(window, message, wParam, lParam);
+}
+
+TEST(Canvas, ManyChangesInAShortTimeArePaintedFewTimes) {
+  TestForm form;
+  TransparentPicture& layer = AddLayer(form);
+  TestForm::Pump();
+  const HWND canvas = WindowOf(form.canvas);
+  int paintings = 0;
+  SetWindowSubclass(canvas, &CountPaintings, 1, reinterpret_cast<DWORD_PTR>(&paintings));
+  const ULONGLONG start = GetTickCount64();
+  constexpr int Changes = 2000;
+  for (int i = 0; i < Changes; ++i) {
+    layer.SetLeft(static_cast<float>(i % 200));
+    TestForm::PumpOnce();
+  }
+  constexpr ULONGLONG Pause = 10;
+  EXPECT_LE(static_cast<ULONGLONG>(paintings), (GetTickCount64() - start) / Pause + 3);
+  layer.SetLeft(150);
+  TestForm::Pump();
+  EXPECT_EQ(PixelOf(canvas, 155, 70), Red) << "the last one shows";
+  RemoveWindowSubclass(canvas, &CountPaintings, 1);
 }
 
 TEST(Canvas, APickedLayersContentsStayWhereTheyWere) {

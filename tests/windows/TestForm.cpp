@@ -98,6 +98,12 @@ HWND TestForm::HostWindow(int width, int height) {
 }
 
 void TestForm::Pump() {
+  PumpOnce();
+  Sleep(20);  // so long at most does what changes wait to be painted
+  PumpOnce();
+}
+
+void TestForm::PumpOnce() {
   MSG message;
   while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
     TranslateMessage(&message);

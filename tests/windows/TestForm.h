@@ -64,6 +64,8 @@ public:
 
   // Handles every message that waits.
   static void Pump();
+  // Handles what waits already, no more.
+  static void PumpOnce();
   // Pumps until `isDone`; false when that takes longer than five seconds.
   template <class Condition>
   static bool PumpUntil(Condition isDone) {
