@@ -1,0 +1,192 @@
+// What mouse moves cost the real control with 100 layers on its page, beside two windows that have nothing to do with
+// it and get the same moves. Tested is what the moves did; the times are the machine's, and are only printed.
+// KW_MOVES asks for more moves and so for finer times.
+
+#include <windowsx.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <iomanip>
+#include <iostream>
+
+#include "activex/InputFixture.h"
+
+namespace kw::test {
+namespace {
+
+constexpr int Side = 10;  // layers in a row, and rows
+constexpr SIZE Cell = {48, 38};
+constexpr SIZE LayerSize = {40, 30};
+constexpr POINT Beside = {4, 4};  // of the page, where no layer lies
+
+int Moves() {
+  const char* const text = std::getenv("KW_MOVES");
+  return text == nullptr ? 1000 : std::atoi(text);
+}
+
+POINT CornerOf(int layer) { return {8 + layer % Side * Cell.cx, 8 + layer / Side * Cell.cy}; }
+
+// A way over the whole page in steps of a few pixels.
+POINT PointOnTheWay(int step) {
+  const auto toAndFro = [](int way, int length) {
+    way %= 2 * length;
+    return way < length ? way : 2 * length - way;
+  };
+  return {Beside.x + toAndFro(step * 3, Side * Cell.cx), Beside.y + toAndFro(step * 2, Side * Cell.cy)};
+}
+
+LPARAM Packed(POINT point) { return MAKELPARAM(point.x, point.y); }
+
+struct ProcessorTime {
+  double user = 0;    // microseconds
+  double kernel = 0;  // microseconds
+};
+
+double MicrosecondsOf(const FILETIME& time) {
+  constexpr double Ticks = 10;  // of 100 nanoseconds
+  return (static_cast<double>(time.dwHighDateTime) * 4294967296.0 + static_cast<double>(time.dwLowDateTime)) / Ticks;
+}
+
+ProcessorTime Used() {
+  FILETIME created = {};
+  FILETIME ended = {};
+  FILETIME kernel = {};
+  FILETIME user = {};
+  EXPECT_NE(GetProcessTimes(GetCurrentProcess(), &created, &ended, &kernel, &user), FALSE);
+  return {MicrosecondsOf(user), MicrosecondsOf(kernel)};
+}
+
+// A window that does nothing with the mouse, or paints a few pixels at each move.
+class BareWindow {
+public:
+  BareWindow(HWND parent, bool doesPaint) : isPainting(doesPaint) {
+    WNDCLASSW description = {};
+    description.lpfnWndProc = &Procedure;
+    description.hInstance = GetModuleHandleW(nullptr);
+    description.lpszClassName = ClassName;
+    RegisterClassW(&description);
+    window = CreateWindowExW(0, ClassName, nullptr, WS_CHILD | WS_CLIPSIBLINGS, 0, 0, 500, 400, parent, nullptr,
+                             description.hInstance, nullptr);
+    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+    SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_SHOWWINDOW);
+  }
+  BareWindow(const BareWindow&) = delete;
+  BareWindow& operator=(const BareWindow&) = delete;
+  ~BareWindow() {
+    DestroyWindow(window);
+    UnregisterClassW(ClassName, GetModuleHandleW(nullptr));
+  }
+
+  HWND Handle() const { return window; }
+  int MovesSeen() const { return moves; }
+  int Paintings() const { return paintings; }
+
+private:
+  static constexpr const wchar_t* ClassName = L"KwBareWindow";
+
+  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    auto* const self = reinterpret_cast<BareWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (self != nullptr && message == WM_MOUSEMOVE) self->Move({GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+    if (self != nullptr && message == WM_PAINT) ++self->paintings;
+    if (self == nullptr || message != WM_PAINT) return DefWindowProcW(window, message, wParam, lParam);
+    PAINTSTRUCT paint = {};
+    const HDC context = BeginPaint(window, &paint);
+    FillRect(context, &paint.rcPaint, GetSysColorBrush(COLOR_WINDOWTEXT));
+    EndPaint(window, &paint);
+    return 0;
+  }
+  void Move(POINT at) {
+    ++moves;
+    const RECT changed = {at.x, at.y, at.x + 2, at.y + 2};
+    if (isPainting) InvalidateRect(window, &changed, FALSE);
+  }
+
+  bool isPainting;
+  HWND window = nullptr;
+  int moves = 0;
+  int paintings = 0;
+};
+
+class MouseRate : public InputTest {
+protected:
+  void SetUp() override {
+    InputTest::SetUp();
+    ChooseRedOnBlue();
+    Choose(L"Rectangle");
+    for (int i = 0; i < Side * Side; ++i) {
+      const POINT corner = CornerOf(i);
+      const POINT end = {corner.x + LayerSize.cx, corner.y + LayerSize.cy};
+      PostMessageW(canvas, WM_LBUTTONDOWN, MK_LBUTTON, Packed(corner));
+      PostMessageW(canvas, WM_MOUSEMOVE, MK_LBUTTON, Packed(end));
+      PostMessageW(canvas, WM_LBUTTONUP, 0, Packed(end));
+      hand.Pump();
+    }
+    const POINT last = CornerOf(Side * Side - 1);
+    ASSERT_TRUE(Shows(last.x, last.y, Red));
+    const Snapshot shown = Look();
+    for (int i = 0; i < Side * Side; ++i) {
+      const POINT corner = CornerOf(i);
+      ASSERT_EQ(shown.At(corner.x, corner.y), Red) << "layer " << i;
+    }
+  }
+
+  // A thousand moves a second, each alone in the queue.
+  void Measure(const char* what, HWND window, WPARAM held) const {
+    hand.Pump();
+    const ProcessorTime start = Used();
+    const auto begin = std::chrono::steady_clock::now();
+    for (int i = 0; i < Moves(); ++i) {
+      while (std::chrono::steady_clock::now() - begin < std::chrono::milliseconds(i)) Sleep(1);
+      PostMessageW(window, WM_MOUSEMOVE, held, Packed(PointOnTheWay(i)));
+      hand.Pump();
+    }
+    const ProcessorTime end = Used();
+    const double user = (end.user - start.user) / Moves();
+    const double kernel = (end.kernel - start.kernel) / Moves();
+    constexpr double PercentAtRate = 1000 / 1e6 * 100;  // at 1,000 moves a second
+    std::cout << std::fixed << std::setprecision(1) << "  " << std::left << std::setw(32) << what << std::right
+              << std::setw(7) << user << " us user" << std::setw(7) << kernel << " us kernel a move" << std::setw(7)
+              << (user + kernel) * PercentAtRate << " % of a core at 1,000 a second" << std::endl;
+  }
+  void MeasurePeers() const {
+    const BareWindow still(container.Window(), false);
+    Measure("a bare window", still.Handle(), 0);
+    EXPECT_EQ(still.MovesSeen(), Moves());
+    const BareWindow painting(container.Window(), true);
+    Measure("a bare window that paints", painting.Handle(), 0);
+    EXPECT_GE(painting.Paintings(), Moves() / 2);
+  }
+};
+
+TEST_F(MouseRate, WhatMovesCost) {
+  MeasurePeers();
+  const Snapshot before = Look();
+  Measure("drawing tool over layers", canvas, 0);
+  EXPECT_TRUE(ShowsAgain(before)) << "nothing is marked";
+
+  Choose(L"Selection");
+  Measure("pointer tool over layers", canvas, 0);
+  PostMessageW(canvas, WM_MOUSEMOVE, 0, Packed({CornerOf(0).x + 5, CornerOf(0).y + 5}));
+  hand.Pump();
+  EXPECT_TRUE(hand.Await([&] { return Look() != before; })) << "the layer is marked";
+
+  Choose(L"Rectangle");
+  PostMessageW(canvas, WM_LBUTTONDOWN, MK_LBUTTON, Packed(Beside));
+  Measure("rubber band", canvas, MK_LBUTTON);
+  PostMessageW(canvas, WM_MOUSEMOVE, MK_LBUTTON, Packed(Beside));  // no layer comes of it
+  PostMessageW(canvas, WM_LBUTTONUP, 0, Packed(Beside));
+  hand.Pump();
+
+  Choose(L"Pen");
+  const Snapshot unwritten = Look();
+  PostMessageW(canvas, WM_LBUTTONDOWN, MK_LBUTTON, Packed(Beside));
+  Measure("pen", canvas, MK_LBUTTON);
+  Measure("pen, in a longer stroke", canvas, MK_LBUTTON);
+  PostMessageW(canvas, WM_LBUTTONUP, 0, Packed(Beside));
+  hand.Pump();
+  const POINT drawn = PointOnTheWay(Moves() / 2);
+  EXPECT_TRUE(hand.Await([&] { return Look().At(drawn.x, drawn.y) != unwritten.At(drawn.x, drawn.y); }));
+}
+
+}  // namespace
+}  // namespace kw::test
