@@ -158,8 +158,8 @@ void ControlView::ShowEnabled() {
   if (window != nullptr) EnableWindow(window, IsEffectivelyEnabled() ? TRUE : FALSE);
 }
 
-bool ControlView::IsEffectivelyEnabled() const {
-  for (const Control* one = model; one != nullptr; one = one->Container()) {
+bool ControlView::IsEffectivelyEnabled(const Control& model) {
+  for (const Control* one = &model; one != nullptr; one = one->Container()) {
     if (!one->Enabled()) return false;
   }
   return true;

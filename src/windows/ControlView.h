@@ -55,7 +55,8 @@ public:
   virtual LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam);
 
   // The control, what holds it and what holds that, all are enabled.
-  bool IsEffectivelyEnabled() const;
+  static bool IsEffectivelyEnabled(const Control& model);
+  bool IsEffectivelyEnabled() const { return IsEffectivelyEnabled(*model); }
   // The window's place in the container's window.
   RECT Place() const;
 

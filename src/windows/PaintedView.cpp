@@ -6,10 +6,15 @@
 namespace kw::windows {
 
 void PaintedView::Show(Aspect aspect) {
-  if (aspect == Aspect::Content || aspect == Aspect::Colours || aspect == Aspect::Font || aspect == Aspect::Enabled ||
-      aspect == Aspect::Geometry) {
+  if (aspect == Aspect::Content || aspect == Aspect::Colours || aspect == Aspect::Font || aspect == Aspect::Geometry) {
     InvalidateRect(Handle(), nullptr, FALSE);
   }
+}
+
+// Also when what holds the control becomes disabled.
+void PaintedView::ShowEnabled() {
+  ControlView::ShowEnabled();
+  if (Handle() != nullptr) InvalidateRect(Handle(), nullptr, FALSE);
 }
 
 void PaintedView::PaintWith(HDC context) {

@@ -26,6 +26,7 @@ protected:
 
   HWND Create(HWND parent) override { return CreateOwnWindow(parent); }
   void Show(Aspect aspect) override;
+  void ShowEnabled() override;
 
 private:
   void PaintWith(HDC context);

@@ -4,6 +4,7 @@
 #include <optional>
 #include <utility>
 
+#include "components/ImageCombo.h"
 #include "components/RunTimeError.h"
 #include "drawing/CanvasItems.h"
 #include "windows/CommonControls.h"
@@ -120,6 +121,9 @@ void Pane::AddToolTip(HWND window, const Control& model) const {
   tool.uId = reinterpret_cast<UINT_PTR>(window);
   tool.lpszText = text.data();
   SendMessageW(toolTips, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+  // The text of a button is its caption, that of a combo what is chosen in it.
+  const bool hasText = GetWindowTextLengthW(window) > 0 || dynamic_cast<const ImageCombo*>(&model) != nullptr;
+  if (!hasText) SetWindowTextW(window, text.c_str());
 }
 
 namespace {

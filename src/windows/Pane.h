@@ -8,6 +8,7 @@
 
 #include "components/UserControl.h"
 #include "drawing/Scale.h"
+#include "windows/BarRows.h"
 #include "windows/ControlView.h"
 #include "windows/Gdi.h"
 #include "windows/Images.h"
@@ -54,7 +55,8 @@ public:
   HFONT Font() const { return font; }
   HWND ToolTips() const { return toolTips; }
   const Images& Pictures() const { return *images; }
-  // Gives the control's tool tip, if it has one, to the mouse.
+  BarRows& Bars() { return bars; }
+  // Gives the control's tool tip, if it has one, to the mouse, and to those who cannot see as the window's name.
   void AddToolTip(HWND window, const Control& model) const;
 
   // The focus goes to the next control that takes it, or to the one before; false past the last.
@@ -82,6 +84,7 @@ private:
   UserControl* root;
   Scale scale;
   ControlView* rootView = nullptr;
+  BarRows bars;  // outlives the views
   std::unordered_map<const Control*, std::unique_ptr<ControlView>> views;
   std::vector<std::unique_ptr<ControlView>> retired;
   int messages = 0;

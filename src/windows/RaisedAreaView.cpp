@@ -22,6 +22,12 @@ void RaisedAreaView::Draw(const Look& look, const RECT& place, const RaisedArea&
   DrawRaised(look.context, inner);
 }
 
+void RaisedAreaView::Show(Aspect aspect) {
+  PaintedView::Show(aspect);
+  // Tool bars lie on raised areas.
+  if (aspect == Aspect::Geometry || aspect == Aspect::Visibility) Shared().Bars().LayOut();
+}
+
 void RaisedAreaView::Paint(HDC context, const RECT& client) {
   Draw({context, Shared().Pictures(), Shared().Scaling()}, client, area);
 }

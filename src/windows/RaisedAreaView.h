@@ -14,6 +14,7 @@ public:
   static void Draw(const Look& look, const RECT& place, const RaisedArea& area);
 
 private:
+  void Show(Aspect aspect) override;
   void Paint(HDC context, const RECT& client) override;
 
   RaisedArea& area;

@@ -59,6 +59,9 @@ LRESULT RootView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       root.UserPaint();
       return result;
     }
+    case WM_SIZE:
+      Shared().Bars().LayOut();
+      break;
     case WM_SYSCOLORCHANGE:
       Shared().Refresh();
       break;

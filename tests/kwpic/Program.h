@@ -61,6 +61,8 @@ protected:
     return outcome.output;
   }
 
+  const std::string& ProgramPath() const { return program; }
+
 private:
   std::string TextOf(const char* name) const {
     const Bytes bytes = BytesOf(At(name));

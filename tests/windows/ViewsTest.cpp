@@ -86,6 +86,20 @@ TEST(Views, WhatADisabledFrameHoldsLooksDisabledUntilTheFrameIsEnabled) {
   EXPECT_TRUE(IsWindowEnabled(WindowOf(form.combo)));
 }
 
+TEST(Views, AColourThatCannotBeClickedIsFaint) {
+  TestForm form;
+  Paint(WindowOf(form.sample));
+  const COLORREF clear = PixelOf(WindowOf(form.sample), 10, 10);
+  EXPECT_EQ(clear, RGB(200, 0, 0));
+  form.panel.SetEnabled(false);
+  UpdateWindow(WindowOf(form.sample));
+  const COLORREF faint = PixelOf(WindowOf(form.sample), 10, 10);
+  EXPECT_EQ(GetGValue(faint), GetGValue(GetSysColor(COLOR_3DFACE)) / 2);
+  form.panel.SetEnabled(true);
+  UpdateWindow(WindowOf(form.sample));
+  EXPECT_EQ(PixelOf(WindowOf(form.sample), 10, 10), clear);
+}
+
 TEST(Views, ButtonsShowTheirState) {
   TestForm form;
   EXPECT_NE(StateOf(form.bar, 4) & TBSTATE_HIDDEN, 0U);

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <memory>
 #include <new>
+#include <optional>
 
 #include "Describe.h"
 #include "Progress.h"
@@ -106,10 +107,11 @@ void Split(const std::string& path, const std::string& folder) {
   std::error_code error;
   if (!folder.empty()) std::filesystem::create_directories(ToFilesystemPath(folder), error);
   if (error) throw Failure{folder + ": the folder cannot be made"};
-  Progress progress(engine.PageCount());
+  Progress progress(engine.PageCount(), "pages");
   ForPages(engine, path, [&](std::int32_t page, const std::string& name) {
     const std::string file = PageFile(path, folder, page);
     For(name + " to " + file, [&] { engine.Save(file); });
+    progress.Clear();
     Warn(name, engine);
     progress.Step();
   });
@@ -124,20 +126,25 @@ void WriteDocument(const std::vector<std::string>& inputs, const std::string& pa
     file = std::make_unique<OutputFile>(path);
     appender = format.append(*file);
   });
+  const bool isOfFiles = inputs.size() > 1;
+  std::optional<Progress> progress;
+  if (isOfFiles) progress.emplace(static_cast<std::int32_t>(inputs.size()), "files");
   for (const std::string& input : inputs) {
     KWPicEd engine;
     engine.GetOptions() = options;
     Open(engine, input);
-    Progress progress(engine.PageCount());
+    if (!isOfFiles) progress.emplace(engine.PageCount(), "pages");
     ForPages(engine, input, [&](std::int32_t /*page*/, const std::string& name) {
       For(name, [&] {
         KWPicEd changed;
         Changed(engine, change, changed).AppendTo(*appender);
       });
       For(path, [&] { file->RaiseFailure(); });
+      progress->Clear();
       Warn(name, engine);
-      progress.Step();
+      if (!isOfFiles) progress->Step();
     });
+    if (isOfFiles) progress->Step();
   }
   For(path, [&] { file->Commit(); });
 }

@@ -13,10 +13,11 @@ constexpr std::chrono::milliseconds Patience(300);
 
 }  // namespace
 
-Progress::Progress(std::int32_t steps) : total(steps), onTerminal(IsTerminal(stderr)) {}
+Progress::Progress(std::int32_t steps, const char* noun) : total(steps), unit(noun), onTerminal(IsTerminal(stderr)) {}
 
-Progress::~Progress() {
+void Progress::Clear() {
   if (shown) std::fprintf(stderr, "\r%*s\r", BarWidth + 30, "");
+  shown = false;
 }
 
 void Progress::Step() {
@@ -26,7 +27,7 @@ void Progress::Step() {
   const auto filled = static_cast<std::size_t>(std::int64_t{BarWidth} * done / total);
   std::string bar(BarWidth, ' ');
   bar.replace(0, filled, filled, '#');
-  std::fprintf(stderr, "\r[%s] %d of %d pages", bar.c_str(), static_cast<int>(done), static_cast<int>(total));
+  std::fprintf(stderr, "\r[%s] %d of %d %s", bar.c_str(), static_cast<int>(done), static_cast<int>(total), unit);
   std::fflush(stderr);
 }
 

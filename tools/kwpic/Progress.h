@@ -8,17 +8,20 @@ namespace kw {
 // A bar on standard error while something takes long; nothing where that is no terminal.
 class Progress {
 public:
-  explicit Progress(std::int32_t steps);
+  // `noun` names the steps, as "pages".
+  Progress(std::int32_t steps, const char* noun);
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
-  // Takes the bar away.
-  ~Progress();
+  ~Progress() { Clear(); }
 
   // One more step is done.
   void Step();
+  // Takes the bar away, for a line of another kind, until the next step.
+  void Clear();
 
 private:
   std::int32_t total;
+  const char* unit;
   std::int32_t done = 0;
   bool shown = false;
   bool onTerminal;
