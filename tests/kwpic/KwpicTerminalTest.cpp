@@ -1,9 +1,5 @@
 // What shows on a terminal: a bar while long work is under way, and nothing of it afterwards.
 
-#include <pty.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include "kwpic/Program.h"
 #include "picture/KWPicEd.h"
 
@@ -14,28 +10,12 @@ class KwpicTerminal : public ProgramTest {
 protected:
   // Everything that the program writes to a terminal of its own.
   std::string Screen(const std::vector<std::string>& arguments) {
-    std::vector<std::string> words{ProgramPath()};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<char*> line;
-    for (std::string& word : words) line.push_back(word.data());
-    line.push_back(nullptr);
-    int terminal = -1;
-    const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
-    if (child == 0) {
-      execv(line[0], line.data());
-      _exit(127);
-    }
-    std::string text;
-    char piece[4096];
-    // The terminal fails, and does not end, when its last user has gone.
-    for (ssize_t size = 0; (size = read(terminal, piece, sizeof piece)) > 0;) {
-      text.append(piece, static_cast<std::size_t>(size));
-    }
-    close(terminal);
-    int status = -1;
-    waitpid(child, &status, 0);
-    EXPECT_EQ(0, status) << text;
-    return text;
+    std::string line = ProgramPath();
+    for (const std::string& argument : arguments) line += " " + argument;
+    const std::string command = "script -qec '" + line + "' /dev/null >" + At("screen");
+    EXPECT_EQ(0, std::system(command.c_str()));
+    const Bytes bytes = BytesOf(At("screen"));
+    return {bytes.begin(), bytes.end()};
   }
   // Pages that take some time.
   std::string LargeDocument(const std::string& name, int pages) {
