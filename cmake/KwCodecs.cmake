@@ -1,9 +1,9 @@
-# The target kw_codecs: libtiff, libjpeg, giflib and zlib.
+# The target kw_codecs: libtiff with the libraries of its codecs, libjpeg, giflib and zlib.
 # Natively they are the machine's shared libraries; for Windows they are static libraries made by scripts/codecs.
 add_library(kw_codecs INTERFACE)
 if(WIN32)
   set(KW_DEPS "${CMAKE_SOURCE_DIR}/build/deps/${KW_TARGET}" CACHE PATH "Static codec libraries for the Windows target")
-  foreach(library IN ITEMS tiff jpeg gif z)  # in link order: tiff needs jpeg and z
+  foreach(library IN ITEMS tiff jbig jpeg lerc lzma webp z zstd gif)  # in link order: tiff needs those before gif
     if(NOT EXISTS "${KW_DEPS}/lib/lib${library}.a")
       message(FATAL_ERROR "${KW_DEPS}/lib/lib${library}.a is missing: run ./kw setup")
     endif()

@@ -16,28 +16,6 @@ protected:
   KWPicEd engine;
 };
 
-class BilevelCodecs : public TiffKinds, public testing::WithParamInterface<std::tuple<int, int>> {};
-
-TEST_P(BilevelCodecs, PageStaysOneBit) {
-  const auto [codec, rowsPerStrip] = GetParam();
-  if (TIFFIsCODECConfigured(static_cast<std::uint16_t>(codec)) == 0) GTEST_SKIP() << "this build has no such codec";
-  const Bitmap picture = FaxPage(203, 97);
-  TiffMaker(path).FaxPageOf(picture, codec, static_cast<std::uint32_t>(rowsPerStrip));
-  Open(path);
-  EXPECT_EQ(1, engine.PageValue());
-  EXPECT_TRUE(SamePicture(picture, engine.Current()));
-  EXPECT_NEAR(300, engine.Current().HorizontalResolution(), 0.01);
-}
-
-INSTANTIATE_TEST_SUITE_P(All, BilevelCodecs,
-                         testing::Combine(testing::Values(COMPRESSION_NONE, COMPRESSION_CCITTRLE, COMPRESSION_CCITTFAX3,
-                                                          COMPRESSION_CCITTFAX4, COMPRESSION_LZW, COMPRESSION_PACKBITS,
-                                                          COMPRESSION_DEFLATE, COMPRESSION_ADOBE_DEFLATE,
-                                                          COMPRESSION_LZMA, COMPRESSION_ZSTD),
-                                          testing::Values(97, 16)));
-// The library writes this one in a single strip only.
-INSTANTIATE_TEST_SUITE_P(WholeStrip, BilevelCodecs, testing::Values(std::tuple{COMPRESSION_JBIG, 97}));
-
 TEST_F(TiffKinds, FaxRowsThatBeginAtWholeWords) {
   // By hand, since the library cannot read what it writes of this kind: 16 white pixels are the code 101010, 16 black
   // ones follow 0 white ones, 00110101 and 0000010111.
@@ -56,37 +34,6 @@ TEST_F(TiffKinds, FaxRowsThatBeginAtWholeWords) {
     }
   }
 }
-
-class ByteCodecs : public TiffKinds, public testing::WithParamInterface<std::tuple<int, int>> {};
-
-TEST_P(ByteCodecs, ColoursAreExact) {
-  const auto [codec, rowsPerStrip] = GetParam();
-  if (TIFFIsCODECConfigured(static_cast<std::uint16_t>(codec)) == 0) GTEST_SKIP() << "this build has no such codec";
-  const Bitmap picture = Noise(37, 29, 24);
-  {
-    TiffMaker maker(path);
-    maker.Page(37, 29, 8, 3, PHOTOMETRIC_RGB, codec, static_cast<std::uint32_t>(rowsPerStrip));
-    if (codec == COMPRESSION_WEBP) maker.Set(TIFFTAG_WEBP_LOSSLESS, 1);
-    for (std::int32_t y = 0; y < 29; ++y) {
-      Bytes line;
-      for (std::int32_t x = 0; x < 37; ++x) {
-        const Rgb colour = picture.PixelAt(x, y);
-        line.insert(line.end(), {colour.red, colour.green, colour.blue});
-      }
-      maker.Line(static_cast<std::uint32_t>(y), line);
-    }
-    maker.EndPage();
-  }
-  Open(path);
-  EXPECT_EQ(24, engine.PageValue());
-  EXPECT_TRUE(SamePicture(picture, engine.Current()));
-}
-
-INSTANTIATE_TEST_SUITE_P(All, ByteCodecs,
-                         testing::Combine(testing::Values(COMPRESSION_NONE, COMPRESSION_LZW, COMPRESSION_PACKBITS,
-                                                          COMPRESSION_DEFLATE, COMPRESSION_ADOBE_DEFLATE,
-                                                          COMPRESSION_LZMA, COMPRESSION_ZSTD, COMPRESSION_WEBP),
-                                          testing::Values(29, 8)));
 
 // What 1 x 1 pixel of each kind is to be decoded to.
 struct Kind {

@@ -76,7 +76,8 @@ private:
 
 // The coded bytes of each strip or tile of page `page` (from 0).
 inline std::vector<Bytes> CodedPieces(const std::string& path, std::uint16_t page) {
-  TIFF* codec = TIFFOpen(path.c_str(), "r");
+  // Not mapped into memory: libtiff forgets to unmap a file of JBIG pixels, and Windows keeps it locked.
+  TIFF* codec = TIFFOpen(path.c_str(), "rm");
   std::vector<Bytes> pieces;
   if (codec == nullptr || TIFFSetDirectory(codec, page) != 1) {
     if (codec != nullptr) TIFFClose(codec);

@@ -8,6 +8,7 @@
 #include "picture/Recovery.h"
 #include "picture/Unreadable.h"
 #include "picture/formats/TiffHandle.h"
+#include "picture/formats/TiffJbig.h"
 
 namespace kw {
 namespace {
@@ -371,6 +372,7 @@ Bitmap ReadTiffPage(Stream& file, std::uint64_t directory, const ReadLimits& lim
   tiff.Require(TIFFSetSubDirectory(tiff.Get(), directory) == 1);
   const Layout layout = LayoutOf(tiff);
   RequirePageFits(layout.width, layout.height, layout.Depth(), limits);
+  if (layout.compression == COMPRESSION_JBIG) RequireJbigFits(tiff, file.Size());
   Alpha alpha = layout.alpha;
   Recovery recovery;
   Bitmap page = layout.IsIndexed() || layout.IsColour() ? SampleReader(tiff, layout, limits, recovery).Read()

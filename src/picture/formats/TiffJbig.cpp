@@ -1,0 +1,62 @@
+#include "picture/formats/TiffJbig.h"
+
+#include <algorithm>
+#include <span>
+#include <vector>
+
+#include "picture/Unreadable.h"
+
+namespace kw {
+namespace {
+
+constexpr std::size_t HeaderSize = 20;
+constexpr std::uint32_t LengthFollows = 0xFFFFFFFF;
+
+std::uint32_t BigEndian(std::span<const std::uint8_t> bytes, std::size_t at) {
+  std::uint32_t value = 0;
+  for (std::size_t i = 0; i < 4; ++i) value = value << 8U | bytes[at + i];
+  return value;
+}
+
+// The most rows that a marker among the pixels sets. Bytes that only look like one are taken for one, too.
+std::uint32_t LargestNewLength(std::span<const std::uint8_t> code) {
+  std::uint32_t most = 0;
+  for (std::size_t i = HeaderSize; i + 6 <= code.size(); ++i) {
+    if (code[i] == 0xFF && code[i + 1] == 0x05) most = std::max(most, BigEndian(code, i + 2));
+  }
+  return most;
+}
+
+bool Fits(std::span<const std::uint8_t> code, std::uint64_t room) {
+  // The decoder itself refuses so few bytes.
+  if (code.size() < HeaderSize) return true;
+  const std::uint64_t planes = code[2];
+  const std::uint64_t rowSize = (std::uint64_t{BigEndian(code, 4)} + 7) / 8;
+  std::uint64_t rows = BigEndian(code, 8);
+  if (rows == LengthFollows) rows = LargestNewLength(code);
+  if (planes * rowSize == 0 || rows == 0) return true;
+  return rows <= room / (planes * rowSize);
+}
+
+}  // namespace
+
+void RequireJbigFits(const TiffHandle& tiff, std::uint64_t fileSize) {
+  TIFF* const codec = tiff.Get();
+  const bool tiled = TIFFIsTiled(codec) != 0;
+  const tmsize_t room = tiled ? TIFFTileSize(codec) : TIFFStripSize(codec);
+  tiff.Require(room > 0);
+  // In the usual order of bits the codec stores them the other way round.
+  const bool reversed = tiff.Field(TIFFTAG_FILLORDER, std::uint16_t{FILLORDER_MSB2LSB}) == FILLORDER_MSB2LSB;
+  const std::uint32_t count = tiled ? TIFFNumberOfTiles(codec) : TIFFNumberOfStrips(codec);
+  for (std::uint32_t i = 0; i < count; ++i) {
+    std::vector<std::uint8_t> code(static_cast<std::size_t>(std::min(TIFFGetStrileByteCount(codec, i), fileSize)));
+    const auto size = static_cast<tmsize_t>(code.size());
+    const tmsize_t got =
+        tiled ? TIFFReadRawTile(codec, i, code.data(), size) : TIFFReadRawStrip(codec, i, code.data(), size);
+    code.resize(static_cast<std::size_t>(std::max<tmsize_t>(got, 0)));
+    if (reversed) TIFFReverseBits(code.data(), static_cast<tmsize_t>(code.size()));
+    if (!Fits(code, static_cast<std::uint64_t>(room))) RaiseUnreadable("The JBIG pixels are more than the page has.");
+  }
+}
+
+}  // namespace kw
