@@ -136,11 +136,19 @@ TEST_F(InputMenu, PasteFollowsTheClipboardOfAnotherProgramAtEachRepaint) {
 }
 
 TEST_F(InputMenu, PasteFollowsTheClipboardAtTheNextTickWithoutARepaint) {
+  // A tick comes every ten seconds; the hand waits that long.
+  const auto becomes = [&](bool isEnabled) {
+    const auto isSo = [&] { return IsPasteEnabled() == isEnabled; };
+    return hand.Await(isSo) || hand.Await(isSo);
+  };
   Repaint();
   ASSERT_FALSE(IsPasteEnabled());
-  OtherProgram::LeaveOnTheClipboard(L"image");
-  // A tick comes every ten seconds; the hand waits that long.
-  EXPECT_TRUE(hand.Await([&] { return IsPasteEnabled(); }) || hand.Await([&] { return IsPasteEnabled(); }));
+  for (const wchar_t* const other : {L"empty", L"text"}) {
+    OtherProgram::LeaveOnTheClipboard(L"image");
+    EXPECT_TRUE(becomes(true)) << "an image";
+    OtherProgram::LeaveOnTheClipboard(other);
+    EXPECT_TRUE(becomes(false)) << "no image any more";
+  }
 }
 
 TEST_F(InputMenu, AnImageIsNotPastedWhereNothingMayBeEdited) {
