@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "windows/SystemObjects.h"
 #include "windows/TestForm.h"
 
 namespace kw::test {
@@ -136,11 +137,11 @@ TEST(Lifetime, TwentyOpeningsLeaveNoGdiOrUserObjectsBehind) {
     Paint(form.window->Handle());
   };
   for (int i = 0; i < 3; ++i) reopen();
-  const DWORD gdi = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
-  const DWORD user = GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS);
+  const int gdi = SystemObjects::CountGdi();
+  const int user = SystemObjects::CountUser();
   for (int i = 0; i < 20; ++i) reopen();
-  EXPECT_LE(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS), gdi + 10);
-  EXPECT_LE(GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS), user + 10);
+  EXPECT_LE(SystemObjects::CountGdi(), gdi + 10);
+  EXPECT_LE(SystemObjects::CountUser(), user + 10);
 }
 
 }  // namespace

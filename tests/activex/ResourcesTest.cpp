@@ -1,0 +1,237 @@
+// What the control takes of the system it gives back: pages, layers of every kind, menus and whole lives of the control
+// leave nothing behind.
+
+#include <windows.h>
+
+#include <commdlg.h>
+
+#include <iostream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "activex/BoxAnswerer.h"
+#include "activex/EditorWindows.h"
+#include "activex/InputFixture.h"
+#include "windows/SystemObjects.h"
+
+namespace kw::test {
+namespace {
+
+constexpr int Rounds = 10;
+
+LPARAM Packed(POINT point) { return MAKELPARAM(point.x, point.y); }
+
+struct Holdings {
+  int gdi = SystemObjects::CountGdi();
+  int user = SystemObjects::CountUser();
+  long long heap = static_cast<long long>(SystemObjects::CountHeap());
+};
+
+// Ends the menus and the stamp dialogs that come up on the thread while it lives, and has the system's dialog for a
+// file open the one that is named.
+class ModalEnder {
+public:
+  explicit ModalEnder(std::wstring toOpen) : timer(SetTimer(nullptr, 0, 15, &End)) { file = std::move(toOpen); }
+  ModalEnder(const ModalEnder&) = delete;
+  ModalEnder& operator=(const ModalEnder&) = delete;
+  ~ModalEnder() { KillTimer(nullptr, timer); }
+
+private:
+  static inline std::wstring file;
+
+  static void CALLBACK End(HWND, UINT, UINT_PTR, DWORD) {
+    EndMenu();
+    EnumThreadWindows(GetCurrentThreadId(), &EndDialogOf, 0);
+  }
+  static BOOL CALLBACK EndDialogOf(HWND window, LPARAM) {
+    wchar_t name[32] = {};
+    GetClassNameW(window, static_cast<wchar_t*>(name), 32);
+    const std::wstring className = static_cast<const wchar_t*>(name);
+    if (IsWindowVisible(window) == FALSE) return TRUE;
+    if (className == L"KwEditorView") PostMessageW(window, WM_KEYDOWN, VK_RETURN, 1);
+    const HWND field = className == DialogClass ? Bystander::FieldOf(window) : nullptr;
+    if (field == nullptr) return TRUE;  // a message box has none
+    SendMessageW(field, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(file.c_str()));
+    PostMessageW(window, WM_COMMAND, IDOK, 0);
+    return TRUE;
+  }
+
+  UINT_PTR timer;
+};
+
+class Resources : public InputTest {
+protected:
+  void Drag(POINT start, POINT end) const {
+    PostMessageW(canvas, WM_LBUTTONDOWN, MK_LBUTTON, Packed(start));
+    for (int step = 1; step <= 8; ++step) {
+      const POINT at = {start.x + (end.x - start.x) * step / 8, start.y + (end.y - start.y) * step / 8};
+      PostMessageW(canvas, WM_MOUSEMOVE, MK_LBUTTON, Packed(at));
+    }
+    PostMessageW(canvas, WM_LBUTTONUP, 0, Packed(end));
+    PumpMessages(30);
+  }
+  void Press(const std::wstring& toolTip) const {
+    const BarButton button = ButtonOf(toolTip);
+    ASSERT_TRUE(button.IsFound());
+    POINT at = button.Middle();
+    ScreenToClient(button.bar, &at);
+    PostMessageW(button.bar, WM_LBUTTONDOWN, MK_LBUTTON, Packed(at));
+    PostMessageW(button.bar, WM_LBUTTONUP, 0, Packed(at));
+    PumpMessages();
+  }
+  void Type(const wchar_t* text) const {
+    const HWND field = FindWindowExW(canvas, nullptr, L"Edit", nullptr);
+    ASSERT_NE(field, nullptr);
+    for (const wchar_t* at = text; *at != 0; ++at) PostMessageW(field, WM_CHAR, *at, 1);
+    PumpMessages();
+  }
+
+  // A layer of each kind but images on the page, one of them picked, moved and with its menu open for a moment.
+  void DrawEverything() const {
+    LONG x = 5;
+    for (const wchar_t* const tool :
+         {L"Line", L"Rectangle", L"Circle", L"Pen", L"Rubber", L"Signature", L"Selection"}) {
+      Press(tool);
+      Drag({x, 5}, {x + 30, 45});
+      x += 40;
+    }
+    Press(L"Text");
+    Drag({5, 100}, {120, 140});
+    Type(L"a text");
+    Press(L"Color Picker");
+    Drag({RedPatch.left + 5, RedPatch.top + 5}, {RedPatch.left + 6, RedPatch.top + 6});
+    Press(L"Fill Color");
+    Drag({BluePatch.left + 5, BluePatch.top + 5}, {BluePatch.left + 6, BluePatch.top + 6});
+    Press(L"Stamp");
+    Drag({5, 200}, {6, 201});
+    Press(L"Selection");
+    Drag({50, 20}, {70, 60});
+    PostMessageW(canvas, WM_RBUTTONDOWN, MK_RBUTTON, Packed({70, 60}));
+    PostMessageW(canvas, WM_RBUTTONUP, 0, Packed({70, 60}));
+    PumpMessages(40);
+    for (const WPARAM character : {6, 2, 27}) PostMessageW(canvas, WM_CHAR, character, 1);
+    PumpMessages();
+  }
+  void OpenPages() const {
+    control->OpenFile(Text(document));
+    PumpMessages();
+    Press(L"Next Page");
+    Press(L"Zoom In");
+    control->OpenFile(Text(page));
+    PumpMessages();
+  }
+
+  // What so many rounds take and do not give back, after some that fill what is kept for later use.
+  template <class Round>
+  Holdings GrowthOf(const char* what, Round&& round) const {
+    const auto run = [&](int count) {
+      for (int i = 0; i < count; ++i) {
+        const BoxAnswerer user;
+        round();
+      }
+      PumpMessages(200);
+    };
+    const ModalEnder ender(page);
+    run(3);
+    const Holdings before;
+    run(Rounds);
+    Holdings growth;
+    growth.gdi -= before.gdi;
+    growth.user -= before.user;
+    growth.heap -= before.heap;
+    std::cout << "  " << Rounds << " rounds of " << what << " keep " << growth.gdi << " GDI objects, " << growth.user
+              << " user objects and " << growth.heap << " bytes" << std::endl;
+    return growth;
+  }
+  // Less than one thing for each round.
+  static void ExpectNone(const Holdings& growth) {
+    EXPECT_LT(growth.gdi, Rounds / 2);
+    EXPECT_LT(growth.user, Rounds / 2);
+    EXPECT_LT(growth.heap, Rounds * 1000);
+  }
+  void DrawImage() const {
+    Press(L"Image");
+    Drag({200, 200}, {240, 240});
+    control->OpenFile(Text(page));
+  }
+
+  void SetUp() override {
+    InputTest::SetUp();
+    page = scratch.File(L"page.bmp");
+    document = scratch.WriteTiff(L"pages.tif", 3);
+    signature = scratch.WriteBitmap(L"signature.bmp", 60, 30, &ColourOfPage);
+    control->put_SignatureFilePath(Text(signature));
+  }
+
+  std::wstring page;
+  std::wstring document;
+  std::wstring signature;
+};
+
+TEST_F(Resources, AreCountedHere) {
+  const Holdings before;
+  HPEN pens[7] = {};
+  for (HPEN& pen : pens) pen = CreatePen(PS_SOLID, 3, RGB(1, 2, 3));
+  HMENU menus[9] = {};
+  for (HMENU& menu : menus) menu = CreateMenu();
+  const std::vector<char> memory(1000000);
+  const Holdings after;
+  EXPECT_EQ(after.gdi - before.gdi, 7);
+  EXPECT_EQ(after.user - before.user, 9);
+  EXPECT_GE(after.heap - before.heap, 1000000);
+  for (const HPEN pen : pens) DeleteObject(pen);
+  for (const HMENU menu : menus) DestroyMenu(menu);
+  const Holdings given;
+  EXPECT_EQ(given.gdi, before.gdi);
+  EXPECT_EQ(given.user, before.user);
+}
+
+TEST_F(Resources, LayersPagesAndMenusGiveThemBack) {
+  ExpectNone(GrowthOf("layers, pages and menus", [&] {
+    DrawEverything();
+    OpenPages();
+  }));
+}
+
+// The system's dialog itself may keep something.
+TEST_F(Resources, AnImageFromItsDialogTakesNoMoreThanTheDialog) {
+  Holdings growth = GrowthOf("images", [&] { DrawImage(); });
+  const Holdings dialogs = GrowthOf("the system's dialog", [&] {
+    wchar_t name[MAX_PATH] = {};
+    OPENFILENAMEW fields = {};
+    fields.lStructSize = sizeof fields;
+    fields.hwndOwner = container.Window();
+    fields.lpstrFile = static_cast<wchar_t*>(name);
+    fields.nMaxFile = MAX_PATH;
+    fields.Flags = OFN_EXPLORER | OFN_NOCHANGEDIR;
+    EXPECT_NE(GetOpenFileNameW(&fields), FALSE);
+  });
+  growth.gdi -= dialogs.gdi;
+  growth.user -= dialogs.user;
+  ExpectNone(growth);
+}
+
+TEST_F(Resources, LivesOfTheControlGiveThemBack) {
+  ExpectNone(GrowthOf("lives", [&] {
+    container.LetGo();
+    container.calls.clear();
+    control.Reset();
+    PumpMessages(20);
+    control = Ocx::Create();
+    container.Take(control.Get());
+    control->put_AppDir(Text(scratch.Path()));
+    ASSERT_HRESULT_SUCCEEDED(container.DoVerb(OLEIVERB_UIACTIVATE));
+    control->put_IsToolboxVisible(VARIANT_TRUE);
+    control->put_IsToAllowChooseColor(VARIANT_TRUE);
+    control->put_SignatureFilePath(Text(signature));
+    editor = container.ControlWindow();
+    control->OpenFile(Text(page));
+    canvas = CanvasOf(editor);
+    ASSERT_NE(canvas, nullptr);
+    DrawEverything();
+  }));
+}
+
+}  // namespace
+}  // namespace kw::test
