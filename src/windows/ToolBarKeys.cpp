@@ -57,20 +57,8 @@ bool ToolBarView::IsTabStop() const {
 }
 
 bool ToolBarView::WantsKey(WPARAM key) const {
-  switch (key) {
-    case VK_LEFT:
-    case VK_RIGHT:
-    case VK_UP:
-    case VK_DOWN:
-    case VK_HOME:
-    case VK_END:
-    case VK_SPACE:
-    case VK_RETURN:
-    case VK_ESCAPE:
-      return true;
-    default:
-      return false;
-  }
+  const bool isMove = key >= VK_END && key <= VK_DOWN;  // End, Home and the arrows
+  return isMove || key == VK_SPACE || key == VK_RETURN || key == VK_ESCAPE;
 }
 
 bool ToolBarView::OnKey(WPARAM key) {
