@@ -25,6 +25,7 @@ namespace hn = hwy::HWY_NAMESPACE;
 using Bytes = hn::ScalableTag<std::uint8_t>;
 using Words = hn::ScalableTag<std::uint16_t>;
 using HalfBytes = hn::Half<Bytes>;
+using Block = hn::Full128<std::uint8_t>;
 
 // A table of 256 bytes, looked up 16 entries at a time.
 class Table {
@@ -206,31 +207,55 @@ HWY_INLINE hn::Vec<Bytes> Reversed(hn::Vec<Bytes> values) {
   return hn::ReverseBlocks(d, hn::TableLookupBytes(values, hn::LoadDup128(d, Backwards)));
 }
 
+// Five pixels of three bytes in the opposite order, with the byte of `kept` that lies beside them.
+HWY_INLINE hn::Vec<Block> Reversed5(hn::Vec<Block> pixels, hn::Vec<Block> order, hn::Vec<Block> kept,
+                                    hn::Vec<Block> place) {
+  return hn::Or(hn::TableLookupBytesOr0(pixels, order), hn::And(kept, place));
+}
+
+// From both ends on as far as five pixels do not meet: each end's are written over the other's, together with a byte
+// that stays as it is. What comes next is read before that, since reading what has just been written takes long.
+void MirrorTriples(std::uint8_t*& left, std::uint8_t*& right) {
+  const Block d;
+  alignas(16) static constexpr std::uint8_t FromRight[16] = {13, 14, 15, 10, 11, 12, 7, 8, 9, 4, 5, 6, 1, 2, 3, 0x80};
+  alignas(16) static constexpr std::uint8_t FromLeft[16] = {0x80, 12, 13, 14, 9, 10, 11, 6, 7, 8, 3, 4, 5, 0, 1, 2};
+  alignas(16) static constexpr std::uint8_t Last[16] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xFF};
+  alignas(16) static constexpr std::uint8_t First[16] = {0xFF};
+  constexpr std::ptrdiff_t Step = 15;
+  constexpr std::ptrdiff_t Room = 16;
+  if (right - left < 2 * Room) return;
+  auto a = hn::LoadU(d, left);
+  auto b = hn::LoadU(d, right - Room);
+  while (right - left >= 2 * Room) {
+    const auto nextA = hn::LoadU(d, left + Step);
+    const auto nextB = hn::LoadU(d, right - Room - Step);
+    hn::StoreU(Reversed5(b, hn::Load(d, FromRight), a, hn::Load(d, Last)), d, left);
+    hn::StoreU(Reversed5(a, hn::Load(d, FromLeft), b, hn::Load(d, First)), d, right - Room);
+    a = nextA;
+    b = nextB;
+    left += Step;
+    right -= Step;
+  }
+}
+
 // A vector of pixels at either end at a time; the rest in the middle goes pixel by pixel.
 void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size) {
   const Bytes d;
   std::uint8_t* left = row;
   std::uint8_t* right = row + pixels * size;
-  const auto step = static_cast<std::ptrdiff_t>(hn::Lanes(d) * (size == 3 ? 3 : 1));
-  for (; right - left >= 2 * step; left += step, right -= step) {
+  const auto step = static_cast<std::ptrdiff_t>(hn::Lanes(d));
+  if (size == 3) MirrorTriples(left, right);
+  for (; size != 3 && right - left >= 2 * step; left += step, right -= step) {
     std::uint8_t* const other = right - step;
+    const auto first = hn::LoadU(d, left);
+    const auto last = hn::LoadU(d, other);
     if (size == 1) {
-      const auto first = hn::LoadU(d, left);
-      hn::StoreU(Reversed(hn::LoadU(d, other)), d, left);
+      hn::StoreU(Reversed(last), d, left);
       hn::StoreU(Reversed(first), d, other);
-    } else if (size == 4) {
-      const hn::RepartitionToWide<hn::RepartitionToWide<Bytes> > wide;
-      const auto first = hn::BitCast(wide, hn::LoadU(d, left));
-      const auto last = hn::BitCast(wide, hn::LoadU(d, other));
-      hn::StoreU(hn::BitCast(d, hn::Reverse(wide, last)), d, left);
-      hn::StoreU(hn::BitCast(d, hn::Reverse(wide, first)), d, other);
     } else {
-      hn::Vec<Bytes> a[3];
-      hn::Vec<Bytes> b[3];
-      hn::LoadInterleaved3(d, left, a[0], a[1], a[2]);
-      hn::LoadInterleaved3(d, other, b[0], b[1], b[2]);
-      hn::StoreInterleaved3(Reversed(b[0]), Reversed(b[1]), Reversed(b[2]), d, left);
-      hn::StoreInterleaved3(Reversed(a[0]), Reversed(a[1]), Reversed(a[2]), d, other);
+      const hn::RepartitionToWide<hn::RepartitionToWide<Bytes> > wide;
+      hn::StoreU(hn::BitCast(d, hn::Reverse(wide, hn::BitCast(wide, last))), d, left);
+      hn::StoreU(hn::BitCast(d, hn::Reverse(wide, hn::BitCast(wide, first))), d, other);
     }
   }
   plain::MirrorBytes(left, static_cast<std::size_t>(right - left) / size, size);

@@ -10,6 +10,9 @@
 namespace kw {
 namespace {
 
+// What memory brings at a time; where it is more, a line is asked for twice.
+constexpr std::size_t CacheLine = 64;
+
 constexpr std::size_t RoundUp(std::size_t bytes) {
   return (bytes + Bitmap::RowAlignment - 1) / Bitmap::RowAlignment * Bitmap::RowAlignment;
 }
@@ -22,6 +25,7 @@ public:
       : filter(rowFilter),
         pixels(picturePixels),
         band(rows),
+        rowSize(rowBytes),
         kept(2 * rowFilter.radius + 1),
         front(RoundUp(rowFilter.margin)),
         slot(front + RoundUp(rowBytes + rowFilter.margin) + Bitmap::RowAlignment),
@@ -46,11 +50,17 @@ public:
       }
       newest = newest + 1 == kept ? 0 : newest + 1;
       for (std::int32_t i = 0; i < kept; ++i) order[static_cast<std::size_t>(i)] = Slot((newest + i) % kept);
+      if (below + 1 < band.end) Prefetch(pixels.Row(below + 1));
       filter.make(order.data(), pixels.Row(y), Slot(kept + filter.radius) - front);
     }
   }
 
 private:
+  // Memory brings the row while the one before it is being filtered.
+  void Prefetch(const std::uint8_t* row) const {
+    for (std::size_t i = 0; i < rowSize; i += CacheLine) __builtin_prefetch(row + i);
+  }
+
   // Where the pixels of a row that was taken begin; aligned like a bitmap's rows.
   std::uint8_t* Slot(std::int32_t index) {
     const std::size_t excess = reinterpret_cast<std::uintptr_t>(memory.data()) % Bitmap::RowAlignment;
@@ -61,6 +71,7 @@ private:
   const RowFilter& filter;
   const Pixels& pixels;
   Band band;
+  std::size_t rowSize;
   std::int32_t kept;
   std::size_t front;
   std::size_t slot;
