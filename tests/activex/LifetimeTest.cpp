@@ -9,6 +9,7 @@
 #include <fstream>
 
 #include "activex/BoxAnswerer.h"
+#include "activex/EditorWindows.h"
 #include "activex/Fixture.h"
 #include "activex/MainThread.h"
 #include "activex/Sinks.h"
@@ -18,6 +19,16 @@ namespace kw::test {
 namespace {
 
 class LifetimeTest : public ControlTest {
+public:
+  // What a host does that closes its window: the polite order, then the last reference and the window.
+  void LetGoOfEverything() {
+    if (container.As<IOleObject>() != nullptr) container.LetGo();
+    control.Reset();
+    container.DestroyWindowNow();
+    // The loop of a box that went with its owner looks for that when a message comes, as one always does in a program.
+    PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
+  }
+
 protected:
   void SetUp() override {
     ControlTest::SetUp();
@@ -37,13 +48,10 @@ protected:
     ASSERT_EQ(control->OpenFile(Text(document)), S_OK);
     sink.events.clear();
   }
-  // What a host does that closes its window: the polite order, then the last reference and the window.
-  void LetGoOfEverything() {
-    if (container.As<IOleObject>() != nullptr) container.LetGo();
-    control.Reset();
-    container.DestroyWindowNow();
-    // The loop of a box that went with its owner looks for that when a message comes, as one always does in a program.
-    PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
+  // A page that is larger than any tool bar.
+  void OpenLarge() {
+    document = scratch.WriteBitmap(L"large.bmp", 500, 400, [](int, int) { return RGB(255, 255, 255); });
+    Open();
   }
   // The user turns the page by the spinner; the notification comes as the window itself would send it.
   void TurnThePage() {
@@ -133,8 +141,11 @@ TEST_F(LifetimeTest, DestroyedWhileABoxOfItsMethodIsUp) {
   const MainThread mainThread;
   bool done = false;
   const BoxAnswerer user([&](HWND) {
-    if (!done) mainThread.Run([&] { LetGoOfEverything(); });
-    done = true;
+    if (done) return;
+    mainThread.Run([&] {
+      done = true;
+      LetGoOfEverything();
+    });
   });
   EXPECT_EQ(control.Get()->OpenFile(Text(document)), S_OK);
   EXPECT_TRUE(done);
@@ -147,8 +158,11 @@ TEST_F(LifetimeTest, DestroyedWhileABoxThatTheUserCausedIsUp) {
   const MainThread mainThread;
   bool done = false;
   const BoxAnswerer user([&](HWND) {
-    if (!done) mainThread.Run([&] { LetGoOfEverything(); });
-    done = true;
+    if (done) return;
+    mainThread.Run([&] {
+      done = true;
+      LetGoOfEverything();
+    });
   });
   // Ctrl+C is a command that only shows a notice.
   SendMessageW(container.ControlWindow(), WM_CHAR, 3, 0);
@@ -165,8 +179,11 @@ TEST_F(LifetimeTest, DestroyedWhileTheBoxOfAPageChosenFromTheListIsUp) {
   const MainThread mainThread;
   bool done = false;
   const BoxAnswerer user([&](HWND) {
-    if (!done) mainThread.Run([&] { LetGoOfEverything(); });
-    done = true;
+    if (done) return;
+    mainThread.Run([&] {
+      done = true;
+      LetGoOfEverything();
+    });
   });
   for (const HWND combo : combos) SendMessageW(combo, WM_KEYDOWN, VK_DOWN, 1);
   EXPECT_TRUE(done) << "no box came up";
@@ -180,6 +197,43 @@ TEST_F(LifetimeTest, DestroyedInAPropertyNotification) {
   properties.onChanged = [&](DISPID) { control.Reset(); };
   EXPECT_EQ(control.Get()->put_IsEditable(VARIANT_FALSE), S_OK);
   EXPECT_TRUE(Ocx::CanUnload());
+}
+
+LifetimeTest* letsGo = nullptr;
+
+// Called by the thread's message loop, whichever that is.
+void CALLBACK LetGoNow(HWND, UINT, UINT_PTR id, DWORD) {
+  KillTimer(nullptr, id);
+  if (letsGo != nullptr) letsGo->LetGoOfEverything();
+  letsGo = nullptr;
+}
+
+TEST_F(LifetimeTest, DestroyedWhileAMouseMoveYieldsToTheEventLoop) {
+  Activate();
+  OpenLarge();
+  const HWND canvas = CanvasOf(container.ControlWindow());
+  ASSERT_NE(canvas, nullptr);
+  PumpMessages();
+  letsGo = this;
+  SetTimer(nullptr, 0, 10, &LetGoNow);
+  Sleep(50);
+  SendMessageW(canvas, WM_MOUSEMOVE, 0, MAKELPARAM(5, 5));
+  EXPECT_EQ(control, nullptr) << "the move did not yield";
+  ExpectAllGone();
+}
+
+// A thousand come in a second.
+TEST_F(LifetimeTest, AMouseMoveLeavesNothingInTheQueue) {
+  Activate();
+  OpenLarge();
+  const HWND canvas = CanvasOf(container.ControlWindow());
+  ASSERT_NE(canvas, nullptr);
+  SendMessageW(canvas, WM_MOUSEMOVE, 0, MAKELPARAM(5, 5));
+  MSG message = {};
+  while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) DispatchMessageW(&message);
+  SendMessageW(canvas, WM_MOUSEMOVE, 0, MAKELPARAM(6, 6));
+  EXPECT_EQ(HIWORD(GetQueueStatus(QS_POSTMESSAGE)) & QS_POSTMESSAGE, 0);
+  container.LetGo();
 }
 
 TEST_F(LifetimeTest, ClosedWithAPendingTimer) {
