@@ -39,7 +39,7 @@ protected:
   std::string At(const std::string& name) const { return FromFilesystemPath(folder / ToFilesystemPath(name)); }
 
   std::string Put(const std::string& name, const Bytes& bytes) const {
-    const std::string path = At(name);
+    std::string path = At(name);
     std::ofstream(ToFilesystemPath(path), std::ios::binary)
         .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
     return path;
