@@ -18,7 +18,7 @@
 #ifdef _WIN32
 extern "C" int _commit(int file);
 #else
-extern "C" int fsync(int file);
+extern "C" int fsync(int);  // NOLINT(readability-redundant-declaration)
 #endif
 
 namespace kw {

@@ -50,7 +50,7 @@ public:
   // InvalidPicture for a file that is not of its format, and the errors of Save.
   void Append(const std::string& path);
   // The same, to a document that is being made.
-  void AppendTo(PageAppender& document) const;
+  void AppendTo(PageAppender& target) const;
 
   std::int32_t Width() const override;
   std::int32_t Height() const override;
