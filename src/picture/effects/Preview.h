@@ -15,9 +15,9 @@ double ReductionTo(PictureSize room, double width, double height);
 class EffectPreview {
 public:
   // The effect must outlive the preview. An empty picture gives empty previews.
-  EffectPreview(const Effect& effect, const Bitmap& whole, PictureSize room);
+  EffectPreview(const Effect& shown, const Bitmap& picture, PictureSize available);
 
-  // What the effect makes of the copy with these values, no larger than the room. Raises as ApplyEffect does.
+  // What the effect makes of the copy with these values, no larger than what is available. Raises as ApplyEffect does.
   Bitmap Of(std::span<const double> values) const;
 
 private:
