@@ -229,7 +229,7 @@ TEST(CompositorTest, ABareFrameDirtiesItsLinesOnly) {
 
 TEST(CompositorTest, TheFormerListComesBackForItsMemory) {
   std::vector<DisplayItem> list(3);
-  for (std::uint64_t i = 0; i < 3; ++i) list[i].key = i + 1;
+  for (std::size_t i = 0; i < 3; ++i) list[i].key = i + 1;
   Compositor compositor(White);
   compositor.Exchange(list);
   EXPECT_TRUE(list.empty());
