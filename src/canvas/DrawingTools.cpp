@@ -90,7 +90,7 @@ void DrawingTools::picCanvas_MouseMove(std::int16_t button, std::int16_t shift, 
 void DrawingTools::DoEvents(Procedure& run) {
   if (isInEvents) return;
   struct UnderWay {
-    explicit UnderWay(bool& mark) : flag(mark) { flag = true; }
+    explicit UnderWay(bool& mark) : flag(mark) { mark = true; }
     UnderWay(const UnderWay&) = delete;
     UnderWay& operator=(const UnderWay&) = delete;
     ~UnderWay() { flag = false; }

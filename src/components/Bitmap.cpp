@@ -1,7 +1,6 @@
 #include "components/Bitmap.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
@@ -33,7 +32,7 @@ std::shared_ptr<std::uint8_t[]> AllocatePixels(std::size_t bytes, bool zeroed) {
   if (bytes > std::numeric_limits<std::size_t>::max() - Bitmap::RowAlignment) Raise(ErrorNumber::OutOfMemory);
   void* block = zeroed ? std::calloc(bytes + Bitmap::RowAlignment, 1) : std::malloc(bytes + Bitmap::RowAlignment);
   if (block == nullptr) Raise(ErrorNumber::OutOfMemory);
-  const std::size_t excess = std::bit_cast<std::uintptr_t>(block) % Bitmap::RowAlignment;
+  const std::size_t excess = reinterpret_cast<std::uintptr_t>(block) % Bitmap::RowAlignment;
   auto* aligned = static_cast<std::uint8_t*>(block) + (excess == 0 ? 0 : Bitmap::RowAlignment - excess);
   return {aligned, [block](std::uint8_t*) { std::free(block); }};
 }

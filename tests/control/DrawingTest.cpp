@@ -229,7 +229,8 @@ TEST_F(Drawing, MovesThatComeInAYieldDoNotNestAndKeepTheirOrder) {
     deepest = std::max(deepest, ++depth);
     while (coming < 1000) {
       ++coming;
-      Drag(static_cast<float>(20 + coming % 300), static_cast<float>(20 + coming / 10));
+      const int down = coming / 10;
+      Drag(static_cast<float>(20 + coming % 300), static_cast<float>(20 + down));
     }
     --depth;
   };
@@ -296,7 +297,7 @@ TEST_F(Drawing, APressThatComesWhileAStrokeEndsLosesNeitherStroke) {
 }
 
 TEST_F(Drawing, ALayerBeyondTheRangeOfWholeNumbersIsAnOverflowForThePressOnIt) {
-  Add(2'000'000'000, 10, 2'000'000'000, 10);
+  Add(2e9F, 10, 2e9F, 10);
   Choose("NoTools");
   Press(10, 10);
   EXPECT_EQ(events.errors, std::vector<int>{6});

@@ -116,13 +116,13 @@ TEST_F(LayerTool, FillAgreesWithASearchFromPixelToPixel) {
   layer.SetPicture(page);
   layer.Move(0, 0, 37, 29);
   for (const auto& [seedX, seedY] : {std::pair{0, 0}, {18, 14}, {36, 28}, {5, 20}}) {
-    std::vector<bool> inside(37U * 29U);
+    std::vector<bool> inside(std::size_t{37} * 29);
     std::vector<std::pair<int, int>> next = {{seedX, seedY}};
     while (!next.empty()) {
       const auto [x, y] = next.back();
       next.pop_back();
       if (x < 0 || y < 0 || x >= 37 || y >= 29) continue;
-      const auto at = static_cast<std::size_t>(y * 37 + x);
+      const auto at = static_cast<std::size_t>(y) * 37 + static_cast<std::size_t>(x);
       if (inside[at] || page.Row(y)[static_cast<std::size_t>(x)] != page.Row(seedY)[static_cast<std::size_t>(seedX)])
         continue;
       inside[at] = true;
@@ -160,7 +160,7 @@ TEST_F(LayerTool, TheRubberDrawsInTheBackgroundColourAndShowsEvenWhenThatIsWhite
 TEST_F(LayerTool, AnImageIsPlacedInItsProportionsInTheDraggedRectangle) {
   Choose("Image");
   const std::string path = MakeImage("inserted.bmp", 40, 20);
-  desktop.openAnswers.push_back([&](OpenDialog& dialog) { dialog.fileName = path; });
+  desktop.openAnswers.emplace_back([&](OpenDialog& dialog) { dialog.fileName = path; });
   DragOut(100, 50, 200, 250);
   ASSERT_EQ(Form().TransLayers.UBound(), 2);
   const TransparentPicture& layer = Newest();
@@ -179,7 +179,7 @@ TEST_F(LayerTool, AnImageThatIsNotChosenOrCannotBeReadMakesNoLayer) {
   EXPECT_TRUE(events.errors.empty());
   const std::string path = folder.File("broken.bmp");
   WriteWhole(path, "BMnothing");
-  desktop.openAnswers.push_back([&](OpenDialog& dialog) { dialog.fileName = path; });
+  desktop.openAnswers.emplace_back([&](OpenDialog& dialog) { dialog.fileName = path; });
   DragOut(100, 50, 200, 250);
   EXPECT_EQ(Form().TransLayers.UBound(), 1);
   EXPECT_EQ(events.errors, (std::vector<int>{481}));
