@@ -29,7 +29,7 @@ public:
   Bitmap() = default;
   // A black picture (all bytes zero); a depth up to 8 gets a grey ramp as its palette (0 black, last white).
   // Raises InvalidProcedureCall for a size below 1 or a depth not named above, OutOfMemory where the pixels do not fit.
-  Bitmap(std::int32_t pixelWidth, std::int32_t pixelHeight, int depth);
+  Bitmap(std::int32_t width, std::int32_t height, int bitsPerPixel);  // NOLINT(readability-*)
   // The same with pixels of any value, for who writes all of them.
   static Bitmap Unfilled(std::int32_t width, std::int32_t height, int bitsPerPixel);
 
@@ -65,7 +65,7 @@ public:
 
 private:
   enum class Pixels { Zero, Any };
-  Bitmap(std::int32_t pixelWidth, std::int32_t pixelHeight, int depth, Pixels initial);
+  Bitmap(std::int32_t width, std::int32_t height, int bitsPerPixel, Pixels initial);  // NOLINT(readability-*)
   void Unshare();
 
   std::int32_t width = 0;
