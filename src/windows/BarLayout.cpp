@@ -70,7 +70,7 @@ bool IsOfOneRow(int height, const BarSizes& sizes) { return height < 2 * sizes.b
 BarLayout LayOut(const ToolBar& bar, SIZE size, const BarRoom& room, const BarSizes& sizes, HDC measuring) {
   if (!IsOfOneRow(size.cy, sizes)) return {LayOutRows(bar, size.cx, sizes, measuring), std::nullopt};
   BarLayout layout = {LayOutRows(bar, std::numeric_limits<int>::max(), sizes, measuring), std::nullopt};
-  if (room.width < sizes.button) return layout;
+  if (!room.IsUsable(sizes)) return layout;
   const LONG end = CutOff(bar, std::numeric_limits<LONG>::max(), layout.places);
   if (end <= room.width && !room.hasOthers) return layout;
   const LONG left = CutOff(bar, room.width - sizes.button, layout.places);

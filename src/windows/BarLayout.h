@@ -23,8 +23,10 @@ struct BarSizes {
 
 // How much of a tool bar is to be seen, and what it has to show besides its own buttons.
 struct BarRoom {
-  // Pixels from the bar's left edge on; a bar of which not even one button fits is as good as out of sight.
-  int width = 0;
+  // A bar of which not even one button is to be seen is as good as out of sight.
+  bool IsUsable(const BarSizes& sizes) const { return width >= sizes.button; }
+
+  int width = 0;  // pixels from the bar's left edge on
   // Other bars have buttons that are out of sight and belong into this bar's menu.
   bool hasOthers = false;
 

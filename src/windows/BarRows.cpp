@@ -38,7 +38,8 @@ std::vector<BarRows::Sight> BarRows::Look() const {
     end = std::min(end, form.right - corner.x);
     const BarSizes sizes = bar->Sizes();
     if (!IsOfOneRow(HeightOf(place), sizes)) continue;
-    sights.push_back({bar, corner, static_cast<int>(end), end >= sizes.button});
+    const BarRoom room = {static_cast<int>(end), false};
+    sights.push_back({bar, corner, room.width, room.IsUsable(sizes)});
   }
   return sights;
 }

@@ -22,9 +22,9 @@ public:
 private:
   struct Sight {
     ToolBarView* bar;
-    POINT corner;   // on the form
-    int width;      // of what is to be seen
-    bool isUsable;  // at least one button is
+    POINT corner;  // on the form
+    int width;     // of what is to be seen
+    bool isUsable;
   };
   // Of the bars that show and that have one row of buttons.
   std::vector<Sight> Look() const;

@@ -52,7 +52,7 @@ std::optional<std::size_t> ToolBarView::Beside(std::size_t from, bool isBelow) c
 
 // A bar that is out of sight is in the menu of another.
 bool ToolBarView::IsTabStop() const {
-  const bool isSeen = !IsOfOneRow(HeightOf(Place()), Sizes()) || room.width >= Sizes().button;
+  const bool isSeen = !IsOfOneRow(HeightOf(Place()), Sizes()) || room.IsUsable(Sizes());
   return isSeen && Next(-1, 1).has_value();
 }
 

@@ -216,7 +216,7 @@ void ToolBarView::ReadChecks() {
   }
 }
 
-std::vector<ToolBarView::MenuEntry> ToolBarView::EntriesOfRest() const {
+std::vector<ToolBarView::MenuEntry> ToolBarView::EntriesOfRest() {
   std::vector<MenuEntry> entries;
   const auto add = [&](ToolBarView* view, bool isAll) {
     for (std::size_t i = 0; i < view->bar.Buttons().size(); ++i) {
@@ -225,7 +225,7 @@ std::vector<ToolBarView::MenuEntry> ToolBarView::EntriesOfRest() const {
       if (isOut && button.visible && button.style != ButtonStyle::Separator) entries.push_back({view, i});
     }
   };
-  add(const_cast<ToolBarView*>(this), false);  // what an entry says is done to this bar later
+  add(this, false);
   for (ToolBarView* behind : Shared().Bars().Behind(*this)) add(behind, true);
   return entries;
 }

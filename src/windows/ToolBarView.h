@@ -53,7 +53,7 @@ private:
   // Which buttons the system shows pressed.
   void ReadChecks();
 
-  std::vector<MenuEntry> EntriesOfRest() const;
+  std::vector<MenuEntry> EntriesOfRest();
   void PopUpRest();
 
   // The keyboard, in ToolBarKeys.cpp. A button that has it is the system's hot one.

@@ -44,9 +44,11 @@ std::string PageName(const std::string& path, const KWPicEd& engine, std::int32_
   return engine.PageCount() == 1 ? path : path + ", page " + std::to_string(page);
 }
 
-void Warn(const std::string& name, const KWPicEd& engine) {
-  if (!engine.Warning().empty())
-    std::fprintf(stderr, "kwpic: warning: %s: %s\n", name.c_str(), engine.Warning().c_str());
+// Where a bar shows, it gives way to the line.
+void Warn(const std::string& name, const KWPicEd& engine, Progress* progress = nullptr) {
+  if (engine.Warning().empty()) return;
+  if (progress != nullptr) progress->Clear();
+  std::fprintf(stderr, "kwpic: warning: %s: %s\n", name.c_str(), engine.Warning().c_str());
 }
 
 // Selects each page and calls take() with its number and name.
@@ -111,8 +113,7 @@ void Split(const std::string& path, const std::string& folder) {
   ForPages(engine, path, [&](std::int32_t page, const std::string& name) {
     const std::string file = PageFile(path, folder, page);
     For(name + " to " + file, [&] { engine.Save(file); });
-    progress.Clear();
-    Warn(name, engine);
+    Warn(name, engine, &progress);
     progress.Step();
   });
 }
@@ -140,8 +141,7 @@ void WriteDocument(const std::vector<std::string>& inputs, const std::string& pa
         Changed(engine, change, changed).AppendTo(*appender);
       });
       For(path, [&] { file->RaiseFailure(); });
-      progress->Clear();
-      Warn(name, engine);
+      Warn(name, engine, &*progress);
       if (!isOfFiles) progress->Step();
     });
     if (isOfFiles) progress->Step();
