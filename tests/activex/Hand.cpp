@@ -89,15 +89,23 @@ void Hand::MoveTo(POINT point) {
   Send(input);
 }
 
-// A display server tells of a pointer that a program moved once more, a little later and perhaps after the next move,
-// so the pointer may jump back for a moment. The system asks the server for the position, and so hears all of it, when
-// the last move is a tenth of a second old.
-void Hand::Rest() const {
+// The system asks the display server for the position, and so hears all that the server has told until then, when the
+// last move is a tenth of a second old.
+void Hand::Settle() const {
   constexpr DWORD StillTime = 110;
   const DWORD start = GetTickCount();
+  EXPECT_TRUE(Await([&] { return GetTickCount() - start > StillTime; }));
+  static_cast<void>(Pointer());
+  Pump();
+}
+
+// A display server tells of a pointer that a program moved once more, a little later and perhaps after the next move,
+// so the pointer may jump back for a moment.
+void Hand::Rest() const {
+  Settle();
   EXPECT_TRUE(Await([&] {
     const POINT now = Pointer();
-    return GetTickCount() - start > StillTime && now.x == at.x && now.y == at.y;
+    return now.x == at.x && now.y == at.y;
   })) << "the pointer does not stay at "
       << at.x << ", " << at.y;
 }
@@ -134,8 +142,13 @@ void Hand::DragFrom(POINT start, POINT end) {
 void Hand::Hold(WORD key) const { Send(KeyInput(key, false)); }
 void Hand::LetGo(WORD key) const { Send(KeyInput(key, true)); }
 
+// The display server knows nothing of the key that is held: it would be let go when a window that goes or comes makes
+// the server tell which keys are down. So that is waited for.
 void Hand::Strike(WORD key, WORD held) const {
-  if (held != 0) Hold(held);
+  if (held != 0) {
+    Settle();
+    Hold(held);
+  }
   Hold(key);
   LetGo(key);
   if (held != 0) LetGo(held);

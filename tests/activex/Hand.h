@@ -45,7 +45,9 @@ public:
   static void SendKey(WORD key, bool isUp);
 
 private:
-  // The pointer has come to rest: the display has told all that there is to tell of its moves.
+  // The display has told all that there is to tell of what was shown, hidden and moved.
+  void Settle() const;
+  // The pointer has come to rest where it was moved to.
   void Rest() const;
   void Send(const INPUT& input) const;
   static void SendOnly(INPUT input);
