@@ -1,5 +1,6 @@
 #include "picture/ColourCells.h"
 
+#include <array>
 #include <utility>
 
 #include "picture/effects/Kernels.h"
@@ -10,59 +11,68 @@ namespace {
 // A count of recent pixels with this bit is put away: 8192 times 7 still fits into 16 bits.
 constexpr std::uint64_t MostRecent = 8192;
 
+// What a pixel adds to the recent ones, by its lower bits.
+constexpr auto Increments = [] {
+  std::array<std::uint64_t, 512> increments{};
+  for (std::uint64_t rest = 0; rest < increments.size(); ++rest) {
+    increments[rest] = 1U | (rest >> 6U) << 16U | (rest >> 3U & 7U) << 32U | (rest & 7U) << 48U;
+  }
+  return increments;
+}();
+
 }  // namespace
 
 void ColourCells::Row::Split(const std::uint8_t* row, std::size_t pixels) {
   kernels::SplitColours(row, upper.data(), lower.data(), pixels);
 }
 
-ColourCells::ColourCells() : cells(Count), recent(Count), increments(512) {
-  for (std::size_t i = 0; i < increments.size(); ++i) {
-    const std::uint64_t rest = i;
-    increments[i] = 1U | (rest >> 6U) << 16U | (rest >> 3U & 7U) << 32U | (rest & 7U) << 48U;
-  }
-}
-
 std::size_t ColourCells::NumberOf(Rgb colour) {
   constexpr unsigned drop = 8 - Bits;
-  return static_cast<std::size_t>(colour.red >> drop) << (2 * Bits) |
-         static_cast<std::size_t>(colour.green >> drop) << Bits | static_cast<std::size_t>(colour.blue >> drop);
+  const unsigned place = static_cast<unsigned>(colour.red) >> drop << (2 * Bits) |
+                         static_cast<unsigned>(colour.green) >> drop << Bits |
+                         static_cast<unsigned>(colour.blue) >> drop;
+  return NumberOf(static_cast<std::uint16_t>(place));
 }
 
-inline void ColourCells::Add(std::size_t number, unsigned rest) {
-  const std::uint64_t sums = recent[number] + increments[rest];
-  recent[number] = sums;
-  // From here on a channel's sum could outgrow its 16 bits.
-  if ((sums & MostRecent) != 0) PutAway(number);
-}
-
-void ColourCells::PutAway(std::size_t number) {
-  const std::uint64_t sums = std::exchange(recent[number], 0);
+void ColourCells::Take(std::size_t number, std::uint64_t sums) {
   cells[number].count += sums & 0xFFFFU;
   cells[number].red += sums >> 16U & 0xFFFFU;
   cells[number].green += sums >> 32U & 0xFFFFU;
   cells[number].blue += sums >> 48U;
 }
 
-void ColourCells::Add(Rgb colour) {
-  Add(NumberOf(colour), (colour.red & 7U) << 6U | (colour.green & 7U) << 3U | (colour.blue & 7U));
+ColourCells::Counter::Counter(ColourCells& sumOfAll) : sum(sumOfAll), recent(Count) {}
+
+void ColourCells::Counter::PutAway(std::size_t number) {
+  const std::lock_guard lock(sum.mutex);
+  sum.Take(number, std::exchange(recent[number], 0));
 }
 
-void ColourCells::Add(const Row& row, std::size_t pixels) {
-  for (std::size_t i = 0; i < pixels; ++i) Add(row.Numbers()[i], row.Rests()[i]);
+void ColourCells::Counter::Add(Rgb colour) {
+  const std::size_t number = NumberOf(colour);
+  const unsigned rest = (colour.red & 7U) << 6U | (colour.green & 7U) << 3U | (colour.blue & 7U);
+  recent[number] += Increments[rest];
+  if ((recent[number] & MostRecent) != 0) PutAway(number);
 }
 
-void ColourCells::Add(const ColourCells& other) {
-  for (std::size_t i = 0; i < Count; ++i) {
-    cells[i].count += other.cells[i].count;
-    cells[i].red += other.cells[i].red;
-    cells[i].green += other.cells[i].green;
-    cells[i].blue += other.cells[i].blue;
+void ColourCells::Counter::Add(const Row& row, std::size_t pixels) {
+  std::uint64_t* const counts = recent.data();
+  const std::uint16_t* const numbers = row.Numbers();
+  const std::uint16_t* const rests = row.Rests();
+  for (std::size_t i = 0; i < pixels; ++i) {
+    std::uint64_t& count = counts[numbers[i]];
+    const std::uint64_t sums = count + Increments[rests[i]];
+    count = sums;
+    // From here on a channel's sum could outgrow its 16 bits.
+    if ((sums & MostRecent) != 0) PutAway(numbers[i]);
   }
 }
 
-void ColourCells::Finish() {
-  for (std::size_t i = 0; i < Count; ++i) PutAway(i);
+void ColourCells::Counter::Finish() {
+  const std::lock_guard lock(sum.mutex);
+  for (std::size_t i = 0; i < Count; ++i) {
+    if (recent[i] != 0) sum.Take(i, std::exchange(recent[i], 0));
+  }
 }
 
 }  // namespace kw

@@ -96,30 +96,30 @@ Bitmap ToBlackAndWhite(const Bitmap& picture) {
   return result;
 }
 
-// Counts the rows from `begin` on in tables of their own, one for each thread.
+// Counts the rows from `begin` on, on several threads.
 void CountRows(const Bitmap& picture, std::int32_t begin, PaletteMaker& maker) {
   const auto width = static_cast<std::size_t>(picture.Width());
   const auto bands = CutIntoBands(picture.Height() - begin, BytesOf(picture));
   struct Work {
-    explicit Work(std::size_t pixels) : row(pixels) {}
     ColourCells::Row row;
-    ColourCells cells;
+    ColourCells::Counter counter;
   };
-  std::vector<Work> works(ThreadsFor(bands.size()), Work(width));
+  std::vector<Work> works;
+  works.reserve(ThreadsFor(bands.size()));
+  while (works.size() < ThreadsFor(bands.size())) {
+    works.push_back({ColourCells::Row(width), ColourCells::Counter(maker.Cells())});
+  }
   std::atomic<std::size_t> next{0};
   RunTogether(works.size(), [&](std::size_t own) {
     Work& work = works[own];
     for (std::size_t i = next++; i < bands.size(); i = next++) {
       for (std::int32_t y = begin + bands[i].begin; y < begin + bands[i].end; ++y) {
         work.row.Split(picture.Row(y).data(), width);
-        work.cells.Add(work.row, width);
+        work.counter.Add(work.row, width);
       }
     }
+    work.counter.Finish();
   });
-  for (Work& work : works) {
-    work.cells.Finish();
-    maker.Count(work.cells);
-  }
 }
 
 // The indices of a picture of 24 bits whose palette was cut.

@@ -11,7 +11,8 @@ std::uint32_t KeyOf(Rgb colour) {
   return static_cast<std::uint32_t>(colour.red) << 16U | static_cast<std::uint32_t>(colour.green) << 8U | colour.blue;
 }
 
-// Place of a cell along one channel (0 red, 1 green, 2 blue).
+// Place of a cell along one channel (0 red, 1 green, 2 blue); a cell is known here by its places, red in the upper
+// bits.
 unsigned PlaceOf(std::uint16_t cell, unsigned channel) {
   return static_cast<unsigned>(cell) >> ((2 - channel) * CellBits) & ((1U << CellBits) - 1);
 }
@@ -33,7 +34,7 @@ struct Box {
 PaletteMaker::PaletteMaker(std::size_t mostEntries) : most(mostEntries), cellIndex(ColourCells::Count) {}
 
 void PaletteMaker::Count(Rgb colour) {
-  cells.Add(colour);
+  counter.Add(colour);
   if (exact) CountExactly(colour);
 }
 
@@ -56,9 +57,10 @@ void PaletteMaker::Make() {
 
 void PaletteMaker::Cut() {
   std::vector<std::uint16_t> used;
-  cells.Finish();
+  counter.Finish();
+  const auto at = [&](std::uint16_t cell) -> const ColourCells::Cell& { return cells[ColourCells::NumberOf(cell)]; };
   for (std::size_t i = 0; i < ColourCells::Count; ++i) {
-    if (cells[i].count != 0) used.push_back(static_cast<std::uint16_t>(i));
+    if (at(static_cast<std::uint16_t>(i)).count != 0) used.push_back(static_cast<std::uint16_t>(i));
   }
   const auto measured = [&](std::size_t begin, std::size_t end) {
     Box box{begin, end, 0, 0, 0};
@@ -74,7 +76,7 @@ void PaletteMaker::Cut() {
         box.widestChannel = channel;
       }
     }
-    for (std::size_t i = begin; i < end; ++i) box.count += cells[used[i]].count;
+    for (std::size_t i = begin; i < end; ++i) box.count += at(used[i]).count;
     return box;
   };
 
@@ -83,17 +85,18 @@ void PaletteMaker::Cut() {
     const auto widest = std::ranges::max_element(boxes, {}, &Box::Weight);
     if (widest->width == 0) break;
     const Box box = *widest;
-    std::sort(used.begin() + static_cast<std::ptrdiff_t>(box.begin),
-              used.begin() + static_cast<std::ptrdiff_t>(box.end), [&](std::uint16_t a, std::uint16_t b) {
-                const unsigned placeA = PlaceOf(a, box.widestChannel);
-                const unsigned placeB = PlaceOf(b, box.widestChannel);
-                return placeA != placeB ? placeA < placeB : a < b;
-              });
+    // By place, and cells of one place by number, as one number each.
+    std::vector<std::uint32_t> order;
+    for (std::size_t i = box.begin; i < box.end; ++i) {
+      order.push_back(PlaceOf(used[i], box.widestChannel) << 16U | used[i]);
+    }
+    std::ranges::sort(order);
+    for (std::size_t i = 0; i < order.size(); ++i) used[box.begin + i] = static_cast<std::uint16_t>(order[i]);
     // The cut lies where half of the pixels are on either side, with at least one cell on each.
     std::size_t middle = box.begin + 1;
-    std::uint64_t below = cells[used[box.begin]].count;
-    while (middle + 1 < box.end && below + cells[used[middle]].count <= box.count / 2) {
-      below += cells[used[middle++]].count;
+    std::uint64_t below = at(used[box.begin]).count;
+    while (middle + 1 < box.end && below + at(used[middle]).count <= box.count / 2) {
+      below += at(used[middle++]).count;
     }
     *widest = measured(box.begin, middle);
     boxes.push_back(measured(middle, box.end));
@@ -103,8 +106,8 @@ void PaletteMaker::Cut() {
   for (const Box& box : boxes) {
     std::uint64_t sums[3] = {};
     for (std::size_t i = box.begin; i < box.end; ++i) {
-      cellIndex[used[i]] = static_cast<std::uint8_t>(palette.size());
-      const ColourCells::Cell& cell = cells[used[i]];
+      cellIndex[ColourCells::NumberOf(used[i])] = static_cast<std::uint8_t>(palette.size());
+      const ColourCells::Cell& cell = at(used[i]);
       const std::uint64_t rests[3] = {cell.red, cell.green, cell.blue};
       for (unsigned channel = 0; channel < 3; ++channel) {
         sums[channel] += (cell.count * PlaceOf(used[i], channel) << (8 - CellBits)) + rests[channel];

@@ -18,8 +18,8 @@ public:
   explicit PaletteMaker(std::size_t most);
 
   void Count(Rgb colour);
-  // Pixels that were counted apart; only once IsExact() is false.
-  void Count(const ColourCells& counted) { cells.Add(counted); }
+  // Where pixels may be counted apart; only once IsExact() is false.
+  ColourCells& Cells() { return cells; }
   void Make();
 
   // True where every counted colour is in the palette.
@@ -40,6 +40,7 @@ private:
   std::unordered_map<std::uint32_t, std::uint8_t> exactIndex;
   std::uint32_t lastKey = 0xFFFFFFFF;
   ColourCells cells;
+  ColourCells::Counter counter{cells};
   std::vector<std::uint8_t> cellIndex;
 };
 

@@ -12,8 +12,8 @@ namespace {
 // A thread costs some 50 microseconds to start; below this much work each, it is not worth it.
 constexpr std::uint64_t LeastWork = 1U << 20U;
 
-// Bands for each thread, so that one whose processor does something else for a while leaves the rest to the others.
-constexpr std::uint64_t BandsPerThread = 4;
+// The smallest bands are such a part of a thread's share.
+constexpr std::int32_t PartsOfShare = 16;
 
 std::atomic<unsigned> mostThreads{0};
 
@@ -26,15 +26,16 @@ unsigned Threads() {
 
 void SetMostThreads(unsigned most) { mostThreads = most; }
 
+// The bands become smaller, so that few are to be begun, and yet a thread whose processor did something else for a
+// while is waited for no longer than a small one takes.
 std::vector<Band> CutIntoBands(std::int32_t height, std::uint64_t work, std::int32_t leastRows) {
-  const std::uint64_t threads = std::min(std::uint64_t{Threads()}, work / LeastWork);
-  const std::uint64_t most = threads < 2 ? 1 : threads * BandsPerThread;
-  const auto count = static_cast<std::int32_t>(
-      std::max(std::min(most, static_cast<std::uint64_t>(height / leastRows)), std::uint64_t{1}));
+  const auto threads = static_cast<std::int32_t>(std::min(std::uint64_t{Threads()}, work / LeastWork));
+  if (threads < 2) return {{0, height}};
+  const std::int32_t least = std::max(leastRows, height / threads / PartsOfShare);
   std::vector<Band> bands;
-  std::int32_t begin = 0;
-  for (std::int32_t i = 0; i < count; ++i) {
-    const std::int32_t end = begin + (height - begin) / (count - i);
+  for (std::int32_t begin = 0; begin < height;) {
+    const std::int32_t rows = std::max(least, (height - begin) / (2 * threads));
+    const std::int32_t end = height - begin - rows < least ? height : begin + rows;
     bands.push_back({begin, end});
     begin = end;
   }

@@ -12,8 +12,8 @@ struct Band {
   std::int32_t end = 0;
 };
 
-// Cuts `height` rows into some bands for each thread that is worth it: none with fewer than `leastRows` rows (except
-// the only one), and one alone where `work` (bytes to go through, or as much time) is little.
+// Cuts `height` rows into some bands for each thread that is worth it, large ones first: none with fewer than
+// `leastRows` rows (except the only one), and one alone where `work` (bytes to go through, or as much time) is little.
 std::vector<Band> CutIntoBands(std::int32_t height, std::uint64_t work, std::int32_t leastRows = 16);
 
 // Calls task(i) for each i from 0 to count - 1, in any order, on as many threads as can be had, and returns when all

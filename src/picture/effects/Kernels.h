@@ -19,7 +19,7 @@ void MapColours(std::uint8_t* row, std::size_t count, const ByteTable& table);
 // (299 red + 587 green + 114 blue) / 1000, rounded, of pixels of 24 bits.
 void Brightness(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels);
 
-// Pixels of 24 bits as the five upper bits of red, green and blue and, apart, the three lower ones of each.
+// Pixels of 24 bits as their cells' numbers (see ColourCells) and, apart, the three lower bits of each channel.
 void SplitColours(const std::uint8_t* from, std::uint16_t* upper, std::uint16_t* lower, std::size_t pixels);
 
 // Bit 1 where a value is at least `level`.

@@ -62,7 +62,9 @@ void SplitColours(const std::uint8_t* from, std::uint16_t* upper, std::uint16_t*
     const unsigned blue = from[x * 3];
     const unsigned green = from[x * 3 + 1];
     const unsigned red = from[x * 3 + 2];
-    upper[x] = static_cast<std::uint16_t>(red >> 3U << 10U | green >> 3U << 5U | blue >> 3U);
+    const unsigned block = (red & 0xE0U) << 7U | (green & 0xE0U) << 4U | (blue & 0xE0U) << 1U;
+    const unsigned within = (red & 0x18U) << 1U | (green & 0x18U) >> 1U | (blue & 0x18U) >> 3U;
+    upper[x] = static_cast<std::uint16_t>(block | within);
     lower[x] = static_cast<std::uint16_t>((red & 7U) << 6U | (green & 7U) << 3U | (blue & 7U));
   }
 }

@@ -128,11 +128,13 @@ void Brightness(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) 
 HWY_INLINE void PutSplit(hn::Vec<Words> blue, hn::Vec<Words> green, hn::Vec<Words> red, std::uint16_t* upper,
                          std::uint16_t* lower) {
   const Words d;
-  const auto high = hn::Set(d, std::uint16_t{0xF8});
+  const auto high = hn::Set(d, std::uint16_t{0xE0});
+  const auto middle = hn::Set(d, std::uint16_t{0x18});
   const auto low = hn::Set(d, std::uint16_t{7});
-  const auto ofRed = hn::ShiftLeft<7>(hn::And(red, high));
-  const auto ofGreen = hn::ShiftLeft<2>(hn::And(green, high));
-  hn::StoreU(hn::Or(hn::Or(ofRed, ofGreen), hn::ShiftRight<3>(blue)), d, upper);
+  const auto ofRed = hn::Or(hn::ShiftLeft<7>(hn::And(red, high)), hn::ShiftLeft<1>(hn::And(red, middle)));
+  const auto ofGreen = hn::Or(hn::ShiftLeft<4>(hn::And(green, high)), hn::ShiftRight<1>(hn::And(green, middle)));
+  const auto ofBlue = hn::Or(hn::ShiftLeft<1>(hn::And(blue, high)), hn::ShiftRight<3>(hn::And(blue, middle)));
+  hn::StoreU(hn::Or(hn::Or(ofRed, ofGreen), ofBlue), d, upper);
   const auto restOfRed = hn::ShiftLeft<6>(hn::And(red, low));
   const auto restOfGreen = hn::ShiftLeft<3>(hn::And(green, low));
   hn::StoreU(hn::Or(hn::Or(restOfRed, restOfGreen), hn::And(blue, low)), d, lower);

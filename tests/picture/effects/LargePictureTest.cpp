@@ -90,9 +90,36 @@ TEST(Bands, AreAllDoneOnceWhateverTheThreads) {
     RunTogether(tasks.size(), [&](std::size_t i) { ++tasks[i]; });
     EXPECT_EQ(5000, std::ranges::count(rows, 1));
     EXPECT_EQ(37, std::ranges::count(tasks, 1));
-    EXPECT_EQ(threads == 1 ? 1U : 4 * threads, CutIntoBands(5000, std::uint64_t{1} << 30U).size());
     EXPECT_EQ(1U, CutIntoBands(5000, 1000).size());
   }
+  SetMostThreads(0);
+}
+
+TEST(Bands, BecomeSmallerAndTheSmallestAreWorthBeginning) {
+  constexpr std::uint64_t Much = std::uint64_t{1} << 30U;
+  for (const unsigned threads : {2U, 3U, 8U}) {
+    SetMostThreads(threads);
+    for (const std::int32_t height : {1, 15, 16, 40, 500, 3508, 100000}) {
+      for (const std::int32_t leastRows : {1, 16, 61}) {
+        const auto bands = CutIntoBands(height, Much, leastRows);
+        ASSERT_FALSE(bands.empty());
+        EXPECT_EQ(0, bands.front().begin);
+        EXPECT_EQ(height, bands.back().end);
+        for (std::size_t i = 0; i + 1 < bands.size(); ++i) EXPECT_EQ(bands[i].end, bands[i + 1].begin);
+        if (bands.size() == 1) continue;
+        const auto rows = [&](std::size_t i) { return bands[i].end - bands[i].begin; };
+        for (std::size_t i = 0; i < bands.size(); ++i) EXPECT_LE(leastRows, rows(i));
+        for (std::size_t i = 1; i + 1 < bands.size(); ++i) EXPECT_LE(rows(i), rows(i - 1) + 1);
+        // The first is half of a thread's share, the last a small part.
+        EXPECT_LE(rows(0), std::max(leastRows, height / static_cast<std::int32_t>(2 * threads) + 1));
+      }
+    }
+    const auto bands = CutIntoBands(3508, Much);
+    EXPECT_LT(2U * threads, bands.size());
+    EXPECT_LE(bands.back().end - bands.back().begin, 2 * (3508 / static_cast<std::int32_t>(threads) / 16));
+  }
+  SetMostThreads(1);
+  EXPECT_EQ(1U, CutIntoBands(5000, Much).size());
   SetMostThreads(0);
 }
 
