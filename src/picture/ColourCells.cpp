@@ -14,8 +14,9 @@ constexpr std::uint64_t MostRecent = 8192;
 // What a pixel adds to the recent ones, by its lower bits.
 constexpr auto Increments = [] {
   std::array<std::uint64_t, 512> increments{};
-  for (std::uint64_t rest = 0; rest < increments.size(); ++rest) {
-    increments[rest] = 1U | (rest >> 6U) << 16U | (rest >> 3U & 7U) << 32U | (rest & 7U) << 48U;
+  for (std::size_t i = 0; i < increments.size(); ++i) {
+    const std::uint64_t rest = i;
+    increments[i] = 1U | (rest >> 6U) << 16U | (rest >> 3U & 7U) << 32U | (rest & 7U) << 48U;
   }
   return increments;
 }();
