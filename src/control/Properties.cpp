@@ -207,8 +207,10 @@ Bitmap KwEditorLayers::TakeImage(Procedure& run, const std::string& path, bool i
   const bool isSaved = run([&] { KWPicTempBuffer.Save(GetTempImagePath(desktop)); });
   if (!isSaved) return {};
   run([&] { image = desktop.LoadPicture(GetTempImagePath(desktop)); });
+  // Where somebody else removed it already, all is as it should be.
   run([&] {
-    if (isSignature) desktop.RemoveFile(GetTempImagePath(desktop));
+    const std::string scratch = GetTempImagePath(desktop);
+    if (isSignature && !desktop.DirectoryLookUp(scratch).empty()) desktop.RemoveFile(scratch);
   });
   return image;
 }

@@ -42,6 +42,14 @@ std::string PromptOf(HWND box) {
 
 }  // namespace
 
+HWND BoxOf(DWORD thread) {
+  Search search;
+  EnumThreadWindows(thread, &FindBox, reinterpret_cast<LPARAM>(&search));
+  return search.box;
+}
+
+std::string WordsOf(HWND box) { return TextOf(box) + ": " + PromptOf(box); }
+
 BoxAnswerer::BoxAnswerer(std::function<void(HWND)> beforeAnswer)
     : owner(GetCurrentThreadId()), act(std::move(beforeAnswer)), watcher([this] { Watch(); }) {}
 
@@ -58,16 +66,15 @@ std::vector<std::string> BoxAnswerer::Boxes() const {
 void BoxAnswerer::Watch() {
   HWND answered = nullptr;
   while (!stop) {
-    Search search;
-    EnumThreadWindows(owner, &FindBox, reinterpret_cast<LPARAM>(&search));
-    if (search.box != nullptr && search.box != answered) {
+    const HWND box = BoxOf(owner);
+    if (box != nullptr && box != answered) {
       {
         const std::lock_guard lock(mutex);
-        boxes.push_back(TextOf(search.box) + ": " + PromptOf(search.box));
+        boxes.push_back(WordsOf(box));
       }
-      if (act) act(search.box);
-      answered = search.box;
-      PostMessageW(search.box, WM_COMMAND, IDOK, 0);
+      if (act) act(box);
+      answered = box;
+      PostMessageW(box, WM_COMMAND, IDOK, 0);
     }
     if (answered != nullptr && IsWindow(answered) == 0) answered = nullptr;
     Sleep(5);

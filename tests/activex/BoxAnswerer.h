@@ -11,6 +11,11 @@
 
 namespace kw::test {
 
+// The message box that is up on a thread; null where there is none.
+HWND BoxOf(DWORD thread);
+// "title: text", the lines of the text joined by a slash.
+std::string WordsOf(HWND box);
+
 // Closes the message boxes of the thread that made it, as a user would, and keeps their titles and texts.
 class BoxAnswerer {
 public:
@@ -20,7 +25,7 @@ public:
   BoxAnswerer& operator=(const BoxAnswerer&) = delete;
   ~BoxAnswerer();
 
-  // "title: text", the lines of the text joined by a slash.
+  // The words of each.
   std::vector<std::string> Boxes() const;
 
 private:

@@ -212,6 +212,19 @@ TEST_F(Signature, GoesThroughTheScratchBitmapWhichIsDeleted) {
   EXPECT_FALSE(Exists(folder.File("tmp1234.bmp")));
 }
 
+TEST_F(Signature, MindsNoScratchBitmapThatIsGoneAlready) {
+  desktop.pictureLoader = [load = desktop.pictureLoader](const std::string& path) {
+    Bitmap picture = load(path);
+    if (path.ends_with("tmp1234.bmp")) RemoveFileAt(path);
+    return picture;
+  };
+  control->LetSignatureFilePath(MakeImage("sign.bmp", 12, 7));
+  EXPECT_FALSE(Exists(folder.File("tmp1234.bmp")));
+  EXPECT_EQ(control->SignatureImage().Width(), 12);
+  EXPECT_TRUE(Form().tbrEditingTools.ButtonOf("Signature").enabled);
+  EXPECT_TRUE(desktop.boxes.empty());
+}
+
 using Background = EditorTest;
 
 TEST_F(Background, OfABlankPathOrABadFileClearsThePictureAndDisablesItsButton) {
