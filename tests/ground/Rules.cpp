@@ -153,7 +153,7 @@ bool IsStandardHeader(std::string_view name) {
                                   "tmmintrin.h"};
   static constexpr std::array<std::string_view, 7> folders = {"gtest/", "gmock/",     "hwy/",    "CLI/",
                                                               "cairo/", "leptonica/", "opencv2/"};
-  return names.count(name) != 0 || libraries.count(name) != 0 ||
+  return names.contains(name) || libraries.contains(name) ||
          std::any_of(folders.begin(), folders.end(), [&](auto folder) { return name.starts_with(folder); });
 }
 
@@ -258,8 +258,8 @@ std::vector<Finding> RoomOrder(std::string_view path, std::string_view text) {
     const auto other = FolderAt(include->name, 0);
     // The host knows the control by its type library alone, whose compiled form lies in the folder of the IDL file.
     if (room == "host" && include->name == "activex/KwEditor.h") return;
-    if (other.empty() || other == room || (room == "tools" && Rooms().count(other) == 0)) return;
-    if (known->second.count(other) == 0)
+    if (other.empty() || other == room || (room == "tools" && !Rooms().contains(other))) return;
+    if (!known->second.contains(other))
       findings.push_back({std::string(path), number, std::string(room) + " includes " + std::string(include->name)});
   });
   return findings;
@@ -269,7 +269,7 @@ std::vector<Finding> ErrorHandlers(std::string_view path, std::string_view text)
   static const Names editor = {"form",   "layers", "view",    "document", "commands",
                                "canvas", "stamps", "devices", "control"};
   std::vector<Finding> findings;
-  if (!IsCode(path) || editor.count(RoomOf(path)) == 0) return findings;
+  if (!IsCode(path) || !editor.contains(RoomOf(path))) return findings;
   const auto code = WithoutCommentsAndLiterals(text);
   ForEachLine(code, [&](std::string_view line, int number) {
     for (const std::string_view word : {"try", "catch"})
@@ -292,16 +292,16 @@ std::vector<Finding> Hosts(std::string_view path, std::string_view text) {
   std::vector<Finding> findings;
   ForEachLine(text, [&](std::string_view line, int number) {
     const auto isPart = [](char c) { return IsWordCharacter(c) || c == '.' || c == '-'; };
-    for (auto at = std::find_if(line.begin(), line.end(), isPart); at != line.end();
+    for (const auto* at = std::find_if(line.begin(), line.end(), isPart); at != line.end();
          at = std::find_if(at, line.end(), isPart)) {
-      const auto end = std::find_if_not(at, line.end(), isPart);
+      const auto* const end = std::find_if_not(at, line.end(), isPart);
       const std::string_view word(at, end);
       const bool isHost = std::any_of(domains.begin(), domains.end(), [&](auto domain) {
         return word.ends_with(domain) && word.size() > domain.size();
       });
       const bool isAddress = std::string_view(end, line.end()).starts_with("://") && word != "file";
       const std::string_view host = isAddress ? Trimmed(std::string_view(end, line.end()).substr(3)) : word;
-      const bool allowed = nameSpaces.count(host.substr(0, std::min(host.find_first_of("/\"'"), host.size()))) != 0;
+      const bool allowed = nameSpaces.contains(host.substr(0, std::min(host.find_first_of("/\"'"), host.size())));
       if ((isHost || isAddress) && !allowed)
         findings.push_back({std::string(path), number, "names the host " + std::string(host)});
       at = end;
