@@ -15,7 +15,7 @@ class Fmf : public ScratchTest {
 protected:
   // A document of these pages.
   std::string Document(const std::vector<Bitmap>& pages, const std::string& name = "document.fmf") {
-    const std::string path = At(name);
+    std::string path = At(name);
     for (const Bitmap& page : pages) {
       KWPicEd maker;
       maker.Replace(page);
@@ -68,7 +68,8 @@ TEST_F(Fmf, AnyTiffReaderOpensIt) {
                                      static_cast<std::uint32_t>(page.Height()), pixels.data(), ORIENTATION_TOPLEFT, 1));
     for (std::int32_t y = 0; y < page.Height() && page.BitsPerPixel() != 32; ++y) {
       for (std::int32_t x = 0; x < page.Width(); ++x) {
-        const std::uint32_t pixel = pixels[static_cast<std::size_t>(y * page.Width() + x)];
+        const std::uint32_t pixel =
+            pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(page.Width()) + static_cast<std::size_t>(x)];
         ASSERT_EQ((Rgb{static_cast<std::uint8_t>(TIFFGetR(pixel)), static_cast<std::uint8_t>(TIFFGetG(pixel)),
                        static_cast<std::uint8_t>(TIFFGetB(pixel))}),
                   page.PixelAt(x, y));
@@ -221,7 +222,7 @@ TEST_F(Fmf, MachineThatStopsWhileAPageIsAppendedLeavesTheOldPagesAsTheyAre) {
   const auto source = FmfFormat.open(whole, {});
   ASSERT_EQ(3, source->PageCount());
   std::size_t changed = 0;
-  for (std::size_t i = 0; i < before.size(); ++i) changed += before[i] != whole.bytes[i];
+  for (std::size_t i = 0; i < before.size(); ++i) changed += before[i] != whole.bytes[i] ? 1U : 0U;
   EXPECT_LE(changed, 4U) << "nothing but the link";
 
   for (std::size_t stop = 0; stop < written; ++stop) {

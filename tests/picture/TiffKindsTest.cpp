@@ -216,7 +216,7 @@ TEST_P(Tiles, TilesLieInTheirPlaces) {
               if (planar) {
                 to[x - left] = row[x * 3 + 2 - plane];
               } else if (colour) {
-                for (std::size_t i = 0; i < 3; ++i) to[(x - left) * 3 + i] = row[x * 3 + 2 - i];
+                for (std::size_t i = 0; i < 3; ++i) to[std::size_t{x - left} * 3 + i] = row[x * 3 + 2 - i];
               } else {
                 const std::size_t bit = (x - left) * static_cast<std::size_t>(depth);
                 const unsigned index = PaletteIndexAt(row, x, depth);

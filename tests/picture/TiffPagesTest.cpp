@@ -89,7 +89,7 @@ INSTANTIATE_TEST_SUITE_P(KindsOfFile, TiffPages, testing::Values("wl", "wb", "wl
 class Engine : public ScratchTest {
 protected:
   std::string MakeTwoPages() const {
-    const std::string path = At("two.tif");
+    std::string path = At("two.tif");
     TiffMaker maker(path);
     maker.FaxPageOf(FaxPage(64, 40, 1), COMPRESSION_CCITTFAX4, 40);
     maker.FaxPageOf(FaxPage(96, 40, 2), COMPRESSION_CCITTFAX4, 40);
