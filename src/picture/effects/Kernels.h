@@ -16,6 +16,15 @@ namespace kw::kernels {
 void MapBytes(std::uint8_t* row, std::size_t count, const ByteTable& table);
 void MapColours(std::uint8_t* row, std::size_t count, const ByteTable& table);
 
+// Bytes that go along a line: (((byte ^ flip) * 256 * slope / 65536) + offset) / 64, rounded down, from 0 to 255.
+// A slope of 16384 is 1; it is less than 32768.
+struct Line {
+  std::uint8_t flip;
+  std::uint16_t slope;
+  std::int16_t offset;
+};
+void MapAlong(std::uint8_t* row, std::size_t count, const Line& line);
+
 // (299 red + 587 green + 114 blue) / 1000, rounded, of pixels of 24 bits.
 void Brightness(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels);
 

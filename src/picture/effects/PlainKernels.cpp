@@ -53,6 +53,13 @@ void MapColours(std::uint8_t* row, std::size_t count, const ByteTable& table) {
   }
 }
 
+void MapAlong(std::uint8_t* row, std::size_t count, const Line& line) {
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::uint32_t value = row[i] ^ std::uint32_t{line.flip};
+    row[i] = ToByte((static_cast<std::int32_t>(value * 256 * line.slope >> 16U) + line.offset) >> 6);
+  }
+}
+
 void Brightness(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
   for (std::size_t x = 0; x < pixels; ++x) to[x] = Luma({from[x * 3 + 2], from[x * 3 + 1], from[x * 3]});
 }

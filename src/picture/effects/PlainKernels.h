@@ -8,6 +8,7 @@ namespace kw::kernels::plain {
 
 void MapBytes(std::uint8_t* row, std::size_t count, const ByteTable& table);
 void MapColours(std::uint8_t* row, std::size_t count, const ByteTable& table);
+void MapAlong(std::uint8_t* row, std::size_t count, const Line& line);
 void Brightness(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels);
 void SplitColours(const std::uint8_t* from, std::uint16_t* upper, std::uint16_t* lower, std::size_t pixels);
 void PackAtLeast(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::uint8_t level);

@@ -14,6 +14,7 @@ namespace kw::kernels::HWY_NAMESPACE {
 #if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
 using plain::Brightness;
 using plain::Halve;
+using plain::MapAlong;
 using plain::MapBytes;
 using plain::MapColours;
 using plain::MirrorBytes;
@@ -76,6 +77,28 @@ void MapColours(std::uint8_t* row, std::size_t count, const ByteTable& table) {
   for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
     const auto values = hn::Load(d, row + i);
     hn::Store(hn::Or(hn::AndNot(alpha, lookUp.At(values)), hn::And(alpha, values)), d, row + i);
+  }
+}
+
+// Bytes are done as the upper ones of words, the even ones and then the odd ones.
+void MapAlong(std::uint8_t* row, std::size_t count, const Line& line) {
+  const Bytes d;
+  const hn::RepartitionToWide<Bytes> words;
+  const hn::RebindToSigned<decltype(words)> numbers;
+  const auto slope = hn::Set(words, line.slope);
+  const auto offset = hn::Set(numbers, line.offset);
+  const auto most = hn::Set(numbers, std::int16_t{255});
+  const auto flip = hn::Set(d, line.flip);
+  const auto odd = hn::Set(words, std::uint16_t{0xFF00});
+  const auto along = [=](hn::Vec<decltype(words)> upper) HWY_ATTR {
+    const auto scaled = hn::BitCast(numbers, hn::MulHigh(upper, slope));
+    const auto value = hn::ShiftRight<6>(hn::SaturatedAdd(scaled, offset));
+    return hn::BitCast(words, hn::Min(hn::Max(value, hn::Zero(numbers)), most));
+  };
+  for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
+    const auto values = hn::BitCast(words, hn::Xor(hn::Load(d, row + i), flip));
+    const auto result = hn::Or(along(hn::ShiftLeft<8>(values)), hn::ShiftLeft<8>(along(hn::And(values, odd))));
+    hn::Store(hn::BitCast(d, result), d, row + i);
   }
 }
 
@@ -272,6 +295,7 @@ namespace kw::kernels {
 
 HWY_EXPORT(MapBytes);
 HWY_EXPORT(MapColours);
+HWY_EXPORT(MapAlong);
 HWY_EXPORT(Brightness);
 HWY_EXPORT(PackAtLeast);
 HWY_EXPORT(SplitColours);
@@ -284,6 +308,10 @@ void MapBytes(std::uint8_t* row, std::size_t count, const ByteTable& table) {
 
 void MapColours(std::uint8_t* row, std::size_t count, const ByteTable& table) {
   HWY_DYNAMIC_DISPATCH(MapColours)(row, count, table);
+}
+
+void MapAlong(std::uint8_t* row, std::size_t count, const Line& line) {
+  HWY_DYNAMIC_DISPATCH(MapAlong)(row, count, line);
 }
 
 void Brightness(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {

@@ -1,0 +1,84 @@
+// Effects whose channels go along a line take another way for pixels of 24 bits than for palettes; both give the same.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <random>
+#include <vector>
+
+#include "components/Bitmap.h"
+#include "picture/effects/Effect.h"
+#include "picture/effects/Kernels.h"
+#include "picture/effects/PlainKernels.h"
+
+namespace kw {
+namespace {
+
+// Every value of a byte in each channel.
+Bitmap AllColours() {
+  Bitmap picture(256, 1, 24);
+  const auto row = picture.MutableRow(0);
+  for (std::size_t x = 0; x < 256; ++x) {
+    for (std::size_t channel = 0; channel < 3; ++channel) {
+      row[x * 3 + channel] = static_cast<std::uint8_t>(x * (2 * channel + 1));
+    }
+  }
+  return picture;
+}
+
+Bitmap AllEntries() {
+  Bitmap picture(256, 1, 8);
+  std::vector<Rgb> palette;
+  for (std::size_t i = 0; i < 256; ++i) {
+    const auto level = static_cast<std::uint8_t>(i);
+    palette.push_back({level, level, level});
+    picture.MutableRow(0)[i] = level;
+  }
+  picture.SetPalette(std::move(palette));
+  return picture;
+}
+
+void ExpectTheSame(const Effect& effect, std::span<const double> values) {
+  Bitmap colours = AllColours();
+  Bitmap entries = AllEntries();
+  ApplyEffect(effect, colours, values);
+  ApplyEffect(effect, entries, values);
+  const Bitmap before = AllColours();
+  for (std::size_t i = 0; i < before.RowBytes(); ++i) {
+    ASSERT_EQ(colours.Row(0)[i], entries.Palette()[before.Row(0)[i]].red)
+        << effect.command << " by " << (values.empty() ? 0 : values[0]) << " of " << int{before.Row(0)[i]};
+  }
+}
+
+TEST(Lines, GiveWhatThePaletteGetsWhateverTheParameter) {
+  for (const char* const command : {"Lighten", "Darken", "Contrast"}) {
+    const Effect& effect = *FindEffect(command);
+    ASSERT_EQ(effect.parameters.size(), 1U);
+    const EffectParameter& parameter = effect.parameters[0];
+    const auto halves = static_cast<int>(2 * (parameter.greatest - parameter.least));
+    for (int i = 0; i <= halves; ++i) ExpectTheSame(effect, {{parameter.least + i / 2.0}});
+    ExpectTheSame(effect, {{parameter.greatest}});
+  }
+  ExpectTheSame(*FindEffect("Invert"), {});
+}
+
+TEST(Lines, AreTheSameWithAndWithoutVectors) {
+  std::minstd_rand random(5);
+  for (std::size_t count = 1; count <= 300; ++count) {
+    const kernels::Line line = {static_cast<std::uint8_t>(count % 2 == 0 ? 0 : 255),
+                                static_cast<std::uint16_t>(random() % 32768),
+                                static_cast<std::int16_t>(static_cast<std::int32_t>(random() % 32768) - 16384)};
+    Bitmap fast(static_cast<std::int32_t>(count), 1, 8);
+    std::vector<std::uint8_t> plain(count);
+    for (std::size_t i = 0; i < count; ++i) {
+      fast.MutableRow(0)[i] = plain[i] = static_cast<std::uint8_t>(random() >> 9U);
+    }
+    kernels::MapAlong(fast.MutableRow(0).data(), count, line);
+    kernels::plain::MapAlong(plain.data(), count, line);
+    ASSERT_TRUE(std::equal(plain.begin(), plain.end(), fast.Row(0).begin())) << count;
+  }
+}
+
+}  // namespace
+}  // namespace kw
