@@ -31,7 +31,7 @@ void Brightness(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels);
 // Pixels of 24 bits as their cells' numbers (see ColourCells) and, apart, the three lower bits of each channel.
 void SplitColours(const std::uint8_t* from, std::uint16_t* upper, std::uint16_t* lower, std::size_t pixels);
 
-// Bit 1 where a value is at least `level`.
+// Bit 1 where a value is at least `level`; 0 in the bits of the last byte that have no pixel.
 void PackAtLeast(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::uint8_t level);
 
 // Levels of palette indices, 8 pixels at a time: `to` has room for a multiple of eight.

@@ -324,6 +324,8 @@ void SplitColours(const std::uint8_t* from, std::uint16_t* upper, std::uint16_t*
 
 void PackAtLeast(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::uint8_t level) {
   HWY_DYNAMIC_DISPATCH(PackAtLeast)(from, to, pixels, level);
+  // What lies behind the pixels shows nowhere, but it would go into files.
+  if (pixels % 8 != 0) to[pixels / 8] = static_cast<std::uint8_t>(to[pixels / 8] & 0xFF00U >> pixels % 8);
 }
 
 void Halve(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* to, std::size_t pixels,

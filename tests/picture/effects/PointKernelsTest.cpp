@@ -80,5 +80,19 @@ TEST(Lines, AreTheSameWithAndWithoutVectors) {
   }
 }
 
+TEST(PackedBits, HaveNothingBehindThePixels) {
+  for (std::int32_t width = 1; width <= 200; ++width) {
+    const auto pixels = static_cast<std::size_t>(width);
+    Bitmap values(width, 1, 8);
+    Bitmap bits(width, 1, 1);
+    // A row takes whole units of its alignment; what lies behind the pixels may be anything.
+    std::fill_n(values.MutableRow(0).data(), values.Stride(), std::uint8_t{255});
+    kernels::PackAtLeast(values.Row(0).data(), bits.MutableRow(0).data(), pixels, 128);
+    for (std::size_t x = 0; x < pixels; ++x) ASSERT_NE(bits.Row(0)[x / 8] & 0x80U >> x % 8, 0U) << x << " of " << width;
+    if (pixels % 8 == 0) continue;
+    ASSERT_EQ(bits.Row(0)[pixels / 8] & 0xFFU >> pixels % 8, 0U) << width;
+  }
+}
+
 }  // namespace
 }  // namespace kw
