@@ -143,7 +143,7 @@ TEST_F(GifKinds, PictureWithoutAnyPaletteIsRefused) {
   { GifMaker(file, 1, 1, GifColours).Frame(0, 0, 1, {"0"}); }
   // The screen's palette is taken out: its flag, and its entries behind the 13 bytes of the screen.
   file.bytes[10] = static_cast<std::uint8_t>(file.bytes[10] & 0x7FU);
-  file.bytes.erase(file.bytes.begin() + 13, file.bytes.begin() + 13 + std::ptrdiff_t{3 * 4});
+  file.bytes.erase(file.bytes.begin() + 13, file.bytes.begin() + 13 + 12);
   EXPECT_FALSE(engine.Load(Put("a.gif", file.bytes)));
   EXPECT_NE("", engine.LastLoadError());
 }
