@@ -83,14 +83,14 @@ void MapColours(std::uint8_t* row, std::size_t count, const ByteTable& table) {
 // Bytes are done as the upper ones of words, the even ones and then the odd ones.
 void MapAlong(std::uint8_t* row, std::size_t count, const Line& line) {
   const Bytes d;
-  const hn::RepartitionToWide<Bytes> words;
-  const hn::RebindToSigned<decltype(words)> numbers;
+  const Words words;
+  const hn::RebindToSigned<Words> numbers;
   const auto slope = hn::Set(words, line.slope);
   const auto offset = hn::Set(numbers, line.offset);
   const auto most = hn::Set(numbers, std::int16_t{255});
   const auto flip = hn::Set(d, line.flip);
   const auto odd = hn::Set(words, std::uint16_t{0xFF00});
-  const auto along = [=](hn::Vec<decltype(words)> upper) HWY_ATTR {
+  const auto along = [=](hn::Vec<Words> upper) HWY_ATTR {
     const auto scaled = hn::BitCast(numbers, hn::MulHigh(upper, slope));
     const auto value = hn::ShiftRight<6>(hn::SaturatedAdd(scaled, offset));
     return hn::BitCast(words, hn::Min(hn::Max(value, hn::Zero(numbers)), most));
