@@ -1,50 +1,87 @@
+# kw_unity(<target> <source>...)
+# Compiles the sources of the target in batches of at most 8, so that a header is read once for 8 files and one changed
+# file stays cheap. A name in an anonymous namespace is therefore unique in its room.
+# A file that includes itself once for each instruction set is compiled alone.
+function(kw_unity target)
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
+  foreach(source IN LISTS ARGN)
+    file(STRINGS "${source}" repeated REGEX "hwy/foreach_target.h" LIMIT_COUNT 1)
+    if(repeated)
+      set_source_files_properties("${source}" PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+    endif()
+  endforeach()
+endfunction()
+
 # kw_room(<name> [DEPENDS <room>...] [LIBS <target>...])
 # The static library kw_<name> of every source below the current folder. Includes are written from src/.
-# A room that consists of headers only becomes an interface library.
 function(kw_room name)
   cmake_parse_arguments(PARSE_ARGV 1 room "" "" "DEPENDS;LIBS")
   if(room_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "kw_room(${name}): unknown arguments ${room_UNPARSED_ARGUMENTS}")
   endif()
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
-  if(sources)
-    set(scope PUBLIC)
-    add_library(kw_${name} STATIC ${sources})
-  else()
-    set(scope INTERFACE)
-    add_library(kw_${name} INTERFACE)
-  endif()
-  target_include_directories(kw_${name} ${scope} "${CMAKE_SOURCE_DIR}/src")
+  add_library(kw_${name} STATIC ${sources})
+  kw_unity(kw_${name} ${sources})
+  target_include_directories(kw_${name} PUBLIC "${CMAKE_SOURCE_DIR}/src")
+  list(TRANSFORM room_DEPENDS PREPEND kw_)
   foreach(lower IN LISTS room_DEPENDS)
-    target_link_libraries(kw_${name} ${scope} $<TARGET_NAME_IF_EXISTS:kw_${lower}>)
+    if(NOT TARGET ${lower})
+      message(FATAL_ERROR "kw_room(${name}): there is no room ${lower} below it")
+    endif()
   endforeach()
-  target_link_libraries(kw_${name} ${scope} ${room_LIBS})
+  target_link_libraries(kw_${name} PUBLIC ${room_DEPENDS} ${room_LIBS})
 endfunction()
 
-# kw_test(<room> [LIBS <target>...] [SERIAL])
-# The GoogleTest program test_<room> of every source below the current folder, linked with the room it tests.
-# Natively each test is a test of CTest. Under Wine the whole program is one, since starting a program costs more there.
-# SERIAL: no other test may run at the same time (tests that need the keyboard focus).
-# Environment of the tests: KW_SAMPLES names a folder of sample files that need not exist.
+# kw_test(<room> [COVERS <room>...] [LIBS <target>...] [SLOW <pattern>...] [SERIAL])
+# The GoogleTest program test_<room> of every source below the current folder, linked with the room it tests. See
+# kw_test_program for the other arguments.
 function(kw_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 test "SERIAL" "" "LIBS")
-  if(test_UNPARSED_ARGUMENTS)
-    message(FATAL_ERROR "kw_test(${name}): unknown arguments ${test_UNPARSED_ARGUMENTS}")
-  endif()
+  cmake_parse_arguments(PARSE_ARGV 1 test "SERIAL" "" "COVERS;LIBS;SLOW")
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
-  if(NOT sources OR NOT TARGET kw_${name})
-    return()
+  set(serial "")
+  if(test_SERIAL)
+    set(serial SERIAL)
   endif()
-  add_executable(test_${name} ${sources})
+  kw_test_program(${name} SOURCES ${sources} COVERS ${test_COVERS} LIBS kw_${name} ${test_LIBS} SLOW ${test_SLOW}
+                  ${serial})
+  kw_unity(test_${name} ${sources})
+endfunction()
+
+# kw_test_program(<name> SOURCES <file>... [COVERS <room>...] [LIBS <target>...] [SLOW <pattern>...]
+#                 [ENVIRONMENT <VARIABLE=value>...] [SERIAL])
+# The GoogleTest program test_<name>. Natively each of its suites is a test of CTest, a large suite several. Under Wine the
+# whole program is one, because starting a program costs more there.
+# COVERS: rooms that this program tests beside the one of its name; the target quick_<room> builds it, and its tests have
+# the label <room>.
+# SLOW: patterns of the cases that need more than a second each; their tests have the label slow.
+# SERIAL: no other test may run at the same time (tests that need the keyboard focus).
+function(kw_test_program name)
+  cmake_parse_arguments(PARSE_ARGV 1 test "SERIAL" "" "SOURCES;COVERS;LIBS;SLOW;ENVIRONMENT")
+  if(test_UNPARSED_ARGUMENTS)
+    message(FATAL_ERROR "kw_test_program(${name}): unknown arguments ${test_UNPARSED_ARGUMENTS}")
+  endif()
+  add_executable(test_${name} ${test_SOURCES})
   target_include_directories(test_${name} PRIVATE "${CMAKE_SOURCE_DIR}/src" "${CMAKE_SOURCE_DIR}/tests")
-  target_link_libraries(test_${name} PRIVATE kw_${name} ${test_LIBS} gtest_main)
+  target_link_libraries(test_${name} PRIVATE ${test_LIBS} gtest_main)
   set_target_properties(test_${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
-  set(properties ENVIRONMENT "KW_SAMPLES=${CMAKE_SOURCE_DIR}/../shared/samples" RUN_SERIAL ${test_SERIAL})
+  # The rooms under test are optimised and fully checked; optimising the tests costs more time than it saves, and a null
+  # pointer ends a test without a check at each use of one.
+  target_compile_options(test_${name} PRIVATE ${KW_TEST_OPTIONS})
+  foreach(room IN ITEMS ${name} ${test_COVERS})
+    if(NOT TARGET quick_${room})
+      add_custom_target(quick_${room})
+    endif()
+    add_dependencies(quick_${room} test_${name})
+  endforeach()
+  list(APPEND test_COVERS ${name})
+  set(properties LABELS "${test_COVERS}" RUN_SERIAL ${test_SERIAL})
+  if(test_ENVIRONMENT)
+    list(APPEND properties ENVIRONMENT "${test_ENVIRONMENT}")
+  endif()
   if(CMAKE_CROSSCOMPILING)
     add_test(NAME ${name} COMMAND test_${name})
     set_tests_properties(${name} PROPERTIES TIMEOUT 600 ${properties})
   else()
-    gtest_discover_tests(test_${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
-                         PROPERTIES TIMEOUT 120 ${properties})
+    kw_discover_suites(${name} "${test_SLOW}" "${test_ENVIRONMENT}")
   endif()
 endfunction()

@@ -11,9 +11,9 @@ constexpr LRESULT MostLines = 1000;
 
 // Sizes at 96 dots per inch.
 constexpr int LabelHeight = 22;
-constexpr int Margin = 10;
+constexpr int ListMargin = 10;
 
-HWND AddChild(HWND parent, const wchar_t* type, const wchar_t* text, DWORD style, DWORD extendedStyle) {
+HWND AddListChild(HWND parent, const wchar_t* type, const wchar_t* text, DWORD style, DWORD extendedStyle) {
   return CreateWindowExW(extendedStyle, type, text, WS_CHILD | WS_VISIBLE | style, 0, 0, 0, 0, parent, nullptr,
                          GetModuleHandleW(nullptr), nullptr);
 }
@@ -31,14 +31,15 @@ int TextWidth(HWND window, const std::wstring& text) {
 }  // namespace
 
 EventList::EventList(HWND parent)
-    : label(AddChild(parent, WC_STATICW, L"Events", SS_CENTERIMAGE, 0)),
-      list(AddChild(parent, WC_LISTBOXW, nullptr, WS_VSCROLL | WS_HSCROLL | LBS_NOINTEGRALHEIGHT, WS_EX_CLIENTEDGE)) {}
+    : label(AddListChild(parent, WC_STATICW, L"Events", SS_CENTERIMAGE, 0)),
+      list(AddListChild(parent, WC_LISTBOXW, nullptr, WS_VSCROLL | WS_HSCROLL | LBS_NOINTEGRALHEIGHT,
+                        WS_EX_CLIENTEDGE)) {}
 
 void EventList::Arrange(const RECT& place, HFONT font, int dpi) {
   for (const HWND child : {label, list}) SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
   const int width = place.right - place.left;
   const int labelHeight = MulDiv(LabelHeight, dpi, USER_DEFAULT_SCREEN_DPI);
-  const int margin = MulDiv(Margin, dpi, USER_DEFAULT_SCREEN_DPI);
+  const int margin = MulDiv(ListMargin, dpi, USER_DEFAULT_SCREEN_DPI);
   MoveWindow(label, place.left + margin, place.top, width - margin, labelHeight, TRUE);
   MoveWindow(list, place.left, place.top + labelHeight, width, place.bottom - place.top - labelHeight, TRUE);
 }
@@ -48,7 +49,7 @@ void EventList::Add(const std::wstring& line) {
   const LRESULT index = SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(line.c_str()));
   SendMessageW(list, LB_SETTOPINDEX, static_cast<WPARAM>(index), 0);
   const LRESULT width =
-      std::max<LRESULT>(SendMessageW(list, LB_GETHORIZONTALEXTENT, 0, 0), TextWidth(list, line) + Margin);
+      std::max<LRESULT>(SendMessageW(list, LB_GETHORIZONTALEXTENT, 0, 0), TextWidth(list, line) + ListMargin);
   SendMessageW(list, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(width), 0);
 }
 

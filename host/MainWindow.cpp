@@ -10,7 +10,7 @@
 namespace kw::host {
 namespace {
 
-constexpr wchar_t ClassName[] = L"KwHost";
+constexpr wchar_t MainClassName[] = L"KwHost";
 constexpr wchar_t Title[] = L"KwHost - Kw image annotation editor";
 constexpr UINT RefreshMessage = WM_APP;
 
@@ -44,9 +44,9 @@ MainWindow::MainWindow(HINSTANCE program) : instance(program) {
   windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   windowClass.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
   windowClass.lpszMenuName = MAKEINTRESOURCEW(MAIN_MENU);
-  windowClass.lpszClassName = ClassName;
+  windowClass.lpszClassName = MainClassName;
   RegisterClassW(&windowClass);
-  CreateWindowExW(0, ClassName, Title, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, 0, CW_USEDEFAULT, 0,
+  CreateWindowExW(0, MainClassName, Title, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, 0, CW_USEDEFAULT, 0,
                   nullptr, nullptr, instance, this);
   events = std::make_unique<EventList>(window);
   control = std::make_unique<EditorControl>(*this);

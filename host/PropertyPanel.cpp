@@ -8,11 +8,11 @@
 namespace kw::host {
 namespace {
 
-constexpr wchar_t ClassName[] = L"KwHostPanel";
+constexpr wchar_t PanelClassName[] = L"KwHostPanel";
 constexpr int FirstRowId = 1000;
 
 // Sizes at 96 dots per inch.
-constexpr int Margin = 10;
+constexpr int PanelMargin = 10;
 constexpr int Gap = 8;
 constexpr int SwitchHeight = 21;
 constexpr int FieldHeight = 23;
@@ -53,9 +53,9 @@ PropertyPanel::PropertyPanel(HWND parent, IDispatch& described, const std::vecto
   windowClass.hInstance = Instance();
   windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   windowClass.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
-  windowClass.lpszClassName = ClassName;
+  windowClass.lpszClassName = PanelClassName;
   RegisterClassW(&windowClass);
-  panel = AddChild(parent, ClassName, {}, WS_CLIPCHILDREN, WS_EX_CONTROLPARENT, 0);
+  panel = AddChild(parent, PanelClassName, {}, WS_CLIPCHILDREN, WS_EX_CONTROLPARENT, 0);
   SetWindowLongPtrW(panel, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   tips = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0,
                          panel, nullptr, Instance(), nullptr);
@@ -106,7 +106,7 @@ SIZE PropertyPanel::Arrange(HFONT font, int dpi) {
     }
   }
   SendMessageW(hint, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
-  const int left = scale(Margin);
+  const int left = scale(PanelMargin);
   const int fieldLeft = left + labels + scale(Gap);
   const int right = std::max(fieldLeft + scale(FieldWidth), left + widest);
   int top = left;
@@ -123,7 +123,7 @@ SIZE PropertyPanel::Arrange(HFONT font, int dpi) {
     top += scale(wasSwitch ? SwitchHeight : FieldPitch);
   }
   MoveWindow(hint, left, top + scale(Gap), right - left, scale(SwitchHeight), TRUE);
-  return {right + left, top + scale(Gap + SwitchHeight + Margin)};
+  return {right + left, top + scale(Gap + SwitchHeight + PanelMargin)};
 }
 
 void PropertyPanel::Refresh() {

@@ -40,7 +40,7 @@ private:
 
 namespace {
 
-struct Row {
+struct InterfaceRow {
   const IID* iid;
   IUnknown* (*find)(void* families);
 };
@@ -54,7 +54,7 @@ IUnknown* As(void* families) {
 
 IUnknown* EditorObject::Families::Find(REFIID iid) {
   using F = Families;
-  static const Row rows[] = {
+  static const InterfaceRow rows[] = {
       {&IID__KwEditorLayers, &As<F, Automation, _KwEditorLayers>},
       {&IID_IDispatch, &As<F, Automation, _KwEditorLayers>},
       {&IID_IProvideClassInfo, &As<F, Automation, IProvideClassInfo2>},
@@ -74,7 +74,7 @@ IUnknown* EditorObject::Families::Find(REFIID iid) {
       {&IID_IPersistStorage, &As<F, Persistence, IPersistStorage>},
       {&IID_IPersistPropertyBag, &As<F, Persistence, IPersistPropertyBag>},
   };
-  for (const Row& row : rows) {
+  for (const InterfaceRow& row : rows) {
     if (*row.iid == iid) return row.find(this);
   }
   return nullptr;

@@ -34,13 +34,13 @@ std::wstring ToText(REFGUID guid) {
 
 std::wstring ClassKey() { return L"CLSID\\" + ToText(CLSID_KwEditorLayers); }
 
-struct Row {
+struct RegistryRow {
   std::wstring key;
   const wchar_t* name;  // null for the key's default value
   std::wstring value;
 };
 
-HRESULT Write(const Row& row) {
+HRESULT Write(const RegistryRow& row) {
   HKEY key = nullptr;
   LSTATUS status =
       RegCreateKeyExW(HKEY_CLASSES_ROOT, row.key.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr);
@@ -56,7 +56,7 @@ HRESULT WriteClass() {
   const std::wstring path = Module::Path();
   const std::wstring classId = ToText(CLSID_KwEditorLayers);
   const std::wstring key = ClassKey();
-  const Row rows[] = {
+  const RegistryRow rows[] = {
       {key, nullptr, UserTypeName},
       {key + L"\\Control", nullptr, L""},
       {key + L"\\InprocServer32", nullptr, path},
@@ -75,7 +75,7 @@ HRESULT WriteClass() {
       {VersionedProgId, nullptr, UserTypeName},
       {std::wstring(VersionedProgId) + L"\\CLSID", nullptr, classId},
   };
-  for (const Row& row : rows) {
+  for (const RegistryRow& row : rows) {
     const HRESULT result = Write(row);
     if (FAILED(result)) return result;
   }

@@ -5,7 +5,7 @@
 namespace kw {
 namespace {
 
-constexpr Colour Black = MakeColour(0, 0, 0);
+constexpr Colour InkBlack = MakeColour(0, 0, 0);
 constexpr std::int32_t FrameWidth = 1;
 
 std::uint64_t KeyOf(const void* shown) { return reinterpret_cast<std::uintptr_t>(shown); }
@@ -70,7 +70,7 @@ DisplayItem ItemOf(const TransparentPicture& layer, const Scale& scale) {
   } else if (layer.IsToShowBorderMarks()) {
     item.frame = DisplayItem::Frame::Dotted;
   }
-  item.frameColour = Black;
+  item.frameColour = InkBlack;
   item.hasHandles = layer.IsToShowResize();
   item.handleSize = scale.LengthOnDevice(DisplayItem::HandleSize);
   return item;

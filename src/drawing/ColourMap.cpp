@@ -16,18 +16,18 @@ double Share(double hue, double peak) {
   return std::clamp(2 - distance, 0.0, 1.0);
 }
 
-unsigned Byte(double share) { return static_cast<unsigned>(std::lround(share * 255)); }
+unsigned ByteOfShare(double share) { return static_cast<unsigned>(std::lround(share * 255)); }
 
 }  // namespace
 
 Colour ColourOfMap(double x, double y) {
   x = std::clamp(x, 0.0, 1.0);
   y = std::clamp(y, 0.0, 1.0);
-  if (x >= GreysFrom) return MakeColour(Byte(1 - y), Byte(1 - y), Byte(1 - y));
+  if (x >= GreysFrom) return MakeColour(ByteOfShare(1 - y), ByteOfShare(1 - y), ByteOfShare(1 - y));
   const double hue = x / GreysFrom * 6;
   const auto channel = [&](double peak) {
     const double pure = Share(hue, peak);
-    return Byte(y < 0.5 ? 1 - (1 - pure) * y * 2 : pure * (1 - y) * 2);
+    return ByteOfShare(y < 0.5 ? 1 - (1 - pure) * y * 2 : pure * (1 - y) * 2);
   };
   return MakeColour(channel(0), channel(2), channel(4));
 }

@@ -16,7 +16,7 @@ namespace kw {
 namespace {
 
 constexpr Colour White = MakeColour(255, 255, 255);
-constexpr Colour Black = MakeColour(0, 0, 0);
+constexpr Colour HandleColour = MakeColour(0, 0, 0);
 constexpr std::int32_t BandPixels = 64 * 1024;
 constexpr std::size_t None = std::numeric_limits<std::size_t>::max();
 
@@ -119,7 +119,7 @@ void PaintItem(const FrameBuffer& target, const DisplayItem& item, const PixelRe
   if (!item.hasHandles) return;
   for (const PixelRect& handle : HandlesOf(item.place, item.handleSize)) {
     FillArea(window, handle, White);
-    FrameArea(window, handle, Black, false, item.frameWidth);
+    FrameArea(window, handle, HandleColour, false, item.frameWidth);
   }
 }
 

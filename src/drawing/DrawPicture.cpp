@@ -12,7 +12,7 @@ namespace kw {
 namespace {
 
 constexpr std::int32_t RowsAhead = 2;
-constexpr float Half = 0.5F;
+constexpr float RoundingHalf = 0.5F;
 
 std::int64_t Span(std::int32_t from, std::int32_t to) { return std::int64_t{to} - from; }
 
@@ -109,7 +109,9 @@ void AddWeighted(std::span<Channels> sums, std::span<const std::uint32_t> pixels
 }
 
 // The nearest whole number, faster than the library finds it.
-std::uint32_t Byte(float value) { return static_cast<std::uint32_t>(static_cast<std::int32_t>(value + Half)); }
+std::uint32_t RoundedByte(float value) {
+  return static_cast<std::uint32_t>(static_cast<std::int32_t>(value + RoundingHalf));
+}
 
 void DrawScaled(const FrameBuffer& target, const Bitmap& picture, const RowReader& reader, const PixelRect& place,
                 const PixelRect& part) {
@@ -145,7 +147,7 @@ void DrawScaled(const FrameBuffer& target, const Bitmap& picture, const RowReade
           pixel[channel] = std::min(pixel[channel] + rest * static_cast<float>(below), 255.0F);
         }
       }
-      row[i] = Byte(pixel[0]) | (Byte(pixel[1]) << 8U) | (Byte(pixel[2]) << 16U);
+      row[i] = RoundedByte(pixel[0]) | (RoundedByte(pixel[1]) << 8U) | (RoundedByte(pixel[2]) << 16U);
     }
   }
 }

@@ -16,9 +16,11 @@ constexpr int MostDepth = 24;
 // Ellipses up to this radius in pixels are small enough to be divided without regard to the clip.
 constexpr double LargestMirrored = 4096;
 // Beyond this the rasteriser takes all for equally far; keeping to it here keeps every product finite.
-constexpr double Farthest = 1e9;
+constexpr double FarthestPoint = 1e9;
 
-double Limited(double value) { return std::isnan(value) ? 0 : std::clamp(value, -Farthest, Farthest); }
+double LimitedCoordinate(double value) {
+  return std::isnan(value) ? 0 : std::clamp(value, -FarthestPoint, FarthestPoint);
+}
 
 Point operator+(Point a, Point b) { return {a.x + b.x, a.y + b.y}; }
 Point operator-(Point a, Point b) { return {a.x - b.x, a.y - b.y}; }
@@ -96,10 +98,10 @@ struct Ellipse {
 };
 
 Ellipse EllipseIn(const Box& box) {
-  const double left = Limited(box.left);
-  const double top = Limited(box.top);
-  const double right = std::max(left, Limited(box.right));
-  const double bottom = std::max(top, Limited(box.bottom));
+  const double left = LimitedCoordinate(box.left);
+  const double top = LimitedCoordinate(box.top);
+  const double right = std::max(left, LimitedCoordinate(box.right));
+  const double bottom = std::max(top, LimitedCoordinate(box.bottom));
   return {{(left + right) / 2, (top + bottom) / 2}, {(right - left) / 2, (bottom - top) / 2}};
 }
 
@@ -254,7 +256,7 @@ void AddEllipse(Rasteriser& rasteriser, const Box& box) {
 
 void AddEllipseStroke(Rasteriser& rasteriser, const Box& box, double width) {
   if (!(width > 0)) return;
-  const double half = Limited(width) / 2;
+  const double half = LimitedCoordinate(width) / 2;
   const Ellipse ellipse = EllipseIn(box);
   AddEllipseLine(rasteriser, ellipse, half, false);
   // No point inside is farther from the line than the shorter radius.
@@ -265,8 +267,8 @@ void AddEllipseStroke(Rasteriser& rasteriser, const Box& box, double width) {
 // edges that two of them share.
 void AddPolylineStroke(Rasteriser& rasteriser, std::span<const Point> points, double width) {
   if (!(width > 0) || points.empty()) return;
-  const double half = Limited(width) / 2;
-  const auto limited = [](Point p) { return Point{Limited(p.x), Limited(p.y)}; };
+  const double half = LimitedCoordinate(width) / 2;
+  const auto limited = [](Point p) { return Point{LimitedCoordinate(p.x), LimitedCoordinate(p.y)}; };
   const Point start = limited(points.front());
   std::optional<Segment> last;
   std::optional<StrokeSide> left;

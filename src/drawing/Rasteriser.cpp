@@ -7,14 +7,14 @@
 namespace kw {
 namespace {
 
-constexpr double Farthest = 1e9;
+constexpr double FarthestCell = 1e9;
 // Rows are worked on in bands of this many cells, which stay in the processor's cache.
 constexpr std::size_t BandCells = 32768;
 // Added to a number that is not negative before it is cut to a whole one: the library rounds too slowly for every cell.
 constexpr double Half = 0.5;
 
 // Not a number counts as farthest to the left or top.
-double Limited(double value) { return std::min(std::max(-Farthest, value), Farthest); }
+double LimitedCell(double value) { return std::min(std::max(-FarthestCell, value), FarthestCell); }
 
 std::int32_t Floor(double value) {
   const auto whole = static_cast<std::int32_t>(value);
@@ -31,7 +31,7 @@ void Rasteriser::Begin(const PixelRect& clipTo) {
 }
 
 void Rasteriser::AddEdge(Point a, Point b) {
-  Edge edge = {Limited(a.x), Limited(a.y), Limited(b.x), Limited(b.y), false};
+  Edge edge = {LimitedCell(a.x), LimitedCell(a.y), LimitedCell(b.x), LimitedCell(b.y), false};
   if (edge.y0 == edge.y1) return;
   if (edge.y0 > edge.y1) {
     std::swap(edge.x0, edge.x1);

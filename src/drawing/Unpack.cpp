@@ -12,7 +12,7 @@ namespace kw {
 namespace {
 
 #ifdef KW_HAS_SHUFFLE
-constexpr std::size_t Ahead = 1024;  // bytes
+constexpr std::size_t PrefetchBytes = 1024;  // bytes
 
 // Four pixels at a time, as far as whole vectors can be read; returns how many pixels that was. It is four times as
 // fast as word by word, and every processor of the last fifteen years has the instruction.
@@ -26,7 +26,7 @@ __attribute__((target("ssse3"))) std::size_t UnpackByShuffle(std::span<const std
   // A vector holds a third more bytes than four pixels.
   for (; i * 3 + sizeof(__m128i) <= from.size() && i + 4 <= to.size(); i += 4) {
     // Pages are far larger than the caches, and so few instructions outrun the processor's own fetching.
-    if (i % 16 == 0 && i * 3 + Ahead < from.size()) __builtin_prefetch(from.data() + i * 3 + Ahead);
+    if (i % 16 == 0 && i * 3 + PrefetchBytes < from.size()) __builtin_prefetch(from.data() + i * 3 + PrefetchBytes);
     __m128i packed = _mm_setzero_si128();
     std::memcpy(&packed, from.data() + i * 3, sizeof packed);
     const __m128i unpacked = _mm_or_si128(_mm_shuffle_epi8(packed, spread), alphas);

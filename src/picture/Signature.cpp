@@ -13,10 +13,10 @@ namespace {
 constexpr unsigned PaperSpread = 24;
 constexpr unsigned DarkestPaper = 128;
 
-using Histogram = std::array<std::uint64_t, 256>;
+using LumaCounts = std::array<std::uint64_t, 256>;
 
-Histogram BrightnessOf(const Bitmap& picture) {
-  Histogram counts{};
+LumaCounts LumaCountsOf(const Bitmap& picture) {
+  LumaCounts counts{};
   const auto width = static_cast<std::size_t>(picture.Width());
   for (std::int32_t y = 0; y < picture.Height(); ++y) {
     const auto row = picture.Row(y);
@@ -33,7 +33,7 @@ Histogram BrightnessOf(const Bitmap& picture) {
 }
 
 // What each channel value becomes.
-std::array<std::uint8_t, 256> Stretch(const Histogram& counts) {
+std::array<std::uint8_t, 256> Stretch(const LumaCounts& counts) {
   const auto paper = std::max_element(counts.begin() + DarkestPaper, counts.end()) - counts.begin();
   const unsigned white = *std::max_element(counts.begin() + DarkestPaper, counts.end()) == 0
                              ? 255
@@ -86,7 +86,7 @@ void WriteInk(std::span<const std::uint8_t> scanned, std::span<std::uint8_t> pix
 
 Bitmap WithWhitePaper(const Bitmap& picture) {
   Bitmap result = picture.BitsPerPixel() == 32 ? ToDepth(picture, 24) : picture;
-  const auto levels = Stretch(BrightnessOf(result));
+  const auto levels = Stretch(LumaCountsOf(result));
   if (result.BitsPerPixel() <= 8) {
     std::vector<Rgb> palette(result.Palette().begin(), result.Palette().end());
     for (Rgb& entry : palette) entry = {levels[entry.red], levels[entry.green], levels[entry.blue]};

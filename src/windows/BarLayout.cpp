@@ -42,7 +42,7 @@ std::vector<RECT> LayOutRows(const ToolBar& bar, int width, const BarSizes& size
   return places;
 }
 
-bool IsShown(const RECT& place) { return place.right > place.left; }
+bool HasRoom(const RECT& place) { return place.right > place.left; }
 
 // Takes away the buttons that do not end before `end`, and the gaps at the end of what stays. Tells where that ends.
 LONG CutOff(const ToolBar& bar, LONG end, std::vector<RECT>& places) {
@@ -50,7 +50,7 @@ LONG CutOff(const ToolBar& bar, LONG end, std::vector<RECT>& places) {
     if (place.right > end) place.right = place.left;
   }
   for (std::size_t i = places.size(); i-- > 0;) {
-    if (!IsShown(places[i])) continue;
+    if (!HasRoom(places[i])) continue;
     if (bar.Buttons()[i].style != ButtonStyle::Separator) return places[i].right;
     places[i].right = places[i].left;
   }

@@ -10,7 +10,7 @@
 namespace kw::windows {
 namespace {
 
-bool IsShown(const Control& model) {
+bool IsShownWithContainers(const Control& model) {
   for (const Control* one = &model; one != nullptr; one = one->Container()) {
     if (!one->Visible()) return false;
   }
@@ -22,7 +22,7 @@ bool IsShown(const Control& model) {
 std::vector<BarRows::Sight> BarRows::Look() const {
   std::vector<Sight> sights;
   for (ToolBarView* bar : bars) {
-    if (!bar->IsAttached() || !IsShown(bar->Model())) continue;
+    if (!bar->IsAttached() || !IsShownWithContainers(bar->Model())) continue;
     const RECT place = bar->Place();
     POINT corner = {place.left, place.top};
     LONG end = WidthOf(place);  // of what is to be seen, from the bar's left edge

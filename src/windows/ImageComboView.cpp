@@ -8,7 +8,7 @@ namespace kw::windows {
 namespace {
 
 constexpr int ListRows = 16;  // shown at once when it drops down
-constexpr int RowHeight = 16;
+constexpr int ComboRowHeight = 16;
 constexpr int BorderHeight = 6;  // of the closed combo, above and below its text together, at every scale
 
 std::wstring WindowText(HWND window) {
@@ -31,7 +31,7 @@ HWND ImageComboView::List() const { return reinterpret_cast<HWND>(SendMessageW(H
 void ImageComboView::ShowPlace() {
   const RECT place = Place();
   SetWindowPos(Handle(), nullptr, place.left, place.top, WidthOf(place),
-               HeightOf(place) + ListRows * Shared().Scaling().LengthOnDevice(RowHeight),
+               HeightOf(place) + ListRows * Shared().Scaling().LengthOnDevice(ComboRowHeight),
                SWP_NOZORDER | SWP_NOACTIVATE);
   constexpr WPARAM Closed = static_cast<WPARAM>(-1);
   SendMessageW(Handle(), CB_SETITEMHEIGHT, Closed, HeightOf(place) - BorderHeight);

@@ -30,7 +30,7 @@ constexpr int LabelWidth = 66;
 constexpr int NumberWidth = 46;
 constexpr int UnitWidth = 36;
 constexpr int SliderWidth = 96;
-constexpr int RowHeight = 16;
+constexpr int FieldRowHeight = 16;
 constexpr int EditHeight = 12;
 constexpr int ButtonWidth = 50;
 constexpr int ButtonHeight = 14;
@@ -98,10 +98,10 @@ private:
 // The sliders stand below the numbers beside a picture, else behind them.
 DialogTemplate Dialog::Describe() const {
   const int left = Margin + (HasPicture() ? PictureSide + Margin : 0);
-  const int below = HasPicture() ? RowHeight : 0;
+  const int below = HasPicture() ? FieldRowHeight : 0;
   const int lineWidth = LabelWidth + NumberWidth + 4 + UnitWidth;
   const int width = left + lineWidth + (HasPicture() ? 0 : SliderWidth) + Margin;
-  const int rows = static_cast<int>(question.fields.size()) * (RowHeight + below);
+  const int rows = static_cast<int>(question.fields.size()) * (FieldRowHeight + below);
   const int bottom = Margin + std::max(rows, HasPicture() ? PictureSide : 0) + 4;
   const int height = bottom + 12 + ButtonHeight + Margin;
   DialogTemplate description(ToWide(question.title), width, height);
@@ -129,7 +129,7 @@ DialogTemplate Dialog::Describe() const {
       description.Add({TRACKBAR_CLASSW, L"", WS_TABSTOP | TBS_HORZ | TBS_NOTICKS, FieldId(i, SliderPart), sliderLeft,
                        top + below, HasPicture() ? lineWidth + 3 : SliderWidth, 14});
     }
-    top += RowHeight + below;
+    top += FieldRowHeight + below;
   }
   description.Add({WC_STATICW, L"", SS_LEFT | SS_NOPREFIX, Message, Margin, bottom, width - 2 * Margin, 9});
   const int buttons = bottom + 12;

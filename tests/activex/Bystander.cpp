@@ -10,14 +10,14 @@
 namespace kw::test {
 namespace {
 
-struct Search {
+struct WindowSearch {
   const std::wstring& className;
   const std::wstring& title;
   HWND found = nullptr;
 };
 
 BOOL CALLBACK IsWanted(HWND window, LPARAM parameter) {
-  auto& search = *reinterpret_cast<Search*>(parameter);
+  auto& search = *reinterpret_cast<WindowSearch*>(parameter);
   if (IsWindowVisible(window) == FALSE) return TRUE;
   wchar_t text[128] = {};
   GetClassNameW(window, text, static_cast<int>(std::size(text)));
@@ -51,7 +51,7 @@ Bystander::~Bystander() {
 }
 
 HWND Bystander::Find() const {
-  Search search{wantedClass, wantedTitle};
+  WindowSearch search{wantedClass, wantedTitle};
   EnumThreadWindows(owner, &IsWanted, reinterpret_cast<LPARAM>(&search));
   return search.found;
 }

@@ -7,7 +7,7 @@
 namespace kw::test {
 namespace {
 
-constexpr DWORD Deadline = 10000;
+constexpr DWORD LongestWait = 10000;
 
 INPUT KeyInput(WORD key, bool isUp) {
   INPUT input = {};
@@ -60,7 +60,7 @@ void Hand::Pump() const {
 }
 
 bool Hand::Await(const std::function<bool()>& condition) const {
-  for (const DWORD start = GetTickCount(); GetTickCount() - start < Deadline;) {
+  for (const DWORD start = GetTickCount(); GetTickCount() - start < LongestWait;) {
     Pump();
     if (condition()) return true;
     MsgWaitForMultipleObjects(0, nullptr, FALSE, 5, QS_ALLINPUT);

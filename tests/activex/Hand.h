@@ -9,6 +9,9 @@
 
 namespace kw::test {
 
+// A point as a mouse message carries it.
+inline LPARAM Packed(POINT point) { return MAKELPARAM(point.x, point.y); }
+
 // A user at the mouse and the keyboard. What it does goes through the system's own input, and the messages that come of
 // it through a container's loop: the active object is asked first for a key, the container's accelerators come after
 // it. Points are on the screen.

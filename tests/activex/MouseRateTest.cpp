@@ -35,8 +35,6 @@ POINT PointOnTheWay(int step) {
   return {Beside.x + toAndFro(step * 3, Side * Cell.cx), Beside.y + toAndFro(step * 2, Side * Cell.cy)};
 }
 
-LPARAM Packed(POINT point) { return MAKELPARAM(point.x, point.y); }
-
 struct ProcessorTime {
   double user = 0;    // microseconds
   double kernel = 0;  // microseconds

@@ -37,7 +37,7 @@ void ExpectItsEnd(HANDLE process) {
   CloseHandle(process);
 }
 
-std::wstring EventName(const wchar_t* what) {
+std::wstring NameOfEvent(const wchar_t* what) {
   return L"KwClipboard" + std::wstring(what) + std::to_wstring(GetCurrentProcessId());
 }
 
@@ -46,9 +46,9 @@ std::wstring EventName(const wchar_t* what) {
 void OtherProgram::LeaveOnTheClipboard(const std::wstring& what) { ExpectItsEnd(Start(what)); }
 
 OtherProgram::OtherProgram()
-    : isHeld(CreateEventW(nullptr, TRUE, FALSE, EventName(L"Held").c_str())),
-      isOver(CreateEventW(nullptr, TRUE, FALSE, EventName(L"Over").c_str())),
-      process(Start(L"hold " + EventName(L"Held") + L" " + EventName(L"Over"))) {
+    : isHeld(CreateEventW(nullptr, TRUE, FALSE, NameOfEvent(L"Held").c_str())),
+      isOver(CreateEventW(nullptr, TRUE, FALSE, NameOfEvent(L"Over").c_str())),
+      process(Start(L"hold " + NameOfEvent(L"Held") + L" " + NameOfEvent(L"Over"))) {
   EXPECT_EQ(WaitForSingleObject(isHeld, Deadline), WAIT_OBJECT_0);
 }
 

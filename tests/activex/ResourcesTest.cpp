@@ -20,8 +20,6 @@ namespace {
 
 constexpr int Rounds = 10;
 
-LPARAM Packed(POINT point) { return MAKELPARAM(point.x, point.y); }
-
 struct Holdings {
   int gdi = SystemObjects::CountGdi();
   int user = SystemObjects::CountUser();

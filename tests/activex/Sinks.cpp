@@ -5,7 +5,7 @@
 namespace kw::test {
 namespace {
 
-std::string Narrow(const wchar_t* text, std::size_t length) {
+std::string NarrowText(const wchar_t* text, std::size_t length) {
   std::string narrow;
   for (std::size_t index = 0; index < length; ++index) narrow.push_back(static_cast<char>(text[index]));
   return narrow;
@@ -14,7 +14,7 @@ std::string Narrow(const wchar_t* text, std::size_t length) {
 std::string Describe(const VARIANT& argument) {
   if (V_VT(&argument) == (VT_I2 | VT_BYREF)) return std::to_string(*V_I2REF(&argument));
   if (V_VT(&argument) == (VT_BSTR | VT_BYREF)) {
-    return Narrow(*V_BSTRREF(&argument), SysStringLen(*V_BSTRREF(&argument)));
+    return NarrowText(*V_BSTRREF(&argument), SysStringLen(*V_BSTRREF(&argument)));
   }
   return "type " + std::to_string(V_VT(&argument));
 }

@@ -12,7 +12,7 @@ LRESULT StateOf(const ToolBarButton& button) {
   return SendMessageW(button.bar, TB_GETSTATE, static_cast<WPARAM>(button.id), 0);
 }
 
-std::string ToolTipOf(const ToolBarButton& button) {
+std::string NarrowToolTipOf(const ToolBarButton& button) {
   wchar_t text[80] = {};
   NMTBGETINFOTIPW asked = {};
   asked.hdr = {button.bar, static_cast<UINT_PTR>(GetDlgCtrlID(button.bar)), static_cast<UINT>(TBN_GETINFOTIPW)};
@@ -56,7 +56,7 @@ std::map<std::string, ToolBarButton> ToolBarButtons(HWND window) {
       SendMessageW(bar, TB_GETBUTTON, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&found));
       if ((found.fsStyle & BTNS_SEP) != 0) continue;
       const ToolBarButton button{bar, index, found.idCommand};
-      buttons[ToolTipOf(button)] = button;
+      buttons[NarrowToolTipOf(button)] = button;
     }
   }
   return buttons;

@@ -47,7 +47,7 @@ protected:
   ComPtr<ITypeLib> library;
 };
 
-std::wstring NameOf(ITypeInfo& info, MEMBERID number, std::wstring* help = nullptr) {
+std::wstring MemberName(ITypeInfo& info, MEMBERID number, std::wstring* help = nullptr) {
   BSTR name = nullptr;
   BSTR text = nullptr;
   info.GetDocumentation(number, &name, &text, nullptr, nullptr);
@@ -79,7 +79,7 @@ std::vector<Member> MembersOf(ITypeInfo& info) {
         member.type = function->elemdescFunc.tdesc.vt;
       }
       std::wstring help;
-      NameOf(info, function->memid, &help);
+      MemberName(info, function->memid, &help);
       EXPECT_FALSE(help.empty()) << member << " has no help string";
       members.push_back(member);
     }
@@ -157,7 +157,7 @@ TEST_F(TypeLibraryTest, EveryArgumentOfAnEventIsByReference) {
 
 TEST_F(TypeLibraryTest, ClassHasTheInterfaceAndTheEventsAsItsDefaults) {
   const auto info = Info(CLSID_KwEditorLayers);
-  EXPECT_EQ(NameOf(*info.Get(), MEMBERID_NIL), L"KwEditorLayers");
+  EXPECT_EQ(MemberName(*info.Get(), MEMBERID_NIL), L"KwEditorLayers");
   TYPEATTR* attributes = nullptr;
   ASSERT_HRESULT_SUCCEEDED(info->GetTypeAttr(&attributes));
   EXPECT_EQ(attributes->typekind, TKIND_COCLASS);
@@ -176,7 +176,7 @@ TEST_F(TypeLibraryTest, ClassHasTheInterfaceAndTheEventsAsItsDefaults) {
     ASSERT_HRESULT_SUCCEEDED(info->GetRefTypeOfImplType(index, &reference));
     ASSERT_HRESULT_SUCCEEDED(info->GetRefTypeInfo(reference, &implemented));
     ASSERT_HRESULT_SUCCEEDED(info->GetImplTypeFlags(index, &flags));
-    EXPECT_EQ(NameOf(*implemented.Get(), MEMBERID_NIL), expected[index].name);
+    EXPECT_EQ(MemberName(*implemented.Get(), MEMBERID_NIL), expected[index].name);
     EXPECT_EQ(flags, expected[index].flags);
   }
 }

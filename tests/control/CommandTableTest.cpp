@@ -14,7 +14,6 @@
 namespace kw::test {
 namespace {
 
-using Names = std::vector<std::string>;
 using State = std::map<std::string, std::string>;
 
 std::string PressedOf(const ToolBar& bar) {

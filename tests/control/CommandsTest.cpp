@@ -7,7 +7,6 @@
 namespace kw::test {
 namespace {
 
-using Names = std::vector<std::string>;
 using Box = ScriptedDesktop::Box;
 
 class Commands : public EditorTest {

@@ -9,7 +9,6 @@
 namespace kw::test {
 namespace {
 
-using Names = std::vector<std::string>;
 using Order = std::vector<std::int16_t>;
 
 TEST(IsPointInRectTest, IncludesAllFourEdges) {

@@ -5,8 +5,6 @@
 namespace kw::test {
 namespace {
 
-using Names = std::vector<std::string>;
-
 const std::string WorkToDo =
     "Yet to implement : ReCreateUndoFileIndex\r\ntmrWatchClipBoard_Timer\r\nimgUndoBuffer(i).Picture = Nothing\r\n"
     "mnuSelectAll_Click\r\nmnuMergeDown_Click\r\nPrintImageOnSinglePage PicImgBuffer\r\nSavePage\r\n"

@@ -3,8 +3,6 @@
 namespace kw::test {
 namespace {
 
-using Names = std::vector<std::string>;
-
 using Properties = EditorTest;
 
 TEST_F(Properties, MaxUndoLevelsIsAtLeastFive) {

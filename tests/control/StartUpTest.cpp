@@ -3,8 +3,6 @@
 namespace kw::test {
 namespace {
 
-using Names = std::vector<std::string>;
-
 using StartUp = EditorTest;
 
 TEST_F(StartUp, TracesTheRuleTheStampTheRuleAndThenEachProcedureInItsOrder) {

@@ -4,8 +4,6 @@
 namespace kw::test {
 namespace {
 
-using Names = std::vector<std::string>;
-
 class ToolBoxTest : public EditorTest {
 protected:
   ToolBoxTest() {

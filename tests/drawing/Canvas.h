@@ -3,9 +3,12 @@
 #include <cstdint>
 #include <vector>
 
+#include "components/Units.h"
 #include "drawing/FrameBuffer.h"
 
-namespace kw::testing {
+namespace kw::test {
+
+inline constexpr Colour White = MakeColour(255, 255, 255);
 
 // A frame buffer with pixels of its own; at first every pixel has a colour that nothing draws.
 class Canvas {
@@ -27,4 +30,4 @@ private:
   FrameBuffer buffer;
 };
 
-}  // namespace kw::testing
+}  // namespace kw::test

@@ -10,9 +10,9 @@
 namespace kw {
 namespace {
 
-using testing::Canvas;
+using test::Canvas;
+using test::White;
 
-constexpr Colour White = MakeColour(255, 255, 255);
 constexpr PixelRect Screen = {0, 0, 120, 90};
 
 // Stands in for the platform's text: a pattern that depends on the text and on where it lies.

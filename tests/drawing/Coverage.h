@@ -8,7 +8,7 @@
 
 #include "drawing/Rasteriser.h"
 
-namespace kw::testing {
+namespace kw::test {
 
 // What a rasteriser covers of its clip, pixel by pixel; sweeping must neither leave the clip nor meet a pixel twice.
 class Coverage {
@@ -83,4 +83,4 @@ inline double AreaInPixel(std::vector<Point> polygon, std::int32_t x, std::int32
   return std::abs(twice) / 2;
 }
 
-}  // namespace kw::testing
+}  // namespace kw::test

@@ -11,7 +11,7 @@
 namespace kw {
 namespace {
 
-using testing::Canvas;
+using test::Canvas;
 
 constexpr int Depths[] = {1, 4, 8, 24, 32};
 

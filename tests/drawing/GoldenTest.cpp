@@ -16,13 +16,12 @@
 #include "drawing/CanvasItems.h"
 #include "drawing/Compositor.h"
 
-namespace kw::testing {
+namespace kw::test {
 namespace {
 
 constexpr std::int32_t Width = 120;
 constexpr std::int32_t Height = 90;
-constexpr Colour White = MakeColour(255, 255, 255);
-constexpr Colour Blue = MakeColour(20, 60, 200);
+constexpr Colour Ink = MakeColour(20, 60, 200);
 constexpr Colour Yellow = MakeColour(250, 220, 60);
 constexpr Colour Sand = MakeColour(236, 228, 208);
 
@@ -90,7 +89,7 @@ protected:
     TransparentPicture& layer = Add(left, top, width, height);
     layer.SetFigure({.kind = kind});
     layer.SetLineWidth(lineWidth);
-    layer.SetLineColor(Blue);
+    layer.SetLineColor(Ink);
     return layer;
   }
   static void Fill(TransparentPicture& layer, Colour colour) {
@@ -179,7 +178,7 @@ TEST_F(Golden, TextsWrapAndStandOnTheirGround) {
   TransparentPicture& hollow = Add(5, 5, 70, 40);
   hollow.SetFigure({.kind = FigureKind::Text});
   hollow.SetCaption("see through to the page");
-  hollow.SetForeColor(Blue);
+  hollow.SetForeColor(Ink);
   TransparentPicture& filled = Add(20, 50, 90, 30);
   filled.SetFigure({.kind = FigureKind::Text});
   filled.SetCaption("on its\r\nground");
@@ -199,9 +198,9 @@ TEST_F(Golden, FramesHandlesAndMarkers) {
   LightWeightMarker marker("marker");
   marker.SetContainer(&canvas);
   marker.Move(80, 60, 9, 9);
-  marker.SetColor(Blue);
+  marker.SetColor(Ink);
   ExpectGolden("frames");
 }
 
 }  // namespace
-}  // namespace kw::testing
+}  // namespace kw::test

@@ -13,7 +13,7 @@ namespace kw {
 namespace {
 
 using std::numbers::pi;
-using testing::Coverage;
+using test::Coverage;
 
 constexpr PixelRect Clip = {0, 0, 200, 200};
 

@@ -12,9 +12,9 @@
 namespace kw {
 namespace {
 
-using testing::AddPolygon;
-using testing::AreaInPixel;
-using testing::Coverage;
+using test::AddPolygon;
+using test::AreaInPixel;
+using test::Coverage;
 
 double Overlap(double low, double high, std::int32_t at) {
   return std::max(0.0, std::min<double>(high, at + 1) - std::max<double>(low, at));

@@ -7,12 +7,12 @@
 namespace kw {
 namespace {
 
-using testing::Canvas;
+using test::Canvas;
+using test::White;
 
 constexpr PixelRect Area = {-10, -10, 30, 30};
 constexpr Colour Red = MakeColour(255, 0, 0);
 constexpr Colour Blue = MakeColour(0, 0, 255);
-constexpr Colour White = MakeColour(255, 255, 255);
 
 std::vector<std::uint32_t> Drawn(const Shape& shape, const PictureLook& look = {}, Point origin = {}) {
   const Canvas canvas(Area, PixelOf(White));

@@ -17,6 +17,8 @@
 
 namespace kw::test {
 
+using Names = std::vector<std::string>;
+
 // Records what the control tells its container.
 class RecordedEvents : public EditorEvents {
 public:

@@ -15,7 +15,6 @@
 namespace kw::test {
 namespace {
 
-constexpr COLORREF Green = RGB(10, 200, 30);
 constexpr COLORREF Red = RGB(200, 10, 10);
 
 TransparentPicture& AddLayer(TestForm& form) {

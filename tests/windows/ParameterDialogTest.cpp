@@ -51,7 +51,7 @@ private:
 
 HWND Number(HWND dialog, std::size_t field) { return GetDlgItem(dialog, FieldId(field, NumberPart)); }
 
-std::wstring TextOf(HWND window) {
+std::wstring FieldText(HWND window) {
   wchar_t text[200] = {};
   SendMessageW(window, WM_GETTEXT, 200, reinterpret_cast<LPARAM>(text));
   return text;
@@ -102,9 +102,9 @@ protected:
 
 TEST_F(ParameterDialog, ShowsTheValuesAndGivesThoseThatWereTyped) {
   EXPECT_TRUE(Ask([](HWND dialog) {
-    EXPECT_EQ(TextOf(Number(dialog, 0)), L"10");
-    EXPECT_EQ(TextOf(Number(dialog, 1)), L"2.5");
-    EXPECT_EQ(TextOf(Number(dialog, 2)), L"7");
+    EXPECT_EQ(FieldText(Number(dialog, 0)), L"10");
+    EXPECT_EQ(FieldText(Number(dialog, 1)), L"2.5");
+    EXPECT_EQ(FieldText(Number(dialog, 2)), L"7");
     EXPECT_EQ(SendMessageW(Number(dialog, 3), CB_GETCURSEL, 0, 0), 1);
     EXPECT_EQ(SendMessageW(GetDlgItem(dialog, FieldId(0, SliderPart)), TBM_GETPOS, 0, 0), 370);
     EXPECT_EQ(SendMessageW(GetDlgItem(dialog, FieldId(1, SliderPart)), TBM_GETPOS, 0, 0), 22);
@@ -124,11 +124,11 @@ TEST_F(ParameterDialog, SlidersAndSpinButtonsStepWithinTheRange) {
     const HWND slider = GetDlgItem(dialog, FieldId(2, SliderPart));
     SendMessageW(slider, TBM_SETPOS, TRUE, 254);
     SendMessageW(dialog, WM_HSCROLL, TB_THUMBTRACK, reinterpret_cast<LPARAM>(slider));
-    EXPECT_EQ(TextOf(Number(dialog, 2)), L"254");
+    EXPECT_EQ(FieldText(Number(dialog, 2)), L"254");
     for (int i = 0; i < 3; ++i) SendMessageW(Number(dialog, 2), WM_KEYDOWN, VK_UP, 0);
-    EXPECT_EQ(TextOf(Number(dialog, 2)), L"255");
+    EXPECT_EQ(FieldText(Number(dialog, 2)), L"255");
     SendMessageW(Number(dialog, 1), WM_KEYDOWN, VK_DOWN, 0);
-    EXPECT_EQ(TextOf(Number(dialog, 1)), L"2.4");
+    EXPECT_EQ(FieldText(Number(dialog, 1)), L"2.4");
     EXPECT_EQ(SendMessageW(GetDlgItem(dialog, FieldId(1, SliderPart)), TBM_GETPOS, 0, 0), 21);
     PostMessageW(dialog, WM_COMMAND, IDOK, 0);
   }));
@@ -162,7 +162,7 @@ TEST_F(ParameterDialog, DefaultsBringsBackTheStandardValues) {
   EXPECT_TRUE(Ask([](HWND dialog) {
     Type(dialog, 0, L"nonsense");
     SendMessageW(dialog, WM_COMMAND, Defaults, 0);
-    EXPECT_EQ(TextOf(Number(dialog, 0)), L"90");
+    EXPECT_EQ(FieldText(Number(dialog, 0)), L"90");
     EXPECT_EQ(SendMessageW(Number(dialog, 3), CB_GETCURSEL, 0, 0), 0);
     PostMessageW(dialog, WM_COMMAND, IDOK, 0);
   }));
@@ -175,7 +175,7 @@ TEST_F(ParameterDialog, ANumberOutOfItsRangeIsShownAndNotTaken) {
       Type(dialog, 0, text);
       SendMessageW(dialog, WM_COMMAND, IDOK, 0);
       EXPECT_TRUE(IsWindow(dialog));
-      EXPECT_EQ(TextOf(GetDlgItem(dialog, Message)), L"Not allowed. Angle: -360 to 360 degrees; default 90");
+      EXPECT_EQ(FieldText(GetDlgItem(dialog, Message)), L"Not allowed. Angle: -360 to 360 degrees; default 90");
       EXPECT_EQ(FocusIn(dialog), Number(dialog, 0));
     }
     Type(dialog, 0, L"-360");
@@ -199,11 +199,11 @@ TEST_F(ParameterDialog, TabGoesThroughTheFieldsAndAMnemonicToItsOwn) {
     EXPECT_EQ(visited, (std::vector<int>{FieldId(0, NumberPart), FieldId(0, SliderPart), FieldId(1, NumberPart),
                                          FieldId(1, SliderPart), FieldId(2, NumberPart), FieldId(2, SliderPart),
                                          FieldId(3, NumberPart), IDOK, IDCANCEL, Defaults}));
-    EXPECT_EQ(TextOf(GetDlgItem(dialog, FieldId(2, LabelPart))), L"&Level:");
+    EXPECT_EQ(FieldText(GetDlgItem(dialog, FieldId(2, LabelPart))), L"&Level:");
     PostMessageW(dialog, WM_SYSCHAR, 'l', 1 << 29);
     for (int i = 0; i < 50 && FocusIn(dialog) != Number(dialog, 2); ++i) Sleep(10);
     EXPECT_EQ(FocusIn(dialog), Number(dialog, 2));
-    EXPECT_EQ(TextOf(GetDlgItem(dialog, Message)), L"Level: 0 to 255; 0: found; default 0");
+    EXPECT_EQ(FieldText(GetDlgItem(dialog, Message)), L"Level: 0 to 255; 0: found; default 0");
     PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
   }));
 }

@@ -13,10 +13,7 @@
 namespace kw::test {
 namespace {
 
-constexpr COLORREF Green = RGB(10, 200, 30);
 constexpr COLORREF Blue = RGB(0, 0, 255);
-
-constexpr std::int32_t Dpis[] = {120, 144, 168, 192};
 
 TEST(ScaledInput, AClickArrivesInTheModelsPixels) {
   for (const std::int32_t dpi : {144, 192}) {

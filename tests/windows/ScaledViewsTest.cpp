@@ -17,8 +17,6 @@
 namespace kw::test {
 namespace {
 
-constexpr std::int32_t Dpis[] = {120, 144, 168, 192};
-
 // Neighbours that meet in the models meet on the screen, and each window lies where the scale says. Returns how many
 // windows there are.
 int ExpectNoGaps(const Control& holder, const Scale& scale) {

@@ -21,6 +21,10 @@
 
 namespace kw::test {
 
+// The scales of a screen that Windows offers beside 100 %: 125, 150, 175 and 200 %.
+inline constexpr std::int32_t Dpis[] = {120, 144, 168, 192};
+inline constexpr COLORREF Green = RGB(10, 200, 30);
+
 // A small form that holds every kind of control, in a window of its own: tool bars in a frame that measures in twips,
 // the other controls on a panel, a canvas with a layer.
 class TestForm {

@@ -131,8 +131,7 @@ private:
       if (!IsApplied(effect)) continue;
       CLI::App* command = apply->add_subcommand(std::string(effect.command), "")->ignore_case();
       AddInputAndOutput(command);
-      auto values = std::make_shared<std::vector<double>>();
-      for (const EffectParameter& parameter : effect.parameters) values->push_back(parameter.standard);
+      auto values = std::make_shared<std::vector<double>>(StandardValues(effect));
       for (std::size_t i = 0; i < effect.parameters.size(); ++i) {
         const EffectParameter& parameter = effect.parameters[i];
         command->add_option("--" + std::string(parameter.name), (*values)[i], Describe(parameter))

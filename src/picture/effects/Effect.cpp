@@ -11,12 +11,6 @@ namespace {
 // True for "Option", whose values are those of all other effects.
 bool HoldsSettings(const Effect& effect) { return effect.procedure == nullptr; }
 
-std::vector<double> StandardValues(const Effect& effect) {
-  std::vector<double> values;
-  for (const EffectParameter& parameter : effect.parameters) values.push_back(parameter.standard);
-  return values;
-}
-
 bool IsAllowed(const EffectParameter& parameter, double value) {
   // A value that is no number compares false.
   return value >= parameter.least && value <= parameter.greatest && (!parameter.whole || std::floor(value) == value);
@@ -34,6 +28,12 @@ std::size_t OffsetOf(const Effect& effect) {
 }
 
 }  // namespace
+
+std::vector<double> StandardValues(const Effect& effect) {
+  std::vector<double> values;
+  for (const EffectParameter& parameter : effect.parameters) values.push_back(parameter.standard);
+  return values;
+}
 
 const Effect* FindEffect(std::string_view command) {
   const auto effects = Effects();

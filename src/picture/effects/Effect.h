@@ -57,6 +57,9 @@ std::span<const Effect> Effects();
 // The row of a command, nullptr where there is none. Upper and lower case differ.
 const Effect* FindEffect(std::string_view command);
 
+// The default of each parameter, in their order.
+std::vector<double> StandardValues(const Effect& effect);
+
 // Runs an effect; "Option" changes no picture. Raises InvalidProcedureCall where `values` are not as many as the
 // parameters or not in their ranges, ObjectVariableNotSet without a picture, OutOfMemory where the result does not fit;
 // the picture is then as it was.

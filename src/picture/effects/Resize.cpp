@@ -24,9 +24,9 @@ std::int32_t NewSize(std::int32_t size, double percent, double pixels) {
 }
 
 // The rows of a picture with colours multiplied by alpha where there is one.
-class Source {
+class ResizeSource {
 public:
-  explicit Source(const Bitmap& picture)
+  explicit ResizeSource(const Bitmap& picture)
       : pixels(picture), count(picture.RowBytes()), hasAlpha(picture.BitsPerPixel() == 32) {}
 
   // `room` takes the row where it has to be made, and must hold a row.
@@ -46,7 +46,7 @@ private:
 void Scale(const Bitmap& picture, Bitmap& result, bool bicubic) {
   const ResizeWeights across(picture.Width(), result.Width(), bicubic);
   const ResizeWeights down(picture.Height(), result.Height(), bicubic);
-  const Source source(picture);
+  const ResizeSource source(picture);
   const Pixels to(result);
   const std::size_t count = picture.RowBytes();
   const auto size = static_cast<std::size_t>(picture.BitsPerPixel() / 8);

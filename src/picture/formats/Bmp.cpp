@@ -40,7 +40,7 @@ struct Channel {
   std::uint8_t Of(std::uint32_t pixel, std::uint8_t absent) const { return most == 0 ? absent : Of(pixel); }
 };
 
-struct Header {
+struct BmpHeader {
   std::uint32_t pixelOffset = 0;
   std::uint32_t paletteOffset = 0;
   std::uint32_t paletteEntrySize = 4;
@@ -72,14 +72,14 @@ struct Header {
   }
 };
 
-void ReadCoreSizes(Header& header, std::span<const std::uint8_t> info) {
+void ReadCoreSizes(BmpHeader& header, std::span<const std::uint8_t> info) {
   header.width = NumberAt<std::uint16_t>(info, 4);
   header.height = NumberAt<std::uint16_t>(info, 6);
   header.bits = NumberAt<std::uint16_t>(info, 10);
   header.paletteEntrySize = 3;
 }
 
-void ReadInfoSizes(Header& header, std::span<const std::uint8_t> info) {
+void ReadInfoSizes(BmpHeader& header, std::span<const std::uint8_t> info) {
   const auto width = static_cast<std::int32_t>(NumberAt<std::uint32_t>(info, 4));
   const auto height = static_cast<std::int32_t>(NumberAt<std::uint32_t>(info, 8));
   if (width <= 0) RaiseUnreadable("The bitmap has no width.");
@@ -94,7 +94,7 @@ void ReadInfoSizes(Header& header, std::span<const std::uint8_t> info) {
   header.paletteEntries = NumberAt<std::uint32_t>(info, 32);
 }
 
-void ReadChannels(Header& header, std::span<const std::uint8_t> info, std::uint32_t infoSize) {
+void ReadChannels(BmpHeader& header, std::span<const std::uint8_t> info, std::uint32_t infoSize) {
   const bool masked = header.compression == BitFields || header.compression == AlphaBitFields;
   if (masked) {
     const bool hasAlpha = infoSize >= 56 || header.compression == AlphaBitFields;
@@ -109,7 +109,7 @@ void ReadChannels(Header& header, std::span<const std::uint8_t> info, std::uint3
   }
 }
 
-void Check(const Header& header) {
+void Check(const BmpHeader& header) {
   const auto is = [&header](std::uint32_t compression, std::initializer_list<int> depths) {
     return header.compression == compression && std::find(depths.begin(), depths.end(), header.bits) != depths.end();
   };
@@ -121,13 +121,13 @@ void Check(const Header& header) {
   }
 }
 
-Header ReadHeader(Stream& file) {
+BmpHeader ReadHeader(Stream& file) {
   std::array<std::uint8_t, FileHeaderSize + LargestHeaderSize> bytes{};
   if (!file.Seek(0)) RaiseUnreadable("The file cannot be read.");
   const std::size_t present = file.Read(bytes.data(), bytes.size());
   if (present < FileHeaderSize + CoreHeaderSize) RaiseUnreadable("The bitmap is cut short.");
 
-  Header header;
+  BmpHeader header;
   const std::span<const std::uint8_t> all(bytes);
   const auto infoSize = NumberAt<std::uint32_t>(all, FileHeaderSize);
   if (infoSize < CoreHeaderSize || infoSize > LargestHeaderSize) RaiseUnreadable("The bitmap's header is not known.");
@@ -170,7 +170,7 @@ Header ReadHeader(Stream& file) {
   return header;
 }
 
-std::vector<Rgb> ReadPalette(Stream& file, const Header& header) {
+std::vector<Rgb> ReadPalette(Stream& file, const BmpHeader& header) {
   std::vector<std::uint8_t> bytes(std::size_t{header.paletteEntries} * header.paletteEntrySize);
   if (!file.Seek(header.paletteOffset) || !file.ReadAll(bytes.data(), bytes.size())) {
     RaiseUnreadable("The bitmap is cut short.");
@@ -189,7 +189,7 @@ void WidenTwoBits(std::span<const std::uint8_t> from, std::span<std::uint8_t> to
   }
 }
 
-void DecodeMasked(const Header& header, std::span<const std::uint8_t> from, std::span<std::uint8_t> to) {
+void DecodeMasked(const BmpHeader& header, std::span<const std::uint8_t> from, std::span<std::uint8_t> to) {
   const std::size_t fromSize = header.bits / 8U;
   const std::size_t toSize = header.Depth() == 32 ? 4 : 3;
   const auto& [red, green, blue, alpha] = header.channels;
@@ -205,7 +205,7 @@ void DecodeMasked(const Header& header, std::span<const std::uint8_t> from, std:
 }
 
 // Returns how many rows there are.
-std::int32_t ReadRows(Stream& file, const Header& header, Bitmap& page) {
+std::int32_t ReadRows(Stream& file, const BmpHeader& header, Bitmap& page) {
   const std::uint64_t fileRow = (header.width * header.bits + 31) / 32 * 4;
   // The padding of the last row may be left out.
   const auto usedBytes = static_cast<std::size_t>((header.width * header.bits + 7) / 8);
@@ -259,7 +259,7 @@ public:
   }
 
 private:
-  Header header;
+  BmpHeader header;
   ReadLimits limits;
 };
 

@@ -29,9 +29,9 @@ private:
   std::size_t count = 0;
 };
 
-class Decoder {
+class RunLengthDecoder {
 public:
-  Decoder(Stream& file, bool fromTop, Bitmap& target)
+  RunLengthDecoder(Stream& file, bool fromTop, Bitmap& target)
       : bytes(file), topDown(fromTop), page(target), fourBits(target.BitsPerPixel() == 4) {}
 
   // Returns how many rows there are.
@@ -125,6 +125,8 @@ private:
 
 }  // namespace
 
-std::int32_t DecodeRunLength(Stream& file, bool topDown, Bitmap& page) { return Decoder(file, topDown, page).Run(); }
+std::int32_t DecodeRunLength(Stream& file, bool topDown, Bitmap& page) {
+  return RunLengthDecoder(file, topDown, page).Run();
+}
 
 }  // namespace kw

@@ -4,6 +4,8 @@
 
 namespace kw {
 
+inline constexpr double CentimetresPerInch = 2.54;
+
 // The formats, one file each. Whoever adds one adds its row here and to the table of PictureFormat.cpp.
 // A document of this format is a TIFF file too, and is recognised before it.
 extern const PictureFormat FmfFormat;

@@ -40,17 +40,17 @@ struct Frame {
 };
 
 // One pass through a file from its beginning.
-class Decoder {
+class GifDecoder {
 public:
-  explicit Decoder(Stream& stream) : file(stream) {
+  explicit GifDecoder(Stream& stream) : file(stream) {
     int error = 0;
     if (!file.Seek(0)) RaiseUnreadable("The file cannot be read.");
     codec = DGifOpen(&file, ReadFile, &error);
     if (codec == nullptr) RaiseDamaged(error);
   }
-  Decoder(const Decoder&) = delete;
-  Decoder& operator=(const Decoder&) = delete;
-  ~Decoder() { DGifCloseFile(codec, nullptr); }
+  GifDecoder(const GifDecoder&) = delete;
+  GifDecoder& operator=(const GifDecoder&) = delete;
+  ~GifDecoder() { DGifCloseFile(codec, nullptr); }
 
   std::size_t Width() const { return static_cast<std::size_t>(codec->SWidth); }
   std::size_t Height() const { return static_cast<std::size_t>(codec->SHeight); }
@@ -168,7 +168,7 @@ public:
   explicit Canvas(Bitmap page) : picture(std::move(page)) { Clear({0, 0, Width(), Height()}); }
 
   // False where rows of the frame are missing; they show what was drawn before.
-  bool Draw(Decoder& decoder, const Frame& frame) {
+  bool Draw(GifDecoder& decoder, const Frame& frame) {
     // What the previous frame asked for happens just before the next is drawn.
     if (last.disposal == DISPOSE_BACKGROUND) Clear(last);
     if (last.disposal == DISPOSE_PREVIOUS) picture = before;
@@ -212,7 +212,7 @@ private:
 class GifSource : public PictureSource {
 public:
   GifSource(Stream& file, const ReadLimits& readLimits) : limits(readLimits) {
-    Decoder decoder(file);
+    GifDecoder decoder(file);
     RequirePageFits(decoder.Width(), decoder.Height(), 8, limits);
     Frame frame;
     bool good = true;
@@ -232,7 +232,7 @@ public:
 
   Bitmap Read(Stream& file, std::int32_t page, std::string& warning) override {
     warning.clear();
-    Decoder decoder(file);
+    GifDecoder decoder(file);
     Frame frame;
     RequireFrame(decoder, frame);
     const bool whole =
@@ -249,7 +249,7 @@ public:
   }
 
 private:
-  static void RequireFrame(Decoder& decoder, Frame& frame) {
+  static void RequireFrame(GifDecoder& decoder, Frame& frame) {
     if (!decoder.Next(frame)) RaiseUnreadable("The GIF is cut short.");
   }
 
@@ -261,7 +261,7 @@ private:
       if (wanted >= firstDamaged) warning = DrawnOverDamage;
       return kept[wanted - firstKept];
     }
-    Decoder decoder(file);
+    GifDecoder decoder(file);
     Canvas canvas(NewPage(decoder.Width(), decoder.Height(), 24, limits));
     const std::size_t most = KeptBytes / (decoder.Width() * decoder.Height() * 3) + 1;
     kept.clear();
@@ -277,7 +277,7 @@ private:
   }
 
   // A frame that covers the page keeps its palette; what is transparent in it shows paper.
-  Bitmap ReadIndices(Decoder& decoder, const Frame& frame, std::string& warning) const {
+  Bitmap ReadIndices(GifDecoder& decoder, const Frame& frame, std::string& warning) const {
     const ColorMapObject* colours = decoder.Colours();
     const int depth = DepthOf(colours);
     std::vector<Rgb> palette;

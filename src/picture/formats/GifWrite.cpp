@@ -22,16 +22,16 @@ int WriteFile(GifFileType* codec, const GifByteType* from, int count) {
 }
 
 // One file being written.
-class Encoder {
+class GifEncoder {
 public:
-  explicit Encoder(Stream& to) {
+  explicit GifEncoder(Stream& to) {
     int error = 0;
     codec = EGifOpen(&to, WriteFile, &error);
     Require(codec != nullptr ? GIF_OK : GIF_ERROR);
   }
-  Encoder(const Encoder&) = delete;
-  Encoder& operator=(const Encoder&) = delete;
-  ~Encoder() {
+  GifEncoder(const GifEncoder&) = delete;
+  GifEncoder& operator=(const GifEncoder&) = delete;
+  ~GifEncoder() {
     GifFreeMapObject(colours);
     if (codec != nullptr) EGifCloseFile(codec, nullptr);
   }
@@ -134,7 +134,7 @@ void WriteGif(const Bitmap& picture, Stream& to, const WriteOptions& /*options*/
       }
     }
   }
-  Encoder(to).Write(indexed, transparent);
+  GifEncoder(to).Write(indexed, transparent);
 }
 
 }  // namespace kw

@@ -20,7 +20,6 @@ namespace kw {
 namespace {
 
 constexpr std::size_t BlockSize = std::size_t{64} * 1024;
-constexpr double CentimetresPerInch = 2.54;
 constexpr int ExifMarker = JPEG_APP0 + 1;
 constexpr unsigned LongestMarker = 65535;
 
@@ -67,7 +66,7 @@ bool Trapped(Trap& trap, const Step& step) {
 std::string Reason(const Trap& trap) { return std::string("The JPEG data is damaged: ") + trap.message.data() + "."; }
 
 // The stream as libjpeg's source of bytes.
-struct Source {
+struct JpegInput {
   jpeg_source_mgr manager{};
   Stream* file = nullptr;
   bool atEnd = false;
@@ -75,7 +74,7 @@ struct Source {
 };
 
 boolean FillSource(j_decompress_ptr decoder) {
-  auto* source = reinterpret_cast<Source*>(decoder->src);
+  auto* source = reinterpret_cast<JpegInput*>(decoder->src);
   std::size_t count = source->file->Read(source->block.data(), source->block.size());
   if (count == 0) {
     source->atEnd = true;
@@ -89,7 +88,7 @@ boolean FillSource(j_decompress_ptr decoder) {
 }
 
 void SkipSource(j_decompress_ptr decoder, long count) {
-  auto* source = reinterpret_cast<Source*>(decoder->src);
+  auto* source = reinterpret_cast<JpegInput*>(decoder->src);
   while (count > 0 && !source->atEnd) {
     if (source->manager.bytes_in_buffer == 0) FillSource(decoder);
     const std::size_t part = std::min(static_cast<std::size_t>(count), source->manager.bytes_in_buffer);
@@ -100,9 +99,9 @@ void SkipSource(j_decompress_ptr decoder, long count) {
 }
 
 // One decompression of a stream.
-class Decoder {
+class JpegDecoder {
 public:
-  explicit Decoder(Stream& file) {
+  explicit JpegDecoder(Stream& file) {
     Prepare(trap);
     source.file = &file;
     source.manager.init_source = [](j_decompress_ptr) {};
@@ -113,9 +112,9 @@ public:
     codec.err = &trap.manager;
     if (!file.Seek(0)) RaiseUnreadable("The file cannot be read.");
   }
-  Decoder(const Decoder&) = delete;
-  Decoder& operator=(const Decoder&) = delete;
-  ~Decoder() { jpeg_destroy_decompress(&codec); }
+  JpegDecoder(const JpegDecoder&) = delete;
+  JpegDecoder& operator=(const JpegDecoder&) = delete;
+  ~JpegDecoder() { jpeg_destroy_decompress(&codec); }
 
   const jpeg_decompress_struct& ReadHeader() {
     Try([this] {
@@ -175,11 +174,11 @@ private:
   }
 
   Trap trap;
-  Source source;
+  JpegInput source;
   jpeg_decompress_struct codec{};
 };
 
-void SetResolution(const jpeg_decompress_struct& codec, Bitmap& page) {
+void SetJpegResolution(const jpeg_decompress_struct& codec, Bitmap& page) {
   const double perInch = codec.density_unit == 1 ? 1 : codec.density_unit == 2 ? CentimetresPerInch : 0;
   page.SetResolution(codec.X_density * perInch, codec.Y_density * perInch);
 }
@@ -208,7 +207,7 @@ Orientation OrientationOf(const jpeg_decompress_struct& codec) {
 class JpegSource : public PictureSource {
 public:
   JpegSource(Stream& file, const ReadLimits& readLimits) : limits(readLimits) {
-    const auto decoder = std::make_unique<Decoder>(file);
+    const auto decoder = std::make_unique<JpegDecoder>(file);
     const auto& header = decoder->ReadHeader();
     storedBits = static_cast<std::int16_t>(header.num_components * header.data_precision);
     RequirePageFits(header.image_width, header.image_height, decoder->Depth(), limits);
@@ -217,10 +216,10 @@ public:
   std::int16_t StoredBitsPerPixel(Stream& /*file*/, std::int32_t /*page*/) override { return storedBits; }
 
   Bitmap Read(Stream& file, std::int32_t /*page*/, std::string& warning) override {
-    const auto decoder = std::make_unique<Decoder>(file);
+    const auto decoder = std::make_unique<JpegDecoder>(file);
     const auto& header = decoder->ReadHeader();
     Bitmap page = NewUnfilledPage(header.image_width, header.image_height, decoder->Depth(), limits);
-    SetResolution(header, page);
+    SetJpegResolution(header, page);
     warning = decoder->ReadRows(page);
     return Upright(page, OrientationOf(header));
   }
@@ -270,9 +269,9 @@ void FlushLastBlock(j_compress_ptr encoder) {
 }
 
 // One compression to a stream.
-class Encoder {
+class JpegEncoder {
 public:
-  explicit Encoder(Stream& file) {
+  explicit JpegEncoder(Stream& file) {
     Prepare(trap);
     destination.file = &file;
     destination.manager.init_destination = StartBlock;
@@ -280,9 +279,9 @@ public:
     destination.manager.term_destination = FlushLastBlock;
     codec.err = &trap.manager;
   }
-  Encoder(const Encoder&) = delete;
-  Encoder& operator=(const Encoder&) = delete;
-  ~Encoder() { jpeg_destroy_compress(&codec); }
+  JpegEncoder(const JpegEncoder&) = delete;
+  JpegEncoder& operator=(const JpegEncoder&) = delete;
+  ~JpegEncoder() { jpeg_destroy_compress(&codec); }
 
   void Write(const Bitmap& picture, int quality) {
     Try([&] { Start(picture, quality); });
@@ -336,7 +335,7 @@ private:
 void WriteJpeg(const Bitmap& picture, Stream& to, const WriteOptions& options) {
   const bool grey = HasGreyPalette(picture);
   Bitmap source = grey ? ToGreyLevels(picture) : ToDepth(picture, 24);
-  std::make_unique<Encoder>(to)->Write(source, options.jpegQuality);
+  std::make_unique<JpegEncoder>(to)->Write(source, options.jpegQuality);
 }
 
 }  // namespace

@@ -46,7 +46,7 @@ Pieces FindPieces(const TiffStructure& structure, Stream& file, const std::vecto
 }
 
 // How the copy lies in its file.
-struct Layout {
+struct CodedLayout {
   ByteOrder order = ByteOrder::Little;
   bool big = false;
   std::uint64_t directory = 0;
@@ -74,7 +74,7 @@ bool IsWideInteger(std::uint16_t type) {
 }
 
 // False where a number does not fit.
-bool Convert(CopiedEntry& entry, ByteOrder from, const Layout& to) {
+bool Convert(CopiedEntry& entry, ByteOrder from, const CodedLayout& to) {
   if (IsWideInteger(entry.type) && !to.big) {
     std::vector<std::uint8_t> narrow;
     for (std::size_t at = 0; at < entry.values.size(); at += 8) {
@@ -100,7 +100,7 @@ bool PixelsHaveByteOrder(const TiffStructure& structure, Stream& file, const std
 }
 
 // The entries of the copy in the order of their tags; none where it cannot be made.
-std::vector<CopiedEntry> EntriesFor(const Layout& layout, const TiffStructure& structure, Stream& file,
+std::vector<CopiedEntry> EntriesFor(const CodedLayout& layout, const TiffStructure& structure, Stream& file,
                                     const std::vector<TiffEntry>& entries, std::size_t pieces) {
   std::vector<CopiedEntry> copied;
   std::uint64_t valueBytes = 0;
@@ -126,7 +126,7 @@ std::vector<CopiedEntry> EntriesFor(const Layout& layout, const TiffStructure& s
 // The directory with the values that do not fit into it; it is followed by the pieces.
 class Head {
 public:
-  Head(const Layout& place, std::vector<CopiedEntry> list)
+  Head(const CodedLayout& place, std::vector<CopiedEntry> list)
       : layout(place), entries(std::move(list)), size(Link() + layout.OffsetSize() - layout.directory) {
     for (const CopiedEntry& entry : entries) {
       if (!Fits(entry)) size += (entry.values.size() + 1) / 2 * 2;
@@ -178,7 +178,7 @@ private:
     return offsets;
   }
 
-  Layout layout;
+  CodedLayout layout;
   std::vector<CopiedEntry> entries;
   std::uint64_t size;
 };
@@ -193,7 +193,7 @@ void Insert(std::vector<CopiedEntry>& entries, const TiffMark& mark, ByteOrder o
 
 // `header` goes to the beginning of the file. Returns where the link is.
 std::optional<std::uint64_t> Copy(const TiffStructure& structure, Stream& file, std::uint64_t directory, Stream& to,
-                                  const Layout& layout, const std::vector<std::uint8_t>& header,
+                                  const CodedLayout& layout, const std::vector<std::uint8_t>& header,
                                   const std::optional<TiffMark>& mark) {
   const auto entries = structure.ReadDirectory(file, directory);
   if (structure.ReadNumber(file, entries, TiffTag::Compression, 1) == OldJpeg) return {};
@@ -226,7 +226,7 @@ bool CopyTiffPage(const TiffStructure& structure, Stream& file, std::uint64_t di
     AppendNumber(header, 0, 2, order);
   }
   AppendNumber(header, structure.HeaderSize(), structure.OffsetSize(), order);
-  const Layout layout{order, structure.IsBig(), structure.HeaderSize()};
+  const CodedLayout layout{order, structure.IsBig(), structure.HeaderSize()};
   return Copy(structure, file, directory, to, layout, header, {}).has_value();
 }
 

@@ -7,13 +7,13 @@
 #include "picture/Orientation.h"
 #include "picture/Recovery.h"
 #include "picture/Unreadable.h"
+#include "picture/formats/Formats.h"
 #include "picture/formats/TiffHandle.h"
 #include "picture/formats/TiffJbig.h"
 
 namespace kw {
 namespace {
 
-constexpr double CentimetresPerInch = 2.54;
 // What libtiff needs beside the pixels themselves.
 constexpr std::uint64_t CodecMemory = std::uint64_t{64} * 1024 * 1024;
 
@@ -82,11 +82,11 @@ Layout LayoutOf(const TiffHandle& tiff) {
   return layout;
 }
 
-void SetResolution(const TiffHandle& tiff, Bitmap& page) {
+void SetTiffResolution(const TiffHandle& tiff, Bitmap& page) {
   const auto unit = tiff.Field(TIFFTAG_RESOLUTIONUNIT, std::uint16_t{RESUNIT_INCH});
   const double perInch = unit == RESUNIT_INCH ? 1 : unit == RESUNIT_CENTIMETER ? CentimetresPerInch : 0;
   page.SetResolution(static_cast<double>(tiff.Field(TIFFTAG_XRESOLUTION, 0.0F)) * perInch,
-                     static_cast<double>(tiff.Field(TIFFTAG_YRESOLUTION, 0.0F)) * perInch);
+                         static_cast<double>(tiff.Field(TIFFTAG_YRESOLUTION, 0.0F)) * perInch);
 }
 
 std::vector<Rgb> PaletteOf(const TiffHandle& tiff, const Layout& layout) {
@@ -380,7 +380,7 @@ Bitmap ReadTiffPage(Stream& file, std::uint64_t directory, const ReadLimits& lim
   tiff.Require(!recovery.IsNothingLeft(page));
   if (alpha == Alpha::Premultiplied && page.BitsPerPixel() == 32) Straighten(page);
   warning = recovery.IsWhole() ? tiff.Damage() : recovery.Finish(page, tiff.Damage());
-  SetResolution(tiff, page);
+  SetTiffResolution(tiff, page);
   return Upright(page, tiff.Field(TIFFTAG_ORIENTATION, Orientation{1}));
 }
 

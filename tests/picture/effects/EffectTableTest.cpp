@@ -13,12 +13,6 @@ namespace {
 
 constexpr double NoNumber = std::numeric_limits<double>::quiet_NaN();
 
-std::vector<double> Standard(const Effect& effect) {
-  std::vector<double> values;
-  for (const EffectParameter& parameter : effect.parameters) values.push_back(parameter.standard);
-  return values;
-}
-
 TEST(EffectTable, HoldsEveryCommand) {
   const std::set<std::string_view> commands{
       "Blur",   "Colorize", "Contrast",  "Darken", "DecreaseBpp", "Dilate",      "Dither", "Edge",
@@ -34,17 +28,18 @@ TEST(EffectTable, HoldsEveryCommand) {
 }
 
 TEST(EffectTable, DefaultsAreInRange) {
-  for (const Effect& effect : Effects()) EXPECT_NO_THROW(RequireInRange(effect, Standard(effect))) << effect.command;
+  for (const Effect& effect : Effects())
+    EXPECT_NO_THROW(RequireInRange(effect, StandardValues(effect))) << effect.command;
 }
 
 TEST(EffectTable, DefaultsAreTheDocumentedOnes) {
-  EXPECT_EQ(std::vector{90.0}, Standard(*FindEffect("Rotate")));
-  EXPECT_EQ((std::vector{50.0, 0.0, 0.0, 0.0}), Standard(*FindEffect("Resize")));
-  EXPECT_EQ(std::vector{1.5}, Standard(*FindEffect("Blur")));
-  EXPECT_EQ(std::vector{10.0}, Standard(*FindEffect("Lighten")));
-  EXPECT_EQ(std::vector{10.0}, Standard(*FindEffect("Darken")));
-  EXPECT_EQ(std::vector{20.0}, Standard(*FindEffect("Contrast")));
-  EXPECT_EQ(std::vector{0.0}, Standard(*FindEffect("Threshold")));
+  EXPECT_EQ(std::vector{90.0}, StandardValues(*FindEffect("Rotate")));
+  EXPECT_EQ((std::vector{50.0, 0.0, 0.0, 0.0}), StandardValues(*FindEffect("Resize")));
+  EXPECT_EQ(std::vector{1.5}, StandardValues(*FindEffect("Blur")));
+  EXPECT_EQ(std::vector{10.0}, StandardValues(*FindEffect("Lighten")));
+  EXPECT_EQ(std::vector{10.0}, StandardValues(*FindEffect("Darken")));
+  EXPECT_EQ(std::vector{20.0}, StandardValues(*FindEffect("Contrast")));
+  EXPECT_EQ(std::vector{0.0}, StandardValues(*FindEffect("Threshold")));
 }
 
 TEST(EffectTable, OptionHoldsTheParametersOfAllOthers) {
@@ -69,7 +64,7 @@ TEST(EffectTable, RangesAreKept) {
       const auto run = [&](double value) {
         Bitmap picture = Noise(9, 5, 24);
         const Bitmap before = picture;
-        auto values = Standard(effect);
+        auto values = StandardValues(effect);
         values[i] = value;
         const std::int32_t error = ErrorOf([&] { ApplyEffect(effect, picture, values); });
         EXPECT_TRUE(error == 0 || SamePicture(before, picture)) << effect.command;
@@ -92,7 +87,7 @@ TEST(EffectTable, RangesAreKept) {
 TEST(EffectTable, WrongNumberOfValues) {
   Bitmap picture = Noise(9, 5, 24);
   for (const Effect& effect : Effects()) {
-    auto values = Standard(effect);
+    auto values = StandardValues(effect);
     values.push_back(1);
     EXPECT_EQ(NumberOf(ErrorNumber::InvalidProcedureCall), ErrorOf([&] { ApplyEffect(effect, picture, values); }));
   }
@@ -144,7 +139,7 @@ TEST(EffectSettings, OptionSetsWhatTheOthersUse) {
   EffectSettings settings;
   const Effect& option = *FindEffect("Option");
   const auto standing = settings.ValuesOf(option);
-  EXPECT_EQ(Standard(option), std::vector(standing.begin(), standing.end()));
+  EXPECT_EQ(StandardValues(option), std::vector(standing.begin(), standing.end()));
   Bitmap none;
   const ParameterSource source = [](const Effect& effect, std::span<double> values, const Bitmap& picture) {
     for (std::size_t i = 0; i < values.size(); ++i) {

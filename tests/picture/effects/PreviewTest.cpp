@@ -14,19 +14,13 @@ namespace {
 
 constexpr PictureSize Room{100, 80};
 
-std::vector<double> Standard(const Effect& effect) {
-  std::vector<double> values;
-  for (const EffectParameter& parameter : effect.parameters) values.push_back(parameter.standard);
-  return values;
-}
-
 TEST(EffectPreview, OfAPictureThatFitsIsTheEffectItself) {
   const Bitmap picture = Noise(60, 40, 24);
   for (const char* const command : {"Colorize", "Rotate", "Threshold", "Resize", "Blur"}) {
     const Effect& effect = *FindEffect(command);
     Bitmap expected = picture;
     ApplyEffect(effect, expected);
-    EXPECT_TRUE(SamePicture(expected, EffectPreview(effect, picture, Room).Of(Standard(effect)))) << command;
+    EXPECT_TRUE(SamePicture(expected, EffectPreview(effect, picture, Room).Of(StandardValues(effect)))) << command;
   }
 }
 
@@ -34,7 +28,7 @@ TEST(EffectPreview, FitsIntoItsRoomAtAnyDepthAndForEveryEffect) {
   for (const int depth : {1, 4, 8, 24, 32}) {
     const Bitmap picture = Noise(640, 200, depth);
     for (const Effect& effect : Effects()) {
-      const Bitmap shown = EffectPreview(effect, picture, Room).Of(Standard(effect));
+      const Bitmap shown = EffectPreview(effect, picture, Room).Of(StandardValues(effect));
       EXPECT_LE(shown.Width(), Room.width) << effect.command << depth;
       EXPECT_LE(shown.Height(), Room.height) << effect.command << depth;
       EXPECT_GT(shown.Width(), 0);
