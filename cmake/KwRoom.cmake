@@ -25,7 +25,6 @@ endfunction()
 # The GoogleTest program test_<room> of every source below the current folder, linked with the room it tests.
 # Natively each test is a test of CTest. Under Wine the whole program is one, since starting a program costs more there.
 # SERIAL: no other test may run at the same time (tests that need the keyboard focus).
-# Environment of the tests: KW_SAMPLES names a folder of sample files that need not exist.
 function(kw_test name)
   cmake_parse_arguments(PARSE_ARGV 1 test "SERIAL" "" "LIBS")
   if(test_UNPARSED_ARGUMENTS)
@@ -39,12 +38,11 @@ function(kw_test name)
   target_include_directories(test_${name} PRIVATE "${CMAKE_SOURCE_DIR}/src" "${CMAKE_SOURCE_DIR}/tests")
   target_link_libraries(test_${name} PRIVATE kw_${name} ${test_LIBS} gtest_main)
   set_target_properties(test_${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
-  set(properties ENVIRONMENT "KW_SAMPLES=${CMAKE_SOURCE_DIR}/../shared/samples" RUN_SERIAL ${test_SERIAL})
   if(CMAKE_CROSSCOMPILING)
     add_test(NAME ${name} COMMAND test_${name})
-    set_tests_properties(${name} PROPERTIES TIMEOUT 600 ${properties})
+    set_tests_properties(${name} PROPERTIES TIMEOUT 600 RUN_SERIAL ${test_SERIAL})
   else()
     gtest_discover_tests(test_${name} TEST_PREFIX "${name}." DISCOVERY_MODE PRE_TEST
-                         PROPERTIES TIMEOUT 120 ${properties})
+                         PROPERTIES TIMEOUT 120 RUN_SERIAL ${test_SERIAL})
   endif()
 endfunction()
