@@ -60,7 +60,9 @@ void CommandTest::SetUp() {
   }
   control->put_BGImage(Text(scratch.File(L"back.bmp")));
   control->put_SignatureFilePath(Text(scratch.File(L"sign.bmp")));
-  if (waitsForTools) PumpMessages(1300);
+  if (waitsForTools) {
+    ASSERT_TRUE(PumpUntil([&] { return TracedTimes(scratch.Path(), "tmrDefaultToolsSelection_Timer") != 0; }));
+  }
   control->put_IsEditable(VARIANT_TRUE);
   control->put_IsToAllowChooseColor(VARIANT_TRUE);
   control->put_IsFileChanged(VARIANT_TRUE);

@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -11,6 +10,7 @@
 #include "activex/BoxAnswerer.h"
 #include "activex/Fixture.h"
 #include "activex/Sinks.h"
+#include "data/TestData.h"
 
 namespace kw::test {
 namespace {
@@ -57,15 +57,6 @@ protected:
   EventSink sink;
   Connection connection;
 };
-
-// The folder of sample files, which need not be there; found before a test changes the current folder.
-std::filesystem::path SampleFolder() {
-  const char* folder = std::getenv("KW_SAMPLES");
-  std::error_code none;
-  if (folder == nullptr || !std::filesystem::is_directory(folder, none)) return {};
-  return std::filesystem::absolute(folder);
-}
-const std::filesystem::path Samples = SampleFolder();
 
 const std::vector<std::string> InvalidFile = {"File Error: Invalid file format.."};
 
@@ -164,8 +155,7 @@ TEST_F(DocumentTest, EndLeavesTheTraceAndNoScratchBitmap) {
 }
 
 TEST_F(DocumentTest, ScannedDocumentIsOpenedPageByPage) {
-  if (Samples.empty()) GTEST_SKIP() << "no sample files (KW_SAMPLES)";
-  std::filesystem::copy_file(Samples / "scanned-5-pages.tif", scratch.File(L"Scan.tif"));
+  std::filesystem::copy_file(TestData("letter.tif"), scratch.File(L"Scan.tif"));
   EXPECT_TRUE(Open(scratch.File(L"Scan.tif")).empty());
   EXPECT_EQ(Names(sink.events), (std::vector<std::string>{"NewPageCreated", "NewPageCreated", "NewPageCreated",
                                                           "NewPageCreated", "NewPageCreated", "PageChanged"}));
@@ -173,9 +163,8 @@ TEST_F(DocumentTest, ScannedDocumentIsOpenedPageByPage) {
 }
 
 TEST_F(DocumentTest, PicturesForBackgroundAndSignatureAreTaken) {
-  if (Samples.empty()) GTEST_SKIP() << "no sample files (KW_SAMPLES)";
   const BoxAnswerer user;
-  const std::wstring picture = (Samples / "background.jpg").wstring();
+  const std::wstring picture = TestData("colour.jpg").wstring();
   EXPECT_EQ(control->put_BGImage(Text(picture)), S_OK);
   EXPECT_EQ(control->put_SignatureFilePath(Text(picture)), S_OK);
   EXPECT_EQ(control->put_IsToShowBackImage(VARIANT_TRUE), S_OK);

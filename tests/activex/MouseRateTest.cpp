@@ -21,7 +21,7 @@ constexpr POINT Beside = {4, 4};  // of the page, where no layer lies
 
 int Moves() {
   const char* const text = std::getenv("KW_MOVES");
-  return text == nullptr ? 500 : std::atoi(text);
+  return text == nullptr ? 100 : std::atoi(text);
 }
 
 POINT CornerOf(int layer) { return {8 + layer % Side * Cell.cx, 8 + layer / Side * Cell.cy}; }

@@ -166,6 +166,22 @@ void PumpMessages(DWORD milliseconds) {
   }
 }
 
+bool PumpUntil(const std::function<bool()>& condition) {
+  for (const DWORD start = GetTickCount(); GetTickCount() - start < 10000;) {
+    PumpMessages();
+    if (condition()) return true;
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
+  }
+  return false;
+}
+
+int TracedTimes(const std::wstring& folder, const std::string& name) {
+  std::ifstream trace(std::filesystem::path(folder + L"FunctionsInExecution.txt"), std::ios::binary);
+  int times = 0;
+  for (std::string line; std::getline(trace, line);) times += line == name + "\r" ? 1 : 0;
+  return times;
+}
+
 std::vector<HWND> ChildWindows(HWND parent, const std::wstring& className) {
   ChildSearch search{className, {}};
   EnumChildWindows(parent, &Collect, reinterpret_cast<LPARAM>(&search));

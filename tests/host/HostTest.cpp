@@ -116,10 +116,10 @@ public:
 
   // Presses OK in every box until `isDone`; false when that has not come within a minute.
   bool AnswerUntil(const std::function<bool()>& isDone) const {
-    for (int tenths = 0; tenths < 600; ++tenths) {
+    for (int i = 0; i < 6000; ++i) {
       if (isDone()) return true;
       if (const HWND box = WindowOf(L"#32770")) PostMessageW(box, WM_COMMAND, IDOK, 0);
-      Sleep(100);
+      Sleep(10);
     }
     return false;
   }

@@ -1,3 +1,4 @@
+#include "data/TestData.h"
 #include "kwpic/Program.h"
 #include "picture/KWPicEd.h"
 #include "picture/TiffMaker.h"
@@ -166,16 +167,13 @@ TEST_F(Kwpic, NamesInAnyScriptAndWithBlanks) {
   EXPECT_EQ(0U, Output({"info", path}).find(path + ": TIFF, 2 pages\n"));
 }
 
-TEST_F(Kwpic, RealScansAreSplitJoinedAndConverted) {
-  const char* place = std::getenv("KW_SAMPLES");
-  const auto samples = std::filesystem::path(place == nullptr ? "" : place);
-  if (!std::filesystem::exists(samples / "scanned-5-pages.tif")) GTEST_SKIP() << "no sample files (KW_SAMPLES)";
-  const std::string scan = FromFilesystemPath(samples / "scanned-5-pages.tif");
-  const std::string photo = FromFilesystemPath(samples / "colour-photo.jpg");
+TEST_F(Kwpic, ScansAreSplitJoinedAndConverted) {
+  const std::string scan = FromFilesystemPath(TestData("letter.tif"));
+  const std::string photo = FromFilesystemPath(TestData("colour.jpg"));
   EXPECT_EQ("", Output({"split", scan, At("pages")}));
   std::vector<std::string> join{"join", At("all.fmf")};
   for (int page = 1; page <= 5; ++page) {
-    const std::string file = At("pages/scanned-5-pages_Page_" + std::to_string(page) + ".tif");
+    const std::string file = At("pages/letter_Page_" + std::to_string(page) + ".tif");
     EXPECT_EQ(CodedPieces(scan, static_cast<std::uint16_t>(page - 1)), CodedPieces(file, 0));
     join.push_back(file);
   }

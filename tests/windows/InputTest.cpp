@@ -310,10 +310,11 @@ TEST(Input, AnEntryOfAPopUpMenuIsChosen) {
   form.entry.Click.Connect([&] { ++chosen; });
   const HWND owner = form.window->Handle();
   std::thread user([owner] {
-    for (int i = 0; i < 300 && FindWindowW(L"#32768", nullptr) == nullptr; ++i) Sleep(10);
+    const auto isUp = [] { return FindWindowW(L"#32768", nullptr) != nullptr; };
+    for (int i = 0; i < 300 && !isUp(); ++i) Sleep(10);
     PostMessageW(owner, WM_KEYDOWN, VK_DOWN, 0);
     PostMessageW(owner, WM_KEYDOWN, VK_RETURN, 0);
-    Sleep(2000);
+    for (int i = 0; i < 200 && isUp(); ++i) Sleep(10);
     PostMessageW(owner, WM_CANCELMODE, 0, 0);  // a menu that is still up would wait for ever
   });
   form.menu.PopUp();

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <semaphore>
 #include <string>
 #include <thread>
 
@@ -150,14 +151,18 @@ TEST_F(SystemScanner, TheEndOfTheProgramEndsTheAcquisition) {
 }
 
 TEST_F(SystemScanner, AClipboardThatAnotherProgramHoldsIsAnError) {
-  std::thread other([] {
-    OpenClipboard(nullptr);
-    Sleep(3000);
+  std::binary_semaphore isHeld{0};
+  std::binary_semaphore isOver{0};
+  std::thread other([&] {
+    EXPECT_TRUE(OpenClipboard(nullptr));
+    isHeld.release();
+    isOver.acquire();
     CloseClipboard();
   });
-  Sleep(200);
+  isHeld.acquire();
   EXPECT_EQ(ErrorOf([&] { scanner.Acquire(); }), static_cast<std::int32_t>(ErrorNumber::CannotOpenClipboard));
   EXPECT_EQ(TestScanner::Trace(), "OETNDC");
+  isOver.release();
   other.join();
   EXPECT_TRUE(scanner.Acquire());
 }

@@ -5,11 +5,12 @@
 #include <commctrl.h>
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <filesystem>
 #include <functional>
 #include <optional>
 #include <thread>
 
-#include "components/Timer.h"
 #include "stamps/frmApprovedXTimes.h"
 #include "support/TemporaryFolder.h"
 #include "windows/TestForm.h"
@@ -278,14 +279,8 @@ TEST_F(RealStampDialog, BelongsToItsOwnerWhichWaits) {
 }
 
 TEST_F(RealStampDialog, IsCancelledWhenItsOwnerGoes) {
-  Timer closer("closer", desktop);
-  closer.SetInterval(1500);
-  closer.Tick.Connect([&] {
-    closer.SetEnabled(false);
-    DestroyWindow(form.host);
-  });
-  closer.SetEnabled(true);
-  Show([] {});
+  Show([&] { PostMessageW(form.host, WM_CLOSE, 0, 0); });  // destroys it on its own thread
+  EXPECT_FALSE(IsWindow(form.host));
   EXPECT_TRUE(made->IsCancelled);
 }
 
@@ -293,7 +288,9 @@ TEST_F(RealStampDialog, ListsUserStampsUntilTheCounterOverflows) {
   std::string content = "[Stamps]\r\n";
   for (int i = 1; i <= 40000; ++i) content += std::to_string(i) + "=STAMP " + std::to_string(i) + "\r\n";
   WriteWhole(folder.File("stamps.lst"), content);
-  Sleep(2200);                  // a file that was changed just now is read again for every key
+  // A file that was changed just now is read again for every key.
+  std::filesystem::last_write_time(folder.Native() / "stamps.lst",
+                                   std::filesystem::file_time_type::clock::now() - std::chrono::seconds(10));
   form.root.SetEnabled(false);  // so that the report stays silent
   StampList list(desktop, trap);
   ImageCombo combo("combo");

@@ -71,9 +71,9 @@ bool RunOnHost(const std::string& command, const std::string& doneFile) {
   }
   if (process.hProcess != nullptr) CloseHandle(process.hProcess);
   if (process.hThread != nullptr) CloseHandle(process.hThread);
-  for (int i = 0; i < 600; ++i) {
+  for (int i = 0; i < 6000; ++i) {
     if (Exists(doneFile)) return true;
-    Sleep(100);
+    Sleep(10);
   }
   return false;
 }

@@ -197,13 +197,13 @@ TEST_F(ToolBars, DisabledAndPressedButtonsAreSoInTheMenu) {
 TEST_F(ToolBars, AWindowThatGoesWhileTheMenuIsUpIsGone) {
   Resize(440, 640);
   std::atomic<bool> wasUp = false;
-  std::thread user([&, owner = window->Handle()] {
+  std::thread user([&, owner = window->Handle(), thread = GetCurrentThreadId()] {
     for (int i = 0; i < 300 && FindWindowW(L"#32768", nullptr) == nullptr; ++i) Sleep(10);
     wasUp = FindWindowW(L"#32768", nullptr) != nullptr;
     PostMessageW(host, WM_CLOSE, 0, 0);  // handled in the menu's loop
-    Sleep(300);
+    for (int i = 0; i < 300 && IsWindow(host) != FALSE; ++i) Sleep(10);
     PostMessageW(owner, WM_CANCELMODE, 0, 0);
-    PostThreadMessageW(GetWindowThreadProcessId(host, nullptr), WM_NULL, 0, 0);
+    PostThreadMessageW(thread, WM_NULL, 0, 0);
   });
   const HWND bar = WindowOf(Pages());
   ClickItem(Pages(), CountOf(Pages()) - 1);

@@ -1,0 +1,81 @@
+#include <algorithm>
+
+#include "components/RunTimeError.h"
+#include "fuzz/Promise.h"
+#include "fuzz/Tries.h"
+#include "picture/Depth.h"
+
+namespace kw {
+namespace {
+
+// Small, so that most time goes into the reader and not into the pixels that a few bytes can claim.
+constexpr ReadLimits Limits{std::uint64_t{1} << 20U};
+constexpr std::int32_t MostPages = 4;
+
+Bitmap FirstPageOf(const PictureFormat& format, std::span<const std::uint8_t> bytes) {
+  MemoryReader file(bytes);
+  std::string warning;
+  Bitmap page = format.open(file, Limits)->Read(file, 1, warning);
+  Promise(warning.empty(), "a written page is whole");
+  return page;
+}
+
+// A page that was read can be written, and what was written shows the same.
+void Rewrite(const PictureFormat& format, const Bitmap& page) {
+  MemoryFile file;
+  format.write(page, file, {});
+  const Bitmap again = FirstPageOf(format, file.Bytes());
+  Promise(again.Width() == page.Width() && again.Height() == page.Height(), "a written page keeps its size");
+  const bool lossless = &format != &JpegFormat && (&format != &GifFormat || page.BitsPerPixel() <= 8);
+  if (!lossless) return;
+  // A palette may be filled up; what is seen is the same.
+  const int depth = std::max(page.BitsPerPixel(), 24);
+  Promise(SamePicture(ToDepth(again, depth), ToDepth(page, depth)), "a written page keeps its pixels");
+}
+
+// A page joins the document that it came from.
+void AppendTo(const PictureFormat& format, std::span<const std::uint8_t> bytes, Stream& page, std::int32_t pages) {
+  MemoryFile document;
+  document.WriteAll(bytes);
+  std::unique_ptr<PageAppender> appender;
+  try {
+    appender = format.append(document);
+  } catch (const RunTimeError&) {
+    // Another byte order, or offsets of 64 bits.
+    return;
+  }
+  const bool appended = appender->Append(page);
+  Promise(format.open(document, Limits)->PageCount() == pages + (appended ? 1 : 0), "an appended page is one more");
+}
+
+}  // namespace
+
+void TryFormat(const PictureFormat& format, std::span<const std::uint8_t> bytes) {
+  if (!format.recognises(bytes.first(std::min(bytes.size(), RecognisedBytes)))) return;
+  MemoryReader file(bytes);
+  std::unique_ptr<PictureSource> source;
+  try {
+    source = format.open(file, Limits);
+  } catch (const RunTimeError&) {
+    return;
+  }
+  Promise(source->PageCount() >= 1, "an opened file has a page");
+  for (std::int32_t number = 1; number <= std::min(source->PageCount(), MostPages); ++number) {
+    try {
+      source->StoredBitsPerPixel(file, number);
+      MemoryFile copy;
+      if (source->Copy(file, number, copy)) {
+        Promise(format.open(copy, Limits)->PageCount() == 1, "a copied page is a file of one page");
+        if (format.append != nullptr) AppendTo(format, bytes, copy, source->PageCount());
+      }
+      std::string warning;
+      const Bitmap page = source->Read(file, number, warning);
+      Promise(!page.IsEmpty(), "a page that was read has pixels");
+      if (number == 1) Rewrite(format, page);
+    } catch (const RunTimeError&) {
+      // Refused, which every file may be.
+    }
+  }
+}
+
+}  // namespace kw

@@ -1,0 +1,52 @@
+// The corpus of the fuzz targets: made-up files that take different ways through the code.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iostream>
+#include <iterator>
+#include <vector>
+
+#include "fuzz/Tries.h"
+
+namespace kw {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+// Runs every file of the folder through a target. What it is told of a file that breaks a promise is the file's name;
+// the last line before a sanitizer's report is the name of its file.
+void RunCorpus(const char* folder, const std::function<void(const Bytes&)>& target) {
+  std::vector<std::filesystem::path> files;
+  std::error_code error;
+  for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::path(KW_CORPUS) / folder, error)) {
+    files.push_back(entry.path());
+  }
+  ASSERT_GE(files.size(), 20U) << "the corpus is not whole: " << KW_CORPUS << '/' << folder << ' ' << error.message();
+  std::ranges::sort(files);
+  for (const std::filesystem::path& file : files) {
+    std::cout << file.filename().string() << std::endl;
+    SCOPED_TRACE(file.filename().string());
+    std::ifstream stream(file, std::ios::binary);
+    const Bytes bytes{std::istreambuf_iterator<char>(stream), {}};
+    ASSERT_FALSE(bytes.empty());
+    EXPECT_NO_THROW(target(bytes));
+  }
+}
+
+void RunFormat(const char* folder, const PictureFormat& format) {
+  RunCorpus(folder, [&format](const Bytes& bytes) { TryFormat(format, bytes); });
+}
+
+TEST(Corpus, Tiff) { RunFormat("tiff", TiffFormat); }
+TEST(Corpus, Jpeg) { RunFormat("jpeg", JpegFormat); }
+TEST(Corpus, Gif) { RunFormat("gif", GifFormat); }
+TEST(Corpus, Bmp) { RunFormat("bmp", BmpFormat); }
+TEST(Corpus, Fmf) { RunFormat("fmf", FmfFormat); }
+TEST(Corpus, Effects) { RunCorpus("effects", TryEffect); }
+
+}  // namespace
+}  // namespace kw
