@@ -16,7 +16,9 @@ if(NOT KW_RSVG OR NOT KW_ICOTOOL OR NOT KW_CONVERT)
 endif()
 
 set(resources "${CMAKE_SOURCE_DIR}/resources")
-set(KW_ICON_FOLDER "${CMAKE_BINARY_DIR}/generated/resources")
+# All presets share the pictures: they are the same for every processor.
+set(KW_SHARED "${CMAKE_SOURCE_DIR}/build/shared")
+set(KW_ICON_FOLDER "${KW_SHARED}/resources")
 set(KW_PRODUCT_ICON "${KW_ICON_FOLDER}/KwEditor.ico")
 set(iconFiles "")
 
@@ -95,7 +97,7 @@ file(CONFIGURE OUTPUT "${KW_ICON_FOLDER}/KwApplication.rc" @ONLY CONTENT "1 ICON
 
 add_custom_target(kw_icon_files DEPENDS ${iconFiles})
 add_library(kw_resources INTERFACE)
-target_include_directories(kw_resources INTERFACE "${CMAKE_BINARY_DIR}/generated")
+target_include_directories(kw_resources INTERFACE "${KW_SHARED}")
 if(WIN32)
   # An object file rather than an archive: a linker takes from an archive only what some symbol asks for.
   add_library(kw_icon_object OBJECT "${KW_ICON_FOLDER}/KwIcons.rc")

@@ -64,8 +64,6 @@ function(kw_test_program name)
   target_include_directories(test_${name} PRIVATE "${CMAKE_SOURCE_DIR}/src" "${CMAKE_SOURCE_DIR}/tests")
   target_link_libraries(test_${name} PRIVATE ${test_LIBS} gtest_main)
   set_target_properties(test_${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
-  # The rooms under test are optimised and fully checked; optimising the tests costs more time than it saves, and a null
-  # pointer ends a test without a check at each use of one.
   target_compile_options(test_${name} PRIVATE ${KW_TEST_OPTIONS})
   foreach(room IN ITEMS ${name} ${test_COVERS})
     if(NOT TARGET quick_${room})
