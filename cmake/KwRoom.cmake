@@ -21,16 +21,21 @@ function(kw_room name)
   target_link_libraries(kw_${name} ${scope} ${room_LIBS})
 endfunction()
 
-# kw_test(<room> [LIBS <target>...] [SERIAL])
+# kw_test(<room> [LIBS <target>...] [LARGE <source>...] [SERIAL])
 # The GoogleTest program test_<room> of every source below the current folder, linked with the room it tests.
 # Natively each test is a test of CTest. Under Wine the whole program is one, since starting a program costs more there.
+# LARGE: the sources with cases that do less under the sanitizers; where KW_LARGE_TESTS_ONLY is set, they are the program.
 # SERIAL: no other test may run at the same time (tests that need the keyboard focus).
 function(kw_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 test "SERIAL" "" "LIBS")
+  cmake_parse_arguments(PARSE_ARGV 1 test "SERIAL" "" "LIBS;LARGE")
   if(test_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "kw_test(${name}): unknown arguments ${test_UNPARSED_ARGUMENTS}")
   endif()
-  file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+  if(KW_LARGE_TESTS_ONLY)
+    set(sources ${test_LARGE})
+  else()
+    file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+  endif()
   if(NOT sources OR NOT TARGET kw_${name})
     return()
   endif()
