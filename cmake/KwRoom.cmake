@@ -32,12 +32,17 @@ function(kw_room name)
   target_link_libraries(kw_${name} PUBLIC ${room_DEPENDS} ${room_LIBS})
 endfunction()
 
-# kw_test(<room> [COVERS <room>...] [LIBS <target>...] [SLOW <pattern>...] [SERIAL])
+# kw_test(<room> [COVERS <room>...] [LIBS <target>...] [SLOW <pattern>...] [LARGE <source>...] [SERIAL])
 # The GoogleTest program test_<room> of every source below the current folder, linked with the room it tests. See
 # kw_test_program for the other arguments.
+# LARGE: the sources with cases that do less under the sanitizers; if KW_LARGE_TESTS_ONLY is set, they are the program.
 function(kw_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 test "SERIAL" "" "COVERS;LIBS;SLOW")
-  file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+  cmake_parse_arguments(PARSE_ARGV 1 test "SERIAL" "" "COVERS;LIBS;SLOW;LARGE")
+  if(KW_LARGE_TESTS_ONLY)
+    set(sources ${test_LARGE})
+  else()
+    file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+  endif()
   set(serial "")
   if(test_SERIAL)
     set(serial SERIAL)

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "support/LayersFixture.h"
+#include "support/Watched.h"
 
 namespace kw::test {
 namespace {
@@ -184,7 +185,7 @@ public:
 };
 
 TEST_F(Monkey, NothingItDoesBreaksTheEditor) {
-  const long eventCount = NumberFrom("KW_MONKEY_EVENTS", 20000);
+  const long eventCount = NumberFrom("KW_MONKEY_EVENTS", Amount(20000L, 4000L));
   const auto seed = static_cast<unsigned>(NumberFrom("KW_MONKEY_SEED", 20261121));
   std::cout << "seed " << seed << ", " << eventCount << " events\n";
   random.seed(seed);

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "drawing/Canvas.h"
+#include "support/Watched.h"
 
 namespace kw {
 namespace {
@@ -122,7 +123,7 @@ private:
   std::uint64_t lastKey = 0;
 };
 
-// Thousands of changes of every kind, each painted by its dirty parts only.
+// Hundreds of changes of every kind, each painted by its dirty parts only.
 TEST(CompositorTest, PaintingDirtyPartsEqualsPaintingAll) {
   RandomItems make(1);
   PatternText texts;
@@ -130,7 +131,7 @@ TEST(CompositorTest, PaintingDirtyPartsEqualsPaintingAll) {
   const Canvas canvas(Screen);
   compositor.Paint(canvas.Buffer(), Screen, &texts);
   std::vector<DisplayItem> items;
-  for (int step = 0; step < 2000; ++step) {
+  for (int step = 0; step < kw::test::Amount(2000, 500); ++step) {
     const auto pick = [&] {
       return static_cast<std::ptrdiff_t>(make.Number(0, static_cast<std::int32_t>(items.size()) - 1));
     };

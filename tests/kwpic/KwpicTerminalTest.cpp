@@ -1,5 +1,7 @@
 // What shows on a terminal: a bar while long work is under way, and nothing of it afterwards.
 
+#include <functional>
+
 #include "kwpic/Program.h"
 #include "picture/KWPicEd.h"
 
@@ -8,6 +10,8 @@ namespace {
 
 class KwpicTerminal : public ProgramTest {
 protected:
+  static constexpr int MostSteps = 1024;
+
   // Everything that the program writes to a terminal of its own.
   std::string Screen(const std::vector<std::string>& arguments) {
     std::string line = ProgramPath();
@@ -17,12 +21,14 @@ protected:
     const Bytes bytes = BytesOf(At("screen"));
     return {bytes.begin(), bytes.end()};
   }
-  // Pages that take some time.
-  std::string LargeDocument(const std::string& name, int pages) {
-    KWPicEd engine;
-    engine.Replace(Noise(1500, 1500, 24));
-    for (int page = 0; page < pages; ++page) engine.Append(At(name));
-    return At(name);
+  // The screen of work that is doubled, from so many steps on, until it takes long enough to be shown.
+  std::string ScreenOfLongWork(int& steps, const std::function<std::vector<std::string>()>& lineOfWork) {
+    for (; steps <= MostSteps; steps *= 2) {
+      std::string text = Screen(lineOfWork());
+      if (!text.empty()) return text;
+    }
+    ADD_FAILURE() << "nothing shows at " << MostSteps << " steps";
+    return {};
   }
   // The last line that would still be seen.
   static std::string Remains(const std::string& text) {
@@ -32,17 +38,33 @@ protected:
 };
 
 TEST_F(KwpicTerminal, LongWorkOnADocumentShowsItsPagesAndTakesTheBarAwayAtTheEnd) {
-  const std::string text = Screen({"apply", "Blur", LargeDocument("in.tif", 12), At("out.tif")});
-  EXPECT_NE(std::string::npos, text.find("[########################################] 12 of 12 pages")) << text;
+  KWPicEd engine;
+  engine.Replace(Noise(300, 300, 24));
+  int pages = 0;
+  int steps = 4;
+  const std::string text = ScreenOfLongWork(steps, [&] {
+    for (; pages < steps; ++pages) engine.Append(At("in.tif"));
+    return std::vector<std::string>{"apply", "Blur", At("in.tif"), At("out.tif")};
+  });
+  const std::string count = std::to_string(steps);
+  EXPECT_NE(std::string::npos,
+            text.find("[########################################] " + count + " of " + count + " pages"))
+      << text;
   EXPECT_EQ("", Remains(text));
 }
 
 TEST_F(KwpicTerminal, JoiningManyFilesShowsTheFiles) {
-  std::vector<std::string> line{"join", At("out.tif")};
-  const std::string page = LargeDocument("page.tif", 1);
-  for (int i = 0; i < 30; ++i) line.push_back(page);
-  const std::string text = Screen(line);
-  EXPECT_NE(std::string::npos, text.find("] 30 of 30 files")) << text;
+  KWPicEd engine;
+  engine.Replace(Noise(300, 300, 24));
+  engine.Save(At("page.tif"));
+  int steps = 32;
+  const std::string text = ScreenOfLongWork(steps, [&] {
+    std::vector<std::string> line{"join", At("out.tif")};
+    line.insert(line.end(), static_cast<std::size_t>(steps), At("page.tif"));
+    return line;
+  });
+  const std::string count = std::to_string(steps);
+  EXPECT_NE(std::string::npos, text.find("] " + count + " of " + count + " files")) << text;
   EXPECT_EQ("", Remains(text));
 }
 

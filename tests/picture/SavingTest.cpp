@@ -113,7 +113,7 @@ class FailingStream : public testing::TestWithParam<const PictureFormat*> {};
 
 TEST_P(FailingStream, WriterStopsAndTheFailureIsKnown) {
   const PictureFormat& format = *GetParam();
-  const Bitmap picture = Noise(300, 200, 24);
+  const Bitmap picture = Noise(150, 100, 24);
   MemoryStream whole;
   format.write(picture, whole, {});
   ASSERT_FALSE(whole.failed);

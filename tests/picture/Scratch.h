@@ -16,6 +16,7 @@
 #include "components/FilePath.h"
 #include "components/RunTimeError.h"
 #include "picture/Stream.h"
+#include "support/TemporaryFolder.h"
 
 namespace kw {
 
@@ -24,17 +25,6 @@ using Bytes = std::vector<std::uint8_t>;
 // A folder of its own for each test, gone at its end.
 class ScratchTest : public testing::Test {
 protected:
-  ScratchTest() {
-    std::random_device random;
-    folder =
-        std::filesystem::temp_directory_path() / ("kwpicture" + std::to_string(random()) + std::to_string(random()));
-    std::filesystem::create_directories(folder);
-  }
-  ~ScratchTest() override {
-    std::error_code ignored;
-    std::filesystem::remove_all(folder, ignored);
-  }
-
   // The path of a file in the folder.
   std::string At(const std::string& name) const { return FromFilesystemPath(folder / ToFilesystemPath(name)); }
 
@@ -54,7 +44,8 @@ protected:
     return names;
   }
 
-  std::filesystem::path folder;
+  const test::TemporaryFolder temporary;
+  const std::filesystem::path& folder = temporary.Native();
 };
 
 inline Bytes BytesOf(const std::string& path) {

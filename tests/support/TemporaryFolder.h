@@ -1,22 +1,36 @@
 #pragma once
 
-#include <chrono>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <random>
 #include <string>
 
 #include "components/FilePath.h"
 
 namespace kw::test {
 
+// Where the folders of tests lie: in memory where there is room, since a disk holds up each file that takes another's
+// place.
+inline std::filesystem::path RoomForTests() {
+#ifdef __linux__
+  constexpr std::uintmax_t enough = std::uintmax_t{1} << 30U;
+  const char* const memory = "/dev/shm";
+  std::error_code error;
+  const auto space = std::filesystem::space(memory, error);
+  const auto mayAllWrite = std::filesystem::status(memory, error).permissions() & std::filesystem::perms::others_write;
+  if (!error && space.available >= enough && mayAllWrite != std::filesystem::perms::none) return memory;
+#endif
+  return std::filesystem::temp_directory_path();
+}
+
 // A new folder for one test, removed with all that is in it. Paths handed out are in the editor's notation.
 class TemporaryFolder {
 public:
   TemporaryFolder() {
-    static int count = 0;
-    const auto now = std::chrono::steady_clock::now().time_since_epoch().count();
-    folder = std::filesystem::temp_directory_path() / ("kw-" + std::to_string(now) + "-" + std::to_string(++count));
+    std::random_device random;
+    folder = RoomForTests() / ("kw-" + std::to_string(random()) + "-" + std::to_string(random()));
     std::filesystem::create_directories(folder);
   }
   TemporaryFolder(const TemporaryFolder&) = delete;

@@ -10,11 +10,12 @@ namespace kw {
 namespace {
 
 // A thread costs some 50 microseconds to start; below this much work each, it is not worth it.
-constexpr std::uint64_t LeastWork = 1U << 20U;
+constexpr std::uint64_t UsualLeastWork = 1U << 20U;
 
 // The smallest bands are such a part of a thread's share.
 constexpr std::int32_t PartsOfShare = 16;
 
+std::atomic<std::uint64_t> leastWork{UsualLeastWork};
 std::atomic<unsigned> mostThreads{0};
 
 unsigned Threads() {
@@ -24,12 +25,14 @@ unsigned Threads() {
 
 }  // namespace
 
+void SetLeastWork(std::uint64_t least) { leastWork = least != 0 ? least : UsualLeastWork; }
+
 void SetMostThreads(unsigned most) { mostThreads = most; }
 
 // The bands become smaller, so that few are to be begun, and yet a thread whose processor did something else for a
 // while is waited for no longer than a small one takes.
 std::vector<Band> CutIntoBands(std::int32_t height, std::uint64_t work, std::int32_t leastRows) {
-  const auto threads = static_cast<std::int32_t>(std::min(std::uint64_t{Threads()}, work / LeastWork));
+  const auto threads = static_cast<std::int32_t>(std::min(std::uint64_t{Threads()}, work / leastWork));
   if (threads < 2) return {{0, height}};
   const std::int32_t least = std::max(leastRows, height / threads / PartsOfShare);
   std::vector<Band> bands;

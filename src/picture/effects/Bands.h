@@ -26,6 +26,9 @@ std::size_t ThreadsFor(std::size_t tasks);
 // Cuts and runs: task(band).
 void ForBands(std::int32_t height, std::uint64_t work, const std::function<void(Band)>& task);
 
+// So much work is worth a thread of its own from now on, in the whole process; 0 stands for what holds at the start.
+void SetLeastWork(std::uint64_t least);
+
 // Most threads that an effect uses from now on, in the whole process; 0 stands for one a processor, as at the start.
 void SetMostThreads(unsigned most);
 

@@ -138,12 +138,13 @@ TEST_P(EffectReference, EverySetOfVectorRegisters) {
   use(0);
 }
 
-// Large enough for several bands.
+// Work so little is done in several bands, on several threads.
 TEST_P(EffectReference, Bands) {
+  SetLeastWork(256);
   SetMostThreads(3);
   for (const int depth : {1, 8, 24}) {
-    const std::int32_t width = depth == 1 ? 6000 : 1700;
-    const std::int32_t height = depth == 1 ? 2900 : depth == 8 ? 1300 : 500;
+    const std::int32_t width = depth == 1 ? 610 : 173;
+    const std::int32_t height = depth == 1 ? 290 : depth == 8 ? 190 : 160;
     const Bitmap picture = Noise(width, height, depth, false);
     const Case& test = GetParam();
     const Effect& effect = *FindEffect(test.command);
@@ -156,6 +157,7 @@ TEST_P(EffectReference, Bands) {
     EXPECT_TRUE(SamePicture(alone, together)) << depth;
   }
   SetMostThreads(0);
+  SetLeastWork(0);
 }
 
 INSTANTIATE_TEST_SUITE_P(

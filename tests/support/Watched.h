@@ -1,0 +1,24 @@
+#pragma once
+
+#ifdef __has_feature
+#define KW_HAS_FEATURE(name) __has_feature(name)
+#else
+#define KW_HAS_FEATURE(name) 0
+#endif
+
+namespace kw::test {
+
+// Whether the address sanitizer watches every access, which takes many times as long.
+#if defined(__SANITIZE_ADDRESS__) || KW_HAS_FEATURE(address_sanitizer)
+constexpr bool IsWatched = true;
+#else
+constexpr bool IsWatched = false;
+#endif
+
+// How much of something a test does: all of it, or, where every access is watched, so much that each kind still occurs.
+template <class Number>
+constexpr Number Amount(Number all, Number watched) {
+  return IsWatched ? watched : all;
+}
+
+}  // namespace kw::test
