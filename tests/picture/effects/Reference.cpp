@@ -73,7 +73,7 @@ Plain QuarterTurn(const Plain& plain) {
 }
 
 Plain FreeTurn(const Bitmap& picture, double degrees) {
-  const Plain plain = Premultiplied(InValues(picture));
+  const Plain plain = Premultiplied(PlainValues(picture));
   const double radians = degrees / 180 * std::numbers::pi;
   const double cosine = std::cos(radians);
   const double sine = std::sin(radians);
@@ -152,7 +152,7 @@ std::map<std::int32_t, std::int32_t> Taps(std::int32_t i, std::int32_t from, std
 }
 
 Plain Resize(const Bitmap& picture, Values values) {
-  const Plain plain = Premultiplied(InValues(picture));
+  const Plain plain = Premultiplied(PlainValues(picture));
   const auto newSize = [&](std::int32_t old, double pixels) {
     return pixels != 0 ? static_cast<std::int32_t>(pixels) : std::max(1, Round(old * values[0] / 100));
   };

@@ -22,7 +22,7 @@ constexpr std::array<std::int32_t, 9> Binomial{1, 2, 1, 2, 4, 2, 1, 2, 1};
 
 Plain Spread(const Bitmap& picture, bool light) {
   const bool oneBit = picture.BitsPerPixel() == 1;
-  const Plain plain = oneBit ? Read(picture) : InValues(picture);
+  const Plain plain = oneBit ? Read(picture) : PlainValues(picture);
   if (!oneBit) {
     return EachChannel(plain, [&](std::int32_t x, std::int32_t y, std::size_t c) {
       std::int32_t most = plain.At(x, y)[c];
@@ -48,7 +48,7 @@ Plain Spread(const Bitmap& picture, bool light) {
 }  // namespace
 
 Plain Blur(const Bitmap& picture, Values values) {
-  const Plain plain = Premultiplied(InValues(picture));
+  const Plain plain = Premultiplied(PlainValues(picture));
   const auto radius = static_cast<std::int32_t>(std::ceil(3 * values[0]));
   std::vector<double> bell;
   double sum = 0;
@@ -91,7 +91,7 @@ Plain Blur(const Bitmap& picture, Values values) {
 }
 
 Plain Soften(const Bitmap& picture, Values /*values*/) {
-  const Plain plain = Premultiplied(InValues(picture));
+  const Plain plain = Premultiplied(PlainValues(picture));
   return Unpremultiplied(Each(plain, [&](std::int32_t x, std::int32_t y) {
     Pixel pixel{};
     for (std::size_t c = 0; c < 4; ++c) pixel[c] = (Weighted(plain, x, y, c, Binomial) + 8) / 16;
@@ -100,7 +100,7 @@ Plain Soften(const Bitmap& picture, Values /*values*/) {
 }
 
 Plain Sharpen(const Bitmap& picture, Values values) {
-  const Plain plain = InValues(picture);
+  const Plain plain = PlainValues(picture);
   const std::int32_t amount = Round(values[0] * 2.56);
   return EachChannel(plain, [&](std::int32_t x, std::int32_t y, std::size_t c) {
     const std::int32_t self = plain.At(x, y)[c];
@@ -109,7 +109,7 @@ Plain Sharpen(const Bitmap& picture, Values values) {
 }
 
 Plain Emboss(const Bitmap& picture, Values values) {
-  const Plain plain = InValues(picture);
+  const Plain plain = PlainValues(picture);
   const std::int32_t amount = Round(values[0] * 2.56);
   return EachChannel(plain, [&](std::int32_t x, std::int32_t y, std::size_t c) {
     const std::int32_t slope = Weighted(plain, x, y, c, {-2, -1, 0, -1, 0, 1, 0, 1, 2});
@@ -118,7 +118,7 @@ Plain Emboss(const Bitmap& picture, Values values) {
 }
 
 Plain Edge(const Bitmap& picture, Values /*values*/) {
-  const Plain plain = InValues(picture);
+  const Plain plain = PlainValues(picture);
   return EachChannel(plain, [&](std::int32_t x, std::int32_t y, std::size_t c) {
     const double across = Weighted(plain, x, y, c, {-1, 0, 1, -2, 0, 2, -1, 0, 1});
     const double down = Weighted(plain, x, y, c, {-1, -2, -1, 0, 0, 0, 1, 2, 1});

@@ -24,7 +24,7 @@ inline bool HasColours(const Bitmap& picture) {
 }
 
 // The picture with the depth that filters give it.
-inline Plain InValues(const Bitmap& picture) {
+inline Plain PlainValues(const Bitmap& picture) {
   Plain plain = Read(picture);
   if (plain.bitsPerPixel <= 8) plain.bitsPerPixel = HasColours(picture) ? 24 : 8;
   return plain;
