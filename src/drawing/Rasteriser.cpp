@@ -11,7 +11,7 @@ constexpr double FarthestCell = 1e9;
 // Rows are worked on in bands of this many cells, which stay in the processor's cache.
 constexpr std::size_t BandCells = 32768;
 // Added to a number that is not negative before it is cut to a whole one: the library rounds too slowly for every cell.
-constexpr double Half = 0.5;
+constexpr double CellHalf = 0.5;
 
 // Not a number counts as farthest to the left or top.
 double LimitedCell(double value) { return std::min(std::max(-FarthestCell, value), FarthestCell); }
@@ -75,7 +75,7 @@ void Rasteriser::AccumulateBand(std::int32_t top, std::int32_t bottom) {
 // `cover`: how high the edge is in the cell; `share`: how much of the cell, on average, lies to the left of the edge.
 inline void Rasteriser::AddToCell(std::size_t row, std::int32_t x, std::int32_t cover, double share) {
   if (cover == 0) return;
-  const auto outside = static_cast<std::int32_t>(cover * share + Half);
+  const auto outside = static_cast<std::int32_t>(cover * share + CellHalf);
   const auto column = static_cast<std::size_t>(x - window.left);
   Add(row, column, direction * (cover - outside));
   if (outside != 0) Add(row, column + 1, direction * outside);
@@ -95,7 +95,7 @@ void Rasteriser::Accumulate(const Edge& edge, std::int32_t top, std::int32_t bot
   for (std::int32_t row = firstRow; row < lastRow; ++row) {
     const double nextY = std::min<double>(edge.y1, row + 1);
     const double nextX = edge.y1 <= row + 1 ? edge.x1 : xAt(nextY);
-    const auto quantised = [row](double value) { return static_cast<std::int32_t>((value - row) * One + Half); };
+    const auto quantised = [row](double value) { return static_cast<std::int32_t>((value - row) * One + CellHalf); };
     const std::int32_t from = quantised(y);
     const std::int32_t to = quantised(nextY);
     const std::int32_t cell = Floor(x);
@@ -127,7 +127,7 @@ void Rasteriser::AccumulateRow(Point a, Point b, double rise, std::int32_t qa, s
   const bool isRightward = a.x < b.x;
   const auto heightAt = [&](double x) {
     const double steps = (a.y + (x - a.x) * rise - y) * One;
-    return static_cast<std::int32_t>(std::clamp<double>(steps, qa, qb) + Half);
+    return static_cast<std::int32_t>(std::clamp<double>(steps, qa, qb) + CellHalf);
   };
   std::int32_t cell = firstCell;
   double from = left;

@@ -7,7 +7,7 @@
 namespace kw {
 namespace {
 
-constexpr std::int32_t RowsAhead = 3;
+constexpr std::int32_t PrefetchRows = 3;
 
 // Paints what was added to the rasteriser in a colour as the look shows it.
 void Paint(const FrameBuffer& target, Rasteriser& rasteriser, Colour colour, const PictureLook& look) {
@@ -15,7 +15,7 @@ void Paint(const FrameBuffer& target, Rasteriser& rasteriser, Colour colour, con
   rasteriser.Sweep([&](std::int32_t y, std::int32_t left, std::int32_t right, int coverage) {
     const auto row = target.Row(y, left, right);
     // Edges run on downward: their pixels there are fetched while these are mixed.
-    if (y + RowsAhead < target.area.bottom) __builtin_prefetch(row.data() + RowsAhead * target.stride, 1);
+    if (y + PrefetchRows < target.area.bottom) __builtin_prefetch(row.data() + PrefetchRows * target.stride, 1);
     if (coverage == 255) {
       std::ranges::fill(row, pixel);
     } else {
