@@ -36,3 +36,5 @@ if(WIN32)
     add_link_options(-Wl,--kill-at -Wl,--enable-stdcall-fixup)
   endif()
 endif()
+
+include(KwHardening)
