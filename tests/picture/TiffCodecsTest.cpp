@@ -166,8 +166,8 @@ Bytes SmallJbigFile() {
                                                                 {TIFFTAG_STRIPBYTECOUNTS, 37}}};
   Bytes file{'I', 'I', 42, 0, 8, 0, 0, 0, Entries, 0};
   for (const auto& [tag, value] : tags) {
-    for (const std::uint16_t word : {tag, std::uint16_t{TIFF_SHORT}, std::uint16_t{1}, std::uint16_t{0}, value,
-                                     std::uint16_t{0}}) {
+    for (const std::uint16_t word :
+         {tag, std::uint16_t{TIFF_SHORT}, std::uint16_t{1}, std::uint16_t{0}, value, std::uint16_t{0}}) {
       file.insert(file.end(), {static_cast<std::uint8_t>(word % 256), static_cast<std::uint8_t>(word / 256)});
     }
   }
