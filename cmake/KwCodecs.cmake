@@ -3,7 +3,7 @@
 add_library(kw_codecs INTERFACE)
 if(WIN32)
   set(KW_DEPS "${CMAKE_SOURCE_DIR}/build/deps/${KW_TARGET}" CACHE PATH "Static codec libraries for the Windows target")
-  foreach(library IN ITEMS tiff jbig jpeg lerc lzma webp z zstd gif)  # in link order: tiff needs those before gif
+  foreach(library IN ITEMS tiff jpeg lerc lzma webp z zstd gif)  # in link order: tiff needs those before gif
     if(NOT EXISTS "${KW_DEPS}/lib/lib${library}.a")
       message(FATAL_ERROR "${KW_DEPS}/lib/lib${library}.a is missing: run ./kw setup")
     endif()

@@ -44,3 +44,5 @@ if(WIN32)
     add_link_options(-Wl,--kill-at -Wl,--enable-stdcall-fixup)
   endif()
 endif()
+
+include(KwHardening)

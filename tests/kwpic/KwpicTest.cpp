@@ -1,3 +1,6 @@
+#include <map>
+#include <sstream>
+
 #include "data/TestData.h"
 #include "kwpic/Program.h"
 #include "picture/KWPicEd.h"
@@ -154,7 +157,30 @@ TEST_F(Kwpic, HelpAndVersionAreAnswers) {
     EXPECT_NE("", Output({command, "--help"}));
   }
   EXPECT_NE(std::string::npos, Output({"apply", "Rotate", "--help"}).find("-360 to 360 (default 90)"));
-  EXPECT_EQ("kwpic " KW_VERSION "\n", Output({"--version"}));
+}
+
+TEST_F(Kwpic, VersionTellsThoseOfTheLibraries) {
+  std::istringstream output(Output({"--version"}));
+  std::string line;
+  std::getline(output, line);
+  EXPECT_EQ("kwpic " KW_VERSION, line);
+  std::map<std::string, std::string> versions;
+  std::string name;
+  std::string version;
+  while (output >> name >> version) versions[name] = version;
+  std::vector<std::string> names{"giflib", "highway", "libjpeg-turbo", "tiff", "zlib"};
+#ifdef _WIN32
+  // All of them are inside the program there.
+  names = {"giflib", "highway", "lerc", "libjpeg-turbo", "libwebp", "libzstd", "tiff", "xz-utils", "zlib"};
+#endif
+  for (const std::string& each : names) {
+    EXPECT_NE(std::string::npos, versions[each].find('.')) << each << " has the version '" << versions[each] << "'";
+  }
+  EXPECT_EQ(names.size(), versions.size());
+  // The library of this program is the one that kwpic has.
+  const std::string report = TIFFGetVersion();
+  const std::string number = report.substr(0, report.find('\n')).substr(report.find("Version ") + 8);
+  EXPECT_EQ(0U, versions["tiff"].find(number)) << versions["tiff"] << " is not " << number;
 }
 
 TEST_F(Kwpic, NamesInAnyScriptAndWithBlanks) {

@@ -8,6 +8,7 @@
 #include <CLI/CLI.hpp>
 
 #include "Describe.h"
+#include "Libraries.h"
 
 namespace kw {
 namespace {
@@ -59,7 +60,7 @@ public:
     app.require_subcommand(1);
     // A path may begin with a slash on Windows, too.
     app.allow_windows_style_options(false);
-    app.set_version_flag("--version", "kwpic " KW_VERSION);
+    app.set_version_flag("--version", "kwpic " KW_VERSION "\n" + Libraries());
     AddFileCommands();
     AddConvert();
     AddApply();
@@ -77,7 +78,7 @@ public:
     } catch (const CLI::CallForAllHelp&) {
       Write(app.help("", CLI::AppFormatMode::All));
     } catch (const CLI::CallForVersion& version) {
-      Write(std::string(version.what()) + "\n");
+      Write(version.what());
     } catch (const CLI::ParseError& error) {
       throw UsageError{OneLine(error.what())};
     }

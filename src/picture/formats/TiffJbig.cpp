@@ -41,6 +41,7 @@ bool Fits(std::span<const std::uint8_t> code, std::uint64_t room) {
 }  // namespace
 
 void RequireJbigFits(const TiffHandle& tiff, std::uint64_t fileSize) {
+  if (TIFFIsCODECConfigured(COMPRESSION_JBIG) != 1) RaiseUnreadable("This kind of TIFF is not supported: JBIG pixels.");
   TIFF* const codec = tiff.Get();
   const bool tiled = TIFFIsTiled(codec) != 0;
   const tmsize_t room = tiled ? TIFFTileSize(codec) : TIFFStripSize(codec);

@@ -1,0 +1,7 @@
+#include "Libraries.h"
+
+namespace kw {
+
+std::string Libraries() { return KW_LIBRARIES; }
+
+}  // namespace kw
