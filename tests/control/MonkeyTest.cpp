@@ -185,7 +185,7 @@ public:
 };
 
 TEST_F(Monkey, NothingItDoesBreaksTheEditor) {
-  const long eventCount = NumberFrom("KW_MONKEY_EVENTS", Amount(20000L, 4000L));
+  const long eventCount = NumberFrom("KW_MONKEY_EVENTS", Amount(20000L, 12000L));
   const auto seed = static_cast<unsigned>(NumberFrom("KW_MONKEY_SEED", 20261121));
   std::cout << "seed " << seed << ", " << eventCount << " events\n";
   random.seed(seed);

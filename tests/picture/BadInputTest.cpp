@@ -353,7 +353,7 @@ TEST_F(BadInput, FileWithAnyByteChangedDoesNotBreakAnything) {
             FormatOfContent({stream.bytes.data(), std::min<std::size_t>(stream.bytes.size(), RecognisedBytes)});
         if (format == nullptr) continue;
         try {
-          const auto source = format->open(stream, {std::uint64_t{1} << 20U});
+          const auto source = format->open(stream, {std::uint64_t{1} << 18U});
           source->StoredBitsPerPixel(stream, 1);
           for (std::int32_t page = 1; page <= source->PageCount(); ++page) {
             std::string warning;
