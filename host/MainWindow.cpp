@@ -145,7 +145,7 @@ void MainWindow::ChooseFile() {
   dialog.lpstrFile = path.data();
   dialog.nMaxFile = static_cast<DWORD>(path.size());
   dialog.Flags = OFN_FILEMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
-  if (GetOpenFileNameW(&dialog) != FALSE) Open(path.c_str());
+  if (GetOpenFileNameW(&dialog) != FALSE) Open(path.data());
 }
 
 void MainWindow::Open(const std::wstring& path) {
