@@ -177,8 +177,8 @@ STDMETHODIMP StrictContainer::GetTypeInfoCount(UINT* count) {
   return S_OK;
 }
 
-STDMETHODIMP StrictContainer::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS*, VARIANT* result, EXCEPINFO*,
-                                     UINT*) {
+STDMETHODIMP StrictContainer::Invoke(DISPID id, REFIID, LCID /*locale*/, WORD flags, DISPPARAMS* /*parameters*/,
+                                     VARIANT* result, EXCEPINFO* /*exception*/, UINT* /*badArgument*/) {
   EXPECT_EQ(flags, DISPATCH_PROPERTYGET);
   if (id != DISPID_AMBIENT_UIDEAD) return DISP_E_MEMBERNOTFOUND;
   V_VT(result) = VT_BOOL;
