@@ -5,10 +5,9 @@
 
 namespace kw::test {
 
-StrictContainer::StrictContainer() {
-  window = CreateWindowExW(0, L"Static", L"Strict container", WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0, 700, 500,
-                           nullptr, nullptr, nullptr, nullptr);
-}
+StrictContainer::StrictContainer()
+    : window(CreateWindowExW(0, L"Static", L"Strict container", WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0, 700, 500,
+                             nullptr, nullptr, nullptr, nullptr)) {}
 
 StrictContainer::~StrictContainer() {
   // A test that was given up midway must not take the others with it: the control would call a container that is gone.

@@ -110,7 +110,7 @@ private:
   ULONG references = 1;
   State state = State::Loaded;
   int modelessOff = 0;
-  HWND window = nullptr;
+  HWND window;
   Microsoft::WRL::ComPtr<IOleObject> control;
   Microsoft::WRL::ComPtr<IOleInPlaceActiveObject> active;
 };
