@@ -143,7 +143,7 @@ STDMETHODIMP StrictContainer::OnInPlaceDeactivate() {
   return S_OK;
 }
 
-STDMETHODIMP StrictContainer::TranslateAccelerator(MSG*, DWORD modifiers) {
+STDMETHODIMP StrictContainer::TranslateAccelerator(MSG* /*message*/, DWORD modifiers) {
   calls.push_back("TranslateAccelerator " + std::to_string(modifiers));
   return S_FALSE;
 }
@@ -158,7 +158,7 @@ STDMETHODIMP StrictContainer::SetBorderSpace(LPCBORDERWIDTHS widths) {
   return S_OK;
 }
 
-STDMETHODIMP StrictContainer::SetActiveObject(IOleInPlaceActiveObject* object, LPCOLESTR) {
+STDMETHODIMP StrictContainer::SetActiveObject(IOleInPlaceActiveObject* object, LPCOLESTR /*name*/) {
   calls.emplace_back(object != nullptr ? "SetActiveObject" : "SetActiveObject(null)");
   active = object;
   return S_OK;
