@@ -7,9 +7,3 @@ add_compile_options(
   "$<$<COMPILE_LANGUAGE:CXX>:-Wimplicit-fallthrough;-Wformat=2;-Wextra-semi>"
   "$<$<COMPILE_LANG_AND_ID:CXX,GNU>:-Wshadow=local;-Wno-restrict;-Wdouble-promotion>"
   "$<$<COMPILE_LANG_AND_ID:CXX,Clang>:-Wshadow>")
-
-option(KW_TIDY "Check every file with clang-tidy while it is compiled" OFF)
-if(KW_TIDY)
-  find_program(KW_CLANG_TIDY clang-tidy REQUIRED)
-  set(CMAKE_CXX_CLANG_TIDY "${KW_CLANG_TIDY};--quiet")
-endif()

@@ -55,7 +55,7 @@ STDMETHODIMP ControlFrame::GetWindow(HWND* window) {
   return S_OK;
 }
 
-STDMETHODIMP ControlFrame::SetActiveObject(IOleInPlaceActiveObject* object, LPCOLESTR) {
+STDMETHODIMP ControlFrame::SetActiveObject(IOleInPlaceActiveObject* object, LPCOLESTR /*name*/) {
   active = object;
   return S_OK;
 }
@@ -69,7 +69,9 @@ STDMETHODIMP ControlSite::QueryInterface(REFIID iid, void** object) {
   return ComObject::QueryInterface(iid == IID_IOleWindow ? IID_IOleInPlaceSite : iid, object);
 }
 
-STDMETHODIMP ControlSite::GetMoniker(DWORD, DWORD, IMoniker** moniker) { return NoObject(moniker, E_NOTIMPL); }
+STDMETHODIMP ControlSite::GetMoniker(DWORD /*assign*/, DWORD /*which*/, IMoniker** moniker) {
+  return NoObject(moniker, E_NOTIMPL);
+}
 STDMETHODIMP ControlSite::GetContainer(IOleContainer** object) { return NoObject(object, E_NOINTERFACE); }
 STDMETHODIMP ControlSite::GetExtendedControl(IDispatch** extended) { return NoObject(extended, E_NOTIMPL); }
 
@@ -90,7 +92,7 @@ STDMETHODIMP ControlSite::GetWindowContext(IOleInPlaceFrame** windowFrame, IOleI
   return S_OK;
 }
 
-STDMETHODIMP ControlSite::TranslateAccelerator(MSG* message, DWORD) {
+STDMETHODIMP ControlSite::TranslateAccelerator(MSG* message, DWORD /*modifiers*/) {
   if (message == nullptr) return E_POINTER;
   if (message->message != WM_KEYDOWN || message->wParam != VK_TAB || GetKeyState(VK_CONTROL) < 0) return S_FALSE;
   container.LeaveControl(GetKeyState(VK_SHIFT) < 0);
@@ -104,7 +106,8 @@ STDMETHODIMP ControlSite::GetTypeInfoCount(UINT* count) {
 }
 
 // The ambient properties.
-STDMETHODIMP ControlSite::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS*, VARIANT* result, EXCEPINFO*, UINT*) {
+STDMETHODIMP ControlSite::Invoke(DISPID id, REFIID, LCID /*locale*/, WORD flags, DISPPARAMS* /*parameters*/,
+                                 VARIANT* result, EXCEPINFO* /*exception*/, UINT* /*badArgument*/) {
   if ((flags & DISPATCH_PROPERTYGET) == 0) return DISP_E_MEMBERNOTFOUND;
   if (result == nullptr) return E_POINTER;
   VariantInit(result);

@@ -19,19 +19,19 @@ public:
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
 
   STDMETHODIMP GetWindow(HWND* window) override;
-  STDMETHODIMP ContextSensitiveHelp(BOOL) override { return E_NOTIMPL; }
+  STDMETHODIMP ContextSensitiveHelp(BOOL /*enter*/) override { return E_NOTIMPL; }
 
-  STDMETHODIMP GetBorder(RECT*) override { return INPLACE_E_NOTOOLSPACE; }
-  STDMETHODIMP RequestBorderSpace(LPCBORDERWIDTHS) override { return INPLACE_E_NOTOOLSPACE; }
-  STDMETHODIMP SetBorderSpace(LPCBORDERWIDTHS) override { return S_OK; }
+  STDMETHODIMP GetBorder(RECT* /*border*/) override { return INPLACE_E_NOTOOLSPACE; }
+  STDMETHODIMP RequestBorderSpace(LPCBORDERWIDTHS /*widths*/) override { return INPLACE_E_NOTOOLSPACE; }
+  STDMETHODIMP SetBorderSpace(LPCBORDERWIDTHS /*widths*/) override { return S_OK; }
   STDMETHODIMP SetActiveObject(IOleInPlaceActiveObject* object, LPCOLESTR name) override;
 
-  STDMETHODIMP InsertMenus(HMENU, LPOLEMENUGROUPWIDTHS) override { return E_NOTIMPL; }
-  STDMETHODIMP SetMenu(HMENU, HOLEMENU, HWND) override { return S_OK; }
-  STDMETHODIMP RemoveMenus(HMENU) override { return E_NOTIMPL; }
-  STDMETHODIMP SetStatusText(LPCOLESTR) override { return E_NOTIMPL; }
+  STDMETHODIMP InsertMenus(HMENU /*menu*/, LPOLEMENUGROUPWIDTHS /*widths*/) override { return E_NOTIMPL; }
+  STDMETHODIMP SetMenu(HMENU /*menu*/, HOLEMENU /*oleMenu*/, HWND /*active*/) override { return S_OK; }
+  STDMETHODIMP RemoveMenus(HMENU /*menu*/) override { return E_NOTIMPL; }
+  STDMETHODIMP SetStatusText(LPCOLESTR /*text*/) override { return E_NOTIMPL; }
   STDMETHODIMP EnableModeless(BOOL enable) override;
-  STDMETHODIMP TranslateAccelerator(LPMSG, WORD) override { return S_FALSE; }
+  STDMETHODIMP TranslateAccelerator(LPMSG /*message*/, WORD /*command*/) override { return S_FALSE; }
 
 private:
   Container& container;
@@ -46,37 +46,42 @@ public:
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
 
   STDMETHODIMP SaveObject() override { return E_NOTIMPL; }
-  STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker** moniker) override;
+  STDMETHODIMP GetMoniker(DWORD /*assign*/, DWORD /*which*/, IMoniker** moniker) override;
   STDMETHODIMP GetContainer(IOleContainer** object) override;
   STDMETHODIMP ShowObject() override { return S_OK; }
-  STDMETHODIMP OnShowWindow(BOOL) override { return S_OK; }
+  STDMETHODIMP OnShowWindow(BOOL /*show*/) override { return S_OK; }
   STDMETHODIMP RequestNewObjectLayout() override { return E_NOTIMPL; }
 
   STDMETHODIMP GetWindow(HWND* window) override;
-  STDMETHODIMP ContextSensitiveHelp(BOOL) override { return E_NOTIMPL; }
+  STDMETHODIMP ContextSensitiveHelp(BOOL /*enter*/) override { return E_NOTIMPL; }
   STDMETHODIMP CanInPlaceActivate() override { return S_OK; }
   STDMETHODIMP OnInPlaceActivate() override { return S_OK; }
   STDMETHODIMP OnUIActivate() override { return S_OK; }
   STDMETHODIMP GetWindowContext(IOleInPlaceFrame** windowFrame, IOleInPlaceUIWindow** document, LPRECT position,
                                 LPRECT clip, LPOLEINPLACEFRAMEINFO info) override;
-  STDMETHODIMP Scroll(SIZE) override { return E_NOTIMPL; }
-  STDMETHODIMP OnUIDeactivate(BOOL) override { return S_OK; }
+  STDMETHODIMP Scroll(SIZE /*extent*/) override { return E_NOTIMPL; }
+  STDMETHODIMP OnUIDeactivate(BOOL /*undoable*/) override { return S_OK; }
   STDMETHODIMP OnInPlaceDeactivate() override { return S_OK; }
   STDMETHODIMP DiscardUndoState() override { return S_OK; }
   STDMETHODIMP DeactivateAndUndo() override { return E_NOTIMPL; }
-  STDMETHODIMP OnPosRectChange(LPCRECT) override { return S_OK; }  // the window alone decides where the control is
+  // The window alone decides where the control is.
+  STDMETHODIMP OnPosRectChange(LPCRECT /*position*/) override { return S_OK; }
 
   STDMETHODIMP OnControlInfoChanged() override { return S_OK; }
-  STDMETHODIMP LockInPlaceActive(BOOL) override { return E_NOTIMPL; }
+  STDMETHODIMP LockInPlaceActive(BOOL /*lock*/) override { return E_NOTIMPL; }
   STDMETHODIMP GetExtendedControl(IDispatch** extended) override;
-  STDMETHODIMP TransformCoords(POINTL*, POINTF*, DWORD) override { return E_NOTIMPL; }
+  STDMETHODIMP TransformCoords(POINTL* /*himetric*/, POINTF* /*container*/, DWORD /*flags*/) override {
+    return E_NOTIMPL;
+  }
   STDMETHODIMP TranslateAccelerator(MSG* message, DWORD modifiers) override;
-  STDMETHODIMP OnFocus(BOOL) override { return S_OK; }
+  STDMETHODIMP OnFocus(BOOL /*focused*/) override { return S_OK; }
   STDMETHODIMP ShowPropertyFrame() override { return E_NOTIMPL; }
 
   STDMETHODIMP GetTypeInfoCount(UINT* count) override;
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetTypeInfo(UINT /*index*/, LCID /*locale*/, ITypeInfo** /*info*/) override { return E_NOTIMPL; }
+  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* /*names*/, UINT /*count*/, LCID /*locale*/, DISPID* /*ids*/) override {
+    return E_NOTIMPL;
+  }
   STDMETHODIMP Invoke(DISPID id, REFIID iid, LCID locale, WORD flags, DISPPARAMS* arguments, VARIANT* result,
                       EXCEPINFO* exception, UINT* badArgument) override;
 

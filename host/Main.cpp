@@ -11,7 +11,12 @@
 
 namespace {
 
-using namespace kw::host;
+using kw::host::CommandLine;
+using kw::host::ControlError;
+using kw::host::MainWindow;
+using kw::host::ParseCommandLine;
+using kw::host::Usage;
+using kw::host::UsageError;
 
 struct Ole {
   Ole() { OleInitialize(nullptr); }
@@ -43,7 +48,7 @@ int Complain(const std::wstring& message, int exitCode) {
 
 }  // namespace
 
-int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int show) {
+int WINAPI wWinMain(HINSTANCE instance, HINSTANCE /*previous*/, PWSTR /*arguments*/, int showCmd) {
   try {
     CommandLine line = ParseCommandLine(Arguments());
     if (line.appDir.empty()) line.appDir = DefaultAppDir();
@@ -51,7 +56,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE, PWSTR, int show) {
     SetCurrentDirectoryW(line.appDir.c_str());
     const Ole ole;
     MainWindow window(instance);
-    window.Start(line, show);
+    window.Start(line, showCmd);
     return window.Run();
   } catch (const UsageError& error) {
     return Complain(error.message + L"\n\n" + Usage, 2);

@@ -3,6 +3,7 @@
 #include <commdlg.h>
 
 #include <algorithm>
+#include <cwchar>
 #include <utility>
 
 #include "Resource.h"
@@ -145,7 +146,9 @@ void MainWindow::ChooseFile() {
   dialog.lpstrFile = path.data();
   dialog.nMaxFile = static_cast<DWORD>(path.size());
   dialog.Flags = OFN_FILEMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
-  if (GetOpenFileNameW(&dialog) != FALSE) Open(path.c_str());
+  if (GetOpenFileNameW(&dialog) == FALSE) return;
+  path.resize(std::wcslen(path.c_str()));
+  Open(path);
 }
 
 void MainWindow::Open(const std::wstring& path) {

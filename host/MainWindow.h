@@ -35,7 +35,7 @@ private:
   void EventRaised(const std::wstring& event) override { events->Add(event); }
   void PropertyChanged() override;
 
-  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  static LRESULT CALLBACK Procedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam);
   void OnActivate(bool isActive);
   void OnCommand(int command);

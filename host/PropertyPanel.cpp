@@ -57,12 +57,16 @@ PropertyPanel::PropertyPanel(HWND parent, IDispatch& described, const std::vecto
   RegisterClassW(&windowClass);
   panel = AddChild(parent, PanelClassName, {}, WS_CLIPCHILDREN, WS_EX_CONTROLPARENT, 0);
   SetWindowLongPtrW(panel, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-  tips = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0,
-                         panel, nullptr, Instance(), nullptr);
+  CreateTips();
   for (const bool switches : {true, false})
     for (const Property& property : properties)
       if ((property.type == VT_BOOL) == switches) AddRow(property);
   hint = AddChild(panel, WC_STATICW, L"Enter sets a field, Escape restores it.", SS_NOPREFIX, 0, 0);
+}
+
+void PropertyPanel::CreateTips() {
+  tips = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, 0, 0, 0, 0,
+                         panel, nullptr, Instance(), nullptr);
 }
 
 void PropertyPanel::AddRow(const Property& property) {

@@ -45,6 +45,7 @@ private:
 
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 
+  void CreateTips();
   void AddRow(const Property& property);
   void AddTip(const Row& row);
   LRESULT OnCommand(int id, int notification);

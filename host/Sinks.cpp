@@ -16,13 +16,14 @@ STDMETHODIMP EventSink::GetTypeInfoCount(UINT* count) {
   return S_OK;
 }
 
-STDMETHODIMP EventSink::Invoke(DISPID event, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*, UINT*) {
+STDMETHODIMP EventSink::Invoke(DISPID event, REFIID, LCID /*locale*/, WORD /*flags*/, DISPPARAMS* arguments,
+                               VARIANT* /*result*/, EXCEPINFO* /*exception*/, UINT* /*badArgument*/) {
   if (arguments == nullptr) return E_POINTER;
   container.EventRaised(EventText(*info.Get(), event, *arguments));
   return S_OK;
 }
 
-STDMETHODIMP PropertySink::OnChanged(DISPID) {
+STDMETHODIMP PropertySink::OnChanged(DISPID /*id*/) {
   container.PropertyChanged();
   return S_OK;
 }

@@ -16,8 +16,10 @@ public:
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
   STDMETHODIMP GetTypeInfoCount(UINT* count) override;
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetTypeInfo(UINT /*index*/, LCID /*locale*/, ITypeInfo** /*info*/) override { return E_NOTIMPL; }
+  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* /*names*/, UINT /*count*/, LCID /*locale*/, DISPID* /*ids*/) override {
+    return E_NOTIMPL;
+  }
   STDMETHODIMP Invoke(DISPID event, REFIID iid, LCID locale, WORD flags, DISPPARAMS* arguments, VARIANT* result,
                       EXCEPINFO* exception, UINT* badArgument) override;
 
@@ -33,7 +35,7 @@ public:
   explicit PropertySink(Container& owner) : container(owner) {}
 
   STDMETHODIMP OnChanged(DISPID property) override;
-  STDMETHODIMP OnRequestEdit(DISPID) override { return S_OK; }  // any change is welcome
+  STDMETHODIMP OnRequestEdit(DISPID /*id*/) override { return S_OK; }  // any change is welcome
 
 private:
   Container& container;

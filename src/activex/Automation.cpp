@@ -51,7 +51,7 @@ STDMETHODIMP Automation::GetTypeInfoCount(UINT* count) {
   return S_OK;
 }
 
-STDMETHODIMP Automation::GetTypeInfo(UINT index, LCID, ITypeInfo** info) {
+STDMETHODIMP Automation::GetTypeInfo(UINT index, LCID /*locale*/, ITypeInfo** info) {
   return AtEdge(core.Life(), [&] {
     if (info == nullptr) return E_POINTER;
     *info = nullptr;
@@ -62,7 +62,7 @@ STDMETHODIMP Automation::GetTypeInfo(UINT index, LCID, ITypeInfo** info) {
   });
 }
 
-STDMETHODIMP Automation::GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID, DISPID* ids) {
+STDMETHODIMP Automation::GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID /*locale*/, DISPID* ids) {
   return AtEdge(core.Life(), [&] {
     if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
     if (names == nullptr || ids == nullptr) return E_POINTER;
@@ -72,8 +72,8 @@ STDMETHODIMP Automation::GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, 
   });
 }
 
-STDMETHODIMP Automation::Invoke(DISPID id, REFIID iid, LCID, WORD flags, DISPPARAMS* parameters, VARIANT* result,
-                                EXCEPINFO* exception, UINT* badArgument) {
+STDMETHODIMP Automation::Invoke(DISPID id, REFIID iid, LCID /*locale*/, WORD flags, DISPPARAMS* parameters,
+                                VARIANT* result, EXCEPINFO* exception, UINT* badArgument) {
   return AtEdge(core.Life(), [&] {
     if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
     if (parameters == nullptr) return E_POINTER;

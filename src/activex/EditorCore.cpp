@@ -18,7 +18,7 @@ EditorCore::EditorCore(IUnknown& controlling)
   });
   editor.UserControl_Initialize();
   extent = FormToHimetric(FormSize());
-  dirty = false;
+  SetDirty(false);
 }
 
 EditorCore::~EditorCore() {

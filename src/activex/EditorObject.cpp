@@ -81,6 +81,7 @@ IUnknown* EditorObject::Families::Find(REFIID iid) {
 }
 
 EditorObject::EditorObject(IUnknown* controlling) {
+  // NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer): null for who asks while the families are being made
   families = new Families(controlling == nullptr ? *this : *controlling);
   if (controlling == nullptr) families->Life().CountIsOwn();
   Module::Lock();

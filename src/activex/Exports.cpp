@@ -12,7 +12,7 @@
 using kw::activex::ClassFactory;
 namespace Module = kw::activex::Module;
 
-extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID) {
+extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID /*reserved*/) {
   if (reason == DLL_PROCESS_ATTACH) Module::SetInstance(instance);
   return TRUE;
 }

@@ -21,8 +21,8 @@ SIZE SizeOf(const RECT& rectangle) { return {rectangle.right - rectangle.left, r
 
 HWND InPlaceActivation::Window() const { return pane == nullptr ? nullptr : pane->Handle(); }
 
-LRESULT CALLBACK InPlaceActivation::PaneProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
-                                                  DWORD_PTR self) {
+LRESULT CALLBACK InPlaceActivation::PaneProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                                  UINT_PTR /*id*/, DWORD_PTR self) {
   auto& activation = *reinterpret_cast<InPlaceActivation*>(self);
   if (message == WM_MOUSEACTIVATE) {
     // A click anywhere in the control, its children included, makes it the active object of its container.

@@ -21,7 +21,7 @@ STDMETHODIMP InPlaceObject::GetWindow(HWND* window) {
   return *window == nullptr ? E_FAIL : S_OK;
 }
 
-STDMETHODIMP InPlaceObject::ContextSensitiveHelp(BOOL) { return E_NOTIMPL; }
+STDMETHODIMP InPlaceObject::ContextSensitiveHelp(BOOL /*enter*/) { return E_NOTIMPL; }
 
 STDMETHODIMP InPlaceObject::InPlaceDeactivate() {
   return AtEdge(core.Life(), [&] { return core.Activation().Deactivate(); });
@@ -50,12 +50,14 @@ STDMETHODIMP InPlaceObject::TranslateAccelerator(LPMSG message) {
   });
 }
 
-STDMETHODIMP InPlaceObject::OnFrameWindowActivate(BOOL) { return S_OK; }
-STDMETHODIMP InPlaceObject::OnDocWindowActivate(BOOL) { return S_OK; }
+STDMETHODIMP InPlaceObject::OnFrameWindowActivate(BOOL /*activate*/) { return S_OK; }
+STDMETHODIMP InPlaceObject::OnDocWindowActivate(BOOL /*activate*/) { return S_OK; }
 
 // The control takes no space of its container's borders.
-STDMETHODIMP InPlaceObject::ResizeBorder(LPCRECT, IOleInPlaceUIWindow*, BOOL) { return S_OK; }
+STDMETHODIMP InPlaceObject::ResizeBorder(LPCRECT /*border*/, IOleInPlaceUIWindow* /*window*/, BOOL /*frame*/) {
+  return S_OK;
+}
 
-STDMETHODIMP InPlaceObject::EnableModeless(BOOL) { return S_OK; }
+STDMETHODIMP InPlaceObject::EnableModeless(BOOL /*enable*/) { return S_OK; }
 
 }  // namespace kw::activex

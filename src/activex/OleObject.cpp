@@ -31,7 +31,7 @@ STDMETHODIMP OleObject::GetClientSite(IOleClientSite** site) {
 }
 
 // The control shows neither name.
-STDMETHODIMP OleObject::SetHostNames(LPCOLESTR, LPCOLESTR) { return S_OK; }
+STDMETHODIMP OleObject::SetHostNames(LPCOLESTR /*application*/, LPCOLESTR /*document*/) { return S_OK; }
 
 STDMETHODIMP OleObject::Close(DWORD saveOption) {
   return AtEdge(core.Life(), [&] {
@@ -43,7 +43,7 @@ STDMETHODIMP OleObject::Close(DWORD saveOption) {
   });
 }
 
-STDMETHODIMP OleObject::SetMoniker(DWORD, IMoniker*) { return E_NOTIMPL; }
+STDMETHODIMP OleObject::SetMoniker(DWORD /*which*/, IMoniker* /*moniker*/) { return E_NOTIMPL; }
 
 STDMETHODIMP OleObject::GetMoniker(DWORD assign, DWORD which, IMoniker** moniker) {
   return AtEdge(core.Life(), [&] {
@@ -54,15 +54,16 @@ STDMETHODIMP OleObject::GetMoniker(DWORD assign, DWORD which, IMoniker** moniker
   });
 }
 
-STDMETHODIMP OleObject::InitFromData(IDataObject*, BOOL, DWORD) { return E_NOTIMPL; }
+STDMETHODIMP OleObject::InitFromData(IDataObject* /*data*/, BOOL /*creation*/, DWORD /*reserved*/) { return E_NOTIMPL; }
 
-STDMETHODIMP OleObject::GetClipboardData(DWORD, IDataObject** data) {
+STDMETHODIMP OleObject::GetClipboardData(DWORD /*reserved*/, IDataObject** data) {
   if (data == nullptr) return E_POINTER;
   *data = nullptr;
   return E_NOTIMPL;
 }
 
-STDMETHODIMP OleObject::DoVerb(LONG verb, LPMSG, IOleClientSite* site, LONG, HWND, LPCRECT) {
+STDMETHODIMP OleObject::DoVerb(LONG verb, LPMSG /*message*/, IOleClientSite* site, LONG /*index*/, HWND /*parent*/,
+                               LPCRECT /*position*/) {
   return AtEdge(core.Life(), [&] {
     InPlaceActivation& activation = core.Activation();
     switch (verb) {
@@ -99,7 +100,7 @@ STDMETHODIMP OleObject::GetUserClassID(CLSID* classId) {
   return S_OK;
 }
 
-STDMETHODIMP OleObject::GetUserType(DWORD, LPOLESTR* type) {
+STDMETHODIMP OleObject::GetUserType(DWORD /*form*/, LPOLESTR* type) {
   if (type == nullptr) return E_POINTER;
   *type = static_cast<LPOLESTR>(CoTaskMemAlloc(sizeof UserTypeName));
   if (*type == nullptr) return E_OUTOFMEMORY;
@@ -156,7 +157,7 @@ STDMETHODIMP OleObject::GetMiscStatus(DWORD aspect, DWORD* status) {
   return S_OK;
 }
 
-STDMETHODIMP OleObject::SetColorScheme(LOGPALETTE*) { return E_NOTIMPL; }
+STDMETHODIMP OleObject::SetColorScheme(LOGPALETTE* /*palette*/) { return E_NOTIMPL; }
 
 STDMETHODIMP OleObject::GetControlInfo(CONTROLINFO* info) {
   if (info == nullptr) return E_POINTER;
@@ -165,7 +166,7 @@ STDMETHODIMP OleObject::GetControlInfo(CONTROLINFO* info) {
   return S_OK;
 }
 
-STDMETHODIMP OleObject::OnMnemonic(MSG*) { return S_OK; }
+STDMETHODIMP OleObject::OnMnemonic(MSG* /*message*/) { return S_OK; }
 
 STDMETHODIMP OleObject::OnAmbientPropertyChange(DISPID property) {
   return AtEdge(core.Life(), [&] {

@@ -94,7 +94,7 @@ STDMETHODIMP Persistence::Load(IStorage* storage) {
   });
 }
 
-STDMETHODIMP Persistence::Save(IStorage* storage, BOOL) {
+STDMETHODIMP Persistence::Save(IStorage* storage, BOOL /*sameAsLoad*/) {
   return AtEdge(core.Life(), [&] {
     if (storage == nullptr) return E_POINTER;
     // No storage is held between calls, so one that never was loaded from may be saved to as well.

@@ -109,7 +109,7 @@ std::string StreamBag::Encode() const {
       Put(bytes, Type::Integer);
       Put(bytes, static_cast<std::uint16_t>(*integer));
     } else {
-      const std::string& text = std::get<std::string>(value);
+      const auto& text = std::get<std::string>(value);
       Put(bytes, Type::Text);
       Put(bytes, static_cast<std::uint32_t>(text.size()));
       bytes += text;
@@ -146,11 +146,13 @@ std::string StreamBag::ReadText(const std::string& key, const std::string& defau
 }
 
 // A stream holds every property, those at their default too, so that it stays valid when a default changes.
-void StreamBag::WriteBoolean(const std::string& key, bool value, bool) { entries.emplace_back(key, value); }
-void StreamBag::WriteInteger(const std::string& key, std::int16_t value, std::int16_t) {
+void StreamBag::WriteBoolean(const std::string& key, bool value, bool /*defaultValue*/) {
   entries.emplace_back(key, value);
 }
-void StreamBag::WriteText(const std::string& key, const std::string& value, const std::string&) {
+void StreamBag::WriteInteger(const std::string& key, std::int16_t value, std::int16_t /*defaultValue*/) {
+  entries.emplace_back(key, value);
+}
+void StreamBag::WriteText(const std::string& key, const std::string& value, const std::string& /*defaultValue*/) {
   entries.emplace_back(key, value);
 }
 

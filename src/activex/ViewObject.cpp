@@ -4,8 +4,9 @@
 
 namespace kw::activex {
 
-STDMETHODIMP ViewObject::Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, HDC, HDC drawContext, LPCRECTL bounds,
-                              LPCRECTL, BOOL(STDMETHODCALLTYPE*)(ULONG_PTR), ULONG_PTR) {
+STDMETHODIMP ViewObject::Draw(DWORD aspect, LONG /*index*/, void* /*aspectInfo*/, DVTARGETDEVICE* /*targetDevice*/,
+                              HDC /*targetContext*/, HDC drawContext, LPCRECTL bounds, LPCRECTL /*windowBounds*/,
+                              BOOL(STDMETHODCALLTYPE* /*proceed*/)(ULONG_PTR), ULONG_PTR /*cookie*/) {
   return AtEdge(core.Life(), [&] {
     if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
     if (drawContext == nullptr) return E_INVALIDARG;
@@ -25,18 +26,19 @@ STDMETHODIMP ViewObject::Draw(DWORD aspect, LONG, void*, DVTARGETDEVICE*, HDC, H
 }
 
 // The control draws in true colour.
-STDMETHODIMP ViewObject::GetColorSet(DWORD, LONG, void*, DVTARGETDEVICE*, HDC, LOGPALETTE** colours) {
+STDMETHODIMP ViewObject::GetColorSet(DWORD /*aspect*/, LONG /*index*/, void* /*aspectInfo*/,
+                                     DVTARGETDEVICE* /*targetDevice*/, HDC /*targetContext*/, LOGPALETTE** colours) {
   if (colours == nullptr) return E_POINTER;
   *colours = nullptr;
   return S_FALSE;
 }
 
-STDMETHODIMP ViewObject::Freeze(DWORD, LONG, void*, DWORD* key) {
+STDMETHODIMP ViewObject::Freeze(DWORD /*aspect*/, LONG /*index*/, void* /*aspectInfo*/, DWORD* key) {
   if (key != nullptr) *key = 0;
   return E_NOTIMPL;
 }
 
-STDMETHODIMP ViewObject::Unfreeze(DWORD) { return E_NOTIMPL; }
+STDMETHODIMP ViewObject::Unfreeze(DWORD /*freeze*/) { return E_NOTIMPL; }
 
 STDMETHODIMP ViewObject::SetAdvise(DWORD aspects, DWORD flags, IAdviseSink* sink) {
   return AtEdge(core.Life(), [&] {
@@ -52,7 +54,7 @@ STDMETHODIMP ViewObject::GetAdvise(DWORD* aspects, DWORD* flags, IAdviseSink** s
   });
 }
 
-STDMETHODIMP ViewObject::GetExtent(DWORD aspect, LONG, DVTARGETDEVICE*, LPSIZEL size) {
+STDMETHODIMP ViewObject::GetExtent(DWORD aspect, LONG /*index*/, DVTARGETDEVICE* /*targetDevice*/, LPSIZEL size) {
   if (size == nullptr) return E_POINTER;
   if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
   *size = core.Extent();
@@ -73,14 +75,14 @@ STDMETHODIMP ViewObject::GetViewStatus(DWORD* status) {
   return S_OK;
 }
 
-STDMETHODIMP ViewObject::QueryHitPoint(DWORD aspect, LPCRECT bounds, POINT point, LONG, DWORD* result) {
+STDMETHODIMP ViewObject::QueryHitPoint(DWORD aspect, LPCRECT bounds, POINT point, LONG /*hint*/, DWORD* result) {
   if (bounds == nullptr || result == nullptr) return E_POINTER;
   if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
   *result = PtInRect(bounds, point) != 0 ? HITRESULT_HIT : HITRESULT_OUTSIDE;
   return S_OK;
 }
 
-STDMETHODIMP ViewObject::QueryHitRect(DWORD aspect, LPCRECT bounds, LPCRECT rectangle, LONG, DWORD* result) {
+STDMETHODIMP ViewObject::QueryHitRect(DWORD aspect, LPCRECT bounds, LPCRECT rectangle, LONG /*hint*/, DWORD* result) {
   if (bounds == nullptr || rectangle == nullptr || result == nullptr) return E_POINTER;
   if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
   RECT common = {};
@@ -89,7 +91,8 @@ STDMETHODIMP ViewObject::QueryHitRect(DWORD aspect, LPCRECT bounds, LPCRECT rect
 }
 
 // Any size suits the control: it lays itself out.
-STDMETHODIMP ViewObject::GetNaturalExtent(DWORD, LONG, DVTARGETDEVICE*, HDC, DVEXTENTINFO*, LPSIZEL size) {
+STDMETHODIMP ViewObject::GetNaturalExtent(DWORD /*aspect*/, LONG /*index*/, DVTARGETDEVICE* /*targetDevice*/,
+                                          HDC /*targetContext*/, DVEXTENTINFO* /*info*/, LPSIZEL size) {
   if (size == nullptr) return E_POINTER;
   *size = {};
   return E_NOTIMPL;

@@ -20,7 +20,7 @@ public:
       : ControlView(shared, shown, container), mouse(&shown) {}
 
   // The canvas draws it.
-  static void Draw(const Look&, const RECT&, const Control&) {}
+  static void Draw(const Look& /*look*/, const RECT& /*place*/, const Control& /*item*/) {}
 
   // A mouse event at that point of the canvas, in the models' pixels.
   void Send(const MouseEvent& event, POINT at);
@@ -28,7 +28,7 @@ public:
   void Rescale() override;
 
 private:
-  HWND Create(HWND) override { return nullptr; }
+  HWND Create(HWND /*parent*/) override { return nullptr; }
   void Show(Aspect aspect) override;
   PictureBoxView* Canvas() const;
   void ShowTyping();

@@ -16,7 +16,7 @@ void CheckBoxView::Show(Aspect aspect) {
   SendMessageW(Handle(), BM_SETCHECK, box.Value() ? BST_CHECKED : BST_UNCHECKED, 0);
 }
 
-void CheckBoxView::OnCommand(WORD notification, WORD) {
+void CheckBoxView::OnCommand(WORD notification, WORD /*id*/) {
   if (notification == BN_CLICKED) box.UserToggle();
 }
 

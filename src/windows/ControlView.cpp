@@ -5,7 +5,7 @@
 #include "windows/Guard.h"
 #include "windows/Pane.h"
 
-extern "C" IMAGE_DOS_HEADER __ImageBase;
+extern "C" IMAGE_DOS_HEADER __ImageBase;  // NOLINT(bugprone-reserved-identifier): the linker gives it this name
 
 namespace kw::windows {
 
@@ -26,7 +26,7 @@ void OwnWindowClass::Acquire() {
   description.cbSize = sizeof description;
   description.style = CS_DBLCLKS;
   description.lpfnWndProc = &Procedure;
-  description.cbWndExtra = sizeof(ControlView*);
+  description.cbWndExtra = sizeof(LONG_PTR);
   description.hInstance = Module();
   description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
   description.lpszClassName = Name;
@@ -165,10 +165,10 @@ bool ControlView::IsEffectivelyEnabled(const Control& model) {
   return true;
 }
 
-bool ControlView::WantsKey(WPARAM) const { return false; }
-void ControlView::OnCommand(WORD, WORD) {}
-LRESULT ControlView::OnNotify(NMHDR&) { return 0; }
-void ControlView::OnScroll(WORD) {}
+bool ControlView::WantsKey(WPARAM /*key*/) const { return false; }
+void ControlView::OnCommand(WORD /*notification*/, WORD /*id*/) {}
+LRESULT ControlView::OnNotify(NMHDR& /*header*/) { return 0; }
+void ControlView::OnScroll(WORD /*code*/) {}
 LRESULT ControlView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) { return Default(message, wParam, lParam); }
 
 HWND ControlView::CreateSystemWindow(HWND parent, const wchar_t* className, DWORD style, DWORD extendedStyle) {
@@ -206,7 +206,8 @@ void ControlView::FocusWent(HWND to) {
   if (to != nullptr && GetAncestor(to, GA_ROOT) == GetAncestor(window, GA_ROOT)) model->LoseFocus();
 }
 
-LRESULT CALLBACK ControlView::Subclass(HWND, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR self) {
+LRESULT CALLBACK ControlView::Subclass(HWND /*handle*/, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR /*id*/,
+                                       DWORD_PTR self) {
   return reinterpret_cast<ControlView*>(self)->Receive(message, wParam, lParam);
 }
 

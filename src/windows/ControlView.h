@@ -17,7 +17,7 @@ class Pane;
 // after everything that may have run code of the editor.
 class ControlView : public View {
 public:
-  ControlView(Pane& shared, Control& shown, ControlView* container);
+  ControlView(Pane& shared, Control& shown, ControlView* holder);
   ~ControlView() override;
 
   bool IsAttached() const { return model != nullptr; }

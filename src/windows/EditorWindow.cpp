@@ -35,13 +35,13 @@ void EditorWindow::Rescale(const Scale& scale) {
   kept->Rescale(scale);
 }
 
-void EditorWindow::Resize(const RECT& position) {
+void EditorWindow::Resize(const RECT& position) const {
   if (Handle() == nullptr) return;
   SetWindowPos(Handle(), nullptr, position.left, position.top, WidthOf(position), HeightOf(position),
                SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-void EditorWindow::Show(bool isVisible) {
+void EditorWindow::Show(bool isVisible) const {
   if (Handle() != nullptr) ShowWindow(Handle(), isVisible ? SW_SHOWNA : SW_HIDE);
 }
 

@@ -31,8 +31,8 @@ public:
   // Shows the form at another scale. Window and model keep their sizes.
   void Rescale(const Scale& scale);
   // Moves the window only; the model gets its size from the one who knows why it changes.
-  void Resize(const RECT& position);
-  void Show(bool isVisible);
+  void Resize(const RECT& position) const;
+  void Show(bool isVisible) const;
   // Destroys the window; the models live on without. Does nothing a second time.
   void Close();
 

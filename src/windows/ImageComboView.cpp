@@ -33,7 +33,7 @@ void ImageComboView::ShowPlace() {
   SetWindowPos(Handle(), nullptr, place.left, place.top, WidthOf(place),
                HeightOf(place) + ListRows * Shared().Scaling().LengthOnDevice(ComboRowHeight),
                SWP_NOZORDER | SWP_NOACTIVATE);
-  constexpr WPARAM Closed = static_cast<WPARAM>(-1);
+  constexpr auto Closed = static_cast<WPARAM>(-1);
   SendMessageW(Handle(), CB_SETITEMHEIGHT, Closed, HeightOf(place) - BorderHeight);
   CentreEdit();
 }
@@ -135,7 +135,7 @@ std::int32_t ImageComboView::Chosen() const {
   return chosen <= combo.ItemCount() ? chosen : 0;
 }
 
-void ImageComboView::OnCommand(WORD notification, WORD) {
+void ImageComboView::OnCommand(WORD notification, WORD /*id*/) {
   if (isShowing) return;
   switch (notification) {
     case CBN_SELCHANGE:

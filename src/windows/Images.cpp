@@ -130,13 +130,14 @@ HIMAGELIST MakeList(const std::vector<IconPixels>& icons, int side, SIZE cell) {
 
 // Stands for a key that has no drawing.
 IconPixels Placeholder(int side) {
-  IconPixels pixels(static_cast<std::size_t>(side) * static_cast<std::size_t>(side));
+  const auto width = static_cast<std::size_t>(side);
+  IconPixels pixels(width * width);
   constexpr std::uint32_t Outline = 0xFF9AA5B0U;
-  const int margin = side * 3 / 16;
-  for (int i = margin; i < side - margin; ++i) {
-    for (const int edge : {margin, side - margin - 1}) {
-      pixels[static_cast<std::size_t>(edge * side + i)] = Outline;
-      pixels[static_cast<std::size_t>(i * side + edge)] = Outline;
+  const std::size_t margin = width * 3 / 16;
+  for (std::size_t i = margin; i < width - margin; ++i) {
+    for (const std::size_t edge : {margin, width - margin - 1}) {
+      pixels[edge * width + i] = Outline;
+      pixels[i * width + edge] = Outline;
     }
   }
   return pixels;

@@ -11,10 +11,10 @@ class MenuView final : public ControlView {
 public:
   MenuView(Pane& shared, Menu& shown, ControlView* container) : ControlView(shared, shown, container), menu(shown) {}
 
-  static void Draw(const Look&, const RECT&, const Menu&) {}
+  static void Draw(const Look& /*look*/, const RECT& /*place*/, const Menu& /*menu*/) {}
 
 private:
-  HWND Create(HWND) override { return nullptr; }
+  HWND Create(HWND /*parent*/) override { return nullptr; }
   void Show(Aspect aspect) override;
 
   Menu& menu;

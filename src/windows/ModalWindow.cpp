@@ -96,9 +96,8 @@ ModalWindow::~ModalWindow() {
 void ModalWindow::Run() {
   // The owner is enabled again before the dialog goes, so that it becomes the active window and not another program's.
   struct Disabled {
-    explicit Disabled(HWND disabled) : owner(disabled) {
-      wasEnabled = owner != nullptr && EnableWindow(owner, FALSE) == FALSE;
-    }
+    explicit Disabled(HWND disabled)
+        : owner(disabled), wasEnabled(owner != nullptr && EnableWindow(owner, FALSE) == FALSE) {}
     Disabled(const Disabled&) = delete;
     Disabled& operator=(const Disabled&) = delete;
     ~Disabled() {
@@ -154,7 +153,7 @@ bool ModalWindow::PressMnemonic(wchar_t letter) const {
   return true;
 }
 
-LRESULT CALLBACK ModalWindow::Subclass(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+LRESULT CALLBACK ModalWindow::Subclass(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR /*id*/,
                                        DWORD_PTR self) {
   auto& dialog = *reinterpret_cast<ModalWindow*>(self);
   switch (message) {

@@ -13,9 +13,9 @@ namespace kw::windows {
 // the controls, Alt and a letter chooses the button whose caption marks that letter.
 class ModalWindow {
 public:
-  // Not yet shown, in the middle of `owner`, which may be null. Throws RunTimeError (OutOfMemory) where the system
-  // gives no window.
-  ModalWindow(DialogForm& shown, HWND owner);
+  // Not yet shown, in the middle of the window `above`, which may be null. Throws RunTimeError (OutOfMemory) where the
+  // system gives no window.
+  ModalWindow(DialogForm& shown, HWND above);
   ModalWindow(const ModalWindow&) = delete;
   ModalWindow& operator=(const ModalWindow&) = delete;
   ~ModalWindow();

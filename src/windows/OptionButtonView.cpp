@@ -18,7 +18,7 @@ void OptionButtonView::Show(Aspect aspect) {
   SendMessageW(Handle(), BM_SETCHECK, option.Value() ? BST_CHECKED : BST_UNCHECKED, 0);
 }
 
-void OptionButtonView::OnCommand(WORD notification, WORD) {
+void OptionButtonView::OnCommand(WORD notification, WORD /*id*/) {
   if (notification == BN_CLICKED) option.UserChoose();
 }
 

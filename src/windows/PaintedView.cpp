@@ -29,7 +29,7 @@ LRESULT PaintedView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_ERASEBKGND: {
       // Our own ground comes with the painting; a child that shows what lies below it asks with its own context.
-      const auto context = reinterpret_cast<HDC>(wParam);
+      auto* const context = reinterpret_cast<HDC>(wParam);
       if (WindowFromDC(context) != Handle()) PaintWith(context);
       return TRUE;
     }

@@ -145,8 +145,9 @@ bool Pane::MoveFocus(bool isBackward) {
   CollectTabStops(*this, *root, stops);
   if (isBackward) std::ranges::reverse(stops);
   const HWND focus = GetFocus();
-  auto current = std::ranges::find_if(
-      stops, [focus](const ControlView* view) { return view->Handle() == focus || IsChild(view->Handle(), focus); });
+  auto current = std::ranges::find_if(stops, [focus](const ControlView* view) {
+    return view->Handle() == focus || IsChild(view->Handle(), focus) != FALSE;
+  });
   // From a window without a stop of its own the first one is next.
   const auto next = current == stops.end() ? stops.begin() : current + 1;
   if (next == stops.end()) return false;

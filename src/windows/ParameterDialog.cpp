@@ -19,9 +19,19 @@
 
 namespace kw::windows {
 
-using namespace parameter_dialog;
-
 namespace {
+
+using parameter_dialog::Defaults;
+using parameter_dialog::FieldId;
+using parameter_dialog::LabelPart;
+using parameter_dialog::Message;
+using parameter_dialog::NumberPart;
+using parameter_dialog::Part;
+using parameter_dialog::PartCount;
+using parameter_dialog::Picture;
+using parameter_dialog::SliderPart;
+using parameter_dialog::SpinPart;
+using parameter_dialog::UnitPart;
 
 // Dialog units.
 constexpr int Margin = 7;

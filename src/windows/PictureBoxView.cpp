@@ -1,6 +1,6 @@
 #include "windows/PictureBoxView.h"
 
-#include <ranges>
+#include <algorithm>
 
 #include "components/LightWeightMarker.h"
 #include "windows/CanvasItemView.h"
@@ -88,7 +88,7 @@ LRESULT PictureBoxView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     }
     case WM_KILLFOCUS: {
       // A drag does not outlast the turn of its window: a box or another program has the user now.
-      const auto next = reinterpret_cast<HWND>(wParam);
+      auto* const next = reinterpret_cast<HWND>(wParam);
       const bool isLeaving = next == nullptr || GetAncestor(next, GA_ROOT) != GetAncestor(Handle(), GA_ROOT);
       if (isHolding && isLeaving) ReleaseCapture();
       break;
@@ -152,7 +152,9 @@ POINT PictureBoxView::ModelPixelAt(POINT point) const {
 }
 
 CanvasItemView* PictureBoxView::ItemAt(POINT point) const {
-  for (const Control* child : std::views::reverse(box.Children())) {
+  const std::vector<Control*>& children = box.Children();
+  for (auto top = children.rbegin(); top != children.rend(); ++top) {
+    const Control* const child = *top;
     if (!IsCanvasItem(*child) || !child->Visible() || !child->Enabled()) continue;
     RECT place = ToRect(PixelsOf(*child));
     if (const auto* layer = dynamic_cast<const TransparentPicture*>(child)) place = ToRect(PixelsOfLayer(*layer));

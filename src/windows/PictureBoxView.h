@@ -33,7 +33,7 @@ public:
 
 private:
   void Paint(HDC context, const RECT& client) override;
-  void OnMouse(const MouseEvent& event) override;
+  void OnMouse(const MouseEvent& message) override;
   void OnMouseLost() override;
   // What is drawn is drawn in whole pixels of the models, like the page.
   POINT ModelPixelAt(POINT point) const;

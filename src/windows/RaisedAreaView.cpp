@@ -32,7 +32,7 @@ void RaisedAreaView::Paint(HDC context, const RECT& client) {
   Draw({context, Shared().Pictures(), Shared().Scaling()}, client, area);
 }
 
-void FrameView::Draw(const Look& look, const RECT& place, const Frame&) { FillWithFace(look.context, place); }
+void FrameView::Draw(const Look& look, const RECT& place, const Frame& /*frame*/) { FillWithFace(look.context, place); }
 void FrameView::Paint(HDC context, const RECT& client) { FillWithFace(context, client); }
 
 }  // namespace kw::windows

@@ -22,7 +22,7 @@ ScrollBar* FindScrollBar(const Control& holder, bool isVertical) {
 
 }  // namespace
 
-HWND RootView::Create(HWND) {
+HWND RootView::Create(HWND /*parent*/) {
   return CreateWindowExW(WS_EX_CONTROLPARENT, OwnWindowClass::Name, nullptr,
                          WS_CHILD | WS_CLIPSIBLINGS | WS_CLIPCHILDREN, start.left, start.top, WidthOf(start),
                          HeightOf(start), host, nullptr, Module(), nullptr);

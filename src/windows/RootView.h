@@ -16,7 +16,7 @@ public:
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
 private:
-  HWND Create(HWND) override;
+  HWND Create(HWND parent) override;
   void Show(Aspect aspect) override;
   void Paint(HDC context, const RECT& client) override;
   bool Scroll(WPARAM wheel);

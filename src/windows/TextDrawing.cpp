@@ -16,7 +16,7 @@ constexpr UINT Layout = DT_NOPREFIX | DT_WORDBREAK | DT_EDITCONTROL;
 
 HFONT CreateLayerFont(const Font& font) {
   LOGFONTW wanted = {};
-  wanted.lfHeight = -static_cast<LONG>(font.size * PixelsPerInch / PointsPerInch + 0.5F);
+  wanted.lfHeight = -std::lround(font.size * PixelsPerInch / PointsPerInch);
   wanted.lfWeight = font.bold ? FW_BOLD : FW_NORMAL;
   wanted.lfItalic = font.italic ? TRUE : FALSE;
   wanted.lfUnderline = font.underline ? TRUE : FALSE;

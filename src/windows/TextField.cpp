@@ -31,10 +31,12 @@ std::wstring WithFieldsLineEnds(const std::wstring& text) {
 }  // namespace
 
 TextField::TextField(HWND shownOn, TransparentPicture& typedInto, const Scale& shownAt)
-    : canvas(shownOn), layer(&typedInto), scale(shownAt) {
-  window =
-      CreateWindowExW(0, WC_EDITW, nullptr, WS_CHILD | WS_CLIPSIBLINGS | ES_MULTILINE | ES_WANTRETURN | ES_AUTOVSCROLL,
-                      0, 0, 1, 1, canvas, nullptr, Module(), nullptr);
+    : canvas(shownOn),
+      layer(&typedInto),
+      scale(shownAt),
+      window(CreateWindowExW(0, WC_EDITW, nullptr,
+                             WS_CHILD | WS_CLIPSIBLINGS | ES_MULTILINE | ES_WANTRETURN | ES_AUTOVSCROLL, 0, 0, 1, 1,
+                             canvas, nullptr, Module(), nullptr)) {
   if (window == nullptr) return;
   SetPropW(window, PropertyName, this);
   SetWindowSubclass(window, &Subclass, 0, reinterpret_cast<DWORD_PTR>(this));
@@ -104,7 +106,7 @@ HBRUSH TextField::GroundOf(HWND field, HDC context) {
   return static_cast<HBRUSH>(GetStockObject(DC_BRUSH));
 }
 
-LRESULT CALLBACK TextField::Subclass(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+LRESULT CALLBACK TextField::Subclass(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR /*id*/,
                                      DWORD_PTR self) {
   TransparentPicture* const layer = reinterpret_cast<TextField*>(self)->layer;
   switch (message) {

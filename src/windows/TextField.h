@@ -12,9 +12,9 @@ namespace kw::windows {
 // does the loss of the keyboard.
 class TextField {
 public:
-  // Opens over the layer with the keyboard on it. `canvas` is the window on which the layer shows itself, at that
-  // scale.
-  TextField(HWND canvas, TransparentPicture& layer, const Scale& scale);
+  // Opens over the layer with the keyboard on it. `shownOn` is the window on which the layer shows itself, at
+  // that scale.
+  TextField(HWND shownOn, TransparentPicture& typedInto, const Scale& shownAt);
   TextField(const TextField&) = delete;
   TextField& operator=(const TextField&) = delete;
   ~TextField();
@@ -38,7 +38,7 @@ private:
   HWND canvas;
   TransparentPicture* layer;
   Scale scale;
-  HWND window = nullptr;
+  HWND window;
   HFONT font = nullptr;
   bool isFilling = false;
 };

@@ -25,7 +25,7 @@ int ToolBarView::HotButton() const { return static_cast<int>(SendMessageW(Handle
 
 void ToolBarView::SetHotButton(std::optional<std::size_t> index) {
   if (index) lastKeyed = *index;
-  constexpr WPARAM None = static_cast<WPARAM>(-1);
+  constexpr auto None = static_cast<WPARAM>(-1);
   SendMessageW(Handle(), TB_SETHOTITEM, index.value_or(None), 0);
 }
 

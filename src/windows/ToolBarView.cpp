@@ -187,7 +187,7 @@ void ToolBarView::FinishMessage(UINT message) {
   if (clicked != 0) Click(std::exchange(clicked, WORD{0}));
 }
 
-void ToolBarView::OnCommand(WORD, WORD id) {
+void ToolBarView::OnCommand(WORD /*notification*/, WORD id) {
   if (messagesUnderWay > 0)
     clicked = id;
   else

@@ -21,9 +21,9 @@ public:
 
   bool OpenManager();
   // Fills in the source that the user chose in the manager's dialog. False when there is none.
-  bool LetUserSelect(twain::Identity& source);
+  bool LetUserSelect(twain::Identity& chosen);
   // Fills in the manager's default source, or its first one. False when there is none.
-  bool FindDefault(twain::Identity& source);
+  bool FindDefault(twain::Identity& found);
   bool OpenSource(const twain::Identity& chosen);
   // The source shows its own dialog.
   bool Enable();

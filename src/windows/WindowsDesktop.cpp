@@ -30,7 +30,7 @@ std::map<UINT_PTR, RunningTimer>& RunningTimers() {
   return timers;
 }
 
-void CALLBACK TimeIsUp(HWND, UINT, UINT_PTR id, DWORD) {
+void CALLBACK TimeIsUp(HWND /*window*/, UINT /*message*/, UINT_PTR id, DWORD /*time*/) {
   const auto found = RunningTimers().find(id);
   if (found == RunningTimers().end()) return;  // stopped after the message was posted
   Timer* const timer = found->second.timer;

@@ -13,8 +13,8 @@ namespace kw::test {
 // menu, and deals with it while that loop runs.
 class Bystander {
 public:
-  // The window's class; its title too, where that is not empty. `act` runs once and makes the window go.
-  Bystander(std::wstring className, std::wstring title, std::function<void(HWND window)> act);
+  // The window's class; its title too, where that is not empty. `whatToDo` runs once and makes the window go.
+  Bystander(std::wstring className, std::wstring title, std::function<void(HWND window)> whatToDo);
   Bystander(const Bystander&) = delete;
   Bystander& operator=(const Bystander&) = delete;
   // Fails the test when the window does not go.

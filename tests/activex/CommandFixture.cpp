@@ -118,7 +118,7 @@ std::string CommandTest::ComboText(bool isZoom) const {
     item.pszText = text;
     item.cchTextMax = 40;
     SendMessageW(combo, CBEM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
-    const std::string shown = Narrow(text);
+    std::string shown = Narrow(text);
     if (shown.ends_with('%') == isZoom) return shown;
   }
   return {};

@@ -50,6 +50,7 @@ protected:
   }
   static std::vector<std::string> Names(const std::vector<std::string>& events) {
     std::vector<std::string> names;
+    names.reserve(events.size());
     for (const std::string& event : events) names.push_back(event.substr(0, event.find('(')));
     return names;
   }

@@ -19,7 +19,7 @@ using Entries = std::vector<Entry>;
 
 Entries EntriesOf(HWND menuWindow) {
   constexpr UINT GetMenuHandle = 0x01E1;  // MN_GETHMENU
-  const auto menu = reinterpret_cast<HMENU>(SendMessageW(menuWindow, GetMenuHandle, 0, 0));
+  auto* const menu = reinterpret_cast<HMENU>(SendMessageW(menuWindow, GetMenuHandle, 0, 0));
   Entries entries;
   for (int i = 0; i < GetMenuItemCount(menu); ++i) {
     wchar_t text[64] = {};

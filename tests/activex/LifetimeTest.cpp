@@ -199,7 +199,7 @@ TEST_F(LifetimeTest, DestroyedInAPropertyNotification) {
 LifetimeTest* letsGo = nullptr;
 
 // Called by the thread's message loop, whichever that is.
-void CALLBACK LetGoNow(HWND, UINT, UINT_PTR id, DWORD) {
+void CALLBACK LetGoNow(HWND /*window*/, UINT /*message*/, UINT_PTR id, DWORD /*time*/) {
   KillTimer(nullptr, id);
   if (letsGo != nullptr) letsGo->LetGoOfEverything();
   letsGo = nullptr;

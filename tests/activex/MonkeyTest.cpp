@@ -23,7 +23,7 @@ int NumberFrom(const char* variable, int otherwise) {
   return text == nullptr ? otherwise : std::atoi(text);
 }
 
-COLORREF ColourOfStripes(int, int y) { return y % 20 < 10 ? RGB(240, 240, 240) : RGB(176, 176, 176); }
+COLORREF ColourOfStripes(int /*x*/, int y) { return y % 20 < 10 ? RGB(240, 240, 240) : RGB(176, 176, 176); }
 
 HWND editorWindow = nullptr;
 std::mt19937 hand;
@@ -31,7 +31,7 @@ std::mt19937 hand;
 int Below(int limit) { return std::uniform_int_distribution<int>(0, limit - 1)(hand); }
 
 // Closes what is modal on this thread: a menu, or one of its dialogs by a button at random.
-void CALLBACK CloseWhatIsModal(HWND, UINT, UINT_PTR, DWORD) {
+void CALLBACK CloseWhatIsModal(HWND /*window*/, UINT /*message*/, UINT_PTR /*id*/, DWORD /*time*/) {
   EndMenu();
   // A pressed scroll bar or slider waits for its release in a loop of its own.
   if (HWND const captured = GetCapture()) PostMessageW(captured, WM_LBUTTONUP, 0, 0);

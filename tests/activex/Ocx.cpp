@@ -127,7 +127,7 @@ std::wstring ScratchFolder::WriteTiff(const std::wstring& name, int pages) const
 
 std::wstring ScratchFolder::WriteBitmap(const std::wstring& name, int width, int height,
                                         const std::function<COLORREF(int, int)>& colourAt) const {
-  const auto stride = static_cast<std::size_t>((width * 3 + 3) / 4 * 4);
+  const auto stride = (static_cast<std::size_t>(width) * 3 + 3) / 4 * 4;
   std::string pixels(stride * static_cast<std::size_t>(height), '\0');
   for (int y = 0; y < height; ++y) {
     for (int x = 0; x < width; ++x) {

@@ -68,6 +68,7 @@ public:
   Text(const Text&) = delete;
   Text& operator=(const Text&) = delete;
   ~Text() { SysFreeString(value); }
+  // NOLINTNEXTLINE(google-explicit-constructor): stands for the string in a call that takes one
   operator BSTR() const { return value; }
 
 private:

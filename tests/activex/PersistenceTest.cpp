@@ -44,7 +44,7 @@ public:
   }
   STDMETHODIMP_(ULONG) AddRef() override { return 2; }
   STDMETHODIMP_(ULONG) Release() override { return 1; }
-  STDMETHODIMP Read(LPCOLESTR key, VARIANT* value, IErrorLog*) override {
+  STDMETHODIMP Read(LPCOLESTR key, VARIANT* value, IErrorLog* /*log*/) override {
     read.emplace_back(key);
     const auto found = values.find(key);
     if (found == values.end()) return E_INVALIDARG;
@@ -257,7 +257,7 @@ TEST_F(PersistenceTest, EveryShortenedStreamIsRefusedAndChangesNothing) {
 
 TEST_F(PersistenceTest, ForeignAndLaterStreamsAreRefused) {
   const auto write = [](const std::string& bytes) {
-    const auto stream = NewStream();
+    auto stream = NewStream();
     stream->Write(bytes.data(), static_cast<ULONG>(bytes.size()), nullptr);
     Rewind(*stream.Get());
     return stream;

@@ -38,11 +38,11 @@ public:
 private:
   static inline std::wstring file;
 
-  static void CALLBACK End(HWND, UINT, UINT_PTR, DWORD) {
+  static void CALLBACK End(HWND /*window*/, UINT /*message*/, UINT_PTR /*id*/, DWORD /*time*/) {
     EndMenu();
     EnumThreadWindows(GetCurrentThreadId(), &EndDialogOf, 0);
   }
-  static BOOL CALLBACK EndDialogOf(HWND window, LPARAM) {
+  static BOOL CALLBACK EndDialogOf(HWND window, LPARAM /*data*/) {
     wchar_t name[32] = {};
     GetClassNameW(window, static_cast<wchar_t*>(name), 32);
     const std::wstring className = static_cast<const wchar_t*>(name);

@@ -60,7 +60,8 @@ STDMETHODIMP EventSink::GetTypeInfoCount(UINT* count) {
   return S_OK;
 }
 
-STDMETHODIMP EventSink::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT*, EXCEPINFO*, UINT*) {
+STDMETHODIMP EventSink::Invoke(DISPID id, REFIID, LCID /*locale*/, WORD /*flags*/, DISPPARAMS* parameters,
+                               VARIANT* /*result*/, EXCEPINFO* /*exception*/, UINT* /*badArgument*/) {
   std::vector<VARIANT> arguments(parameters->rgvarg, parameters->rgvarg + parameters->cArgs);
   std::reverse(arguments.begin(), arguments.end());
   std::string text = std::string(EventName(id)) + "(";

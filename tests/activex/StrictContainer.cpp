@@ -5,10 +5,9 @@
 
 namespace kw::test {
 
-StrictContainer::StrictContainer() {
-  window = CreateWindowExW(0, L"Static", L"Strict container", WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0, 700, 500,
-                           nullptr, nullptr, nullptr, nullptr);
-}
+StrictContainer::StrictContainer()
+    : window(CreateWindowExW(0, L"Static", L"Strict container", WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0, 700, 500,
+                             nullptr, nullptr, nullptr, nullptr)) {}
 
 StrictContainer::~StrictContainer() {
   // A test that was given up midway must not take the others with it: the control would call a container that is gone.
@@ -144,7 +143,7 @@ STDMETHODIMP StrictContainer::OnInPlaceDeactivate() {
   return S_OK;
 }
 
-STDMETHODIMP StrictContainer::TranslateAccelerator(MSG*, DWORD modifiers) {
+STDMETHODIMP StrictContainer::TranslateAccelerator(MSG* /*message*/, DWORD modifiers) {
   calls.push_back("TranslateAccelerator " + std::to_string(modifiers));
   return S_FALSE;
 }
@@ -159,7 +158,7 @@ STDMETHODIMP StrictContainer::SetBorderSpace(LPCBORDERWIDTHS widths) {
   return S_OK;
 }
 
-STDMETHODIMP StrictContainer::SetActiveObject(IOleInPlaceActiveObject* object, LPCOLESTR) {
+STDMETHODIMP StrictContainer::SetActiveObject(IOleInPlaceActiveObject* object, LPCOLESTR /*name*/) {
   calls.emplace_back(object != nullptr ? "SetActiveObject" : "SetActiveObject(null)");
   active = object;
   return S_OK;
@@ -177,8 +176,8 @@ STDMETHODIMP StrictContainer::GetTypeInfoCount(UINT* count) {
   return S_OK;
 }
 
-STDMETHODIMP StrictContainer::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS*, VARIANT* result, EXCEPINFO*,
-                                     UINT*) {
+STDMETHODIMP StrictContainer::Invoke(DISPID id, REFIID, LCID /*locale*/, WORD flags, DISPPARAMS* /*parameters*/,
+                                     VARIANT* result, EXCEPINFO* /*exception*/, UINT* /*badArgument*/) {
   EXPECT_EQ(flags, DISPATCH_PROPERTYGET);
   if (id != DISPID_AMBIENT_UIDEAD) return DISP_E_MEMBERNOTFOUND;
   V_VT(result) = VT_BOOL;

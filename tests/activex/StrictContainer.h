@@ -55,48 +55,52 @@ public:
   STDMETHODIMP_(ULONG) Release() override { return --references; }
 
   STDMETHODIMP SaveObject() override;
-  STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetMoniker(DWORD /*assign*/, DWORD /*which*/, IMoniker** /*moniker*/) override { return E_NOTIMPL; }
   STDMETHODIMP GetContainer(IOleContainer** container) override;
   STDMETHODIMP ShowObject() override;
-  STDMETHODIMP OnShowWindow(BOOL) override { return S_OK; }
+  STDMETHODIMP OnShowWindow(BOOL /*show*/) override { return S_OK; }
   STDMETHODIMP RequestNewObjectLayout() override { return E_NOTIMPL; }
 
   STDMETHODIMP GetWindow(HWND* asked) override;
-  STDMETHODIMP ContextSensitiveHelp(BOOL) override { return E_NOTIMPL; }
+  STDMETHODIMP ContextSensitiveHelp(BOOL /*enter*/) override { return E_NOTIMPL; }
   STDMETHODIMP CanInPlaceActivate() override;
   STDMETHODIMP OnInPlaceActivate() override;
   STDMETHODIMP OnUIActivate() override;
   STDMETHODIMP GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWindow** document, LPRECT position,
                                 LPRECT clipping, LPOLEINPLACEFRAMEINFO info) override;
-  STDMETHODIMP Scroll(SIZE) override { return E_NOTIMPL; }
+  STDMETHODIMP Scroll(SIZE /*extent*/) override { return E_NOTIMPL; }
   STDMETHODIMP OnUIDeactivate(BOOL undoable) override;
   STDMETHODIMP OnInPlaceDeactivate() override;
   STDMETHODIMP DiscardUndoState() override { return E_NOTIMPL; }
   STDMETHODIMP DeactivateAndUndo() override { return E_NOTIMPL; }
-  STDMETHODIMP OnPosRectChange(LPCRECT) override { return S_OK; }
+  STDMETHODIMP OnPosRectChange(LPCRECT /*position*/) override { return S_OK; }
 
   STDMETHODIMP OnControlInfoChanged() override { return S_OK; }
-  STDMETHODIMP LockInPlaceActive(BOOL) override { return E_NOTIMPL; }
-  STDMETHODIMP GetExtendedControl(IDispatch**) override { return E_NOTIMPL; }
-  STDMETHODIMP TransformCoords(POINTL*, POINTF*, DWORD) override { return E_NOTIMPL; }
+  STDMETHODIMP LockInPlaceActive(BOOL /*lock*/) override { return E_NOTIMPL; }
+  STDMETHODIMP GetExtendedControl(IDispatch** /*control*/) override { return E_NOTIMPL; }
+  STDMETHODIMP TransformCoords(POINTL* /*himetric*/, POINTF* /*container*/, DWORD /*flags*/) override {
+    return E_NOTIMPL;
+  }
   STDMETHODIMP TranslateAccelerator(MSG* message, DWORD modifiers) override;
   STDMETHODIMP OnFocus(BOOL gotFocus) override;
   STDMETHODIMP ShowPropertyFrame() override { return E_NOTIMPL; }
 
-  STDMETHODIMP GetBorder(LPRECT) override { return INPLACE_E_NOTOOLSPACE; }
-  STDMETHODIMP RequestBorderSpace(LPCBORDERWIDTHS) override { return INPLACE_E_NOTOOLSPACE; }
+  STDMETHODIMP GetBorder(LPRECT /*border*/) override { return INPLACE_E_NOTOOLSPACE; }
+  STDMETHODIMP RequestBorderSpace(LPCBORDERWIDTHS /*widths*/) override { return INPLACE_E_NOTOOLSPACE; }
   STDMETHODIMP SetBorderSpace(LPCBORDERWIDTHS widths) override;
   STDMETHODIMP SetActiveObject(IOleInPlaceActiveObject* object, LPCOLESTR name) override;
-  STDMETHODIMP InsertMenus(HMENU, LPOLEMENUGROUPWIDTHS) override { return E_NOTIMPL; }
-  STDMETHODIMP SetMenu(HMENU, HOLEMENU, HWND) override { return E_NOTIMPL; }
-  STDMETHODIMP RemoveMenus(HMENU) override { return E_NOTIMPL; }
-  STDMETHODIMP SetStatusText(LPCOLESTR) override { return E_NOTIMPL; }
+  STDMETHODIMP InsertMenus(HMENU /*menu*/, LPOLEMENUGROUPWIDTHS /*widths*/) override { return E_NOTIMPL; }
+  STDMETHODIMP SetMenu(HMENU /*menu*/, HOLEMENU /*oleMenu*/, HWND /*active*/) override { return E_NOTIMPL; }
+  STDMETHODIMP RemoveMenus(HMENU /*menu*/) override { return E_NOTIMPL; }
+  STDMETHODIMP SetStatusText(LPCOLESTR /*text*/) override { return E_NOTIMPL; }
   STDMETHODIMP EnableModeless(BOOL enable) override;
-  STDMETHODIMP TranslateAccelerator(LPMSG, WORD) override { return S_FALSE; }
+  STDMETHODIMP TranslateAccelerator(LPMSG /*message*/, WORD /*command*/) override { return S_FALSE; }
 
   STDMETHODIMP GetTypeInfoCount(UINT* count) override;
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetTypeInfo(UINT /*index*/, LCID /*locale*/, ITypeInfo** /*info*/) override { return E_NOTIMPL; }
+  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* /*names*/, UINT /*count*/, LCID /*locale*/, DISPID* /*ids*/) override {
+    return E_NOTIMPL;
+  }
   STDMETHODIMP Invoke(DISPID id, REFIID iid, LCID lcid, WORD flags, DISPPARAMS* parameters, VARIANT* result,
                       EXCEPINFO* exception, UINT* badArgument) override;
 
@@ -106,7 +110,7 @@ private:
   ULONG references = 1;
   State state = State::Loaded;
   int modelessOff = 0;
-  HWND window = nullptr;
+  HWND window;
   Microsoft::WRL::ComPtr<IOleObject> control;
   Microsoft::WRL::ComPtr<IOleInPlaceActiveObject> active;
 };

@@ -19,12 +19,12 @@ class Canvas {
 public:
   static constexpr COLORREF Untouched = RGB(255, 0, 255);
 
-  Canvas(int width, int height) : width(width), height(height), context(CreateCompatibleDC(nullptr)) {
-    BITMAPINFO info = {};
-    info.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-    void* bits = nullptr;
-    bitmap = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-    before = SelectObject(context, bitmap);
+  Canvas(int width, int height)
+      : width(width),
+        height(height),
+        context(CreateCompatibleDC(nullptr)),
+        bitmap(NewBitmap(width, height)),
+        before(SelectObject(context, bitmap)) {
     const HBRUSH brush = CreateSolidBrush(Untouched);
     const RECT all = {0, 0, width, height};
     FillRect(context, &all, brush);
@@ -49,11 +49,18 @@ public:
   }
 
 private:
+  static HBITMAP NewBitmap(int width, int height) {
+    BITMAPINFO info = {};
+    info.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    void* bits = nullptr;
+    return CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+  }
+
   int width;
   int height;
   HDC context;
-  HBITMAP bitmap = nullptr;
-  HGDIOBJ before = nullptr;
+  HBITMAP bitmap;
+  HGDIOBJ before;
 };
 
 class ViewSink final : public IAdviseSink {
@@ -69,9 +76,11 @@ public:
   }
   STDMETHODIMP_(ULONG) AddRef() override { return ++references; }
   STDMETHODIMP_(ULONG) Release() override { return --references; }
-  STDMETHODIMP_(void) OnDataChange(FORMATETC*, STGMEDIUM*) override {}
-  STDMETHODIMP_(void) OnViewChange(DWORD aspect, LONG) override { changes += aspect == DVASPECT_CONTENT ? 1 : 0; }
-  STDMETHODIMP_(void) OnRename(IMoniker*) override {}
+  STDMETHODIMP_(void) OnDataChange(FORMATETC* /*format*/, STGMEDIUM* /*medium*/) override {}
+  STDMETHODIMP_(void) OnViewChange(DWORD aspect, LONG /*index*/) override {
+    changes += aspect == DVASPECT_CONTENT ? 1 : 0;
+  }
+  STDMETHODIMP_(void) OnRename(IMoniker* /*moniker*/) override {}
   STDMETHODIMP_(void) OnSave() override {}
   STDMETHODIMP_(void) OnClose() override { ++closes; }
 

@@ -71,7 +71,7 @@ BOOL CALLBACK IsWanted(HWND window, LPARAM parameter) {
   auto& search = *reinterpret_cast<Search*>(parameter);
   DWORD owner = 0;
   GetWindowThreadProcessId(window, &owner);
-  if (owner != search.process || !IsWindowVisible(window) || ClassOf(window) != search.className) return TRUE;
+  if (owner != search.process || IsWindowVisible(window) == FALSE || ClassOf(window) != search.className) return TRUE;
   search.found = window;
   return FALSE;
 }
@@ -158,7 +158,7 @@ std::string SmallBmp() {
   bytes.append(32, '\0');                     // no compression, the rest by default, black
   bytes += std::string("\xff\xff\xff\0", 4);  // and white
   bytes.resize(0x3e, '\0');
-  bytes.append(8 * 4, '\0');
+  bytes.append(std::size_t{8} * 4, '\0');
   return bytes;
 }
 

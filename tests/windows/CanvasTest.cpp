@@ -186,7 +186,8 @@ TEST(Canvas, TwoDistantChangesLeaveWhatLiesBetweenThemAlone) {
   EXPECT_EQ(PixelOf(canvas, 110, 70), Smear);
 }
 
-LRESULT CALLBACK CountPaintings(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR count) {
+LRESULT CALLBACK CountPaintings(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR /*id*/,
+                                DWORD_PTR count) {
   if (message == WM_PAINT) ++*reinterpret_cast<int*>(count);
   return DefSubclassProc(window, message, wParam, lParam);
 }

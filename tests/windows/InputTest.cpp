@@ -67,7 +67,8 @@ TEST(Input, ACommandWithoutTheMousePressesItsButtonToo) {
 
 bool isBarThrough = false;
 
-LRESULT CALLBACK WatchForTheEndOfAClick(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR) {
+LRESULT CALLBACK WatchForTheEndOfAClick(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR /*id*/,
+                                        DWORD_PTR /*data*/) {
   if (message == WM_NOTIFY && reinterpret_cast<const NMHDR*>(lParam)->code == static_cast<UINT>(NM_CLICK)) {
     isBarThrough = true;
   }
@@ -141,7 +142,7 @@ TEST(Input, ChoosingInAComboIsAClickOfTheModel) {
   TestForm form;
   int clicks = 0;
   form.combo.Click.Connect([&] { ++clicks; });
-  const auto inner = reinterpret_cast<HWND>(SendMessageW(WindowOf(form.combo), CBEM_GETCOMBOCONTROL, 0, 0));
+  auto* const inner = reinterpret_cast<HWND>(SendMessageW(WindowOf(form.combo), CBEM_GETCOMBOCONTROL, 0, 0));
   SendMessageW(inner, WM_KEYDOWN, VK_DOWN, 0);
   EXPECT_EQ(clicks, 1);
   EXPECT_EQ(form.combo.Text(), "200 %");

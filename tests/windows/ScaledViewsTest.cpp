@@ -208,7 +208,7 @@ TEST(ScaledViews, TheFieldOfAComboLiesInItsMiddle) {
     const HWND host = TestForm::HostWindow();
     {
       const windows::EditorWindow window(root, host, {0, 0, 600, 400}, Scale(dpi));
-      const auto edit = reinterpret_cast<HWND>(SendMessageW(WindowOf(combo), CBEM_GETEDITCONTROL, 0, 0));
+      auto* const edit = reinterpret_cast<HWND>(SendMessageW(WindowOf(combo), CBEM_GETEDITCONTROL, 0, 0));
       ASSERT_NE(edit, nullptr);
       const RECT field = PlaceOf(edit);
       EXPECT_NEAR((field.top + field.bottom) / 2, 12 * dpi / 96, 1) << dpi;

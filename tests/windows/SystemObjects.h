@@ -7,11 +7,9 @@
 #include <cstdint>
 #include <vector>
 
-namespace kw::test {
-
 // How much of the system's things this process holds. Wine's GetGuiResources counts nothing, so there it is counted by
 // other means; each has a test of its own that it counts.
-namespace SystemObjects {
+namespace kw::test::SystemObjects {
 
 // Pens, bitmaps, fonts, device contexts: those in the process's table of handles.
 inline int CountGdi() {
@@ -69,6 +67,4 @@ inline std::size_t CountHeap() {
   return bytes;
 }
 
-}  // namespace SystemObjects
-
-}  // namespace kw::test
+}  // namespace kw::test::SystemObjects

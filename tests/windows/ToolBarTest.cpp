@@ -78,7 +78,7 @@ private:
       if (popUp == nullptr) Sleep(10);
     }
     if (popUp == nullptr) return;
-    const auto menu = reinterpret_cast<HMENU>(SendMessageW(popUp, GetMenuOf, 0, 0));
+    auto* const menu = reinterpret_cast<HMENU>(SendMessageW(popUp, GetMenuOf, 0, 0));
     for (int i = 0; i < GetMenuItemCount(menu); ++i) {
       wchar_t text[80] = {};
       GetMenuStringW(menu, static_cast<UINT>(i), text, 80, MF_BYPOSITION);
