@@ -83,13 +83,12 @@ TEST_F(Samples, EachIsReadInItsDepthAndSavedInEveryFormat) {
   }
 }
 
-// A bitmap of 4 bits per pixel that names 16 colours but uses a palette of 5, rows from the bottom, three bytes of
-// padding in each.
-TEST_F(Samples, BitmapOfAShortPaletteIsReadAndSavedInEveryFormat) {
+// A bitmap of 4 bits per pixel: rows from the bottom, each with half a byte too many and three bytes of padding.
+TEST_F(Samples, BitmapOfSixteenColoursIsReadAndSavedInEveryFormat) {
   constexpr std::uint32_t width = 9;
   constexpr std::uint32_t height = 7;
   constexpr std::size_t rowBytes = 8;
-  constexpr std::uint32_t colours = 5;
+  constexpr std::uint32_t colours = 16;
   constexpr std::uint32_t pixels = 14 + 40 + colours * 4;
   Bytes file{'B', 'M'};
   const auto append = [&file](std::uint32_t value, unsigned size) {
@@ -102,7 +101,7 @@ TEST_F(Samples, BitmapOfAShortPaletteIsReadAndSavedInEveryFormat) {
   append(1, 2);
   append(4, 2);
   for (const std::uint32_t value : {0U, 0U, 3780U, 3780U, colours, 0U}) append(value, 4);
-  for (const std::uint32_t colour : {0xFFFFFFU, 0x000000U, 0xC02010U, 0x20A040U, 0x1030F0U}) append(colour, 4);
+  for (std::uint32_t colour = 0; colour < colours; ++colour) append(0xFFFFFF - colour * 0x0F0D0B, 4);
   for (std::uint32_t row = 0; row < height; ++row) {
     for (std::uint32_t at = 0; at < rowBytes; ++at) {
       const std::uint32_t left = (2 * at + row) % colours;
@@ -112,10 +111,11 @@ TEST_F(Samples, BitmapOfAShortPaletteIsReadAndSavedInEveryFormat) {
   }
   ASSERT_TRUE(engine.Load(Put("palette.bmp", file))) << engine.LastLoadError();
   ExpectPage({4, width, height, 3780 * 0.0254, 3780 * 0.0254});
+  // The bottom row counts the colours from 0 on, each row above it from the next one on.
   EXPECT_EQ((Rgb{255, 255, 255}), engine.Current().PixelAt(0, height - 1));
-  EXPECT_EQ((Rgb{0xC0, 0x20, 0x10}), engine.Current().PixelAt(2, height - 1));
-  EXPECT_EQ((Rgb{0x20, 0xA0, 0x40}), engine.Current().PixelAt(2, height - 2));
-  EXPECT_EQ((Rgb{0x20, 0xA0, 0x40}), engine.Current().PixelAt(8, height - 1));
+  EXPECT_EQ((Rgb{255 - 2 * 0x0F, 255 - 2 * 0x0D, 255 - 2 * 0x0B}), engine.Current().PixelAt(2, height - 1));
+  EXPECT_EQ((Rgb{255 - 3 * 0x0F, 255 - 3 * 0x0D, 255 - 3 * 0x0B}), engine.Current().PixelAt(2, height - 2));
+  EXPECT_EQ((Rgb{255 - 8 * 0x0F, 255 - 8 * 0x0D, 255 - 8 * 0x0B}), engine.Current().PixelAt(8, height - 1));
   ExpectSavedInEveryFormat();
 }
 
