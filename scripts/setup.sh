@@ -1,0 +1,77 @@
+# shellcheck shell=bash
+# Brings what is missing onto the machine; to be sourced by ./kw. Each function does nothing if nothing is missing.
+# A function that was stopped in the middle succeeds when it is called again.
+
+# packages_of LIST...: the names in scripts/packages/LIST.txt.
+packages_of() { sed 's/#.*//' "${@/%/.txt}" | tr -s ' \n' '\n' | grep . | sort -u; }
+
+# missing_packages LIST...
+missing_packages() {
+  local wanted installed
+  wanted=$(cd scripts/packages && packages_of "$@")
+  # shellcheck disable=SC2086
+  installed=$(dpkg-query -W -f='${db:Status-Status} ${Package}\n' $wanted 2>/dev/null | sed -n 's/^installed //p' | sort -u)
+  comm -23 <(printf '%s\n' "$wanted") <(printf '%s\n' "$installed") | tr '\n' ' '
+}
+
+# apt_step NAME COMMAND...: a step of apt or dpkg, as root. It waits up to two minutes while another program works with apt.
+apt_step() {
+  local name=$1 log=build/packages.log until=$((EPOCHSECONDS + 120))
+  shift
+  while ! step "$name" "$log" "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive LC_ALL=C "$@"; do
+    if ! grep -qs 'Could not get lock\|is another process using it' "$log" || [ "$EPOCHSECONDS" -ge "$until" ]; then
+      fail "$(explain "$log" "the packages cannot be installed ($(grep -m1 '^E:' "$log" || echo 'no reason given'); see $log)")"
+    fi
+    say "another program works with apt: waiting for its end"
+    sleep 5
+  done
+}
+
+# setup_packages LIST...
+setup_packages() {
+  local missing
+  as_root=()
+  command -v dpkg-query >/dev/null || fail "this needs Debian 12: there is no dpkg-query here; use a Debian 12 machine or container"
+  missing=$(missing_packages "$@")
+  [ -n "${missing// /}" ] || return 0
+  if [ "$(id -u)" != 0 ]; then
+    command -v sudo >/dev/null || fail "packages are missing and there is no sudo; as root run: apt-get install $missing"
+    sudo -v || fail "packages are missing; as root run: apt-get install $missing"
+    as_root=(sudo)
+  fi
+  say "missing packages: $missing"
+  # An installation that was killed has to be ended first.
+  if [ -n "$(dpkg --audit 2>/dev/null)" ]; then
+    apt_step "packages: repair" sh -c 'dpkg --configure -a && apt-get -y -f install'
+  fi
+  apt_step "packages: lists" apt-get -o APT::Update::Error-Mode=any update
+  # shellcheck disable=SC2086
+  apt_step "packages: download" apt-get -y --no-install-recommends -o APT::Status-Fd=1 --download-only install $missing
+  # shellcheck disable=SC2086
+  apt_step "packages: installation" apt-get -y --no-install-recommends -o APT::Status-Fd=1 install $missing
+}
+
+# setup_codecs TARGET...: the codec libraries for these Windows targets (x64, x86).
+setup_codecs() {
+  local target name log
+  for target; do
+    name="codec libraries, $target" log=build/codecs-$target.log
+    scripts/codecs --check "$target" || step "$name" "$log" scripts/codecs "$target" ||
+      fail "$(explain "$log" "$(grep '^codecs: ' "$log" | tail -n 1)")"
+  done
+}
+
+setup_wine() {
+  local made=build/wine/made
+  [ -e "$made" ] && return 0
+  step "Wine prefix" build/wine.log make_wine_prefix ||
+    fail "$(explain build/wine.log "Wine could not make its prefix; read build/wine.log, then run the same command again")"
+  touch "$made" || fail "the disk is full: free 3 GB where this folder lies, then run the same command again"
+}
+
+make_wine_prefix() {
+  rm -rf build/wine
+  export WINEPREFIX=$root/build/wine WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml=
+  timeout 300 xvfb-run -a sh -c 'wine wineboot -i && wineserver -w' &&
+    cp /usr/share/fonts/truetype/liberation/*.ttf /usr/share/wine/fonts/tahoma*.ttf build/wine/drive_c/windows/Fonts/
+}
