@@ -152,16 +152,16 @@ POINT PictureBoxView::ModelPixelAt(POINT point) const {
 }
 
 CanvasItemView* PictureBoxView::ItemAt(POINT point) const {
-  const std::vector<Control*>& children = box.Children();
-  for (auto top = children.rbegin(); top != children.rend(); ++top) {
-    const Control* const child = *top;
-    if (!IsCanvasItem(*child) || !child->Visible() || !child->Enabled()) continue;
+  const auto isHit = [point](const Control* child) {
+    if (!IsCanvasItem(*child) || !child->Visible() || !child->Enabled()) return false;
     RECT place = ToRect(PixelsOf(*child));
     if (const auto* layer = dynamic_cast<const TransparentPicture*>(child)) place = ToRect(PixelsOfLayer(*layer));
     if (dynamic_cast<const LightWeightMarker*>(child) != nullptr) InflateRect(&place, MarkerReach, MarkerReach);
-    if (PtInRect(&place, point) != FALSE) return dynamic_cast<CanvasItemView*>(Shared().ViewOf(*child));
-  }
-  return nullptr;
+    return PtInRect(&place, point) != FALSE;
+  };
+  const std::vector<Control*>& children = box.Children();
+  const auto top = std::find_if(children.rbegin(), children.rend(), isHit);
+  return top == children.rend() ? nullptr : dynamic_cast<CanvasItemView*>(Shared().ViewOf(**top));
 }
 
 void PictureBoxView::Draw(const Look& look, const RECT& place, const PictureBox& box) {

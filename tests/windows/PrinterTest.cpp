@@ -80,7 +80,7 @@ TEST_F(PrintedPicture, ThatIsTooHighIsReducedInItsProportions) {
 TEST_F(PrintedPicture, OfOneBitGoesToTheDriverAsOneBit) {
   desktop.PrintPicture(Black(1600, 2000, 200, 200));
   desktop.EndPrintJob();
-  const std::size_t rows = 1600 / 8 * 2000;
+  constexpr std::size_t rows = std::size_t{1600} / 8 * 2000;
   EXPECT_LT(printer.Job().size(), 2 * rows + 100'000) << "two digits for each byte";
 }
 

@@ -146,7 +146,8 @@ TEST(ScaledViews, AComboIsAsHighAsItsPlace) {
   for (const std::int32_t dpi : Dpis) {
     const TestForm form{Scale(dpi)};
     const RECT place = PlaceOf(WindowOf(form.combo));
-    EXPECT_NEAR(place.bottom - place.top, 22 * dpi / 96, 1) << dpi;
+    const int height = 22 * dpi / 96;
+    EXPECT_NEAR(place.bottom - place.top, height, 1) << dpi;
   }
 }
 
@@ -211,7 +212,9 @@ TEST(ScaledViews, TheFieldOfAComboLiesInItsMiddle) {
       auto* const edit = reinterpret_cast<HWND>(SendMessageW(WindowOf(combo), CBEM_GETEDITCONTROL, 0, 0));
       ASSERT_NE(edit, nullptr);
       const RECT field = PlaceOf(edit);
-      EXPECT_NEAR((field.top + field.bottom) / 2, 12 * dpi / 96, 1) << dpi;
+      const int middle = (field.top + field.bottom) / 2;
+      const int wanted = 12 * dpi / 96;
+      EXPECT_NEAR(middle, wanted, 1) << dpi;
     }
     DestroyWindow(host);
   }

@@ -26,7 +26,8 @@ public:
           return engine.Current();
         }) {}
 
-  MessageAnswer ShowMessageBox(const std::string& prompt, const std::string&, MessageButtons) override {
+  MessageAnswer ShowMessageBox(const std::string& prompt, const std::string& /*title*/,
+                               MessageButtons /*buttons*/) override {
     boxes.push_back(prompt);
     return MessageAnswer::Ok;
   }
@@ -46,11 +47,10 @@ protected:
 // The whole control in a window, on the real desktop, with a folder of its own.
 class WholeEditor : public testing::Test {
 protected:
-  WholeEditor() {
+  WholeEditor() : host(TestForm::HostWindow()) {
     AppDir = folder.Path();
     control = std::make_unique<KwEditorLayers>(desktop, events);
     control->UserControl_Initialize();
-    host = TestForm::HostWindow();
     desktop.owner = host;
     window = std::make_unique<windows::EditorWindow>(control->Root(), host, RECT{0, 0, 0, 0});
     Resize(860, 640);
@@ -76,7 +76,7 @@ protected:
   QuietDesktop desktop;
   RecordedEvents events;
   std::unique_ptr<KwEditorLayers> control;
-  HWND host = nullptr;
+  HWND host;
   std::unique_ptr<windows::EditorWindow> window;
 };
 
