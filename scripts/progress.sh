@@ -6,6 +6,7 @@ say() { printf 'kw: %s\n' "$*"; }
 # fail MESSAGE: one line that names the mend, and the end.
 fail() { printf 'kw: %s\n' "$*" >&2; exit 1; }
 
+processors=$(nproc)
 declare -a step_names=() step_seconds=()
 
 clock() { printf '%d:%02d' $(($1 / 60)) $(($1 % 60)); }
@@ -61,17 +62,18 @@ step() {
 
 # remember NAME SECONDS: notes how long the step took here.
 remember() {
-  { sed "/^[0-9]* ${1//\//\\/}\$/d" build/times 2>/dev/null || true; echo "$2 $1"; } >build/times.new 2>/dev/null &&
-    mv build/times.new build/times 2>/dev/null || true
+  if { grep -vE "^[0-9]+ $1\$" build/times; echo "$2 $1"; } >build/times.new 2>/dev/null; then
+    mv build/times.new build/times
+  fi
 }
 
-# expect NAME SECONDS...: pairs of steps and the seconds that each took on a machine of two processors. Says what will
-# happen and about how long it takes here.
+# expect NAME SECONDS...: pairs of steps and the seconds that each took in a fresh clone on a machine of two processors. Says
+# what will happen and about how long it takes here, where a step that ran before is expected to take that long again.
 expect() {
   local names="" sum=0 seconds
   while [ $# -gt 0 ]; do
-    seconds=$(sed -n "s/^\([0-9]*\) ${1//\//\\/}\$/\1/p" build/times 2>/dev/null | tail -n 1)
-    [ -n "$seconds" ] || seconds=$(($2 * 2 / (jobs < 2 ? 1 : jobs)))
+    seconds=$(grep -sE "^[0-9]+ $1\$" build/times | cut -d ' ' -f 1 || true)
+    [ -n "$seconds" ] || seconds=$(($2 * 2 / processors))
     sum=$((sum + seconds))
     names+="${names:+, }$1"
     shift 2

@@ -27,6 +27,12 @@ apt_step() {
   done
 }
 
+# What there is to set up, for expect(): names and seconds in the array `plan`.
+plan=()
+plan_packages() { [ -z "$(missing_packages "$@" | tr -d ' ')" ] || plan+=("packages" 60); }
+plan_codecs() { scripts/codecs --check "$@" >/dev/null 2>&1 || plan+=("codec libraries, $*" $((10 + 60 * $#))); }
+plan_wine() { [ -e build/wine/made ] || plan+=("Wine prefix" 15); }
+
 # setup_packages LIST...
 setup_packages() {
   local missing
@@ -53,12 +59,10 @@ setup_packages() {
 
 # setup_codecs TARGET...: the codec libraries for these Windows targets (x64, x86).
 setup_codecs() {
-  local target name log
-  for target; do
-    name="codec libraries, $target" log=build/codecs-$target.log
-    scripts/codecs --check "$target" || step "$name" "$log" scripts/codecs "$target" ||
-      fail "$(explain "$log" "$(grep '^codecs: ' "$log" | tail -n 1)")"
-  done
+  local log=build/codecs.log
+  ! scripts/codecs --check "$@" >/dev/null 2>&1 || return 0
+  step "codec libraries, $*" "$log" scripts/codecs "$@" ||
+    fail "$(explain "$log" "$(grep '^codecs: ' "$log" | tail -n 1 | sed 's/^codecs: //')")"
 }
 
 setup_wine() {
@@ -71,6 +75,7 @@ setup_wine() {
 
 make_wine_prefix() {
   rm -rf build/wine
+  # shellcheck disable=SC2154
   export WINEPREFIX=$root/build/wine WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml=
   timeout 300 xvfb-run -a sh -c 'wine wineboot -i && wineserver -w' &&
     cp /usr/share/fonts/truetype/liberation/*.ttf /usr/share/wine/fonts/tahoma*.ttf build/wine/drive_c/windows/Fonts/

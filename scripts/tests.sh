@@ -36,7 +36,7 @@ what_failed() {
 ctest_in() {
   local preset=$1 log=build/$1-tests.log full=build/$1/Testing/Temporary/LastTest.log run status=0 passed bad skipped
   shift
-  run=(ctest --test-dir "build/$preset" -j "$jobs" --no-tests=error --test-output-size-passed 100000000
+  run=(ctest --test-dir "build/$preset" -j "$processors" --no-tests=error --test-output-size-passed 100000000
        --test-output-size-failed 100000000)
   [[ $preset != windows-* ]] || run=(xvfb-run -a -s "-screen 0 1280x1024x24" "${run[@]}")
   rm -f "$full"
@@ -68,8 +68,8 @@ ctest_in() {
 ask_again() {
   local preset=$1 cases=build/$1-cases.txt log=build/$1-tests-again.log program filter case
   [[ $preset == windows-* ]] || return 1
-  for program in $(sed -n 's/^failed \([^ ]*\) .*/\1/p' "$cases" | sort -u); do
-    [[ $program =~ ^(windows|activex)$ ]] || continue
+  for program in windows activex; do
+    grep -q "^failed $program " "$cases" || continue
     filter=$(sed -n "s/^failed $program //p" "$cases" | paste -sd :)
     step "$program once more" "$log" xvfb-run -a -s "-screen 0 1280x1024x24" \
       scripts/wine-run "build/$preset/tests/test_$program.exe" "--gtest_filter=$filter" || true
@@ -101,6 +101,7 @@ attempt() {
 # Without a window manager Wine waits two seconds for one at each new window, unless it is told not to.
 unmanage() {
   local program
+  # shellcheck disable=SC2154
   export WINEPREFIX=$root/build/wine WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml=
   for program in "$@"; do
     timeout 60 wine reg add "HKCU\\Software\\Wine\\AppDefaults\\$program\\X11 Driver" /v Managed /d N /f || true
