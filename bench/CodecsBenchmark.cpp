@@ -29,8 +29,14 @@ const Bitmap& FaxPage() {
     for (std::int32_t y = 200; y < Height - 200; ++y) {
       if (y % 60 >= 36) continue;
       if (y % 6 == 0) {
-        for (std::size_t x = 25; x < line.size() - 25; ++x)
-          line[x] = x % 4 == 3 ? std::uint8_t{0} : static_cast<std::uint8_t>(random() & random());
+        for (std::size_t x = 25; x < line.size() - 25; ++x) {
+          if (x % 4 == 3) {
+            line[x] = 0;
+            continue;
+          }
+          const auto bits = random();
+          line[x] = static_cast<std::uint8_t>(bits & random());
+        }
       }
       std::copy(line.begin(), line.end(), made.MutableRow(y).begin());
     }

@@ -39,8 +39,14 @@ void WritePage(TIFF* codec, std::mt19937& random) {
     if (!writing) {
       row.assign(row.size(), 0);
     } else if (y % 6 == 0) {
-      for (std::size_t x = 25; x < row.size() - 25; ++x)
-        row[x] = x % 4 == 3 ? 0 : static_cast<unsigned char>(random() & random());
+      for (std::size_t x = 25; x < row.size() - 25; ++x) {
+        if (x % 4 == 3) {
+          row[x] = 0;
+          continue;
+        }
+        const auto bits = random();
+        row[x] = static_cast<unsigned char>(bits & random());
+      }
     }
     TIFFWriteScanline(codec, row.data(), y, 0);
   }

@@ -10,16 +10,15 @@
 
 #include "drawing/Compositor.h"
 
+namespace kw {
 namespace {
-
-using namespace kw;
 
 constexpr PixelRect View = {0, 0, 1920, 1080};
 constexpr Colour White = MakeColour(255, 255, 255);
 
 class GreyText final : public TextRenderer {
 public:
-  void Render(const TextRun&, const PixelRect& place, CoverageMask& mask) override {
+  void Render(const TextRun& /*run*/, const PixelRect& place, CoverageMask& mask) override {
     for (std::int32_t y = mask.area.top; y < mask.area.bottom; ++y) {
       if ((y - place.top) % 16 >= 10) continue;
       const auto row = mask.Row(y);
@@ -79,7 +78,7 @@ std::vector<DisplayItem> Layers(int count, int pageDepth, bool isPageTransparent
 }
 
 struct Screen {
-  std::vector<std::uint32_t> pixels = std::vector<std::uint32_t>(1920 * 1080);
+  std::vector<std::uint32_t> pixels = std::vector<std::uint32_t>(std::size_t{1920} * 1080);
   FrameBuffer buffer{pixels.data(), 1920, View};
 };
 
@@ -137,3 +136,4 @@ void CompositorReducedPage(benchmark::State& state) {
 BENCHMARK(CompositorReducedPage)->ArgName("depth")->Arg(1)->Arg(24)->Unit(benchmark::kMillisecond);
 
 }  // namespace
+}  // namespace kw

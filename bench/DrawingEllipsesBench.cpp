@@ -11,9 +11,8 @@
 
 #include "drawing/Shape.h"
 
+namespace kw {
 namespace {
-
-using namespace kw;
 
 constexpr std::int32_t Width = 1920;
 constexpr std::int32_t Height = 1080;
@@ -106,3 +105,4 @@ BENCHMARK(EllipsesByCairo)
 #endif
 
 }  // namespace
+}  // namespace kw

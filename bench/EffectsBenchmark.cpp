@@ -76,7 +76,8 @@ void RunEffect(benchmark::State& state, const std::string& command, int bitsPerP
     ApplyEffect(effect, picture, values);
     benchmark::DoNotOptimize(picture.Row(0).data());
     const bool inPlace = picture.BitsPerPixel() == bitsPerPixel && picture.Width() == Width;
-    own = inPlace ? std::move(picture) : PageOf(bitsPerPixel);
+    if (!inPlace) picture = PageOf(bitsPerPixel);
+    own = std::move(picture);
   }
   SetMostThreads(0);
 }

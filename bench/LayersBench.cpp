@@ -10,9 +10,8 @@
 #include "support/Documents.h"
 #include "support/EditorFixture.h"
 
+namespace kw {
 namespace {
-
-using namespace kw;
 
 // A control with an open page, without the machinery of a test.
 class Bench : public test::EditorTest {
@@ -87,7 +86,9 @@ void LayMarkers(benchmark::State& state) {
   for (auto _ : state) {
     editor.Canvas().MouseDown.Raise(1, 0, 5, 5);
     for (int i = 1; i < Points; ++i) {
-      editor.Canvas().MouseMove.Raise(1, 0, static_cast<float>(5 + i % 1000), static_cast<float>(5 + i / 10));
+      const int x = 5 + i % 1000;
+      const int y = 5 + i / 10;
+      editor.Canvas().MouseMove.Raise(1, 0, static_cast<float>(x), static_cast<float>(y));
     }
     state.PauseTiming();
     editor.Canvas().MouseUp.Raise(1, 0, 5, 5);
@@ -107,7 +108,9 @@ void EndStroke(benchmark::State& state) {
     editor.Room().UnloadLayerItems();
     editor.Canvas().MouseDown.Raise(1, 0, 5, 5);
     for (int i = 1; i < Points; ++i) {
-      editor.Canvas().MouseMove.Raise(1, 0, static_cast<float>(5 + i % 1000), static_cast<float>(5 + i / 10));
+      const int x = 5 + i % 1000;
+      const int y = 5 + i / 10;
+      editor.Canvas().MouseMove.Raise(1, 0, static_cast<float>(x), static_cast<float>(y));
     }
     state.ResumeTiming();
     editor.Canvas().MouseUp.Raise(1, 0, 5, 5);
@@ -116,3 +119,4 @@ void EndStroke(benchmark::State& state) {
 BENCHMARK(EndStroke)->Unit(benchmark::kMillisecond);
 
 }  // namespace
+}  // namespace kw

@@ -9,7 +9,7 @@
 namespace kw::test {
 namespace {
 
-std::wstring FolderOf(std::wstring path) { return path.substr(0, path.rfind(L'\\')); }
+std::wstring FolderOf(const std::wstring& path) { return path.substr(0, path.rfind(L'\\')); }
 
 }  // namespace
 
