@@ -6,6 +6,8 @@
 #include <filesystem>
 #include <fstream>
 
+#include "support/TemporaryFolder.h"
+
 namespace kw::test {
 namespace {
 
@@ -76,7 +78,7 @@ ScratchFolder::ScratchFolder() {
   std::filesystem::path folder;
   do {
     const std::wstring name = L"kw-activex-" + std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(++count);
-    folder = std::filesystem::temp_directory_path() / name;
+    folder = RoomForTests() / name;
   } while (!std::filesystem::create_directory(folder));
   std::filesystem::current_path(folder);
   path = folder.wstring() + L"\\";

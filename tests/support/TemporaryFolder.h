@@ -14,14 +14,16 @@ namespace kw::test {
 // Where the folders of tests lie: in memory where there is room, since a disk holds up each file that takes another's
 // place.
 inline std::filesystem::path RoomForTests() {
-#ifdef __linux__
   constexpr std::uintmax_t enough = std::uintmax_t{1} << 30U;
+#ifdef _WIN32
+  const char* const memory = "Z:\\dev\\shm";  // under Wine
+#else
   const char* const memory = "/dev/shm";
+#endif
   std::error_code error;
   const auto space = std::filesystem::space(memory, error);
   const auto mayAllWrite = std::filesystem::status(memory, error).permissions() & std::filesystem::perms::others_write;
   if (!error && space.available >= enough && mayAllWrite != std::filesystem::perms::none) return memory;
-#endif
   return std::filesystem::temp_directory_path();
 }
 

@@ -90,6 +90,8 @@ TestForm::~TestForm() {
 }
 
 HWND TestForm::HostWindow(int width, int height) {
+  // A button that appears under the pointer becomes hot whenever the display server tells of it.
+  SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 1, GetSystemMetrics(SM_CYSCREEN) - 1);
   const HWND made = CreateWindowExW(0, L"Static", L"Views", WS_POPUP | WS_CLIPCHILDREN, 0, 0, width, height, nullptr,
                                     nullptr, GetModuleHandleW(nullptr), nullptr);
   // Shown without being activated: an active window is handed to a window manager, and Wine waits two seconds for one.
