@@ -32,36 +32,33 @@ function(kw_room name)
   target_link_libraries(kw_${name} PUBLIC ${room_DEPENDS} ${room_LIBS})
 endfunction()
 
-# kw_test(<room> [COVERS <room>...] [LIBS <target>...] [SLOW <pattern>...] [LARGE <source>...] [SERIAL])
+# kw_test(<room> [COVERS <room>...] [LIBS <target>...] [SLOW <pattern>...] [LARGE <source>...] [ALONE <parts>])
 # The GoogleTest program test_<room> of every source below the current folder, linked with the room it tests. See
 # kw_test_program for the other arguments.
 # LARGE: the sources with cases that do less under the sanitizers; if KW_LARGE_TESTS_ONLY is set, they are the program.
 function(kw_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 test "SERIAL" "" "COVERS;LIBS;SLOW;LARGE")
+  cmake_parse_arguments(PARSE_ARGV 1 test "" "ALONE" "COVERS;LIBS;SLOW;LARGE")
   if(KW_LARGE_TESTS_ONLY)
     set(sources ${test_LARGE})
   else()
     file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
   endif()
-  set(serial "")
-  if(test_SERIAL)
-    set(serial SERIAL)
-  endif()
   kw_test_program(${name} SOURCES ${sources} COVERS ${test_COVERS} LIBS kw_${name} ${test_LIBS} SLOW ${test_SLOW}
-                  ${serial})
+                  ALONE ${test_ALONE})
   kw_unity(test_${name} ${sources})
 endfunction()
 
 # kw_test_program(<name> SOURCES <file>... [COVERS <room>...] [LIBS <target>...] [SLOW <pattern>...]
-#                 [ENVIRONMENT <VARIABLE=value>...] [SERIAL])
+#                 [ENVIRONMENT <VARIABLE=value>...] [ALONE <parts>])
 # The GoogleTest program test_<name>. Natively each of its suites is a test of CTest, a large suite several. Under Wine the
 # whole program is one, because starting a program costs more there.
 # COVERS: rooms that this program tests beside the one of its name; the target quick_<room> builds it, and its tests have
 # the label <room>.
 # SLOW: patterns of the cases that need more than a second each; their tests have the label slow.
-# SERIAL: no other test may run at the same time (tests that need the keyboard focus).
+# ALONE: under Wine the tests need a display, a clipboard and a registry of their own; they run in so many parts side by
+# side, since they wait more than they work.
 function(kw_test_program name)
-  cmake_parse_arguments(PARSE_ARGV 1 test "SERIAL" "" "SOURCES;COVERS;LIBS;SLOW;ENVIRONMENT")
+  cmake_parse_arguments(PARSE_ARGV 1 test "" "ALONE" "SOURCES;COVERS;LIBS;SLOW;ENVIRONMENT")
   if(test_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "kw_test_program(${name}): unknown arguments ${test_UNPARSED_ARGUMENTS}")
   endif()
@@ -77,13 +74,20 @@ function(kw_test_program name)
     add_dependencies(quick_${room} test_${name})
   endforeach()
   list(APPEND test_COVERS ${name})
-  set(properties LABELS "${test_COVERS}" RUN_SERIAL ${test_SERIAL})
-  if(test_ENVIRONMENT)
-    list(APPEND properties ENVIRONMENT "${test_ENVIRONMENT}")
-  endif()
-  if(CMAKE_CROSSCOMPILING)
+  if(WIN32 AND test_ALONE)
+    foreach(part RANGE 1 ${test_ALONE})
+      math(EXPR index "${part} - 1")
+      set(test "${name}.${part}")
+      add_test(NAME ${test} COMMAND "${CMAKE_SOURCE_DIR}/scripts/wine-alone" ${test} "$<TARGET_FILE:test_${name}>")
+      set(test_ENVIRONMENT ${test_ENVIRONMENT} GTEST_TOTAL_SHARDS=${test_ALONE} GTEST_SHARD_INDEX=${index})
+      set_tests_properties(${test} PROPERTIES TIMEOUT 600 COST 100 LABELS "${test_COVERS}"
+                           ENVIRONMENT "${test_ENVIRONMENT}")
+    endforeach()
+  elseif(WIN32)
+    # One of these keeps a processor busy.
     add_test(NAME ${name} COMMAND test_${name})
-    set_tests_properties(${name} PROPERTIES TIMEOUT 600 ${properties})
+    set_tests_properties(${name} PROPERTIES TIMEOUT 600 LABELS "${test_COVERS}" ENVIRONMENT "${test_ENVIRONMENT}"
+                         RESOURCE_LOCK processor)
   else()
     kw_discover_suites(${name} "${test_SLOW}" "${test_ENVIRONMENT}")
   endif()
