@@ -20,7 +20,7 @@ apt_step() {
   shift
   while ! step "$name" "$log" "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive LC_ALL=C "$@"; do
     if ! grep -qs 'Could not get lock\|is another process using it' "$log" || [ "$EPOCHSECONDS" -ge "$until" ]; then
-      fail "$(explain "$log" "the packages cannot be installed ($(grep -m1 '^E:' "$log" || echo 'no reason given'); see $log)")"
+      fail "$(explain "$log" "the packages cannot be installed ($(grep -m1 '^E:' "$log" || echo 'no reason given'); see $log): mend that, then run the same command again")"
     fi
     say "another program works with apt: waiting for its end"
     sleep 5

@@ -35,6 +35,7 @@ what_failed() {
 # ctest_in PRESET [ARGUMENT...]: runs the preset's tests with these arguments of ctest.
 ctest_in() {
   local preset=$1 log=build/$1-tests.log full=build/$1/Testing/Temporary/LastTest.log run status=0 passed bad skipped
+  # shellcheck disable=SC2154
   local side_by_side=$processors
   shift
   # Of the tests under Wine those that wait for a display run beside those that work.

@@ -113,13 +113,20 @@ void InputTest::TearDown() {
   if (control != nullptr) {
     VARIANT_BOOL isEnabled = VARIANT_FALSE;
     EXPECT_HRESULT_SUCCEEDED(control->get_Enabled(&isEnabled));
-    EXPECT_NE(isEnabled, VARIANT_FALSE) << "an error was reported";
+    EXPECT_NE(isEnabled, VARIANT_FALSE) << "an error was reported:\n" << TraceEnd();
     VARIANT_BOOL isChanged = VARIANT_TRUE;
     EXPECT_HRESULT_SUCCEEDED(control->get_IsFileChanged(&isChanged));
     EXPECT_EQ(isChanged, VARIANT_FALSE) << "layers float above the page";
     container.LetGo();
   }
   ControlTest::TearDown();
+}
+
+std::string InputTest::TraceEnd() const {
+  constexpr std::size_t Enough = 1500;
+  std::ifstream file(std::filesystem::path(scratch.Path()) / L"FunctionsInExecution.txt", std::ios::binary);
+  const std::string text{std::istreambuf_iterator<char>(file), {}};
+  return text.size() <= Enough ? text : text.substr(text.size() - Enough);
 }
 
 BarButton InputTest::ButtonOf(const std::wstring& toolTip) const {

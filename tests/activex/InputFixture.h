@@ -72,6 +72,8 @@ protected:
   // Whether a line of the trace file is this name.
   bool HasTraced(const std::string& name) const;
   void ForgetTrace() const;
+  // The last lines of the trace, which name an error that was reported.
+  std::string TraceEnd() const;
 
   StrictContainer container;
   Hand hand{container};
