@@ -236,7 +236,7 @@ TEST_F(ActivationTest, DialogsDisableTheModelessWindowsOfTheFrame) {
   {
     const BoxAnswerer user;
     EXPECT_EQ(control->OpenFile(Text(scratch.WriteTiff(L"D.tif", 1))), S_OK);
-    EXPECT_EQ(user.Boxes().size(), 1U);
+    EXPECT_EQ(user.Boxes().size(), 1U) << testing::PrintToString(user.Boxes());
   }
   EXPECT_EQ(container.calls, (Calls{"EnableModeless(false)", "EnableModeless"}));
   container.LetGo();

@@ -81,6 +81,8 @@ void InputTest::OpenPage() {
     const BoxAnswerer user;
     ASSERT_HRESULT_SUCCEEDED(
         control->OpenFile(Text(scratch.WriteBitmap(L"page.bmp", PageWidth, PageHeight, &ColourOfPage))));
+    const auto boxes = user.Boxes();
+    EXPECT_EQ(boxes.size(), 1U) << testing::PrintToString(boxes);
   }
   // A second from now the default tools are chosen, and then no more. They may have been chosen before, too.
   ForgetTrace();
