@@ -11,6 +11,7 @@
 #include "components/FilePath.h"
 #include "components/RunTimeError.h"
 #include "picture/Depth.h"
+#include "picture/LimitedStream.h"
 #include "picture/Signature.h"
 #include "picture/Unreadable.h"
 #include "picture/formats/Formats.h"
@@ -113,7 +114,9 @@ void KWPicEd::ConvertToBitsPerPixel(std::int16_t& bitsPerPixel) {
   const auto* next = std::ranges::lower_bound(depths, bitsPerPixel);
   const int depth = next != depths.end() ? *next : std::max(picture.BitsPerPixel(), 24);
   bitsPerPixel = static_cast<std::int16_t>(depth);
-  if (depth != picture.BitsPerPixel()) Replace(ToDepth(picture, depth));
+  if (depth == picture.BitsPerPixel()) return;
+  RequireResultFits(PixelMemory(picture.Width(), picture.Height(), depth), options.reading);
+  Replace(ToDepth(picture, depth));
 }
 
 void KWPicEd::PrepareSignature() {
@@ -136,7 +139,7 @@ void KWPicEd::Apply(std::string_view command) {
   // Where nobody else holds the pixels, they are changed in place.
   Bitmap picture = std::exchange(current, {});
   try {
-    RunEffect(*effect, picture, settings, values);
+    RunEffect(*effect, picture, settings, values, options.reading);
     current = std::move(picture);
   } catch (...) {
     current = std::move(picture);
@@ -167,7 +170,7 @@ void KWPicEd::Save(const std::string& path) {
   if (overItself) Current();
   OutputFile file(path);
   try {
-    if (document.format != format || !SaveAsStored(file)) format->write(Current(), file, options.writing);
+    if (document.format != format || !SaveAsStored(file)) WriteAnew(*format, file);
   } catch (...) {
     // A codec that could not write does not know why; the file does.
     file.RaiseFailure();
@@ -177,6 +180,25 @@ void KWPicEd::Save(const std::string& path) {
   if (overItself) document = {};
 }
 
+// The pages of a document share the room that there is; what is not of one has all of it.
+void KWPicEd::WriteAnew(const PictureFormat& format, Stream& to) const {
+  const Bitmap& picture = Current();
+  const bool isOneOfSeveral = PageCount() > 1;
+  LimitedStream room(to, options.encodedBytes - std::min(document.encoded, options.encodedBytes));
+  const auto count = [&] {
+    if (isOneOfSeveral) document.encoded += room.Size();
+  };
+  try {
+    format.write(picture, room, options.writing);
+  } catch (...) {
+    count();
+    room.RaiseIfFull();
+    throw;
+  }
+  count();
+  room.RaiseIfFull();
+}
+
 void KWPicEd::AppendTo(PageAppender& target) const {
   if (PageCount() == 0) Raise(ErrorNumber::ObjectVariableNotSet);
   if (document.format != nullptr && document.format->append != nullptr) {
@@ -184,7 +206,7 @@ void KWPicEd::AppendTo(PageAppender& target) const {
     if (SaveAsStored(stored) && target.Append(stored)) return;
   }
   MemoryFile page;
-  TiffFormat.write(Current(), page, options.writing);
+  WriteAnew(TiffFormat, page);
   if (!target.Append(page)) RaiseUnreadable("The page cannot be added to the document.");
 }
 

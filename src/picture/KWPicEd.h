@@ -32,9 +32,12 @@ public:
 
   // What reading and saving keep to, from the next file on.
   struct Options {
-    // The memory for the pixels of one page; a larger one cannot be read.
+    // The memory for the pixels of one page; a larger one cannot be read, and no effect makes one.
     ReadLimits reading;
     WriteOptions writing;
+    // Bytes that all pages of a document may take in files where they are encoded anew: a small file can hold any
+    // number of pages that are large in another format. What goes beyond raises DiskFull.
+    std::uint64_t encodedBytes = std::uint64_t{4} << 30U;
   };
   Options& GetOptions() { return options; }
 
@@ -81,11 +84,14 @@ private:
     FileStamp stamp;
     const PictureFormat* format = nullptr;
     std::unique_ptr<PictureSource> source;
+    // Bytes of its pages that were encoded anew, where it has several.
+    mutable std::uint64_t encoded = 0;
   };
 
   void Open(const std::string& path);
   void RequireUnchanged(const InputFile& file) const;
   bool SaveAsStored(Stream& to) const;
+  void WriteAnew(const PictureFormat& format, Stream& to) const;
 
   // Empty once the picture was replaced.
   Document document;

@@ -5,7 +5,7 @@
 
 namespace kw {
 
-Bitmap Upright(const Bitmap& stored, Orientation orientation) {
+Bitmap Upright(const Bitmap& stored, Orientation orientation, const ReadLimits& limits) {
   if (orientation < 2 || orientation > 8) return stored;
   const bool transposed = orientation >= 5;
   const bool mirroredColumns = orientation == 2 || orientation == 3 || orientation == 7 || orientation == 8;
@@ -13,7 +13,8 @@ Bitmap Upright(const Bitmap& stored, Orientation orientation) {
 
   const std::int32_t width = transposed ? stored.Height() : stored.Width();
   const std::int32_t height = transposed ? stored.Width() : stored.Height();
-  Bitmap page(width, height, stored.BitsPerPixel());
+  Bitmap page =
+      NewPage(static_cast<std::uint64_t>(width), static_cast<std::uint64_t>(height), stored.BitsPerPixel(), limits);
   page.SetPalette({stored.Palette().begin(), stored.Palette().end()});
   page.SetResolution(transposed ? stored.VerticalResolution() : stored.HorizontalResolution(),
                      transposed ? stored.HorizontalResolution() : stored.VerticalResolution());

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "components/Bitmap.h"
+#include "picture/PictureFormat.h"
 
 namespace kw {
 
@@ -11,7 +12,8 @@ namespace kw {
 // counter-clockwise. Other numbers count as 1.
 using Orientation = std::uint16_t;
 
-// The picture as it is meant to be seen; resolution turns with it.
-Bitmap Upright(const Bitmap& stored, Orientation orientation);
+// The picture as it is meant to be seen; resolution turns with it. Raises InvalidPicture for one beyond the limits:
+// turned, a picture of few long rows takes more memory.
+Bitmap Upright(const Bitmap& stored, Orientation orientation, const ReadLimits& limits);
 
 }  // namespace kw

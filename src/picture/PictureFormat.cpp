@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "components/RunTimeError.h"
 #include "picture/Unreadable.h"
 #include "picture/formats/Formats.h"
 
@@ -57,6 +58,10 @@ Bitmap NewPage(std::uint64_t width, std::uint64_t height, int bitsPerPixel, cons
 Bitmap NewUnfilledPage(std::uint64_t width, std::uint64_t height, int bitsPerPixel, const ReadLimits& limits) {
   RequirePageFits(width, height, bitsPerPixel, limits);
   return Bitmap::Unfilled(static_cast<std::int32_t>(width), static_cast<std::int32_t>(height), bitsPerPixel);
+}
+
+void RequireResultFits(std::uint64_t bytes, const ReadLimits& limits) {
+  if (bytes > limits.pageMemory) Raise(ErrorNumber::OutOfMemory);
 }
 
 void CopyBytes(Stream& from, std::uint64_t position, std::uint64_t count, Stream& to) {

@@ -13,9 +13,14 @@
 namespace kw {
 
 struct ReadLimits {
-  // Bytes that the pixels of one page may take. A tiny file can claim to hold any number of pixels.
-  std::uint64_t pageMemory = std::uint64_t{1} << 30U;
+  // Bytes that the pixels of one page may take, with what its codec needs at once to decode them: a dictionary, the
+  // coefficients of all scans. A tiny file can claim to hold any number of pixels. The address space of 32 bits has to
+  // hold several such pages, and the host.
+  std::uint64_t pageMemory = std::uint64_t{1} << (sizeof(void*) >= 8 ? 30U : 28U);
 };
+
+// Pages that a document may have: their numbers have 16 bits.
+constexpr std::size_t MostPages = 32767;
 
 struct WriteOptions {
   // 1 to 100; for JPEG.
@@ -89,6 +94,9 @@ Bitmap NewPage(std::uint64_t width, std::uint64_t height, int bitsPerPixel, cons
 Bitmap NewUnfilledPage(std::uint64_t width, std::uint64_t height, int bitsPerPixel, const ReadLimits& limits);
 // The same checks alone.
 void RequirePageFits(std::uint64_t width, std::uint64_t height, int bitsPerPixel, const ReadLimits& limits);
+
+// Raises OutOfMemory where a change of a picture would make one of `bytes`, more than a page may have.
+void RequireResultFits(std::uint64_t bytes, const ReadLimits& limits);
 
 // Copies `count` bytes from `position` on. Raises InvalidPicture where either stream fails.
 void CopyBytes(Stream& from, std::uint64_t position, std::uint64_t count, Stream& to);

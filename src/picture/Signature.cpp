@@ -5,6 +5,7 @@
 #include <span>
 
 #include "picture/Depth.h"
+#include "picture/PictureFormat.h"
 
 namespace kw {
 namespace {
@@ -101,6 +102,7 @@ Bitmap WithWhitePaper(const Bitmap& picture) {
 
 Bitmap SignatureInk(const Bitmap& whitePaper) {
   if (whitePaper.IsEmpty()) return {};
+  RequireResultFits(PixelMemory(whitePaper.Width(), whitePaper.Height(), 24), {});
   const Bitmap scan = ToDepth(whitePaper, 24);
   const Bounds bounds = InkBounds(scan);
   Bitmap ink(bounds.right - bounds.left, bounds.bottom - bounds.top, 32);

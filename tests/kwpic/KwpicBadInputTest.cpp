@@ -119,5 +119,32 @@ TEST_F(KwpicErrors, WhatIsRecoveredOfADamagedPictureIsSaid) {
   EXPECT_EQ(Noise(20, 10, 24).PixelAt(5, 3), engine.Current().PixelAt(5, 3));
 }
 
+TEST_F(KwpicErrors, PagesThatShareTheirPixelsAreNotSplit) {
+  // 500 pages in 1 MB: a strip of 1,000,000 bytes at 8 and directories behind it.
+  constexpr std::uint32_t size = 1000000;
+  Bytes bytes{'I', 'I', 42, 0};
+  const auto append = [&bytes](std::size_t value, unsigned width) {
+    for (unsigned i = 0; i < width; ++i) bytes.push_back(static_cast<std::uint8_t>(value >> (8 * i)));
+  };
+  append(8 + size, 4);
+  bytes.resize(8 + size);
+  constexpr std::uint32_t entries[][2] = {{256, 8000}, {257, 1000}, {258, 1},    {259, 1},
+                                          {262, 0},    {273, 8},    {278, 1000}, {279, size}};
+  for (int page = 1; page <= 500; ++page) {
+    append(std::size(entries), 2);
+    for (const auto& [tag, value] : entries) {
+      append(tag, 2);
+      append(4, 2);
+      append(1, 4);
+      append(value, 4);
+    }
+    append(page == 500 ? 0 : bytes.size() + 4, 4);
+  }
+  const std::string path = Put("shared.tif", bytes);
+  EXPECT_TRUE(Has(ErrorOfRun({"split", path, At("pages")}, 1), "shared.tif: The TIFF file names the same bytes"));
+  ErrorOfRun({"convert", path, At("out.fmf")}, 1);
+  EXPECT_EQ((std::vector<std::string>{"shared.tif"}), Names());
+}
+
 }  // namespace
 }  // namespace kw

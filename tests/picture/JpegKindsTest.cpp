@@ -184,5 +184,42 @@ TEST_F(JpegKinds, OldJpegInTiffIsReadAndCodedAnewWhenSaved) {
   EXPECT_TRUE(SamePicture(engine.Current(), again.Current()));
 }
 
+// The same with its last scan repeated.
+Bytes WithScans(const Bytes& bytes, int count) {
+  const Bytes mark{0xFF, 0xDA};
+  int scans = 0;
+  for (std::size_t at = 0; at + 1 < bytes.size(); ++at) scans += bytes[at] == 0xFF && bytes[at + 1] == 0xDA ? 1 : 0;
+  const auto last = std::find_end(bytes.begin(), bytes.end(), mark.begin(), mark.end());
+  const Bytes scan(last, bytes.end() - 2);
+  Bytes more(bytes.begin(), bytes.end() - 2);
+  for (; scans < count; ++scans) more.insert(more.end(), scan.begin(), scan.end());
+  more.insert(more.end(), {0xFF, 0xD9});
+  return more;
+}
+
+TEST_F(JpegKinds, AtMost500Scans) {
+  for (const int components : {1, 3}) {
+    const Bytes few = JpegOf(components == 1 ? JCS_GRAYSCALE : JCS_RGB, components,
+                             Bytes(static_cast<std::size_t>(components), 100), true);
+    Open(WithScans(few, 500));
+    EXPECT_FALSE(engine.Load(Put("scans.jpg", WithScans(few, 501))));
+    EXPECT_EQ("The JPEG data is damaged: more than 500 scans.", engine.LastLoadError());
+  }
+}
+
+TEST_F(JpegKinds, CoefficientsOfAllScansCountAsMemoryOfThePage) {
+  const Bytes plain = JpegOf(JCS_RGB, 3, {200, 100, 50}, false);
+  const Bytes progressive = JpegOf(JCS_RGB, 3, {200, 100, 50}, true);
+  const std::uint64_t page = PixelMemory(16, 16, 24);
+  // Four blocks of brightness, one of each colour, 64 numbers of 16 bits.
+  const std::uint64_t coefficients = std::uint64_t{6} * 64 * 2;
+  engine.GetOptions().reading.pageMemory = page;
+  Open(plain);
+  engine.GetOptions().reading.pageMemory = page + coefficients;
+  Open(progressive);
+  --engine.GetOptions().reading.pageMemory;
+  EXPECT_FALSE(engine.Load(Put("progressive.jpg", progressive)));
+}
+
 }  // namespace
 }  // namespace kw

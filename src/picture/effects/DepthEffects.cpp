@@ -62,7 +62,8 @@ std::size_t RoundedWidth(const Bitmap& picture) {
 
 using Row = std::vector<std::uint8_t>;
 
-using Histogram = std::array<std::uint32_t, 256>;
+// A page of 1 bit can have more pixels than 32 bits count.
+using Histogram = std::array<std::uint64_t, 256>;
 
 Histogram HistogramOf(const Bitmap& picture) {
   const BrightnessOf brightness(picture);
@@ -101,8 +102,9 @@ std::int32_t OtsuLevel(const Histogram& counts) {
   double all = 0;
   double sum = 0;
   for (std::size_t i = 0; i < counts.size(); ++i) {
-    all += counts[i];
-    sum += static_cast<double>(i) * counts[i];
+    const auto count = static_cast<double>(counts[i]);
+    all += count;
+    sum += static_cast<double>(i) * count;
   }
   double best = 0;
   std::int32_t first = 128;
@@ -111,8 +113,9 @@ std::int32_t OtsuLevel(const Histogram& counts) {
   double sumBelow = 0;
   for (std::int32_t level = 1; level < 256; ++level) {
     const auto darker = static_cast<std::size_t>(level - 1);
-    below += counts[darker];
-    sumBelow += static_cast<double>(darker) * counts[darker];
+    const auto count = static_cast<double>(counts[darker]);
+    below += count;
+    sumBelow += static_cast<double>(darker) * count;
     const double above = all - below;
     if (below == 0 || above == 0) continue;
     const double apart = sumBelow / below - (sum - sumBelow) / above;
@@ -178,6 +181,11 @@ void Dither(Bitmap& picture, std::span<const double> /*values*/) {
     std::swap(rows.errors[0], rows.errors[together]);
   }
   picture = std::move(result);
+}
+
+std::uint64_t MemoryOfIncrease(const Bitmap& picture, std::span<const double> /*values*/) {
+  const auto* const next = std::ranges::upper_bound(Depths, picture.BitsPerPixel());
+  return PixelMemory(picture.Width(), picture.Height(), next != Depths.end() ? *next : picture.BitsPerPixel());
 }
 
 void IncreaseBpp(Bitmap& picture, std::span<const double> /*values*/) {

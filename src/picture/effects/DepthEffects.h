@@ -17,4 +17,6 @@ void Dither(Bitmap& picture, std::span<const double> values);
 void IncreaseBpp(Bitmap& picture, std::span<const double> values);
 void DecreaseBpp(Bitmap& picture, std::span<const double> values);
 
+std::uint64_t MemoryOfIncrease(const Bitmap& picture, std::span<const double> values);
+
 }  // namespace kw

@@ -45,9 +45,10 @@ void RequireInRange(const Effect& effect, std::span<const double> values) {
   if (!std::ranges::equal(effect.parameters, values, IsAllowed)) Raise(ErrorNumber::InvalidProcedureCall);
 }
 
-void ApplyEffect(const Effect& effect, Bitmap& picture, std::span<const double> values) {
+void ApplyEffect(const Effect& effect, Bitmap& picture, std::span<const double> values, const ReadLimits& limits) {
   RequireInRange(effect, values);
   if (picture.IsEmpty()) Raise(ErrorNumber::ObjectVariableNotSet);
+  if (effect.memory != nullptr) RequireResultFits(effect.memory(picture, values), limits);
   if (!HoldsSettings(effect)) effect.procedure(picture, values);
 }
 
@@ -73,11 +74,12 @@ std::optional<std::vector<double>> ChooseValues(const Effect& effect, const Bitm
   return values;
 }
 
-void RunEffect(const Effect& effect, Bitmap& picture, EffectSettings& settings, std::span<const double> values) {
+void RunEffect(const Effect& effect, Bitmap& picture, EffectSettings& settings, std::span<const double> values,
+               const ReadLimits& limits) {
   if (HoldsSettings(effect)) {
     settings.Set(effect, values);
   } else {
-    ApplyEffect(effect, picture, values);
+    ApplyEffect(effect, picture, values, limits);
   }
 }
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "components/Bitmap.h"
+#include "picture/PictureFormat.h"
 
 namespace kw {
 
@@ -49,6 +50,8 @@ struct Effect {
   // Turns values for a whole picture into those that do the same to a copy of it reduced to fit into `room`; the result
   // fits into it too. nullptr where the values do not depend on the size.
   void (*reduce)(const Bitmap& whole, PictureSize room, std::span<double> values) = nullptr;
+  // Bytes of the largest picture that the effect makes. nullptr where none is larger than the one that it is given.
+  std::uint64_t (*memory)(const Bitmap& picture, std::span<const double> values) = nullptr;
 };
 
 // The table, one row an effect, sorted by command.
@@ -61,9 +64,9 @@ const Effect* FindEffect(std::string_view command);
 std::vector<double> StandardValues(const Effect& effect);
 
 // Runs an effect; "Option" changes no picture. Raises InvalidProcedureCall where `values` are not as many as the
-// parameters or not in their ranges, ObjectVariableNotSet without a picture, OutOfMemory where the result does not fit;
-// the picture is then as it was.
-void ApplyEffect(const Effect& effect, Bitmap& picture, std::span<const double> values);
+// parameters or not in their ranges, ObjectVariableNotSet without a picture, OutOfMemory where the result, or what is
+// made on the way to it, does not fit into the memory of a page; the picture is then as it was.
+void ApplyEffect(const Effect& effect, Bitmap& picture, std::span<const double> values, const ReadLimits& limits = {});
 
 // The same with every parameter at its default.
 void ApplyEffect(const Effect& effect, Bitmap& picture);
@@ -97,6 +100,7 @@ std::optional<std::vector<double>> ChooseValues(const Effect& effect, const Bitm
 
 // Runs an effect on the picture with values that were chosen; they hold for this one time, except those of "Option",
 // which become the settings. Raises as ApplyEffect does; "Option" needs no picture.
-void RunEffect(const Effect& effect, Bitmap& picture, EffectSettings& settings, std::span<const double> values);
+void RunEffect(const Effect& effect, Bitmap& picture, EffectSettings& settings, std::span<const double> values,
+               const ReadLimits& limits = {});
 
 }  // namespace kw

@@ -6,6 +6,7 @@
 #include "picture/effects/FilterEffects.h"
 #include "picture/effects/Flip.h"
 #include "picture/effects/Morphology.h"
+#include "picture/effects/Pixels.h"
 #include "picture/effects/PointEffects.h"
 #include "picture/effects/Resize.h"
 #include "picture/effects/Rotate.h"
@@ -37,27 +38,40 @@ constexpr std::size_t EffectCount = 22;
 
 std::array<Effect, EffectCount> Rows(std::span<const EffectParameter> all) {
   return {{
-      {"Blur", Blur, BlurSigma, Filtered, false},
+      {"Blur", Blur, BlurSigma, Filtered, false, nullptr, MemoryInValues},
       {"Colorize", Colorize, Tint, Same, true},
       {"Contrast", Contrast, Contrasting, Same, false},
       {"Darken", Darken, Brightness, Same, false},
       {"DecreaseBpp", DecreaseBpp, {}, "the next below among 32, 24, 8, 4, 1", false},
-      {"Dilate", Dilate, {}, "1 as before; 4 and 8: 8 where the palette is grey, else 24; 24 and 32 as before", false},
+      {"Dilate",
+       Dilate,
+       {},
+       "1 as before; 4 and 8: 8 where the palette is grey, else 24; 24 and 32 as before",
+       false,
+       nullptr,
+       MemoryOfSpread},
       {"Dither", Dither, {}, OneBit, false},
-      {"Edge", Edge, {}, Filtered, false},
-      {"Emboss", Emboss, Relief, Filtered, false},
-      {"Erode", Erode, {}, "1 as before; 4 and 8: 8 where the palette is grey, else 24; 24 and 32 as before", false},
+      {"Edge", Edge, {}, Filtered, false, nullptr, MemoryInValues},
+      {"Emboss", Emboss, Relief, Filtered, false, nullptr, MemoryInValues},
+      {"Erode",
+       Erode,
+       {},
+       "1 as before; 4 and 8: 8 where the palette is grey, else 24; 24 and 32 as before",
+       false,
+       nullptr,
+       MemoryOfSpread},
       {"GrayScale", GrayScale, {}, "24: 8; others as before", false},
       {"HorizontalFlip", HorizontalFlip, {}, Same, false},
-      {"IncreaseBpp", IncreaseBpp, {}, "the next above among 1, 4, 8, 24, 32", false},
+      {"IncreaseBpp", IncreaseBpp, {}, "the next above among 1, 4, 8, 24, 32", false, nullptr, MemoryOfIncrease},
       {"Invert", Invert, {}, Same, false},
       {"Lighten", Lighten, Brightness, Same, false},
       {"Option", nullptr, all, Same, true},
-      {"Resize", Resize, Size, Filtered, true, ReduceResize},
+      {"Resize", Resize, Size, Filtered, true, ReduceResize, MemoryOfResize},
       {"Rotate", Rotate, Angle,
-       "as before at multiples of 90 degrees; else 1, 4 and 8: 8 where the palette is grey, else 24", true},
-      {"Sharpen", Sharpen, Sharpness, Filtered, false},
-      {"Soften", Soften, {}, Filtered, false},
+       "as before at multiples of 90 degrees; else 1, 4 and 8: 8 where the palette is grey, else 24", true, nullptr,
+       MemoryOfRotate},
+      {"Sharpen", Sharpen, Sharpness, Filtered, false, nullptr, MemoryInValues},
+      {"Soften", Soften, {}, Filtered, false, nullptr, MemoryInValues},
       {"Threshold", Threshold, Level, OneBit, true},
       {"VerticalFlip", VerticalFlip, {}, Same, false},
   }};

@@ -60,6 +60,10 @@ void Spread(Bitmap& picture, bool light) {
 
 }  // namespace
 
+std::uint64_t MemoryOfSpread(const Bitmap& picture, std::span<const double> values) {
+  return picture.BitsPerPixel() > 1 ? MemoryInValues(picture, values) : BytesOf(picture);
+}
+
 void Dilate(Bitmap& picture, std::span<const double> /*values*/) { Spread(picture, true); }
 
 void Erode(Bitmap& picture, std::span<const double> /*values*/) { Spread(picture, false); }

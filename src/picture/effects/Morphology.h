@@ -12,4 +12,7 @@ namespace kw {
 void Dilate(Bitmap& picture, std::span<const double> values);
 void Erode(Bitmap& picture, std::span<const double> values);
 
+// A picture of 1 bit stays one.
+std::uint64_t MemoryOfSpread(const Bitmap& picture, std::span<const double> values);
+
 }  // namespace kw

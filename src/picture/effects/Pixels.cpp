@@ -26,6 +26,14 @@ bool HasGreyRamp(const Bitmap& picture) {
   return true;
 }
 
+int DepthInValues(const Bitmap& picture) {
+  return picture.BitsPerPixel() > 8 ? picture.BitsPerPixel() : HasGreyPalette(picture) ? 8 : 24;
+}
+
+std::uint64_t MemoryInValues(const Bitmap& picture, std::span<const double> /*values*/) {
+  return PixelMemory(picture.Width(), picture.Height(), DepthInValues(picture));
+}
+
 Bitmap InValues(const Bitmap& picture) {
   if (picture.BitsPerPixel() > 8 || HasGreyRamp(picture)) return picture;
   if (!HasGreyPalette(picture)) return ToDepth(picture, 24);

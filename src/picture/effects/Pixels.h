@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <utility>
 
 #include "components/Bitmap.h"
@@ -46,6 +47,11 @@ bool HasGreyRamp(const Bitmap& picture);
 // The picture in values that can be calculated with: one with a palette becomes 8 bits with a grey ramp where the
 // palette is grey, else 24 bits. Others share their pixels with the result.
 Bitmap InValues(const Bitmap& picture);
+
+// Bytes of the pixels of InValues(picture).
+std::uint64_t MemoryInValues(const Bitmap& picture, std::span<const double> values);
+// The depth of InValues(picture).
+int DepthInValues(const Bitmap& picture);
 
 // Lets work(Bitmap&) change the picture in values. Where that throws before it writes, the picture is as it was.
 template <typename Work>

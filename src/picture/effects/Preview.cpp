@@ -5,8 +5,6 @@
 #include <cmath>
 #include <vector>
 
-#include "picture/effects/Resize.h"
-
 namespace kw {
 namespace {
 
@@ -14,7 +12,8 @@ void ReduceTo(PictureSize room, Bitmap& picture) {
   const double factor = ReductionTo(room, picture.Width(), picture.Height());
   if (factor >= 1) return;
   const auto reduced = [factor](std::int32_t size) { return std::max(1.0, std::floor(size * factor)); };
-  Resize(picture, std::array{100.0, reduced(picture.Width()), reduced(picture.Height()), 0.0});
+  ApplyEffect(*FindEffect("Resize"), picture,
+              std::array{100.0, reduced(picture.Width()), reduced(picture.Height()), 0.0});
 }
 
 }  // namespace

@@ -109,6 +109,12 @@ void Resize(Bitmap& picture, std::span<const double> values) {
   picture = std::move(result);
 }
 
+std::uint64_t MemoryOfResize(const Bitmap& picture, std::span<const double> values) {
+  const std::uint64_t result = PixelMemory(NewSize(picture.Width(), values[0], values[1]),
+                                           NewSize(picture.Height(), values[0], values[2]), DepthInValues(picture));
+  return std::max(result, MemoryInValues(picture, values));
+}
+
 void ReduceResize(const Bitmap& whole, PictureSize room, std::span<double> values) {
   const double width = NewSize(whole.Width(), values[0], values[1]);
   const double height = NewSize(whole.Height(), values[0], values[2]);

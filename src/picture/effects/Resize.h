@@ -17,4 +17,6 @@ void Resize(Bitmap& picture, std::span<const double> values);
 // does not fit into it, the largest picture of the same shape that does.
 void ReduceResize(const Bitmap& whole, PictureSize room, std::span<double> values);
 
+std::uint64_t MemoryOfResize(const Bitmap& picture, std::span<const double> values);
+
 }  // namespace kw

@@ -1,5 +1,6 @@
 #include "picture/effects/Rotate.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <numbers>
@@ -7,6 +8,7 @@
 
 #include "components/RunTimeError.h"
 #include "picture/effects/Bands.h"
+#include "picture/effects/Effect.h"
 #include "picture/effects/Flip.h"
 #include "picture/effects/Kernels.h"
 #include "picture/effects/Pixels.h"
@@ -102,14 +104,23 @@ void PremultiplyAll(Bitmap& picture) {
   for (std::int32_t y = 0; y < picture.Height(); ++y) Premultiply(pixels.Row(y), pixels.Row(y), width);
 }
 
-void TurnFreely(Bitmap& picture, double degrees) {
+Slant SlantOf(double degrees) {
   const double radians = degrees / 180 * std::numbers::pi;
-  const Slant slant{std::cos(radians), std::sin(radians)};
-  Bitmap original = InValues(picture);
+  return {std::cos(radians), std::sin(radians)};
+}
+
+PictureSize TurnedSize(const Bitmap& picture, Slant slant) {
   const double across = std::fabs(slant.cosine);
   const double along = std::fabs(slant.sine);
-  Bitmap result = Like(original, SizeFor(original.Width() * across + original.Height() * along),
-                       SizeFor(original.Width() * along + original.Height() * across), original.BitsPerPixel());
+  return {SizeFor(picture.Width() * across + picture.Height() * along),
+          SizeFor(picture.Width() * along + picture.Height() * across)};
+}
+
+void TurnFreely(Bitmap& picture, double degrees) {
+  const Slant slant = SlantOf(degrees);
+  Bitmap original = InValues(picture);
+  const PictureSize size = TurnedSize(original, slant);
+  Bitmap result = Like(original, size.width, size.height, original.BitsPerPixel());
   const bool hasAlpha = original.BitsPerPixel() == 32;
   if (hasAlpha) PremultiplyAll(original);
   const Turning turning(original, result, slant);
@@ -124,10 +135,21 @@ void TurnFreely(Bitmap& picture, double degrees) {
   picture = std::move(result);
 }
 
+// 0 to below 360.
+double Degrees(std::span<const double> values) { return std::fmod(values[0] + 360, 360); }
+
 }  // namespace
 
+std::uint64_t MemoryOfRotate(const Bitmap& picture, std::span<const double> values) {
+  const double degrees = Degrees(values);
+  if (degrees == 0 || degrees == 180) return BytesOf(picture);
+  if (degrees == 90 || degrees == 270) return PixelMemory(picture.Height(), picture.Width(), picture.BitsPerPixel());
+  const PictureSize size = TurnedSize(picture, SlantOf(degrees));
+  return std::max(PixelMemory(size.width, size.height, DepthInValues(picture)), MemoryInValues(picture, values));
+}
+
 void Rotate(Bitmap& picture, std::span<const double> values) {
-  const double degrees = std::fmod(values[0] + 360, 360);
+  const double degrees = Degrees(values);
   if (degrees == 0) return;
   if (degrees == 90 || degrees == 270) return TurnQuarter(picture, degrees == 90);
   if (degrees != 180) return TurnFreely(picture, degrees);

@@ -11,4 +11,6 @@ namespace kw {
 // transparent where there is alpha. A picture with a palette becomes 8 bits where it is grey, else 24 bits.
 void Rotate(Bitmap& picture, std::span<const double> values);
 
+std::uint64_t MemoryOfRotate(const Bitmap& picture, std::span<const double> values);
+
 }  // namespace kw

@@ -22,6 +22,8 @@ namespace {
 constexpr std::size_t BlockSize = std::size_t{64} * 1024;
 constexpr int ExifMarker = JPEG_APP0 + 1;
 constexpr unsigned LongestMarker = 65535;
+// Each scan of a progressive picture is decoded over the whole of it, however few bytes the scan has.
+constexpr int MostScans = 500;
 
 // libjpeg reports an error by leaving it with a long jump. Its calls are therefore made inside Trapped() only, in steps
 // that own nothing: the jump runs no destructor.
@@ -48,6 +50,13 @@ void Note(j_common_ptr codec, int level) {
 }
 
 void StaySilent(j_common_ptr /*codec*/) {}
+
+void CountScans(j_common_ptr codec) {
+  if (reinterpret_cast<jpeg_decompress_struct*>(codec)->input_scan_number <= MostScans) return;
+  auto* trap = reinterpret_cast<Trap*>(codec->err);
+  std::snprintf(trap->message.data(), trap->message.size(), "more than %d scans", MostScans);
+  std::longjmp(trap->jump, 1);
+}
 
 void Prepare(Trap& trap) {
   jpeg_std_error(&trap.manager);
@@ -120,6 +129,7 @@ public:
     Try([this] {
       jpeg_create_decompress(&codec);
       codec.src = &source.manager;
+      codec.progress = &watch;
       jpeg_save_markers(&codec, ExifMarker, LongestMarker);
       jpeg_read_header(&codec, TRUE);
     });
@@ -127,6 +137,21 @@ public:
   }
 
   int Depth() const { return codec.num_components == 1 ? 8 : 24; }
+
+  // What has to be in memory besides the page until the last scan was read.
+  std::uint64_t CoefficientMemory() {
+    if (jpeg_has_multiple_scans(&codec) == 0) return 0;
+    const auto rounded = [](JDIMENSION blocks, int step) {
+      const auto size = static_cast<std::uint64_t>(step);
+      return (blocks + size - 1) / size * size;
+    };
+    std::uint64_t blocks = 0;
+    for (int i = 0; i < codec.num_components; ++i) {
+      const jpeg_component_info& part = codec.comp_info[i];
+      blocks += rounded(part.width_in_blocks, part.h_samp_factor) * rounded(part.height_in_blocks, part.v_samp_factor);
+    }
+    return blocks * DCTSIZE2 * sizeof(JCOEF);
+  }
 
   // Decodes all rows that can be; returns what to say about those that are missing.
   std::string ReadRows(Bitmap& page) {
@@ -174,6 +199,7 @@ private:
   }
 
   Trap trap;
+  jpeg_progress_mgr watch{CountScans, 0, 0, 0, 0};
   JpegInput source;
   jpeg_decompress_struct codec{};
 };
@@ -210,7 +236,9 @@ public:
     const auto decoder = std::make_unique<JpegDecoder>(file);
     const auto& header = decoder->ReadHeader();
     storedBits = static_cast<std::int16_t>(header.num_components * header.data_precision);
-    RequirePageFits(header.image_width, header.image_height, decoder->Depth(), limits);
+    const std::uint64_t coefficients = decoder->CoefficientMemory();
+    const ReadLimits left{limits.pageMemory - std::min(limits.pageMemory, coefficients)};
+    RequirePageFits(header.image_width, header.image_height, decoder->Depth(), left);
   }
 
   std::int16_t StoredBitsPerPixel(Stream& /*file*/, std::int32_t /*page*/) override { return storedBits; }
@@ -221,7 +249,7 @@ public:
     Bitmap page = NewUnfilledPage(header.image_width, header.image_height, decoder->Depth(), limits);
     SetJpegResolution(header, page);
     warning = decoder->ReadRows(page);
-    return Upright(page, OrientationOf(header));
+    return Upright(page, OrientationOf(header), limits);
   }
 
   bool Copy(Stream& file, std::int32_t /*page*/, Stream& to) override {

@@ -1,8 +1,7 @@
-#include <limits>
-
 #include "picture/Unreadable.h"
 #include "picture/formats/Formats.h"
 #include "picture/formats/TiffAppend.h"
+#include "picture/formats/TiffBounds.h"
 #include "picture/formats/TiffCopy.h"
 #include "picture/formats/TiffDirectory.h"
 #include "picture/formats/TiffRead.h"
@@ -14,9 +13,7 @@ namespace {
 class TiffSource : public PictureSource {
 public:
   TiffSource(Stream& file, const ReadLimits& readLimits) : structure(file), limits(readLimits) {
-    if (structure.Directories().size() > std::numeric_limits<std::int16_t>::max()) {
-      RaiseUnreadable("The TIFF file has too many pages.");
-    }
+    RequireBoundedPages(structure, file);
   }
 
   std::int32_t PageCount() const override { return static_cast<std::int32_t>(structure.Directories().size()); }

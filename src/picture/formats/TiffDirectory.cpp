@@ -5,6 +5,7 @@
 #include <string>
 #include <unordered_set>
 
+#include "picture/PictureFormat.h"
 #include "picture/Unreadable.h"
 
 namespace kw {
@@ -38,6 +39,7 @@ TiffStructure::TiffStructure(Stream& file) {
   std::uint64_t next = ReadOffset(header, big ? 8 : 4);
   while (next != 0) {
     if (!seen.insert(next).second) RaiseUnreadable("The pages of the TIFF file run in a circle.");
+    if (directories.size() == MostPages) RaiseUnreadable("The TIFF file has too many pages.");
     directories.push_back(next);
     std::array<std::uint8_t, 8> link{};
     if (!file.Seek(LinkOf(file, next)) || !file.ReadAll(link.data(), OffsetSize())) RaiseCutShort();

@@ -63,7 +63,7 @@ struct TiffEntry {
 class TiffStructure {
 public:
   // Reads the chain, not the directories. Raises InvalidPicture for a stream that is no TIFF, a chain that leads
-  // outside the file or runs in a circle.
+  // outside the file, runs in a circle or has more than MostPages.
   explicit TiffStructure(Stream& file);
 
   ByteOrder Order() const { return order; }

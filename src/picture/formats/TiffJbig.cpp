@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <span>
-#include <vector>
 
 #include "picture/Unreadable.h"
+#include "picture/formats/TiffBounds.h"
 
 namespace kw {
 namespace {
@@ -43,21 +43,14 @@ bool Fits(std::span<const std::uint8_t> code, std::uint64_t room) {
 void RequireJbigFits(const TiffHandle& tiff, std::uint64_t fileSize) {
   if (TIFFIsCODECConfigured(COMPRESSION_JBIG) != 1) RaiseUnreadable("This kind of TIFF is not supported: JBIG pixels.");
   TIFF* const codec = tiff.Get();
-  const bool tiled = TIFFIsTiled(codec) != 0;
-  const tmsize_t room = tiled ? TIFFTileSize(codec) : TIFFStripSize(codec);
+  const tmsize_t room = TIFFIsTiled(codec) != 0 ? TIFFTileSize(codec) : TIFFStripSize(codec);
   tiff.Require(room > 0);
   // In the usual order of bits the codec stores them the other way round.
   const bool reversed = tiff.Field(TIFFTAG_FILLORDER, std::uint16_t{FILLORDER_MSB2LSB}) == FILLORDER_MSB2LSB;
-  const std::uint32_t count = tiled ? TIFFNumberOfTiles(codec) : TIFFNumberOfStrips(codec);
-  for (std::uint32_t i = 0; i < count; ++i) {
-    std::vector<std::uint8_t> code(static_cast<std::size_t>(std::min(TIFFGetStrileByteCount(codec, i), fileSize)));
-    const auto size = static_cast<tmsize_t>(code.size());
-    const tmsize_t got =
-        tiled ? TIFFReadRawTile(codec, i, code.data(), size) : TIFFReadRawStrip(codec, i, code.data(), size);
-    code.resize(static_cast<std::size_t>(std::max<tmsize_t>(got, 0)));
+  ForCodedPieces(tiff, fileSize, [&](std::span<std::uint8_t> code) {
     if (reversed) TIFFReverseBits(code.data(), static_cast<tmsize_t>(code.size()));
     if (!Fits(code, static_cast<std::uint64_t>(room))) RaiseUnreadable("The JBIG pixels are more than the page has.");
-  }
+  });
 }
 
 }  // namespace kw

@@ -8,8 +8,10 @@
 #include "picture/Recovery.h"
 #include "picture/Unreadable.h"
 #include "picture/formats/Formats.h"
+#include "picture/formats/TiffBounds.h"
 #include "picture/formats/TiffHandle.h"
 #include "picture/formats/TiffJbig.h"
+#include "picture/formats/TiffLzma.h"
 
 namespace kw {
 namespace {
@@ -86,7 +88,7 @@ void SetTiffResolution(const TiffHandle& tiff, Bitmap& page) {
   const auto unit = tiff.Field(TIFFTAG_RESOLUTIONUNIT, std::uint16_t{RESUNIT_INCH});
   const double perInch = unit == RESUNIT_INCH ? 1 : unit == RESUNIT_CENTIMETER ? CentimetresPerInch : 0;
   page.SetResolution(static_cast<double>(tiff.Field(TIFFTAG_XRESOLUTION, 0.0F)) * perInch,
-                         static_cast<double>(tiff.Field(TIFFTAG_YRESOLUTION, 0.0F)) * perInch);
+                     static_cast<double>(tiff.Field(TIFFTAG_YRESOLUTION, 0.0F)) * perInch);
 }
 
 std::vector<Rgb> PaletteOf(const TiffHandle& tiff, const Layout& layout) {
@@ -372,7 +374,14 @@ Bitmap ReadTiffPage(Stream& file, std::uint64_t directory, const ReadLimits& lim
   tiff.Require(TIFFSetSubDirectory(tiff.Get(), directory) == 1);
   const Layout layout = LayoutOf(tiff);
   RequirePageFits(layout.width, layout.height, layout.Depth(), limits);
+  if (layout.tiled) RequireTilesFit(tiff, layout.Depth(), limits);
+  RequireBoundedPieces(tiff, file.Size());
   if (layout.compression == COMPRESSION_JBIG) RequireJbigFits(tiff, file.Size());
+  if (layout.compression == COMPRESSION_LZMA) {
+    const std::uint64_t pixels =
+        PixelMemory(static_cast<std::int32_t>(layout.width), static_cast<std::int32_t>(layout.height), layout.Depth());
+    RequireLzmaFits(tiff, file.Size(), limits.pageMemory - pixels);
+  }
   Alpha alpha = layout.alpha;
   Recovery recovery;
   Bitmap page = layout.IsIndexed() || layout.IsColour() ? SampleReader(tiff, layout, limits, recovery).Read()
@@ -381,7 +390,7 @@ Bitmap ReadTiffPage(Stream& file, std::uint64_t directory, const ReadLimits& lim
   if (alpha == Alpha::Premultiplied && page.BitsPerPixel() == 32) Straighten(page);
   warning = recovery.IsWhole() ? tiff.Damage() : recovery.Finish(page, tiff.Damage());
   SetTiffResolution(tiff, page);
-  return Upright(page, tiff.Field(TIFFTAG_ORIENTATION, Orientation{1}));
+  return Upright(page, tiff.Field(TIFFTAG_ORIENTATION, Orientation{1}), limits);
 }
 
 }  // namespace kw
