@@ -7,8 +7,8 @@ namespace kw {
 
 // File services that are the same on every platform. Paths are in the editor's notation (see FilePath.h).
 
-// Appends `text` as it stands, creating the file if needed. Raises PathNotFound, PermissionDenied,
-// PathFileAccessError or DiskFull.
+// Appends `text` as it stands, creating the file if needed; texts of several processes do not mix. Raises PathNotFound,
+// PermissionDenied, PathFileAccessError or DiskFull.
 void AppendToFile(const std::string& path, std::string_view text);
 
 // The name part of an existing file that is no folder; empty where there is none.
@@ -16,5 +16,11 @@ std::string LookUpFile(const std::string& path);
 
 // Raises FileNotFound where there is no such file, PathFileAccessError where it cannot be deleted.
 void RemoveFileAt(const std::string& path);
+
+// Whether both paths lead to one existing file, or are the same text.
+bool IsSameFile(const std::string& a, const std::string& b);
+
+// Makes the folder and those above it that are missing. Raises the errors of AppendToFile.
+void MakeFolders(const std::string& path);
 
 }  // namespace kw

@@ -29,10 +29,13 @@ public:
   // The per-page value: the current page's bits per pixel as it is stored in the file.
   virtual std::int16_t PageValue() const = 0;
 
-  // Saves the current picture in the format of the path's extension. The file appears whole or not at all. Raises
+  // Saves the current picture in the format of the path's extension. The file appears whole or not at all, also where
+  // the machine stops meanwhile. Raises
   // ObjectVariableNotSet without a picture, InvalidProcedureCall for an extension that names no format, and the file
   // errors (PathNotFound, PermissionDenied, DiskFull, PathFileAccessError).
   virtual void Save(const std::string& path) = 0;
+  // The same for a file that need not outlive the machine's next start: nothing waits for the disk.
+  virtual void SaveScratch(const std::string& path) = 0;
 
   // Size of the current picture in pixels; 0 without one.
   virtual std::int32_t Width() const = 0;

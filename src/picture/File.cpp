@@ -1,77 +1,79 @@
 #include "picture/File.h"
 
-#include <array>
-#include <cerrno>
+#include <algorithm>
 #include <chrono>
 #include <limits>
+#include <mutex>
 #include <random>
+#include <set>
 #include <string_view>
-#include <system_error>
-#include <thread>
 #include <utility>
 
 #include "components/FilePath.h"
 #include "components/RunTimeError.h"
 #include "picture/Unreadable.h"
 
-// Standard C++ cannot ask for this, and no header of the system belongs here.
-#ifdef _WIN32
-extern "C" int _commit(int file);
-#else
-extern "C" int fsync(int);  // NOLINT(readability-redundant-declaration)
-#endif
-
 namespace kw {
 namespace {
 
-enum class Use { Read, Create, Change };
-
-#ifdef _WIN32
-std::FILE* OpenFile(const std::filesystem::path& path, Use use) {
-  return _wfopen(path.c_str(), use == Use::Read ? L"rb" : use == Use::Create ? L"w+b" : L"r+b");
-}
-bool WriteThrough(std::FILE* file) { return _commit(_fileno(file)) == 0; }
-// The standard library's own looks the file up first, which fails for long paths.
-void RemoveFile(const std::filesystem::path& path) { _wremove(path.c_str()); }
-bool SeekFile(std::FILE* file, std::int64_t offset, int origin) { return _fseeki64(file, offset, origin) == 0; }
-std::int64_t TellFile(std::FILE* file) { return _ftelli64(file); }
-constexpr std::string_view FolderEnds = "\\/:";
-#else
-std::FILE* OpenFile(const std::filesystem::path& path, Use use) {
-  return std::fopen(path.c_str(), use == Use::Read ? "rb" : use == Use::Create ? "w+b" : "r+b");
-}
-bool WriteThrough(std::FILE* file) { return fsync(fileno(file)) == 0; }
-void RemoveFile(const std::filesystem::path& path) { std::remove(path.c_str()); }
-bool SeekFile(std::FILE* file, std::int64_t offset, int origin) { return fseeko(file, offset, origin) == 0; }
-std::int64_t TellFile(std::FILE* file) { return ftello(file); }
-constexpr std::string_view FolderEnds = "\\/";
-#endif
-
-[[noreturn]] void RaiseFileError(std::error_code error) {
-  const auto is = [error](std::errc code) { return error == std::make_error_condition(code); };
-  if (is(std::errc::no_such_file_or_directory) || is(std::errc::not_a_directory)) Raise(ErrorNumber::PathNotFound);
-  if (is(std::errc::permission_denied) || is(std::errc::operation_not_permitted) ||
-      is(std::errc::read_only_file_system)) {
-    Raise(ErrorNumber::PermissionDenied);
-  }
-  if (is(std::errc::no_space_on_device) || is(std::errc::file_too_large)) Raise(ErrorNumber::DiskFull);
-  Raise(ErrorNumber::PathFileAccessError);
-}
+constexpr std::string_view TemporaryBegin = "kw";
+constexpr std::string_view TemporaryEnd = ".tmp";
+constexpr std::string_view Digits = "0123456789abcdef";
+constexpr std::size_t DigitCount = 16;
 
 // A name in the folder of `path` that no other writer chooses. Kept short: where the folder's path fits, it fits too.
-std::filesystem::path TemporaryBeside(const std::string& path) {
-  constexpr std::string_view digits = "0123456789abcdef";
+std::filesystem::path TemporaryBeside(const std::filesystem::path& path) {
   std::random_device random;
-  const std::size_t folderEnd = path.find_last_of(FolderEnds);
-  std::string name = folderEnd == std::string::npos ? std::string() : path.substr(0, folderEnd + 1);
-  name += "kw";
-  for (int i = 0; i < 2; ++i) {
-    for (unsigned bits = random(), n = 0; n < 8; ++n, bits >>= 4U) name += digits[bits & 15U];
+  std::string name(TemporaryBegin);
+  for (unsigned bits = 0, n = 0; n < DigitCount; ++n, bits >>= 4U) {
+    if (n % 8 == 0) bits = random();
+    name += Digits[bits & 15U];
   }
-  return ToFilesystemPath(name + ".tmp");
+  return path.parent_path() / name.append(TemporaryEnd);
+}
+
+bool IsTemporaryName(std::string_view name) {
+  if (name.size() != TemporaryBegin.size() + DigitCount + TemporaryEnd.size()) return false;
+  return name.starts_with(TemporaryBegin) && name.ends_with(TemporaryEnd) &&
+         name.substr(TemporaryBegin.size(), DigitCount).find_first_not_of(Digits) == std::string_view::npos;
+}
+
+bool IsOld(const FileFacts& facts) {
+  using Ticks = std::chrono::duration<std::int64_t, std::ratio<1, 10'000'000>>;
+  const auto now = std::chrono::duration_cast<Ticks>(std::chrono::system_clock::now().time_since_epoch());
+  return now - Ticks(facts.changed) > std::chrono::hours(24);
+}
+
+// Each folder once in the life of the process, so that a split does not look through its own page files again and
+// again.
+bool IsFirstVisit(const std::filesystem::path& folder) {
+  static std::mutex mutex;
+  static std::set<std::filesystem::path> visited;
+  constexpr std::size_t most = 1000;
+  const std::scoped_lock lock(mutex);
+  if (visited.size() > most) visited.clear();
+  return visited.insert(folder).second;
+}
+
+void RemoveLeftovers(const std::filesystem::path& folder) {
+  if (!IsFirstVisit(folder)) return;
+  namespace fs = std::filesystem;
+  std::error_code error;
+  const fs::path place = folder.empty() ? fs::path(".") : folder;
+  for (fs::directory_iterator entry(place, error), end; !error && entry != end; entry.increment(error)) {
+    FileFacts facts;
+    if (!IsTemporaryName(FromFilesystemPath(entry->path().filename()))) continue;
+    if (LookAt(entry->path(), facts) == 0 && facts.kind == FileKind::Plain && IsOld(facts)) {
+      RemoveUnusedFile(entry->path());
+    }
+  }
 }
 
 }  // namespace
+
+void FileStream::Fail(SystemCode code) {
+  if (failure == 0) failure = code;
+}
 
 std::size_t FileStream::Read(void* to, std::size_t count) noexcept {
   const std::size_t done = std::fread(to, 1, count, file.get());
@@ -80,18 +82,18 @@ std::size_t FileStream::Read(void* to, std::size_t count) noexcept {
 }
 
 std::size_t FileStream::Write(const void* from, std::size_t count) noexcept {
-  errno = 0;
+  ForgetStreamError();
   const std::size_t done = std::fwrite(from, 1, count, file.get());
   position += done;
-  if (done != count && failure == 0) failure = errno != 0 ? errno : EIO;
+  if (done != count) Fail(LastStreamError());
   return done;
 }
 
 bool FileStream::Seek(std::uint64_t to) noexcept {
   constexpr auto most = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
-  errno = 0;
+  ForgetStreamError();
   if (to > most || !SeekFile(file.get(), static_cast<std::int64_t>(to), SEEK_SET)) {
-    if (failure == 0) failure = errno != 0 ? errno : EINVAL;
+    Fail(LastStreamError());
     return false;
   }
   position = to;
@@ -99,82 +101,90 @@ bool FileStream::Seek(std::uint64_t to) noexcept {
 }
 
 std::uint64_t FileStream::Size() noexcept {
-  if (!SeekFile(file.get(), 0, SEEK_END)) return 0;
-  const std::int64_t size = TellFile(file.get());
+  ForgetStreamError();
+  const std::int64_t size = SeekFile(file.get(), 0, SEEK_END) ? TellFile(file.get()) : -1;
+  if (size < 0) Fail(LastStreamError());
   Seek(position);
   return size < 0 ? 0 : static_cast<std::uint64_t>(size);
 }
 
 bool FileStream::Settle() noexcept {
-  errno = 0;
-  if (failure == 0 && (std::fflush(file.get()) != 0 || !WriteThrough(file.get()))) failure = errno != 0 ? errno : EIO;
+  ForgetStreamError();
+  if (failure == 0) failure = FlushToDisk(file.get());
   return failure == 0;
 }
 
 void FileStream::RaiseFailure() const {
-  if (failure != 0) RaiseFileError({failure, std::generic_category()});
+  if (failure != 0) RaiseFileError(failure);
 }
 
 void FileStream::Close() {
-  errno = 0;
-  if (std::fclose(file.release()) != 0 && failure == 0) failure = errno != 0 ? errno : EIO;
+  ForgetStreamError();
+  if (std::fclose(file.release()) != 0) Fail(LastStreamError());
   RaiseFailure();
 }
 
 InputFile::InputFile(const std::string& path) {
-  namespace fs = std::filesystem;
-  const fs::path native = ToFilesystemPath(path);
-  std::error_code error;
-  const fs::file_type type = fs::status(native, error).type();
-  if (type == fs::file_type::directory) RaiseUnreadable("The path names a folder.");
-  // A device or a pipe could keep a reader waiting for ever. The run time of Windows does not find a long path that it
-  // can open, so what is not found is tried all the same.
-  if (type != fs::file_type::regular && type != fs::file_type::not_found && type != fs::file_type::none) {
-    RaiseUnreadable("The path does not name a file that can be read.");
+  const std::filesystem::path native = ToFilesystemPath(path);
+  const SystemCode code = OpenSystemFile(native, FileUse::Read, file);
+  FileFacts facts;
+  const SystemCode unknown = code == 0 ? LookAt(file.get(), facts) : LookAt(native, facts);
+  if (unknown != 0) {
+    RaiseUnreadable(IsMissing(unknown) ? "The file does not exist."
+                                       : "The file cannot be opened: it is in use or access is denied.");
   }
-  file.reset(OpenFile(native, Use::Read));
-  if (file == nullptr) {
-    RaiseUnreadable(type == fs::file_type::not_found ? "The file does not exist."
-                                                     : "The file cannot be opened: it is in use or access is denied.");
-  }
-  stamp.size = FileStream::Size();
-  stamp.changed = fs::last_write_time(native, error);
+  if (facts.kind == FileKind::Folder) RaiseUnreadable("The path names a folder.");
+  // A device or a pipe could keep a reader waiting for ever.
+  if (facts.kind == FileKind::Other) RaiseUnreadable("The path does not name a file that can be read.");
+  if (code != 0) RaiseUnreadable("The file cannot be opened: it is in use or access is denied.");
+  stamp = {facts.identity, facts.size, facts.changed};
   if (stamp.size == 0) RaiseUnreadable("The file is empty.");
 }
 
-ChangedFile::ChangedFile(const std::string& path) {
-  errno = 0;
-  file.reset(OpenFile(ToFilesystemPath(path), Use::Change));
-  if (file == nullptr) RaiseFileError({errno, std::generic_category()});
+std::unique_ptr<ChangedFile> ChangedFile::Open(const std::string& path) {
+  std::unique_ptr<ChangedFile> changed(new ChangedFile);
+  const SystemCode code = OpenSystemFile(ToFilesystemPath(path), FileUse::Change, changed->file);
+  if (IsMissing(code)) return nullptr;
+  if (code != 0) RaiseFileError(code);
+  FileFacts facts;
+  if (LookAt(changed->file.get(), facts) != 0 || facts.kind != FileKind::Plain) Raise(ErrorNumber::PathFileAccessError);
+  return changed;
 }
 
-OutputFile::OutputFile(const std::string& target) : path(target), temporary(TemporaryBeside(target)) {
-  errno = 0;
-  file.reset(OpenFile(temporary, Use::Create));
-  if (file == nullptr) RaiseFileError({errno, std::generic_category()});
+OutputFile::OutputFile(const std::string& path, Durability lasting)
+    : target(BehindLinks(ToFilesystemPath(path))), temporary(TemporaryBeside(target)), durability(lasting) {
+  FileFacts facts;
+  const SystemCode unknown = LookAt(target, facts);
+  if (unknown != 0 && !IsMissing(unknown)) RaiseFileError(unknown);
+  const bool isThere = unknown == 0;
+  if (isThere && facts.kind != FileKind::Plain) Raise(ErrorNumber::PathFileAccessError);
+  if (durability == Durability::Lasting) RemoveLeftovers(target.parent_path());
+  const SystemCode code = OpenSystemFile(temporary, isThere ? FileUse::CreatePrivate : FileUse::Create, file);
+  if (code != 0) RaiseFileError(code);
 }
 
 OutputFile::~OutputFile() {
   if (temporary.empty()) return;
   file.reset();
-  RemoveFile(temporary);
+  RemoveSystemFile(temporary);
+}
+
+SystemCode OutputFile::PutBy(Existing existing) {
+  if (durability == Durability::Lasting) FileStream::Settle();
+  Close();
+  const SystemCode code = PutInPlace(temporary, target, existing, durability);
+  if (code == 0) temporary.clear();
+  return code;
 }
 
 void OutputFile::Commit() {
-  Close();
-  const std::filesystem::path target = ToFilesystemPath(path);
-  std::error_code error;
-  // A virus scanner may hold the new file, or an indexer the old one, for a moment.
-  constexpr std::array<std::chrono::milliseconds, 4> pauses{std::chrono::milliseconds(0), std::chrono::milliseconds(10),
-                                                            std::chrono::milliseconds(40),
-                                                            std::chrono::milliseconds(100)};
-  for (const auto pause : pauses) {
-    if (pause.count() != 0) std::this_thread::sleep_for(pause);
-    std::filesystem::rename(temporary, target, error);
-    if (error != std::errc::permission_denied) break;
-  }
-  if (error) RaiseFileError(error);
-  temporary.clear();
+  if (const SystemCode code = PutBy(Existing::Replaced); code != 0) RaiseFileError(code);
+}
+
+bool OutputFile::CommitNew() {
+  const SystemCode code = PutBy(Existing::Kept);
+  if (code != 0 && !IsTaken(code)) RaiseFileError(code);
+  return code == 0;
 }
 
 }  // namespace kw

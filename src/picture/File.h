@@ -6,13 +6,10 @@
 #include <memory>
 #include <string>
 
+#include "components/SystemFile.h"
 #include "picture/Stream.h"
 
 namespace kw {
-
-struct CloseFile {
-  void operator()(std::FILE* file) const noexcept { std::fclose(file); }
-};
 
 // A file of the disk as a stream. The base of the two kinds below.
 class FileStream : public Stream {
@@ -23,6 +20,7 @@ public:
   std::uint64_t Position() const noexcept override { return position; }
   std::uint64_t Size() noexcept override;
 
+  bool HasFailed() const noexcept override { return failure != 0; }
   bool Settle() noexcept override;
   // Raises PathNotFound, PermissionDenied, DiskFull or PathFileAccessError for the first write that failed, if one did.
   void RaiseFailure() const;
@@ -31,18 +29,22 @@ protected:
   FileStream() = default;
   // Closing writes what is still buffered, so it can be the step that fails; raises the same errors.
   void Close();
-  std::unique_ptr<std::FILE, CloseFile> file;
-  // errno of the first write or seek that failed; 0 while all went well.
-  int failure = 0;
+  OpenedFile file;
 
 private:
+  // Keeps the first failure.
+  void Fail(SystemCode code);
+
+  // Of the first write or seek that failed.
+  SystemCode failure = 0;
   std::uint64_t position = 0;
 };
 
 // What tells whether a file is still the one that was looked at earlier.
 struct FileStamp {
+  FileIdentity identity;
   std::uint64_t size = 0;
-  std::filesystem::file_time_type changed;
+  std::int64_t changed = 0;
   friend bool operator==(const FileStamp&, const FileStamp&) = default;
 };
 
@@ -59,27 +61,39 @@ private:
 };
 
 // A file that appears whole or not at all: the bytes go to a file of another name in the same folder, which takes the
-// place of `path` at Commit(). Without a Commit() nothing of it remains.
+// place of `path` at Commit(). Without a Commit() nothing of it remains. Where the path is a link, the file that it
+// leads to is replaced. What a process that was ended left in the folder goes after a day.
 class OutputFile : public FileStream {
 public:
   // Raises PathNotFound, PermissionDenied, DiskFull or PathFileAccessError.
-  explicit OutputFile(const std::string& target);
+  explicit OutputFile(const std::string& path, Durability lasting = Durability::Lasting);
   ~OutputFile() override;
+  // Nobody sees the bytes before Commit(), which flushes them.
+  bool Settle() noexcept override { return !HasFailed(); }
   // Raises the same errors, also for a write that failed before.
   void Commit();
+  // The same for a file that is not to replace another one; false where there is one now.
+  bool CommitNew();
 
 private:
-  std::string path;
+  SystemCode PutBy(Existing existing);
+
+  std::filesystem::path target;
   std::filesystem::path temporary;
+  Durability durability;
 };
 
-// An existing file that is changed in place. What Settle() let through is on the disk whatever happens then.
+// An existing file that is changed in place, by nobody else meanwhile. What Settle() let through is on the disk
+// whatever happens then.
 class ChangedFile : public FileStream {
 public:
-  // Raises the errors of FileStream.
-  explicit ChangedFile(const std::string& path);
+  // Empty where there is no such file. Waits for who changes it, for a few seconds. Raises the errors of FileStream.
+  static std::unique_ptr<ChangedFile> Open(const std::string& path);
   // Raises the same errors, also for a write that failed before.
   void Finish() { Close(); }
+
+private:
+  ChangedFile() = default;
 };
 
 }  // namespace kw

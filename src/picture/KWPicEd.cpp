@@ -3,12 +3,11 @@
 #include <algorithm>
 #include <array>
 #include <exception>
-#include <filesystem>
 #include <new>
 #include <utility>
 #include <vector>
 
-#include "components/FilePath.h"
+#include "components/Files.h"
 #include "components/RunTimeError.h"
 #include "picture/Depth.h"
 #include "picture/LimitedStream.h"
@@ -17,15 +16,6 @@
 #include "picture/formats/Formats.h"
 
 namespace kw {
-namespace {
-
-bool IsSameFile(const std::string& a, const std::string& b) {
-  std::error_code ignored;
-  return a == b || std::filesystem::equivalent(ToFilesystemPath(a), ToFilesystemPath(b), ignored);
-}
-
-}  // namespace
-
 bool KWPicEd::Load(const std::string& path) {
   lastLoadError.clear();
   Replace({});
@@ -161,14 +151,18 @@ bool KWPicEd::SaveAsStored(Stream& to) const {
   return document.source->Copy(*file, selected, to);
 }
 
-void KWPicEd::Save(const std::string& path) {
+void KWPicEd::Save(const std::string& path) { SaveAs(path, Durability::Lasting); }
+
+void KWPicEd::SaveScratch(const std::string& path) { SaveAs(path, Durability::Passing); }
+
+void KWPicEd::SaveAs(const std::string& path, Durability durability) {
   if (PageCount() == 0) Raise(ErrorNumber::ObjectVariableNotSet);
   const PictureFormat* format = FormatOfPath(path);
   if (format == nullptr) Raise(ErrorNumber::InvalidProcedureCall);
   // A file that is about to be replaced gives no more pages; the picture stays, as the engine's own.
   const bool overItself = document.source != nullptr && IsSameFile(path, document.path);
   if (overItself) Current();
-  OutputFile file(path);
+  OutputFile file(path, durability);
   try {
     if (document.format != format || !SaveAsStored(file)) WriteAnew(*format, file);
   } catch (...) {
@@ -221,18 +215,18 @@ void KWPicEd::Append(const std::string& path) {
       throw;
     }
   };
-  std::error_code ignored;
-  if (!std::filesystem::exists(ToFilesystemPath(path), ignored)) {
-    OutputFile file(path);
-    appendTo(file);
-    file.Commit();
-    return;
-  }
   // A file that changed gives no more pages, so what it is to give now is decoded before.
   if (document.source != nullptr && IsSameFile(path, document.path)) Replace(Bitmap(Current()));
-  ChangedFile file(path);
-  appendTo(file);
-  file.Finish();
+  for (;;) {
+    if (const auto existing = ChangedFile::Open(path)) {
+      appendTo(*existing);
+      return existing->Finish();
+    }
+    // Another writer may make the document meanwhile; then the page goes behind its pages.
+    OutputFile made(path);
+    appendTo(made);
+    if (made.CommitNew()) return;
+  }
 }
 
 }  // namespace kw

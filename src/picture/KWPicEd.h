@@ -46,11 +46,13 @@ public:
   std::int16_t PageValue() const override { return pageValue; }
 
   void Save(const std::string& path) override;
+  void SaveScratch(const std::string& path) override;
 
   // Adds the current page to the end of the document `path`, whose format has to be one of several pages (fmf, TIFF); a
-  // file that does not exist is made. The pages that it has stay untouched even where the machine stops meanwhile. A
-  // page of such a format that was not changed keeps its coded pixels. Raises InvalidProcedureCall for another format,
-  // InvalidPicture for a file that is not of its format, and the errors of Save.
+  // file that does not exist is made. The pages that it has stay untouched even where the machine stops meanwhile, and
+  // of several processes one after the other adds its page. A page of such a format that was not changed keeps its
+  // coded pixels. Raises InvalidProcedureCall for another format, InvalidPicture for a file that is not of its format,
+  // and the errors of Save.
   void Append(const std::string& path);
   // The same, to a document that is being made.
   void AppendTo(PageAppender& target) const;
@@ -90,6 +92,7 @@ private:
 
   void Open(const std::string& path);
   void RequireUnchanged(const InputFile& file) const;
+  void SaveAs(const std::string& path, Durability durability);
   bool SaveAsStored(Stream& to) const;
   void WriteAnew(const PictureFormat& format, Stream& to) const;
 

@@ -23,6 +23,9 @@ public:
   virtual std::uint64_t Position() const noexcept = 0;
   virtual std::uint64_t Size() noexcept = 0;
 
+  // Whether a write, a seek or Size() failed; Size() answers 0 then.
+  virtual bool HasFailed() const noexcept { return false; }
+
   // What was written before is on the disk before anything that is written later.
   virtual bool Settle() noexcept { return true; }
 

@@ -5,6 +5,8 @@
 #include <string_view>
 
 #include "components/Arithmetic.h"
+#include "components/FilePath.h"
+#include "components/SystemFile.h"
 #include "document/PageFiles.h"
 #include "trap/Procedure.h"
 
@@ -61,6 +63,13 @@ std::string StampList::ReadStamp(const std::string& key) const {
 
 void StampList::WriteStamp(const std::string& key, const std::string& value) const {
   desktop.WriteProfileString(Section, key, value, StampFilePath(desktop));
+}
+
+void StampList::AddStamp(const std::string& value) {
+  const FileLock lock(ToFilesystemPath(StampFilePath(desktop) + ".lock"));
+  m_UserStampCount = 0;
+  while (!ReadStamp(NextKey()).empty()) ++m_UserStampCount;
+  WriteStamp(NextKey(), value);
 }
 
 void StampList::FillStampList(ImageCombo& combo) {

@@ -20,11 +20,14 @@ public:
   std::string ReadStamp(const std::string& key) const;
   // A file that cannot be written is not reported.
   void WriteStamp(const std::string& key, const std::string& value) const;
+  // Writes it behind the user's stamps that the file holds now, those of other users of the folder included. Raises
+  // Overflow past 32767.
+  void AddStamp(const std::string& value);
 
   // Fills the combo afresh and selects its first item. The first key without a value ends the user's stamps; more than
   // 32767 of them are a reported error (Overflow), those until then are listed.
   void FillStampList(ImageCombo& combo);
-  // The user's stamps found by the last filling.
+  // The user's stamps that were found last.
   std::int16_t UserStampCount() const { return m_UserStampCount; }
   // The key of the user's stamp behind the last one. Raises Overflow past 32767.
   std::string NextKey() const;

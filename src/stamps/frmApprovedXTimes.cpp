@@ -171,7 +171,7 @@ void frmApprovedXTimes::chkOK_Click() {
   run([&] { LastStampSelected = cmbStamps.Text(); });
   run([&] { IsToAttachSignature = chkAttachSignature.Value(); });
   run([&] {
-    if (cmbStamps.SelectedItem() == 0) list.WriteStamp(list.NextKey(), cmbStamps.Text());
+    if (cmbStamps.SelectedItem() == 0) list.AddStamp(cmbStamps.Text());
   });
   run([&] { StampString = ComposedStamp(); });
   run([&] { form.SetVisible(false); });

@@ -4,12 +4,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <limits>
 
 #include "components/FilePath.h"
+#include "components/SystemFile.h"
 #include "windows/Text.h"
 
 namespace kw::windows {
@@ -33,30 +33,32 @@ std::wstring FromCodePage(const std::string& text) {
   return wide;
 }
 
+bool WriteAll(const std::filesystem::path& path, const std::wstring& text) {
+  OpenedFile file;
+  if (OpenSystemFile(path, FileUse::Create, file) != 0) return false;
+  return std::fwrite(Utf16Mark.data(), 1, Utf16Mark.size(), file.get()) == Utf16Mark.size() &&
+         std::fwrite(text.data(), sizeof(wchar_t), text.size(), file.get()) == text.size() &&
+         FlushToDisk(file.get()) == 0;
+}
+
 // Where this fails the file stays as it is.
 void ChangeToUtf16(const std::filesystem::path& path) {
   std::string content;
-  {
-    std::ifstream file(path, std::ios::binary);
-    if (!file.is_open() && std::filesystem::exists(path)) return;
-    content.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-    if (file.bad() || content.size() > std::numeric_limits<int>::max()) return;
+  OpenedFile file;
+  FileFacts facts;
+  const SystemCode code = OpenSystemFile(path, FileUse::Read, file);
+  if (code != 0 && !IsMissing(code)) return;
+  if (code == 0) {
+    if (LookAt(file.get(), facts) != 0 || facts.size > std::numeric_limits<int>::max()) return;
+    content.resize(static_cast<std::size_t>(facts.size));
+    if (std::fread(content.data(), 1, content.size(), file.get()) != content.size()) return;
+    file.reset();
   }
   if (content.starts_with(Utf16Mark) || content.starts_with(Utf8Mark)) return;
-  const std::wstring wide = FromCodePage(content);
   std::filesystem::path changed = path;
-  changed += L".tmp";
-  {
-    std::ofstream file(changed, std::ios::binary);
-    file << Utf16Mark;
-    file.write(reinterpret_cast<const char*>(wide.data()), static_cast<std::streamsize>(wide.size() * sizeof(wchar_t)));
-    file.close();
-    if (file.fail()) {
-      DeleteFileW(changed.c_str());
-      return;
-    }
-  }
-  if (MoveFileExW(changed.c_str(), path.c_str(), MOVEFILE_REPLACE_EXISTING) == FALSE) DeleteFileW(changed.c_str());
+  changed += L"." + std::to_wstring(GetCurrentProcessId()) + L"." + std::to_wstring(GetCurrentThreadId()) + L".tmp";
+  if (WriteAll(changed, FromCodePage(content))) PutInPlace(changed, path, Existing::Replaced, Durability::Lasting);
+  RemoveSystemFile(changed);
 }
 
 }  // namespace

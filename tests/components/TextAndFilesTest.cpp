@@ -1,8 +1,15 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <map>
+#include <sstream>
+#include <thread>
+#include <vector>
+
 #include "components/FilePath.h"
 #include "components/Files.h"
 #include "components/RunTimeError.h"
+#include "components/SystemFile.h"
 #include "components/Unicode.h"
 #include "support/Errors.h"
 #include "support/TemporaryFolder.h"
@@ -57,6 +64,61 @@ TEST(Files, AppendToWhatCannotBeWrittenIsAnErrorWithTheSystemsCode) {
     EXPECT_NE(error.LastDllError(), 0);
   }
   EXPECT_NE(ErrorOf([&] { AppendToFile(folder.Path(), "x"); }), 0);
+}
+
+TEST(Files, LinesOfTwoWritersDoNotMix) {
+  const test::TemporaryFolder folder;
+  const std::string path = folder.File("log.txt");
+  constexpr int count = 300;
+  std::vector<std::thread> writers;
+  for (const char mark : {'a', 'b', 'c'}) {
+    writers.emplace_back([&path, mark] {
+      for (int i = 0; i < count; ++i) AppendToFile(path, std::string(200, mark) + "\n");
+    });
+  }
+  for (std::thread& writer : writers) writer.join();
+  std::map<std::string, int> lines;
+  std::istringstream text(ReadWhole(path));
+  for (std::string line; std::getline(text, line);) ++lines[line];
+  EXPECT_EQ(lines,
+            (std::map<std::string, int>{
+                {std::string(200, 'a'), count}, {std::string(200, 'b'), count}, {std::string(200, 'c'), count}}));
+}
+
+TEST(Files, FoldersAreMadeAlsoWhereThePathIsLong) {
+  const test::TemporaryFolder folder;
+  const std::string deep =
+      folder.File(std::string(100, 'a') + "\\" + std::string(100, 'b') + "\\" + std::string(100, 'c'));
+  MakeFolders(deep);
+  MakeFolders(deep + "\\");
+  AppendToFile(deep + "\\log.txt", "x");
+  EXPECT_EQ(LookUpFile(deep + "\\log.txt"), "log.txt");
+  EXPECT_TRUE(IsSameFile(deep + "\\log.txt", deep + "\\..\\" + std::string(100, 'c') + "\\log.txt"));
+  EXPECT_NE(ErrorOf([&] { MakeFolders(deep + "\\log.txt\\more"); }), 0);
+  RemoveFileAt(deep + "\\log.txt");
+}
+
+TEST(Files, LockIsTakenInTurn) {
+  const test::TemporaryFolder folder;
+  const auto path = folder.Native() / "list.lock";
+  int inside = 0;
+  int most = 0;
+  std::vector<std::thread> users;
+  for (int user = 0; user < 3; ++user) {
+    users.emplace_back([&] {
+      for (int i = 0; i < 30; ++i) {
+        const FileLock lock(path);
+        EXPECT_TRUE(lock.IsHeld());
+        most = std::max(most, ++inside);
+        std::this_thread::yield();
+        --inside;
+      }
+    });
+  }
+  for (std::thread& user : users) user.join();
+  EXPECT_EQ(most, 1);
+  EXPECT_FALSE(std::filesystem::exists(path)) << "nothing is left of it";
+  EXPECT_FALSE(FileLock(folder.Native() / "missing" / "list.lock").IsHeld());
 }
 
 TEST(Files, LookUpFindsFilesOnly) {

@@ -59,6 +59,17 @@ TEST_F(Kwpic, SplitWritesTheCodedPagesBesideTheFileOrIntoAFolder) {
             Names());
 }
 
+TEST_F(Kwpic, SplitsIntoALongFolder) {
+  const std::string path = At("page.bmp");
+  KWPicEd engine;
+  engine.Replace(Noise(9, 9, 24));
+  engine.Save(path);
+  std::string deep = At(std::string(60, 'a'));
+  for (const char name : {'b', 'c', 'd', 'e'}) deep += "/" + std::string(60, name);
+  EXPECT_EQ("", Output({"split", path, deep}));
+  EXPECT_TRUE(engine.Load(deep + "/page_Page_1.bmp")) << engine.LastLoadError();
+}
+
 TEST_F(Kwpic, JoinMakesOneDocumentOfAllPages) {
   const std::vector<Bitmap> two{FaxPage(80, 40), Noise(20, 10, 24)};
   const std::string document = Document(two, "two.tif");

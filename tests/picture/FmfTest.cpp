@@ -1,4 +1,5 @@
 #include <array>
+#include <climits>
 
 #include "picture/KWPicEd.h"
 #include "picture/TiffMaker.h"
@@ -247,6 +248,42 @@ TEST_F(Fmf, FileThatLostItsEndBehindTheLinkedPagesKeepsThem) {
   for (std::size_t length = before.size(); length <= after.size(); length += 50) {
     ExpectPages(Put("cut.fmf", {after.begin(), after.begin() + static_cast<std::ptrdiff_t>(length)}), old);
   }
+}
+
+// A file whose size cannot be told for a moment.
+class SizelessFile : public MemoryStream {
+public:
+  SizelessFile(Bytes contents, int sizesUntilThen) : MemoryStream(std::move(contents)), left(sizesUntilThen) {}
+  std::uint64_t Size() noexcept override { return left-- == 0 ? 0 : MemoryStream::Size(); }
+  bool HasFailed() const noexcept override { return left < 0; }
+  int left;
+};
+
+TEST_F(Fmf, DocumentWhoseSizeCannotBeToldIsNotTakenForAnEmptyOne) {
+  const Bytes before = BytesOf(Document({FaxPage(64, 40), Noise(12, 9, 8)}));
+  MemoryFile page;
+  TiffFormat.write(Noise(10, 7, 24), page, {});
+  SizelessFile whole(before, INT_MAX);
+  ASSERT_TRUE(FmfFormat.append(whole)->Append(page));
+  const int sizes = INT_MAX - whole.left;
+  ASSERT_GE(sizes, 2);
+  for (int until = 0; until < sizes; ++until) {
+    SizelessFile file(before, until);
+    EXPECT_EQ(NumberOf(ErrorNumber::InvalidPicture), ErrorOf([&] { FmfFormat.append(file)->Append(page); })) << until;
+    EXPECT_TRUE(std::equal(before.begin(), before.end(), file.bytes.begin())) << until;
+  }
+}
+
+TEST_F(Fmf, LongPathOfADocumentIsAppendedTo) {
+  const std::string path = LongFolder() + "/document.fmf";
+  const std::vector<Bitmap> pages{FaxPage(64, 40), Noise(12, 9, 8), Noise(20, 20, 24)};
+  for (const Bitmap& page : pages) {
+    engine.Replace(page);
+    engine.Append(path);
+  }
+  ExpectPages(path, pages);
+  engine.Append(path);
+  ExpectPages(path, {pages[0], pages[1], pages[2], pages[0]});
 }
 
 TEST_F(Fmf, LinksLieAtMultiplesOfTheirSize) {

@@ -14,6 +14,7 @@
 
 #include "components/Bitmap.h"
 #include "components/FilePath.h"
+#include "components/Files.h"
 #include "components/RunTimeError.h"
 #include "picture/Stream.h"
 #include "support/TemporaryFolder.h"
@@ -32,6 +33,14 @@ protected:
     std::string path = At(name);
     std::ofstream(ToFilesystemPath(path), std::ios::binary)
         .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+    return path;
+  }
+
+  // A folder in it whose path is longer than the system of Windows takes it without a prefix.
+  std::string LongFolder() const {
+    std::string path = FromFilesystemPath(folder);
+    for (char name = 'a'; name < 'f'; ++name) path += "/" + std::string(100, name);
+    MakeFolders(path);
     return path;
   }
 

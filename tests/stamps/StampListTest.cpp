@@ -1,6 +1,8 @@
 #include "stamps/StampList.h"
 
+#include <algorithm>
 #include <filesystem>
+#include <thread>
 
 #include "support/EditorFixture.h"
 
@@ -134,6 +136,40 @@ TEST_F(StampLists, AreReadFromTheWorkFolder) {
   std::filesystem::create_directory(folder.Native() / "office");
   list.WriteStamp("1", "THERE");
   EXPECT_EQ(ReadWhole(folder.File("office\\stamps.lst")), "[Stamps]\r\n1=THERE\r\n");
+}
+
+TEST_F(StampLists, GetTheNextKeyOfTheFileAsItIsWhenAStampIsAdded) {
+  WriteList("[Stamps]\r\n1=ONE\r\n");
+  Filled();
+  WriteList("[Stamps]\r\n1=ONE\r\n2=ANOTHER USER'S\r\n");
+  list.AddStamp("MINE");
+  EXPECT_EQ(ReadWhole(ListPath()), "[Stamps]\r\n1=ONE\r\n2=ANOTHER USER'S\r\n3=MINE\r\n");
+  WriteList("[Stamps]\r\n3=HIDDEN\r\n");
+  list.AddStamp("FIRST");
+  EXPECT_EQ(UserStamps(), (std::vector<std::string>{"FIRST"}));
+}
+
+TEST_F(StampLists, LoseNoStampOfTwoUsersWhoAddThemAtTheSameTime) {
+  constexpr int stampsOfEach = 25;
+  std::vector<std::thread> users;
+  for (const std::string name : {"A", "B"}) {
+    users.emplace_back([this, name] {
+      AppDir = folder.Path();
+      ScriptedDesktop own;
+      StampList ownList(own, control->ErrorTrap());
+      for (int i = 0; i < stampsOfEach; ++i) ownList.AddStamp(name + std::to_string(i));
+    });
+  }
+  for (std::thread& user : users) user.join();
+  std::vector<std::string> expected;
+  for (const std::string name : {"A", "B"}) {
+    for (int i = 0; i < stampsOfEach; ++i) expected.push_back(name + std::to_string(i));
+  }
+  std::vector<std::string> stamps = UserStamps();
+  std::ranges::sort(stamps);
+  std::ranges::sort(expected);
+  EXPECT_EQ(stamps, expected);
+  EXPECT_FALSE(Exists(ListPath() + ".lock"));
 }
 
 TEST_F(StampLists, OfAnUnreadableFileAreTheBuiltInStamps) {

@@ -9,6 +9,7 @@
 #include "Describe.h"
 #include "Progress.h"
 #include "components/FilePath.h"
+#include "components/Files.h"
 #include "components/RunTimeError.h"
 #include "picture/KWPicEd.h"
 
@@ -106,9 +107,7 @@ void Split(const std::string& path, const std::string& folder) {
   FormatFor(path);
   KWPicEd engine;
   Open(engine, path);
-  std::error_code error;
-  if (!folder.empty()) std::filesystem::create_directories(ToFilesystemPath(folder), error);
-  if (error) throw Failure{folder + ": the folder cannot be made"};
+  if (!folder.empty()) For(folder, [&] { MakeFolders(folder); });
   Progress progress(engine.PageCount(), "pages");
   ForPages(engine, path, [&](std::int32_t page, const std::string& name) {
     const std::string file = PageFile(path, folder, page);

@@ -285,8 +285,8 @@ void StartBlock(j_compress_ptr encoder) {
 
 boolean FlushBlock(j_compress_ptr encoder) {
   auto* destination = reinterpret_cast<Destination*>(encoder->dest);
-  // The stream remembers a failure.
-  destination->file->Write(destination->block.data(), destination->block.size());
+  const std::size_t size = destination->block.size();
+  if (destination->file->Write(destination->block.data(), size) != size) ERREXIT(encoder, JERR_FILE_WRITE);
   StartBlock(encoder);
   return TRUE;
 }

@@ -15,11 +15,18 @@ constexpr std::uint64_t Slack = 1024;
 
 [[noreturn]] void RaiseUnwritten() { RaiseUnreadable("The picture cannot be written."); }
 
+// A document whose size cannot be told must not pass for an empty one.
+std::uint64_t SizeOf(Stream& document) {
+  const std::uint64_t size = document.Size();
+  if (document.HasFailed()) RaiseUnwritten();
+  return size;
+}
+
 }  // namespace
 
 TiffAppender::TiffAppender(Stream& document, std::span<const std::uint8_t> header, std::optional<TiffMark> pageMark)
     : to(document), mark(pageMark) {
-  if (to.Size() == 0) {
+  if (SizeOf(to) == 0) {
     if (!to.Seek(0) || !to.WriteAll(header)) RaiseUnwritten();
     return;
   }
@@ -31,7 +38,7 @@ TiffAppender::TiffAppender(Stream& document, std::span<const std::uint8_t> heade
 }
 
 bool TiffAppender::Append(Stream& page) {
-  const std::uint64_t end = to.Size();
+  const std::uint64_t end = SizeOf(to);
   if (end + page.Size() + Slack > std::numeric_limits<std::uint32_t>::max()) {
     RaiseUnreadable("The document would be larger than 4 GB.");
   }
