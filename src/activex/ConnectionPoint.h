@@ -21,8 +21,8 @@ public:
 
   // The sinks as they are now; a sink may come or go while the others are being called.
   std::vector<Microsoft::WRL::ComPtr<IUnknown>> Sinks() const;
-  // Lets go of all sinks.
-  void Clear() { connections.clear(); }
+  // Lets go of all sinks. One of them may cut its connection meanwhile.
+  void Clear() { std::exchange(connections, {}); }
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
   STDMETHODIMP_(ULONG) AddRef() override { return life.Unknown().AddRef(); }

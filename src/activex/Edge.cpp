@@ -3,9 +3,11 @@
 #include <oleauto.h>
 #include <wrl/client.h>
 
+#include <new>
 #include <string_view>
 
 #include "activex/KwEditor.h"
+#include "components/RunTimeError.h"
 
 namespace kw::activex {
 namespace {
@@ -35,16 +37,18 @@ void SetErrorText(std::string_view description, std::string_view source) noexcep
 
 }  // namespace
 
-HRESULT Report(const RunTimeError& error) noexcept {
-  SetErrorText(error.Description(), error.Source());
-  const std::int32_t number = error.Number();
+HRESULT Report(const std::exception* error) noexcept {
+  if (error == nullptr) return E_UNEXPECTED;
+  if (dynamic_cast<const std::bad_alloc*>(error) != nullptr) return E_OUTOFMEMORY;
+  const auto* const known = dynamic_cast<const RunTimeError*>(error);
+  if (known == nullptr) {
+    SetErrorText(error->what(), "KwEditor");
+    return E_FAIL;
+  }
+  SetErrorText(known->Description(), known->Source());
+  const std::int32_t number = known->Number();
   if (number < 0) return number;  // an automation error keeps its own code
   return MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, static_cast<unsigned>(number) & 0xFFFFU);
-}
-
-HRESULT Report(const std::exception& error) noexcept {
-  SetErrorText(error.what(), "KwEditor");
-  return E_FAIL;
 }
 
 }  // namespace kw::activex

@@ -4,8 +4,21 @@
 
 #include "activex/EffectQuestion.h"
 #include "activex/Extent.h"
+#include "windows/Guard.h"
 
 namespace kw::activex {
+namespace {
+
+// For start-up and shut-down, whose failure must neither refuse the control nor reach the one who lets go of it. An
+// error that the editor cannot even report leaves the procedure before its end. The editor is disabled by then and
+// reports nothing more, so a second run does the rest.
+template <class Procedure>
+void RunToItsEnd(Procedure procedure) {
+  if (!windows::Guard(procedure)) windows::Guard(procedure);
+}
+
+}  // namespace
+
 EditorCore::EditorCore(IUnknown& controlling)
     : life(controlling), events(life, members), activation(*this), desktop(life, activation), editor(desktop, events) {
   const Lifetime::Entry entry(life);
@@ -16,7 +29,7 @@ EditorCore::EditorCore(IUnknown& controlling)
   editor.Engine().AskParametersFrom([this](const Effect& effect, std::span<double> values, const Bitmap& picture) {
     return desktop.ShowParameters(QuestionOf(effect, picture), values);
   });
-  editor.UserControl_Initialize();
+  RunToItsEnd([this] { editor.UserControl_Initialize(); });
   extent = FormToHimetric(FormSize());
   SetDirty(false);
 }
@@ -26,7 +39,7 @@ EditorCore::~EditorCore() {
   activation.Abandon();
   events.EventPoint().Clear();
   events.PropertyPoint().Clear();
-  editor.UserControl_Terminate();
+  RunToItsEnd([this] { editor.UserControl_Terminate(); });
 }
 
 void EditorCore::SetExtent(SIZEL himetric) {

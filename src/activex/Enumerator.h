@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "activex/Module.h"
+#include "windows/Guard.h"
 
 namespace kw::activex {
 
@@ -66,7 +67,7 @@ public:
   }
   STDMETHODIMP Clone(Interface** clone) override {
     if (clone == nullptr) return E_POINTER;
-    *clone = new (std::nothrow) Enumerator(items, position);
+    *clone = windows::GuardOr(static_cast<Interface*>(nullptr), [this] { return new Enumerator(items, position); });
     return *clone == nullptr ? E_OUTOFMEMORY : S_OK;
   }
 

@@ -6,14 +6,17 @@
 #include "activex/KwEditor.h"
 #include "activex/Module.h"
 #include "activex/Registration.h"
+#include "windows/ControlView.h"
+#include "windows/Guard.h"
 
 // The procedures by which COM loads, unloads and registers the control.
 
 using kw::activex::ClassFactory;
 namespace Module = kw::activex::Module;
 
-extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID /*reserved*/) {
+extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, LPVOID isProcessEnding) {
   if (reason == DLL_PROCESS_ATTACH) Module::SetInstance(instance);
+  if (reason == DLL_PROCESS_DETACH && isProcessEnding == nullptr) kw::windows::OwnWindowClass::Unregister();
   return TRUE;
 }
 
@@ -25,6 +28,6 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, LPVOID* object) {
 
 STDAPI DllCanUnloadNow() { return Module::IsUnused() ? S_OK : S_FALSE; }
 
-STDAPI DllRegisterServer() { return kw::activex::Register(); }
+STDAPI DllRegisterServer() { return kw::windows::GuardOr(E_OUTOFMEMORY, &kw::activex::Register); }
 
-STDAPI DllUnregisterServer() { return kw::activex::Unregister(); }
+STDAPI DllUnregisterServer() { return kw::windows::GuardOr(E_OUTOFMEMORY, &kw::activex::Unregister); }

@@ -3,9 +3,13 @@
 #include <commctrl.h>
 #include <olectl.h>
 
+#include <memory>
+#include <optional>
 #include <utility>
 
+#include "activex/Edge.h"
 #include "activex/EditorCore.h"
+#include "windows/Guard.h"
 #include "windows/ScreenScale.h"
 
 namespace kw::activex {
@@ -23,20 +27,18 @@ HWND InPlaceActivation::Window() const { return pane == nullptr ? nullptr : pane
 
 LRESULT CALLBACK InPlaceActivation::PaneProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                                   UINT_PTR /*id*/, DWORD_PTR self) {
+  constexpr UINT ScreenScaleChanged = 0x02E3;  // WM_DPICHANGED_AFTERPARENT, which older headers lack
   auto& activation = *reinterpret_cast<InPlaceActivation*>(self);
-  if (message == WM_MOUSEACTIVATE) {
-    // A click anywhere in the control, its children included, makes it the active object of its container.
-    Lifetime& life = activation.core.Life();
-    const Lifetime::Outgoing outgoing(life);
-    activation.ActivateUi(nullptr);
-  }
+  std::optional<Lifetime::Outgoing> outgoing;
+  if (message == WM_MOUSEACTIVATE || message == ScreenScaleChanged) outgoing.emplace(activation.core.Life());
+  // A click anywhere in the control, its children included, makes it the active object of its container.
+  if (message == WM_MOUSEACTIVATE) windows::Guard([&] { activation.ActivateUi(nullptr); });
   if (message == WM_NCDESTROY) RemoveWindowSubclass(window, &PaneProcedure, SubclassId);
   const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
-  constexpr UINT ScreenScaleChanged = 0x02E3;  // WM_DPICHANGED_AFTERPARENT, which older headers lack
   if (message == ScreenScaleChanged && activation.Window() == window) {
     RECT client = {};
     GetClientRect(window, &client);
-    activation.ShowAt(SizeOf(client));
+    windows::Guard([&] { activation.ShowAt(SizeOf(client)); });
   }
   return result;
 }
@@ -54,7 +56,7 @@ HRESULT InPlaceActivation::Activate(IOleClientSite* site) {
   if (FAILED(result)) return result;
   place = asked;
   state = State::Active;
-  result = MakePane();
+  result = AtEdge(core.Life(), [this] { return MakePane(); });
   if (FAILED(result)) {
     Deactivate();
     return result;
@@ -82,6 +84,7 @@ HRESULT InPlaceActivation::MakePane() {
   document = givenDocument;
   core.SetWindowSize(SizeOf(position), windows::ScaleOf(parent));
   pane = std::make_unique<windows::EditorWindow>(core.Editor().Root(), parent, position);
+  pane->HoldWith([this] { return std::make_shared<Lifetime::Outgoing>(core.Life()); });
   SetWindowSubclass(Window(), &PaneProcedure, SubclassId, reinterpret_cast<DWORD_PTR>(this));
   SetRects(position, clip);
   FollowUiDead();
@@ -174,7 +177,8 @@ void InPlaceActivation::ReleasePlaces() {
 
 void InPlaceActivation::FollowUiDead() {
   if (Window() == nullptr) return;
-  EnableWindow(Window(), core.Site().AmbientBoolean(DISPID_AMBIENT_UIDEAD).value_or(false) ? FALSE : TRUE);
+  const bool isDead = core.Site().AmbientBoolean(DISPID_AMBIENT_UIDEAD).value_or(false);
+  if (pane != nullptr) pane->AllowInput(!isDead);
 }
 
 HRESULT InPlaceActivation::SetRects(const RECT& position, const RECT& clip) {

@@ -1,15 +1,22 @@
 #include "activex/Lifetime.h"
 
+#include <utility>
+
+#include "windows/Guard.h"
+
 namespace kw::activex {
 namespace {
 
 constexpr UINT ReleaseMessage = WM_APP;
+constexpr UINT_PTR ReleaseTimer = 1;
 
 }  // namespace
 
 LRESULT CALLBACK Lifetime::PostboxProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  if (message != ReleaseMessage) return DefWindowProcW(window, message, wParam, lParam);
-  reinterpret_cast<Lifetime*>(GetWindowLongPtrW(window, GWLP_USERDATA))->unknown->Release();
+  if (message != ReleaseMessage && message != WM_TIMER) return DefWindowProcW(window, message, wParam, lParam);
+  KillTimer(window, ReleaseTimer);
+  auto* const life = reinterpret_cast<Lifetime*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+  windows::Guard([life] { life->ReleaseOwed(); });
   return 0;
 }
 
@@ -24,7 +31,16 @@ bool Lifetime::IsHeldByOthers() const {
   return unknown->Release() > 1;
 }
 
+void Lifetime::ReleaseOwed() {
+  isPosted = false;
+  IUnknown& held = *unknown;
+  for (ULONG left = std::exchange(owed, 0); left > 0; --left) held.Release();
+}
+
+// One message is enough for all, however many come before it is handled.
 void Lifetime::ReleaseLater() {
+  ++owed;
+  if (isPosted) return;
   if (postbox == nullptr) {
     // A class that Windows has: one of our own would outlive the library that holds its procedure.
     postbox = CreateWindowExW(0, L"Static", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
@@ -33,7 +49,9 @@ void Lifetime::ReleaseLater() {
     SetWindowLongPtrW(postbox, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     SetWindowLongPtrW(postbox, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&PostboxProcedure));
   }
-  PostMessageW(postbox, ReleaseMessage, 0, 0);
+  // A full queue takes no message; a timer needs no room in it.
+  isPosted = PostMessageW(postbox, ReleaseMessage, 0, 0) != FALSE ||
+             SetTimer(postbox, ReleaseTimer, USER_TIMER_MINIMUM, nullptr) != 0;
 }
 
 Lifetime::Entry::Entry(Lifetime& entered) : life(entered) {

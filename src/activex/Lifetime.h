@@ -55,11 +55,14 @@ private:
   static LRESULT CALLBACK PostboxProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   bool IsHeldByOthers() const;
   void ReleaseLater();
+  void ReleaseOwed();
 
   IUnknown* unknown;
   bool isCountOwn = false;
   int entries = 0;
   HWND postbox = nullptr;
+  ULONG owed = 0;         // references that are dropped at the message loop
+  bool isPosted = false;  // the message that drops them is on its way
 };
 
 }  // namespace kw::activex

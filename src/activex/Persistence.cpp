@@ -41,10 +41,10 @@ STDMETHODIMP Persistence::GetClassID(CLSID* classId) {
 
 STDMETHODIMP Persistence::IsDirty() { return core.IsDirty() ? S_OK : S_FALSE; }
 
+// A new control has what its design and its start-up gave it.
 STDMETHODIMP Persistence::InitNew() {
   return AtEdge(core.Life(), [&] {
-    StreamBag empty;
-    Read(empty);
+    core.SetDirty(false);
     return S_OK;
   });
 }

@@ -40,7 +40,7 @@ public:
   // Both must outlive the control. UserControl_Initialize has to follow before anything else.
   KwEditorLayers(Desktop& platform, EditorEvents& container);
 
-  // Life: initialised once, then the persisted properties are read (from an empty bag for a new control), any number
+  // Life: initialised once, then the persisted properties are read unless the control is a new one, any number
   // of notifications follow through Root(), terminated once.
   void UserControl_Initialize();
   void UserControl_ReadProperties(PropertyBag& bag);

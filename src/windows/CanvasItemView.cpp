@@ -42,7 +42,7 @@ void CanvasItemView::Send(const MouseEvent& event, POINT at) {
   const bool isMarker = dynamic_cast<const LightWeightMarker*>(&Model()) != nullptr;
   if (event.kind == MouseEvent::Kind::Down) pressedAt = at;
   if (isMarker && event.kind == MouseEvent::Kind::Up) {
-    if (!IsEffectivelyEnabled()) return;
+    if (!TakesInput()) return;
     mouse->MouseUp.Raise(event.button, event.shift, ToTwips(static_cast<float>(at.x - pressedAt.x)),
                          ToTwips(static_cast<float>(at.y - pressedAt.y)));
     return;

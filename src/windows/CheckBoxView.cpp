@@ -17,7 +17,7 @@ void CheckBoxView::Show(Aspect aspect) {
 }
 
 void CheckBoxView::OnCommand(WORD notification, WORD /*id*/) {
-  if (notification == BN_CLICKED) box.UserToggle();
+  if (notification == BN_CLICKED && TakesInput()) box.UserToggle();
 }
 
 void CheckBoxView::Draw(const Look& look, const RECT& place, const CheckBox& box) {

@@ -1,5 +1,8 @@
 #include "windows/ControlView.h"
 
+#include <atomic>
+#include <mutex>
+
 #include "drawing/CanvasItems.h"
 #include "windows/Gdi.h"
 #include "windows/Guard.h"
@@ -15,13 +18,20 @@ namespace {
 
 constexpr int ViewOffset = 0;  // of the view among the extra bytes of a window
 
-int classUsers = 0;  // of all threads; windows of one module are made on few
-ATOM classAtom = 0;
+std::mutex classMutex;
+std::atomic<ATOM> classAtom = 0;  // 0: not registered
+
+// What the user does, which the system sends to a window that has the keyboard or lies below the mouse.
+bool IsInput(UINT message) {
+  return (message >= WM_KEYFIRST && message <= WM_KEYLAST) || (message >= WM_MOUSEFIRST && message <= WM_MOUSELAST) ||
+         message == WM_CONTEXTMENU;
+}
 
 }  // namespace
 
-void OwnWindowClass::Acquire() {
-  if (classUsers++ > 0) return;
+void OwnWindowClass::Register() {
+  const std::lock_guard lock(classMutex);
+  if (classAtom != 0) return;
   WNDCLASSEXW description = {};
   description.cbSize = sizeof description;
   description.style = CS_DBLCLKS;
@@ -33,9 +43,8 @@ void OwnWindowClass::Acquire() {
   classAtom = RegisterClassExW(&description);
 }
 
-// A class that outlives its DLL would call into memory that is no longer code.
-void OwnWindowClass::Release() {
-  if (--classUsers == 0) UnregisterClassW(Name, Module());
+void OwnWindowClass::Unregister() {
+  if (classAtom != 0) UnregisterClassW(Name, Module());
 }
 
 bool OwnWindowClass::IsOf(HWND window) { return GetClassLongPtrW(window, GCW_ATOM) == classAtom; }
@@ -46,7 +55,8 @@ void OwnWindowClass::SetView(HWND window, ControlView* view) {
 
 LRESULT CALLBACK OwnWindowClass::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   auto* const view = reinterpret_cast<ControlView*>(GetWindowLongPtrW(window, ViewOffset));
-  return view == nullptr ? DefWindowProcW(window, message, wParam, lParam) : view->Receive(message, wParam, lParam);
+  if (view == nullptr) return DefWindowProcW(window, message, wParam, lParam);
+  return GuardOr(LRESULT{0}, [&] { return view->Receive(message, wParam, lParam); });
 }
 
 ControlView::ControlView(Pane& shared, Control& shown, ControlView* holder)
@@ -55,6 +65,7 @@ ControlView::ControlView(Pane& shared, Control& shown, ControlView* holder)
 }
 
 ControlView::~ControlView() {
+  Detach();
   if (window != nullptr) Unhook();
 }
 
@@ -83,10 +94,10 @@ void ControlView::Open() {
   }
   Hook();
   Show(Aspect::Content);
+  ShowEnabled();
   if (container == nullptr) return;  // where the root lies, and whether it shows, is its host's business
   ShowPlace();
   ShowOrder();
-  ShowEnabled();
   pane.AddToolTip(window, *model);
   if (model->Visible()) ShowWindow(window, SW_SHOWNA);
 }
@@ -155,8 +166,13 @@ void ControlView::ShowVisibility() {
 void ControlView::ShowOrder() { SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE); }
 
 void ControlView::ShowEnabled() {
-  if (window != nullptr) EnableWindow(window, IsEffectivelyEnabled() ? TRUE : FALSE);
+  if (window == nullptr) return;
+  // A host that allows no input for a while wants the controls to look as they do.
+  const bool isEnabled = container == nullptr ? TakesInput() : IsEffectivelyEnabled();
+  EnableWindow(window, isEnabled ? TRUE : FALSE);
 }
+
+bool ControlView::TakesInput() const { return pane.TakesInput() && IsEffectivelyEnabled(); }
 
 bool ControlView::IsEffectivelyEnabled(const Control& model) {
   for (const Control* one = &model; one != nullptr; one = one->Container()) {
@@ -208,7 +224,8 @@ void ControlView::FocusWent(HWND to) {
 
 LRESULT CALLBACK ControlView::Subclass(HWND /*handle*/, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR /*id*/,
                                        DWORD_PTR self) {
-  return reinterpret_cast<ControlView*>(self)->Receive(message, wParam, lParam);
+  auto* const view = reinterpret_cast<ControlView*>(self);
+  return GuardOr(LRESULT{0}, [&] { return view->Receive(message, wParam, lParam); });
 }
 
 LRESULT ControlView::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -220,10 +237,12 @@ LRESULT ControlView::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
     return result;
   }
   if (!IsAttached()) return Default(message, wParam, lParam);
-  LRESULT result = 0;
+  const bool isInput = IsInput(message);
+  // It may come all the same, from a window that kept the keyboard.
+  if (isInput && !TakesInput()) return DefWindowProcW(window, message, wParam, lParam);
+  const auto held = isInput && message != WM_MOUSEMOVE ? pane.Hold() : nullptr;
   const Pane::Message underWay(pane);
-  Guard([&] { result = Handle(message, wParam, lParam); });
-  return result;
+  return Handle(message, wParam, lParam);
 }
 
 LRESULT ControlView::Handle(UINT message, WPARAM wParam, LPARAM lParam) {

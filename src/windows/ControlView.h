@@ -4,6 +4,8 @@
 
 #include <commctrl.h>
 
+#include <memory>
+
 #include "components/Control.h"
 
 namespace kw::windows {
@@ -57,8 +59,13 @@ public:
   // The control, what holds it and what holds that, all are enabled.
   static bool IsEffectivelyEnabled(const Control& model);
   bool IsEffectivelyEnabled() const { return IsEffectivelyEnabled(*model); }
+  // Enabled, and the host lets the user act.
+  bool TakesInput() const;
   // The window's place in the container's window.
   RECT Place() const;
+
+  // For the pane, of views that are kept aside.
+  std::unique_ptr<ControlView> retiredBefore;
 
 protected:
   // Makes the window of a view that has one; null for others.
@@ -101,13 +108,16 @@ private:
   bool isOwnClass = false;
 };
 
-// The window class of views that paint themselves; there while a pane is open. A window of it knows its view, which is
-// quicker than a subclass, whose view is looked up at each message.
+// The window class of views that paint themselves. A window of it knows its view, which is quicker than a subclass,
+// whose view is looked up at each message.
 class OwnWindowClass {
 public:
   static constexpr const wchar_t* Name = L"KwEditorView";
-  static void Acquire();
-  static void Release();
+  // Before a window of it is made; does nothing a second time. Any thread may call it.
+  static void Register();
+  // When the DLL goes: a class that outlives it would call into memory that is no longer code. Not before, because the
+  // system keeps a class that has a window, and the last message of a window comes while it is still there.
+  static void Unregister();
   static bool IsOf(HWND window);
   // Null for none.
   static void SetView(HWND window, ControlView* view);

@@ -37,6 +37,10 @@ void DTPickerView::Show(Aspect aspect) {
 
 LRESULT DTPickerView::OnNotify(NMHDR& header) {
   if (header.code == static_cast<UINT>(DTN_DATETIMECHANGE)) {
+    if (!TakesInput()) {
+      Show(Aspect::Content);
+      return 0;
+    }
     const SYSTEMTIME& chosen = reinterpret_cast<const NMDATETIMECHANGE&>(header).st;
     picker.UserChoose({chosen.wYear, chosen.wMonth, chosen.wDay});
   } else if (header.code == static_cast<UINT>(NM_SETFOCUS)) {

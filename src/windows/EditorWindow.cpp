@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "windows/Gdi.h"
 #include "windows/Mouse.h"
@@ -45,13 +46,20 @@ void EditorWindow::Show(bool isVisible) const {
   if (Handle() != nullptr) ShowWindow(Handle(), isVisible ? SW_SHOWNA : SW_HIDE);
 }
 
+void EditorWindow::AllowInput(bool isAllowed) {
+  const std::shared_ptr<Pane> kept = pane;
+  kept->AllowInput(isAllowed);
+}
+
+void EditorWindow::HoldWith(std::function<std::shared_ptr<void>()> hold) { pane->HoldWith(std::move(hold)); }
+
 void EditorWindow::Close() {
   const std::shared_ptr<Pane> kept = pane;
   kept->Close();
 }
 
 bool EditorWindow::TranslateAccelerator(MSG& message) {
-  if (message.message != WM_KEYDOWN || !pane->IsOpen()) return false;
+  if (message.message != WM_KEYDOWN || !pane->IsOpen() || !pane->TakesInput()) return false;
   const std::shared_ptr<Pane> kept = pane;
   const Pane::Message underWay(*kept);
   const HWND window = kept->Window();

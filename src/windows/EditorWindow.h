@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -33,6 +34,11 @@ public:
   // Moves the window only; the model gets its size from the one who knows why it changes.
   void Resize(const RECT& position) const;
   void Show(bool isVisible) const;
+  // Whether the user may do anything, as far as the host is concerned; an editor that is disabled takes nothing anyway.
+  void AllowInput(bool isAllowed);
+  // What `hold` returns lives while the system handles the user's input, which may run a loop of messages of its own:
+  // in a menu, a list, a scroll bar, a calendar.
+  void HoldWith(std::function<std::shared_ptr<void>()> hold);
   // Destroys the window; the models live on without. Does nothing a second time.
   void Close();
 

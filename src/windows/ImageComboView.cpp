@@ -137,6 +137,8 @@ std::int32_t ImageComboView::Chosen() const {
 
 void ImageComboView::OnCommand(WORD notification, WORD /*id*/) {
   if (isShowing) return;
+  const bool isInput = notification == CBN_SELCHANGE || notification == CBN_EDITCHANGE;
+  if (isInput && !TakesInput()) return Show(Aspect::Content);
   switch (notification) {
     case CBN_SELCHANGE:
       if (const std::int32_t chosen = Chosen(); chosen > 0) combo.UserChoose(chosen);

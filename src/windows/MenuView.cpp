@@ -8,7 +8,7 @@
 namespace kw::windows {
 
 void MenuView::Show(Aspect aspect) {
-  if (aspect != Aspect::PopUp) return;
+  if (aspect != Aspect::PopUp || !TakesInput()) return;
   const HMENU popUp = CreatePopupMenu();
   if (popUp == nullptr) return;
   std::vector<Menu*> entries;
@@ -22,11 +22,12 @@ void MenuView::Show(Aspect aspect) {
   POINT mouse = {};
   GetCursorPos(&mouse);
   // What runs while the menu is up may close the window or unload entries.
+  const auto held = Shared().Hold();
   const Pane::Message underWay(Shared());
   const BOOL chosen =
       TrackPopupMenu(popUp, TPM_RETURNCMD | TPM_RIGHTBUTTON, mouse.x, mouse.y, 0, Shared().Window(), nullptr);
   DestroyMenu(popUp);
-  if (chosen <= 0 || !IsAttached()) return;
+  if (chosen <= 0 || !IsAttached() || !TakesInput()) return;
   Menu* const entry = entries[static_cast<std::size_t>(chosen) - 1];
   for (const Control* child : menu.Children()) {
     if (child == entry) return entry->UserChoose();

@@ -50,15 +50,17 @@ struct MnemonicSearch {
 };
 
 BOOL CALLBACK FindButton(HWND child, LPARAM parameter) {
-  auto& search = *reinterpret_cast<MnemonicSearch*>(parameter);
-  wchar_t text[256] = {};
-  GetClassNameW(child, text, static_cast<int>(std::size(text)));
-  if (std::wstring(text) != WC_BUTTONW || IsWindowVisible(child) == FALSE || IsWindowEnabled(child) == FALSE)
-    return TRUE;
-  GetWindowTextW(child, text, static_cast<int>(std::size(text)));
-  if (MnemonicOf(text) != search.letter) return TRUE;
-  search.found = child;
-  return FALSE;
+  return GuardOr(TRUE, [&] {
+    auto& search = *reinterpret_cast<MnemonicSearch*>(parameter);
+    wchar_t text[256] = {};
+    GetClassNameW(child, text, static_cast<int>(std::size(text)));
+    if (std::wstring(text) != WC_BUTTONW || IsWindowVisible(child) == FALSE || IsWindowEnabled(child) == FALSE)
+      return TRUE;
+    GetWindowTextW(child, text, static_cast<int>(std::size(text)));
+    if (MnemonicOf(text) != search.letter) return TRUE;
+    search.found = child;
+    return FALSE;
+  });
 }
 
 }  // namespace
@@ -70,27 +72,19 @@ ModalWindow::ModalWindow(DialogForm& shown, HWND above) : form(shown), owner(abo
   RECT frame = {0, 0, width, height};
   AdjustWindowRectEx(&frame, Style, FALSE, ExtendedStyle);
   const POINT place = PlaceFor(WidthOf(frame), HeightOf(frame), owner);
-  OwnWindowClass::Acquire();
-  window = CreateWindowExW(ExtendedStyle, OwnWindowClass::Name, ToWide(form.Caption()).c_str(), Style, place.x, place.y,
-                           WidthOf(frame), HeightOf(frame), owner, nullptr, Module(), nullptr);
-  if (window == nullptr) {
-    OwnWindowClass::Release();
-    Raise(ErrorNumber::OutOfMemory, static_cast<std::int32_t>(GetLastError()));
-  }
-  SetWindowSubclass(window, &Subclass, 0, reinterpret_cast<DWORD_PTR>(this));
+  OwnWindowClass::Register();
+  const HWND made = CreateWindowExW(ExtendedStyle, OwnWindowClass::Name, ToWide(form.Caption()).c_str(), Style, place.x,
+                                    place.y, WidthOf(frame), HeightOf(frame), owner, nullptr, Module(), nullptr);
+  if (made == nullptr) Raise(ErrorNumber::OutOfMemory, static_cast<std::int32_t>(GetLastError()));
+  window.reset(made);
+  SetWindowSubclass(made, &Subclass, 0, reinterpret_cast<DWORD_PTR>(this));
   // The frame that was reckoned with is that of the primary screen.
   RECT client = {};
-  GetClientRect(window, &client);
-  SetWindowPos(window, nullptr, 0, 0, WidthOf(frame) + width - client.right, HeightOf(frame) + height - client.bottom,
+  GetClientRect(made, &client);
+  SetWindowPos(made, nullptr, 0, 0, WidthOf(frame) + width - client.right, HeightOf(frame) + height - client.bottom,
                SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-  content = std::make_unique<EditorWindow>(form, window, RECT{0, 0, width, height}, scale);
+  content = std::make_unique<EditorWindow>(form, made, RECT{0, 0, width, height}, scale);
   content->Show(true);
-}
-
-ModalWindow::~ModalWindow() {
-  content.reset();
-  if (window != nullptr) DestroyWindow(window);
-  OwnWindowClass::Release();
 }
 
 void ModalWindow::Run() {
@@ -108,7 +102,7 @@ void ModalWindow::Run() {
   };
   const Disabled whileUp(owner);
   form.SetVisible(true);
-  ShowWindow(window, SW_SHOW);
+  ShowWindow(window.get(), SW_SHOW);
   form.Activate.Raise();
   Loop();
   if (form.Visible()) form.UserClose();
@@ -127,7 +121,7 @@ void ModalWindow::Loop() {
 }
 
 bool ModalWindow::IsTaken(MSG& message) {
-  if (message.hwnd != window && IsChild(window, message.hwnd) == FALSE) return false;
+  if (message.hwnd != window.get() && IsChild(window.get(), message.hwnd) == FALSE) return false;
   if (message.message == WM_SYSCHAR) return PressMnemonic(static_cast<wchar_t>(message.wParam));
   if (message.message != WM_KEYDOWN) return false;
   if (message.wParam == VK_TAB) {
@@ -146,7 +140,7 @@ void ModalWindow::MoveFocus(MSG& tab) {
 
 bool ModalWindow::PressMnemonic(wchar_t letter) const {
   MnemonicSearch search{static_cast<wchar_t>(towupper(static_cast<wint_t>(letter)))};
-  EnumChildWindows(window, &FindButton, reinterpret_cast<LPARAM>(&search));
+  EnumChildWindows(window.get(), &FindButton, reinterpret_cast<LPARAM>(&search));
   if (search.found == nullptr) return false;
   SetFocus(search.found);
   SendMessageW(search.found, BM_CLICK, 0, 0);
@@ -170,7 +164,7 @@ LRESULT CALLBACK ModalWindow::Subclass(HWND window, UINT message, WPARAM wParam,
       break;
     case WM_NCDESTROY:
       RemoveWindowSubclass(window, &Subclass, 0);
-      dialog.window = nullptr;
+      static_cast<void>(dialog.window.release());  // gone with its owner, or going
       break;
     default:
       break;

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <memory>
+#include <type_traits>
 
 #include "components/DialogForm.h"
 #include "windows/EditorWindow.h"
@@ -18,13 +19,16 @@ public:
   ModalWindow(DialogForm& shown, HWND above);
   ModalWindow(const ModalWindow&) = delete;
   ModalWindow& operator=(const ModalWindow&) = delete;
-  ~ModalWindow();
 
   // Shows it, with the owner disabled, until the form is visible no more. When the window is destroyed or the thread
   // is to end, the form is closed as by its close box.
   void Run();
 
 private:
+  struct Destroy {
+    void operator()(HWND window) const { DestroyWindow(window); }
+  };
+
   static LRESULT CALLBACK Subclass(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
                                    DWORD_PTR self);
   void Loop();
@@ -35,8 +39,8 @@ private:
 
   DialogForm& form;
   HWND owner;
-  HWND window = nullptr;
-  HWND focus = nullptr;  // had the keyboard when another window became active
+  std::unique_ptr<std::remove_pointer_t<HWND>, Destroy> window;  // goes also where the content cannot be made
+  HWND focus = nullptr;                                          // had the keyboard when another window became active
   std::unique_ptr<EditorWindow> content;
 };
 

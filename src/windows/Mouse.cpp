@@ -62,7 +62,7 @@ std::optional<MouseEvent> MouseEvent::Of(UINT message, WPARAM wParam, LPARAM lPa
 }
 
 void MouseSender::Send(const ControlView& view, MouseInput* input, const MouseEvent& event, Point at) {
-  if (input == nullptr || !view.IsAttached() || !view.IsEffectivelyEnabled()) return;
+  if (input == nullptr || !view.IsAttached() || !view.TakesInput()) return;
   const Control* const container = view.Model().Container();
   const double unit = container != nullptr && container->ScaleUnit() == Unit::Twips ? double{TwipsPerPixel} : 1;
   const auto x = static_cast<float>(at.x * unit);

@@ -19,7 +19,7 @@ void OptionButtonView::Show(Aspect aspect) {
 }
 
 void OptionButtonView::OnCommand(WORD notification, WORD /*id*/) {
-  if (notification == BN_CLICKED) option.UserChoose();
+  if (notification == BN_CLICKED && TakesInput()) option.UserChoose();
 }
 
 LRESULT OptionButtonView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {

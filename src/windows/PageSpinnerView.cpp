@@ -15,7 +15,7 @@ void PageSpinnerView::Show(Aspect aspect) {
 LRESULT PageSpinnerView::OnNotify(NMHDR& header) {
   if (header.code != static_cast<UINT>(UDN_DELTAPOS)) return 0;
   const auto& step = reinterpret_cast<const NMUPDOWN&>(header);
-  spinner.UserSetValue(spinner.Value() + (step.iDelta > 0 ? 1 : -1));
+  if (TakesInput()) spinner.UserSetValue(spinner.Value() + (step.iDelta > 0 ? 1 : -1));
   return TRUE;  // the model's answer moves the position
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "components/ImageCombo.h"
 #include "components/RunTimeError.h"
@@ -16,7 +17,19 @@ namespace kw::windows {
 
 void Pane::Open(HWND parent, const RECT& position) {
   const CommonControls controls;
-  OwnWindowClass::Acquire();
+  OwnWindowClass::Register();
+  // What was made before an error goes again.
+  struct Opening {
+    Pane* pane;
+    explicit Opening(Pane& opened) : pane(&opened) {}
+    Opening(const Opening&) = delete;
+    Opening& operator=(const Opening&) = delete;
+    ~Opening() {
+      if (pane != nullptr) pane->Close();
+    }
+  };
+  Opening opening(*this);
+  isMade = true;
   font = CreateCaptionFont(scale);
   toolTips =
       CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT,
@@ -25,26 +38,27 @@ void Pane::Open(HWND parent, const RECT& position) {
   rootView = made.get();
   views[root] = std::move(made);
   rootView->Open();
-  if (rootView->Handle() == nullptr) {
-    Close();
-    Raise(ErrorNumber::OutOfMemory, static_cast<std::int32_t>(GetLastError()));
-  }
+  if (rootView->Handle() == nullptr) Raise(ErrorNumber::OutOfMemory, static_cast<std::int32_t>(GetLastError()));
   for (Control* child : root->Children()) MakeViews(*child, rootView);
+  opening.pane = nullptr;
 }
 
 void Pane::Close() {
-  if (rootView == nullptr) return;
-  ControlView* const closing = rootView;
-  rootView = nullptr;
+  if (!std::exchange(isMade, false)) return;
+  ControlView* const closing = std::exchange(rootView, nullptr);
   // No model hears of what the windows say while they go.
   for (const auto& [model, view] : views) view->Detach();
-  closing->Destroy();
+  if (closing != nullptr) closing->Destroy();
   for (auto& [model, view] : views) Retire(std::move(view));
   views.clear();
-  if (messages == 0) retired.clear();
   if (toolTips != nullptr) DestroyWindow(toolTips);
   DeleteObject(font);
-  OwnWindowClass::Release();
+}
+
+void Pane::AllowInput(bool isAllowed) {
+  if (isInputAllowed == isAllowed) return;
+  isInputAllowed = isAllowed;
+  if (IsOpen()) rootView->Changed(Aspect::Enabled);
 }
 
 void Pane::Rescale(const Scale& newScale) {
@@ -95,8 +109,19 @@ void Pane::Remove(Control& model) {
   Retire(std::move(view));
 }
 
+// Needs no memory: a view that could not be kept aside would go with its code on the stack.
 void Pane::Retire(std::unique_ptr<ControlView> view) {
-  if (messages > 0) retired.push_back(std::move(view));
+  if (messages == 0) return;
+  view->retiredBefore = std::move(retired);
+  retired = std::move(view);
+}
+
+// One after the other, however many they are.
+void Pane::FreeRetired() {
+  while (retired != nullptr) {
+    const std::unique_ptr<ControlView> last = std::move(retired);
+    retired = std::move(last->retiredBefore);
+  }
 }
 
 ControlView* Pane::ViewOf(HWND window) const {

@@ -2,9 +2,10 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <memory>
 #include <unordered_map>
-#include <vector>
+#include <utility>
 
 #include "components/UserControl.h"
 #include "drawing/Scale.h"
@@ -35,6 +36,11 @@ public:
   // Shows everything at another scale, where it is another one: the window has come to another screen.
   void Rescale(const Scale& newScale);
   bool IsOpen() const { return rootView != nullptr; }
+  // Whether the host lets the user do anything; see EditorWindow.
+  void AllowInput(bool isAllowed);
+  bool TakesInput() const { return isInputAllowed && root->Enabled(); }
+  void HoldWith(std::function<std::shared_ptr<void>()> newHold) { hold = std::move(newHold); }
+  std::shared_ptr<void> Hold() const { return hold ? hold() : nullptr; }
   HWND Window() const { return rootView == nullptr ? nullptr : rootView->Handle(); }
   // Only while the pane is open.
   UserControl& Root() const { return *root; }
@@ -69,7 +75,7 @@ public:
     Message(const Message&) = delete;
     Message& operator=(const Message&) = delete;
     ~Message() {
-      if (--kept->messages == 0) kept->retired.clear();
+      if (--kept->messages == 0) kept->FreeRetired();
     }
 
   private:
@@ -80,13 +86,17 @@ private:
   void MakeViews(Control& model, ControlView* container);
   void RescaleViews(const Control& model);
   void Retire(std::unique_ptr<ControlView> view);
+  void FreeRetired();
 
   UserControl* root;
   Scale scale;
+  bool isInputAllowed = true;
+  std::function<std::shared_ptr<void>()> hold;
+  bool isMade = false;  // something is there for Close to take down
   ControlView* rootView = nullptr;
   BarRows bars;  // outlives the views
   std::unordered_map<const Control*, std::unique_ptr<ControlView>> views;
-  std::vector<std::unique_ptr<ControlView>> retired;
+  std::unique_ptr<ControlView> retired;  // and those before it
   int messages = 0;
   HFONT font = nullptr;
   HWND toolTips = nullptr;

@@ -65,9 +65,7 @@ private:
     auto* const self = reinterpret_cast<Dialog*>(GetWindowLongPtrW(window, DWLP_USER));
     if (self == nullptr) return FALSE;
     self->dialog = window;
-    INT_PTR result = FALSE;
-    Guard([&] { result = self->Handle(message, wParam, lParam); });
-    return result;
+    return GuardOr(INT_PTR{FALSE}, [&] { return self->Handle(message, wParam, lParam); });
   }
 
   bool HasPicture() const { return question.makePreview != nullptr; }

@@ -72,7 +72,7 @@ LRESULT PictureBoxView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       if (isPaintingDue) AskForPainting();
       return 0;
     case WM_COMMAND:
-      if (HIWORD(wParam) == EN_CHANGE) TextField::TakeTextOf(reinterpret_cast<HWND>(lParam));
+      if (HIWORD(wParam) == EN_CHANGE && TakesInput()) TextField::TakeTextOf(reinterpret_cast<HWND>(lParam));
       return 0;
     case WM_CTLCOLOREDIT:
       return reinterpret_cast<LRESULT>(

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <memory>
+#include <type_traits>
 #include <vector>
 
 #include "components/RunTimeError.h"
@@ -61,9 +63,13 @@ Printer::~Printer() {
 }
 
 void Printer::Use(HDC newDevice) {
+  struct Delete {
+    void operator()(HDC context) const { DeleteDC(context); }
+  };
+  std::unique_ptr<std::remove_pointer_t<HDC>, Delete> taken(newDevice);
   EndJob();
   if (device != nullptr) DeleteDC(device);
-  device = newDevice;
+  device = taken.release();
 }
 
 void Printer::RequireDevice() {
@@ -137,13 +143,20 @@ void Printer::DrawBands(const Bitmap& picture) {
 void Printer::EndJob() {
   if (!isJobOpen) return;
   isJobOpen = false;
-  try {
-    EndPage();
-    if (EndDoc(device) <= 0) RaisePrinterError();
-  } catch (const RunTimeError&) {
-    AbortDoc(device);
-    throw;
-  }
+  // A job that cannot be ended is given up.
+  struct Ending {
+    explicit Ending(HDC printed) : device(printed) {}
+    Ending(const Ending&) = delete;
+    Ending& operator=(const Ending&) = delete;
+    ~Ending() {
+      if (device != nullptr) AbortDoc(device);
+    }
+    HDC device;
+  };
+  Ending ending(device);
+  EndPage();
+  if (EndDoc(device) <= 0) RaisePrinterError();
+  ending.device = nullptr;
 }
 
 }  // namespace kw::windows

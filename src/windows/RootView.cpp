@@ -32,6 +32,15 @@ void RootView::Show(Aspect aspect) {
   if (aspect == Aspect::Pointer) RenewPointer();
 }
 
+// A field within a control does not hear that what holds it is disabled, and would keep the keyboard.
+void RootView::ShowEnabled() {
+  PaintedView::ShowEnabled();
+  if (TakesInput()) return;
+  const HWND dragged = GetCapture();
+  if (IsChild(Handle(), dragged) != FALSE) SendMessageW(dragged, WM_CANCELMODE, 0, 0);
+  if (IsAttached() && IsChild(Handle(), GetFocus()) != FALSE) SetFocus(nullptr);
+}
+
 void RootView::Paint(HDC context, const RECT& client) { FillWithFace(context, client); }
 
 bool RootView::WantsKey(WPARAM key) const { return IsEditorKey(key); }

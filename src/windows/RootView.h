@@ -18,6 +18,7 @@ public:
 private:
   HWND Create(HWND parent) override;
   void Show(Aspect aspect) override;
+  void ShowEnabled() override;
   void Paint(HDC context, const RECT& client) override;
   bool Scroll(WPARAM wheel);
 

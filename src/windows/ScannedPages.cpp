@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
+#include <memory>
 
 #include "components/RunTimeError.h"
 
@@ -93,12 +94,15 @@ bool ScannedPages::Add(HGLOBAL memory) {
   if (size < sizeof(BITMAPINFOHEADER)) return false;
   const auto* const bytes = static_cast<const std::uint8_t*>(GlobalLock(memory));
   if (bytes == nullptr) return false;
+  struct Unlock {
+    void operator()(HGLOBAL locked) const { GlobalUnlock(locked); }
+  };
+  const std::unique_ptr<void, Unlock> whileRead(memory);
   BITMAPINFOHEADER head = {};
   std::memcpy(&head, bytes, sizeof head);
   const std::uint64_t length = BytesOf(head);
   const bool isWhole = length != 0 && length <= size;
   if (isWhole) pages.emplace_back(bytes, bytes + length);
-  GlobalUnlock(memory);
   return isWhole;
 }
 

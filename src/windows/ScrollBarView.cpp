@@ -44,6 +44,7 @@ void ScrollBarView::ShowEnabled() {
 }
 
 void ScrollBarView::OnScroll(WORD code) {
+  if (!TakesInput()) return;
   std::int64_t value = bar.Value();
   switch (code) {
     case SB_LINEUP:

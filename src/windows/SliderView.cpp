@@ -42,6 +42,7 @@ void SliderView::Show(Aspect aspect) {
 bool SliderView::WantsKey(WPARAM key) const { return key >= VK_PRIOR && key <= VK_DOWN; }
 
 void SliderView::OnScroll(WORD /*code*/) {
+  if (!TakesInput()) return Show(Aspect::Content);
   slider.UserSetValue(static_cast<std::int32_t>(SendMessageW(Handle(), TBM_GETPOS, 0, 0)));
 }
 

@@ -196,7 +196,7 @@ void ToolBarView::OnCommand(WORD /*notification*/, WORD id) {
 
 void ToolBarView::Click(WORD id) {
   const auto index = static_cast<std::size_t>(id) - 1;
-  if (index == bar.Buttons().size()) return PopUpRest();
+  if (index == bar.Buttons().size() && TakesInput()) return PopUpRest();
   // The system has toggled a check button by itself; what the model makes of the click counts.
   ReadChecks();
   Choose(index);
@@ -204,6 +204,7 @@ void ToolBarView::Click(WORD id) {
 
 void ToolBarView::Choose(std::size_t button) {
   if (button >= bar.Buttons().size()) return;
+  if (!TakesInput()) return ShowButtons();
   const std::string key = bar.Buttons()[button].key;
   bar.UserClick(key);
   if (IsAttached()) ShowButtons();
@@ -246,6 +247,7 @@ void ToolBarView::PopUpRest() {
   MapWindowPoints(Handle(), nullptr, reinterpret_cast<POINT*>(&place), 2);
   TPMPARAMS besides = {sizeof besides, place};
   // The menu may see the end of the window; the views of this message last until it is through.
+  const auto held = Shared().Hold();
   const int chosen = TrackPopupMenuEx(popUp, TPM_RETURNCMD | TPM_RIGHTALIGN | TPM_VERTICAL, place.right, place.bottom,
                                       Shared().Window(), &besides);
   DestroyMenu(popUp);

@@ -1,5 +1,8 @@
 #include "windows/TwainScanner.h"
 
+#include "components/RunTimeError.h"
+#include "windows/Guard.h"
+
 namespace kw::windows {
 namespace {
 
@@ -40,11 +43,13 @@ private:
 
 HMODULE LoadFromWindowsFolder(const wchar_t* name) {
   wchar_t path[MAX_PATH] = {};
-  const UINT length = GetWindowsDirectoryW(static_cast<wchar_t*>(path), MAX_PATH);
+  // The one of the machine: for old programs on a terminal server each user has a folder of his own beside it.
+  const UINT length = GetSystemWindowsDirectoryW(static_cast<wchar_t*>(path), MAX_PATH);
   if (length == 0 || length + 1 + lstrlenW(name) >= MAX_PATH) return nullptr;
   path[length] = L'\\';
   lstrcpyW(path + length + 1, name);
-  return LoadLibraryW(static_cast<const wchar_t*>(path));
+  return LoadLibraryExW(static_cast<const wchar_t*>(path), nullptr,
+                        LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);
 }
 
 // Today's manager lies in the system's folder; the one of old 32-bit Windows lies in the Windows folder.
@@ -132,8 +137,11 @@ void TwainScanner::TakeImages(TwainSession& session, ScannedPages& pages) {
     const auto outcome = session.Transfer(image);
     if (outcome == TwainSession::Outcome::Cancelled) isCancelled = true;
     if (outcome != TwainSession::Outcome::Image) return;
-    const bool isTaken = pages.Add(image);
+    // Where the memory runs out the pages before it are the image.
+    bool isTaken = false;
+    const bool hadMemory = Guard([&] { isTaken = pages.Add(image); });
     GlobalFree(image);
+    if (!hadMemory && pages.IsEmpty()) Raise(ErrorNumber::OutOfMemory);
     if (!isTaken) return;
     MSG message = {};
     while (session.State() == 6 && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {

@@ -190,6 +190,66 @@ TEST_F(ActivationTest, IgnoresTheUserFromTheStartIfTheContainerSaysSo) {
   container.LetGo();
 }
 
+TEST_F(ActivationTest, TakesItsUserOnlyIfItIsEnabledAndTheContainerSaysSoToo) {
+  control->put_Enabled(VARIANT_FALSE);
+  ASSERT_EQ(container.DoVerb(OLEIVERB_INPLACEACTIVATE), S_OK);
+  const auto isEnabled = [this] { return IsWindowEnabled(container.ControlWindow()) != FALSE; };
+  const auto ole = container.As<IOleControl>();
+  EXPECT_FALSE(isEnabled()) << "it was disabled before it had a window";
+  for (const DISPID property : {DISPID_UNKNOWN, DISPID_AMBIENT_UIDEAD}) {
+    for (const bool uiDead : {true, false}) {
+      for (const VARIANT_BOOL enabled : {VARIANT_TRUE, VARIANT_FALSE}) {
+        container.uiDead = uiDead;
+        EXPECT_EQ(ole->OnAmbientPropertyChange(property), S_OK);
+        control->put_Enabled(enabled);
+        EXPECT_EQ(isEnabled(), enabled != VARIANT_FALSE && !uiDead);
+        EXPECT_EQ(ole->OnAmbientPropertyChange(property), S_OK);
+        EXPECT_EQ(isEnabled(), enabled != VARIANT_FALSE && !uiDead);
+      }
+    }
+  }
+  container.LetGo();
+}
+
+// Refuses the thread's next window of a class, as a system that has none left.
+class RefusedWindow {
+public:
+  explicit RefusedWindow(const wchar_t* className)
+      : hook(SetWindowsHookExW(WH_CBT, &Watch, nullptr, GetCurrentThreadId())) {
+    refused = className;
+  }
+  RefusedWindow(const RefusedWindow&) = delete;
+  RefusedWindow& operator=(const RefusedWindow&) = delete;
+  ~RefusedWindow() { UnhookWindowsHookEx(hook); }
+
+private:
+  static LRESULT CALLBACK Watch(int code, WPARAM wParam, LPARAM lParam) {
+    wchar_t name[64] = {};
+    GetClassNameW(reinterpret_cast<HWND>(wParam), static_cast<wchar_t*>(name), 64);
+    const bool isRefused = code == HCBT_CREATEWND && std::wstring(static_cast<const wchar_t*>(name)) == refused;
+    return isRefused ? 1 : CallNextHookEx(nullptr, code, wParam, lParam);
+  }
+
+  static inline std::wstring refused;
+  HHOOK hook;
+};
+
+TEST_F(ActivationTest, IsInactiveAgainWhereTheSystemHasNoWindowLeft) {
+  for (const LONG verb : {OLEIVERB_SHOW, OLEIVERB_UIACTIVATE}) {
+    container.calls.clear();
+    {
+      const RefusedWindow refused(L"KwEditorView");
+      EXPECT_HRESULT_FAILED(container.DoVerb(verb));
+    }
+    EXPECT_EQ(container.calls,
+              (Calls{"CanInPlaceActivate", "OnInPlaceActivate", "GetWindowContext", "OnInPlaceDeactivate"}));
+    EXPECT_EQ(container.ControlWindow(), nullptr);
+  }
+  ASSERT_EQ(container.DoVerb(OLEIVERB_SHOW), S_OK);
+  EXPECT_TRUE(IsWindowVisible(container.ControlWindow()) != FALSE);
+  container.LetGo();
+}
+
 TEST_F(ActivationTest, MovesToAnotherSite) {
   ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
   const auto object = container.As<IOleObject>();
@@ -267,7 +327,6 @@ TEST_F(ActivationTest, RudeContainerLetsGoOfAnActiveControl) {
   const HWND window = container.ControlWindow();
   container.SetActiveObject(nullptr, nullptr);
   container.calls.clear();
-  control->put_AppDir(nullptr);
   container.Forget();
   control.Reset();
   PumpMessages(20);

@@ -40,7 +40,6 @@ protected:
     ASSERT_HRESULT_SUCCEEDED(Find<GetControl>(atl, "AtlAxGetControl")(host, &hosted));
     control.Reset();
     ASSERT_EQ(hosted.As(&control), S_OK);
-    control->put_AppDir(Text(scratch.Path()));  // a new control has none
     PumpMessages(50);
   }
   void TearDown() override {

@@ -48,7 +48,6 @@ void CommandTest::SetUp() {
   container.place = {0, 0, 900, 640};
   container.clip = {0, 0, 1200, 900};
   container.Take(control.Get());
-  control->put_AppDir(Text(scratch.Path()));
   ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
   control->put_IsOpenButtonVisible(VARIANT_TRUE);
   WriteSceneDocument(File("D.tif"));

@@ -231,11 +231,51 @@ TEST_F(EventTest, ConnectionsAreListedAndRefusedByTheRules) {
   EXPECT_EQ(properties.References(), 1U);
 }
 
+// A sink that cuts all connections as soon as the control lets go of it.
+class CuttingSink final : public IPropertyNotifySink {
+public:
+  CuttingSink(IConnectionPoint& from, DWORD cookies) : point(from), last(cookies) {}
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
+    *object = iid == IID_IUnknown || iid == IID_IPropertyNotifySink ? this : nullptr;
+    if (*object == nullptr) return E_NOINTERFACE;
+    AddRef();
+    return S_OK;
+  }
+  STDMETHODIMP_(ULONG) AddRef() override { return ++references; }
+  STDMETHODIMP_(ULONG) Release() override {
+    for (DWORD cookie = 1; isOver && cookie <= last; ++cookie) point.Unadvise(cookie);
+    return --references;
+  }
+  STDMETHODIMP OnChanged(DISPID /*property*/) override { return S_OK; }
+  STDMETHODIMP OnRequestEdit(DISPID /*property*/) override { return S_OK; }
+
+  bool isOver = false;
+  ULONG references = 1;
+
+private:
+  IConnectionPoint& point;
+  DWORD last;
+};
+
+TEST_F(EventTest, SinksMayCutTheirConnectionsWhileTheControlLetsGoOfThem) {
+  IConnectionPoint* point = nullptr;
+  ASSERT_HRESULT_SUCCEEDED(As<IConnectionPointContainer>()->FindConnectionPoint(IID_IPropertyNotifySink, &point));
+  constexpr DWORD Count = 5;
+  CuttingSink cutting(*point, Count);
+  for (DWORD i = 0; i < Count; ++i) {
+    DWORD cookie = 0;
+    ASSERT_EQ(point->Advise(&cutting, &cookie), S_OK);
+  }
+  point->Release();
+  cutting.isOver = true;
+  control.Reset();
+  EXPECT_EQ(cutting.references, 1U);
+}
+
 TEST_F(EventTest, ControlLetsGoOfSinksThatWereNeverCut) {
   Connection connection(control.Get(), DIID___KwEditorLayers, &sink);
   connection.Forget();
   EXPECT_EQ(sink.References(), 2U);
-  control->put_AppDir(nullptr);
   control.Reset();
   EXPECT_EQ(sink.References(), 1U);
 }

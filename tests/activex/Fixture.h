@@ -23,12 +23,10 @@ protected:
   void SetUp() override { ASSERT_NE(control.Get(), nullptr); }
   // Drops what the test held, handles what is still posted, and looks whether the library is free.
   void TearDown() override {
-    // The folder is the thread's, so it would stay for the next test, where this one's is gone.
-    if (control == nullptr) control = Ocx::Create();
-    control->put_AppDir(nullptr);
     control.Reset();
     PumpMessages(20);
     EXPECT_TRUE(Ocx::CanUnload()) << "something of the control is still alive";
+    Ocx::ForgetFolder();
   }
 
   ScratchFolder scratch;

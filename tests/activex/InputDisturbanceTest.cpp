@@ -143,7 +143,6 @@ TEST_F(InputDisturbance, AControlThatGoesInTheDragLeavesNothingBehind) {
     EXPECT_TRUE(Ocx::CanUnload());
     EXPECT_EQ(GetCapture(), nullptr);
     control = Ocx::Create();
-    control->put_AppDir(Text(scratch.Path()));
     Show();
   }
   ExpectThatItStillDraws();

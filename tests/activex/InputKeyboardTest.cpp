@@ -127,7 +127,6 @@ TEST_F(InputKeyboard, TheContainerGetsTheTabKeyAfterTheLastControl) {
 TEST_F(InputKeyboard, WithoutAPageEveryKeyIsIgnored) {
   container.LetGo();
   control = Ocx::Create();
-  control->put_AppDir(Text(scratch.Path()));
   container.Take(control.Get());
   ASSERT_HRESULT_SUCCEEDED(container.DoVerb(OLEIVERB_UIACTIVATE));
   editor = container.ControlWindow();

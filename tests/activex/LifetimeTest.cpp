@@ -5,6 +5,7 @@
 #include <commctrl.h>
 #include <ole2.h>
 
+#include "activex/Aggregate.h"
 #include "activex/BoxAnswerer.h"
 #include "activex/EditorWindows.h"
 #include "activex/Fixture.h"
@@ -37,7 +38,6 @@ protected:
   }
   void Activate() {
     container.Take(control.Get());
-    control->put_AppDir(Text(scratch.Path()));
     ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
   }
   void Open() {
@@ -236,7 +236,6 @@ TEST_F(LifetimeTest, AMouseMoveLeavesNothingInTheQueue) {
 TEST_F(LifetimeTest, ClosedWithAPendingTimer) {
   Activate();
   container.LetGo();
-  control->put_AppDir(nullptr);
   control.Reset();
   PumpMessages(1300);  // longer than the default tools wait
   EXPECT_TRUE(Ocx::CanUnload());
@@ -268,6 +267,35 @@ TEST_F(LifetimeTest, HostMayCallTheControlInsideItsEvents) {
   const BoxAnswerer user;
   EXPECT_EQ(control->OpenFile(Text(document)), S_OK);
   EXPECT_EQ(sink.events.size(), 4U);
+}
+
+// More would fill the thread's queue, which then takes none.
+TEST_F(LifetimeTest, AnAggregateIsLetGoOfByOneMessageHoweverManyEventsThereWere) {
+  control.Reset();
+  Aggregate whole;
+  ASSERT_EQ(whole.QueryInterface(IID_PPV_ARGS(&control)), S_OK);
+  Activate();
+  Open();
+  {
+    const Connection connection(control.Get(), DIID___KwEditorLayers, &sink);
+    PumpMessages(20);
+    const ULONG before = whole.references;
+    TurnThePage();
+    TurnThePage();
+    EXPECT_EQ(sink.events.size(), 2U);
+    EXPECT_GT(whole.references, before + 1);
+    MSG message = {};
+    ASSERT_NE(PeekMessageW(&message, nullptr, WM_APP, WM_APP, PM_REMOVE), FALSE);
+    MSG further = {};
+    EXPECT_EQ(PeekMessageW(&further, nullptr, WM_APP, WM_APP, PM_REMOVE), FALSE);
+    DispatchMessageW(&message);
+    EXPECT_EQ(whole.references, before);
+  }
+  container.LetGo();
+  control.Reset();
+  PumpMessages(20);
+  whole.inner.Reset();
+  EXPECT_EQ(whole.references, 1U);
 }
 
 TEST_F(LifetimeTest, ManyControlsComeAndGo) {

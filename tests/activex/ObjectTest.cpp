@@ -6,6 +6,7 @@
 #include <ocidl.h>
 #include <ole2.h>
 
+#include "activex/Aggregate.h"
 #include "activex/Fixture.h"
 
 namespace kw::test {
@@ -77,24 +78,6 @@ TEST_F(ObjectTest, LocksAndObjectsKeepTheLibraryLoaded) {
   EXPECT_EQ(Ocx::Factory()->LockServer(FALSE), S_OK);
   EXPECT_TRUE(Ocx::CanUnload());
 }
-
-// An aggregate that adds nothing of its own.
-class Aggregate final : public IUnknown {
-public:
-  Aggregate() { Ocx::Factory()->CreateInstance(this, IID_IUnknown, reinterpret_cast<void**>(inner.GetAddressOf())); }
-
-  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
-    if (iid != IID_IUnknown) return inner == nullptr ? E_NOINTERFACE : inner->QueryInterface(iid, object);
-    *object = static_cast<IUnknown*>(this);
-    AddRef();
-    return S_OK;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return ++references; }
-  STDMETHODIMP_(ULONG) Release() override { return --references; }
-
-  ComPtr<IUnknown> inner;
-  ULONG references = 1;
-};
 
 TEST_F(ObjectTest, CanBePartOfAnAggregate) {
   Aggregate whole;

@@ -71,6 +71,10 @@ bool Ocx::CanUnload() {
   return Find<CanUnloadNow>("DllCanUnloadNow")() == S_OK;
 }
 
+void Ocx::ForgetFolder() {
+  if (const auto control = Create()) control->put_AppDir(nullptr);
+}
+
 ScratchFolder::ScratchFolder() {
   static int count = 0;
   former = std::filesystem::current_path().wstring();

@@ -24,6 +24,8 @@ ComPtr<IClassFactory> Factory();
 ComPtr<_KwEditorLayers> Create();
 // Whether the library says that nobody uses it.
 bool CanUnload();
+// The folder of a control belongs to its thread: it would stay for the thread's next control, when it may be gone.
+void ForgetFolder();
 
 }  // namespace Ocx
 

@@ -129,9 +129,21 @@ TEST_F(PersistenceTest, EmptyBagGivesTheDefaultsInTheReadingOrder) {
   ExpectDefaults(control);
 }
 
-TEST_F(PersistenceTest, NewControlIsLikeOneOfAnEmptyBag) {
+TEST_F(PersistenceTest, NewControlHasWhatItsStartUpGaveIt) {
+  const auto expectNew = [this] {
+    EXPECT_TRUE(IsTrue(control, &_KwEditorLayers::get_Enabled));
+    EXPECT_EQ(LevelsOf(control), 5);
+    EXPECT_TRUE(IsTrue(control, &_KwEditorLayers::get_IsToolboxVisible));
+    EXPECT_FALSE(IsTrue(control, &_KwEditorLayers::get_IsOpenButtonVisible));
+    EXPECT_TRUE(IsTrue(control, &_KwEditorLayers::get_IsSaveButtonEnabled));
+    EXPECT_TRUE(IsTrue(control, &_KwEditorLayers::get_IsEditable));
+    EXPECT_TRUE(IsTrue(control, &_KwEditorLayers::get_IsToAllowChooseColor));
+    EXPECT_EQ(FolderOf(control), scratch.Path()) << "the thread's other controls use it";
+  };
+  expectNew();
   EXPECT_EQ(As<IPersistStreamInit>()->InitNew(), S_OK);
-  ExpectDefaults(control);
+  expectNew();
+  EXPECT_EQ(TracedTimes(scratch.Path(), "UserControl_ReadProperties"), 0);
 }
 
 TEST_F(PersistenceTest, BagIsWrittenInTheWritingOrderAndReadBack) {
@@ -145,7 +157,8 @@ TEST_F(PersistenceTest, BagIsWrittenInTheWritingOrderAndReadBack) {
 }
 
 TEST_F(PersistenceTest, DefaultsNeedNotBeWritten) {
-  EXPECT_EQ(As<IPersistStreamInit>()->InitNew(), S_OK);
+  TextBag none;
+  EXPECT_EQ(As<IPersistPropertyBag>()->Load(&none, nullptr), S_OK);
   control->put_MaxUndoLevels(23);
   control->put_AppDir(Text(scratch.Path()));
   TextBag bag;
@@ -284,7 +297,6 @@ TEST_F(PersistenceTest, StorageFollowsItsProtocol) {
   EXPECT_HRESULT_FAILED(persist->Load(storage.Get()));  // nothing in it yet
   EXPECT_EQ(persist->InitNew(storage.Get()), S_OK);
   EXPECT_EQ(persist->InitNew(storage.Get()), CO_E_ALREADYINITIALIZED);
-  control->put_AppDir(Text(scratch.Path()));
   ChangeEverything();
   EXPECT_EQ(persist->IsDirty(), S_OK);
   EXPECT_EQ(persist->Save(storage.Get(), TRUE), S_OK);

@@ -218,7 +218,6 @@ TEST_F(Resources, LivesOfTheControlGiveThemBack) {
     PumpMessages(20);
     control = Ocx::Create();
     container.Take(control.Get());
-    control->put_AppDir(Text(scratch.Path()));
     ASSERT_HRESULT_SUCCEEDED(container.DoVerb(OLEIVERB_UIACTIVATE));
     control->put_IsToolboxVisible(VARIANT_TRUE);
     control->put_IsToAllowChooseColor(VARIANT_TRUE);

@@ -24,6 +24,11 @@ std::vector<Finding> RoomOrder(std::string_view path, std::string_view text);
 // `try` and `catch` in the editor's rooms, where the trap alone handles errors.
 std::vector<Finding> ErrorHandlers(std::string_view path, std::string_view text);
 
+// In the rooms that the system and hosts call: a callback, a COM method, an exported procedure or a destructor that
+// lets an error out. Each has a barrier around what it does, or calls nothing but what is known to throw nothing. `try`
+// and `catch` are the barrier's alone.
+std::vector<Finding> OpenBarriers(std::string_view path, std::string_view text);
+
 // More than 400 lines.
 std::vector<Finding> LongFiles(std::string_view path, std::string_view text);
 

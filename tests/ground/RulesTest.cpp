@@ -67,6 +67,41 @@ TEST(ErrorHandlersRule, SeesCodeOnlyAndTheEditorOnly) {
   EXPECT_TRUE(ErrorHandlers("src/picture/A.cpp", "try {}").empty());
 }
 
+TEST(OpenBarriersRule, FindsWhatLetsErrorsOut) {
+  EXPECT_EQ(OpenBarriers("src/windows/A.cpp", "void F() {\n  try {\n  } catch (...) {\n  }\n}\n").size(), 2U);
+  const auto callback = OpenBarriers("src/windows/A.cpp", "\nvoid CALLBACK Run(int id) {\n  Timer(id).Fire();\n}\n");
+  ASSERT_EQ(callback.size(), 1U);
+  EXPECT_EQ(callback[0].line, 2);
+  EXPECT_EQ(OpenBarriers("src/activex/A.h", "STDMETHODIMP_(ULONG) Release() override { return core.Drop(); }").size(),
+            1U);
+  EXPECT_EQ(
+      OpenBarriers("src/activex/A.cpp", "STDMETHODIMP A::Load(I* stream) {\n  if (stream) Read(*stream);\n}").size(),
+      1U);
+  EXPECT_EQ(OpenBarriers("src/activex/A.cpp", "STDAPI DllRegisterServer() { return Register(); }").size(), 1U);
+  EXPECT_EQ(OpenBarriers("src/activex/A.cpp", "Core::~Core() {\n  editor.UserControl_Terminate();\n}").size(), 1U);
+  EXPECT_EQ(OpenBarriers("src/windows/A.h", "  ~A() { model.SetEnabled(true); }").size(), 1U);
+  EXPECT_EQ(OpenBarriers("src/windows/A.cpp", "BOOL CALLBACK Find(HWND child, LPARAM to) { text.assign(5); }").size(),
+            1U);
+}
+
+TEST(OpenBarriersRule, AllowsBarriersAndWhatThrowsNothing) {
+  for (const std::string text : {
+           "void CALLBACK Run(int id) { Guard([id] { Timer(id).Fire(); }); }",
+           "static LRESULT CALLBACK Procedure(HWND window, UINT message);",
+           "STDMETHODIMP A::Load(I* stream) { return AtEdge(life, [&] { return Read(stream); }); }",
+           "STDMETHODIMP A::Freeze(BOOL on) { if (on != 0) return E_NOTIMPL; return S_OK; }",
+           "STDMETHODIMP Load(I* stream) override;\nvoid F() { Any(); }",
+           "~A() { if (window != nullptr) DestroyWindow(window); }",
+           "~A() = default;\nint F() { return Any(); }",
+           "~A();\nint F() { return Any(); }",
+           "// CALLBACK { Any(); }",
+           "int x = ~mask(bits) { }",
+       })
+    EXPECT_TRUE(OpenBarriers("src/windows/A.cpp", text).empty()) << text;
+  EXPECT_TRUE(OpenBarriers("src/windows/Guard.h", "try {} catch (...) {}").empty());
+  EXPECT_TRUE(OpenBarriers("tests/activex/A.cpp", "void CALLBACK F() { Any(); } try {} catch (...) {}").empty());
+}
+
 TEST(LongFilesRule, CountsLines) {
   std::string text;
   for (int line = 0; line < 400; ++line) text += "x\n";

@@ -53,6 +53,7 @@ void ExpectTreeKeeps(Rule rule) {
 TEST(Tree, IncludesNoOperatingSystemHeaderInPortableCode) { ExpectTreeKeeps(OperatingSystemHeaders); }
 TEST(Tree, KeepsTheOrderOfTheRooms) { ExpectTreeKeeps(RoomOrder); }
 TEST(Tree, HandlesErrorsInTheTrapOnly) { ExpectTreeKeeps(ErrorHandlers); }
+TEST(Tree, LetsNoErrorOutToTheSystem) { ExpectTreeKeeps(OpenBarriers); }
 TEST(Tree, HasNoFileOfMoreThan400Lines) { ExpectTreeKeeps(LongFiles); }
 TEST(Tree, NamesNoHost) { ExpectTreeKeeps(Hosts); }
 

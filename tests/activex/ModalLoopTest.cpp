@@ -1,0 +1,98 @@
+// A loop of messages that the system runs inside a message to the control, and a host that lets go of the control
+// there.
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include "activex/BoxAnswerer.h"
+#include "activex/InputFixture.h"
+
+namespace kw::test {
+namespace {
+
+class ModalLoop : public InputTest {
+public:
+  void LetGoOfEverything() {
+    container.LetGo();
+    control.Reset();
+    container.DestroyWindowNow();
+    couldUnload = Ocx::CanUnload();
+    isDone = true;
+    EndMenu();
+    PostThreadMessageW(GetCurrentThreadId(), WM_NULL, 0, 0);
+  }
+
+protected:
+  void TearDown() override {
+    PumpMessages(50);
+    EXPECT_TRUE(isDone) << "there was no loop";
+    EXPECT_FALSE(couldUnload) << "the code of the loop could have been unloaded";
+    EXPECT_TRUE(Ocx::CanUnload()) << "the control is still alive";
+    ControlTest::TearDown();
+  }
+  void LetGoInTheNextLoop();
+
+  bool isDone = false;
+  bool couldUnload = true;
+};
+
+ModalLoop* inLoop = nullptr;
+
+void CALLBACK LetGoInTheLoop(HWND /*window*/, UINT /*message*/, UINT_PTR id, DWORD /*time*/) {
+  KillTimer(nullptr, id);
+  if (inLoop != nullptr) inLoop->LetGoOfEverything();
+  inLoop = nullptr;
+}
+
+void ModalLoop::LetGoInTheNextLoop() {
+  PumpMessages(50);
+  inLoop = this;
+  SetTimer(nullptr, 0, 100, &LetGoInTheLoop);
+}
+
+TEST_F(ModalLoop, OfAMenuHoldsControlAndLibrary) {
+  Choose(L"Rectangle");
+  DrawFrom({100, 100}, {180, 180});
+  Choose(L"Selection");
+  LetGoInTheNextLoop();
+  SendMessageW(canvas, WM_RBUTTONDOWN, MK_RBUTTON, MAKELPARAM(120, 120));
+  if (!isDone) SendMessageW(canvas, WM_RBUTTONUP, 0, MAKELPARAM(120, 120));
+}
+
+TEST_F(ModalLoop, OfAScrollBarHoldsControlAndLibrary) {
+  {
+    const BoxAnswerer user;
+    control->OpenFile(Text(scratch.WriteBitmap(L"large.bmp", 2000, 2000, &ColourOfPage)));
+  }
+  HWND bar = nullptr;
+  for (const HWND one : ChildWindows(editor, WC_SCROLLBARW)) {
+    if ((GetWindowLongW(one, GWL_STYLE) & SBS_VERT) != 0) bar = one;
+  }
+  ASSERT_NE(bar, nullptr);
+  RECT client = {};
+  GetClientRect(bar, &client);
+  LetGoInTheNextLoop();
+  SendMessageW(bar, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(client.right / 2, client.bottom - 5));
+}
+
+TEST_F(ModalLoop, OfTheButtonForTheRestHoldsControlAndLibrary) {
+  container.place = {0, 0, 260, 400};
+  container.As<IOleInPlaceObject>()->SetObjectRects(&container.place, &container.clip);
+  HWND more = nullptr;
+  WORD id = 0;
+  for (const HWND bar : ChildWindows(editor, TOOLBARCLASSNAMEW)) {
+    const auto count = static_cast<int>(SendMessageW(bar, TB_BUTTONCOUNT, 0, 0));
+    wchar_t text[64] = {};
+    SendMessageW(bar, TB_GETBUTTONTEXTW, static_cast<WPARAM>(count), reinterpret_cast<LPARAM>(&text));
+    if (std::wstring(static_cast<const wchar_t*>(text)) != L"More Buttons") continue;
+    more = bar;
+    id = static_cast<WORD>(count);
+  }
+  ASSERT_NE(more, nullptr);
+  LetGoInTheNextLoop();
+  SendMessageW(GetParent(more), WM_COMMAND, id, reinterpret_cast<LPARAM>(more));
+}
+
+}  // namespace
+}  // namespace kw::test
