@@ -23,6 +23,14 @@ std::string_view ExtensionOf(std::string_view path) {
   return path.substr(dot + 1);
 }
 
+// Tells machines and their processes apart. Where two machines share a number, ScratchBitmap notices.
+std::int64_t InstanceNumber(const Desktop& desktop) {
+  constexpr std::int64_t prime = 2147483647;
+  std::int64_t machine = 0;
+  for (const char c : desktop.MachineName()) machine = (machine * 31 + static_cast<unsigned char>(c)) % prime;
+  return (machine << 32) + desktop.ProcessNumber();
+}
+
 }  // namespace
 
 std::string GetWorkFolder(const Desktop& desktop) {
@@ -31,8 +39,7 @@ std::string GetWorkFolder(const Desktop& desktop) {
 }
 
 std::string GetTempImagePath(const Desktop& desktop) {
-  const std::int64_t instance = desktop.InstanceNumber();
-  return GetWorkFolder(desktop) + "tmp" + std::to_string(std::abs(instance)) + ".bmp";
+  return GetWorkFolder(desktop) + "tmp" + std::to_string(std::abs(InstanceNumber(desktop))) + ".bmp";
 }
 
 std::string GetPageFileName(const std::string& path, std::int16_t pageNo) {

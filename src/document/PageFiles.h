@@ -13,7 +13,7 @@ namespace kw {
 // AppDir when it holds anything besides blanks, else the folder of the host's executable; ends with a backslash.
 std::string GetWorkFolder(const Desktop& desktop);
 
-// The bitmap that hands a picture from one component to another: one name for each process.
+// The bitmap that hands a picture from one component to another: one name for each process of each machine.
 std::string GetTempImagePath(const Desktop& desktop);
 
 // Page `pageNo` of the document D.ext is D_Page_n.ext. The extension is what follows the last dot of the whole path.

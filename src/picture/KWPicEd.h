@@ -43,6 +43,9 @@ public:
   std::int16_t PageValue() const override { return pageValue; }
 
   void Save(const std::string& path) override;
+  void SavePage(const std::string& path) override;
+  bool IsLoadedFrom(const std::string& path) const override;
+  void RecoverPage(std::int32_t page) override;
 
   // Adds the current page to the end of the document `path`, whose format has to be one of several pages (fmf, TIFF); a
   // file that does not exist is made. The pages that it has stay untouched even where the machine stops meanwhile. A
@@ -81,11 +84,14 @@ private:
     FileStamp stamp;
     const PictureFormat* format = nullptr;
     std::unique_ptr<PictureSource> source;
+    // The selected page is damaged, and `current` is what there is of it.
+    bool isRecovered = false;
   };
 
   void Open(const std::string& path);
   void RequireUnchanged(const InputFile& file) const;
   bool SaveAsStored(Stream& to) const;
+  void SaveAs(const PictureFormat* format, const std::string& path);
 
   // Empty once the picture was replaced.
   Document document;
