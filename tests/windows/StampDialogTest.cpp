@@ -194,6 +194,22 @@ TEST_F(RealStampDialog, StampsTheDate) {
                                    std::to_string(chosen.year));
 }
 
+TEST_F(RealStampDialog, EnterTakesTheDateThatIsBeingTyped) {
+  int day = 0;
+  Show([&] {
+    Mnemonic(L'U');
+    Press(VK_TAB);
+    Press(VK_RIGHT);
+    // Another digit could follow, so the field waits.
+    day = made->DTPicker1.Value().day == 1 ? 2 : 1;
+    Type(std::to_wstring(day));
+    Press(VK_RETURN);
+  });
+  const LocalDate offered = AddDays(desktop.Date(), 90);
+  EXPECT_EQ(made->StampString, "OK UNTIL " + std::to_string(offered.month) + "/" + std::to_string(day) + "/" +
+                                   std::to_string(offered.year));
+}
+
 TEST_F(RealStampDialog, TakesTheSignatureTick) {
   Show([&] {
     Mnemonic(L'a');
