@@ -23,14 +23,6 @@ std::string_view ExtensionOf(std::string_view path) {
   return path.substr(dot + 1);
 }
 
-// Tells machines and their processes apart. Where two machines share a number, ScratchBitmap notices.
-std::int64_t InstanceNumber(const Desktop& desktop) {
-  constexpr std::int64_t prime = 2147483647;
-  std::int64_t machine = 0;
-  for (const char c : desktop.MachineName()) machine = (machine * 31 + static_cast<unsigned char>(c)) % prime;
-  return (machine << 32) + desktop.ProcessNumber();
-}
-
 }  // namespace
 
 std::string GetWorkFolder(const Desktop& desktop) {
@@ -38,8 +30,16 @@ std::string GetWorkFolder(const Desktop& desktop) {
   return WithBackslash(isBlank ? desktop.ApplicationFolder() : AppDir);
 }
 
+std::int64_t InstanceNumber(const std::string& machine, std::int64_t process) {
+  constexpr std::int64_t prime = 2147483647;
+  std::int64_t number = 0;
+  for (const char c : machine) number = (number * 31 + static_cast<unsigned char>(c)) % prime;
+  return (number << 32) + process;
+}
+
 std::string GetTempImagePath(const Desktop& desktop) {
-  return GetWorkFolder(desktop) + "tmp" + std::to_string(std::abs(InstanceNumber(desktop))) + ".bmp";
+  const std::int64_t instance = InstanceNumber(desktop.MachineName(), desktop.ProcessNumber());
+  return GetWorkFolder(desktop) + "tmp" + std::to_string(std::abs(instance)) + ".bmp";
 }
 
 std::string GetPageFileName(const std::string& path, std::int16_t pageNo) {

@@ -34,13 +34,16 @@ std::string MarkOf(const ScratchOwner& owner) {
   return std::string(MarkTitle) + owner.machine + "\n" + std::to_string(owner.process) + "\n";
 }
 
-bool IsScratchName(std::string_view name) {
+// None for a name that is not that of a scratch bitmap.
+std::optional<std::int64_t> NumberInName(std::string_view name) {
   constexpr std::string_view before = "tmp";
   constexpr std::string_view behind = ".bmp";
-  if (name.size() <= before.size() + behind.size() || !name.starts_with(before) || !name.ends_with(behind))
-    return false;
-  const std::string_view number = name.substr(before.size(), name.size() - before.size() - behind.size());
-  return std::ranges::all_of(number, [](char c) { return c >= '0' && c <= '9'; });
+  if (!name.starts_with(before) || !name.ends_with(behind)) return {};
+  std::int64_t number = 0;
+  const char* const end = name.data() + name.size() - behind.size();
+  const auto result = std::from_chars(name.data() + before.size(), end, number);
+  if (result.ec != std::errc() || result.ptr != end || number < 0) return {};
+  return number;
 }
 
 // None for a file without the mark.
@@ -99,12 +102,16 @@ void ScratchBitmap::RemoveLeftovers() {
   fs::directory_iterator entry(ToFilesystemPath(GetWorkFolder(desktop)), error);
   for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
     const fs::path& path = entry->path();
+    const auto number = NumberInName(FromFilesystemPath(path.filename()));
+    if (!number) continue;
+    // What another process may be using is not even opened.
+    constexpr std::int64_t lowerHalf = 0xFFFFFFFF;
+    const std::int64_t process = *number & lowerHalf;
+    if (*number != InstanceNumber(machine, process) || desktop.IsProcessRunning(process)) continue;
     std::error_code ignored;
-    if (!IsScratchName(FromFilesystemPath(path.filename())) || !fs::is_regular_file(entry->symlink_status(ignored))) {
-      continue;
-    }
+    if (!fs::is_regular_file(entry->symlink_status(ignored))) continue;
     const auto owner = OwnerOf(path);
-    if (owner && owner->machine == machine && !desktop.IsProcessRunning(owner->process)) fs::remove(path, ignored);
+    if (owner && owner->machine == machine && owner->process == process) fs::remove(path, ignored);
   }
 }
 

@@ -70,12 +70,14 @@ TEST_F(Scratch, OfSomebodyElseIsNotTouched) {
   const std::map<std::string, std::string> files = {
       {"tmp55.bmp", ReadWhole(MakeImage("own.bmp"))},
       {"tmp.bmp", mark + "\n77\n"},
-      {"tmp56a.bmp", mark + "\n77\n"},
-      {"tmp57.bmp", mark + "\n77"},
-      {"tmp58.bmp", mark + "\n77\nand more"},
+      {"tmp56a.bmp", mark + "\n56\n"},
+      {"tmp57.bmp", mark + "\n57"},
+      {"tmp58.bmp", mark + "\n58\nand more"},
       {"tmp59.bmp", mark},
       {"tmp60.bmp", ""},
-      {"tmp61.bmp", mark + "\n77x\n"},
+      {"tmp61.bmp", mark + "\n61x\n"},
+      {"tmp64.bmp", mark + "\n77\n"},
+      {"tmp65.bmp", mark + "till\n65\n"},
   };
   for (const auto& [name, bytes] : files) WriteWhole(folder.File(name), bytes);
   std::filesystem::create_directory(ToFilesystemPath(folder.File("tmp62.bmp")));
@@ -84,7 +86,7 @@ TEST_F(Scratch, OfSomebodyElseIsNotTouched) {
   second.UserControl_Terminate();
   for (const auto& [name, bytes] : files) EXPECT_EQ(ReadWhole(folder.File(name)), bytes) << name;
   EXPECT_TRUE(std::filesystem::exists(ToFilesystemPath(folder.File("tmp62.bmp"))));
-  WriteWhole(folder.File("tmp63.bmp"), mark + "\n77\n");
+  WriteWhole(folder.File("tmp63.bmp"), mark + "\n63\n");
   second.UserControl_Terminate();
   EXPECT_FALSE(Exists(folder.File("tmp63.bmp"))) << "a mark as it should be";
 }
