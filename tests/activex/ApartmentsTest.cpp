@@ -50,8 +50,8 @@ public:
   }
 
 private:
-  static constexpr int Width = 378;
-  static constexpr int Height = 302;
+  static constexpr int Width = 600;
+  static constexpr int Height = 450;
   std::vector<DWORD> pixels;
 };
 
@@ -86,6 +86,7 @@ private:
     const ComPtr<_KwEditorLayers> control = Ocx::Create();
     ASSERT_NE(control.Get(), nullptr);
     StrictContainer container;
+    container.place = {0, 0, 600, 450};
     container.Take(control.Get());
     control->put_AppDir(Text(folder.Path()));
     ASSERT_EQ(container.DoVerb(OLEIVERB_INPLACEACTIVATE), S_OK);
@@ -99,11 +100,14 @@ private:
       page += step;
       buttons.at(step > 0 ? "Next Page" : "Previous Page").Post();
       const Shown shown(control.Get());
-      bool isRight = shown.Count(ColourOf(page)) == PageWidth * PageHeight;
+      const std::ptrdiff_t own = shown.Count(ColourOf(page));
+      bool isRight = own > PageWidth * PageHeight / 2;
       for (int one = 1; one <= Pages; ++one) {
         isRight = isRight && shown.Count(other.ColourOf(one)) == 0 && (one == page || shown.Count(ColourOf(one)) == 0);
       }
-      if (!isRight) ++wrongPages;
+      if (!isRight && wrongPages++ == 0) {
+        ADD_FAILURE() << "turn " << i << ", page " << page << ": " << own << " pixels of its colour";
+      }
       ++turned;
     }
     container.LetGo();
