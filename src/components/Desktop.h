@@ -127,8 +127,11 @@ public:
 
   // The folder of the running application's executable, as the platform reports it.
   virtual std::string ApplicationFolder() const = 0;
-  // A number that stays the same while the host runs and differs between hosts that run at the same time.
-  virtual std::int32_t InstanceNumber() const = 0;
+  // The machine that the host runs on, and the number of its process there.
+  virtual std::string MachineName() const = 0;
+  virtual std::int64_t ProcessNumber() const = 0;
+  // Whether this machine has a process of that number now; also where that cannot be found out.
+  virtual bool IsProcessRunning(std::int64_t number) const = 0;
 };
 
 }  // namespace kw

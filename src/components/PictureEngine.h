@@ -37,6 +37,16 @@ public:
   // The same for a file that need not outlive the machine's next start: nothing waits for the disk.
   virtual void SaveScratch(const std::string& path) = 0;
 
+  // The same for a page that becomes a file of its own: in the loaded file's own format where the extension names none,
+  // and where it names JPEG but the page has one bit per pixel.
+  virtual void SavePage(const std::string& path) = 0;
+  // Whether the file at `path` is the one that the pages come from, under whatever name.
+  virtual bool IsLoadedFrom(const std::string& path) const = 0;
+  // Makes what can be decoded of a damaged page the current picture; of a page of which nothing can, white paper of the
+  // size that the file states. The other pages stay. Raises SubscriptOutOfRange, and InvalidPicture where there is no
+  // such size.
+  virtual void RecoverPage(std::int32_t page) = 0;
+
   // Size of the current picture in pixels; 0 without one.
   virtual std::int32_t Width() const = 0;
   virtual std::int32_t Height() const = 0;

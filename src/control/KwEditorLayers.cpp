@@ -13,8 +13,8 @@ KwEditorLayers::KwEditorLayers(Desktop& platform, EditorEvents& container)
       zoom(platform, form, trap, layers),
       scrolling(form, trap),
       borders(platform, form, trap, zoom),
-      bracket(platform, form, trap, layers, zoom, KWPic),
-      document({platform, form, trap, layers, bracket, *this, KWPic}),
+      bracket({platform, form, trap, layers, zoom, openings, KWPic}),
+      document({platform, form, trap, layers, bracket, *this, openings, KWPic}),
       strip(form, trap),
       toolBox(form, trap, *this, layers),
       coloursAndLines(form, trap, layers),
@@ -24,7 +24,7 @@ KwEditorLayers::KwEditorLayers(Desktop& platform, EditorEvents& container)
       layerTools({platform, form, *this, layers, coloursAndLines}),
       drawingTools(platform, form, trap, layers, layerTools),
       clipboardWatch(platform, form, trap, *this),
-      stampTool(platform, form, trap, *this, layers),
+      stampTool({platform, form, trap, *this, layers, openings}),
       printing({platform, form, trap, document, KWPic, KWPicTempBuffer}),
       scanning(form, trap, clipboardWatch, dispatcher) {
   ConnectEvents();

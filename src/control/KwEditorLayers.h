@@ -18,6 +18,7 @@
 #include "devices/Scanning.h"
 #include "document/CommandBracket.h"
 #include "document/Document.h"
+#include "document/DocumentProcedure.h"
 #include "document/EditorProperties.h"
 #include "form/EditorForm.h"
 #include "layers/Layers.h"
@@ -114,7 +115,7 @@ private:
 
   void ConnectEvents();
   void RunStartUpSteps(Procedure& run);
-  void RemoveScratchFile(Procedure& run);
+  void RemoveScratchFiles(Procedure& run);
   // Loads an image through the scratch engine and the scratch bitmap; empty where that fails.
   Bitmap TakeImage(Procedure& run, const std::string& path, bool isSignature);
   void ReCreateUndoFileIndex() {}  // the hook behind which a history can be built
@@ -131,6 +132,7 @@ private:
   Zoom zoom;
   Scrolling scrolling;
   Borders borders;
+  Openings openings;
   CommandBracket bracket;
   Document document;
   ToolBarStrip strip;

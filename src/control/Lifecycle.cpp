@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "control/KwEditorLayers.h"
-#include "document/PageFiles.h"
+#include "document/ScratchBitmap.h"
 #include "trap/Procedure.h"
 
 namespace kw {
@@ -34,7 +34,7 @@ void KwEditorLayers::UserControl_Initialize() {
   run([&] { trap.TraceFunction("UserControl_Initialize"); });
   RunStartUpSteps(run);
   run.IgnoreErrors();
-  RemoveScratchFile(run);
+  RemoveScratchFiles(run);
 }
 
 void KwEditorLayers::RunStartUpSteps(Procedure& run) {
@@ -70,8 +70,9 @@ void KwEditorLayers::RunStartUpSteps(Procedure& run) {
   run([&] { LetBGImage(""); });
 }
 
-void KwEditorLayers::RemoveScratchFile(Procedure& run) {
-  run([&] { desktop.RemoveFile(GetTempImagePath(desktop)); });
+void KwEditorLayers::RemoveScratchFiles(Procedure& run) {
+  run([&] { ScratchBitmap(desktop).Remove(); });
+  run([&] { ScratchBitmap(desktop).RemoveLeftovers(); });
 }
 
 void KwEditorLayers::tmrDefaultToolsSelection_Timer() {
@@ -136,7 +137,7 @@ void KwEditorLayers::UserControl_Terminate() {
     run([&] { children.at(i)->TrySetInterval(0); });
     run([&] { children.at(i)->TryClearPicture(); });
   }
-  RemoveScratchFile(run);
+  RemoveScratchFiles(run);
 }
 
 }  // namespace kw

@@ -2,6 +2,7 @@
 
 #include "control/KwEditorLayers.h"
 #include "document/PageFiles.h"
+#include "document/ScratchBitmap.h"
 #include "picture/Signature.h"
 #include "trap/Procedure.h"
 
@@ -204,13 +205,10 @@ Bitmap KwEditorLayers::TakeImage(Procedure& run, const std::string& path, bool i
   run([&] {
     if (isSignature) KWPicTempBuffer.PrepareSignature();
   });
-  const bool isSaved = run([&] { KWPicTempBuffer.Save(GetTempImagePath(desktop)); });
-  if (!isSaved) return {};
-  run([&] { image = desktop.LoadPicture(GetTempImagePath(desktop)); });
+  if (!run([&] { image = ScratchBitmap(desktop).Pass(KWPicTempBuffer); })) return {};
   // Where somebody else removed it already, all is as it should be.
   run([&] {
-    const std::string scratch = GetTempImagePath(desktop);
-    if (isSignature && !desktop.DirectoryLookUp(scratch).empty()) desktop.RemoveFile(scratch);
+    if (isSignature && !desktop.DirectoryLookUp(GetTempImagePath(desktop)).empty()) ScratchBitmap(desktop).Remove();
   });
   return image;
 }

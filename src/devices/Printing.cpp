@@ -6,6 +6,8 @@
 #include "components/Arithmetic.h"
 #include "devices/StatusPanel.h"
 #include "document/PageFiles.h"
+#include "document/ScratchBitmap.h"
+#include "picture/Depth.h"
 
 namespace kw {
 
@@ -71,11 +73,11 @@ Printing::Range Printing::AskForRange(Procedure& run) {
 }
 
 void Printing::PrintRange(Procedure& run, Range pages) {
-  const std::string path = document.FilePath();
+  const Source source{document.FilePath(), document.UnwrittenPages()};
   for (std::int32_t page = pages.first; page <= pages.last; ++page) {
     if (!Pause(run)) return;
     ShowCaption(run, pages, page);
-    PrintPage(run, path, ToInteger16(page));
+    PrintPage(run, source, ToInteger16(page));
     if (!isPrinting) return;
     ShowCaption(run, pages, page);
     if (!Pause(run)) return;
@@ -99,10 +101,15 @@ bool Printing::IsShown(const std::string& path, std::int16_t page) const {
   return page == std::max(1, form.PageIndex.Value()) && path == document.FilePath();
 }
 
-void Printing::PrintPage(Procedure& run, const std::string& path, std::int16_t page) {
+void Printing::PrintPage(Procedure& run, const Source& source, std::int16_t page) {
   Bitmap picture;
-  const bool isReady = IsShown(path, page) ? TakeShownPage(run, picture) : TakePageFile(run, path, page, picture);
+  const bool isReady =
+      IsShown(source.path, page) ? TakeShownPage(run, picture) : TakePageFile(run, source, page, picture);
   if (!isReady || !Pause(run)) return;
+  run([&] {
+    constexpr int withAlpha = 32;
+    if (picture.BitsPerPixel() == withAlpha) picture = ToDepth(picture, 24);  // what is transparent shows white paper
+  });
   // A printer that refuses one page would refuse the others too.
   if (!run([&] { desktop.PrintPicture(picture); })) isPrinting = false;
 }
@@ -116,9 +123,13 @@ bool Printing::TakeShownPage(Procedure& run, Bitmap& picture) {
 
 // What runs in the pauses may use the scratch engine and the scratch bitmap for a picture of its own. The page is then
 // rendered once more, without a pause.
-bool Printing::TakePageFile(Procedure& run, const std::string& path, std::int16_t page, Bitmap& picture) {
+bool Printing::TakePageFile(Procedure& run, const Source& source, std::int16_t page, Bitmap& picture) {
   std::string file;
-  if (!run([&] { file = GetPageFileName(path, page); })) return false;
+  const bool hasFile = run([&] {
+    if (source.unwrittenPages.contains(page)) Raise(ErrorNumber::FileNotFound);
+    file = GetPageFileName(source.path, page);
+  });
+  if (!hasFile) return false;
   const auto pause = [&](const Bitmap& expected) {
     if (!Pause(run) || !SamePicture(KWPicTempBuffer.Current(), expected)) Raise(ErrorNumber::Cancelled);
   };
@@ -127,7 +138,7 @@ bool Printing::TakePageFile(Procedure& run, const std::string& path, std::int16_
     if (!SamePicture(picture, KWPicTempBuffer.Current())) Raise(ErrorNumber::Cancelled);
   });
   if (error == 0 || !isPrinting) return error == 0;
-  return run([&] { picture = Render(file, [](const Bitmap&) {}); });
+  return run([&] { picture = Render(file, {}); });
 }
 
 // The page file as picTempBuffer shows it. Between two steps calls `pause` with what the scratch engine holds.
@@ -136,15 +147,21 @@ Bitmap Printing::Render(const std::string& file, const Pausing& pause) {
   if (!engine.Load(file)) {
     Raise(desktop.DirectoryLookUp(file).empty() ? ErrorNumber::FileNotFound : ErrorNumber::InvalidPicture);
   }
-  const Bitmap loaded = engine.Current();
-  pause(loaded);
+  const auto rest = [&] {
+    if (pause) pause(Bitmap(engine.Current()));
+  };
+  rest();
   std::int16_t bitsPerPixel = engine.PageValue();
   engine.ConvertToBitsPerPixel(bitsPerPixel);
-  const Bitmap converted = engine.Current();
-  pause(converted);
-  engine.Save(GetTempImagePath(desktop));
-  pause(converted);
-  form.picTempBuffer.SetPicture(desktop.LoadPicture(GetTempImagePath(desktop)));
+  rest();
+  ScratchBitmap scratch(desktop);
+  if (pause) {
+    scratch.Write(engine);
+    rest();
+    form.picTempBuffer.SetPicture(scratch.Read());
+  } else {
+    form.picTempBuffer.SetPicture(scratch.Pass(engine));
+  }
   return form.picTempBuffer.Picture();
 }
 

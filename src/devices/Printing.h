@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <set>
 #include <string>
 
 #include "components/Desktop.h"
@@ -35,6 +36,11 @@ public:
 
 private:
   class Job;
+  // The document that was open at the start.
+  struct Source {
+    std::string path;
+    std::set<std::int16_t> unwrittenPages;
+  };
   struct Range {
     std::int16_t first = 0;
     std::int16_t last = 0;
@@ -43,10 +49,10 @@ private:
   Range AskForRange(Procedure& run);
   void PrintRange(Procedure& run, Range pages);
   void ShowCaption(Procedure& run, Range pages, std::int32_t page);
-  void PrintPage(Procedure& run, const std::string& path, std::int16_t page);
+  void PrintPage(Procedure& run, const Source& source, std::int16_t page);
   bool TakeShownPage(Procedure& run, Bitmap& picture);
-  bool TakePageFile(Procedure& run, const std::string& path, std::int16_t page, Bitmap& picture);
-  // Called between two steps with what the scratch engine holds.
+  bool TakePageFile(Procedure& run, const Source& source, std::int16_t page, Bitmap& picture);
+  // Called between two steps with what the scratch engine holds; empty for a rendering without a pause.
   using Pausing = std::function<void(const Bitmap& expected)>;
   Bitmap Render(const std::string& file, const Pausing& pause);
   bool Pause(Procedure& run);

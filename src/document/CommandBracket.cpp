@@ -1,13 +1,18 @@
 #include "document/CommandBracket.h"
 
-#include "document/PageFiles.h"
+#include "document/ScratchBitmap.h"
 #include "trap/Procedure.h"
 
 namespace kw {
 
-CommandBracket::CommandBracket(Desktop& platform, EditorForm& editorForm, Trap& errorTrap, Layers& layerArray,
-                               Zoom& zoomFactor, PictureEngine& engine)
-    : desktop(platform), form(editorForm), trap(errorTrap), layers(layerArray), zoom(zoomFactor), KWPic(engine) {}
+CommandBracket::CommandBracket(const Rooms& rooms)
+    : desktop(rooms.desktop),
+      form(rooms.form),
+      trap(rooms.trap),
+      layers(rooms.layers),
+      zoom(rooms.zoom),
+      openings(rooms.openings),
+      KWPic(rooms.KWPic) {}
 
 void CommandBracket::DoPreCommandProcess() {
   Procedure run(trap, "DoPreCommandProcess");
@@ -16,15 +21,11 @@ void CommandBracket::DoPreCommandProcess() {
 }
 
 void CommandBracket::DoPostCommandProcess() {
-  Procedure run(trap, "DoPostCommandProcess");
+  DocumentProcedure run(trap, "DoPostCommandProcess", openings);
   run([&] { layers.CurrentLayer().SetHeight(static_cast<float>(KWPic.Height())); });
   run([&] { layers.CurrentLayer().SetWidth(static_cast<float>(KWPic.Width())); });
   run([&] { KWPic.ConvertToBitsPerPixel(m_BitsPerPixel); });
-  // A failed save leaves no older picture behind to be shown in place of this one.
-  const bool isSaved = run([&] { KWPic.Save(GetTempImagePath(desktop)); });
-  run([&] {
-    if (isSaved) layers.CurrentLayer().SetPicture(desktop.LoadPicture(GetTempImagePath(desktop)));
-  });
+  run([&] { layers.CurrentLayer().SetPicture(ScratchBitmap(desktop).Pass(KWPic)); });
   run([&] { zoom.UpdateAndZoom(); });
   run([&] { form.editor.SetPointer(MousePointer::Default); });
 }

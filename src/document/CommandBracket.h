@@ -4,6 +4,7 @@
 
 #include "components/Desktop.h"
 #include "components/PictureEngine.h"
+#include "document/DocumentProcedure.h"
 #include "form/EditorForm.h"
 #include "layers/Layers.h"
 #include "trap/Trap.h"
@@ -15,8 +16,18 @@ namespace kw {
 // scratch bitmap.
 class CommandBracket {
 public:
-  CommandBracket(Desktop& platform, EditorForm& editorForm, Trap& errorTrap, Layers& layerArray, Zoom& zoomFactor,
-                 PictureEngine& engine);
+  struct Rooms {
+    Desktop& desktop;
+    EditorForm& form;
+    Trap& trap;
+    Layers& layers;
+    Zoom& zoom;
+    const Openings& openings;
+    PictureEngine& KWPic;
+  };
+
+  // What is referred to must outlive the bracket.
+  explicit CommandBracket(const Rooms& rooms);
 
   void DoPreCommandProcess();
   void DoPostCommandProcess();
@@ -31,6 +42,7 @@ private:
   Trap& trap;
   Layers& layers;
   Zoom& zoom;
+  const Openings& openings;
   PictureEngine& KWPic;
   std::int16_t m_BitsPerPixel = 0;
 };

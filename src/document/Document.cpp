@@ -21,6 +21,12 @@ constexpr const char* WorkToDo =
 
 bool IsBlank(const std::string& text) { return text.find_first_not_of(' ') == std::string::npos; }
 
+std::vector<std::string> PageFileNames(const std::string& path, std::int16_t count) {
+  std::vector<std::string> names;
+  for (std::int32_t page = 1; page <= count; ++page) names.push_back(GetPageFileName(path, ToInteger16(page)));
+  return names;
+}
+
 }  // namespace
 
 Document::Document(const Rooms& rooms)
@@ -30,18 +36,23 @@ Document::Document(const Rooms& rooms)
       layers(rooms.layers),
       bracket(rooms.bracket),
       properties(rooms.properties),
+      openings(rooms.openings),
       KWPic(rooms.KWPic) {
   form.PageIndex.Change.Connect([this] { PageIndex_Change(); });
   form.cmbPageNo.Click.Connect([this] { cmbPageNo_Click(); });
 }
 
 void Document::OpenFile(const std::string& fPath) {
-  Procedure run(trap);
-  run([&] { desktop.ShowMessageBox(WorkToDo); });
-  run([&] { trap.TraceFunction("OpenFile"); });
+  Procedure before(trap);
+  before([&] { desktop.ShowMessageBox(WorkToDo); });
+  openings.Begin();
+  DocumentProcedure run(trap, "OpenFile", openings);
   run([&] { layers.UnloadLayerItems(); });
   run([&] { properties.LetIsFileChanged(false); });
-  run([&] { m_FilePath = fPath; });
+  run([&] {
+    m_FilePath = fPath;
+    unwrittenPages.clear();
+  });
   run([&] {
     if (IsBlank(m_FirstFilePath)) m_FirstFilePath = m_FilePath;
   });
@@ -50,7 +61,7 @@ void Document::OpenFile(const std::string& fPath) {
   ResetView(run);
   run([&] { m_IgnorePageChange = true; });
   run([&] { SetPageRange(0, 0); });
-  const bool isOpen = IsFirstPageFile(m_FilePath) ? OpenFirstPageFile(run) : OpenAndSplit(run);
+  const bool isOpen = !run.IsOver() && (IsFirstPageFile(m_FilePath) ? OpenFirstPageFile(run) : OpenAndSplit(run));
   if (!isOpen) return;
   run([&] { PageIndex_Change(); });
   run([&] { form.tmrDefaultToolsSelection.SetEnabled(false); });
@@ -59,7 +70,7 @@ void Document::OpenFile(const std::string& fPath) {
 }
 
 // The user picked page 1 of a document that was split earlier: its other pages are found by probing.
-bool Document::OpenFirstPageFile(Procedure& run) {
+bool Document::OpenFirstPageFile(DocumentProcedure& run) {
   run([&] { m_FilePath = GetSourceFileName(m_FilePath); });
   run([&] { SetPageRange(1, 1); });
   run([&] {
@@ -75,61 +86,82 @@ bool Document::OpenFirstPageFile(Procedure& run) {
   return true;
 }
 
-bool Document::OpenAndSplit(Procedure& run) {
+bool Document::OpenAndSplit(DocumentProcedure& run) {
   if (!Load(run, m_FilePath)) return false;
   run([&] { TakePageValue(); });
   const auto count = run.Ask<std::int16_t>([&] { return ToInteger16(KWPic.PageCount()); }, 0);
   if (count < 2) return true;
+  const std::string path = m_FirstFilePath.empty() ? m_FilePath : m_FirstFilePath;
+  const auto names = run.Ask<std::vector<std::string>>([&] { return PageFileNames(path, count); }, {});
+  // A split that wrote onto the file that it reads would destroy it.
+  if (std::ranges::any_of(names, [&](const std::string& name) { return KWPic.IsLoadedFrom(name); })) {
+    return Load(run, {});
+  }
   run([&] { SetPageRange(1, count); });
+  run([&] { m_FilePath = path; });
   run([&] {
-    if (!m_FirstFilePath.empty()) m_FilePath = m_FirstFilePath;
+    for (std::int32_t page = 1; page <= count; ++page) unwrittenPages.insert(ToInteger16(page));
   });
-  if (!WritePages(run, count)) return false;
+  WritePages(run, names);
   run([&] { m_CurrentPageNo = 1; });
   run([&] { m_IgnorePageChange = true; });
   return true;
 }
 
-// Last page first. False when a page cannot be read.
-bool Document::WritePages(Procedure& run, std::int16_t count) {
+// Last page first. A full disk ends it: no other page file would be whole either.
+void Document::WritePages(DocumentProcedure& run, const std::vector<std::string>& names) {
+  const std::int16_t count = ToInteger16(std::ssize(names));
   for (std::int16_t page = count; page >= 1; --page) {
-    auto path = run.Ask<std::string>([&] { return GetPageFileName(m_FilePath, page); }, {});
-    if (path.empty()) continue;
-    const std::int32_t error = run.Attempt([&] {
-      KWPic.SelectPage(page);
-      TakePageValue();
-      KWPic.Save(path);
-    });
-    if (error == static_cast<std::int32_t>(ErrorNumber::InvalidPicture)) {
-      ReportFileError(run);
-      return false;
-    }
-    if (error != 0) {
-      run.Report();
-      continue;
-    }
+    std::string path = names[static_cast<std::size_t>(page - 1)];
+    const std::int32_t error = WritePage(run, page, path);
+    if (run.IsOver() || error == static_cast<std::int32_t>(ErrorNumber::DiskFull)) return;
+    if (error != 0) continue;
     run([&] {
+      unwrittenPages.erase(page);
       std::int16_t pageNo = page;
       std::int16_t totalPages = count;
       NewPageCreated.Raise(path, pageNo, totalPages);
     });
   }
-  return true;
+}
+
+// Reports an error, and returns its number where the page was not written. Of a damaged page, what can be read of it is
+// written, so that the pages behind it are found.
+std::int32_t Document::WritePage(DocumentProcedure& run, std::int16_t page, const std::string& path) {
+  std::int32_t error = run.Attempt([&] {
+    KWPic.SelectPage(page);
+    TakePageValue();
+    KWPic.SavePage(path);
+  });
+  if (error == static_cast<std::int32_t>(ErrorNumber::InvalidPicture)) {
+    run.Report();
+    error = run.Attempt([&] {
+      KWPic.RecoverPage(page);
+      KWPic.SavePage(path);
+    });
+    if (error == static_cast<std::int32_t>(ErrorNumber::InvalidPicture)) return error;
+  }
+  if (error != 0) run.Report();
+  return error;
 }
 
 void Document::PageIndex_Change() {
-  Procedure run(trap, "PageIndex_Change");
+  DocumentProcedure run(trap, "PageIndex_Change", openings);
   run([&] {
     std::int16_t pageNo = ToInteger16(form.PageIndex.Value());
     PageChanged.Raise(pageNo);
   });
   ShowPageControls(run);
-  if (!m_IgnorePageChange && !AskToKeepChanges(run)) return;
+  if (run.IsOver() || (!m_IgnorePageChange && !AskToKeepChanges(run))) return;
   run([&] { form.editor.SetPointer(MousePointer::Hourglass); });
   ResetView(run);
   run([&] { m_CurrentPageNo = ToInteger16(form.PageIndex.Value()); });
   const auto path = run.Ask<std::string>(
-      [&] { return m_CurrentPageNo == 0 ? m_FilePath : GetPageFileName(m_FilePath, m_CurrentPageNo); }, {});
+      [&] {
+        if (unwrittenPages.contains(m_CurrentPageNo)) return std::string();
+        return m_CurrentPageNo == 0 ? m_FilePath : GetPageFileName(m_FilePath, m_CurrentPageNo);
+      },
+      {});
   if (!Load(run, path)) return;
   run([&] { TakePageValue(); });
   run([&] { layers.UnloadLayerItems(); });
@@ -139,7 +171,7 @@ void Document::PageIndex_Change() {
 }
 
 // Buttons, caption and list of the pages follow the spinner.
-void Document::ShowPageControls(Procedure& run) {
+void Document::ShowPageControls(DocumentProcedure& run) {
   const auto page = std::max<std::int32_t>(1, form.PageIndex.Value());
   const std::int32_t count = PageCount();
   run([&] { BarOf(form.tbrBasicTools, "PrevPage").SetButtonEnabled("PrevPage", page > 1); });
@@ -155,7 +187,7 @@ void Document::ShowPageControls(Procedure& run) {
 }
 
 // False when the user wants to stay on the page.
-bool Document::AskToKeepChanges(Procedure& run) {
+bool Document::AskToKeepChanges(DocumentProcedure& run) {
   const bool isToAsk =
       run.Ask<bool>([&] { return properties.GetIsSaveButtonEnabled() && properties.GetIsFileChanged(); }, false) &&
       m_PageSaveCounter > 1;
@@ -185,7 +217,7 @@ void Document::cmbPageNo_Click() {
   });
 }
 
-void Document::ResetView(Procedure& run) {
+void Document::ResetView(DocumentProcedure& run) {
   run([&] { form.vScroll.SetValue(0); });
   run([&] { form.hScroll.SetValue(0); });
   run([&] { BarOf(form.tbrBasicTools, "Undo").SetButtonEnabled("Undo", false); });
@@ -203,13 +235,15 @@ std::int16_t Document::PageCount() const { return std::max<std::int16_t>(1, ToIn
 
 void Document::TakePageValue() { bracket.SetBitsPerPixel(KWPic.PageValue()); }
 
-bool Document::Load(Procedure& run, const std::string& path) {
-  if (!path.empty() && KWPic.Load(path)) return true;
+// An empty path is that of a page that has no file. Where there is nothing to load, the engine is emptied.
+bool Document::Load(DocumentProcedure& run, const std::string& path) {
+  if (run.IsOver()) return false;
+  if (KWPic.Load(path)) return true;
   ReportFileError(run);
   return false;
 }
 
-void Document::ReportFileError(Procedure& run) {
+void Document::ReportFileError(DocumentProcedure& run) {
   run([&] { form.editor.SetPointer(MousePointer::Default); });
   run([&] { properties.LetIsEditable(false); });
   run([&] { desktop.ShowMessageBox("Invalid file format..", "File Error"); });

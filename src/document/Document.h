@@ -1,16 +1,18 @@
 #pragma once
 
 #include <cstdint>
+#include <set>
 #include <string>
+#include <vector>
 
 #include "components/Desktop.h"
 #include "components/Event.h"
 #include "components/PictureEngine.h"
 #include "document/CommandBracket.h"
+#include "document/DocumentProcedure.h"
 #include "document/EditorProperties.h"
 #include "form/EditorForm.h"
 #include "layers/Layers.h"
-#include "trap/Procedure.h"
 
 namespace kw {
 
@@ -25,6 +27,7 @@ public:
     Layers& layers;
     CommandBracket& bracket;
     EditorProperties& properties;
+    Openings& openings;
     PictureEngine& KWPic;
   };
 
@@ -32,6 +35,9 @@ public:
   explicit Document(const Rooms& rooms);
 
   // Opens an image or a multi-page file, which is split into page files beside it. Failures are shown to the user.
+  //
+  // A document that is opened while the list of pending work is up is opened first. One that is opened later, out of an
+  // event or a box, takes the place of this one: the outer call then ends at once, as does a change of the page.
   void OpenFile(const std::string& fPath);
   void PageIndex_Change();
   void cmbPageNo_Click();
@@ -40,6 +46,9 @@ public:
   const std::string& FirstFilePath() const { return m_FirstFilePath; }
   void SetFirstFilePath(const std::string& path) { m_FirstFilePath = path; }
   std::int16_t CurrentPageNo() const { return m_CurrentPageNo; }
+  // Pages whose page files the split of this document could not write. What lies there under their names belongs to
+  // another document, or to an earlier state of this one, and is not shown.
+  const std::set<std::int16_t>& UnwrittenPages() const { return unwrittenPages; }
 
   // Path, page and page count of a page file that was written.
   Event<std::string&, std::int16_t&, std::int16_t&> NewPageCreated;
@@ -48,16 +57,17 @@ public:
 
 private:
   std::int16_t PageCount() const;
-  bool OpenFirstPageFile(Procedure& run);
-  bool OpenAndSplit(Procedure& run);
-  bool WritePages(Procedure& run, std::int16_t count);
-  bool AskToKeepChanges(Procedure& run);
-  void ShowPageControls(Procedure& run);
-  void ResetView(Procedure& run);
+  bool OpenFirstPageFile(DocumentProcedure& run);
+  bool OpenAndSplit(DocumentProcedure& run);
+  void WritePages(DocumentProcedure& run, const std::vector<std::string>& names);
+  std::int32_t WritePage(DocumentProcedure& run, std::int16_t page, const std::string& path);
+  bool AskToKeepChanges(DocumentProcedure& run);
+  void ShowPageControls(DocumentProcedure& run);
+  void ResetView(DocumentProcedure& run);
   void SetPageRange(std::int16_t first, std::int16_t last);
   void TakePageValue();
-  bool Load(Procedure& run, const std::string& path);
-  void ReportFileError(Procedure& run);
+  bool Load(DocumentProcedure& run, const std::string& path);
+  void ReportFileError(DocumentProcedure& run);
 
   Desktop& desktop;
   EditorForm& form;
@@ -65,6 +75,7 @@ private:
   Layers& layers;
   CommandBracket& bracket;
   EditorProperties& properties;
+  Openings& openings;
   PictureEngine& KWPic;
 
   std::string m_FilePath;
@@ -72,6 +83,7 @@ private:
   std::int16_t m_CurrentPageNo = 0;
   bool m_IgnorePageChange = false;
   std::int16_t m_PageSaveCounter = 0;
+  std::set<std::int16_t> unwrittenPages;
 };
 
 }  // namespace kw

@@ -30,8 +30,15 @@ std::string GetWorkFolder(const Desktop& desktop) {
   return WithBackslash(isBlank ? desktop.ApplicationFolder() : AppDir);
 }
 
+std::int64_t InstanceNumber(const std::string& machine, std::int64_t process) {
+  constexpr std::int64_t prime = 2147483647;
+  std::int64_t number = 0;
+  for (const char c : machine) number = (number * 31 + static_cast<unsigned char>(c)) % prime;
+  return (number << 32) + process;
+}
+
 std::string GetTempImagePath(const Desktop& desktop) {
-  const std::int64_t instance = desktop.InstanceNumber();
+  const std::int64_t instance = InstanceNumber(desktop.MachineName(), desktop.ProcessNumber());
   return GetWorkFolder(desktop) + "tmp" + std::to_string(std::abs(instance)) + ".bmp";
 }
 

@@ -13,7 +13,11 @@ namespace kw {
 // AppDir when it holds anything besides blanks, else the folder of the host's executable; ends with a backslash.
 std::string GetWorkFolder(const Desktop& desktop);
 
-// The bitmap that hands a picture from one component to another: one name for each process.
+// Tells machines and their processes apart; the process is the lower half. Two machines may share a number, so it is no
+// proof of whose a file is.
+std::int64_t InstanceNumber(const std::string& machine, std::int64_t process);
+
+// The bitmap that hands a picture from one component to another: one name for each process of each machine.
 std::string GetTempImagePath(const Desktop& desktop);
 
 // Page `pageNo` of the document D.ext is D_Page_n.ext. The extension is what follows the last dot of the whole path.

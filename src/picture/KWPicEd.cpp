@@ -70,6 +70,31 @@ void KWPicEd::SelectPage(std::int32_t page) {
   pageValue = bits;
   current = {};
   warning.clear();
+  document.isRecovered = false;
+}
+
+void KWPicEd::RecoverPage(std::int32_t page) {
+  if (page < 1 || page > PageCount()) Raise(ErrorNumber::SubscriptOutOfRange);
+  if (document.source == nullptr) return;
+  InputFile file(document.path);
+  RequireUnchanged(file);
+  Bitmap picture;
+  std::string missing;
+  try {
+    picture = document.source->Read(file, page, missing);
+  } catch (const RunTimeError& error) {
+    if (error.Number() != static_cast<std::int32_t>(ErrorNumber::InvalidPicture)) throw;
+    missing = error.Description();
+    const PageSize size = document.source->StatedSize(file, page);
+    picture = NewUnfilledPage(size.width, size.height, 1, options.reading);
+    for (std::int32_t y = 0; y < picture.Height(); ++y) std::ranges::fill(picture.MutableRow(y), std::uint8_t{0xFF});
+  }
+  ++changes;
+  selected = page;
+  current = std::move(picture);
+  warning = std::move(missing);
+  pageValue = static_cast<std::int16_t>(current.BitsPerPixel());
+  document.isRecovered = true;
 }
 
 const Bitmap& KWPicEd::Current() const {
@@ -139,6 +164,7 @@ void KWPicEd::Apply(std::string_view command) {
 }
 
 bool KWPicEd::SaveAsStored(Stream& to) const {
+  if (document.isRecovered) return false;
   std::unique_ptr<InputFile> file;
   try {
     file = std::make_unique<InputFile>(document.path);
@@ -151,13 +177,23 @@ bool KWPicEd::SaveAsStored(Stream& to) const {
   return document.source->Copy(*file, selected, to);
 }
 
-void KWPicEd::Save(const std::string& path) { SaveAs(path, Durability::Lasting); }
+void KWPicEd::Save(const std::string& path) { SaveAs(FormatOfPath(path), path, Durability::Lasting); }
 
-void KWPicEd::SaveScratch(const std::string& path) { SaveAs(path, Durability::Passing); }
+void KWPicEd::SaveScratch(const std::string& path) { SaveAs(FormatOfPath(path), path, Durability::Passing); }
 
-void KWPicEd::SaveAs(const std::string& path, Durability durability) {
-  if (PageCount() == 0) Raise(ErrorNumber::ObjectVariableNotSet);
+void KWPicEd::SavePage(const std::string& path) {
   const PictureFormat* format = FormatOfPath(path);
+  const bool isUnfit = format == &JpegFormat && pageValue == 1;
+  SaveAs((format == nullptr || isUnfit) && document.format != nullptr ? document.format : format, path,
+         Durability::Lasting);
+}
+
+bool KWPicEd::IsLoadedFrom(const std::string& path) const {
+  return document.source != nullptr && IsSameFile(path, document.path);
+}
+
+void KWPicEd::SaveAs(const PictureFormat* format, const std::string& path, Durability durability) {
+  if (PageCount() == 0) Raise(ErrorNumber::ObjectVariableNotSet);
   if (format == nullptr) Raise(ErrorNumber::InvalidProcedureCall);
   // A file that is about to be replaced gives no more pages; the picture stays, as the engine's own.
   const bool overItself = document.source != nullptr && IsSameFile(path, document.path);

@@ -47,6 +47,9 @@ public:
 
   void Save(const std::string& path) override;
   void SaveScratch(const std::string& path) override;
+  void SavePage(const std::string& path) override;
+  bool IsLoadedFrom(const std::string& path) const override;
+  void RecoverPage(std::int32_t page) override;
 
   // Adds the current page to the end of the document `path`, whose format has to be one of several pages (fmf, TIFF); a
   // file that does not exist is made. The pages that it has stay untouched even where the machine stops meanwhile, and
@@ -88,13 +91,15 @@ private:
     std::unique_ptr<PictureSource> source;
     // Bytes of its pages that were encoded anew, where it has several.
     mutable std::uint64_t encoded = 0;
+    // The selected page is damaged, and `current` is what there is of it.
+    bool isRecovered = false;
   };
 
   void Open(const std::string& path);
   void RequireUnchanged(const InputFile& file) const;
-  void SaveAs(const std::string& path, Durability durability);
   bool SaveAsStored(Stream& to) const;
   void WriteAnew(const PictureFormat& format, Stream& to) const;
+  void SaveAs(const PictureFormat* format, const std::string& path, Durability durability);
 
   // Empty once the picture was replaced.
   Document document;

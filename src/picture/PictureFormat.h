@@ -27,6 +27,11 @@ struct WriteOptions {
   int jpegQuality = 90;
 };
 
+struct PageSize {
+  std::uint64_t width = 0;
+  std::uint64_t height = 0;
+};
+
 // What was found in a file when it was opened: its pages. It holds no open file; each operation is handed a stream of
 // the same bytes. Pages count from 1; the caller keeps them in range. Everything raises InvalidPicture, with the reason
 // as its description, where the bytes are not a sound picture or a page is larger than the limits allow.
@@ -41,6 +46,8 @@ public:
   virtual std::int32_t PageCount() const { return 1; }
   // Bits of one pixel as they are stored, all its samples together. Does not decode the page.
   virtual std::int16_t StoredBitsPerPixel(Stream& file, std::int32_t page) = 0;
+  // The size that the file states for a page, whatever its pixels are like; 0 where the format has one page only.
+  virtual PageSize StatedSize(Stream& /*file*/, std::int32_t /*page*/) { return {}; }
   // Decodes a page. Its depth is the next one of Bitmap that holds the stored pixels. Of a page that is damaged or cut
   // off, what its codec can still decode is returned, as long as that is a whole row or more; the rest is empty paper
   // and `warning` says so. It is empty for a sound page.

@@ -7,12 +7,17 @@
 
 namespace kw {
 
-StampTool::StampTool(Desktop& platform, EditorForm& editorForm, Trap& errorTrap, EditorProperties& editorProperties,
-                     Layers& layerArray)
-    : desktop(platform), form(editorForm), trap(errorTrap), editor(editorProperties), layers(layerArray) {}
+StampTool::StampTool(const Rooms& rooms)
+    : desktop(rooms.desktop),
+      form(rooms.form),
+      trap(rooms.trap),
+      editor(rooms.editor),
+      layers(rooms.layers),
+      openings(rooms.openings) {}
 
 void StampTool::PlaceStamp(float x, float y) {
   Procedure run(trap, "PlaceStamp");
+  const std::uint64_t document = openings.Count();
   frmApprovedXTimes dialog(desktop, trap);
   TransparentPicture previewText("previewText");
   TransparentPicture previewSignature("previewSignature");
@@ -29,6 +34,7 @@ void StampTool::PlaceStamp(float x, float y) {
   run([&] { lastStamp = dialog.LastStampSelected; });
   run([&] { noOfTimes = dialog.NoOfTimes; });
   run([&] { isToAttachSignature = dialog.IsToAttachSignature; });
+  if (openings.Count() != document) return;
   run([&] { MakeLayers(StampOf(dialog.StampString, isToAttachSignature), x, y); });
 }
 

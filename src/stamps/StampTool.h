@@ -3,6 +3,7 @@
 #include <string>
 
 #include "components/Desktop.h"
+#include "document/DocumentProcedure.h"
 #include "document/EditorProperties.h"
 #include "form/EditorForm.h"
 #include "layers/Layers.h"
@@ -16,12 +17,21 @@ namespace kw {
 // count and the signature's tick are offered again.
 class StampTool {
 public:
+  struct Rooms {
+    Desktop& desktop;
+    EditorForm& form;
+    Trap& trap;
+    EditorProperties& editor;
+    Layers& layers;
+    const Openings& openings;
+  };
+
   // What is referred to must outlive the tool.
-  StampTool(Desktop& platform, EditorForm& editorForm, Trap& errorTrap, EditorProperties& editorProperties,
-            Layers& layerArray);
+  explicit StampTool(const Rooms& rooms);
 
   // Asks, and unless the user cancels stamps the page at (x, y) of the canvas, in the current layer's font, bold, and
-  // the foreground colour.
+  // the foreground colour. Where another document was opened while the dialog was up, nothing is stamped; what is
+  // offered again is kept.
   void PlaceStamp(float x, float y);
 
 private:
@@ -34,6 +44,7 @@ private:
   Trap& trap;
   EditorProperties& editor;
   Layers& layers;
+  const Openings& openings;
   std::string lastStamp;
   std::string noOfTimes = "1";
   bool isToAttachSignature = false;

@@ -128,8 +128,18 @@ bool ModalWindow::IsTaken(MSG& message) {
     MoveFocus(message);
     return true;
   }
+  if (message.wParam == VK_RETURN) TakeTyping(message.hwnd);
   form.KeyDown.Raise(static_cast<std::int16_t>(message.wParam), ShiftState());
   return message.wParam == VK_RETURN || message.wParam == VK_ESCAPE || !form.Visible();
+}
+
+// A date picker takes what was typed into one of its fields when the keyboard leaves it.
+void ModalWindow::TakeTyping(HWND field) const {
+  wchar_t name[64] = {};
+  GetClassNameW(field, name, static_cast<int>(std::size(name)));
+  if (std::wstring(name) != DATETIMEPICK_CLASSW) return;
+  SetFocus(content->Handle());
+  SetFocus(field);
 }
 
 void ModalWindow::MoveFocus(MSG& tab) {

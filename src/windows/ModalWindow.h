@@ -34,6 +34,7 @@ private:
   void Loop();
   // Whether the message was for the dialog as a whole; then it is done with.
   bool IsTaken(MSG& message);
+  void TakeTyping(HWND field) const;
   void MoveFocus(MSG& tab);
   bool PressMnemonic(wchar_t letter) const;
 

@@ -204,6 +204,25 @@ std::string WindowsDesktop::ApplicationFolder() const {
   return FromWide(folder);
 }
 
-std::int32_t WindowsDesktop::InstanceNumber() const { return static_cast<std::int32_t>(GetCurrentProcessId()); }
+std::string WindowsDesktop::MachineName() const {
+  constexpr COMPUTER_NAME_FORMAT kind = ComputerNamePhysicalDnsFullyQualified;
+  DWORD size = 0;
+  GetComputerNameExW(kind, nullptr, &size);
+  std::wstring name(size, L'\0');
+  if (size == 0 || GetComputerNameExW(kind, name.data(), &size) == FALSE) return {};
+  name.resize(size);
+  return FromWide(name);
+}
+
+std::int64_t WindowsDesktop::ProcessNumber() const { return GetCurrentProcessId(); }
+
+bool WindowsDesktop::IsProcessRunning(std::int64_t number) const {
+  if (number < 0 || number > MAXDWORD) return false;
+  const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, static_cast<DWORD>(number));
+  if (process == nullptr) return GetLastError() != ERROR_INVALID_PARAMETER;
+  const bool isOver = WaitForSingleObject(process, 0) == WAIT_OBJECT_0;
+  CloseHandle(process);
+  return !isOver;
+}
 
 }  // namespace kw::windows

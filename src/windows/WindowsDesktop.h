@@ -50,7 +50,9 @@ public:
   bool WriteProfileString(const std::string& section, const std::string& key, const std::string& value,
                           const std::string& path) override;
   std::string ApplicationFolder() const override;
-  std::int32_t InstanceNumber() const override;
+  std::string MachineName() const override;
+  std::int64_t ProcessNumber() const override;
+  bool IsProcessRunning(std::int64_t number) const override;
 
   // Asks the user for numbers, with the dialogs' owner.
   bool ShowParameters(const ParameterQuestion& question, std::span<double> values);

@@ -63,7 +63,6 @@ TEST_F(CommandDialogs, CancellingTheFontDialogChangesNothing) {
 }
 
 TEST_F(CommandDialogs, CancellingAnEffectRunsTheBracketAndChangesNoPixel) {
-  const auto scratchBitmap = "tmp" + std::to_string(GetCurrentProcessId()) + ".bmp";
   for (const char* toolTip : {"Colorize", "Threshold", "Option"}) {
     SetScene();
     const State before = Look();
@@ -76,7 +75,7 @@ TEST_F(CommandDialogs, CancellingAnEffectRunsTheBracketAndChangesNoPixel) {
     EXPECT_EQ(Trace(), (Names{"tbrMoreTools_ButtonClick", "ToolbarButtonClick", "DoPreCommandProcess",
                               "DoPostCommandProcess", "TransLayers_Change", "UpdateAndZoom"}));
     EXPECT_EQ(Look(), before);
-    EXPECT_TRUE(SamePicture(LoadPicture(scratchBitmap), ScenePage(2)));
+    EXPECT_TRUE(SamePicture(LoadPicture(ScratchBitmap()), ScenePage(2)));
   }
 }
 

@@ -3,6 +3,7 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <filesystem>
 
 #include "activex/BoxAnswerer.h"
 #include "picture/KWPicEd.h"
@@ -84,6 +85,16 @@ Bitmap CommandTest::LoadPicture(const std::string& name) const {
   KWPicEd engine;
   EXPECT_TRUE(engine.Load(File(name))) << name;
   return engine.Current();
+}
+
+std::string CommandTest::ScratchBitmap() const {
+  std::vector<std::string> found;
+  for (const auto& entry : std::filesystem::directory_iterator(scratch.Path())) {
+    const std::string name = entry.path().filename().string();
+    if (name.starts_with("tmp") && name.ends_with(".bmp")) found.push_back(name);
+  }
+  EXPECT_EQ(found.size(), 1U);
+  return found.empty() ? std::string() : found[0];
 }
 
 const ToolBarButton& CommandTest::Button(const std::string& toolTip) const {

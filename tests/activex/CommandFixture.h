@@ -30,6 +30,8 @@ protected:
   std::string File(const std::string& name) const;
   void SavePicture(const Bitmap& picture, const std::string& name) const;
   Bitmap LoadPicture(const std::string& name) const;
+  // The name of the one scratch bitmap in the test's folder.
+  std::string ScratchBitmap() const;
 
   const ToolBarButton& Button(const std::string& toolTip) const;
   // Tools and page as they are at the start.

@@ -42,7 +42,7 @@ void ToolBarCommands::RunAll(Way way) {
     EXPECT_EQ(boxes, expected);
     EXPECT_EQ(Differences(Look(), After(row, before)), Names{});
     if (row.operations.empty()) continue;
-    const Bitmap written = LoadPicture("tmp" + std::to_string(GetCurrentProcessId()) + ".bmp");
+    const Bitmap written = LoadPicture(ScratchBitmap());
     EXPECT_TRUE(SamePicture(written, AfterOperations(row.operations)));
   }
   EXPECT_EQ(count, 42);

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 
 #include "activex/BoxAnswerer.h"
 #include "activex/Fixture.h"
@@ -173,6 +174,49 @@ TEST_F(DocumentTest, PicturesForBackgroundAndSignatureAreTaken) {
   EXPECT_TRUE(IsTrue(&_KwEditorLayers::get_IsToShowBackImage));
   EXPECT_TRUE(IsTrue(&_KwEditorLayers::get_Enabled));
   EXPECT_TRUE(user.Boxes().empty());
+}
+
+TEST_F(DocumentTest, ADocumentThatIsOpenedInAnEventTakesTheOthersPlace) {
+  const std::wstring inner = scratch.WriteTiff(L"Inner.tif", 1);
+  const std::wstring outer = scratch.WriteTiff(L"Outer.tif", 3);
+  // A page file that cannot be written.
+  std::filesystem::create_directory(scratch.File(L"Outer_Page_1.tif"));
+  const std::map<DISPID, std::size_t> pageFiles = {
+      {NewPageCreatedEventId, 1}, {ErrorOccuredEventId, 2}, {PageChangedEventId, 2}};
+  for (const auto& [event, count] : pageFiles) {
+    control->put_Enabled(VARIANT_TRUE);
+    std::vector<std::string> then;
+    bool isOpened = false;
+    sink.onEvent = [&, event = event](DISPID raised, VARIANT*, UINT) {
+      if (raised != event || isOpened) return;
+      isOpened = true;
+      EXPECT_EQ(control->OpenFile(Text(inner)), S_OK);
+      then = Names(sink.events);
+    };
+    Open(outer);
+    sink.onEvent = nullptr;
+    EXPECT_TRUE(isOpened) << event;
+    EXPECT_EQ(Names(sink.events), then) << event;
+    EXPECT_EQ(sink.events.back(), "PageChanged(0)") << event;
+    EXPECT_EQ(std::ranges::count(then, "NewPageCreated"), static_cast<std::ptrdiff_t>(count)) << event;
+  }
+}
+
+TEST_F(DocumentTest, ADocumentThatIsOpenedInANoticeOfAPropertyTakesTheOthersPlace) {
+  const std::wstring inner = scratch.WriteTiff(L"Inner.tif", 1);
+  bool isOpened = false;
+  PropertySink properties;
+  properties.onChanged = [&](DISPID) {
+    if (isOpened) return;
+    isOpened = true;
+    EXPECT_EQ(control->OpenFile(Text(inner)), S_OK);
+  };
+  Connection notices(control.Get(), IID_IPropertyNotifySink, &properties);
+  Open(scratch.WriteTiff(L"Outer.tif", 3));
+  notices.Cut();
+  EXPECT_TRUE(isOpened);
+  EXPECT_EQ(sink.events, std::vector<std::string>{"PageChanged(0)"});
+  EXPECT_FALSE(FileExists(scratch.File(L"Outer_Page_3.tif")));
 }
 
 TEST_F(DocumentTest, EmptyPathIsReportedAndNoCrash) {

@@ -192,17 +192,6 @@ TEST_F(BadFile, OfEveryKindGivesTheFileErrorAndTheNextFileOpens) {
   EXPECT_TRUE(events.created.empty());
 }
 
-TEST_F(BadFile, CutShortInAPageEndsTheSplitAtThatPageWithoutHalfAPageFile) {
-  // Page 2's pixels are said to lie beyond the end.
-  std::string bytes = GreyTiff(3);
-  WriteWhole(folder.File("D.tif"), bytes.substr(0, bytes.size() - 10));
-  control->OpenFile(folder.File("D.tif"));
-  EXPECT_EQ(desktop.boxes.back(), FileError);
-  EXPECT_FALSE(Exists(folder.File("D_Page_3.tif")));
-  EXPECT_TRUE(events.created.empty());
-  EXPECT_TRUE(events.errors.empty());
-}
-
 TEST_F(BadFile, APathWithoutADotReachesTheErrorTrapWhenPagesNeedNames) {
   const std::string path = folder.File("scan");
   if (path.find('.') != std::string::npos) GTEST_SKIP() << "the temporary folder has a dot in its name";

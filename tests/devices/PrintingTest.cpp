@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -221,6 +222,37 @@ TEST_F(Printing, PagesKeepTheirOwnDepthAndTheirResolution) {
   EXPECT_NEAR(sheets[0].HorizontalResolution(), 200, 0.1);
   EXPECT_NEAR(sheets[1].HorizontalResolution(), 300, 0.1);
   EXPECT_NEAR(sheets[1].VerticalResolution(), 150, 0.1);
+}
+
+TEST_F(Printing, WhatIsTransparentIsPaper) {
+  Bitmap picture(20, 10, 32);
+  for (std::int32_t y = 0; y < picture.Height(); ++y)
+    std::ranges::fill(picture.MutableRow(y).subspan(40), std::uint8_t{0xFF});
+  for (const char* page : {"clear_Page_1.bmp", "clear_Page_2.bmp"}) SavePicture(picture, folder.File(page));
+  control->OpenFile(folder.File("clear_Page_1.bmp"));
+  ASSERT_EQ(control->Engine().Current().BitsPerPixel(), 32);
+  ASSERT_EQ(control->Engine().Current().Row(0)[3], 0) << "transparent black";
+  Print(1, 2);
+  ASSERT_EQ(Sheets(), (SheetWidths{20, 20}));
+  for (const Bitmap& sheet : desktop.printedJobs[0]) {
+    EXPECT_EQ(sheet.BitsPerPixel(), 24);
+    EXPECT_EQ(sheet.PixelAt(0, 0), (Rgb{255, 255, 255}));
+  }
+}
+
+TEST_F(Printing, APictureThatIsPaintedIsNotChangedByACommandMeanwhile) {
+  Open(1);
+  Rgb before;
+  Rgb behind;
+  desktop.onPrintPicture = [&](const Bitmap& picture) {
+    before = picture.PixelAt(0, 0);
+    Form().tbrMoreTools.ButtonClick.Raise("Invert");
+    behind = picture.PixelAt(0, 0);
+  };
+  Print(1, 1);
+  EXPECT_EQ(before, (Rgb{1, 1, 1}));
+  EXPECT_EQ(behind, before);
+  EXPECT_EQ(control->Engine().Current().PixelAt(0, 0), (Rgb{254, 254, 254}));
 }
 
 TEST_F(Printing, TheOnlyPageOfADocumentThatIsNotSplitIsPageOne) {

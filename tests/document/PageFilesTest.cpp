@@ -38,13 +38,21 @@ TEST_F(WorkFolderTest, AppDirGetsAMissingBackslashAndKeepsItsBlanks) {
   EXPECT_EQ(GetWorkFolder(desktop), " C:\\w \\");
 }
 
-TEST_F(WorkFolderTest, TheScratchBitmapIsNamedByTheAbsoluteInstanceNumber) {
+TEST_F(WorkFolderTest, TheScratchBitmapIsNamedByTheAbsoluteNumberOfTheProcess) {
   AppDir = "C:\\app\\";
   EXPECT_EQ(GetTempImagePath(desktop), "C:\\app\\tmp1234.bmp");
-  desktop.instanceNumber = -77;
+  desktop.processNumber = -77;
   EXPECT_EQ(GetTempImagePath(desktop), "C:\\app\\tmp77.bmp");
-  desktop.instanceNumber = std::numeric_limits<std::int32_t>::min();
+  desktop.processNumber = std::numeric_limits<std::int32_t>::min();
   EXPECT_EQ(GetTempImagePath(desktop), "C:\\app\\tmp2147483648.bmp");
+}
+
+TEST_F(WorkFolderTest, TheScratchBitmapsOfTwoMachinesHaveDifferentNames) {
+  desktop.machineName = "desk";
+  const std::string first = GetTempImagePath(desktop);
+  EXPECT_EQ(GetTempImagePath(desktop), first);
+  desktop.machineName = "till";
+  EXPECT_NE(GetTempImagePath(desktop), first);
 }
 
 TEST(PageFileName, StandsBesideTheDocument) {

@@ -67,6 +67,19 @@ TEST_F(Stamping, PlacesTheTextWhereThePageWasClicked) {
   EXPECT_EQ(Room().ZOrder().Order().back(), layer.Index());
 }
 
+TEST_F(Stamping, PlacesNothingOnADocumentThatWasOpenedMeanwhile) {
+  const std::string other = MakeImage("other.bmp", 400, 300);
+  StampAt(30, 40, [&](DialogForm& dialog) {
+    Find<ImageCombo>(dialog, "cmbStamps").UserType("MINE");
+    control->OpenFile(other);
+  });
+  EXPECT_EQ(Floating(), 0);
+  std::string offered;
+  StampAt(30, 40, [&](DialogForm& dialog) { offered = Find<ImageCombo>(dialog, "cmbStamps").Text(); });
+  EXPECT_EQ(offered, "MINE");
+  EXPECT_EQ(Floating(), 1);
+}
+
 TEST_F(Stamping, AsksNothingWithAnotherTool) {
   Choose("Rectangle");
   StampAt(30, 40);

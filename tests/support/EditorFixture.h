@@ -34,19 +34,27 @@ public:
   std::vector<int> changedTo;
   std::vector<std::string> properties;
   std::function<void()> onPageChanged;
+  // Runs in every event, with its name.
+  std::function<void(const std::string&)> onEvent;
 
   void ErrorOccured(std::int16_t& number, std::string& message) override {
     errors.push_back(number);
     errorTexts.push_back(message);
+    if (onEvent) onEvent("ErrorOccured");
   }
   void NewPageCreated(std::string& path, std::int16_t& page, std::int16_t& count) override {
     created.push_back({path, page, count});
+    if (onEvent) onEvent("NewPageCreated");
   }
   void PageChanged(std::int16_t& page) override {
     changedTo.push_back(page);
     if (onPageChanged) onPageChanged();
+    if (onEvent) onEvent("PageChanged");
   }
-  void PropertyChanged(const std::string& name) override { properties.push_back(name); }
+  void PropertyChanged(const std::string& name) override {
+    properties.push_back(name);
+    if (onEvent) onEvent("PropertyChanged");
+  }
 };
 
 // A bag that is empty at first and remembers the order of reading and writing.
@@ -88,16 +96,18 @@ private:
   }
 };
 
+inline Bitmap LoadWhole(const std::string& path) {
+  KWPicEd engine;
+  if (!engine.Load(path)) Raise(ErrorNumber::InvalidPicture);
+  return engine.Current();
+}
+
 // The whole control on the scripted desktop, in a folder of its own, initialised.
 class EditorTest : public testing::Test {
 protected:
   EditorTest() {
     AppDir = folder.Path();
-    desktop.pictureLoader = [](const std::string& path) {
-      KWPicEd engine;
-      if (!engine.Load(path)) Raise(ErrorNumber::InvalidPicture);
-      return engine.Current();
-    };
+    desktop.pictureLoader = &LoadWhole;
     control = std::make_unique<KwEditorLayers>(desktop, events);
     control->UserControl_Initialize();
   }

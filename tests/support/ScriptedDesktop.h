@@ -70,7 +70,9 @@ public:
   float twipsPerPixelX = 15;
   float twipsPerPixelY = 15;
   std::string applicationFolder = R"(C:\Program Files\Host)";
-  std::int32_t instanceNumber = 1234;
+  std::string machineName;
+  std::int64_t processNumber = 1234;
+  std::set<std::int64_t> runningProcesses;
   std::map<Timer*, std::int32_t> runningTimers;
   std::map<std::string, int> timerStarts;
 
@@ -181,7 +183,11 @@ public:
   void RemoveFile(const std::string& path) override { RemoveFileAt(path); }
   std::string DirectoryLookUp(const std::string& path) override { return LookUpFile(path); }
   std::string ApplicationFolder() const override { return applicationFolder; }
-  std::int32_t InstanceNumber() const override { return instanceNumber; }
+  std::string MachineName() const override { return machineName; }
+  std::int64_t ProcessNumber() const override { return processNumber; }
+  bool IsProcessRunning(std::int64_t number) const override {
+    return number == processNumber || runningProcesses.contains(number);
+  }
 
 private:
   bool isNewPage = false;

@@ -128,7 +128,10 @@ TEST(Desktop, TheScreenTheClockAndTheApplicationAreTheSystems) {
   EXPECT_LT(desktop.Time().hour, 24);
   EXPECT_FALSE(desktop.ApplicationFolder().empty());
   EXPECT_NE(desktop.ApplicationFolder().back(), '\\');
-  EXPECT_EQ(desktop.InstanceNumber(), static_cast<std::int32_t>(GetCurrentProcessId()));
+  EXPECT_FALSE(desktop.MachineName().empty());
+  EXPECT_EQ(desktop.ProcessNumber(), GetCurrentProcessId());
+  EXPECT_TRUE(desktop.IsProcessRunning(desktop.ProcessNumber()));
+  EXPECT_FALSE(desktop.IsProcessRunning(3)) << "numbers are multiples of 4";
 }
 
 TEST(Desktop, ATextIsMeasuredWithItsLinesAndItsFont) {

@@ -194,6 +194,26 @@ TEST_F(RealStampDialog, StampsTheDate) {
                                    std::to_string(chosen.year));
 }
 
+TEST_F(RealStampDialog, EnterTakesTheDateThatIsBeingTyped) {
+  const LocalDate offered = AddDays(desktop.Date(), 90);
+  // Another digit could follow, so the field waits.
+  int typed = 1;
+  while (typed == offered.month || typed == offered.day) ++typed;
+  Show([&] {
+    Mnemonic(L'U');
+    Press(VK_TAB);
+    Press(VK_RIGHT);
+    Type(std::to_wstring(typed));
+    Press(VK_RETURN);
+  });
+  const auto stamp = [&](int month, int day) {
+    return "OK UNTIL " + std::to_string(month) + "/" + std::to_string(day) + "/" + std::to_string(offered.year);
+  };
+  // The system says which field the key leads to.
+  EXPECT_TRUE(made->StampString == stamp(typed, offered.day) || made->StampString == stamp(offered.month, typed))
+      << made->StampString;
+}
+
 TEST_F(RealStampDialog, TakesTheSignatureTick) {
   Show([&] {
     Mnemonic(L'a');

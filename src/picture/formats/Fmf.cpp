@@ -45,6 +45,7 @@ public:
   std::int16_t StoredBitsPerPixel(Stream& file, std::int32_t page) override {
     return pages->StoredBitsPerPixel(file, page);
   }
+  PageSize StatedSize(Stream& file, std::int32_t page) override { return pages->StatedSize(file, page); }
   Bitmap Read(Stream& file, std::int32_t page, std::string& warning) override {
     return pages->Read(file, page, warning);
   }

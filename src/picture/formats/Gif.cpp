@@ -38,6 +38,12 @@ public:
     return frameBits[static_cast<std::size_t>(page - 1)];
   }
 
+  // A frame is drawn on a canvas of this size.
+  PageSize StatedSize(Stream& file, std::int32_t /*page*/) override {
+    const GifDecoder decoder(file);
+    return {decoder.Width(), decoder.Height()};
+  }
+
   Bitmap Read(Stream& file, std::int32_t page, std::string& warning) override {
     return pages->Read(file, page, warning);
   }

@@ -33,6 +33,15 @@ public:
     return static_cast<std::int16_t>(bits * samples);
   }
 
+  PageSize StatedSize(Stream& file, std::int32_t page) override {
+    const auto entries = structure.ReadDirectory(file, DirectoryOf(page));
+    const std::uint64_t width = structure.ReadNumber(file, entries, TiffTag::ImageWidth, 0);
+    const std::uint64_t height = structure.ReadNumber(file, entries, TiffTag::ImageLength, 0);
+    constexpr std::uint64_t firstOnItsSide = 5;
+    const bool isOnItsSide = structure.ReadNumber(file, entries, TiffTag::Orientation, 1) >= firstOnItsSide;
+    return isOnItsSide ? PageSize{height, width} : PageSize{width, height};
+  }
+
   Bitmap Read(Stream& file, std::int32_t page, std::string& warning) override {
     return ReadTiffPage(file, DirectoryOf(page), limits, warning);
   }

@@ -1,0 +1,118 @@
+#include "document/ScratchBitmap.h"
+
+#include <algorithm>
+#include <charconv>
+#include <filesystem>
+#include <fstream>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "components/FilePath.h"
+#include "components/Files.h"
+#include "document/PageFiles.h"
+
+namespace kw {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view MarkTitle = "\nKwEditor scratch bitmap\n";
+constexpr std::streamoff LongestMark = 1024;
+
+// Only the controls of one process meet in one file.
+std::mutex scratchLock;
+
+struct ScratchOwner {
+  std::string machine;
+  std::int64_t process = 0;
+};
+
+std::string MarkOf(const ScratchOwner& owner) {
+  return std::string(MarkTitle) + owner.machine + "\n" + std::to_string(owner.process) + "\n";
+}
+
+// None for a name that is not that of a scratch bitmap.
+std::optional<std::int64_t> NumberInName(std::string_view name) {
+  constexpr std::string_view before = "tmp";
+  constexpr std::string_view behind = ".bmp";
+  if (!name.starts_with(before) || !name.ends_with(behind)) return {};
+  std::int64_t number = 0;
+  const char* const end = name.data() + name.size() - behind.size();
+  const auto result = std::from_chars(name.data() + before.size(), end, number);
+  if (result.ec != std::errc() || result.ptr != end || number < 0) return {};
+  return number;
+}
+
+// None for a file without the mark.
+std::optional<ScratchOwner> OwnerOf(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary | std::ios::ate);
+  const std::streamoff size = file.tellg();
+  if (!file || size <= 0) return {};
+  std::string end(static_cast<std::size_t>(std::min(size, LongestMark)), '\0');
+  file.seekg(-static_cast<std::streamoff>(end.size()), std::ios::end);
+  if (!file.read(end.data(), static_cast<std::streamsize>(end.size()))) return {};
+  const std::size_t title = end.rfind(MarkTitle);
+  if (title == std::string::npos) return {};
+  const std::size_t machine = title + MarkTitle.size();
+  const std::size_t line = end.find('\n', machine);
+  if (line == std::string::npos) return {};
+  ScratchOwner owner{end.substr(machine, line - machine)};
+  std::from_chars(end.data() + line + 1, end.data() + end.size(), owner.process);
+  // The mark is whole and the last thing in the file.
+  if (end.substr(title) != MarkOf(owner)) return {};
+  return owner;
+}
+
+void WriteMarked(const Desktop& desktop, PictureEngine& engine) {
+  const std::string path = GetTempImagePath(desktop);
+  engine.SaveScratch(path);
+  AppendToFile(path, MarkOf({desktop.MachineName(), desktop.ProcessNumber()}));
+}
+
+}  // namespace
+
+Bitmap ScratchBitmap::Pass(PictureEngine& engine) {
+  const std::scoped_lock lock(scratchLock);
+  WriteMarked(desktop, engine);
+  Bitmap picture = desktop.LoadPicture(GetTempImagePath(desktop));
+  return SamePicture(picture, engine.Current()) ? picture : engine.Current();
+}
+
+void ScratchBitmap::Write(PictureEngine& engine) {
+  const std::scoped_lock lock(scratchLock);
+  WriteMarked(desktop, engine);
+}
+
+Bitmap ScratchBitmap::Read() {
+  const std::scoped_lock lock(scratchLock);
+  return desktop.LoadPicture(GetTempImagePath(desktop));
+}
+
+void ScratchBitmap::Remove() {
+  const std::scoped_lock lock(scratchLock);
+  desktop.RemoveFile(GetTempImagePath(desktop));
+}
+
+void ScratchBitmap::RemoveLeftovers() {
+  const std::string machine = desktop.MachineName();
+  std::error_code error;
+  fs::directory_iterator entry(ToFilesystemPath(GetWorkFolder(desktop)), error);
+  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+    const fs::path& path = entry->path();
+    const auto number = NumberInName(FromFilesystemPath(path.filename()));
+    if (!number) continue;
+    // What another process may be using is not even opened.
+    constexpr std::int64_t lowerHalf = 0xFFFFFFFF;
+    const std::int64_t process = *number & lowerHalf;
+    if (*number != InstanceNumber(machine, process) || desktop.IsProcessRunning(process)) continue;
+    std::error_code ignored;
+    if (!fs::is_regular_file(entry->symlink_status(ignored))) continue;
+    const auto owner = OwnerOf(path);
+    if (owner && owner->machine == machine && owner->process == process) fs::remove(path, ignored);
+  }
+}
+
+}  // namespace kw

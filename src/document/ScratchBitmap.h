@@ -1,0 +1,35 @@
+#pragma once
+
+#include "components/Bitmap.h"
+#include "components/Desktop.h"
+#include "components/PictureEngine.h"
+
+namespace kw {
+
+// The bitmap file that hands a picture from one component to another (GetTempImagePath). All controls of a process that
+// have one work folder have one such file, whatever threads they live on; so each call here holds a lock while it uses
+// the file. No call handles messages.
+//
+// What is written ends with a mark: the machine's name and the number of the process.
+class ScratchBitmap {
+public:
+  explicit ScratchBitmap(Desktop& platform) : desktop(platform) {}
+
+  // Writes the engine's picture and reads it back. What comes back is the engine's picture, whoever else wrote the
+  // file. Raises the errors of PictureEngine::Save and of Desktop::LoadPicture.
+  Bitmap Pass(PictureEngine& engine);
+  // The two halves of it. Between them another control may write the file or remove it.
+  void Write(PictureEngine& engine);
+  Bitmap Read();
+
+  // Raises the errors of Desktop::RemoveFile.
+  void Remove();
+  // Removes what processes of this machine that are gone left in the work folder. A file without the mark is not
+  // touched.
+  void RemoveLeftovers();
+
+private:
+  Desktop& desktop;
+};
+
+}  // namespace kw
