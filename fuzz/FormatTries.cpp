@@ -10,7 +10,7 @@ namespace {
 
 // Small, so that most time goes into the reader and not into the pixels that a few bytes can claim.
 constexpr ReadLimits Limits{std::uint64_t{1} << 20U};
-constexpr std::int32_t MostPages = 4;
+constexpr std::int32_t TriedPages = 4;
 
 Bitmap FirstPageOf(const PictureFormat& format, std::span<const std::uint8_t> bytes) {
   MemoryReader file(bytes);
@@ -60,7 +60,7 @@ void TryFormat(const PictureFormat& format, std::span<const std::uint8_t> bytes)
     return;
   }
   Promise(source->PageCount() >= 1, "an opened file has a page");
-  for (std::int32_t number = 1; number <= std::min(source->PageCount(), MostPages); ++number) {
+  for (std::int32_t number = 1; number <= std::min(source->PageCount(), TriedPages); ++number) {
     try {
       source->StoredBitsPerPixel(file, number);
       MemoryFile copy;

@@ -21,8 +21,8 @@ namespace kw::test {
 namespace {
 
 constexpr int Pages = 4;
-constexpr int PageWidth = 60;
-constexpr int PageHeight = 50;
+constexpr int TurnedPageWidth = 60;
+constexpr int TurnedPageHeight = 50;
 
 // How many pixels of each colour the control shows now.
 class Shown {
@@ -61,7 +61,7 @@ public:
   PageTurner(const ScratchFolder& shared, std::wstring documentName, int shade)
       : folder(shared), name(std::move(documentName)), blue(shade) {
     for (int page = 1; page <= Pages; ++page) {
-      folder.WriteBitmap(name + L"_Page_" + std::to_wstring(page) + L".bmp", PageWidth, PageHeight,
+      folder.WriteBitmap(name + L"_Page_" + std::to_wstring(page) + L".bmp", TurnedPageWidth, TurnedPageHeight,
                          [&](int, int) { return ColourOf(page); });
     }
   }
@@ -101,7 +101,7 @@ private:
       buttons.at(step > 0 ? "Next Page" : "Previous Page").Post();
       const Shown shown(control.Get());
       const std::ptrdiff_t own = shown.Count(ColourOf(page));
-      bool isRight = own > PageWidth * PageHeight / 2;
+      bool isRight = own > TurnedPageWidth * TurnedPageHeight / 2;
       for (int one = 1; one <= Pages; ++one) {
         isRight = isRight && shown.Count(other.ColourOf(one)) == 0 && (one == page || shown.Count(ColourOf(one)) == 0);
       }

@@ -8,7 +8,7 @@
 namespace kw::test {
 namespace {
 
-const ScriptedDesktop::Box FileError{"Invalid file format..", "File Error", MessageButtons::Ok};
+const ScriptedDesktop::Box SplitFileError{"Invalid file format..", "File Error", MessageButtons::Ok};
 
 // Cannot write some page files.
 class HinderedEngine : public KWPicEd {
@@ -65,7 +65,7 @@ TEST_F(HinderedSplit, NoOlderPageFileIsShownInPlaceOfOneThatWasNotWritten) {
   document.OpenFile(path);
   EXPECT_EQ(announced, (std::vector<int>{4, 3, 2}));
   EXPECT_EQ(events.errors, std::vector<int>{70});
-  EXPECT_EQ(desktop.boxes.back(), FileError);
+  EXPECT_EQ(desktop.boxes.back(), SplitFileError);
   EXPECT_FALSE(Form().TransLayers(1).HasPicture());
   EXPECT_EQ(engine.PageCount(), 0);
   EXPECT_EQ(LoadWhole(folder.File("D_Page_1.tif")).Width(), 99) << "it is not deleted";
@@ -155,7 +155,7 @@ TEST_F(Split, OntoTheFileThatItReadsIsRefusedBeforeAnythingIsWritten) {
   const std::string whole = GreyTiff(4);
   WriteWhole(folder.File("D_Page_2.tif"), whole);
   control->OpenFile(folder.File("D_Page_2.tif"));
-  EXPECT_EQ(desktop.boxes.back(), FileError);
+  EXPECT_EQ(desktop.boxes.back(), SplitFileError);
   EXPECT_TRUE(events.created.empty());
   EXPECT_TRUE(events.errors.empty());
   EXPECT_EQ(ReadWhole(folder.File("D_Page_2.tif")), whole);
@@ -176,7 +176,7 @@ TEST_F(Split, OntoTheFileThatItReadsIsRefusedUnderAnyName) {
                                     ToFilesystemPath(folder.File("D_Page_1.tif")), error);
   if (error) GTEST_SKIP() << "files have one name here";
   control->OpenFile(folder.File("other.tif"));
-  EXPECT_EQ(desktop.boxes.back(), FileError);
+  EXPECT_EQ(desktop.boxes.back(), SplitFileError);
   EXPECT_TRUE(events.created.empty());
   EXPECT_EQ(ReadWhole(folder.File("other.tif")), whole);
 }

@@ -7,16 +7,16 @@
 namespace kw::ground {
 namespace {
 
-using Names = std::set<std::string_view>;
+using SafeNames = std::set<std::string_view>;
 
 bool IsOfAWord(char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_'; }
 
 // A barrier, or what has one around all that it does.
-const Names Barriers = {"Guard", "GuardOr", "AtEdge", "RunToItsEnd", "Get", "LetBoolean", "LetText"};
+const SafeNames Barriers = {"Guard", "GuardOr", "AtEdge", "RunToItsEnd", "Get", "LetBoolean", "LetText"};
 
 // What may be called without one. Of the control's own procedures, those that only free, count or hand out what is
 // there; of the system's, all: they are written in another language.
-const Names Safe = {
+const SafeNames Safe = {
     // The system's and the libraries' own.
     "AbortDoc", "AddRef", "BitBlt", "CoTaskMemAlloc", "DeactivateActCtx", "DeleteDC", "DeleteObject", "DestroyCursor",
     "DestroyWindow", "EnableModeless", "EnableWindow", "EndPaint", "FreeLibrary", "GdiFlush", "GetAncestor", "GetFocus",
@@ -28,7 +28,7 @@ const Names Safe = {
     "HandOut", "HeightOf", "IsDirty", "IsHeldByOthers", "IsNeeded", "IsUnused", "Life", "Lock", "Only", "ReleaseLater",
     "Remove", "RunningTimers", "Shared", "Unhook", "Unknown", "Unlock", "WidthOf", "Window"};
 
-const Names Keywords = {"if", "for", "while", "switch", "return", "sizeof", "catch"};
+const SafeNames Keywords = {"if", "for", "while", "switch", "return", "sizeof", "catch"};
 
 int LineAt(std::string_view text, std::size_t at) {
   return 1 + static_cast<int>(std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(at), '\n'));

@@ -6,7 +6,7 @@
 namespace kw {
 namespace {
 
-void Put(std::span<std::uint8_t> row, std::size_t x, Rgb colour) {
+void PutPixel(std::span<std::uint8_t> row, std::size_t x, Rgb colour) {
   row[x * 3] = colour.blue;
   row[x * 3 + 1] = colour.green;
   row[x * 3 + 2] = colour.red;
@@ -31,7 +31,7 @@ bool GifCanvas::Draw(GifDecoder& decoder, const GifFrame& frame) {
     if (frame.top + y >= height) return;
     const auto row = picture.MutableRow(static_cast<std::int32_t>(frame.top + y));
     for (std::size_t x = 0; x < indices.size() && frame.left + x < width; ++x) {
-      if (indices[x] != frame.transparent) Put(row, frame.left + x, GifColourOf(colours, indices[x]));
+      if (indices[x] != frame.transparent) PutPixel(row, frame.left + x, GifColourOf(colours, indices[x]));
     }
   }) == frame.height;
 }
@@ -56,7 +56,7 @@ void GifCanvas::Dispose() {
     const auto right = std::min(last.left + last.width, static_cast<std::size_t>(picture.Width()));
     for (std::size_t y = last.top; y < bottom; ++y) {
       const auto row = picture.MutableRow(static_cast<std::int32_t>(y));
-      for (std::size_t x = last.left; x < right; ++x) Put(row, x, GifPaper);
+      for (std::size_t x = last.left; x < right; ++x) PutPixel(row, x, GifPaper);
     }
   }
   last = {};
