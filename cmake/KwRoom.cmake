@@ -32,17 +32,12 @@ function(kw_room name)
   target_link_libraries(kw_${name} PUBLIC ${room_DEPENDS} ${room_LIBS})
 endfunction()
 
-# kw_test(<room> [COVERS <room>...] [LIBS <target>...] [SLOW <pattern>...] [LARGE <source>...] [ALONE <parts>])
+# kw_test(<room> [COVERS <room>...] [LIBS <target>...] [SLOW <pattern>...] [ALONE <parts>])
 # The GoogleTest program test_<room> of every source below the current folder, linked with the room it tests. See
 # kw_test_program for the other arguments.
-# LARGE: the sources with cases that do less under the sanitizers; if KW_LARGE_TESTS_ONLY is set, they are the program.
 function(kw_test name)
-  cmake_parse_arguments(PARSE_ARGV 1 test "" "ALONE" "COVERS;LIBS;SLOW;LARGE")
-  if(KW_LARGE_TESTS_ONLY)
-    set(sources ${test_LARGE})
-  else()
-    file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
-  endif()
+  cmake_parse_arguments(PARSE_ARGV 1 test "" "ALONE" "COVERS;LIBS;SLOW")
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
   kw_test_program(${name} SOURCES ${sources} COVERS ${test_COVERS} LIBS kw_${name} ${test_LIBS} SLOW ${test_SLOW}
                   ALONE ${test_ALONE})
   kw_unity(test_${name} ${sources})
