@@ -2,7 +2,11 @@
 # Compiles the sources of the target in batches of at most 8, so that a header is read once for 8 files and one changed
 # file stays cheap. A name in an anonymous namespace is therefore unique in its room.
 # A file that includes itself once for each instruction set is compiled alone.
+option(KW_UNITY "Compile the files of a room in batches" ON)
 function(kw_unity target)
+  if(NOT KW_UNITY)
+    return()
+  endif()
   set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 8)
   foreach(source IN LISTS ARGN)
     file(STRINGS "${source}" repeated REGEX "hwy/foreach_target.h" LIMIT_COUNT 1)

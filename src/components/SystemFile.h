@@ -94,7 +94,7 @@ SystemCode AppendToSystemFile(const std::filesystem::path& path, std::string_vie
 // has the lock. Waits a few seconds.
 class FileLock {
 public:
-  explicit FileLock(const std::filesystem::path& lockPath);
+  explicit FileLock(std::filesystem::path lockPath);
   FileLock(const FileLock&) = delete;
   FileLock& operator=(const FileLock&) = delete;
   ~FileLock();

@@ -9,6 +9,7 @@
 #include <chrono>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include "components/RunTimeError.h"
 #include "components/SystemFile.h"
@@ -219,7 +220,7 @@ SystemCode AppendToSystemFile(const std::filesystem::path& path, std::string_vie
   return 0;
 }
 
-FileLock::FileLock(const std::filesystem::path& lockPath) : path(lockPath) {
+FileLock::FileLock(std::filesystem::path lockPath) : path(std::move(lockPath)) {
   for (;;) {
     Descriptor opened(open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, PlainMode));
     if (!opened.IsOpen() || Lock(opened.Get()) != 0) return;

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <iterator>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "components/RunTimeError.h"
@@ -246,7 +247,7 @@ SystemCode AppendToSystemFile(const std::filesystem::path& path, std::string_vie
   return 0;
 }
 
-FileLock::FileLock(const std::filesystem::path& lockPath) : path(lockPath) {
+FileLock::FileLock(std::filesystem::path lockPath) : path(std::move(lockPath)) {
   const ULONGLONG start = GetTickCount64();
   for (;;) {
     HANDLE opened = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS,

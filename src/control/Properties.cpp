@@ -1,7 +1,6 @@
 // The property procedures. Each traces its name; a Let stores, applies its side effect and notifies the container.
 
 #include "control/KwEditorLayers.h"
-#include "document/PageFiles.h"
 #include "document/ScratchBitmap.h"
 #include "picture/Signature.h"
 #include "trap/Procedure.h"
@@ -206,9 +205,8 @@ Bitmap KwEditorLayers::TakeImage(Procedure& run, const std::string& path, bool i
     if (isSignature) KWPicTempBuffer.PrepareSignature();
   });
   if (!run([&] { image = ScratchBitmap(desktop).Pass(KWPicTempBuffer); })) return {};
-  // Where somebody else removed it already, all is as it should be.
   run([&] {
-    if (isSignature && !desktop.DirectoryLookUp(GetTempImagePath(desktop)).empty()) ScratchBitmap(desktop).Remove();
+    if (isSignature) ScratchBitmap(desktop).RemoveIfThere();
   });
   return image;
 }

@@ -96,6 +96,12 @@ void ScratchBitmap::Remove() {
   desktop.RemoveFile(GetTempImagePath(desktop));
 }
 
+void ScratchBitmap::RemoveIfThere() {
+  const std::scoped_lock lock(scratchLock);
+  const std::string path = GetTempImagePath(desktop);
+  if (!desktop.DirectoryLookUp(path).empty()) desktop.RemoveFile(path);
+}
+
 void ScratchBitmap::RemoveLeftovers() {
   const std::string machine = desktop.MachineName();
   std::error_code error;

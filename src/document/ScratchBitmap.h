@@ -24,6 +24,8 @@ public:
 
   // Raises the errors of Desktop::RemoveFile.
   void Remove();
+  // The same, unless another control has removed it already.
+  void RemoveIfThere();
   // Removes what processes of this machine that are gone left in the work folder. A file without the mark is not
   // touched.
   void RemoveLeftovers();

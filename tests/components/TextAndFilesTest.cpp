@@ -104,6 +104,7 @@ TEST(Files, LockIsTakenInTurn) {
   int inside = 0;
   int most = 0;
   std::vector<std::thread> users;
+  users.reserve(3);
   for (int user = 0; user < 3; ++user) {
     users.emplace_back([&] {
       for (int i = 0; i < 30; ++i) {

@@ -141,7 +141,7 @@ TEST_F(Scratch, OfTwoApartmentsWithOneFolderIsNeverMixedUp) {
   other.join();
   for (const Apartment* apartment : {&first, &second}) {
     EXPECT_EQ(apartment->wrongPages, 0);
-    EXPECT_TRUE(apartment->events.errors.empty());
+    EXPECT_TRUE(apartment->events.errors.empty()) << testing::PrintToString(apartment->events.errorTexts);
     EXPECT_EQ(apartment->events.changedTo.size(), turns + 1U);
   }
 }

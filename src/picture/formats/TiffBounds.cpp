@@ -69,8 +69,9 @@ void RequireBoundedPieces(const TiffHandle& tiff, std::uint64_t fileSize) {
 void RequireTilesFit(const TiffHandle& tiff, int bitsPerPixel, const ReadLimits& limits) {
   const auto whole = [&tiff](std::uint32_t sizeTag, std::uint32_t tileTag) {
     const std::uint64_t size = tiff.Field(sizeTag, std::uint32_t{0});
-    const std::uint64_t tile = tiff.Field(tileTag, std::uint32_t{0});
-    tiff.Require(tile != 0);
+    const auto given = tiff.Field(tileTag, std::uint32_t{0});
+    tiff.Require(given != 0);
+    const std::uint64_t tile = std::max(given, std::uint32_t{1});
     return (size + tile - 1) / tile * tile;
   };
   RequirePageFits(whole(TIFFTAG_IMAGEWIDTH, TIFFTAG_TILEWIDTH), whole(TIFFTAG_IMAGELENGTH, TIFFTAG_TILELENGTH),
