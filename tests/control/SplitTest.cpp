@@ -137,8 +137,8 @@ TEST_F(Split, ADamagedPageThatIsDecodedDoesNotHoldUpTheOthers) {
   control->OpenFile(MakeImage("first.bmp"));
   std::string bytes = GreyTiff(3);
   // Page 2 is said to be coded in a way that it is not (the entry is the fourth of its directory).
-  const std::size_t second = 8 + 102 + 10 * 20;
-  bytes[second + 2 + 3 * 12 + 8] = 7;
+  constexpr std::size_t second = std::size_t{8} + 102 + 10 * std::size_t{20};
+  bytes[second + 2 + 3 * std::size_t{12} + 8] = 7;
   WriteWhole(folder.File("D.tif"), bytes);
   control->OpenFile(folder.File("D.tif"));
   EXPECT_EQ(events.errors, std::vector<int>{481});
