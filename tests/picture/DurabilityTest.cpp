@@ -48,7 +48,8 @@ thread_local SystemCalls* SystemCalls::current = nullptr;
 
 // These take the place of the C library's own in this program.
 
-extern "C" int fsync(int file) {
+extern "C" int FsyncSeen(int file) __asm__("fsync");
+extern "C" int FsyncSeen(int file) {
   if (auto* const calls = kw::SystemCalls::Current()) {
     struct stat status {};
     fstat(file, &status);
@@ -61,7 +62,8 @@ extern "C" int fsync(int file) {
   return static_cast<int>(syscall(SYS_fsync, file));
 }
 
-extern "C" int rename(const char* from, const char* to) noexcept {
+extern "C" int RenameSeen(const char* from, const char* to) noexcept __asm__("rename");
+extern "C" int RenameSeen(const char* from, const char* to) noexcept {
   if (auto* const calls = kw::SystemCalls::Current()) calls->names.emplace_back("name");
   return static_cast<int>(syscall(SYS_renameat, AT_FDCWD, from, AT_FDCWD, to));
 }

@@ -73,11 +73,12 @@ TEST_F(HostilePictures, GifFrameIsDrawnAtMostTwiceFromLastToFirst) {
     backward.Watch();
     std::string warning;
     std::vector<Bitmap> pages;
-    for (std::int32_t page = 1; page <= static_cast<std::int32_t>(count); ++page) {
+    const auto last = static_cast<std::int32_t>(count);
+    for (std::int32_t page = 1; page <= last; ++page) {
       pages.push_back(up->Read(forward, page, warning));
       EXPECT_EQ("", warning);
     }
-    for (std::int32_t page = static_cast<std::int32_t>(count); page >= 1; --page) {
+    for (auto page = last; page >= 1; --page) {
       EXPECT_TRUE(SamePicture(pages[static_cast<std::size_t>(page - 1)], down->Read(backward, page, warning))) << page;
     }
     for (unsigned i = 0; i < count; ++i) {

@@ -140,7 +140,7 @@ TEST_F(HostileTiff, DictionaryOfLzmaCountsAsMemoryOfThePage) {
   const auto stream = std::search(bytes.begin(), bytes.end(), mark.begin(), mark.end());
   ASSERT_NE(bytes.end(), stream);
   const auto block = stream + 12;
-  const std::ptrdiff_t size = (*block + 1) * 4;
+  const auto size = (std::ptrdiff_t{*block} + 1) * 4;
   const Bytes filter{0x21, 1};
   const auto dictionary = std::search(block, block + size, filter.begin(), filter.end());
   ASSERT_NE(block + size, dictionary);
