@@ -29,7 +29,7 @@ protected:
     EXPECT_TRUE(isDone) << "there was no loop";
     EXPECT_FALSE(couldUnload) << "the code of the loop could have been unloaded";
     EXPECT_TRUE(Ocx::CanUnload()) << "the control is still alive";
-    ControlTest::TearDown();
+    InputTest::TearDown();
   }
   void LetGoInTheNextLoop();
 
