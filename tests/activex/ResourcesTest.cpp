@@ -5,6 +5,8 @@
 
 #include <commdlg.h>
 
+#include <algorithm>
+#include <climits>
 #include <iostream>
 #include <string>
 #include <utility>
@@ -19,12 +21,16 @@ namespace kw::test {
 namespace {
 
 constexpr int Rounds = 10;
+constexpr int MostSeries = 4;
+constexpr long long HeapNoise = Rounds * 1000;
 
 struct Holdings {
   int gdi = SystemObjects::CountGdi();
   int user = SystemObjects::CountUser();
   long long heap = static_cast<long long>(SystemObjects::CountHeap());
 };
+
+constexpr Holdings Nothing = {.gdi = 0, .user = 0, .heap = 0};
 
 // Ends the menus and the stamp dialogs that come up on the thread while it lives, and has the system's dialog for a
 // file open the one that is named.
@@ -120,9 +126,11 @@ protected:
     PumpMessages();
   }
 
-  // What so many rounds take and do not give back, after some that fill what is kept for later use.
+  // What so many rounds take and do not give back, after some that fill what is kept for later use. A leak shows in
+  // every series of rounds, what is filled once in some of them: a series that keeps more than the system does is
+  // followed by another, and the least of each figure counts.
   template <class Round>
-  Holdings GrowthOf(const char* what, Round&& round) const {
+  Holdings GrowthOf(const char* what, const Holdings& ofTheSystem, Round&& round) const {
     const auto run = [&](int count) {
       for (int i = 0; i < count; ++i) {
         const BoxAnswerer user;
@@ -132,21 +140,30 @@ protected:
     };
     const ModalEnder ender(page);
     run(3);
-    const Holdings before;
-    run(Rounds);
-    Holdings growth;
-    growth.gdi -= before.gdi;
-    growth.user -= before.user;
-    growth.heap -= before.heap;
-    std::cout << "  " << Rounds << " rounds of " << what << " keep " << growth.gdi << " GDI objects, " << growth.user
-              << " user objects and " << growth.heap << " bytes" << std::endl;
-    return growth;
+    Holdings least = {.gdi = INT_MAX, .user = INT_MAX, .heap = LLONG_MAX};
+    for (int series = 0; series < MostSeries && !IsNone(least, ofTheSystem); ++series) {
+      const Holdings before;
+      run(Rounds);
+      const Holdings after;
+      least.gdi = std::min(least.gdi, after.gdi - before.gdi);
+      least.user = std::min(least.user, after.user - before.user);
+      least.heap = std::min(least.heap, after.heap - before.heap);
+      std::cout << "  " << Rounds << " rounds of " << what << " keep " << after.gdi - before.gdi << " GDI objects, "
+                << after.user - before.user << " user objects and " << after.heap - before.heap << " bytes"
+                << std::endl;
+    }
+    return least;
   }
-  // Less than one thing for each round.
-  static void ExpectNone(const Holdings& growth) {
-    EXPECT_LT(growth.gdi, Rounds / 2);
-    EXPECT_LT(growth.user, Rounds / 2);
-    EXPECT_LT(growth.heap, Rounds * 1000);
+  static bool IsNone(const Holdings& growth, const Holdings& ofTheSystem) {
+    return growth.gdi <= ofTheSystem.gdi && growth.user <= ofTheSystem.user &&
+           growth.heap < ofTheSystem.heap + HeapNoise;
+  }
+  template <class Round>
+  void ExpectNone(const char* what, Round&& round, const Holdings& ofTheSystem = Nothing) const {
+    const Holdings growth = GrowthOf(what, ofTheSystem, round);
+    EXPECT_LE(growth.gdi, ofTheSystem.gdi);
+    EXPECT_LE(growth.user, ofTheSystem.user);
+    EXPECT_LT(growth.heap, ofTheSystem.heap + HeapNoise);
   }
   void DrawImage() const {
     Press(L"Image");
@@ -186,16 +203,15 @@ TEST_F(Resources, AreCountedHere) {
 }
 
 TEST_F(Resources, LayersPagesAndMenusGiveThemBack) {
-  ExpectNone(GrowthOf("layers, pages and menus", [&] {
+  ExpectNone("layers, pages and menus", [&] {
     DrawEverything();
     OpenPages();
-  }));
+  });
 }
 
 // The system's dialog itself may keep something.
 TEST_F(Resources, AnImageFromItsDialogTakesNoMoreThanTheDialog) {
-  Holdings growth = GrowthOf("images", [&] { DrawImage(); });
-  const Holdings dialogs = GrowthOf("the system's dialog", [&] {
+  const Holdings dialogs = GrowthOf("the system's dialog", Nothing, [&] {
     wchar_t name[MAX_PATH] = {};
     OPENFILENAMEW fields = {};
     fields.lStructSize = sizeof fields;
@@ -205,13 +221,12 @@ TEST_F(Resources, AnImageFromItsDialogTakesNoMoreThanTheDialog) {
     fields.Flags = OFN_EXPLORER | OFN_NOCHANGEDIR;
     EXPECT_NE(GetOpenFileNameW(&fields), FALSE);
   });
-  growth.gdi -= dialogs.gdi;
-  growth.user -= dialogs.user;
-  ExpectNone(growth);
+  ExpectNone(
+      "images", [&] { DrawImage(); }, dialogs);
 }
 
 TEST_F(Resources, LivesOfTheControlGiveThemBack) {
-  ExpectNone(GrowthOf("lives", [&] {
+  ExpectNone("lives", [&] {
     container.LetGo();
     container.calls.clear();
     control.Reset();
@@ -227,7 +242,7 @@ TEST_F(Resources, LivesOfTheControlGiveThemBack) {
     canvas = CanvasOf(editor);
     ASSERT_NE(canvas, nullptr);
     DrawEverything();
-  }));
+  });
 }
 
 }  // namespace
