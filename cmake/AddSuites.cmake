@@ -1,6 +1,7 @@
 # Read by CTest: adds the suites of `program` as tests; `slow` are patterns of cases that need more than a second each.
 # A suite of more than 40 cases becomes several tests. A program that is not built, or cannot tell its cases, is one test
 # that fails.
+cmake_policy(SET CMP0011 NEW)  # an included script keeps its policies to itself
 cmake_policy(SET CMP0057 NEW)  # if(IN_LIST)
 set(largest 40)
 
@@ -31,6 +32,13 @@ foreach(line IN LISTS lines)
   endif()
 endforeach()
 
+foreach(pattern IN LISTS slow)
+  string(REGEX REPLACE "\\.[^.]*$" "" suite "${pattern}")
+  string(REGEX REPLACE "^.*\\." "" case "${pattern}")
+  if(NOT suite IN_LIST suites OR (NOT case STREQUAL "*" AND NOT "  ${case}" IN_LIST lines))
+    message(FATAL_ERROR "${name}: no case is called ${pattern}, which the list of slow ones names")
+  endif()
+endforeach()
 string(REPLACE ";" ":" slowPattern "${slow}")
 foreach(suite IN LISTS suites)
   set(isSlow "")

@@ -4,6 +4,7 @@
 function(kw_discover_suites name slow environment)
   set(file "${CMAKE_CURRENT_BINARY_DIR}/${name}_suites.cmake")
   file(GENERATE OUTPUT "${file}" CONTENT "\
+cmake_policy(SET CMP0011 NEW)
 set(name [==[${name}]==])
 set(program [==[$<TARGET_FILE:test_${name}>]==])
 set(slow [==[${slow}]==])
