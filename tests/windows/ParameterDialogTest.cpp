@@ -10,6 +10,7 @@
 
 #include "components/RunTimeError.h"
 #include "windows/ParameterText.h"
+#include "windows/PostedMessages.h"
 #include "windows/TestForm.h"
 #include "windows/Text.h"
 
@@ -71,10 +72,7 @@ HWND FocusIn(HWND dialog) {
 // A key, handled before the call returns.
 void Press(HWND dialog, WPARAM key) {
   PostMessageW(FocusIn(dialog), WM_KEYDOWN, key, 0);
-  for (int i = 0; i < 3; ++i) {
-    Sleep(20);
-    SendMessageTimeoutW(dialog, WM_NULL, 0, 0, SMTO_NORMAL, 2000, nullptr);
-  }
+  PostedMessages::AreHandled(dialog);
 }
 
 class ParameterDialog : public testing::Test {

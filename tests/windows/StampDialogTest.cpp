@@ -13,6 +13,7 @@
 
 #include "stamps/frmApprovedXTimes.h"
 #include "support/TemporaryFolder.h"
+#include "windows/PostedMessages.h"
 #include "windows/TestForm.h"
 #include "windows/Text.h"
 #include "windows/WindowsDesktop.h"
@@ -91,12 +92,8 @@ protected:
     for (const wchar_t one : text) PostMessageW(Focus(), WM_CHAR, one, 1);
     Settle();
   }
-  // Until the dialog's thread has done all that was posted.
   static void Settle() {
-    for (int i = 0; i < 2; ++i) {
-      Sleep(20);
-      if (Dialog() != nullptr) SendMessageW(Dialog(), WM_NULL, 0, 0);
-    }
+    if (Dialog() != nullptr) PostedMessages::AreHandled(Dialog());
   }
   static void Click(const Control& control) {
     PostMessageW(WindowOf(control), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(8, 8));
