@@ -75,6 +75,21 @@ TEST_F(HostileTiff, DirectoriesAreCountedWhileTheyAreFollowed) {
   EXPECT_LT(more.Reads(), 3 * MostPages);
 }
 
+TEST_F(HostileTiff, NoPageMoreThanCanBeOpenedIsAppended) {
+  MemoryFile document;
+  document.WriteAll(DirectoriesOver(0, MostPages - 1, {{256, 3, 1, 8}}));
+  MemoryFile page;
+  TiffFormat.write(Noise(8, 8, 1), page, {});
+  const auto appender = TiffFormat.append(document);
+  EXPECT_TRUE(appender->Append(page));
+  EXPECT_EQ(static_cast<std::int32_t>(MostPages), TiffFormat.open(document, {})->PageCount());
+  const std::uint64_t size = document.Size();
+  EXPECT_EQ(NumberOf(ErrorNumber::InvalidPicture), ErrorOf([&] { appender->Append(page); }));
+  const auto other = TiffFormat.append(document);
+  EXPECT_EQ(NumberOf(ErrorNumber::InvalidPicture), ErrorOf([&] { other->Append(page); }));
+  EXPECT_EQ(size, document.Size());
+}
+
 // `strips` strips that all begin at 8; without counts the codec library takes each to be as long as the file.
 Bytes StripsOver(std::uint32_t shared, std::uint32_t strips, std::uint32_t compression, bool withCounts) {
   Bytes file = DirectoriesOver(shared, 1, {});

@@ -34,10 +34,12 @@ TiffAppender::TiffAppender(Stream& document, std::span<const std::uint8_t> heade
   if (structure.IsBig() || structure.Order() != ByteOrder::Little) {
     RaiseUnreadable("Pages cannot be added to this kind of TIFF file.");
   }
+  pages = structure.Directories().size();
   link = structure.LinkOf(to, structure.Directories().back());
 }
 
 bool TiffAppender::Append(Stream& page) {
+  if (pages == MostPages) RaiseUnreadable("The document has as many pages as a document can have.");
   const std::uint64_t end = SizeOf(to);
   if (end + page.Size() + Slack > std::numeric_limits<std::uint32_t>::max()) {
     RaiseUnreadable("The document would be larger than 4 GB.");
@@ -51,6 +53,7 @@ bool TiffAppender::Append(Stream& page) {
   AppendNumber(offset, directory, LinkAlignment);
   if (!to.Settle() || !to.Seek(link) || !to.WriteAll(offset) || !to.Settle()) RaiseUnwritten();
   link = *linkOfPage;
+  ++pages;
   return true;
 }
 

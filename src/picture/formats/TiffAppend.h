@@ -14,11 +14,13 @@ class TiffAppender : public PageAppender {
 public:
   // Raises InvalidPicture for a stream that is no such file.
   TiffAppender(Stream& document, std::span<const std::uint8_t> header, std::optional<TiffMark> pageMark);
+  // Raises InvalidPicture for a page more than MostPages: the document could not be opened any more.
   bool Append(Stream& page) override;
 
 private:
   Stream& to;
   std::optional<TiffMark> mark;
+  std::size_t pages = 0;
   // Where the offset of the next page goes.
   std::uint64_t link = 4;
 };
