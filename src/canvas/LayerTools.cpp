@@ -34,7 +34,12 @@ const LayerTools::RectangleTool LayerTools::RectangleTools[] = {
 };
 
 LayerTools::LayerTools(const Rooms& rooms)
-    : desktop(rooms.desktop), form(rooms.form), editor(rooms.editor), layers(rooms.layers), colours(rooms.colours) {}
+    : desktop(rooms.desktop),
+      form(rooms.form),
+      editor(rooms.editor),
+      layers(rooms.layers),
+      colours(rooms.colours),
+      openings(rooms.openings) {}
 
 void LayerTools::MakeFromFrame(Procedure& run) {
   const auto* const tool = std::find_if(std::begin(RectangleTools), std::end(RectangleTools),
@@ -127,6 +132,7 @@ TransparentPicture* LayerTools::PlacePicture(Procedure& run, const Bitmap& pictu
 
 void LayerTools::PlaceImage(Procedure& run) {
   const PixelRect within = PixelsOf(form.fr);
+  const std::uint64_t document = openings.Count();
   Bitmap picture;
   const bool isChosen = run.Ask<bool>(
       [&] {
@@ -137,8 +143,8 @@ void LayerTools::PlaceImage(Procedure& run) {
         return true;
       },
       false);
-  // While the dialog was up the page may have gone.
-  if (isChosen && layers.HasPage()) PlacePicture(run, picture, within);
+  // While the dialog was up, another document may have been opened.
+  if (isChosen && openings.Count() == document) PlacePicture(run, picture, within);
 }
 
 void LayerTools::PlaceSignature(Procedure& run) {

@@ -4,6 +4,7 @@
 
 #include "commands/ColoursAndLines.h"
 #include "components/Desktop.h"
+#include "document/DocumentProcedure.h"
 #include "document/EditorProperties.h"
 #include "drawing/PixelRect.h"
 #include "form/EditorForm.h"
@@ -21,6 +22,7 @@ public:
     EditorProperties& editor;
     Layers& layers;
     ColoursAndLines& colours;
+    const Openings& openings;
   };
   explicit LayerTools(const Rooms& rooms);
 
@@ -61,6 +63,7 @@ private:
   EditorProperties& editor;
   Layers& layers;
   ColoursAndLines& colours;
+  const Openings& openings;
 };
 
 }  // namespace kw

@@ -21,7 +21,7 @@ KwEditorLayers::KwEditorLayers(Desktop& platform, EditorEvents& container)
       colourPicker(platform, form, trap, coloursAndLines),
       dispatcher({platform, form, trap, *this, layers, zoom, bracket, document, KWPic}),
       keyboard(form, trap, dispatcher, layers, zoom),
-      layerTools({platform, form, *this, layers, coloursAndLines}),
+      layerTools({platform, form, *this, layers, coloursAndLines, openings}),
       drawingTools(platform, form, trap, layers, layerTools),
       clipboardWatch(platform, form, trap, *this),
       stampTool({platform, form, trap, *this, layers, openings}),

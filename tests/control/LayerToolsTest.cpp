@@ -185,6 +185,20 @@ TEST_F(LayerTool, AnImageThatIsNotChosenOrCannotBeReadMakesNoLayer) {
   EXPECT_EQ(events.errors, (std::vector<int>{481}));
 }
 
+TEST_F(LayerTool, AnImageIsNotPlacedOnADocumentThatWasOpenedMeanwhile) {
+  Choose("Image");
+  const std::string path = MakeImage("inserted.bmp", 40, 20);
+  const std::string other = MakeImage("other.bmp", 300, 200);
+  desktop.openAnswers.emplace_back([&](OpenDialog& dialog) {
+    control->OpenFile(other);
+    dialog.fileName = path;
+  });
+  DragOut(100, 50, 200, 250);
+  EXPECT_EQ(Form().TransLayers(Layers::PageLayer).Picture().Width(), 300);
+  EXPECT_EQ(Form().TransLayers.UBound(), 1);
+  EXPECT_TRUE(events.errors.empty());
+}
+
 TEST_F(LayerTool, WithoutASignatureTheSignatureToolMakesNothing) {
   Choose("Signature");
   DragOut(100, 50, 200, 250);
