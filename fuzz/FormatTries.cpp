@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 
 #include "components/RunTimeError.h"
 #include "fuzz/Promise.h"
@@ -8,14 +9,21 @@
 namespace kw {
 namespace {
 
-// Small, so that most time goes into the reader and not into the pixels that a few bytes can claim.
-constexpr ReadLimits Limits{std::uint64_t{1} << 20U};
+// Small, so that most time goes into the reader and not into the pixels that a few bytes can claim. Pixels in LZMA have
+// room for the coder's usual dictionary besides.
+ReadLimits LimitsFor(std::span<const std::uint8_t> bytes) {
+  constexpr std::uint64_t pixels = std::uint64_t{1} << 20U;
+  constexpr std::uint64_t dictionary = std::uint64_t{8} << 20U;
+  constexpr std::array<std::uint8_t, 6> lzma{0xFD, '7', 'z', 'X', 'Z', 0};
+  return {std::ranges::search(bytes, lzma).empty() ? pixels : pixels + dictionary};
+}
+
 constexpr std::int32_t TriedPages = 4;
 
 Bitmap FirstPageOf(const PictureFormat& format, std::span<const std::uint8_t> bytes) {
   MemoryReader file(bytes);
   std::string warning;
-  Bitmap page = format.open(file, Limits)->Read(file, 1, warning);
+  Bitmap page = format.open(file, LimitsFor(bytes))->Read(file, 1, warning);
   Promise(warning.empty(), "a written page is whole");
   return page;
 }
@@ -45,37 +53,41 @@ void AppendTo(const PictureFormat& format, std::span<const std::uint8_t> bytes, 
     return;
   }
   const bool appended = appender->Append(page);
-  Promise(format.open(document, Limits)->PageCount() == pages + (appended ? 1 : 0), "an appended page is one more");
+  Promise(format.open(document, LimitsFor(bytes))->PageCount() == pages + (appended ? 1 : 0),
+          "an appended page is one more");
 }
 
 }  // namespace
 
-void TryFormat(const PictureFormat& format, std::span<const std::uint8_t> bytes) {
-  if (!format.recognises(bytes.first(std::min(bytes.size(), RecognisedBytes)))) return;
+int TryFormat(const PictureFormat& format, std::span<const std::uint8_t> bytes) {
+  if (!format.recognises(bytes.first(std::min(bytes.size(), RecognisedBytes)))) return 0;
   MemoryReader file(bytes);
   std::unique_ptr<PictureSource> source;
   try {
-    source = format.open(file, Limits);
+    source = format.open(file, LimitsFor(bytes));
   } catch (const RunTimeError&) {
-    return;
+    return 0;
   }
+  int pages = 0;
   Promise(source->PageCount() >= 1, "an opened file has a page");
   for (std::int32_t number = 1; number <= std::min(source->PageCount(), TriedPages); ++number) {
     try {
       source->StoredBitsPerPixel(file, number);
       MemoryFile copy;
       if (source->Copy(file, number, copy)) {
-        Promise(format.open(copy, Limits)->PageCount() == 1, "a copied page is a file of one page");
+        Promise(format.open(copy, LimitsFor(bytes))->PageCount() == 1, "a copied page is a file of one page");
         if (format.append != nullptr) AppendTo(format, bytes, copy, source->PageCount());
       }
       std::string warning;
       const Bitmap page = source->Read(file, number, warning);
       Promise(!page.IsEmpty(), "a page that was read has pixels");
+      ++pages;
       if (number == 1) Rewrite(format, page);
     } catch (const RunTimeError&) {
       // Refused, which every file may be.
     }
   }
+  return pages;
 }
 
 }  // namespace kw

@@ -17,6 +17,11 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
+Bytes BytesOf(const std::filesystem::path& path) {
+  std::ifstream stream(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
 // Runs every file of the folder through a target. What it is told of a file that breaks a promise is the file's name;
 // the last line before a sanitizer's report is the name of its file.
 void RunCorpus(const char* folder, const std::function<void(const Bytes&)>& target) {
@@ -30,8 +35,7 @@ void RunCorpus(const char* folder, const std::function<void(const Bytes&)>& targ
   for (const std::filesystem::path& file : files) {
     std::cout << file.filename().string() << std::endl;
     SCOPED_TRACE(file.filename().string());
-    std::ifstream stream(file, std::ios::binary);
-    const Bytes bytes{std::istreambuf_iterator<char>(stream), {}};
+    const Bytes bytes = BytesOf(file);
     ASSERT_FALSE(bytes.empty());
     EXPECT_NO_THROW(target(bytes));
   }
@@ -39,6 +43,10 @@ void RunCorpus(const char* folder, const std::function<void(const Bytes&)>& targ
 
 void RunFormat(const char* folder, const PictureFormat& format) {
   RunCorpus(folder, [&format](const Bytes& bytes) { TryFormat(format, bytes); });
+}
+
+TEST(Corpus, PixelsInLzmaAreRead) {
+  EXPECT_EQ(TryFormat(TiffFormat, BytesOf(std::filesystem::path(KW_CORPUS) / "tiff" / "280e443ea06a")), 1);
 }
 
 TEST(Corpus, Tiff) { RunFormat("tiff", TiffFormat); }
