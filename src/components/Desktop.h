@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
 
@@ -121,6 +122,10 @@ public:
   // A value of a profile file, at most 511 characters; the default where there is none.
   virtual std::string ReadProfileString(const std::string& section, const std::string& key,
                                         const std::string& defaultValue, const std::string& path) = 0;
+  // The plain values of a section by their keys, read at once. What is quoted, or longer than such a value can be, is
+  // left out: ReadProfileString is asked for it.
+  virtual std::map<std::string, std::string> ReadProfileSection(const std::string& section,
+                                                                const std::string& path) = 0;
   // False where the file cannot be written.
   virtual bool WriteProfileString(const std::string& section, const std::string& key, const std::string& value,
                                   const std::string& path) = 0;

@@ -33,6 +33,13 @@ std::string Joined(std::initializer_list<std::string_view> words, char between =
   return text;
 }
 
+std::string StampIn(std::string value) {
+  std::ranges::replace(value, '\0', ' ');
+  value.erase(value.find_last_not_of(' ') + 1);
+  value.erase(0, value.find_first_not_of(' '));
+  return value;
+}
+
 struct BuiltInStamp {
   const char* text;
   bool isDated;  // comes also with the date, and with date and time
@@ -54,11 +61,7 @@ constexpr BuiltInStamp BuiltInStamps[] = {
 }  // namespace
 
 std::string StampList::ReadStamp(const std::string& key) const {
-  std::string value = desktop.ReadProfileString(Section, key, "", StampFilePath(desktop));
-  std::ranges::replace(value, '\0', ' ');
-  value.erase(value.find_last_not_of(' ') + 1);
-  value.erase(0, value.find_first_not_of(' '));
-  return value;
+  return StampIn(desktop.ReadProfileString(Section, key, "", StampFilePath(desktop)));
 }
 
 void StampList::WriteStamp(const std::string& key, const std::string& value) const {
@@ -67,8 +70,9 @@ void StampList::WriteStamp(const std::string& key, const std::string& value) con
 
 void StampList::AddStamp(const std::string& value) {
   const FileLock lock(ToFilesystemPath(StampFilePath(desktop) + ".lock"));
+  const auto plainStamps = ReadPlainStamps();
   m_UserStampCount = 0;
-  while (!ReadStamp(NextKey()).empty()) ++m_UserStampCount;
+  while (!NextStamp(plainStamps).empty()) ++m_UserStampCount;
   WriteStamp(NextKey(), value);
 }
 
@@ -100,12 +104,24 @@ void StampList::AddBuiltInStamps(ImageCombo& combo) const {
 }
 
 void StampList::AddUserStamps(ImageCombo& combo) {
+  const auto plainStamps = ReadPlainStamps();
   for (;;) {
-    const std::string stamp = ReadStamp(NextKey());
+    const std::string stamp = NextStamp(plainStamps);
     if (stamp.empty()) return;
     combo.Add(stamp);
     ++m_UserStampCount;
   }
+}
+
+// A file may be read anew for each key that is asked for.
+std::map<std::string, std::string> StampList::ReadPlainStamps() const {
+  return desktop.ReadProfileSection(Section, StampFilePath(desktop));
+}
+
+std::string StampList::NextStamp(const std::map<std::string, std::string>& plainStamps) const {
+  const std::string key = NextKey();
+  const auto found = plainStamps.find(key);
+  return found == plainStamps.end() ? ReadStamp(key) : StampIn(found->second);
 }
 
 }  // namespace kw

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
 
 #include "components/Desktop.h"
@@ -35,6 +36,9 @@ public:
 private:
   void AddBuiltInStamps(ImageCombo& combo) const;
   void AddUserStamps(ImageCombo& combo);
+  std::map<std::string, std::string> ReadPlainStamps() const;
+  // The stamp of the next key, of these if it is among them; empty where there is none.
+  std::string NextStamp(const std::map<std::string, std::string>& plainStamps) const;
 
   Desktop& desktop;
   Trap& trap;

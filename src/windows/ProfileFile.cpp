@@ -15,6 +15,7 @@
 namespace kw::windows {
 namespace {
 
+constexpr std::size_t ValueRoom = 512;
 constexpr std::string_view Utf16Mark = "\xFF\xFE";
 constexpr std::string_view Utf8Mark = "\xEF\xBB\xBF";
 
@@ -61,11 +62,51 @@ void ChangeToUtf16(const std::filesystem::path& path) {
   RemoveSystemFile(changed);
 }
 
+std::wstring_view WithoutBlanks(std::wstring_view text) {
+  constexpr std::wstring_view blanks = L" \t\v\f";
+  const std::size_t first = text.find_first_not_of(blanks);
+  return first == std::wstring_view::npos ? std::wstring_view()
+                                          : text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+// Of several lines with one key the first counts.
+void AddValue(std::wstring_view line, std::map<std::string, std::string>& values) {
+  const std::size_t equals = line.find(L'=');
+  if (equals == std::wstring_view::npos || line.starts_with(L';')) return;
+  values.emplace(FromWide(WithoutBlanks(line.substr(0, equals))), FromWide(WithoutBlanks(line.substr(equals + 1))));
+}
+
+bool IsPlain(const std::string& value) {
+  return value.size() < ValueRoom && !value.starts_with('"') && !value.starts_with('\'');
+}
+
 }  // namespace
+
+std::map<std::string, std::string> ReadPlainProfileValues(const std::string& section, const std::string& path) {
+  constexpr std::size_t most = std::size_t{1} << 25U;
+  std::wstring lines(std::size_t{1} << 15U, L'\0');
+  std::size_t length = 0;
+  for (;;) {
+    length = GetPrivateProfileSectionW(ToWide(section).c_str(), lines.data(), static_cast<DWORD>(lines.size()),
+                                       ToWide(path).c_str());
+    // What does not fit is cut off, and two characters stay free.
+    if (length + 2 < lines.size()) break;
+    if (lines.size() == most) return {};
+    lines.resize(lines.size() * 2);
+  }
+  std::map<std::string, std::string> values;
+  for (std::size_t at = 0; at < length;) {
+    const std::size_t end = std::min(lines.find(L'\0', at), length);
+    AddValue(std::wstring_view(lines).substr(at, end - at), values);
+    at = end + 1;
+  }
+  std::erase_if(values, [](const auto& one) { return !IsPlain(one.second); });
+  return values;
+}
 
 std::string ReadProfileValue(const std::string& section, const std::string& key, const std::string& defaultValue,
                              const std::string& path) {
-  std::array<wchar_t, 512> value = {};
+  std::array<wchar_t, ValueRoom> value = {};
   const DWORD length =
       GetPrivateProfileStringW(ToWide(section).c_str(), ToWide(key).c_str(), ToWide(defaultValue).c_str(), value.data(),
                                static_cast<DWORD>(value.size()), ToWide(path).c_str());

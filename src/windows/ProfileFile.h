@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string>
 
 namespace kw::windows {
@@ -7,6 +8,9 @@ namespace kw::windows {
 // A value of a profile file by the system's reader, at most 511 characters.
 std::string ReadProfileValue(const std::string& section, const std::string& key, const std::string& defaultValue,
                              const std::string& path);
+
+// The plain values of a section by their keys, by the system's reader; see Desktop::ReadProfileSection.
+std::map<std::string, std::string> ReadPlainProfileValues(const std::string& section, const std::string& path);
 
 // Writes a value by the system's writer; false where the file cannot be written. That writer keeps the encoding that
 // the file has and turns what this lacks into question marks; so a file in the system's code page becomes one in

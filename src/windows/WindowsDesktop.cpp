@@ -190,6 +190,11 @@ std::string WindowsDesktop::ReadProfileString(const std::string& section, const 
   return ReadProfileValue(section, key, defaultValue, path);
 }
 
+std::map<std::string, std::string> WindowsDesktop::ReadProfileSection(const std::string& section,
+                                                                      const std::string& path) {
+  return ReadPlainProfileValues(section, path);
+}
+
 bool WindowsDesktop::WriteProfileString(const std::string& section, const std::string& key, const std::string& value,
                                         const std::string& path) {
   return WriteProfileValue(section, key, value, path);

@@ -47,6 +47,7 @@ public:
   std::string DirectoryLookUp(const std::string& path) override;
   std::string ReadProfileString(const std::string& section, const std::string& key, const std::string& defaultValue,
                                 const std::string& path) override;
+  std::map<std::string, std::string> ReadProfileSection(const std::string& section, const std::string& path) override;
   bool WriteProfileString(const std::string& section, const std::string& key, const std::string& value,
                           const std::string& path) override;
   std::string ApplicationFolder() const override;

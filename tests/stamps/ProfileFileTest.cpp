@@ -11,6 +11,11 @@ TEST(ProfileFile, ReadsAsTheSystemDoes) {
   ExpectProfileReadings(desktop);
 }
 
+TEST(ProfileFile, ReadsASectionAsTheSystemDoes) {
+  ScriptedDesktop desktop;
+  ExpectProfileSections(desktop);
+}
+
 TEST(ProfileFile, WritesAsTheSystemDoes) {
   ScriptedDesktop desktop;
   ExpectProfileWritings(desktop);

@@ -196,6 +196,37 @@ TEST_F(StampLists, OfAFolderThatCannotBeWrittenReportNothing) {
   EXPECT_TRUE(desktop.boxes.empty());
 }
 
+// Counts how often the file is read.
+class CountingDesktop : public ScriptedDesktop {
+public:
+  std::string ReadProfileString(const std::string& section, const std::string& key, const std::string& defaultValue,
+                                const std::string& path) override {
+    ++reads;
+    return ScriptedDesktop::ReadProfileString(section, key, defaultValue, path);
+  }
+  std::map<std::string, std::string> ReadProfileSection(const std::string& section, const std::string& path) override {
+    ++reads;
+    return ScriptedDesktop::ReadProfileSection(section, path);
+  }
+
+  int reads = 0;
+};
+
+TEST_F(StampLists, AreReadAtOnceHoweverLongTheyAre) {
+  CountingDesktop counting;
+  StampList longList(counting, control->ErrorTrap());
+  std::string content = "[Stamps]\r\n";
+  for (int i = 1; i <= 5000; ++i) content += std::to_string(i) + "=STAMP " + std::to_string(i) + "\r\n";
+  WriteList(content);
+  longList.FillStampList(combo);
+  EXPECT_EQ(combo.ItemCount(), BuiltIn + 5000);
+  EXPECT_EQ(combo.ItemText(BuiltIn + 5000), "STAMP 5000");
+  EXPECT_EQ(counting.reads, 2) << "all, and the key behind them";
+  longList.AddStamp("ONE MORE");
+  EXPECT_EQ(counting.reads, 4);
+  EXPECT_EQ(ReadWhole(ListPath()), content + "5001=ONE MORE\r\n");
+}
+
 // So many stamps that their number does not fit 16 bits.
 class EndlessDesktop : public ScriptedDesktop {
 public:

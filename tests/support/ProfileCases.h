@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -67,8 +68,32 @@ inline void ExpectProfileReadings(Desktop& desktop) {
     const std::string file = folder.File(std::to_string(++number) + ".lst");
     WriteWhole(file, reading.content);
     EXPECT_EQ(desktop.ReadProfileString("Stamps", reading.key, "", file), reading.value) << reading.what;
+    for (const auto& [key, value] : desktop.ReadProfileSection("Stamps", file)) {
+      EXPECT_EQ(value, desktop.ReadProfileString("Stamps", key, "", file)) << reading.what << ", at once";
+    }
     EXPECT_EQ(ReadWhole(file), reading.content) << reading.what;
   }
+}
+
+// Values that are read at once: all plain ones, however many.
+inline void ExpectProfileSections(Desktop& desktop) {
+  const TemporaryFolder folder;
+  const std::string path = folder.File("some.lst");
+  using Values = std::map<std::string, std::string>;
+  EXPECT_EQ(desktop.ReadProfileSection("Stamps", path), Values()) << "without a file";
+  WriteWhole(path, "[Other]\r\n1=x\r\n[Stamps]\r\n1= A b \r\n2=\"q\"\r\n2=late\r\n;3=C\r\nno\r\n4=\r\n5=" +
+                       std::string(600, 'x') + "\r\n6=a=b\r\n6=late\r\n[Last]\r\n7=G\r\n");
+  EXPECT_EQ(desktop.ReadProfileSection("Stamps", path), (Values{{"1", "A b"}, {"4", ""}, {"6", "a=b"}}));
+  Values many;
+  std::string content = "[Stamps]\r\n";
+  for (int i = 1; i <= 33000; ++i) {
+    const std::string key = std::to_string(i);
+    many.emplace(key, "STAMP " + key);
+    content += key + "=STAMP " + key + "\r\n";
+  }
+  const std::string large = folder.File("large.lst");
+  WriteWhole(large, content);
+  EXPECT_EQ(desktop.ReadProfileSection("Stamps", large), many);
 }
 
 inline void ExpectProfileWritings(Desktop& desktop) {

@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,6 +31,23 @@ public:
     if (equals == std::string::npos) return defaultValue;
     const std::string_view value = std::string_view(lines[at]).substr(equals + 1);
     return Cut(WithoutQuotes(Trimmed(value.substr(0, value.find('\0')))));
+  }
+
+  // The values that Read gives as they stand in the file, by their keys.
+  std::map<std::string, std::string> ReadPlainValues(std::string_view section) const {
+    std::map<std::string, std::string> values;
+    const Range range = Find(section);
+    for (std::size_t at = range.first; at < range.last; ++at) {
+      const std::string_view line = lines[at];
+      const std::size_t equals = line.find('=');
+      if (equals == std::string::npos || Trimmed(line).starts_with(';')) continue;
+      const std::string_view value = line.substr(equals + 1);
+      values.emplace(Trimmed(line.substr(0, equals)), Trimmed(value.substr(0, value.find('\0'))));
+    }
+    std::erase_if(values, [](const auto& one) {
+      return one.second.size() > LongestValue || one.second.starts_with('"') || one.second.starts_with('\'');
+    });
+    return values;
   }
 
   // Changes the key's line, or adds one at the end of the section, which is added where it is missing; all other lines

@@ -138,6 +138,9 @@ public:
                                 const std::string& path) override {
     return ProfileFile(path).Read(section, key, defaultValue);
   }
+  std::map<std::string, std::string> ReadProfileSection(const std::string& section, const std::string& path) override {
+    return ProfileFile(path).ReadPlainValues(section);
+  }
   bool WriteProfileString(const std::string& section, const std::string& key, const std::string& value,
                           const std::string& path) override {
     return ProfileFile(path).Write(section, key, value);

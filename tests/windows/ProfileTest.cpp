@@ -16,6 +16,11 @@ TEST(Profile, IsReadByTheSystem) {
   ExpectProfileReadings(desktop);
 }
 
+TEST(Profile, IsReadByTheSystemASectionAtATime) {
+  WindowsDesktop desktop;
+  ExpectProfileSections(desktop);
+}
+
 TEST(Profile, IsWrittenByTheSystem) {
   WindowsDesktop desktop;
   ExpectProfileWritings(desktop);
