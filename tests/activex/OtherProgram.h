@@ -1,8 +1,8 @@
 #pragma once
 
-#include <windows.h>
-
 #include <string>
+
+#include "windows/Process.h"
 
 namespace kw::test {
 
@@ -19,9 +19,9 @@ public:
   ~OtherProgram();
 
 private:
-  HANDLE isHeld;
-  HANDLE isOver;
-  HANDLE process = nullptr;
+  SharedEvent isHeld{L"ClipboardHeld"};
+  SharedEvent isOver{L"ClipboardOver"};
+  Process process;
 };
 
 }  // namespace kw::test

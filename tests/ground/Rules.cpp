@@ -218,7 +218,7 @@ bool MayTalkToTheSystem(std::string_view path) {
   if (path == "tests/picture/DurabilityTest.cpp") return true;     // what the system is asked to flush
   if (path.starts_with("src/components/SystemFile")) return true;  // what files need of each system
   if (path.starts_with("tests/twain/")) return true;               // a driver for Windows
-  if (path.starts_with("tests/clipboard/")) return true;           // a program for Windows
+  if (path.starts_with("tests/clients/")) return true;             // programs for Windows
   return folder == "windows" || folder == "activex" || folder == "host" ||
          (folder == "tools" && file.starts_with("Platform"));
 }

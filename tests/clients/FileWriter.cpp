@@ -1,0 +1,53 @@
+// A program that writes to a file that others write to at the same time: FileWriter EVENT WHAT PATH NAME COUNT
+//   lines   appends so many lines of its name and a number to the file PATH
+//   stamps  adds so many stamps of its name and a number to the list in the folder PATH
+// It begins once the event of that name is set. The exit code is 0 where all was done.
+
+#include <windows.h>
+
+#include <string>
+
+#include "components/Files.h"
+#include "components/LightWeightMarker.h"
+#include "components/Log.h"
+#include "components/RunTimeError.h"
+#include "stamps/StampList.h"
+#include "trap/Trap.h"
+#include "windows/Text.h"
+#include "windows/WindowsDesktop.h"
+
+namespace {
+
+using kw::windows::FromWide;
+
+void AppendLines(const std::string& path, const std::string& name, int count) {
+  for (int i = 0; i < count; ++i) kw::AppendToFile(path, name + std::to_string(i) + "\r\n");
+}
+
+void AddStamps(const std::string& folder, const std::string& name, int count) {
+  kw::AppDir = folder;
+  kw::windows::WindowsDesktop desktop;
+  kw::LightWeightMarker anyControl("anyControl");
+  kw::Log log("log");
+  kw::Trap trap(desktop, anyControl, anyControl, anyControl, log);
+  kw::StampList list(desktop, trap);
+  for (int i = 0; i < count; ++i) list.AddStamp(name + std::to_string(i));
+}
+
+}  // namespace
+
+int wmain(int count, wchar_t** arguments) {
+  if (count != 6) return 2;
+  const HANDLE event = OpenEventW(SYNCHRONIZE, FALSE, arguments[1]);
+  constexpr DWORD longest = 30000;
+  if (event == nullptr || WaitForSingleObject(event, longest) != WAIT_OBJECT_0) return 3;
+  CloseHandle(event);
+  const std::wstring what = arguments[2];
+  try {
+    (what == L"lines" ? AppendLines : AddStamps)(FromWide(arguments[3]), FromWide(arguments[4]),
+                                                 std::stoi(arguments[5]));
+  } catch (const kw::RunTimeError& error) {
+    return error.Number();
+  }
+  return 0;
+}
