@@ -22,6 +22,7 @@ bool IsMissing(SystemCode code);
 // The code behind the call of the C library on a stream that failed since ForgetStreamError(); never 0.
 void ForgetStreamError();
 SystemCode LastStreamError();
+SystemCode LastWriteError();
 
 enum class FileKind { Plain, Folder, Other };
 

@@ -139,6 +139,7 @@ bool IsTaken(SystemCode code) { return code == EEXIST; }
 
 void ForgetStreamError() { errno = 0; }
 SystemCode LastStreamError() { return errno != 0 ? errno : EIO; }
+SystemCode LastWriteError() { return LastStreamError(); }
 
 SystemCode LookAt(const std::filesystem::path& path, FileFacts& facts) {
   struct stat status {};
@@ -170,7 +171,7 @@ bool SeekFile(std::FILE* file, std::int64_t offset, int origin) { return fseeko(
 std::int64_t TellFile(std::FILE* file) { return ftello(file); }
 
 SystemCode FlushToDisk(std::FILE* file) {
-  if (std::fflush(file) != 0) return LastStreamError();
+  if (std::fflush(file) != 0) return LastWriteError();
   return CodeOf(fsync(fileno(file)));
 }
 

@@ -98,6 +98,49 @@ HANDLE OpenFor(const std::filesystem::path& path, FileUse use) {
                      use == FileUse::Change ? OPEN_EXISTING : CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
+// A lock needs the right to read, which a file that all may only append to does not give.
+HANDLE OpenForAppending(const std::filesystem::path& path) {
+  HANDLE opened = INVALID_HANDLE_VALUE;
+  for (const DWORD right : {FILE_READ_DATA, 0}) {
+    opened = CreateFileW(path.c_str(), FILE_APPEND_DATA | SYNCHRONIZE | right, SharedWithAll, nullptr, OPEN_ALWAYS,
+                         FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (opened != INVALID_HANDLE_VALUE || GetLastError() != ERROR_ACCESS_DENIED) break;
+  }
+  return opened;
+}
+
+// Between those who append to one file, since not every file system puts the bytes of two of them behind each other.
+// They do without it where it cannot be had.
+class WritersLock {
+public:
+  explicit WritersLock(HANDLE written) : file(written) {
+    const ULONGLONG start = GetTickCount64();
+    do {
+      OVERLAPPED place = Place();
+      isHeld = LockFileEx(file, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place) != FALSE;
+      if (isHeld || GetLastError() != ERROR_LOCK_VIOLATION) return;
+      Sleep(1);
+    } while (GetTickCount64() - start < LongestWait);
+  }
+  WritersLock(const WritersLock&) = delete;
+  WritersLock& operator=(const WritersLock&) = delete;
+  ~WritersLock() {
+    OVERLAPPED place = Place();
+    if (isHeld) UnlockFileEx(file, 0, 1, 0, &place);
+  }
+
+private:
+  // Behind all bytes that a file can have, so that readers do not meet it.
+  static OVERLAPPED Place() {
+    OVERLAPPED place = {};
+    place.OffsetHigh = 0x7FFFFFFF;
+    return place;
+  }
+
+  HANDLE file;
+  bool isHeld = false;
+};
+
 // Attributes and access rights of the file that is about to be replaced, as far as this user and the file system allow.
 // ReplaceFile() would hand on more, but it takes two steps: between them there is no file of that name.
 void HandOn(const std::filesystem::path& target, DWORD attributes, const std::filesystem::path& file) {
@@ -152,6 +195,8 @@ bool IsTaken(SystemCode code) { return code == ERROR_ALREADY_EXISTS || code == E
 
 void ForgetStreamError() { _doserrno = 0; }
 SystemCode LastStreamError() { return _doserrno != 0 ? static_cast<SystemCode>(_doserrno) : ERROR_GEN_FAILURE; }
+// A disk takes what it has room for and calls that no error.
+SystemCode LastWriteError() { return _doserrno != 0 ? static_cast<SystemCode>(_doserrno) : ERROR_DISK_FULL; }
 
 SystemCode LookAt(const std::filesystem::path& path, FileFacts& facts) {
   facts = {};
@@ -190,7 +235,7 @@ bool SeekFile(std::FILE* file, std::int64_t offset, int origin) { return _fseeki
 std::int64_t TellFile(std::FILE* file) { return _ftelli64(file); }
 
 SystemCode FlushToDisk(std::FILE* file) {
-  if (std::fflush(file) != 0) return LastStreamError();
+  if (std::fflush(file) != 0) return LastWriteError();
   return CodeOf(FlushFileBuffers(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file)))));
 }
 
@@ -232,9 +277,9 @@ SystemCode PutInPlace(const std::filesystem::path& file, const std::filesystem::
 
 SystemCode AppendToSystemFile(const std::filesystem::path& path, std::string_view text) {
   if (NamesDevice(path)) return ERROR_INVALID_NAME;
-  const Handle file(CreateFileW(path.c_str(), FILE_APPEND_DATA | SYNCHRONIZE, SharedWithAll, nullptr, OPEN_ALWAYS,
-                                FILE_ATTRIBUTE_NORMAL, nullptr));
+  const Handle file(OpenForAppending(path));
   if (!file.IsOpen()) return LastCode();
+  const WritersLock lock(file.Get());
   while (!text.empty()) {
     DWORD written = 0;
     constexpr std::size_t most = 1U << 30U;

@@ -85,7 +85,7 @@ std::size_t FileStream::Write(const void* from, std::size_t count) noexcept {
   ForgetStreamError();
   const std::size_t done = std::fwrite(from, 1, count, file.get());
   position += done;
-  if (done != count) Fail(LastStreamError());
+  if (done != count) Fail(LastWriteError());
   return done;
 }
 
@@ -120,7 +120,7 @@ void FileStream::RaiseFailure() const {
 
 void FileStream::Close() {
   ForgetStreamError();
-  if (std::fclose(file.release()) != 0) Fail(LastStreamError());
+  if (std::fclose(file.release()) != 0) Fail(LastWriteError());
   RaiseFailure();
 }
 

@@ -6,6 +6,7 @@
 
 #include "picture/KWPicEd.h"
 #include "windows/Text.h"
+#include "windows/UnixHost.h"
 
 namespace kw::test {
 namespace {
@@ -47,37 +48,6 @@ constexpr const char* Description =
 
 constexpr wchar_t Name[] = L"Kw Test Printer";
 
-// A file's path as the programs below the emulated system know it.
-std::string HostPath(const std::string& path) {
-  using Convert = char*(CDECL*)(const wchar_t*);
-  const auto convert = reinterpret_cast<Convert>(
-      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name")));
-  if (convert == nullptr) return {};
-  char* const text = convert(windows::ToWide(path).c_str());
-  std::string result = text == nullptr ? "" : text;
-  HeapFree(GetProcessHeap(), 0, text);
-  return result;
-}
-
-// Runs a command of the host and waits until it is over, by the file that it leaves at its end.
-bool RunOnHost(const std::string& command, const std::string& doneFile) {
-  std::wstring line = L"/bin/sh -c \"" + windows::ToWide(command + "; touch " + HostPath(doneFile)) + L"\"";
-  STARTUPINFOW start = {};
-  start.cb = sizeof start;
-  PROCESS_INFORMATION process = {};
-  if (CreateProcessW(L"\\\\?\\unix\\bin\\sh", line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start,
-                     &process) == FALSE) {
-    return false;
-  }
-  if (process.hProcess != nullptr) CloseHandle(process.hProcess);
-  if (process.hThread != nullptr) CloseHandle(process.hThread);
-  for (int i = 0; i < 6000; ++i) {
-    if (Exists(doneFile)) return true;
-    Sleep(10);
-  }
-  return false;
-}
-
 template <class Info>
 BYTE* BytesOf(Info& info) {
   return reinterpret_cast<BYTE*>(&info);
@@ -100,7 +70,7 @@ TestPrinter::TestPrinter() : job(folder.File("job.ps")) {
   installed.pConfigFile = driver.data();
   EXPECT_TRUE(AddPrinterDriverExW(nullptr, 3, BytesOf(installed), APD_COPY_NEW_FILES | APD_COPY_FROM_DIRECTORY))
       << GetLastError();
-  std::wstring port = windows::ToWide(HostPath(job));
+  std::wstring port = windows::ToWide(UnixHost::PathOf(job));
   std::wstring processor = L"WinPrint";
   std::wstring dataType = L"RAW";
   PRINTER_INFO_2W printer = {};
@@ -139,9 +109,9 @@ int TestPrinter::PageCount() const {
 
 std::vector<Bitmap> TestPrinter::Sheets() {
   const std::string command = "gs -q -dSAFER -dBATCH -dNOPAUSE -sDEVICE=bmp16m -r" + std::to_string(Resolution) +
-                              " -o " + HostPath(folder.Path()) + "/sheet%d.bmp " + HostPath(job);
+                              " -o " + UnixHost::PathOf(folder.Path()) + "/sheet%d.bmp " + UnixHost::PathOf(job);
   std::vector<Bitmap> sheets;
-  if (!RunOnHost(command, folder.File("done"))) {
+  if (!UnixHost::Run(command, folder.File("done"))) {
     ADD_FAILURE() << "the interpreter cannot be run: " << command;
     return sheets;
   }
