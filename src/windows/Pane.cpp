@@ -48,10 +48,11 @@ void Pane::Close() {
   ControlView* const closing = std::exchange(rootView, nullptr);
   // No model hears of what the windows say while they go.
   for (const auto& [model, view] : views) view->Detach();
+  // Before the windows that it watches, which it would keep something of.
+  if (toolTips != nullptr) DestroyWindow(toolTips);
   if (closing != nullptr) closing->Destroy();
   for (auto& [model, view] : views) Retire(std::move(view));
   views.clear();
-  if (toolTips != nullptr) DestroyWindow(toolTips);
   DeleteObject(font);
 }
 

@@ -6,9 +6,12 @@
 #include <commdlg.h>
 
 #include <algorithm>
+#include <chrono>
 #include <climits>
 #include <iostream>
+#include <semaphore>
 #include <string>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -22,15 +25,17 @@ namespace {
 
 constexpr int Rounds = 10;
 constexpr int MostSeries = 4;
-constexpr long long HeapNoise = Rounds * 1000;
+constexpr long long HeapNoise = 100;
 
 struct Holdings {
   int gdi = SystemObjects::CountGdi();
   int user = SystemObjects::CountUser();
+  int handles = SystemObjects::CountHandles();
+  int threads = SystemObjects::CountThreads();
   long long heap = static_cast<long long>(SystemObjects::CountHeap());
 };
 
-constexpr Holdings Nothing = {.gdi = 0, .user = 0, .heap = 0};
+constexpr Holdings Nothing = {.gdi = 0, .user = 0, .handles = 0, .threads = 0, .heap = 0};
 
 // Ends the menus and the stamp dialogs that come up on the thread while it lives, and has the system's dialog for a
 // file open the one that is named.
@@ -130,39 +135,45 @@ protected:
   // every series of rounds, what is filled once in some of them: a series that keeps more than the system does is
   // followed by another, and the least of each figure counts.
   template <class Round>
-  Holdings GrowthOf(const char* what, const Holdings& ofTheSystem, Round&& round) const {
+  Holdings GrowthOf(const char* what, const Holdings& ofTheSystem, Round&& round) {
     const auto run = [&](int count) {
       for (int i = 0; i < count; ++i) {
         const BoxAnswerer user;
         round();
+        container.calls.clear();
       }
       PumpMessages(200);
     };
     const ModalEnder ender(page);
     run(3);
-    Holdings least = {.gdi = INT_MAX, .user = INT_MAX, .heap = LLONG_MAX};
+    Holdings least = {.gdi = INT_MAX, .user = INT_MAX, .handles = INT_MAX, .threads = INT_MAX, .heap = LLONG_MAX};
     for (int series = 0; series < MostSeries && !IsNone(least, ofTheSystem); ++series) {
       const Holdings before;
       run(Rounds);
       const Holdings after;
       least.gdi = std::min(least.gdi, after.gdi - before.gdi);
       least.user = std::min(least.user, after.user - before.user);
+      least.handles = std::min(least.handles, after.handles - before.handles);
+      least.threads = std::min(least.threads, after.threads - before.threads);
       least.heap = std::min(least.heap, after.heap - before.heap);
       std::cout << "  " << Rounds << " rounds of " << what << " keep " << after.gdi - before.gdi << " GDI objects, "
-                << after.user - before.user << " user objects and " << after.heap - before.heap << " bytes"
+                << after.user - before.user << " user objects, " << after.handles - before.handles << " handles, "
+                << after.threads - before.threads << " threads and " << after.heap - before.heap << " bytes"
                 << std::endl;
     }
     return least;
   }
   static bool IsNone(const Holdings& growth, const Holdings& ofTheSystem) {
-    return growth.gdi <= ofTheSystem.gdi && growth.user <= ofTheSystem.user &&
-           growth.heap < ofTheSystem.heap + HeapNoise;
+    return growth.gdi <= ofTheSystem.gdi && growth.user <= ofTheSystem.user && growth.handles <= ofTheSystem.handles &&
+           growth.threads <= ofTheSystem.threads && growth.heap < ofTheSystem.heap + HeapNoise;
   }
   template <class Round>
-  void ExpectNone(const char* what, Round&& round, const Holdings& ofTheSystem = Nothing) const {
+  void ExpectNone(const char* what, Round&& round, const Holdings& ofTheSystem = Nothing) {
     const Holdings growth = GrowthOf(what, ofTheSystem, round);
     EXPECT_LE(growth.gdi, ofTheSystem.gdi);
     EXPECT_LE(growth.user, ofTheSystem.user);
+    EXPECT_LE(growth.handles, ofTheSystem.handles);
+    EXPECT_LE(growth.threads, ofTheSystem.threads);
     EXPECT_LT(growth.heap, ofTheSystem.heap + HeapNoise);
   }
   void DrawImage() const {
@@ -185,21 +196,36 @@ protected:
 };
 
 TEST_F(Resources, AreCountedHere) {
+  // What the first thread of a program takes is kept.
+  std::thread([] {}).join();
+  std::binary_semaphore isOver(0);
+  EXPECT_FALSE(isOver.try_acquire_for(std::chrono::milliseconds(1)));
   const Holdings before;
   HPEN pens[7] = {};
   for (HPEN& pen : pens) pen = CreatePen(PS_SOLID, 3, RGB(1, 2, 3));
   HMENU menus[9] = {};
   for (HMENU& menu : menus) menu = CreateMenu();
+  HANDLE events[5] = {};
+  for (HANDLE& event : events) event = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+  std::thread thread([&] { isOver.acquire(); });
   const std::vector<char> memory(1000000);
   const Holdings after;
   EXPECT_EQ(after.gdi - before.gdi, 7);
   EXPECT_EQ(after.user - before.user, 9);
-  EXPECT_NEAR(static_cast<double>(after.heap - before.heap), 1e6, HeapNoise);
+  EXPECT_GE(after.handles - before.handles, 5 + 1);
+  EXPECT_EQ(after.threads - before.threads, 1);
+  // The thread takes something, too.
+  EXPECT_NEAR(static_cast<double>(after.heap - before.heap), 1e6, 1e4);
+  isOver.release();
+  thread.join();
+  for (const HANDLE event : events) CloseHandle(event);
   for (const HPEN pen : pens) DeleteObject(pen);
   for (const HMENU menu : menus) DestroyMenu(menu);
   const Holdings given;
   EXPECT_EQ(given.gdi, before.gdi);
   EXPECT_EQ(given.user, before.user);
+  EXPECT_EQ(given.handles, before.handles);
+  EXPECT_EQ(given.threads, before.threads);
 }
 
 TEST_F(Resources, LayersPagesAndMenusGiveThemBack) {
@@ -228,7 +254,6 @@ TEST_F(Resources, AnImageFromItsDialogTakesNoMoreThanTheDialog) {
 TEST_F(Resources, LivesOfTheControlGiveThemBack) {
   ExpectNone("lives", [&] {
     container.LetGo();
-    container.calls.clear();
     control.Reset();
     PumpMessages(20);
     control = Ocx::Create();

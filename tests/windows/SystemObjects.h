@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <tlhelp32.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -49,6 +51,49 @@ inline int CountUser() {
   for (const HMENU menu : menus) DestroyMenu(menu);
   constexpr int Step = 2;  // from one handle to the next
   return highest / Step - static_cast<int>(menus.size());
+}
+
+// Files, events, threads and whatever else the system's kernel gives handles for.
+inline int CountHandles() {
+  DWORD counted = 0;
+  if (GetProcessHandleCount(GetCurrentProcess(), &counted) != FALSE && counted != 0) return static_cast<int>(counted);
+  struct Entry {
+    void* object;
+    ULONG_PTR process;
+    ULONG_PTR handle;
+    ULONG access;
+    USHORT trace;
+    USHORT type;
+    ULONG attributes;
+    ULONG reserved;
+  };
+  struct Table {
+    ULONG_PTR count;
+    ULONG_PTR reserved;
+    Entry entries[1];
+  };
+  constexpr int allHandles = 64;
+  using Query = LONG(NTAPI*)(int, void*, ULONG, ULONG*);
+  const auto query = reinterpret_cast<Query>(
+      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtQuerySystemInformation")));
+  std::vector<std::byte> bytes(std::size_t{1} << 20U);
+  if (query(allHandles, bytes.data(), static_cast<ULONG>(bytes.size()), nullptr) < 0) return -1;
+  const Table& table = *reinterpret_cast<const Table*>(bytes.data());
+  return static_cast<int>(
+      std::count_if(static_cast<const Entry*>(table.entries), static_cast<const Entry*>(table.entries) + table.count,
+                    [](const Entry& one) { return one.process == GetCurrentProcessId(); }));
+}
+
+inline int CountThreads() {
+  const HANDLE all = CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+  THREADENTRY32 entry = {};
+  entry.dwSize = sizeof entry;
+  int count = 0;
+  for (BOOL isOne = Thread32First(all, &entry); isOne != FALSE; isOne = Thread32Next(all, &entry)) {
+    if (entry.th32OwnerProcessID == GetCurrentProcessId()) ++count;
+  }
+  CloseHandle(all);
+  return count;
 }
 
 // Bytes that are in use on the heaps of the process.
