@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <atomic>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -10,6 +11,7 @@
 
 #include "activex/BoxAnswerer.h"
 #include "activex/Fixture.h"
+#include "activex/MainThread.h"
 #include "activex/Sinks.h"
 #include "data/TestData.h"
 
@@ -217,6 +219,81 @@ TEST_F(DocumentTest, ADocumentThatIsOpenedInANoticeOfAPropertyTakesTheOthersPlac
   EXPECT_TRUE(isOpened);
   EXPECT_EQ(sink.events, std::vector<std::string>{"PageChanged(0)"});
   EXPECT_FALSE(FileExists(scratch.File(L"Outer_Page_3.tif")));
+}
+
+TEST_F(DocumentTest, ADocumentThatIsOpenedInABoxTakesTheOthersPlace) {
+  const std::wstring inner = scratch.WriteTiff(L"Inner.tif", 1);
+  const std::wstring outer = scratch.WriteTiff(L"Outer.tif", 3);
+  // A page file that cannot be written.
+  std::filesystem::create_directory(scratch.File(L"Outer_Page_2.tif"));
+  const std::map<std::string, std::wstring> outerDocuments = {{"Critical Error", outer},
+                                                              {"File Error", scratch.File(L"missing.tif")}};
+  for (const auto& [title, path] : outerDocuments) {
+    SCOPED_TRACE(title);
+    control->put_Enabled(VARIANT_TRUE);
+    sink.events.clear();
+    std::vector<std::string> then;
+    std::atomic<bool> isAsked = false;
+    bool isOpened = false;
+    const MainThread mainThread;
+    const BoxAnswerer user([&, title = title](HWND box) {
+      if (isAsked || !WordsOf(box).starts_with(title)) return;
+      isAsked = true;
+      mainThread.Post([&] {
+        EXPECT_EQ(control->OpenFile(Text(inner)), S_OK);
+        isOpened = true;
+        then = sink.events;
+      });
+    });
+    EXPECT_EQ(control->OpenFile(Text(path)), S_OK);
+    EXPECT_TRUE(isOpened);
+    // The report that the box belongs to is brought to its end.
+    if (title == "Critical Error") {
+      ASSERT_FALSE(sink.events.empty());
+      EXPECT_TRUE(sink.events.back().starts_with("ErrorOccured(75")) << sink.events.back();
+      sink.events.pop_back();
+    }
+    EXPECT_EQ(sink.events, then);
+    ASSERT_FALSE(sink.events.empty());
+    EXPECT_EQ(sink.events.back(), "PageChanged(0)");
+    EXPECT_FALSE(FileExists(scratch.File(L"Outer_Page_1.tif")));
+  }
+}
+
+TEST_F(DocumentTest, ThousandDirectoriesOverOneStripAreRefusedAndNothingIsWritten) {
+  constexpr std::uint32_t strip = 1000000;
+  constexpr int pages = 1000;
+  std::string bytes("II*\0", 4);
+  const auto put = [&](std::uint32_t value, int count) {
+    for (int i = 0; i < count; ++i) bytes.push_back(static_cast<char>(value >> (8 * i)));
+  };
+  put(8 + strip, 4);
+  bytes.resize(8 + strip);
+  for (int page = 1; page <= pages; ++page) {
+    // Width, height, bits, compression, colours, the strip, rows of a strip, bytes of the strip.
+    const std::uint32_t entries[][2] = {{256, 800}, {257, strip / 100}, {258, 1},           {259, 1},
+                                        {262, 0},   {273, 8},           {278, strip / 100}, {279, strip}};
+    put(static_cast<std::uint32_t>(std::size(entries)), 2);
+    for (const auto& [tag, value] : entries) {
+      put(tag, 2);
+      put(4, 2);
+      put(1, 4);
+      put(value, 4);
+    }
+    put(page == pages ? 0 : static_cast<std::uint32_t>(bytes.size()) + 4, 4);
+  }
+  const std::wstring path = Write(L"hostile.tif", bytes);
+  const auto files = [&] {
+    std::map<std::wstring, std::uintmax_t> found;
+    for (const auto& entry : std::filesystem::directory_iterator(scratch.Path())) {
+      if (entry.path().filename() != L"FunctionsInExecution.txt") found[entry.path().wstring()] = entry.file_size();
+    }
+    return found;
+  };
+  const auto before = files();
+  EXPECT_EQ(Open(path), InvalidFile);
+  EXPECT_TRUE(sink.events.empty());
+  EXPECT_EQ(files(), before);
 }
 
 TEST_F(DocumentTest, EmptyPathIsReportedAndNoCrash) {

@@ -5,6 +5,9 @@
 #include <commctrl.h>
 #include <ole2.h>
 
+#include <iterator>
+#include <map>
+
 #include "activex/Aggregate.h"
 #include "activex/BoxAnswerer.h"
 #include "activex/EditorWindows.h"
@@ -12,6 +15,7 @@
 #include "activex/MainThread.h"
 #include "activex/Sinks.h"
 #include "activex/StrictContainer.h"
+#include "windows/ImportPatch.h"
 
 namespace kw::test {
 namespace {
@@ -298,13 +302,61 @@ TEST_F(LifetimeTest, AnAggregateIsLetGoOfByOneMessageHoweverManyEventsThereWere)
   EXPECT_EQ(whole.references, 1U);
 }
 
-TEST_F(LifetimeTest, ManyControlsComeAndGo) {
-  for (int round = 0; round < 20; ++round) {
-    const auto one = Ocx::Create();
-    const auto two = Ocx::Create();
-    ASSERT_NE(one.Get(), nullptr);
-    ASSERT_NE(two.Get(), nullptr);
+BOOL WINAPI RefuseToPost(HWND /*window*/, UINT /*message*/, WPARAM /*wParam*/, LPARAM /*lParam*/) { return FALSE; }
+
+TEST_F(LifetimeTest, AnAggregateIsLetGoOfAlthoughTheQueueOfItsThreadIsFull) {
+  control.Reset();
+  Aggregate whole;
+  ASSERT_EQ(whole.QueryInterface(IID_PPV_ARGS(&control)), S_OK);
+  Activate();
+  Open();
+  {
+    const Connection connection(control.Get(), DIID___KwEditorLayers, &sink);
+    PumpMessages(20);
+    const ULONG before = whole.references;
+    {
+      const ImportPatch patch(Ocx::Library(), "PostMessageW", &RefuseToPost);
+      TurnThePage();
+      TurnThePage();
+      EXPECT_EQ(sink.events.size(), 2U);
+      EXPECT_GT(whole.references, before);
+    }
+    EXPECT_TRUE(PumpUntil([&] { return whole.references == before; }));
   }
+  container.LetGo();
+  control.Reset();
+  PumpMessages(20);
+  whole.inner.Reset();
+  EXPECT_EQ(whole.references, 1U);
+}
+
+// They are let go of in another order each time.
+TEST_F(LifetimeTest, ManyControlsComeAndGoWithoutTouchingEachOther) {
+  constexpr int rounds = 20;
+  constexpr std::int16_t together = 5;
+  control.Reset();
+  PumpMessages(20);
+  ASSERT_TRUE(Ocx::CanUnload());
+  const int ended = TracedTimes(scratch.Path(), "UserControl_Terminate");
+  for (std::int16_t round = 0; round < rounds; ++round) {
+    std::map<std::int16_t, ComPtr<_KwEditorLayers>> controls;
+    for (std::int16_t i = 0; i < together; ++i) {
+      controls[i] = Ocx::Create();
+      ASSERT_NE(controls[i].Get(), nullptr);
+      EXPECT_EQ(controls[i]->put_MaxUndoLevels(static_cast<std::int16_t>(10 * i + round + 5)), S_OK);
+    }
+    while (!controls.empty()) {
+      for (const auto& [number, one] : controls) {
+        std::int16_t levels = 0;
+        EXPECT_EQ(one->get_MaxUndoLevels(&levels), S_OK);
+        EXPECT_EQ(levels, 10 * number + round + 5);
+      }
+      EXPECT_FALSE(Ocx::CanUnload());
+      controls.erase(std::next(controls.begin(), round % std::ssize(controls)));
+    }
+    EXPECT_TRUE(Ocx::CanUnload()) << round;
+  }
+  EXPECT_EQ(TracedTimes(scratch.Path(), "UserControl_Terminate") - ended, rounds * together);
 }
 
 }  // namespace

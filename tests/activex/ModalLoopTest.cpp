@@ -76,6 +76,85 @@ TEST_F(ModalLoop, OfAScrollBarHoldsControlAndLibrary) {
   SendMessageW(bar, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(client.right / 2, client.bottom - 5));
 }
 
+const wchar_t* looping = nullptr;
+WNDPROC loopingProcedure = nullptr;
+
+// In the place of the system's own control: a loop until the button is released, as some versions of it have one.
+LRESULT CALLBACK LoopAtAPress(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message != WM_LBUTTONDOWN) return CallWindowProcW(loopingProcedure, window, message, wParam, lParam);
+  EXPECT_TRUE(PumpUntil([] { return inLoop == nullptr; }));
+  return 0;
+}
+
+// Before the window gets the procedure of its view.
+LRESULT CALLBACK AddLoop(int code, WPARAM wParam, LPARAM lParam) {
+  wchar_t name[64] = {};
+  const auto window = reinterpret_cast<HWND>(wParam);
+  if (code == HCBT_CREATEWND && GetClassNameW(window, static_cast<wchar_t*>(name), 64) > 0 &&
+      std::wstring(static_cast<const wchar_t*>(name)) == looping) {
+    loopingProcedure =
+        reinterpret_cast<WNDPROC>(SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&LoopAtAPress)));
+  }
+  return CallNextHookEx(nullptr, code, wParam, lParam);
+}
+
+// Windows of that class that are made while it lives have a loop.
+class LoopsOf {
+public:
+  explicit LoopsOf(const wchar_t* className)
+      : hook(SetWindowsHookExW(WH_CBT, &AddLoop, nullptr, GetCurrentThreadId())) {
+    looping = className;
+  }
+  LoopsOf(const LoopsOf&) = delete;
+  LoopsOf& operator=(const LoopsOf&) = delete;
+  ~LoopsOf() { UnhookWindowsHookEx(hook); }
+
+private:
+  HHOOK hook;
+};
+
+TEST_F(ModalLoop, OfTheSliderHoldsControlAndLibrary) {
+  container.As<IOleInPlaceObject>()->InPlaceDeactivate();
+  {
+    const LoopsOf sliders(TRACKBAR_CLASSW);
+    ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+  }
+  const std::vector<HWND> sliders = ChildWindows(container.ControlWindow(), TRACKBAR_CLASSW);
+  ASSERT_FALSE(sliders.empty());
+  EXPECT_NE(IsWindowEnabled(sliders[0]), FALSE);
+  LetGoInTheNextLoop();
+  SendMessageW(sliders[0], WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(12, 8));
+}
+
+void CALLBACK PressTheDate(HWND /*window*/, UINT /*message*/, UINT_PTR id, DWORD /*time*/) {
+  const HWND dialog = FindWindowW(L"KwEditorView", L"Stamp");
+  if (dialog == nullptr) return;
+  KillTimer(nullptr, id);
+  const std::vector<HWND> dates = ChildWindows(dialog, DATETIMEPICK_CLASSW);
+  if (dates.size() != 1) {
+    ADD_FAILURE() << dates.size() << " dates in the dialog";
+    PostMessageW(dialog, WM_CLOSE, 0, 0);
+    return;
+  }
+  const HWND date = dates[0];
+  // The options in their order; the last one is that of the date.
+  for (const HWND option : ChildWindows(dialog, WC_BUTTONW)) {
+    if (IsWindowEnabled(date) == FALSE) SendMessageW(option, BM_CLICK, 0, 0);
+  }
+  EXPECT_NE(IsWindowEnabled(date), FALSE);
+  SetTimer(nullptr, 0, 100, &LetGoInTheLoop);
+  SendMessageW(date, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+}
+
+TEST_F(ModalLoop, OfTheDateHoldsControlAndLibrary) {
+  Choose(L"Stamp");
+  const LoopsOf dates(DATETIMEPICK_CLASSW);
+  inLoop = this;
+  SetTimer(nullptr, 0, 100, &PressTheDate);
+  SendMessageW(canvas, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(120, 120));
+  if (!isDone) SendMessageW(canvas, WM_LBUTTONUP, 0, MAKELPARAM(120, 120));
+}
+
 TEST_F(ModalLoop, OfTheButtonForTheRestHoldsControlAndLibrary) {
   container.place = {0, 0, 260, 400};
   container.As<IOleInPlaceObject>()->SetObjectRects(&container.place, &container.clip);
