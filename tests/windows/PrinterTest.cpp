@@ -10,6 +10,8 @@
 
 #include "components/RunTimeError.h"
 #include "support/Errors.h"
+#include "windows/ImportPatch.h"
+#include "windows/Printer.h"
 #include "windows/TestPrinter.h"
 
 namespace kw::test {
@@ -130,6 +132,19 @@ TEST_F(PrintedPicture, AJobThatCannotBeWrittenIsAnErrorAndTheNextJobIsNot) {
   desktop.PrintPicture(Black(100, 100, 100, 100));
   desktop.EndPrintJob();
   EXPECT_EQ(printer.PageCount(), 1);
+}
+
+int WINAPI RefuseToEnd(HDC /*device*/) { return SP_ERROR; }
+
+TEST_F(PrintedPicture, ADeviceIsNotKeptWhereTheJobBeforeItCannotBeEnded) {
+  windows::Printer one;
+  one.PrintPicture(Black(100, 100, 100, 100));
+  const HDC chosen = CreateCompatibleDC(nullptr);
+  {
+    const ImportPatch patch(GetModuleHandleW(nullptr), "EndDoc", &RefuseToEnd);
+    EXPECT_EQ(ErrorOf([&] { one.Use(chosen); }), static_cast<std::int32_t>(ErrorNumber::PrinterError));
+  }
+  EXPECT_EQ(GetObjectType(chosen), 0U) << "the device is still there";
 }
 
 TEST(WithoutAPrinter, PrintingIsAPrinterErrorAndEndingAJobIsNone) {

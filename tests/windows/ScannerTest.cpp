@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <filesystem>
 #include <semaphore>
 #include <string>
 #include <thread>
@@ -9,6 +10,7 @@
 #include "components/Scanner.h"
 #include "components/Timer.h"
 #include "support/Errors.h"
+#include "support/TemporaryFolder.h"
 #include "twain/TestSheet.h"
 #include "windows/TestForm.h"
 #include "windows/TestScanner.h"
@@ -39,6 +41,25 @@ TEST_F(SystemScanner, PutsTheImageOnTheClipboardPixelForPixel) {
     EXPECT_TRUE(scanner.Acquire()) << depth;
     EXPECT_EQ(BytesOnTheClipboard(), TestSheet(1, depth)) << depth;
   }
+}
+
+// Another one of that name lies where programs look first.
+TEST_F(SystemScanner, LoadsItsManagerFromTheSystemsFoldersOnly) {
+  constexpr const wchar_t* manager = L"TWAINDSM.dll";
+  if (const HMODULE ofTheSystem = LoadLibraryExW(manager, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32)) {
+    FreeLibrary(ofTheSystem);
+    GTEST_SKIP() << "this system has a manager of that name";
+  }
+  const TemporaryFolder folder;
+  const std::filesystem::path former = std::filesystem::current_path();
+  std::filesystem::copy_file(source.DriverFile(), folder.Native() / manager);
+  std::filesystem::current_path(folder.Native());
+  EXPECT_TRUE(scanner.Acquire());
+  EXPECT_EQ(GetModuleHandleW(manager), nullptr);
+  const HMODULE planted = LoadLibraryW(manager);
+  EXPECT_NE(planted, nullptr) << "a careless search does not find it either";
+  if (planted != nullptr) FreeLibrary(planted);
+  std::filesystem::current_path(former);
 }
 
 TEST_F(SystemScanner, AsksTheSourceStepByStepAndClosesIt) {

@@ -16,6 +16,7 @@ public:
   TestScanner& operator=(const TestScanner&) = delete;
   ~TestScanner();
 
+  const std::wstring& DriverFile() const { return driver; }
   // What the source is to do; see twain/TestSource.cpp.
   static void Order(const std::string& name, const std::string& value);
   // What the source was asked since the last call.

@@ -129,5 +129,16 @@ TEST(Bands, BecomeSmallerAndTheSmallestAreWorthBeginning) {
   SetMostThreads(0);
 }
 
+// So many pixels of one level that 32 bits cannot count them.
+TEST(LargePicture, HasMorePixelsOfALevelThan32BitsCount) {
+  constexpr std::int32_t side = test::Amount(1 << 16, 1 << 8);
+  Bitmap picture(side, side + 8, 1);
+  picture.SetPalette({{10, 10, 10}, {20, 20, 20}});
+  for (std::int32_t y = side; y < side + 8; ++y) std::ranges::fill(picture.MutableRow(y), std::uint8_t{0xFF});
+  ApplyEffect(*FindEffect("Threshold"), picture, std::vector{0.0});
+  EXPECT_EQ((Rgb{0, 0, 0}), picture.PixelAt(3, side - 1));
+  EXPECT_EQ((Rgb{255, 255, 255}), picture.PixelAt(3, side)) << "the lighter of the two";
+}
+
 }  // namespace
 }  // namespace kw
