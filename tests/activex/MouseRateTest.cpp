@@ -1,6 +1,6 @@
 // What mouse moves cost the real control with 100 layers on its page, beside two windows that have nothing to do with
-// it and get the same moves. Tested is what the moves did; the times are the machine's, and are only printed.
-// KW_MOVES asks for more moves and so for finer times.
+// it and get the same moves. Tested are what the moves did and how often the canvas was painted for it; the times are
+// the machine's, and are only printed. KW_MOVES asks for more moves and so for finer times.
 
 #include <windowsx.h>
 
@@ -105,6 +105,30 @@ private:
   int paintings = 0;
 };
 
+// Counts what a window paints while it lives.
+class PaintCount {
+public:
+  explicit PaintCount(HWND watched) : window(watched) {
+    paintings = 0;
+    former = reinterpret_cast<WNDPROC>(
+        SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&PaintCount::Procedure)));
+  }
+  PaintCount(const PaintCount&) = delete;
+  PaintCount& operator=(const PaintCount&) = delete;
+  ~PaintCount() { SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(former)); }
+
+  static inline int paintings = 0;
+
+private:
+  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_PAINT) ++paintings;
+    return CallWindowProcW(former, window, message, wParam, lParam);
+  }
+
+  static inline WNDPROC former = nullptr;
+  HWND window;
+};
+
 class MouseRate : public InputTest {
 protected:
   void SetUp() override {
@@ -129,8 +153,9 @@ protected:
   }
 
   // A thousand moves a second, each alone in the queue.
-  void Measure(const char* what, HWND window, WPARAM held) const {
+  void Measure(const char* what, HWND window, WPARAM held) {
     hand.Pump();
+    const PaintCount count(window);
     const ProcessorTime start = Used();
     const auto begin = std::chrono::steady_clock::now();
     for (int i = 0; i < Moves(); ++i) {
@@ -139,14 +164,23 @@ protected:
       hand.Pump();
     }
     const ProcessorTime end = Used();
+    milliseconds = std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
+    paintings = PaintCount::paintings;
     const double user = (end.user - start.user) / Moves();
     const double kernel = (end.kernel - start.kernel) / Moves();
     constexpr double PercentAtRate = 1000 / 1e6 * 100;  // at 1,000 moves a second
     std::cout << std::fixed << std::setprecision(1) << "  " << std::left << std::setw(32) << what << std::right
               << std::setw(7) << user << " us user" << std::setw(7) << kernel << " us kernel a move" << std::setw(7)
-              << (user + kernel) * PercentAtRate << " % of a core at 1,000 a second" << std::endl;
+              << (user + kernel) * PercentAtRate << " % of a core at 1,000 a second; " << paintings << " paintings in "
+              << milliseconds << " ms" << std::endl;
   }
-  void MeasurePeers() const {
+  // Changes of a hundredth of a second are painted together.
+  void ExpectPaintedTogether() const {
+    constexpr double together = 10;
+    EXPECT_GT(paintings, 0);
+    EXPECT_LE(paintings, milliseconds / together + 2);
+  }
+  void MeasurePeers() {
     const BareWindow still(container.Window(), false);
     Measure("a bare window", still.Handle(), 0);
     EXPECT_EQ(still.MovesSeen(), Moves());
@@ -154,6 +188,10 @@ protected:
     Measure("a bare window that paints", painting.Handle(), 0);
     EXPECT_GE(painting.Paintings(), Moves() / 2);
   }
+
+  // What was measured last.
+  double milliseconds = 0;
+  int paintings = 0;
 };
 
 TEST_F(MouseRate, WhatMovesCost) {
@@ -161,9 +199,11 @@ TEST_F(MouseRate, WhatMovesCost) {
   const Snapshot before = Look();
   Measure("drawing tool over layers", canvas, 0);
   EXPECT_TRUE(ShowsAgain(before)) << "nothing is marked";
+  EXPECT_EQ(paintings, 0);
 
   Choose(L"Selection");
   Measure("pointer tool over layers", canvas, 0);
+  ExpectPaintedTogether();
   PostMessageW(canvas, WM_MOUSEMOVE, 0, Packed({CornerOf(0).x + 5, CornerOf(0).y + 5}));
   hand.Pump();
   EXPECT_TRUE(hand.Await([&] { return Look() != before; })) << "the layer is marked";
@@ -171,6 +211,7 @@ TEST_F(MouseRate, WhatMovesCost) {
   Choose(L"Rectangle");
   PostMessageW(canvas, WM_LBUTTONDOWN, MK_LBUTTON, Packed(Beside));
   Measure("rubber band", canvas, MK_LBUTTON);
+  ExpectPaintedTogether();
   PostMessageW(canvas, WM_MOUSEMOVE, MK_LBUTTON, Packed(Beside));  // no layer comes of it
   PostMessageW(canvas, WM_LBUTTONUP, 0, Packed(Beside));
   hand.Pump();
@@ -179,7 +220,9 @@ TEST_F(MouseRate, WhatMovesCost) {
   const Snapshot unwritten = Look();
   PostMessageW(canvas, WM_LBUTTONDOWN, MK_LBUTTON, Packed(Beside));
   Measure("pen", canvas, MK_LBUTTON);
+  ExpectPaintedTogether();
   Measure("pen, in a longer stroke", canvas, MK_LBUTTON);
+  ExpectPaintedTogether();
   PostMessageW(canvas, WM_LBUTTONUP, 0, Packed(Beside));
   hand.Pump();
   EXPECT_TRUE(hand.Await([&] { return Look() != unwritten; })) << "the stroke is a layer";
