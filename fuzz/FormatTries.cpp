@@ -15,7 +15,8 @@ ReadLimits LimitsFor(std::span<const std::uint8_t> bytes) {
   constexpr std::uint64_t pixels = std::uint64_t{1} << 20U;
   constexpr std::uint64_t dictionary = std::uint64_t{8} << 20U;
   constexpr std::array<std::uint8_t, 6> lzma{0xFD, '7', 'z', 'X', 'Z', 0};
-  return {std::ranges::search(bytes, lzma).empty() ? pixels : pixels + dictionary};
+  const bool hasLzma = std::search(bytes.begin(), bytes.end(), lzma.begin(), lzma.end()) != bytes.end();
+  return {hasLzma ? pixels + dictionary : pixels};
 }
 
 constexpr std::int32_t TriedPages = 4;
