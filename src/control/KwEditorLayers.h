@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "canvas/ClipboardWatch.h"
 #include "canvas/DrawingTools.h"
@@ -47,6 +48,8 @@ public:
   void UserControl_ReadProperties(PropertyBag& bag);
   void UserControl_WriteProperties(PropertyBag& bag);
   void UserControl_Terminate();
+  // Whether a property is one of those that are kept.
+  static bool IsPersisted(std::string_view property);
 
   // Paths are UTF-8 and may be long.
   void OpenFile(const std::string& fPath);
@@ -116,8 +119,6 @@ private:
   void ConnectEvents();
   void RunStartUpSteps(Procedure& run);
   void RemoveScratchFiles(Procedure& run);
-  // Loads an image through the scratch engine and the scratch bitmap; empty where that fails.
-  Bitmap TakeImage(Procedure& run, const std::string& path, bool isSignature);
   void ReCreateUndoFileIndex() {}  // the hook behind which a history can be built
   void PropertyChanged(Procedure& run, const char* name);
   void SetButton(Procedure& run, const char* key, bool isEnabled) const;

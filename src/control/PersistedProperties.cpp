@@ -1,8 +1,10 @@
 // The properties that the container keeps: one table, read in its own order and written in another.
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <variant>
 
 #include "control/KwEditorLayers.h"
@@ -76,6 +78,10 @@ void WriteTo(PropertyBag& bag, const char* key, const std::string& value, const 
 }
 
 }  // namespace
+
+bool KwEditorLayers::IsPersisted(std::string_view property) {
+  return std::ranges::any_of(Table(), [&](const PersistedProperty& row) { return row.key == property; });
+}
 
 void KwEditorLayers::UserControl_ReadProperties(PropertyBag& bag) {
   Procedure run(trap, "UserControl_ReadProperties");

@@ -1,5 +1,7 @@
 // The property procedures. Each traces its name; a Let stores, applies its side effect and notifies the container.
 
+#include <utility>
+
 #include "control/KwEditorLayers.h"
 #include "document/ScratchBitmap.h"
 #include "picture/Signature.h"
@@ -173,14 +175,24 @@ void KwEditorLayers::LetAppDir(const std::string& value) {
 
 void KwEditorLayers::LetSignatureFilePath(const std::string& path) {
   Procedure run(trap, "Let SignatureFilePath");
-  run([&] { signatureImage = IsBlank(path) ? Bitmap() : SignatureInk(TakeImage(run, path, true)); });
+  Bitmap image;
+  if (!IsBlank(path) && KWPicTempBuffer.Load(path)) {
+    run([&] { KWPicTempBuffer.PrepareSignature(); });
+    run([&] { ScratchBitmap(desktop).PassAndRemove(KWPicTempBuffer, image); });
+  }
+  Bitmap ink;
+  run([&] { ink = SignatureInk(image); });
+  run([&] { signatureImage = std::move(ink); });
   run([&] { form.tbrEditingTools.SetButtonEnabled("Signature", !signatureImage.IsEmpty()); });
   PropertyChanged(run, "SignatureFilePath");
 }
 
 void KwEditorLayers::LetBGImage(const std::string& path) {
   Procedure run(trap, "Let BackGroundImage");
-  const Bitmap image = IsBlank(path) ? Bitmap() : TakeImage(run, path, false);
+  Bitmap image;
+  if (!IsBlank(path) && KWPicTempBuffer.Load(path)) {
+    run([&] { image = ScratchBitmap(desktop).Pass(KWPicTempBuffer); });
+  }
   run([&] { form.TransBackImage.SetPicture(image); });
   if (image.IsEmpty()) {
     run([&] { form.TransBackImage.SetVisible(false); });
@@ -191,24 +203,11 @@ void KwEditorLayers::LetBGImage(const std::string& path) {
                                static_cast<float>(image.Height()));
     });
     run([&] { form.TransBackImage.SetVisible(m_IsToShowBackImage); });
-    run([&] { form.TransBackImage.SetLightened(m_IsToLightenBackImage); });
+    run([&] { form.TransBackImage.SetLightened(GetIsToLightenBackImage()); });
     SetButton(run, "ShowHideBackImage", true);
     run([&] { zoom.UpdateAndZoom(); });
   }
   PropertyChanged(run, "BGImage");
-}
-
-Bitmap KwEditorLayers::TakeImage(Procedure& run, const std::string& path, bool isSignature) {
-  if (!KWPicTempBuffer.Load(path)) return {};
-  Bitmap image;
-  run([&] {
-    if (isSignature) KWPicTempBuffer.PrepareSignature();
-  });
-  if (!run([&] { image = ScratchBitmap(desktop).Pass(KWPicTempBuffer); })) return {};
-  run([&] {
-    if (isSignature) ScratchBitmap(desktop).RemoveIfThere();
-  });
-  return image;
 }
 
 }  // namespace kw

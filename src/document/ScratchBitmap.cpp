@@ -72,13 +72,23 @@ void WriteMarked(const Desktop& desktop, PictureEngine& engine) {
   AppendToFile(path, MarkOf({desktop.MachineName(), desktop.ProcessNumber()}));
 }
 
+Bitmap WriteAndReadBack(Desktop& desktop, PictureEngine& engine) {
+  WriteMarked(desktop, engine);
+  Bitmap picture = desktop.LoadPicture(GetTempImagePath(desktop));
+  return SamePicture(picture, engine.Current()) ? picture : engine.Current();
+}
+
 }  // namespace
 
 Bitmap ScratchBitmap::Pass(PictureEngine& engine) {
   const std::scoped_lock lock(scratchLock);
-  WriteMarked(desktop, engine);
-  Bitmap picture = desktop.LoadPicture(GetTempImagePath(desktop));
-  return SamePicture(picture, engine.Current()) ? picture : engine.Current();
+  return WriteAndReadBack(desktop, engine);
+}
+
+void ScratchBitmap::PassAndRemove(PictureEngine& engine, Bitmap& picture) {
+  const std::scoped_lock lock(scratchLock);
+  picture = WriteAndReadBack(desktop, engine);
+  desktop.RemoveFile(GetTempImagePath(desktop));
 }
 
 void ScratchBitmap::Write(PictureEngine& engine) {
@@ -94,12 +104,6 @@ Bitmap ScratchBitmap::Read() {
 void ScratchBitmap::Remove() {
   const std::scoped_lock lock(scratchLock);
   desktop.RemoveFile(GetTempImagePath(desktop));
-}
-
-void ScratchBitmap::RemoveIfThere() {
-  const std::scoped_lock lock(scratchLock);
-  const std::string path = GetTempImagePath(desktop);
-  if (!desktop.DirectoryLookUp(path).empty()) desktop.RemoveFile(path);
 }
 
 void ScratchBitmap::RemoveLeftovers() {

@@ -18,14 +18,14 @@ public:
   // Writes the engine's picture and reads it back. What comes back is the engine's picture, whoever else wrote the
   // file. Raises the errors of PictureEngine::Save and of Desktop::LoadPicture.
   Bitmap Pass(PictureEngine& engine);
-  // The two halves of it. Between them another control may write the file or remove it.
+  // The same, then removes the file. The picture is handed over before that, which may raise the errors of Remove().
+  void PassAndRemove(PictureEngine& engine, Bitmap& picture);
+  // The two halves of Pass(). Between them another control may write the file or remove it.
   void Write(PictureEngine& engine);
   Bitmap Read();
 
   // Raises the errors of Desktop::RemoveFile.
   void Remove();
-  // The same, unless another control has removed it already.
-  void RemoveIfThere();
   // Removes what processes of this machine that are gone left in the work folder. A file without the mark is not
   // touched.
   void RemoveLeftovers();

@@ -1,4 +1,8 @@
+#include <algorithm>
+#include <thread>
+
 #include "support/EditorFixture.h"
+#include "support/Errors.h"
 
 namespace kw::test {
 namespace {
@@ -50,6 +54,14 @@ TEST_F(Properties, IsEditableSwitchesEveryButtonButUndoAndRedoTheCanvasAndTheVie
     EXPECT_EQ(Form().picCanvas.Enabled(), value);
     EXPECT_EQ(Form().picFrame.Enabled(), value);
   }
+}
+
+TEST_F(Properties, IsEditableAndThePageSwitchTheViewportAndTheLastOneDecides) {
+  EXPECT_TRUE(Form().picFrame.Enabled()) << "without a page";
+  control->LetIsEditable(false);
+  control->OpenFile(MakeImage("scan.bmp"));
+  EXPECT_TRUE(Form().picFrame.Enabled());
+  EXPECT_FALSE(Form().picCanvas.Enabled());
 }
 
 TEST_F(Properties, IsToAllowChooseColorSwitchesItsFrameAndTwoTools) {
@@ -105,83 +117,74 @@ TEST_F(Properties, EveryPropertyTracesItsOwnNameButTwoThatTraceANeighbours) {
   }
 }
 
-TEST_F(Properties, EveryLetNotifiesTheContainer) {
-  events.properties.clear();
-  control->LetEnabled(true);
-  control->LetMaxUndoLevels(9);
-  control->LetIsToShowBackImage(true);
-  control->LetAppDir(AppDir);
-  EXPECT_EQ(events.properties, (Names{"Enabled", "MaxUndoLevels", "IsToShowBackImage", "AppDir"}));
+TEST_F(Properties, EveryLetNotifiesTheContainerOnceItHasTakenEffect) {
+  struct Case {
+    std::string name;
+    std::function<void()> let;
+    std::function<bool()> isInEffect;
+  };
+  KwEditorLayers& c = *control;
+  EditorForm& form = Form();
+  const std::string picture = MakeImage("picture.bmp");
+  const auto isRebuilt = [&] { return std::ranges::count(Trace(), "UpdateAndZoom") == 1; };
+  c.LetIsToLightenBackImage(false);
+  c.LetIsSaveButtonEnabled(false);
+  const std::vector<Case> cases{
+      {"MaxUndoLevels", [&] { c.LetMaxUndoLevels(9); }, [&] { return c.GetMaxUndoLevels() == 9; }},
+      {"BGImage", [&] { c.LetBGImage(picture); },
+       [&] { return isRebuilt() && form.TransBackImage.HasPicture() && IsEnabled("ShowHideBackImage"); }},
+      {"IsToShowBackImage", [&] { c.LetIsToShowBackImage(true); },
+       [&] { return isRebuilt() && form.TransBackImage.Visible() && c.GetIsToShowBackImage(); }},
+      {"IsToLightenBackImage", [&] { c.LetIsToLightenBackImage(true); },
+       [&] { return isRebuilt() && form.TransBackImage.IsLightened() && c.GetIsToLightenBackImage(); }},
+      {"SignatureFilePath", [&] { c.LetSignatureFilePath(picture); },
+       [&] { return form.tbrEditingTools.ButtonOf("Signature").enabled && !c.SignatureImage().IsEmpty(); }},
+      {"IsFileChanged", [&] { c.LetIsFileChanged(true); }, [&] { return IsEnabled("Save") && c.m_IsFileChanged; }},
+      {"IsSaveButtonEnabled", [&] { c.LetIsSaveButtonEnabled(false); },
+       [&] { return !IsEnabled("Save") && !c.GetIsSaveButtonEnabled(); }},
+      {"IsOpenButtonVisible", [&] { c.LetIsOpenButtonVisible(true); },
+       [&] { return form.tbrOpenFile.Visible() && form.tbrBasicTools(0).Left() > form.tbrOpenFile.Left(); }},
+      {"IsToSaveAsMultiPageFile", [&] { c.LetIsToSaveAsMultiPageFile(true); },
+       [&] { return c.GetIsToSaveAsMultiPageFile(); }},
+      {"IsToAllowChooseColor", [&] { c.LetIsToAllowChooseColor(false); },
+       [&] { return !form.kwraChooseColorTool.Enabled() && !form.tbrEditingTools.ButtonOf("Fill").enabled; }},
+      {"IsToolboxVisible", [&] { c.LetIsToolboxVisible(false); }, [&] { return !form.kwraTools.Visible(); }},
+      {"IsEditable", [&] { c.LetIsEditable(false); },
+       [&] { return !form.picFrame.Enabled() && events.properties.size() == 2; }},  // the tool box came before
+      {"Enabled", [&] { c.LetEnabled(false); }, [&] { return !form.editor.Enabled(); }},
+      {"AppDir", [&] { c.LetAppDir(folder.File("other")); }, [&] { return AppDir == folder.File("other"); }},
+  };
+  for (const Case& one : cases) {
+    bool isInEffect = false;
+    events.properties.clear();
+    ForgetTrace();
+    events.onEvent = [&](const std::string&) { isInEffect = one.isInEffect(); };
+    one.let();
+    events.onEvent = nullptr;
+    EXPECT_TRUE(isInEffect) << one.name;
+    EXPECT_EQ(std::ranges::count(events.properties, one.name), 1) << one.name;
+    EXPECT_EQ(events.properties.back(), one.name);
+  }
 }
 
 TEST_F(Properties, AppDirIsThatOfTheThread) {
   KwEditorLayers second(desktop, events);
   second.LetAppDir(folder.File("other"));
   EXPECT_EQ(control->GetAppDir(), folder.File("other"));
-}
-
-using Persistence = EditorTest;
-
-TEST_F(Persistence, AnEmptyBagGivesTheDefaults) {
-  RecordedBag bag;
-  control->UserControl_ReadProperties(bag);
-  EXPECT_EQ(bag.read,
-            (Names{"Enabled", "MaxUndoLevels", "IsToolboxVisible", "IsOpenButtonVisible", "IsSaveButtonEnabled",
-                   "IsEditable", "AppDir", "IsToAllowChooseColor", "IsToSaveAsMultiPageFile", "IsToLightenBackImage"}));
-  EXPECT_EQ(AppDir, "");
-  AppDir = folder.Path();
-  EXPECT_TRUE(control->GetEnabled());
-  EXPECT_EQ(control->GetMaxUndoLevels(), 5);
-  EXPECT_FALSE(Form().kwraTools.Visible());
-  EXPECT_FALSE(control->GetIsOpenButtonVisible());
-  EXPECT_TRUE(control->GetIsSaveButtonEnabled());
-  EXPECT_TRUE(IsEnabled("Save"));
-  EXPECT_TRUE(control->GetIsEditable());
-  std::error_code ignored;
-  std::filesystem::remove("FunctionsInExecution.txt", ignored);  // what was traced while AppDir was empty
-}
-
-TEST_F(Persistence, WritesInAnOrderOfItsOwn) {
-  RecordedBag bag;
-  control->UserControl_WriteProperties(bag);
-  EXPECT_EQ(bag.written,
-            (Names{"Enabled", "MaxUndoLevels", "IsToolboxVisible", "IsOpenButtonVisible", "IsToAllowChooseColor",
-                   "IsSaveButtonEnabled", "IsEditable", "IsToSaveAsMultiPageFile", "AppDir", "IsToLightenBackImage"}));
-}
-
-TEST_F(Persistence, GoesThroughThePropertyProceduresButStoresAppDirDirectly) {
-  RecordedBag bag;
-  bag.values["AppDir"] = AppDir;
-  ForgetTrace();
-  control->UserControl_ReadProperties(bag);
-  EXPECT_EQ(Trace(), (Names{"UserControl_ReadProperties", "Let Enabled", "Let MaxUndoLevels", "Let IsToolboxVisible",
-                            "Get IsEditable", "Let IsOpenButtonVisible", "RedrawToolBars", "Let IsSaveButtonEnabled",
-                            "Let IsSaveButtonEnabled", "Get IsToolboxVisible", "Let IsToolboxVisible", "Get IsEditable",
-                            "Let IsToAllowChooseColor", "Let IsToSaveAsMultiPageFile", "Let IsToLightenBackImage",
-                            "UpdateAndZoom"}));
-}
-
-TEST_F(Persistence, WhatWasWrittenIsReadBack) {
-  control->LetEnabled(false);
-  control->LetMaxUndoLevels(12);
-  control->LetIsToolboxVisible(true);
-  control->LetIsOpenButtonVisible(true);
-  control->LetIsToAllowChooseColor(true);
-  control->LetIsToSaveAsMultiPageFile(true);
-  control->LetIsToLightenBackImage(true);
-  RecordedBag bag;
-  control->UserControl_WriteProperties(bag);
-  KwEditorLayers second(desktop, events);
-  second.UserControl_Initialize();
-  second.UserControl_ReadProperties(bag);
-  EXPECT_FALSE(second.GetEnabled());
-  EXPECT_EQ(second.GetMaxUndoLevels(), 12);
-  EXPECT_TRUE(second.GetIsToolboxVisible());
-  EXPECT_TRUE(second.GetIsOpenButtonVisible());
-  EXPECT_TRUE(second.GetIsToAllowChooseColor());
-  EXPECT_TRUE(second.GetIsToSaveAsMultiPageFile());
-  EXPECT_TRUE(second.GetIsToLightenBackImage());
-  EXPECT_EQ(second.GetAppDir(), folder.Path());
+  std::string first = "not asked";
+  std::string own;
+  std::thread([&] {
+    first = AppDir;
+    AppDir = folder.Path();
+    ScriptedDesktop otherDesktop;
+    RecordedEvents otherEvents;
+    KwEditorLayers other(otherDesktop, otherEvents);
+    other.LetAppDir(folder.File("elsewhere"));
+    own = other.GetAppDir();
+  }).join();
+  EXPECT_EQ(first, "");
+  EXPECT_EQ(own, folder.File("elsewhere"));
+  EXPECT_EQ(control->GetAppDir(), folder.File("other"));
 }
 
 using Signature = EditorTest;
@@ -210,17 +213,36 @@ TEST_F(Signature, GoesThroughTheScratchBitmapWhichIsDeleted) {
   EXPECT_FALSE(Exists(folder.File("tmp1234.bmp")));
 }
 
-TEST_F(Signature, MindsNoScratchBitmapThatIsGoneAlready) {
+TEST_F(Signature, WhoseScratchBitmapIsGoneIsAnErrorAndIsTaken) {
   desktop.pictureLoader = [load = desktop.pictureLoader](const std::string& path) {
     Bitmap picture = load(path);
     if (path.ends_with("tmp1234.bmp")) RemoveFileAt(path);
     return picture;
   };
   control->LetSignatureFilePath(MakeImage("sign.bmp", 12, 7));
-  EXPECT_FALSE(Exists(folder.File("tmp1234.bmp")));
+  EXPECT_EQ(events.errors, std::vector<int>{53});
   EXPECT_EQ(control->SignatureImage().Width(), 12);
   EXPECT_TRUE(Form().tbrEditingTools.ButtonOf("Signature").enabled);
-  EXPECT_TRUE(desktop.boxes.empty());
+}
+
+TEST_F(Signature, ThatCannotBeWrittenToTheScratchBitmapIsNone) {
+  control->LetSignatureFilePath(MakeImage("former.bmp"));
+  std::filesystem::create_directory(ToFilesystemPath(folder.File("tmp1234.bmp")));
+  control->LetSignatureFilePath(MakeImage("sign.bmp"));
+  EXPECT_EQ(events.errors.size(), 1U);
+  EXPECT_TRUE(control->SignatureImage().IsEmpty());
+  EXPECT_FALSE(Form().tbrEditingTools.ButtonOf("Signature").enabled);
+}
+
+TEST_F(Signature, WhoseErrorCannotBeReportedLeavesTheCall) {
+  control->LetSignatureFilePath(MakeImage("former.bmp", 12, 7));
+  std::filesystem::create_directory(ToFilesystemPath(folder.File("tmp1234.bmp")));
+  events.properties.clear();
+  desktop.whileBoxIsUp = [&](const auto&) { AppDir = folder.File("missing\\"); };
+  EXPECT_EQ(ErrorOf([&] { control->LetSignatureFilePath(MakeImage("sign.bmp")); }), 76);
+  EXPECT_EQ(desktop.boxes.size(), 1U);
+  EXPECT_TRUE(events.properties.empty());
+  EXPECT_EQ(control->SignatureImage().Width(), 12);
 }
 
 using Background = EditorTest;
@@ -237,6 +259,27 @@ TEST_F(Background, OfABlankPathOrABadFileClearsThePictureAndDisablesItsButton) {
     EXPECT_FALSE(IsEnabled("ShowHideBackImage"));
   }
   EXPECT_TRUE(desktop.boxes.empty());
+}
+
+TEST_F(Background, IsLightenedAsItsPropertySays) {
+  const std::string path = MakeImage("back.bmp");
+  ForgetTrace();
+  control->LetBGImage(path);
+  const Names trace = Trace();
+  ASSERT_GE(trace.size(), 3U);
+  EXPECT_EQ(Names(trace.begin(), trace.begin() + 3),
+            (Names{"Let BackGroundImage", "Get IsToLightenBackImage", "UpdateAndZoom"}));
+}
+
+TEST_F(Background, ThatIsTakenAwayLeavesTheCanvasAsItIsUntilTheNextRebuild) {
+  control->LetIsToShowBackImage(true);
+  control->LetBGImage(MakeImage("back.bmp", 500, 300));
+  ForgetTrace();
+  control->LetBGImage("");
+  EXPECT_EQ(Trace(), Names{"Let BackGroundImage"});
+  EXPECT_EQ(Form().picCanvas.Width(), 502);
+  control->ZoomRoom().UpdateAndZoom();
+  EXPECT_LT(Form().picCanvas.Width(), 502);
 }
 
 TEST_F(Background, IsShownWhileIsToShowBackImageIsTrueAndLightenedOnDemand) {
