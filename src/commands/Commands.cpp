@@ -5,7 +5,6 @@
 #include "commands/Dispatcher.h"
 #include "components/Arithmetic.h"
 #include "document/GraphicFiles.h"
-#include "trap/Procedure.h"
 
 namespace kw {
 
@@ -74,48 +73,67 @@ std::span<const Dispatcher::Command> Dispatcher::Commands() {
   return commands;
 }
 
-void Dispatcher::Save(const Command& /*row*/) { properties.SavePage(); }
+void Dispatcher::Save(const Command& /*row*/, Procedure& run) {
+  run([&] { properties.SavePage(); });
+}
 
-void Dispatcher::Print(const Command& /*row*/) { desktop.EndPrintJob(); }
+void Dispatcher::Print(const Command& /*row*/, Procedure& run) {
+  run([&] { desktop.EndPrintJob(); });
+}
 
 // Not const, for a place in the table.
 // NOLINTBEGIN(readability-make-member-function-const)
-void Dispatcher::RaisePrinterSetup(const Command& /*row*/) { PrinterSetup.Raise(); }
-void Dispatcher::RaiseSelectScanner(const Command& /*row*/) { SelectScanner.Raise(); }
-void Dispatcher::RaiseAcquire(const Command& /*row*/) { Acquire.Raise(); }
+void Dispatcher::RaisePrinterSetup(const Command& /*row*/, Procedure& run) {
+  run([&] { PrinterSetup.Raise(); });
+}
+void Dispatcher::RaiseSelectScanner(const Command& /*row*/, Procedure& run) {
+  run([&] { SelectScanner.Raise(); });
+}
+void Dispatcher::RaiseAcquire(const Command& /*row*/, Procedure& run) {
+  run([&] { Acquire.Raise(); });
+}
 // NOLINTEND(readability-make-member-function-const)
 
-void Dispatcher::ShowSmallKey(const Command& row) {
-  std::string prompt(row.key);
-  prompt[0] = static_cast<char>(prompt[0] - 'A' + 'a');
-  desktop.ShowMessageBox(prompt);
+void Dispatcher::ShowSmallKey(const Command& row, Procedure& run) {
+  run([&] {
+    std::string prompt(row.key);
+    prompt[0] = static_cast<char>(prompt[0] - 'A' + 'a');
+    desktop.ShowMessageBox(prompt);
+  });
 }
 
-void Dispatcher::ShowKey(const Command& row) { desktop.ShowMessageBox(std::string(row.key)); }
-
-void Dispatcher::Paste(const Command& /*row*/) { desktop.ShowMessageBox("mnuPasteSelectedArea_Click"); }
-
-void Dispatcher::ZoomIn(const Command& /*row*/) { zoom.ZoomIn(); }
-void Dispatcher::ZoomOut(const Command& /*row*/) { zoom.ZoomOut(); }
-
-void Dispatcher::ShowHideTools(const Command& /*row*/) {
-  properties.LetIsToolboxVisible(!properties.GetIsToolboxVisible());
+void Dispatcher::ShowKey(const Command& row, Procedure& run) {
+  run([&] { desktop.ShowMessageBox(std::string(row.key)); });
 }
 
-void Dispatcher::ShowHideBackImage(const Command& /*row*/) {
-  properties.LetIsToShowBackImage(!properties.GetIsToShowBackImage());
+void Dispatcher::Paste(const Command& /*row*/, Procedure& run) {
+  run([&] { desktop.ShowMessageBox("mnuPasteSelectedArea_Click"); });
 }
 
-void Dispatcher::PrevPage(const Command& /*row*/) { StepPage(-1); }
-void Dispatcher::NextPage(const Command& /*row*/) { StepPage(+1); }
+void Dispatcher::ZoomIn(const Command& /*row*/, Procedure& run) {
+  run([&] { zoom.ZoomIn(); });
+}
+void Dispatcher::ZoomOut(const Command& /*row*/, Procedure& run) {
+  run([&] { zoom.ZoomOut(); });
+}
 
-void Dispatcher::StepPage(int step) {
-  form.PageIndex.SetValue(ToInteger16(ToInteger16(form.PageIndex.Value()) + step));
+void Dispatcher::ShowHideTools(const Command& /*row*/, Procedure& run) {
+  run([&] { properties.LetIsToolboxVisible(!properties.GetIsToolboxVisible()); });
+}
+
+void Dispatcher::ShowHideBackImage(const Command& /*row*/, Procedure& run) {
+  run([&] { properties.LetIsToShowBackImage(!properties.GetIsToShowBackImage()); });
+}
+
+void Dispatcher::PrevPage(const Command& /*row*/, Procedure& run) { StepPage(run, -1); }
+void Dispatcher::NextPage(const Command& /*row*/, Procedure& run) { StepPage(run, +1); }
+
+void Dispatcher::StepPage(Procedure& run, int step) {
+  run([&] { form.PageIndex.SetValue(ToInteger16(ToInteger16(form.PageIndex.Value()) + step)); });
 }
 
 // Each step is a statement of its own: after a failed operation the bracket is closed all the same.
-void Dispatcher::RunOperations(const Command& row) {
-  Procedure run(trap);
+void Dispatcher::RunOperations(const Command& row, Procedure& run) {
   run([&] { bracket.DoPreCommandProcess(); });
   for (const std::string_view operation : row.operations) {
     run([&] {
@@ -126,23 +144,23 @@ void Dispatcher::RunOperations(const Command& row) {
 }
 
 // The depth that the operation gave is the one to be written back in.
-void Dispatcher::ChangeDepth(const Command& row) {
-  Procedure run(trap);
+void Dispatcher::ChangeDepth(const Command& row, Procedure& run) {
   run([&] { bracket.DoPreCommandProcess(); });
   run([&] { KWPic.Apply(row.operations[0]); });
   run([&] { bracket.SetBitsPerPixel(KWPic.BitsPerPixel()); });
   run([&] { bracket.DoPostCommandProcess(); });
 }
 
-void Dispatcher::Signature(const Command& /*row*/) {
-  form.tbrFillPattern.SetButtonPressed("NoFillInside", true);
-  tbrFillPattern_ButtonClick("NoFillInside");
+void Dispatcher::Signature(const Command& /*row*/, Procedure& run) {
+  run([&] { form.tbrFillPattern.SetButtonPressed("NoFillInside", true); });
+  run([&] { tbrFillPattern_ButtonClick("NoFillInside"); });
 }
 
-void Dispatcher::Stamp(const Command& /*row*/) { form.tbrEditingTools.SetButtonPressed("Stamp", true); }
+void Dispatcher::Stamp(const Command& /*row*/, Procedure& run) {
+  run([&] { form.tbrEditingTools.SetButtonPressed("Stamp", true); });
+}
 
-void Dispatcher::FontSettings(const Command& /*row*/) {
-  Procedure run(trap);
+void Dispatcher::FontSettings(const Command& /*row*/, Procedure& run) {
   run([&] { isFontDialogUp = true; });
   run([&] {
     Font font = layers.CurrentLayer().TextFont();
@@ -152,17 +170,22 @@ void Dispatcher::FontSettings(const Command& /*row*/) {
   run([&] { isFontDialogUp = false; });
 }
 
-void Dispatcher::Open(const Command& /*row*/) {
+void Dispatcher::Open(const Command& /*row*/, Procedure& run) {
   OpenDialog dialog;
   dialog.filter = SupportedGraphicFiles;
   dialog.filterIndex = 2;
+  if (!run([&] { AskForFile(dialog); })) return;
+  run([&] { document.OpenFile(dialog.fileName); });
+  run([&] { document.SetFirstFilePath(dialog.fileName); });
+}
+
+// Asks again until there is such a file. A cancelled dialog is its error.
+void Dispatcher::AskForFile(OpenDialog& dialog) {
   for (;;) {
     if (!desktop.ShowOpen(dialog)) Raise(ErrorNumber::Cancelled);
-    if (!desktop.DirectoryLookUp(dialog.fileName).empty()) break;
+    if (!desktop.DirectoryLookUp(dialog.fileName).empty()) return;
     desktop.ShowMessageBox("File does not exist..\r\nPlease select the filename again..", "File Open Error");
   }
-  document.OpenFile(dialog.fileName);
-  document.SetFirstFilePath(dialog.fileName);
 }
 
 }  // namespace kw

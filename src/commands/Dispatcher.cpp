@@ -3,9 +3,6 @@
 #include <algorithm>
 #include <array>
 
-#include "components/Arithmetic.h"
-#include "trap/Procedure.h"
-
 namespace kw {
 namespace {
 
@@ -55,14 +52,12 @@ Dispatcher::Dispatcher(const Rooms& rooms)
 
 void Dispatcher::ToolbarButtonClick(const std::string& key) {
   Procedure run(trap, "ToolbarButtonClick");
-  run([&] {
-    const auto commands = Commands();
-    const auto found = std::find_if(commands.begin(), commands.end(), [&](const Command& c) { return c.key == key; });
-    if (found == commands.end())
-      desktop.ShowMessageBox("ToolBar '" + key, "' not implemented yet ...");
-    else if (found->run != nullptr)
-      (this->*found->run)(*found);
-  });
+  const auto commands = Commands();
+  const auto found = std::find_if(commands.begin(), commands.end(), [&](const Command& c) { return c.key == key; });
+  if (found == commands.end())
+    run([&] { desktop.ShowMessageBox("ToolBar '" + key, "' not implemented yet ..."); });
+  else if (found->run != nullptr)
+    (this->*found->run)(*found, run);
   run([&] { SetCursorFromPressedTool(); });
 }
 

@@ -13,6 +13,7 @@
 #include "document/EditorProperties.h"
 #include "form/EditorForm.h"
 #include "layers/Layers.h"
+#include "trap/Procedure.h"
 #include "trap/Trap.h"
 #include "view/Zoom.h"
 
@@ -24,7 +25,8 @@ public:
   // One row of the command table.
   struct Command {
     std::string_view key;
-    void (Dispatcher::*run)(const Command& row);  // null: the button group has done the work already
+    // Runs the command as statements of the procedure. Null: the button group has done the work already.
+    void (Dispatcher::*run)(const Command& row, Procedure& run);
     // The engine operations that run between the two halves of the bracket; unused ones are empty.
     std::array<std::string_view, 2> operations{};
   };
@@ -68,29 +70,30 @@ private:
   void Forward(std::string_view procedure, const std::string& key);
   void SetCursorFromPressedTool();
 
-  void Save(const Command& row);
-  void Print(const Command& row);
-  void RaisePrinterSetup(const Command& row);
-  void RaiseSelectScanner(const Command& row);
-  void RaiseAcquire(const Command& row);
+  void Save(const Command& row, Procedure& run);
+  void Print(const Command& row, Procedure& run);
+  void RaisePrinterSetup(const Command& row, Procedure& run);
+  void RaiseSelectScanner(const Command& row, Procedure& run);
+  void RaiseAcquire(const Command& row, Procedure& run);
   // A box with the row's key in small letters.
-  void ShowSmallKey(const Command& row);
-  void ShowKey(const Command& row);
-  void Paste(const Command& row);
-  void ZoomIn(const Command& row);
-  void ZoomOut(const Command& row);
-  void ShowHideTools(const Command& row);
-  void ShowHideBackImage(const Command& row);
-  void PrevPage(const Command& row);
-  void NextPage(const Command& row);
-  void RunOperations(const Command& row);
-  void ChangeDepth(const Command& row);
-  void Signature(const Command& row);
-  void Stamp(const Command& row);
-  void FontSettings(const Command& row);
-  void Open(const Command& row);
+  void ShowSmallKey(const Command& row, Procedure& run);
+  void ShowKey(const Command& row, Procedure& run);
+  void Paste(const Command& row, Procedure& run);
+  void ZoomIn(const Command& row, Procedure& run);
+  void ZoomOut(const Command& row, Procedure& run);
+  void ShowHideTools(const Command& row, Procedure& run);
+  void ShowHideBackImage(const Command& row, Procedure& run);
+  void PrevPage(const Command& row, Procedure& run);
+  void NextPage(const Command& row, Procedure& run);
+  void RunOperations(const Command& row, Procedure& run);
+  void ChangeDepth(const Command& row, Procedure& run);
+  void Signature(const Command& row, Procedure& run);
+  void Stamp(const Command& row, Procedure& run);
+  void FontSettings(const Command& row, Procedure& run);
+  void Open(const Command& row, Procedure& run);
 
-  void StepPage(int step);
+  void StepPage(Procedure& run, int step);
+  void AskForFile(OpenDialog& dialog);
 
   Desktop& desktop;
   EditorForm& form;

@@ -207,6 +207,38 @@ TEST_F(Commands, OpenCancelledAfterANameThatDoesNotExistIsTheSameError) {
   EXPECT_EQ(control->OpenedDocument().FirstFilePath(), "");
 }
 
+TEST_F(Commands, OpenNamesTheFirstDocumentAlsoWhereOpeningItFails) {
+  const std::string path = MakeImage("scan.bmp");
+  control->OpenFile(MakeImage("earlier.bmp"));
+  desktop.openAnswers.emplace_back([&](OpenDialog& dialog) { dialog.fileName = path; });
+  // Where nothing can be traced, the report of that leaves OpenFile.
+  desktop.whileBoxIsUp = [&](const auto&) { AppDir = folder.File("missing\\"); };
+  Click("Open");
+  desktop.whileBoxIsUp = nullptr;
+  AppDir = folder.Path();
+  EXPECT_FALSE(Form().editor.Enabled());
+  EXPECT_EQ(control->OpenedDocument().FirstFilePath(), path);
+}
+
+TEST_F(Commands, AReportThatFailsEndsTheCommand) {
+  Form().tbrEditingTools.SetButtonPressed("Line", true);
+  desktop.fontAnswers.emplace_back([](Font&) { Raise(ErrorNumber::OutOfMemory); });
+  for (const char* key : {"Invert", "IncreaseBpp", "FontSettings", "Open"}) {
+    control->LetEnabled(true);
+    ForgetTrace();
+    // The control is created without a page, and the open dialog is cancelled.
+    desktop.whileBoxIsUp = [&](const auto& box) {
+      if (box.title == "Critical Error") AppDir = folder.File("missing\\");
+    };
+    Click(key);
+    AppDir = folder.Path();
+    EXPECT_FALSE(Form().editor.Enabled()) << key;
+    EXPECT_EQ(Form().picCanvas.Pointer(), MousePointer::NoDrop) << key;
+    const Names trace = Trace();
+    EXPECT_EQ(std::ranges::count(trace, "DoPostCommandProcess"), 0) << key;
+  }
+}
+
 TEST_F(Commands, AFontThatIsNotInstalledIsKeptAsItsName) {
   Font unknown;
   unknown.name = "No Such Font";
