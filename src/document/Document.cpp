@@ -188,9 +188,13 @@ void Document::ShowPageControls(DocumentProcedure& run) {
 
 // False when the user wants to stay on the page.
 bool Document::AskToKeepChanges(DocumentProcedure& run) {
-  const bool isToAsk =
-      run.Ask<bool>([&] { return properties.GetIsSaveButtonEnabled() && properties.GetIsFileChanged(); }, false) &&
-      m_PageSaveCounter > 1;
+  const bool isToAsk = run.Ask<bool>(
+      [&] {
+        const bool canSave = properties.GetIsSaveButtonEnabled();
+        const bool isChanged = properties.GetIsFileChanged();
+        return canSave && isChanged && m_PageSaveCounter > 1;
+      },
+      false);
   if (!isToAsk) return true;
   const auto answer = run.Ask<MessageAnswer>(
       [&] {

@@ -46,6 +46,8 @@ public:
   const std::string& FirstFilePath() const { return m_FirstFilePath; }
   void SetFirstFilePath(const std::string& path) { m_FirstFilePath = path; }
   std::int16_t CurrentPageNo() const { return m_CurrentPageNo; }
+  // From 2 on the user is asked whether to keep a page's changes. No procedure counts it up in this version.
+  void SetPageSaveCounter(std::int16_t value) { m_PageSaveCounter = value; }
   // Pages whose page files the split of this document could not write. What lies there under their names belongs to
   // another document, or to an earlier state of this one, and is not shown.
   const std::set<std::int16_t>& UnwrittenPages() const { return unwrittenPages; }

@@ -31,8 +31,12 @@ TEST_F(OpenFile, TracesEachProcedureInItsOrder) {
 }
 
 TEST_F(OpenFile, ShowsTheListOfPendingWorkFirstOnEveryCall) {
-  desktop.whileBoxIsUp = [&](const auto&) { EXPECT_EQ(control->OpenedDocument().FilePath(), ""); };
   const std::string path = MakeImage("scan.bmp");
+  ForgetTrace();
+  desktop.whileBoxIsUp = [&](const auto&) {
+    EXPECT_EQ(control->OpenedDocument().FilePath(), "");
+    EXPECT_TRUE(Trace().empty());
+  };
   control->OpenFile(path);
   desktop.whileBoxIsUp = nullptr;
   control->OpenFile(path);
@@ -105,6 +109,32 @@ TEST_F(OpenFile, StartsTheDefaultToolsTimerAfresh) {
   control->OpenFile(MakeImage("scan.bmp"));
   ASSERT_TRUE(desktop.FireTimer(Form().tmrDefaultToolsSelection));
   EXPECT_TRUE(Form().tbrEditingTools.ButtonOf("Text").pressed);
+}
+
+TEST_F(OpenFile, RestartsTheDefaultToolsTimerThatIsRunning) {
+  ASSERT_TRUE(desktop.runningTimers.contains(&Form().tmrDefaultToolsSelection));
+  const int starts = desktop.timerStarts["tmrDefaultToolsSelection"];
+  control->OpenFile(MakeImage("scan.bmp"));
+  EXPECT_EQ(desktop.timerStarts["tmrDefaultToolsSelection"], starts + 1);
+  EXPECT_TRUE(desktop.runningTimers.contains(&Form().tmrDefaultToolsSelection));
+}
+
+TEST_F(OpenFile, KeepsTheDepthOfEachPage) {
+  const std::string path = folder.File("D.fmf");
+  for (const int depth : {24, 8, 1}) {
+    KWPicEd engine;
+    engine.Replace(Bitmap(30, 20, depth));
+    engine.Append(path);
+  }
+  control->OpenFile(path);
+  EXPECT_EQ(Form().TransLayers(1).Picture().BitsPerPixel(), 24);
+  Form().PageIndex.SetValue(2);
+  EXPECT_EQ(Form().TransLayers(1).Picture().BitsPerPixel(), 8);
+  Form().PageIndex.SetValue(3);
+  EXPECT_EQ(Form().TransLayers(1).Picture().BitsPerPixel(), 1);
+  // Also for what a command makes of it.
+  Form().tbrMoreTools.ButtonClick.Raise("Soften");
+  EXPECT_EQ(Form().TransLayers(1).Picture().BitsPerPixel(), 1);
 }
 
 TEST_F(OpenFile, UnloadsFloatingLayersAndMarkersAndReturnsToThePageLayer) {
@@ -210,6 +240,14 @@ TEST_F(BadFile, AFolderThatCannotBeWrittenIsReportedOnceAndNoPageFileIsAnnounced
   EXPECT_TRUE(events.created.empty());
 }
 
+TEST_F(BadFile, APageFileThatCannotBeWrittenIsReportedWithTheSystemsOwnCode) {
+  control->OpenFile(folder.File("missing\\first.tif"));
+  control->OpenFile(MakeDocument("D.tif", 2));
+  ASSERT_EQ(events.errors, std::vector<int>{76});
+  EXPECT_NE(events.errorTexts[0].find("\r\nLastDllError : "), std::string::npos);
+  EXPECT_EQ(events.errorTexts[0].find("\r\nLastDllError : 0\r\n"), std::string::npos);
+}
+
 using Paging = EditorTest;
 
 TEST_F(Paging, ByTheButtonsStaysWithinTheDocument) {
@@ -245,10 +283,17 @@ TEST_F(Paging, PastEitherEndDoesNothing) {
 TEST_F(Paging, ByTheListChangesThePageAndTheSamePageAgainDoesNothing) {
   control->OpenFile(MakeDocument("D.tif", 3));
   events.changedTo.clear();
+  ForgetTrace();
   Form().cmbPageNo.UserChoose(3);
   EXPECT_EQ(Form().TransLayers(1).Picture().Width(), 30);
+  const Names trace = Trace();
+  ASSERT_GT(trace.size(), 2U);
+  EXPECT_EQ(trace[0], "cmbPageNo_Click");
+  EXPECT_EQ(trace[1], "PageIndex_Change");
+  ForgetTrace();
   Form().cmbPageNo.UserChoose(3);
   EXPECT_EQ(events.changedTo, std::vector<int>{3});
+  EXPECT_EQ(Trace(), Names{"cmbPageNo_Click"});
 }
 
 TEST_F(Paging, TheOnlyPageChosenAgainDoesNothing) {
@@ -267,6 +312,13 @@ TEST_F(Paging, AfterEditingShowsNoPrompt) {
   BasicBar("NextPage").UserClick("NextPage");
   EXPECT_TRUE(desktop.boxes.empty());
   EXPECT_EQ(control->OpenedDocument().CurrentPageNo(), 2);
+}
+
+TEST_F(Paging, DisablesUndoAndRedo) {
+  control->OpenFile(MakeDocument("D.tif", 2));
+  for (const char* key : {"Undo", "Redo"}) BasicBar(key).SetButtonEnabled(key, true);
+  Form().PageIndex.SetValue(2);
+  for (const char* key : {"Undo", "Redo"}) EXPECT_FALSE(IsEnabled(key)) << key;
 }
 
 TEST_F(Paging, ToAPageThatIsGoneKeepsTheNewPageNumberAndGivesTheFileError) {
