@@ -22,8 +22,8 @@ void RunToItsEnd(Procedure procedure) {
 EditorCore::EditorCore(IUnknown& controlling)
     : life(controlling), events(life, members), activation(*this), desktop(life, activation), editor(desktop, events) {
   const Lifetime::Entry entry(life);
-  events.OnChange([this] {
-    dirty = true;
+  events.OnChange([this](const std::string& property) {
+    if (KwEditorLayers::IsPersisted(property)) dirty = true;
     TellViewChanged();
   });
   editor.Engine().AskParametersFrom([this](const Effect& effect, std::span<double> values, const Bitmap& picture) {

@@ -78,7 +78,7 @@ void HostEvents::NewPageCreated(std::string& filePath, std::int16_t& currentPage
 void HostEvents::PageChanged(std::int16_t& pageNo) { Raise(PageChangedEventId, {ByReference(pageNo)}); }
 
 void HostEvents::PropertyChanged(const std::string& propertyName) {
-  if (changed) changed();
+  if (changed) changed(propertyName);
   const DISPID property = members.NumberOf(propertyName);
   if (property == DISPID_UNKNOWN) return;
   if (freezes == 0) {

@@ -25,8 +25,8 @@ public:
   void Freeze() { ++freezes; }
   void Thaw();
 
-  // Called for each assigned property, frozen or not.
-  void OnChange(std::function<void()> handler) { changed = std::move(handler); }
+  // Called for each assigned property with its name, frozen or not.
+  void OnChange(std::function<void(const std::string&)> handler) { changed = std::move(handler); }
 
   void ErrorOccured(std::int16_t& errorNo, std::string& errorMsg) override;
   void NewPageCreated(std::string& filePath, std::int16_t& currentPageNo, std::int16_t& totalPages) override;
@@ -44,7 +44,7 @@ private:
   ConnectionPoint propertyPoint;
   int freezes = 0;
   std::vector<DISPID> changedWhileFrozen;
-  std::function<void()> changed;
+  std::function<void(const std::string&)> changed;
 };
 
 }  // namespace kw::activex

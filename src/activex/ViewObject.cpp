@@ -21,6 +21,7 @@ STDMETHODIMP ViewObject::Draw(DWORD aspect, LONG /*index*/, void* /*aspectInfo*/
     if (target.right == target.left || target.bottom == target.top) return S_OK;
     core.LayOutOnce();
     windows::EditorWindow::Draw(core.Editor().Root(), drawContext, target);
+    core.Editor().Root().UserPaint();
     return S_OK;
   });
 }

@@ -5,6 +5,7 @@
 #include <ocidl.h>
 #include <ole2.h>
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -123,6 +124,9 @@ protected:
 };
 
 TEST_F(PersistenceTest, EmptyBagGivesTheDefaultsInTheReadingOrder) {
+  ChangeEverything();
+  control->put_IsEditable(VARIANT_FALSE);
+  control->put_Enabled(VARIANT_FALSE);
   TextBag bag;
   EXPECT_EQ(As<IPersistPropertyBag>()->Load(&bag, nullptr), S_OK);
   EXPECT_EQ(bag.read, ReadingOrder);
@@ -181,6 +185,46 @@ TEST_F(PersistenceTest, KnowsWhetherItHasToBeSaved) {
   bag.writeResult = S_OK;
   EXPECT_EQ(As<IPersistPropertyBag>()->Save(&bag, TRUE, TRUE), S_OK);
   EXPECT_EQ(stream->IsDirty(), S_FALSE);
+}
+
+TEST_F(PersistenceTest, HasToBeSavedOnlyForWhatIsSaved) {
+  const auto stream = As<IPersistStreamInit>();
+  const std::wstring document = scratch.WriteTiff(L"D.tif", 2);
+  const std::function<void()> kept[] = {
+      [&] { control->put_Enabled(VARIANT_TRUE); },
+      [&] { control->put_IsToolboxVisible(VARIANT_FALSE); },
+      [&] { control->put_IsOpenButtonVisible(VARIANT_TRUE); },
+      [&] { control->put_IsSaveButtonEnabled(VARIANT_TRUE); },
+      [&] { control->put_IsEditable(VARIANT_TRUE); },
+      [&] { control->put_AppDir(Text(scratch.Path())); },
+      [&] { control->put_IsToAllowChooseColor(VARIANT_TRUE); },
+      [&] { control->put_IsToSaveAsMultiPageFile(VARIANT_TRUE); },
+      [&] { control->put_IsToLightenBackImage(VARIANT_TRUE); },
+      [&] { control->put_MaxUndoLevels(7); },
+  };
+  const std::function<void()> forgotten[] = {
+      [&] { control->put_IsFileChanged(VARIANT_TRUE); },
+      [&] { control->put_m_IsFileChanged(VARIANT_FALSE); },
+      [&] { control->put_IsToShowBackImage(VARIANT_TRUE); },
+      [&] { control->put_SignatureFilePath(Text(document)); },
+      [&] { control->put_BGImage(Text(document)); },
+      [&] { control->put_SaveFilePath(Text(document)); },
+      [&] {
+        const BoxAnswerer user;
+        control->OpenFile(Text(document));
+      },
+      [&] { control->SavePage(); },
+  };
+  for (const auto& change : kept) {
+    stream->InitNew();
+    change();
+    EXPECT_EQ(stream->IsDirty(), S_OK) << &change - kept;
+  }
+  for (const auto& change : forgotten) {
+    stream->InitNew();
+    change();
+    EXPECT_EQ(stream->IsDirty(), S_FALSE) << &change - forgotten;
+  }
 }
 
 TEST_F(PersistenceTest, WrongTypeInTheBagIsReportedAndTheOthersAreRead) {
@@ -282,9 +326,12 @@ TEST_F(PersistenceTest, ForeignAndLaterStreamsAreRefused) {
   EXPECT_EQ(persist->Load(write(std::string("KwEP\1\0\1\0\1\0x\x9", 12)).Get()), E_FAIL);
   EXPECT_EQ(persist->Load(write(std::string("KwEP\1\0\1\0\1\0x\3\xff\xff\xff\xff", 16)).Get()), E_FAIL);
   // No entries at all, and one with a key that this version does not know: the defaults hold.
-  EXPECT_EQ(persist->Load(write(std::string("KwEP\1\0\0\0", 8)).Get()), S_OK);
-  EXPECT_EQ(persist->Load(write(std::string("KwEP\1\0\1\0\1\0x\1\1", 13)).Get()), S_OK);
-  ExpectDefaults(control);
+  for (const auto& bytes : {std::string("KwEP\1\0\0\0", 8), std::string("KwEP\1\0\1\0\1\0x\1\1", 13)}) {
+    ChangeEverything();
+    EXPECT_EQ(persist->Load(write(bytes).Get()), S_OK);
+    ExpectDefaults(control);
+    control->put_AppDir(Text(scratch.Path()));
+  }
 }
 
 TEST_F(PersistenceTest, StorageFollowsItsProtocol) {

@@ -105,6 +105,19 @@ TEST_F(ViewTest, DrawsTheFormWithoutAWindow) {
   EXPECT_EQ(canvas.At(300, 450), Canvas::Untouched);
 }
 
+TEST_F(ViewTest, LooksAtTheClipboardWithEachDrawing) {
+  const Canvas canvas(100, 80);
+  const RECTL bounds = {0, 0, 100, 80};
+  const int before = TracedTimes(scratch.Path(), "tmrWatchClipBoard_Timer");
+  for (const int paints : {1, 2}) {
+    EXPECT_EQ(As<IViewObject>()->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, canvas.Context(), &bounds,
+                                      nullptr, nullptr, 0),
+              S_OK);
+    EXPECT_EQ(TracedTimes(scratch.Path(), "UserControl_Paint"), paints);
+    EXPECT_EQ(TracedTimes(scratch.Path(), "tmrWatchClipBoard_Timer"), before + paints);
+  }
+}
+
 TEST_F(ViewTest, DrawsIntoAMetafile) {
   const HDC metafile = CreateEnhMetaFileW(nullptr, nullptr, nullptr, nullptr);
   const RECTL bounds = {0, 0, 200, 150};
