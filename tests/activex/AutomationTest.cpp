@@ -5,8 +5,14 @@
 #include <oleauto.h>
 #include <olectl.h>
 
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+
 #include "activex/BoxAnswerer.h"
 #include "activex/Fixture.h"
+#include "activex/Sinks.h"
 
 namespace kw::test {
 namespace {
@@ -143,10 +149,35 @@ TEST_F(AutomationTest, ControlsOfOneThreadShareTheFolder) {
 }
 
 TEST_F(AutomationTest, SavePageOnlyTraces) {
-  const std::wstring document = scratch.WriteTiff(L"D.tif", 1);
+  const auto wholeOf = [](const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return std::string{std::istreambuf_iterator<char>(file), {}};
+  };
+  const std::wstring trace = scratch.File(L"FunctionsInExecution.txt");
+  const auto filesButTheTrace = [&] {
+    std::map<std::wstring, std::string> files;
+    for (const auto& entry : std::filesystem::directory_iterator(scratch.Path())) {
+      if (entry.path().filename() != L"FunctionsInExecution.txt") files[entry.path()] = wholeOf(entry.path());
+    }
+    return files;
+  };
+  {
+    const BoxAnswerer user;
+    ASSERT_EQ(control->OpenFile(Text(scratch.WriteTiff(L"D.tif", 2))), S_OK);
+  }
   control->put_IsFileChanged(VARIANT_TRUE);
+  EventSink sink;
+  const Connection connection(control.Get(), DIID___KwEditorLayers, &sink);
+  const auto before = filesButTheTrace();
+  EXPECT_EQ(before.size(), 4U) << "the document, two pages and the scratch bitmap";
+  const std::string tracedBefore = wholeOf(trace);
+  const BoxAnswerer user;
   EXPECT_EQ(control->SavePage(), S_OK);
+  EXPECT_EQ(wholeOf(trace), tracedBefore + "SavePage\r\n");
+  EXPECT_EQ(filesButTheTrace(), before);
   EXPECT_TRUE(IsTrue(&Interface::get_IsFileChanged));
+  EXPECT_TRUE(sink.events.empty());
+  EXPECT_TRUE(user.Boxes().empty());
 }
 
 TEST_F(AutomationTest, PropertiesWorkByName) {

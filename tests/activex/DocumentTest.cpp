@@ -147,14 +147,15 @@ TEST_F(DocumentTest, FolderWithoutABackslashIsPartOfTheTraceFilesName) {
 }
 
 TEST_F(DocumentTest, EndLeavesTheTraceAndNoScratchBitmap) {
+  const auto bitmaps = [&] {
+    const std::filesystem::directory_iterator files(scratch.Path());
+    return std::count_if(begin(files), end(files), [](const auto& file) { return file.path().extension() == L".bmp"; });
+  };
   Open(scratch.WriteTiff(L"D.tif", 1));
+  EXPECT_EQ(bitmaps(), 1);
   connection.Cut();
   control.Reset();
-  int bitmaps = 0;
-  for (const auto& entry : std::filesystem::directory_iterator(scratch.Path())) {
-    bitmaps += entry.path().extension() == L".bmp" ? 1 : 0;
-  }
-  EXPECT_EQ(bitmaps, 0);
+  EXPECT_EQ(bitmaps(), 0);
   EXPECT_TRUE(FileExists(scratch.File(L"FunctionsInExecution.txt")));
 }
 

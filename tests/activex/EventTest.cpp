@@ -64,6 +64,22 @@ TEST_F(EventTest, ArgumentsAreReferencesThatASinkMayChange) {
   EXPECT_EQ(second.events[2], "PageChanged(1)");
 }
 
+TEST_F(EventTest, ArgumentsOfAnErrorAreReferencesThatASinkMayChange) {
+  EventSink second;
+  sink.onEvent = [](DISPID event, VARIANT* arguments, UINT count) {
+    if (event != ErrorOccuredEventId) return;
+    ASSERT_EQ(count, 2U);
+    EXPECT_EQ(*V_I2REF(&arguments[0]), 5);
+    *V_I2REF(&arguments[0]) = 77;
+    EXPECT_EQ(SysReAllocString(V_BSTRREF(&arguments[1]), L"changed by the first"), TRUE);
+  };
+  const Connection first(control.Get(), DIID___KwEditorLayers, &sink);
+  const Connection other(control.Get(), DIID___KwEditorLayers, &second);
+  Open(scratch.WriteTiff(L"nodot", 2));
+  ASSERT_FALSE(second.events.empty());
+  EXPECT_EQ(second.events[0], "ErrorOccured(77, changed by the first)");
+}
+
 TEST_F(EventTest, ATextThatASinkTakesAwayIsEmptyForTheNext) {
   EventSink second;
   sink.onEvent = [](DISPID event, VARIANT* arguments, UINT) {

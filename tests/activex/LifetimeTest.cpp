@@ -15,6 +15,7 @@
 #include "activex/MainThread.h"
 #include "activex/Sinks.h"
 #include "activex/StrictContainer.h"
+#include "activex/ToolBarButtons.h"
 #include "windows/ImportPatch.h"
 
 namespace kw::test {
@@ -247,8 +248,11 @@ TEST_F(LifetimeTest, ClosedWithAPendingTimer) {
 
 TEST_F(LifetimeTest, DefaultToolsAreChosenOnceOnTheMessageLoop) {
   Activate();
+  const auto buttons = ToolBarButtons(container.ControlWindow());
   EXPECT_EQ(TracedTimes(scratch.Path(), "tmrDefaultToolsSelection_Timer"), 0);
+  for (const char* key : {"Text", "No Fill Inside"}) EXPECT_FALSE(buttons.at(key).IsPressed()) << key;
   EXPECT_TRUE(PumpUntil([&] { return TracedTimes(scratch.Path(), "tmrDefaultToolsSelection_Timer") != 0; }));
+  for (const char* key : {"Text", "No Fill Inside"}) EXPECT_TRUE(buttons.at(key).IsPressed()) << key;
   PumpMessages(1300);  // longer than they wait
   EXPECT_EQ(TracedTimes(scratch.Path(), "tmrDefaultToolsSelection_Timer"), 1);
   container.LetGo();

@@ -30,6 +30,33 @@ TEST_F(Scratch, ThatCannotBeReadLeavesThePicture) {
   EXPECT_EQ(events.errors, std::vector<int>{53});
 }
 
+TEST_F(Scratch, ThatCannotBeWrittenLeavesThePictureAndIsNotRead) {
+  control->OpenFile(MakeDocument("D.tif", 2));
+  RemoveFileAt(folder.File("tmp1234.bmp"));
+  std::filesystem::create_directory(ToFilesystemPath(folder.File("tmp1234.bmp")));
+  int loads = 0;
+  desktop.pictureLoader = [&](const std::string&) {
+    ++loads;
+    return Bitmap(5, 5, 24);
+  };
+  Form().PageIndex.SetValue(2);
+  EXPECT_EQ(Form().TransLayers(1).Width(), 20);
+  EXPECT_EQ(Form().TransLayers(1).Picture().Width(), 10);
+  EXPECT_EQ(loads, 0);
+  EXPECT_EQ(events.errors.size(), 1U);
+  EXPECT_EQ(Form().editor.Pointer(), MousePointer::Default) << "what follows ran";
+}
+
+// An automation error's number.
+TEST_F(Scratch, AnErrorAbove32767IsShownButNotRaisedAsAnEvent) {
+  desktop.pictureLoader = [](const std::string&) -> Bitmap { throw RunTimeError(40000, "too large"); };
+  control->OpenFile(MakeImage("scan.bmp"));
+  ASSERT_EQ(desktop.boxes.size(), 2U);
+  EXPECT_EQ(desktop.boxes[1].prompt.rfind("Error Number : 40000\r\n", 0), 0U);
+  EXPECT_TRUE(events.errors.empty());
+  EXPECT_FALSE(Form().editor.Enabled());
+}
+
 // A scratch bitmap that its control did not remove, and whether the next control leaves it.
 bool IsLeft(ScriptedDesktop& desktop, const TemporaryFolder& folder, const std::string& machine, std::int64_t process) {
   RecordedEvents events;

@@ -190,6 +190,15 @@ TEST_F(Split, OfANameWithAnUnknownExtensionKeepsTheDocumentsFormat) {
   EXPECT_EQ(Form().TransLayers(1).Picture().Width(), 10);
 }
 
+TEST_F(Split, AfterAFirstFileThatCouldNotBeOpenedHasItsName) {
+  control->OpenFile(folder.File("memo.pdf"));
+  control->LetIsEditable(true);
+  control->OpenFile(MakeDocument("D.tif", 2));
+  EXPECT_TRUE(events.errors.empty());
+  EXPECT_EQ(FormatOf(folder.File("memo_Page_2.pdf")), "TIFF");
+  EXPECT_EQ(Form().TransLayers(1).Picture().Width(), 10);
+}
+
 TEST_F(Split, UnderAKnownExtensionTakesItsFormat) {
   control->OpenFile(MakeImage("first.bmp"));
   control->OpenFile(MakeDocument("D.tif", 2));

@@ -1,3 +1,5 @@
+#include <set>
+
 #include "support/EditorFixture.h"
 
 namespace kw::test {
@@ -40,6 +42,12 @@ TEST_F(StartUp, ShowsNoBoxAndRaisesNoEvent) {
   EXPECT_TRUE(desktop.boxes.empty());
   EXPECT_TRUE(events.errors.empty());
   EXPECT_TRUE(events.changedTo.empty());
+}
+
+// The two colours are nobody's but the control's: they notify nobody.
+TEST_F(StartUp, NotifiesTheContainerOfItsPropertiesOnly) {
+  EXPECT_EQ(events.properties, (Names{"IsToolboxVisible", "IsSaveButtonEnabled", "IsToolboxVisible", "IsEditable",
+                                      "SignatureFilePath", "BGImage"}));
 }
 
 TEST_F(StartUp, FillsTheZoomListWithSixteenFactors) {
@@ -129,13 +137,40 @@ TEST_F(DefaultTools, AreChosenOnce) {
 
 using Keys = EditorTest;
 
-TEST_F(Keys, OfTheControlGoUnchangedToTheCanvas) {
+TEST_F(Keys, OfTheControlGoToTheCanvas) {
   ForgetTrace();
   Form().editor.KeyDown.Raise(65, 2);
   Form().editor.KeyPress.Raise(1);
   Form().editor.KeyUp.Raise(46, 0);
   EXPECT_EQ(Trace(), (Names{"UserControl_KeyDown", "picCanvas_KeyDown", "UserControl_KeyPress", "picCanvas_KeyPress",
                             "UserControl_KeyUp", "picCanvas_KeyUp"}));
+}
+
+// What a key does tells which one it was.
+TEST_F(Keys, OfTheControlGoThereUnchanged) {
+  control->OpenFile(MakeImage("scan.bmp"));
+  const auto effectOf = [&](const auto& event, auto... key) {
+    ForgetTrace();
+    desktop.boxes.clear();
+    event.Raise(key...);
+    Names effect = Trace();
+    for (const auto& box : desktop.boxes) effect.push_back(box.prompt);
+    return effect;
+  };
+  const auto behind = [](const char* name, Names effect) {
+    effect.insert(effect.begin(), name);
+    return effect;
+  };
+  std::set<Names> effects;
+  for (std::int16_t key = 0; key < 256; ++key) {
+    const Names onCanvas = effectOf(Form().picCanvas.KeyPress, key);
+    EXPECT_EQ(effectOf(Form().editor.KeyPress, key), behind("UserControl_KeyPress", onCanvas)) << key;
+    effects.insert(onCanvas);
+    const Names upOnCanvas = effectOf(Form().picCanvas.KeyUp, key, std::int16_t{1});
+    EXPECT_EQ(effectOf(Form().editor.KeyUp, key, std::int16_t{1}), behind("UserControl_KeyUp", upOnCanvas)) << key;
+    effects.insert(upOnCanvas);
+  }
+  EXPECT_GT(effects.size(), 6U);
 }
 
 using Painting = EditorTest;
@@ -211,9 +246,11 @@ TEST_F(Layout, PutsTheToolBoxTenUnitsIntoTheBottomRightCornerOfTheViewport) {
 }
 
 TEST_F(Layout, KeepsTheViewportWhereTheControlIsTooSmall) {
-  const float before = Form().picFrame.Width();
+  const float width = Form().picFrame.Width();
+  const float height = Form().picFrame.Height();
   Form().editor.UserResize(3, 3);
-  EXPECT_EQ(Form().picFrame.Width(), before);
+  EXPECT_EQ(Form().picFrame.Width(), width);
+  EXPECT_EQ(Form().picFrame.Height(), height);
   EXPECT_TRUE(events.errors.empty());
 }
 
@@ -247,8 +284,10 @@ TEST_F(ScrollBars, ServeACanvasThatIsStrictlyLargerThanTheViewport) {
 
 TEST_F(ScrollBars, MoveTheCanvas) {
   Form().picCanvas.Move(0, 0, 3000, 3000);
+  ForgetTrace();
   Form().vScroll.UserSetValue(120);
   Form().hScroll.UserSetValue(7);
+  EXPECT_EQ(Trace(), (Names{"vScroll_change", "HScroll_change"}));
   EXPECT_EQ(Form().picCanvas.Top(), -120);
   EXPECT_EQ(Form().picCanvas.Left(), -7);
 }
