@@ -30,10 +30,11 @@ TEST_F(Scratch, ThatCannotBeReadLeavesThePicture) {
   EXPECT_EQ(events.errors, std::vector<int>{53});
 }
 
-TEST_F(Scratch, ThatCannotBeWrittenLeavesThePictureAndIsNotRead) {
+TEST_F(Scratch, ThatCannotBeWrittenLeavesThePictureAndAnOlderOneIsNotShown) {
   control->OpenFile(MakeDocument("D.tif", 2));
-  RemoveFileAt(folder.File("tmp1234.bmp"));
-  std::filesystem::create_directory(ToFilesystemPath(folder.File("tmp1234.bmp")));
+  const std::filesystem::path older = ToFilesystemPath(folder.File("tmp1234.bmp"));
+  constexpr auto mayWrite = std::filesystem::perms::owner_write;
+  std::filesystem::permissions(older, std::filesystem::perms::owner_read);
   int loads = 0;
   desktop.pictureLoader = [&](const std::string&) {
     ++loads;
@@ -45,6 +46,7 @@ TEST_F(Scratch, ThatCannotBeWrittenLeavesThePictureAndIsNotRead) {
   EXPECT_EQ(loads, 0);
   EXPECT_EQ(events.errors.size(), 1U);
   EXPECT_EQ(Form().editor.Pointer(), MousePointer::Default) << "what follows ran";
+  std::filesystem::permissions(older, mayWrite, std::filesystem::perm_options::add);
 }
 
 // An automation error's number.
