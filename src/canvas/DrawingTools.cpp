@@ -193,6 +193,7 @@ void DrawingTools::ShowHover(float x, float y) {
   for (const std::int16_t index : layers.ZOrder().Order()) {
     if (index != Layers::PageLayer) form.TransLayers(index).SetIsToShowBorderMarks(index == under);
   }
+  layers.ShowCanvasPointer(under);
   if (under == 0) return;
   TransparentPicture& layer = form.TransLayers(under);
   layers.ZOrder().BringToFront(under);

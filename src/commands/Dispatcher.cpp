@@ -68,6 +68,7 @@ void Dispatcher::SetCursorFromPressedTool() {
       form.picCanvas.SetPointerIcon(form.imgLstMousePointers.Picture(tool.icon));
     }
     form.picCanvas.SetPointer(tool.pointer);
+    layers.ShowCanvasPointer();
     return;
   }
 }

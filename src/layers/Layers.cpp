@@ -102,6 +102,12 @@ void Layers::EndPickedDrag() {
   }
 }
 
+void Layers::ShowCanvasPointer(std::int16_t exceptOver) {
+  for (const auto& [index, layer] : form.TransLayers) {
+    if (index != exceptOver) layer->SetPointer(MousePointer::Default);
+  }
+}
+
 void Layers::AbandonDrag() {
   drag.m_IsMouseDown = false;
   pickedDrag.Cancel();

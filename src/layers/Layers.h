@@ -54,6 +54,8 @@ public:
   void PassPress(std::int16_t index, float x, float y);
   // The release of that button: the layer lands. A second press on a layer of text that moves nothing begins typing.
   void EndPickedDrag();
+  // Has every layer show the canvas's pointer but that one, or with index 0 every one.
+  void ShowCanvasPointer(std::int16_t exceptOver = 0);
   // Back to rest, whatever the mouse was doing; nothing of it remains on the canvas.
   void AbandonDrag();
 

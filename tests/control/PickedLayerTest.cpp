@@ -156,6 +156,26 @@ TEST_F(PickedLayer, ThePointerTellsWhatAPressWouldDo) {
   EXPECT_EQ(layer.Pointer(), MousePointer::Default);
 }
 
+TEST_F(PickedLayer, UnderAnotherToolThePointerIsThatOfTheTool) {
+  TransparentPicture& layer = AddPicked(100, 100, 60, 40);
+  const auto hover = [&] {
+    Form().tbrEditingTools.UserClick("NoTools");
+    Canvas().MouseMove.Raise(0, 0, 130, 120);
+    ASSERT_EQ(layer.Pointer(), MousePointer::SizeAll);
+  };
+  hover();
+  Form().tbrEditingTools.UserClick("Line");
+  EXPECT_EQ(Canvas().Pointer(), MousePointer::Cross);
+  EXPECT_EQ(layer.Pointer(), MousePointer::Default) << "before the mouse moves";
+  hover();
+  Choose("Line");
+  Canvas().MouseMove.Raise(0, 0, 131, 121);
+  EXPECT_EQ(layer.Pointer(), MousePointer::Default) << "a tool that was pressed without a command";
+  hover();
+  Canvas().MouseMove.Raise(0, 0, 10, 10);
+  EXPECT_EQ(layer.Pointer(), MousePointer::Default) << "the mouse has left it";
+}
+
 TEST_F(PickedLayer, TheSecondClickOnATextBeginsTyping) {
   TransparentPicture& layer = Add(100, 100, 80, 20);
   layer.SetTextEntry(true);
