@@ -26,6 +26,9 @@ void ToolBarCommands::RunAll(Way way) {
     SCOPED_TRACE(row.key);
     ++count;
     SetScene();
+    for (const CommandCase& other : CommandCases()) {
+      if (other.key == row.insteadOf) Button(other.toolTip).Click();
+    }
     const State before = Look();
     ASSERT_EQ(before.at("page"), "2");
     ASSERT_EQ(before.at(row.key), "on");

@@ -38,6 +38,7 @@ protected:
     for (const char* key : {"Paste", "Undo", "Redo"}) BasicBar(key).SetButtonEnabled(key, true);
     Form().tbrEditingTools.UserClick("Rectangle");
     Form().tbrFillPattern.UserClick("FillInside");
+    PressInstead(GetParam().insteadOf);
     // So that it shows who sets the pointer.
     Form().picCanvas.SetPointer(MousePointer::SizeAll);
     Form().picCanvas.SetPointerIcon("");
@@ -54,6 +55,12 @@ protected:
   std::vector<ToolBar*> Bars() {
     return {&Form().tbrOpenFile,    &Form().tbrBasicTools(0), &Form().tbrBasicTools(1), &Form().tbrEditingTools,
             &Form().tbrFillPattern, &Form().tbrFonts,         &Form().tbrMoreTools};
+  }
+
+  void PressInstead(const std::string& key) {
+    for (ToolBar* bar : {&Form().tbrEditingTools, &Form().tbrFillPattern}) {
+      if (bar->HasButton(key)) bar->UserClick(key);
+    }
   }
 
   // As the user does by the button or, where there is none, as a caller does that has only the key.
@@ -128,6 +135,7 @@ TEST_P(CommandTable, DoesAllThatItsRowSaysAndNothingElse) {
   SavePicture(ScenePage(7), chosen);
   desktop.openAnswers.emplace_back([&](OpenDialog& dialog) { dialog.fileName = chosen; });
   const State before = Look();
+  for (const auto& [what, value] : row.changes) EXPECT_NE(before.at(what), value) << what << " would not show";
 
   Run(row);
 

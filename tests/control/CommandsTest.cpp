@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <array>
 #include <set>
 
 #include "support/EditorFixture.h"
@@ -161,8 +160,13 @@ TEST_F(Commands, OpenAsksAgainUntilTheFileExists) {
   EXPECT_EQ(desktop.boxes[0], (Box{"File does not exist..\r\nPlease select the filename again..", "File Open Error",
                                    MessageButtons::Ok}));
   EXPECT_EQ(control->OpenedDocument().FirstFilePath(), path);
-  EXPECT_EQ(desktop.openShown[0].filterIndex, 2);
-  EXPECT_TRUE(desktop.openShown[0].isReadOnlyBoxHidden);
+  for (const OpenDialog& shown : desktop.openShown) {
+    EXPECT_EQ(shown.filter,
+              "All Supported Graphic Files (*.jpg, *.jpeg, *.bmp, *.tif, *.fmf, *.gif)|"
+              "*.jpg; *.jpeg; *.bmp; *.tif; *.fmf; *.gif");
+    EXPECT_EQ(shown.filterIndex, 2);
+    EXPECT_TRUE(shown.isReadOnlyBoxHidden);
+  }
   EXPECT_TRUE(Form().TransLayers(1).HasPicture());
 }
 
@@ -309,45 +313,6 @@ TEST_F(Commands, ChoosingAZoomBeforeAPageIsOpenDoesNothing) {
   Form().cmbZoomFactor.UserChoose(1);
   EXPECT_EQ(Trace(), Names{"cmbZoomFactor_Click"});
   EXPECT_EQ(control->ZoomRoom().ZoomFactor(), 1.0);
-}
-
-using ShortCuts = EditorTest;
-
-TEST_F(ShortCuts, WithoutAPageAreIgnored) {
-  ForgetTrace();
-  for (const std::int16_t key : std::to_array<std::int16_t>({27, 1, 3, 13, 26})) Form().picCanvas.KeyPress.Raise(key);
-  Form().picCanvas.KeyUp.Raise(46, 0);
-  EXPECT_EQ(Trace(), (Names{"picCanvas_KeyPress", "picCanvas_KeyPress", "picCanvas_KeyPress", "picCanvas_KeyPress",
-                            "picCanvas_KeyPress", "picCanvas_KeyUp"}));
-}
-
-TEST_F(ShortCuts, RunTheCommandsOfTheirButtonsWhileTheseAreEnabled) {
-  control->OpenFile(MakeImage("scan.bmp"));
-  desktop.boxes.clear();
-  for (const std::int16_t key : std::to_array<std::int16_t>({3, 24, 26, 25})) Form().picCanvas.KeyPress.Raise(key);
-  Form().picCanvas.KeyUp.Raise(46, 0);
-  Form().picCanvas.KeyPress.Raise(46);
-  Names prompts;
-  for (const Box& box : desktop.boxes) prompts.push_back(box.prompt);
-  EXPECT_EQ(prompts, (Names{"copy", "cut", "clear"}));
-  BasicBar("Undo").SetButtonEnabled("Undo", true);
-  Form().picCanvas.KeyPress.Raise(26);
-  EXPECT_EQ(desktop.boxes.back().prompt, "undo");
-}
-
-TEST_F(ShortCuts, EnterMergesLikeCtrlM) {
-  control->OpenFile(MakeImage("scan.bmp"));
-  ForgetTrace();
-  Form().picCanvas.KeyPress.Raise(13);
-  Form().picCanvas.KeyPress.Raise(1);
-  EXPECT_EQ(Trace(), (Names{"picCanvas_KeyPress", "mnuMergeDown_Click", "picCanvas_KeyPress", "mnuSelectAll_Click"}));
-}
-
-TEST_F(ShortCuts, EscapeRebuildsTheView) {
-  control->OpenFile(MakeImage("scan.bmp"));
-  ForgetTrace();
-  Form().picCanvas.KeyPress.Raise(27);
-  EXPECT_EQ(Trace(), (Names{"picCanvas_KeyPress", "UpdateAndZoom"}));
 }
 
 }  // namespace

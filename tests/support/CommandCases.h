@@ -29,6 +29,8 @@ struct CommandCase {
   std::string dialog{};
   // What of the state of the scene is another one afterwards. Everything else stays.
   std::map<std::string, std::string> changes{};
+  // The key of another button of the bar to be pressed first, where the scene has this one pressed already.
+  std::string insteadOf{};
 };
 
 inline void PrintTo(const CommandCase& row, std::ostream* out) { *out << '"' << row.key << '"'; }
@@ -61,6 +63,12 @@ inline CommandCase Notice(const char* key, const std::string& bar, const char* t
 // Makes itself the current tool, which its button has done before it runs.
 inline CommandCase Tool(const char* key, const char* toolTip) {
   return {.key = key, .bar = Tools, .toolTip = toolTip, .changes = {{"tool", key}}};
+}
+
+// The same of a button that the scene has pressed already.
+inline CommandCase PressedInTheScene(const std::string& bar, const char* key, const char* toolTip,
+                                     const char* insteadOf, const char* group) {
+  return {.key = key, .bar = bar, .toolTip = toolTip, .changes = {{group, key}}, .insteadOf = insteadOf};
 }
 
 // Runs on the engine's picture, inside the bracket.
@@ -153,7 +161,7 @@ inline std::vector<CommandCase> All() {
       Tool("Pen", "Pen"),
       Tool("Text", "Text"),
       Tool("Line", "Line"),
-      Tool("Rectangle", "Rectangle"),
+      PressedInTheScene(Tools, "Rectangle", "Rectangle", "Line", "tool"),
       Tool("Circle", "Circle"),
       Tool("Rubber", "Rubber"),
       Tool("Image", "Image"),
@@ -164,7 +172,7 @@ inline std::vector<CommandCase> All() {
        .changes = {{"tool", "Signature"}, {"pattern", "NoFillInside"}}},
       Tool("Stamp", "Stamp"),
       {.key = "NoFillInside", .bar = Pattern, .toolTip = "No Fill Inside", .changes = {{"pattern", "NoFillInside"}}},
-      {.key = "FillInside", .bar = Pattern, .toolTip = "Fill Inside"},
+      PressedInTheScene(Pattern, "FillInside", "Fill Inside", "NoFillInside", "pattern"),
       {.key = "FontSettings", .bar = "tbrFonts", .toolTip = "Font Settings", .dialog = "Font"},
       Engine("Blur", More),
       Asking("Colorize", More),
