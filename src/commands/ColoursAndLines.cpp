@@ -1,5 +1,6 @@
 #include "commands/ColoursAndLines.h"
 
+#include <algorithm>
 #include <string>
 
 #include "components/Arithmetic.h"
@@ -12,9 +13,22 @@ ColoursAndLines::ColoursAndLines(EditorForm& editorForm, Trap& errorTrap, Layers
   form.sldLineHeight.Change.Connect([this] { sldLineHeight_Change(); });
   form.sldLineHeight.LostFocus.Connect([this] { sldLineHeight_LostFocus(); });
   form.lblLineSize1.MouseDown.Connect(
-      [this](std::int16_t, std::int16_t, float x, float) { lblLineSize1_MouseDown(x); });
-  form.lblLineSize2.MouseDown.Connect(
-      [this](std::int16_t, std::int16_t, float x, float) { lblLineSize2_MouseDown(x); });
+      [this](std::int16_t button, std::int16_t, float x, float) { lblLineSize1_MouseDown(button, x); });
+  form.lblLineSize2.MouseDown.Connect([this](std::int16_t button, std::int16_t, float x, float) {
+    lblLineSize2_MouseDown(button, x + form.lblLineSize2.Left() - form.lblLineSize1.Left());
+  });
+  ConnectDrag(form.lblLineSize1);
+  ConnectDrag(form.lblLineSize2);
+}
+
+void ColoursAndLines::ConnectDrag(Label& caption) {
+  caption.MouseMove.Connect([this, &caption](std::int16_t buttons, std::int16_t, float x, float) {
+    if (buttons == Mouse::LeftButton) DragThickness(caption.Left() + x);
+  });
+  caption.MouseUp.Connect([this](std::int16_t button, std::int16_t, float, float) {
+    if (button == Mouse::LeftButton) captionDrag.reset();
+  });
+  caption.MouseLost.Connect([this] { captionDrag.reset(); });
 }
 
 void ColoursAndLines::LetEditorForeColor(Colour value) {
@@ -55,20 +69,25 @@ void ColoursAndLines::sldLineHeight_Change() {
 
 void ColoursAndLines::sldLineHeight_LostFocus() { const Procedure run(trap, "sldLineHeight_LostFocus"); }
 
-void ColoursAndLines::lblLineSize1_MouseDown(float x) {
-  Procedure run(trap, "lblLineSize1_MouseDown");
-  run([&] {
-    Slider& slider = form.sldLineHeight;
-    const float share = form.lblLineSize1.Width() > 0 ? x / form.lblLineSize1.Width() : 0;
-    const auto span = static_cast<float>(slider.Max() - slider.Min());
-    slider.SetValue(slider.Min() + RoundToEven<std::int32_t>(double{share * span}));
-  });
+void ColoursAndLines::lblLineSize1_MouseDown(std::int16_t button, float x) {
+  const Procedure run(trap, "lblLineSize1_MouseDown");
+  if (button == Mouse::LeftButton) captionDrag = {form.lblLineSize1.Left() + x, form.sldLineHeight.Value()};
 }
 
-// The lower caption counts from its own place along the slider.
-void ColoursAndLines::lblLineSize2_MouseDown(float x) {
+void ColoursAndLines::lblLineSize2_MouseDown(std::int16_t button, float x) {
   Procedure run(trap, "lblLineSize2_MouseDown");
-  run([&] { lblLineSize1_MouseDown(x + form.lblLineSize2.Left() - form.lblLineSize1.Left()); });
+  run([&] { lblLineSize1_MouseDown(button, x); });
+}
+
+void ColoursAndLines::DragThickness(float place) {
+  Slider& slider = form.sldLineHeight;
+  if (!captionDrag || slider.Width() <= 0) return;
+  Procedure run(trap);
+  run([&] {
+    const double share = std::clamp(double{place - captionDrag->start} / double{slider.Width()}, -1.0, 1.0);
+    const std::int32_t span = slider.Max() - slider.Min();
+    slider.SetValue(captionDrag->value + RoundToEven<std::int32_t>(share * span));
+  });
 }
 
 Colour ColoursAndLines::RandomColour(const std::function<double()>& random) {

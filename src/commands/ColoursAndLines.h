@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <optional>
 
 #include "components/Units.h"
 #include "form/EditorForm.h"
@@ -18,9 +20,10 @@ public:
   void LetEditorBackColor(Colour value);
   void sldLineHeight_Change();
   void sldLineHeight_LostFocus();
-  // Sets the thickness from a position on a caption, in twips.
-  void lblLineSize1_MouseDown(float x);
-  void lblLineSize2_MouseDown(float x);
+  // The thickness can be dragged from a caption: over the slider's width it goes through all its values. A press alone
+  // changes nothing. Positions are in twips, from the upper caption's left edge.
+  void lblLineSize1_MouseDown(std::int16_t button, float x);
+  void lblLineSize2_MouseDown(std::int16_t button, float x);
 
   // The colour of three hexadecimal numbers below 255 that stand side by side without leading zeros, so that a small
   // one shifts the others. `random` gives numbers from 0 up to, and without, 1.
@@ -30,9 +33,18 @@ public:
   Colour EditorBackColor() const { return backColor; }
 
 private:
+  // A drag from a caption. The lower one moves meanwhile, so places are those on the tool box.
+  struct CaptionDrag {
+    float start = 0;
+    std::int32_t value = 0;
+  };
+  void ConnectDrag(Label& caption);
+  void DragThickness(float place);
+
   EditorForm& form;
   Trap& trap;
   Layers& layers;
+  std::optional<CaptionDrag> captionDrag;
   Colour foreColor = 0;
   Colour backColor = 0;
 };

@@ -218,6 +218,7 @@ void EditorForm::SetDesignValues() {
   sldLineHeight.SetMin(1);
   sldLineHeight.SetMax(10);
   sldLineHeight.SetToolTip("Line Thickness");
+  for (Label* caption : {&lblLineSize1, &lblLineSize2}) caption->SetPointer(MousePointer::SizeWE);
 
   lblScanningStatus.SetCaption("Scanning.. Please wait");
   chkCancelPrinting.SetCaption("Cancel");
