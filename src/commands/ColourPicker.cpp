@@ -113,7 +113,7 @@ Colour ColourPicker::ColourAt(float x, float y) const {
   const RaisedPicture& palette = form.kwrpColors;
   const float column = Clamp(x, palette.Width(), desktop.TwipsPerPixelX());
   const float row = Clamp(y, palette.Height(), desktop.TwipsPerPixelY());
-  return ColourOfMap(double{column / palette.Width()}, double{row / palette.Height()});
+  return ColourOfMap(double{column} / double{palette.Width()}, double{row} / double{palette.Height()});
 }
 
 void ColourPicker::LetPickedColour(Colour colour) {
