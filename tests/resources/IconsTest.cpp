@@ -46,10 +46,15 @@ TEST(Icons, NoTwoAreTheSame) {
   EXPECT_GT(seen.size(), 40U);
 }
 
-TEST(Cursors, EveryToolCursorHasADrawingWithAHotSpot) {
-  for (const char* key : {"Chooser", "Fill", "Pen", "Rubber", "Stamp", "Text"}) {
-    EXPECT_NE(Drawing(std::string("cursors/") + key + ".svg").find("data-hotspot=\""), std::string::npos) << key;
+// The tip of a dropper, a pen or a drop of paint, the corner of a rubber, the middle of a stamp's foot and of a beam.
+TEST(Cursors, TheHotSpotOfEveryToolIsWhereItWorks) {
+  const std::map<std::string, std::string> places{{"Chooser", "3 28"}, {"Fill", "5 27"},   {"Pen", "3 28"},
+                                                  {"Rubber", "8 24"},  {"Stamp", "16 27"}, {"Text", "12 16"}};
+  for (const auto& [key, place] : places) {
+    EXPECT_NE(Drawing("cursors/" + key + ".svg").find("data-hotspot=\"" + place + "\""), std::string::npos) << key;
   }
+  const std::filesystem::path folder = std::filesystem::path(KW_SOURCE) / "resources/cursors";
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder), std::filesystem::directory_iterator()), 6);
 }
 
 }  // namespace
