@@ -2,6 +2,7 @@
 
 #include "components/RunTimeError.h"
 #include "picture/KWPicEd.h"
+#include "windows/Mouse.h"
 
 namespace kw::activex {
 namespace {
@@ -48,7 +49,10 @@ std::shared_ptr<void> HostedDesktop::EnterDialog() {
     const KeptFocus focus;
     const InPlaceActivation::Modal modal;
   };
-  return std::make_shared<WhileUp>(life, place);
+  auto whileUp = std::make_shared<WhileUp>(life, place);
+  // The button that is held now is released in the dialog, or beside it, where nobody hears of it.
+  if (place.Window() != nullptr) windows::CancelMouse(place.Window());
+  return whileUp;
 }
 
 std::shared_ptr<void> HostedDesktop::EnterEvents() { return std::make_shared<Lifetime::Outgoing>(life); }

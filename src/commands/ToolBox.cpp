@@ -19,6 +19,7 @@ ToolBox::ToolBox(EditorForm& editorForm, Trap& errorTrap, EditorProperties& edit
       [this](std::int16_t button, std::int16_t, float x, float y) { kwraTools_MouseMove(button, x, y); });
   form.kwraTools.MouseUp.Connect(
       [this](std::int16_t button, std::int16_t, float, float) { kwraTools_MouseUp(button); });
+  form.kwraTools.MouseLost.Connect([this] { EndDrag(); });
   form.kwrpHideToolBox.MouseDown.Connect(
       [this](std::int16_t, std::int16_t, float x, float y) { kwrpHideToolBox_MouseDown(x, y); });
 }
@@ -60,8 +61,12 @@ void ToolBox::Follow(float x, float y) {
 }
 
 void ToolBox::kwraTools_MouseUp(std::int16_t button) {
-  Procedure run(trap, "kwraTools_MouseUp");
-  if (button != Mouse::LeftButton) return;
+  const Procedure run(trap, "kwraTools_MouseUp");
+  if (button == Mouse::LeftButton) EndDrag();
+}
+
+void ToolBox::EndDrag() {
+  Procedure run(trap);
   run([&] { m_IsToolboxDragging = false; });
   run([&] { form.kwraTools.SetPointer(MousePointer::Default); });
 }

@@ -15,7 +15,8 @@ public:
   void LoadFrom(const RaisedArea& other) { CopyDesign(other); }
 };
 
-// A raised frame that shows a picture of the image list by its key; an empty key shows none.
+// A raised frame that shows a picture of the image list by its key; an empty key shows none. While it has the keyboard
+// it is dropped open: whatever the user does elsewhere takes the keyboard away from it.
 class RaisedPicture : public Control, public MouseInput {
 public:
   explicit RaisedPicture(std::string controlName) : Control(std::move(controlName), "KWRaisedPicture") {}
@@ -29,9 +30,13 @@ public:
     SetPicture({});
     return true;
   }
+  // A button raises nothing but MouseDown, once for each press, when that ends and with the place where it ends.
+  bool IsButton() const { return isButton; }
+  void SetIsButton(bool value) { isButton = value; }
 
 private:
   std::string picture;
+  bool isButton = false;
 };
 
 // A plain frame with an optional caption.

@@ -209,6 +209,7 @@ void EditorForm::SetDesignValues() {
 
   kwrpHideToolBox.SetToolTip("Hide Tools");
   kwrpHideToolBox.SetPicture("HideToolBox");
+  kwrpHideToolBox.SetIsButton(true);
   for (Label* sample : {&SampleForeGroundColor, &SampleBackGroundColor, &lblSampleColor}) sample->SetBorder(true);
   SampleForeGroundColor.SetBackColor(black);
   SampleForeGroundColor.SetToolTip("Foreground Color");

@@ -9,6 +9,7 @@ namespace kw::windows {
 PictureBoxView* CanvasItemView::Canvas() const { return dynamic_cast<PictureBoxView*>(Container()); }
 
 void CanvasItemView::Show(Aspect aspect) {
+  if (aspect == Aspect::Pointer) RenewPointer();
   if (aspect == Aspect::Enabled || aspect == Aspect::Pointer || aspect == Aspect::Focus) return;
   if (aspect == Aspect::Typing) ShowTyping();
   if (!IsAttached()) return;

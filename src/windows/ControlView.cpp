@@ -6,6 +6,7 @@
 #include "drawing/CanvasItems.h"
 #include "windows/Gdi.h"
 #include "windows/Guard.h"
+#include "windows/Mouse.h"
 #include "windows/Pane.h"
 
 extern "C" IMAGE_DOS_HEADER __ImageBase;  // NOLINT(bugprone-reserved-identifier): the linker gives it this name
@@ -25,6 +26,11 @@ std::atomic<ATOM> classAtom = 0;  // 0: not registered
 bool IsInput(UINT message) {
   return (message >= WM_KEYFIRST && message <= WM_KEYLAST) || (message >= WM_MOUSEFIRST && message <= WM_MOUSELAST) ||
          message == WM_CONTEXTMENU;
+}
+
+bool IsPress(UINT message) {
+  const auto event = MouseEvent::Of(message, 0, 0);
+  return event && (event->kind == MouseEvent::Kind::Down || event->kind == MouseEvent::Kind::DoubleClick);
 }
 
 }  // namespace
@@ -150,16 +156,21 @@ void ControlView::Rescale() {
   InvalidateRect(window, nullptr, TRUE);
 }
 
-// Of a hidden window the system hands the keyboard to what holds it, where keys do nothing; the form knows what to do
-// with them.
+// The form knows what to do with keys.
+void ControlView::GiveKeyboardToForm() const {
+  if (const ControlView* form = pane.ViewOf(pane.Root())) SetFocus(form->Handle());
+}
+
+// Of a hidden window the system hands the keyboard to what holds it, where keys do nothing. What was being dragged in
+// it would go on unseen.
 void ControlView::ShowVisibility() {
   if (model->Visible()) {
     ShowWindow(window, SW_SHOWNA);
     return;
   }
+  CancelMouse(window);
   const HWND focus = GetFocus();
-  const ControlView* form = pane.ViewOf(pane.Root());
-  if (form != nullptr && (focus == window || IsChild(window, focus) != FALSE)) SetFocus(form->Handle());
+  if (focus == window || IsChild(window, focus) != FALSE) GiveKeyboardToForm();
   if (IsAttached() && !model->Visible()) ShowWindow(window, SW_HIDE);
 }
 
@@ -213,13 +224,28 @@ bool ControlView::SetPointerOf(const Control& shown) const {
   return cursor != nullptr;
 }
 
-void ControlView::FocusCame() { model->ReceiveFocus(); }
+void ControlView::FocusCame() {
+  // A host gives the keyboard back to what had it before, which may be hidden by now.
+  if (model->Visible() || container == nullptr)
+    model->ReceiveFocus();
+  else
+    GiveKeyboardToForm();
+}
 
 void ControlView::FocusWent(HWND to) {
   // A field in which something of this window is typed belongs to it.
   if (IsChild(window, to) != FALSE && pane.ViewOf(to) == nullptr) return;
   // A dialog or another application takes the focus for a while only: the active control stays what it is.
-  if (to != nullptr && GetAncestor(to, GA_ROOT) == GetAncestor(window, GA_ROOT)) model->LoseFocus();
+  const bool staysInWindow = to != nullptr && GetAncestor(to, GA_ROOT) == GetAncestor(window, GA_ROOT);
+  if (staysInWindow || IsDropDown()) model->LoseFocus();
+  // But no drag outlasts the turn of its window.
+  if (!staysInWindow && IsAttached()) CancelMouse(pane.Window());
+}
+
+void ControlView::CloseDropDown() const {
+  Control* const active = pane.Root().ActiveControl();
+  const ControlView* const open = active == nullptr ? nullptr : pane.ViewOf(*active);
+  if (open != nullptr && open != this && open->IsDropDown()) active->LoseFocus();
 }
 
 LRESULT CALLBACK ControlView::Subclass(HWND /*handle*/, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR /*id*/,
@@ -240,9 +266,11 @@ LRESULT ControlView::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
   const bool isInput = IsInput(message);
   // It may come all the same, from a window that kept the keyboard.
   if (isInput && !TakesInput()) return DefWindowProcW(window, message, wParam, lParam);
-  const auto held = isInput && message != WM_MOUSEMOVE ? pane.Hold() : nullptr;
+  const bool isAct = isInput && message != WM_MOUSEMOVE;
+  const auto held = isAct ? pane.Hold() : nullptr;
   const Pane::Message underWay(pane);
-  return Handle(message, wParam, lParam);
+  if (isAct && IsPress(message)) CloseDropDown();
+  return IsAttached() ? Handle(message, wParam, lParam) : Default(message, wParam, lParam);
 }
 
 LRESULT ControlView::Handle(UINT message, WPARAM wParam, LPARAM lParam) {

@@ -46,6 +46,9 @@ public:
 
   // A control that may get the focus from the keyboard.
   virtual bool IsTabStop() const { return false; }
+  // Open only as long as it has the keyboard. A press elsewhere takes that away, and so do a dialog and another
+  // program.
+  virtual bool IsDropDown() const { return false; }
   // Keys that the control wants before the host's accelerators.
   virtual bool WantsKey(WPARAM key) const;
 
@@ -100,6 +103,9 @@ private:
   void ShowOrder();
   void ShowVisibility();
   void EnableDescendants(const Control& holder);
+  void GiveKeyboardToForm() const;
+  // A press on this view closes what is dropped open elsewhere.
+  void CloseDropDown() const;
 
   Pane& pane;
   Control* model;

@@ -69,24 +69,38 @@ void MouseSender::Send(const ControlView& view, MouseInput* input, const MouseEv
   const auto y = static_cast<float>(at.y * unit);
   switch (event.kind) {
     case MouseEvent::Kind::Down:
+      if (event.button == Mouse::LeftButton) isPressed = true;
       input->MouseDown.Raise(event.button, event.shift, x, y);
       break;
     case MouseEvent::Kind::Move:
       input->MouseMove.Raise(event.button, event.shift, x, y);
       break;
     case MouseEvent::Kind::DoubleClick:
-      isSecondClick = true;
+      isPressed = false;
       input->DblClick.Raise();
       break;
     case MouseEvent::Kind::Up: {
       const PixelRect place = PixelsOf(view.Model());
       const bool isInside = at.x >= 0 && at.y >= 0 && at.x < place.Width() && at.y < place.Height();
-      const bool isClick = isInside && !isSecondClick && event.button == Mouse::LeftButton;
-      isSecondClick = false;
+      const bool isLeft = event.button == Mouse::LeftButton;
+      const bool isClick = isInside && isPressed && isLeft;
+      if (isLeft) isPressed = false;
       input->MouseUp.Raise(event.button, event.shift, x, y);
       if (isClick && view.IsAttached()) input->Click.Raise();
       break;
     }
+  }
+}
+
+void MouseSender::Lose(MouseInput* input) {
+  isPressed = false;
+  if (input != nullptr) input->MouseLost.Raise();
+}
+
+void CancelMouse(HWND window) {
+  const HWND holder = GetCapture();
+  if (holder != nullptr && (holder == window || IsChild(window, holder) != FALSE)) {
+    SendMessageW(holder, WM_CANCELMODE, 0, 0);
   }
 }
 

@@ -34,14 +34,20 @@ public:
   // `at` counts in the models' pixels from the model's corner. Nothing happens when the model takes no mouse input or
   // is disabled. The view may be detached afterwards.
   void Send(const ControlView& view, MouseInput* input, const MouseEvent& event, Point at);
+  // The mouse was taken away: the release that the sender waited for, if any, will not come.
+  void Lose(MouseInput* input);
 
 private:
-  bool isSecondClick = false;
+  bool isPressed = false;  // a release of the left button would be a click
 };
 
 // Has the window below the mouse, where it is one of this thread, set the pointer now: a pointer that says that the
-// editor is busy must not wait for the mouse to move.
+// editor is busy must not wait for the mouse to move, and while the mouse is held nobody else asks for the pointer.
 void RenewPointer();
+
+// Takes the mouse away from the window, or from one within it, that holds it: what is being pressed or dragged there
+// ends without a result.
+void CancelMouse(HWND window);
 
 // Keeps the mouse while a button is down, as a control does.
 void HoldMouse(HWND window, const MouseEvent& event);

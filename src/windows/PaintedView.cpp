@@ -6,6 +6,7 @@
 namespace kw::windows {
 
 void PaintedView::Show(Aspect aspect) {
+  if (aspect == Aspect::Pointer) RenewPointer();
   if (aspect == Aspect::Content || aspect == Aspect::Colours || aspect == Aspect::Font || aspect == Aspect::Geometry) {
     InvalidateRect(Handle(), nullptr, FALSE);
   }

@@ -22,7 +22,7 @@ protected:
   // Hands the event to the model, at a point of the view in the models' pixels.
   void SendMouse(const MouseEvent& event, Point at);
   // Another window took the mouse while a button was down.
-  virtual void OnMouseLost() {}
+  virtual void OnMouseLost() { sender.Lose(mouse); }
 
   HWND Create(HWND parent) override { return CreateOwnWindow(parent); }
   void Show(Aspect aspect) override;

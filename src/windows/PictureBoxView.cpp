@@ -86,13 +86,6 @@ LRESULT PictureBoxView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       if (SetPointerOf(box)) return TRUE;
       break;
     }
-    case WM_KILLFOCUS: {
-      // A drag does not outlast the turn of its window: a box or another program has the user now.
-      auto* const next = reinterpret_cast<HWND>(wParam);
-      const bool isLeaving = next == nullptr || GetAncestor(next, GA_ROOT) != GetAncestor(Handle(), GA_ROOT);
-      if (isHolding && isLeaving) ReleaseCapture();
-      break;
-    }
     case WM_GETDLGCODE:
       return DLGC_WANTARROWS | DLGC_WANTCHARS;
     default:
@@ -128,7 +121,7 @@ void PictureBoxView::OnMouseLost() {
   const bool wasHolding = isHolding;
   isHolding = false;
   held = nullptr;
-  if (wasHolding && IsAttached()) box.MouseLost.Raise();
+  if (wasHolding) PaintedView::OnMouseLost();
 }
 
 void PictureBoxView::TakeFocus() {

@@ -6,10 +6,10 @@
 
 namespace kw::windows {
 
-void DrawRaised(HDC context, const RECT& place) {
+void DrawRaised(HDC context, const RECT& place, bool isPressed) {
   FillWithFace(context, place);
   RECT edge = place;
-  DrawEdge(context, &edge, BDR_RAISEDINNER, BF_RECT);
+  DrawEdge(context, &edge, isPressed ? BDR_SUNKENOUTER : BDR_RAISEDINNER, BF_RECT);
 }
 
 void RaisedAreaView::Draw(const Look& look, const RECT& place, const RaisedArea& area) {

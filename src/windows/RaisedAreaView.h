@@ -30,7 +30,7 @@ private:
   void Paint(HDC context, const RECT& client) override;
 };
 
-// The ground of a raised frame and its border.
-void DrawRaised(HDC context, const RECT& place);
+// The ground of a raised frame and its border, or of one that is pressed in.
+void DrawRaised(HDC context, const RECT& place, bool isPressed = false);
 
 }  // namespace kw::windows

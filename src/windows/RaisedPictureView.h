@@ -1,12 +1,15 @@
 #pragma once
 
+#include <cstdint>
+
 #include "components/RaisedArea.h"
 #include "windows/PaintedView.h"
 #include "windows/ViewFactory.h"
 
 namespace kw::windows {
 
-// A raised frame with an icon, or with the colour map where its picture is that of the colour chooser.
+// A raised frame with an icon, or with the colour map where its picture is that of the colour chooser. As a button it
+// looks pressed while the mouse that pressed it is over it.
 class RaisedPictureView final : public PaintedView {
 public:
   RaisedPictureView(Pane& shared, RaisedPicture& shown, ControlView* container)
@@ -14,10 +17,19 @@ public:
 
   static void Draw(const Look& look, const RECT& place, const RaisedPicture& picture);
 
+  bool IsDropDown() const override { return !picture.IsButton(); }
+  bool WantsKey(WPARAM key) const override;
+  LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
 private:
   void Paint(HDC context, const RECT& client) override;
+  void OnMouse(const MouseEvent& event) override;
+  void OnMouseLost() override;
+  void LookPressed(bool isPressed);
 
   RaisedPicture& picture;
+  std::int16_t pressedWith = 0;  // of a button; 0: it is not pressed
+  bool looksPressed = false;
 };
 
 }  // namespace kw::windows

@@ -36,8 +36,7 @@ void RootView::Show(Aspect aspect) {
 void RootView::ShowEnabled() {
   PaintedView::ShowEnabled();
   if (TakesInput()) return;
-  const HWND dragged = GetCapture();
-  if (IsChild(Handle(), dragged) != FALSE) SendMessageW(dragged, WM_CANCELMODE, 0, 0);
+  CancelMouse(Handle());
   if (IsAttached() && IsChild(Handle(), GetFocus()) != FALSE) SetFocus(nullptr);
 }
 

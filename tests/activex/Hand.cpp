@@ -72,6 +72,8 @@ void Hand::SendOnly(INPUT input) { EXPECT_EQ(SendInput(1, &input, sizeof input),
 
 void Hand::SendKey(WORD key, bool isUp) { SendOnly(KeyInput(key, isUp)); }
 
+void Hand::SendRelease() { SendOnly(ButtonInput(Button::Left, true)); }
+
 void Hand::Send(const INPUT& input) const {
   SendOnly(input);
   Pump();

@@ -46,6 +46,7 @@ public:
   void Type(const std::wstring& text) const;
   // Only sends it; for other threads.
   static void SendKey(WORD key, bool isUp);
+  static void SendRelease();
 
 private:
   // The display has told all that there is to tell of what was shown, hidden and moved.

@@ -61,6 +61,24 @@ TEST_F(InputLayers, APressPicksTheTopmostAndAPressBesideReleasesIt) {
   EXPECT_TRUE(ShowsAgain(before));
 }
 
+TEST_F(InputLayers, UnderAnotherToolThePointerOverALayerIsThatOfTheTool) {
+  const POINT over = OnCanvas(Overlap.x + 10, Overlap.y + 10);
+  Pick(Overlap.x, Overlap.y);
+  hand.GlideTo(over);
+  EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_SIZEALL));
+  Choose(L"Line");
+  hand.MoveTo(over);
+  EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_CROSS)) << "at the first move over it";
+  Choose(L"Selection");
+  hand.GlideTo(over);
+  EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_SIZEALL));
+  // Chosen with the keyboard while the mouse stays where it is.
+  const BarButton line = ButtonOf(L"Line");
+  PostMessageW(GetParent(line.bar), WM_COMMAND, static_cast<WPARAM>(line.id), reinterpret_cast<LPARAM>(line.bar));
+  EXPECT_TRUE(hand.Await([&] { return line.IsPressed(); }));
+  EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_CROSS)) << "before it moves";
+}
+
 TEST_F(InputLayers, TheRightAndTheBottomEdgeOfALayerCountAsInsideIt) {
   const Snapshot before = Look();
   for (const POINT edge : {POINT{BlueSquare.right, BlueSquare.top + 10}, {BlueSquare.left + 10, BlueSquare.bottom}}) {

@@ -126,6 +126,41 @@ public:
     Form().hScroll.UserSetValue(Below(400));
   }
   void SetLine() { Form().sldLineHeight.UserSetValue(Below(30)); }
+  // What shows on the tool box and in the strip, as a window passes the mouse on to it.
+  void UseToolBox() {
+    EditorForm& form = Form();
+    const std::pair<Control*, MouseInput*> parts[] = {
+        {&form.kwraTools, &form.kwraTools},
+        {&form.kwraTools, &form.kwraTools},
+        {&form.kwraBasicToolsContainer(0), &form.kwraBasicToolsContainer(0)},
+        {&form.kwraBasicToolsContainer(1), &form.kwraBasicToolsContainer(1)},
+        {&form.SampleForeGroundColor, &form.SampleForeGroundColor},
+        {&form.SampleBackGroundColor, &form.SampleBackGroundColor},
+        {&form.kwrpColors, &form.kwrpColors},
+        {&form.lblLineSize1, &form.lblLineSize1},
+        {&form.lblLineSize2, &form.lblLineSize2},
+        {&form.kwrpHideToolBox, &form.kwrpHideToolBox},
+    };
+    const auto& [part, mouse] = OneOf(parts);
+    if (!part->CanTakeFocus()) return;
+    const auto place = [this] { return static_cast<float>(Below(3000) - 500); };
+    switch (Below(8)) {
+      case 0:
+        mouse->DblClick.Raise();
+        break;
+      case 1:
+        mouse->MouseLost.Raise();
+        break;
+      case 2:
+        mouse->Click.Raise();
+        break;
+      default:
+        mouse->MouseDown.Raise(1, Shift(), place(), place());
+        mouse->MouseMove.Raise(static_cast<std::int16_t>(Below(4)), Shift(), place(), place());
+        if (!IsOneIn(4)) mouse->MouseUp.Raise(IsOneIn(4) ? std::int16_t{2} : std::int16_t{1}, 0, place(), place());
+        break;
+    }
+  }
   void LayLabels() { Form().Label1.Click.Raise(); }
   void SwitchProperties() {
     switch (Below(4)) {
@@ -165,6 +200,9 @@ public:
     const auto& tools = form.tbrEditingTools.Buttons();
     ASSERT_LE(std::ranges::count_if(tools, &ToolBar::Button::pressed), 1);
     ASSERT_FALSE(form.TransLayers(0).HasPicture()) << "the template";
+    ASSERT_TRUE(!form.kwrpColors.Visible() || form.editor.ActiveControl() == &form.kwrpColors);
+    ASSERT_GE(form.sldLineHeight.Value(), form.sldLineHeight.Min());
+    ASSERT_LE(form.sldLineHeight.Value(), form.sldLineHeight.Max());
     int picked = 0;
     for (const auto& [index, layer] : form.TransLayers) picked += layer->SelectionFrame() != 0 ? 1 : 0;
     ASSERT_LE(picked, 1);
@@ -197,6 +235,7 @@ TEST_F(Monkey, NothingItDoesBreaksTheEditor) {
       {3, &Monkey::Type},          {1, &Monkey::TurnPage},       {1, &Monkey::Zoom},
       {1, &Monkey::ResizeControl}, {1, &Monkey::DragBorder},     {1, &Monkey::Scroll},
       {1, &Monkey::SetLine},       {1, &Monkey::SetFocus},       {1, &Monkey::SwitchProperties},
+      {3, &Monkey::UseToolBox},
   };
   const int weights = std::accumulate(std::begin(actions), std::end(actions), 0,
                                       [](int sum, const Weighted& one) { return sum + one.weight; });

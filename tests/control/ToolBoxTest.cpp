@@ -103,8 +103,22 @@ TEST_F(ToolBoxTest, AnotherButtonInADragNeitherMovesNorEndsIt) {
   EXPECT_EQ(Box().Left(), left - 5);
 }
 
+TEST_F(ToolBoxTest, TheLossOfTheMouseEndsTheDrag) {
+  const float left = Box().Left();
+  Press(20, 10);
+  Move(15, 10);
+  ForgetTrace();
+  Box().MouseLost.Raise();
+  EXPECT_EQ(Trace(), Names{});
+  EXPECT_EQ(Box().Pointer(), MousePointer::Default);
+  Move(0, 10);
+  EXPECT_EQ(Box().Left(), left - 5);
+}
+
+// The button tells of a press when it has ended, with the place where it ended.
 TEST_F(ToolBoxTest, ItsButtonHidesItUnlessThePressEndsOutside) {
   const RaisedPicture& button = Form().kwrpHideToolBox;
+  EXPECT_TRUE(button.IsButton());
   const float width = button.Width();
   const float height = button.Height();
   const std::pair<float, float> outside[] = {{-1, 5}, {5, -1}, {width + 1, 5}, {5, height + 1}};
