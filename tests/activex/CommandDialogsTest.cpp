@@ -62,6 +62,61 @@ TEST_F(CommandDialogs, CancellingTheFontDialogChangesNothing) {
   EXPECT_TRUE(sink.events.empty());
 }
 
+// The fields of the font dialog, as it shows them and as a user sets them.
+struct FontFields {
+  std::string name;
+  std::string style;
+  std::string size;
+  bool isStruckOut = false;
+  bool isUnderlined = false;
+  friend bool operator==(const FontFields&, const FontFields&) = default;
+
+  static FontFields Of(HWND box) {
+    const auto chosen = [box](int id) {
+      char text[80] = {};
+      const HWND list = GetDlgItem(box, id);
+      SendMessageA(list, CB_GETLBTEXT, static_cast<WPARAM>(SendMessageA(list, CB_GETCURSEL, 0, 0)),
+                   reinterpret_cast<LPARAM>(static_cast<char*>(text)));
+      return std::string(static_cast<const char*>(text));
+    };
+    return {chosen(cmb1), chosen(cmb2), chosen(cmb3), IsDlgButtonChecked(box, chx1) == BST_CHECKED,
+            IsDlgButtonChecked(box, chx2) == BST_CHECKED};
+  }
+  void SetIn(HWND box) const {
+    const auto choose = [box](int id, const std::string& text) {
+      const HWND list = GetDlgItem(box, id);
+      const auto row =
+          SendMessageA(list, CB_FINDSTRINGEXACT, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(text.c_str()));
+      EXPECT_GE(row, 0) << text;
+      SendMessageA(list, CB_SETCURSEL, static_cast<WPARAM>(row), 0);
+      SendMessageA(box, WM_COMMAND, MAKEWPARAM(id, CBN_SELCHANGE), reinterpret_cast<LPARAM>(list));
+    };
+    choose(cmb1, name);
+    choose(cmb2, style);
+    choose(cmb3, size);
+    if (isStruckOut != (IsDlgButtonChecked(box, chx1) == BST_CHECKED)) SendDlgItemMessageA(box, chx1, BM_CLICK, 0, 0);
+    if (isUnderlined != (IsDlgButtonChecked(box, chx2) == BST_CHECKED)) SendDlgItemMessageA(box, chx2, BM_CLICK, 0, 0);
+  }
+};
+
+TEST_F(CommandDialogs, TheFontDialogShowsWhatWasChosenInItTheLastTime) {
+  const FontFields choices[] = {{"Liberation Serif", "Bold Italic", "20", true, false},
+                                {"Liberation Mono", "Regular", "9", false, true}};
+  FontFields shown;
+  for (const FontFields& choice : choices) {
+    Run("Font Settings", [&](HWND box) { choice.SetIn(box); });
+    Run("Font Settings", [&](HWND box) {
+      shown = FontFields::Of(box);
+      Cancel(box);
+    });
+    EXPECT_TRUE(shown == choice) << shown.name << ", " << shown.style << ", " << shown.size << ", " << shown.isStruckOut
+                                 << shown.isUnderlined;
+  }
+  Run("Font Settings", [&](HWND box) { shown = FontFields::Of(box); });
+  EXPECT_TRUE(shown == choices[1]) << "a cancelled dialog changes nothing";
+  EXPECT_TRUE(sink.events.empty());
+}
+
 TEST_F(CommandDialogs, CancellingAnEffectRunsTheBracketAndChangesNoPixel) {
   for (const char* toolTip : {"Colorize", "Threshold", "Option"}) {
     SetScene();

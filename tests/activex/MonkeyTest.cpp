@@ -63,10 +63,13 @@ protected:
     RECT client = {};
     GetClientRect(target, &client);
     const LPARAM at = MAKELPARAM(Below(client.right + 6) - 3, Below(client.bottom + 6) - 3);
-    switch (Below(12)) {
+    switch (Below(13)) {
       case 0:
       case 1:
         PostMessageW(target, WM_LBUTTONDOWN, MK_LBUTTON, at);
+        break;
+      case 12:
+        PostMessageW(target, WM_LBUTTONDBLCLK, MK_LBUTTON, at);
         break;
       case 2:
         PostMessageW(target, WM_RBUTTONDOWN, MK_RBUTTON, at);
