@@ -17,6 +17,7 @@ constexpr std::array Rows{
     Row{ErrorNumber::Overflow, "Overflow"},
     Row{ErrorNumber::OutOfMemory, "Out of memory"},
     Row{ErrorNumber::SubscriptOutOfRange, "Subscript out of range"},
+    Row{ErrorNumber::DivisionByZero, "Division by zero"},
     Row{ErrorNumber::TypeMismatch, "Type mismatch"},
     Row{ErrorNumber::InternalError, "Internal error"},
     Row{ErrorNumber::FileNotFound, "File not found"},

@@ -12,6 +12,7 @@ enum class ErrorNumber : std::int32_t {
   Overflow = 6,
   OutOfMemory = 7,
   SubscriptOutOfRange = 9,
+  DivisionByZero = 11,
   TypeMismatch = 13,
   InternalError = 51,
   FileNotFound = 53,

@@ -1,5 +1,6 @@
 #include "view/Borders.h"
 
+#include "components/RunTimeError.h"
 #include "trap/Procedure.h"
 
 namespace kw {
@@ -25,6 +26,7 @@ void Borders::Resize(const char* procedure, std::int16_t button, float x, float 
   if (button != Mouse::LeftButton) return;
   run([&] { desktop.ShowMessageBox("change the code below"); });
   const auto inPageUnits = [&](float distance, float twipsPerPixel) {
+    if (zoom.ZoomFactor() == 0) Raise(ErrorNumber::DivisionByZero);
     return static_cast<float>(double{distance} / double{twipsPerPixel} / zoom.ZoomFactor());
   };
   const auto resize = [&](TransparentPicture& picture) {

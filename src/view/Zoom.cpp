@@ -107,14 +107,14 @@ void Zoom::UpdateAndZoom() {
     const PictureBox& canvas = form.picCanvas;
     form.picCanvas.Move(canvas.Left(), canvas.Top(), width + BorderWidth, height + BorderWidth);
   });
-  run([&] {
-    for (const auto& [index, layer] : form.TransLayers) {
-      if (index <= Layers::PageLayer) continue;
-      const bool reachesOut = layer->Left() + layer->Width() > form.BorderCorner.Left() ||
-                              layer->Top() + layer->Height() > form.BorderCorner.Top();
-      if (reachesOut) layer->SetPicture(layer->SourcePicture());
-    }
-  });
+  for (std::int32_t i = Layers::PageLayer + 1; i <= form.TransLayers.UBound(); ++i) {
+    run([&] {
+      TransparentPicture& layer = form.TransLayers(i);
+      const bool reachesOut = layer.Left() + layer.Width() > form.BorderCorner.Left() ||
+                              layer.Top() + layer.Height() > form.BorderCorner.Top();
+      if (reachesOut) layer.SetPicture(layer.SourcePicture());
+    });
+  }
   run([&] { form.editor.SetPointer(MousePointer::Default); });
 }
 

@@ -285,35 +285,5 @@ TEST_F(Commands, PrintEndsThePrintersJob) {
   EXPECT_TRUE(desktop.openJob.empty());
 }
 
-TEST_F(Commands, ZoomStepsThroughItsListAndStopsAtItsEnds) {
-  control->OpenFile(MakeImage("scan.bmp"));
-  const auto zoomText = [&] { return Form().cmbZoomFactor.Text(); };
-  Click("ZoomIn");
-  EXPECT_EQ(zoomText(), "150 %");
-  Click("ZoomOut");
-  EXPECT_EQ(zoomText(), "100 %");
-  desktop.boxes.clear();
-  control->ZoomRoom().LetZoomFactor(4.0);
-  Click("ZoomIn");
-  control->ZoomRoom().LetZoomFactor(0.1);
-  Click("ZoomOut");
-  EXPECT_EQ(desktop.boxes, (std::vector<Box>{{"Can not Zoom in more..", "Zoom Error", MessageButtons::Ok},
-                                             {"Can not Zoom out more..", "Error", MessageButtons::Ok}}));
-  EXPECT_EQ(control->ZoomRoom().ZoomFactor(), 0.1);
-  control->ZoomRoom().LetZoomFactor(0.3);
-  EXPECT_EQ(zoomText(), "30 %");
-  ForgetTrace();
-  control->ZoomRoom().LetZoomFactor(1.25);
-  EXPECT_EQ(zoomText(), "30 %");
-  EXPECT_EQ(Trace(), (Names{"Let ZoomFactor", "UpdateAndZoom"}));
-}
-
-TEST_F(Commands, ChoosingAZoomBeforeAPageIsOpenDoesNothing) {
-  ForgetTrace();
-  Form().cmbZoomFactor.UserChoose(1);
-  EXPECT_EQ(Trace(), Names{"cmbZoomFactor_Click"});
-  EXPECT_EQ(control->ZoomRoom().ZoomFactor(), 1.0);
-}
-
 }  // namespace
 }  // namespace kw::test

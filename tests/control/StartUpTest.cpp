@@ -97,6 +97,8 @@ TEST_F(StartUp, TakesLineSizeColoursAndZoomFromItsDefaults) {
 TEST_F(StartUp, StartsTheWatchAndTheDefaultToolsTimersOnly) {
   EXPECT_EQ(desktop.runningTimers, (std::map<Timer*, std::int32_t>{{&Form().tmrDefaultToolsSelection, 1000},
                                                                    {&Form().tmrWatchClipBoard, 10000}}));
+  EXPECT_FALSE(Form().tmrMoveLayer.Enabled());
+  EXPECT_EQ(Form().tmrMoveLayer.Interval(), 10);
 }
 
 TEST_F(StartUp, LeavesUndoAndRedoAndWhatNeedsAFileDisabled) {
@@ -266,37 +268,6 @@ TEST_F(Layout, WithoutTheOpenButtonTheBasicBarStartsFourUnitsAfterTheSeparator) 
   control->LetIsOpenButtonVisible(true);
   EXPECT_EQ(Form().tbrOpenFile.Left(), separator.Left() + separator.Width() + 4);
   EXPECT_EQ(Form().tbrBasicTools(0).Left(), Form().tbrOpenFile.Left() + Form().tbrOpenFile.Width() + 4);
-}
-
-using ScrollBars = EditorTest;
-
-TEST_F(ScrollBars, ServeACanvasThatIsStrictlyLargerThanTheViewport) {
-  PictureBox& canvas = Form().picCanvas;
-  canvas.SetHeight(Form().picFrame.Height());
-  EXPECT_FALSE(Form().vScroll.Enabled());
-  EXPECT_EQ(Form().vScroll.Max(), 0);
-  canvas.SetHeight(Form().picFrame.Height() + 1);
-  EXPECT_TRUE(Form().vScroll.Enabled());
-  EXPECT_EQ(Form().vScroll.Max(), 301);
-  EXPECT_EQ(Form().vScroll.LargeChange(), static_cast<std::int16_t>(Form().picFrame.Height()));
-  EXPECT_EQ(Form().vScroll.SmallChange(), 1);
-}
-
-TEST_F(ScrollBars, MoveTheCanvas) {
-  Form().picCanvas.Move(0, 0, 3000, 3000);
-  ForgetTrace();
-  Form().vScroll.UserSetValue(120);
-  Form().hScroll.UserSetValue(7);
-  EXPECT_EQ(Trace(), (Names{"vScroll_change", "HScroll_change"}));
-  EXPECT_EQ(Form().picCanvas.Top(), -120);
-  EXPECT_EQ(Form().picCanvas.Left(), -7);
-}
-
-TEST_F(ScrollBars, PassTheFocusToTheCanvas) {
-  ForgetTrace();
-  Form().hScroll.ReceiveFocus();
-  EXPECT_EQ(Form().editor.ActiveControl(), &Form().picCanvas);
-  EXPECT_EQ(Trace(), (Names{"hScroll_GotFocus", "vScroll_GotFocus"}));
 }
 
 }  // namespace
