@@ -29,7 +29,7 @@ public:
   // Layers of 60 x 40 that overlap their neighbours.
   void Fill(int count) {
     for (int i = 0; i < count; ++i) {
-      TransparentPicture& layer = Room().NewLayer();
+      TransparentPicture& layer = *Room().NewLayer();
       layer.Move(static_cast<float>(i * 37 % 1500), static_cast<float>(i * 53 % 1100), 60, 40);
       layer.SetVisible(true);
     }

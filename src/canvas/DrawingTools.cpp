@@ -4,6 +4,7 @@
 #include <cmath>
 #include <vector>
 
+#include "components/Units.h"
 #include "layers/PointInRect.h"
 
 namespace kw {
@@ -170,8 +171,8 @@ std::int16_t DrawingTools::LayerAt(float x, float y) const {
 void DrawingTools::BeginDrag(float x, float y) {
   DragState& drag = layers.Drag();
   const PictureBox& canvas = form.picCanvas;
-  drag.m_StartX = drag.m_CurrentX = std::clamp(double{x}, 0.0, double{canvas.Width()});
-  drag.m_StartY = drag.m_CurrentY = std::clamp(double{y}, 0.0, double{canvas.Height()});
+  drag.m_StartX = drag.m_CurrentX = drag.followedX = std::clamp(double{x}, 0.0, double{canvas.Width()});
+  drag.m_StartY = drag.m_CurrentY = drag.followedY = std::clamp(double{y}, 0.0, double{canvas.Height()});
   drag.m_IsMouseDown = true;
 }
 
@@ -203,8 +204,8 @@ void DrawingTools::ShowHover(float x, float y) {
 void DrawingTools::DrawRubberBand(float x, float y) {
   DragState& drag = layers.Drag();
   const PictureBox& canvas = form.picCanvas;
-  drag.m_CurrentX = std::clamp(double{x}, 0.0, double{canvas.Width()});
-  drag.m_CurrentY = std::clamp(double{y}, 0.0, double{canvas.Height()});
+  drag.m_CurrentX = drag.followedX = std::clamp(double{x}, 0.0, double{canvas.Width()});
+  drag.m_CurrentY = drag.followedY = std::clamp(double{y}, 0.0, double{canvas.Height()});
   const double left = std::min(drag.m_StartX, drag.m_CurrentX);
   const double top = std::min(drag.m_StartY, drag.m_CurrentY);
   form.fr.Move(static_cast<float>(left), static_cast<float>(top),
@@ -220,7 +221,8 @@ void DrawingTools::EndDrag(Procedure& run) {
   const Control* const active = form.editor.ActiveControl();
   if (active == nullptr || active->Name() != form.picCanvas.Name()) return;
   const DragState& drag = layers.Drag();
-  constexpr float leastDrag = 5;  // screen pixels; the canvas measures in these
+  // Five pixels of the screen, in both directions by the horizontal figure.
+  const float leastDrag = 5 * desktop.TwipsPerPixelX() / TwipsPerPixel;
   const bool isLargeEnough = std::abs(static_cast<float>(drag.m_StartX - drag.m_CurrentX)) > leastDrag &&
                              std::abs(static_cast<float>(drag.m_StartY - drag.m_CurrentY)) > leastDrag;
   if (isLargeEnough) layerTools.MakeFromFrame(run);

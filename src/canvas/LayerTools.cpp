@@ -47,11 +47,6 @@ void LayerTools::MakeFromFrame(Procedure& run) {
   if (tool != std::end(RectangleTools)) (this->*tool->make)(run);
 }
 
-TransparentPicture* LayerTools::NewLayer(Procedure& run) {
-  if (!run([&] { layers.NewLayer(); })) return nullptr;
-  return &form.TransLayers(form.TransLayers.UBound());
-}
-
 void LayerTools::SetCommonProperties(Procedure& run, TransparentPicture& layer) {
   run([&] { layer.SetLineColor(form.SampleForeGroundColor.BackColor()); });
   run([&] { layer.SetLineWidth(ToInteger16(form.sldLineHeight.Value())); });
@@ -66,7 +61,7 @@ void LayerTools::SetCommonProperties(Procedure& run, TransparentPicture& layer) 
 }
 
 TransparentPicture* LayerTools::MakeFigure(Procedure& run, FigureKind kind) {
-  TransparentPicture* const made = NewLayer(run);
+  TransparentPicture* const made = layers.NewLayer();
   if (made == nullptr) return nullptr;
   TransparentPicture& layer = *made;
   const TransparentPicture& fr = form.fr;
@@ -106,13 +101,12 @@ void LayerTools::MakeSelection(Procedure& run) {
                 static_cast<float>(area.Height()));
     layer->SetPicture(CopyOfPage(form.TransLayers(Layers::PageLayer), area));
   });
-  run([&] { layers.SetCurrentLayer(layer->Index().value_or(Layers::PageLayer)); });
-  while (layers.BringForward()) continue;
+  run([&] { layers.RaiseAboveOthers(layer->Index().value_or(Layers::PageLayer)); });
 }
 
 TransparentPicture* LayerTools::PlacePicture(Procedure& run, const Bitmap& picture, const PixelRect& within) {
   if (picture.IsEmpty() || within.IsEmpty()) return nullptr;
-  TransparentPicture* const layer = NewLayer(run);
+  TransparentPicture* const layer = layers.NewLayer();
   if (layer == nullptr) return nullptr;
   run([&] {
     const float across = static_cast<float>(within.Width()) / static_cast<float>(picture.Width());
@@ -181,12 +175,13 @@ void LayerTools::FillRegion(Procedure& run, float x, float y) {
     const Colour colour = form.SampleForeGroundColor.BackColor();
     const auto region = RegionOfPageAt(form.TransLayers(Layers::PageLayer), x, y, colour, FillTolerance);
     if (!region) return;
-    TransparentPicture& layer = layers.NewLayer();
-    layer.Move(region->left, region->top, region->width, region->height);
-    SetCommonProperties(run, layer);
-    layer.SetTransparentColor(OtherThan(colour));  // its alpha alone says where the region is
-    layer.SetPicture(region->picture);
-    layer.SetVisible(true);
+    TransparentPicture* const layer = layers.NewLayer();
+    if (layer == nullptr) return;
+    layer->Move(region->left, region->top, region->width, region->height);
+    SetCommonProperties(run, *layer);
+    layer->SetTransparentColor(OtherThan(colour));  // its alpha alone says where the region is
+    layer->SetPicture(region->picture);
+    layer->SetVisible(true);
   });
   run([&] { form.editor.SetPointer(MousePointer::Default); });
 }

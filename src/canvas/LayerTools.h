@@ -38,8 +38,6 @@ private:
   static const RectangleTool RectangleTools[];
 
   bool IsPressed(const char* tool) const { return form.tbrEditingTools.ButtonOf(tool).pressed; }
-  // Null when no layer can be loaded.
-  TransparentPicture* NewLayer(Procedure& run);
   // What the layers of all tools have in common, in this order.
   void SetCommonProperties(Procedure& run, TransparentPicture& layer);
 
@@ -49,6 +47,7 @@ private:
   void MakeEllipse(Procedure& run) { MakeFigure(run, FigureKind::Ellipse); }
   void MakeLine(Procedure& run) { MakeFigure(run, FigureKind::Line); }
   void MakeRectangle(Procedure& run) { MakeFigure(run, FigureKind::Rectangle); }
+  // Null when no layer can be loaded.
   TransparentPicture* MakeFigure(Procedure& run, FigureKind kind);
   void PlaceImage(Procedure& run);
   void PlaceSignature(Procedure& run);

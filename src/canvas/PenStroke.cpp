@@ -71,11 +71,12 @@ void PenStroke::MakeLayer() {
   }
   const Colour colour = form.point1(0).Color();
   form.picTempBuffer.SetPicture(PictureOfStroke(centres, double{size}, colour, width, height));
-  TransparentPicture& layer = layers.NewLayer();
-  layer.Move(left, top, static_cast<float>(width), static_cast<float>(height));
-  layer.SetTransparentColor(OtherThan(colour));  // its alpha alone says where the stroke is
-  layer.SetPicture(form.picTempBuffer.Picture());
-  layer.SetVisible(true);
+  TransparentPicture* const layer = layers.NewLayer();
+  if (layer == nullptr) return;
+  layer->Move(left, top, static_cast<float>(width), static_cast<float>(height));
+  layer->SetTransparentColor(OtherThan(colour));  // its alpha alone says where the stroke is
+  layer->SetPicture(form.picTempBuffer.Picture());
+  layer->SetVisible(true);
 }
 
 void PenStroke::Drop() {

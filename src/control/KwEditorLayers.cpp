@@ -57,6 +57,7 @@ void KwEditorLayers::ConnectEvents() {
   dispatcher.PrinterSetup.Connect([this] { printing.PrintPages(); });
   dispatcher.SelectScanner.Connect([this] { scanning.SelectScanner(); });
   dispatcher.Acquire.Connect([this] { scanning.Acquire(); });
+  layers.BeforeLabelLayer.Connect([this] { lineRightBorderForSelectedArea_MouseUp(); });
   form.Label2.Click.Connect([this] { Label2_Click(); });
 
   drawingTools.StampRequested.Connect([this](float x, float y) { stampTool.PlaceStamp(x, y); });

@@ -1,6 +1,7 @@
 #include "layers/Layers.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "components/Arithmetic.h"
 #include "trap/Procedure.h"
@@ -12,6 +13,8 @@ template <class T>
 void UnloadAbove(ControlArray<T>& array, std::int16_t last) {
   while (array.UBound() > last) array.Unload(array.UBound());
 }
+
+void MoveBy(Control& control, float distance) { control.Move(control.Left() + distance, control.Top() + distance); }
 
 }  // namespace
 
@@ -48,12 +51,15 @@ void Layers::Forward(const char* procedure, const CanvasHandler& handler, const 
   run([&] { handler.Raise(button, shift, x + layer.Left(), y + layer.Top()); });
 }
 
-TransparentPicture& Layers::NewLayer() {
+TransparentPicture* Layers::NewLayer() {
+  Procedure run(trap, "NewLayer");
   const auto index = static_cast<std::int32_t>(form.TransLayers.UBound()) + 1;
-  TransparentPicture& layer = form.TransLayers.Load(index);
-  layer.SetLineWidth(ToInteger16(form.sldLineHeight.Value()));
-  stacking.Append(ToInteger16(index));
-  return layer;
+  if (!run([&] { form.TransLayers.Load(index); })) return nullptr;
+  run([&] { form.TransLayers(index).SetLineWidth(ToInteger16(form.sldLineHeight.Value())); });
+  // While an error was reported, the host may have opened another file.
+  if (!form.TransLayers.IsLoaded(index)) return nullptr;
+  run([&] { stacking.Append(ToInteger16(index)); });
+  return &form.TransLayers(index);
 }
 
 void Layers::UnloadLayerItems() {
@@ -77,6 +83,24 @@ bool Layers::SendBackward() {
   return run.Ask<bool>([&] { return stacking.SendBackward(m_CurrentLayer); }, false);
 }
 
+void Layers::RaiseAboveOthers(std::int16_t index) {
+  class Borrowed {
+  public:
+    explicit Borrowed(Layers& room, std::int16_t raised)
+        : layers(room), former(std::exchange(room.m_CurrentLayer, raised)) {}
+    Borrowed(const Borrowed&) = delete;
+    Borrowed& operator=(const Borrowed&) = delete;
+    // The former one may have gone while an error was reported.
+    ~Borrowed() { layers.m_CurrentLayer = layers.form.TransLayers.IsLoaded(former) ? former : PageLayer; }
+
+  private:
+    Layers& layers;
+    std::int16_t former;
+  };
+  const Borrowed role(*this, index);
+  while (BringForward()) continue;
+}
+
 void Layers::PassPress(std::int16_t index) {
   const std::int16_t before = activeLayer;
   activeLayer = index;
@@ -85,12 +109,13 @@ void Layers::PassPress(std::int16_t index) {
 }
 
 void Layers::PassPress(std::int16_t index, float x, float y) {
-  const bool wasActive = activeLayer == index;
+  // A press with another tool makes a layer the active one, too, but picks nothing.
+  const bool wasPicked = activeLayer == index && form.TransLayers(index).SelectionFrame() != 0;
   PassPress(index);
   if (!form.TransLayers.IsLoaded(index)) return;
   const TransparentPicture& layer = form.TransLayers(index);
   if (layer.SelectionFrame() == 0 || !form.tbrEditingTools.ButtonOf("NoTools").pressed) return;
-  isSecondPress = wasActive;
+  isSecondPress = wasPicked;
   pickedDrag.Begin(index, x, y);
 }
 
@@ -152,26 +177,20 @@ void Layers::TransLayers_Activate(std::int16_t index) {
   if (index == PageLayer) return;
   if (!run.Ask<bool>([&] { return form.tbrEditingTools.ButtonOf("NoTools").pressed; }, false)) return;
   run([&] { m_CurrentLayer = index; });
-  run([&] {
-    TransparentPicture& layer = form.TransLayers(index);
-    if (layer.SelectionFrame() == 1) return;
-    layer.SetIsToShowBorderMarks(false);
-    layer.SetSelectionFrame(1);
-    layer.Move(layer.Left() - 1, layer.Top() - 1);  // what it shows stays in place within the frame
-    layer.SetIsToShowResize(true);
-  });
+  if (run.Ask<bool>([&] { return form.TransLayers(index).SelectionFrame() == 1; }, true)) return;
+  run([&] { form.TransLayers(index).SetIsToShowBorderMarks(false); });
+  run([&] { form.TransLayers(index).SetSelectionFrame(1); });
+  run([&] { MoveBy(form.TransLayers(index), -1); });  // what it shows stays in place within the frame
+  run([&] { form.TransLayers(index).SetIsToShowResize(true); });
 }
 
 void Layers::TransLayers_Deactivate(std::int16_t index) {
   Procedure run(trap, "TransLayers_Deactivate");
   if (index == PageLayer) return;
-  run([&] {
-    TransparentPicture& layer = form.TransLayers(index);
-    if (layer.SelectionFrame() == 0) return;
-    layer.SetSelectionFrame(0);
-    layer.Move(layer.Left() + 1, layer.Top() + 1);
-    layer.SetIsToShowResize(false);
-  });
+  if (run.Ask<bool>([&] { return form.TransLayers(index).SelectionFrame() == 0; }, true)) return;
+  run([&] { form.TransLayers(index).SetSelectionFrame(0); });
+  run([&] { MoveBy(form.TransLayers(index), 1); });
+  run([&] { form.TransLayers(index).SetIsToShowResize(false); });
 }
 
 void Layers::tmrMoveLayer_Timer() {
@@ -181,11 +200,11 @@ void Layers::tmrMoveLayer_Timer() {
     const Control* const active = form.editor.ActiveControl();
     TransparentPicture& fr = form.fr;
     if (active == nullptr || active->Name() != form.picCanvas.Name()) {
-      fr.Move(fr.Left() + static_cast<float>(drag.m_CurrentX - drag.m_StartX),
-              fr.Top() + static_cast<float>(drag.m_CurrentY - drag.m_StartY));
       // The distance is used up, so the frame follows the pointer one to one.
-      drag.m_StartX = drag.m_CurrentX;
-      drag.m_StartY = drag.m_CurrentY;
+      fr.Move(fr.Left() + static_cast<float>(drag.m_CurrentX - drag.followedX),
+              fr.Top() + static_cast<float>(drag.m_CurrentY - drag.followedY));
+      drag.followedX = drag.m_CurrentX;
+      drag.followedY = drag.m_CurrentY;
       return;
     }
     const double left = std::min(drag.m_StartX, drag.m_CurrentX);
@@ -206,7 +225,7 @@ void Layers::Label1_Click() {
   });
   for (int i = 1; i <= 5; ++i) {
     run([&] { form.tbrEditingTools.SetButtonPressed("Circle", true); });
-    run([&] { AddLabelLayer(); });
+    AddLabelLayer(run);
   }
 }
 
@@ -214,21 +233,26 @@ std::int32_t Layers::RandomBelow(double limit) {
   return static_cast<std::int32_t>(std::uniform_real_distribution<double>(0, 1)(generator) * limit);
 }
 
-void Layers::AddLabelLayer() {
-  BeforeLabelLayer.Raise();
-  TransparentPicture& layer = NewLayer();
-  layer.SetCaption("\r\n  Layer # " + std::to_string(layer.Index().value_or(0)) + "  \r\n");
-  const PictureBox& canvas = form.picCanvas;
-  const auto left = static_cast<float>(RandomBelow(canvas.Width()));
-  const auto top = static_cast<float>(RandomBelow(canvas.Height()));
+void Layers::AddLabelLayer(Procedure& run) {
+  run([&] { BeforeLabelLayer.Raise(); });
+  const TransparentPicture* const made = NewLayer();
+  if (made == nullptr) return;
+  const std::int16_t index = made->Index().value_or(PageLayer);
+  const auto layer = [this, index]() -> TransparentPicture& { return form.TransLayers(index); };
+  run([&] { layer().SetCaption("\r\n  Layer # " + std::to_string(index) + "  \r\n"); });
   const auto colour = static_cast<Colour>(RandomBelow(1000000));
-  constexpr float diameter = 60;
-  const auto lineSize = static_cast<float>(form.sldLineHeight.Value());
-  layer.SetForeColor(colour);
-  layer.SetLineColor(colour);
-  layer.Move(left, top, diameter + lineSize, diameter + lineSize);
-  layer.SetFigure({.kind = FigureKind::Ellipse});
-  layer.SetVisible(true);
+  run([&] { layer().SetForeColor(colour); });
+  run([&] { layer().SetLineColor(colour); });
+  run([&] {
+    constexpr float diameter = 60;
+    const PictureBox& canvas = form.picCanvas;
+    const auto left = static_cast<float>(RandomBelow(canvas.Width()));
+    const auto top = static_cast<float>(RandomBelow(canvas.Height()));
+    const auto size = diameter + static_cast<float>(form.sldLineHeight.Value());
+    layer().Move(left, top, size, size);
+  });
+  run([&] { layer().SetVisible(true); });
+  run([&] { layer().SetFigure({.kind = FigureKind::Ellipse}); });
 }
 
 }  // namespace kw

@@ -9,6 +9,7 @@
 #include "form/EditorForm.h"
 #include "layers/LayerDrag.h"
 #include "layers/Stacking.h"
+#include "trap/Procedure.h"
 #include "trap/Trap.h"
 
 namespace kw {
@@ -20,6 +21,9 @@ struct DragState {
   double m_StartY = 0;
   double m_CurrentX = 0;
   double m_CurrentY = 0;
+  // Where the pointer was when the frame fr was placed last.
+  double followedX = 0;
+  double followedY = 0;
 };
 
 // The layer array TransLayers: 0 the template, 1 the page, 2 and up the floating layers, and their stacking order.
@@ -39,15 +43,17 @@ public:
   LayerDrag& PickedDrag() { return pickedDrag; }
   Stacking& ZOrder() { return stacking; }
 
-  // Loads the next layer as a hidden copy of the template, on top of all, with the present line size. Raises
-  // InvalidControlArrayIndex past the array's limit.
-  TransparentPicture& NewLayer();
+  // Loads the next layer as a hidden copy of the template, on top of all, with the present line size. Null where that
+  // failed, which is reported by then; past the array's limit it is InvalidControlArrayIndex.
+  TransparentPicture* NewLayer();
   // Unloads the floating layers and the pen's markers. The page becomes the current layer when the present one goes.
   void UnloadLayerItems();
 
   // Moves the current layer past the next one that it overlaps; true when there was one.
   bool BringForward();
   bool SendBackward();
+  // Brings a layer forward until it is above all that it overlaps. The current layer stays what it is.
+  void RaiseAboveOthers(std::int16_t index);
   // Hands a press to a layer, or to none with index 0: it becomes the active one, and the one that was is released.
   void PassPress(std::int16_t index);
   // Hands it a press of the left button at a point of the canvas: with the pointer tool a drag of the layer begins.
@@ -72,7 +78,7 @@ public:
   CanvasHandler CanvasMouseDown;
   CanvasHandler CanvasMouseMove;
   CanvasHandler CanvasMouseUp;
-  // The layer label asks for the selection area to be dealt with before each of its layers.
+  // What deals with the selected area, before each layer of the layer label.
   Event<> BeforeLabelLayer;
 
 private:
@@ -81,7 +87,7 @@ private:
   void ConnectMouse(TransparentPicture& layer);
   void Forward(const char* procedure, const CanvasHandler& handler, const Control& layer, std::int16_t button,
                std::int16_t shift, float x, float y);
-  void AddLabelLayer();
+  void AddLabelLayer(Procedure& run);
   // From 0 up to, and without, `limit`; whole.
   std::int32_t RandomBelow(double limit);
 

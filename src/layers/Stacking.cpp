@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "components/RunTimeError.h"
 #include "layers/PointInRect.h"
 
 namespace kw {
@@ -45,9 +46,9 @@ bool Stacking::BringForward(std::int16_t layer) {
 bool Stacking::SendBackward(std::int16_t layer) {
   const std::size_t position = PositionOf(layer);
   if (position < 2) return false;
-  for (std::size_t p = std::min(position - 1, m_LayerZOrder.size()); p >= 2; --p) {
+  for (std::size_t p = position - 1; p >= 2; --p) {
     if (!Overlaps(m_LayerZOrder[p - 1], layer)) continue;
-    if (position > m_LayerZOrder.size()) return false;  // a layer that is in no order has no place to leave
+    if (position > m_LayerZOrder.size()) Raise(ErrorNumber::SubscriptOutOfRange);  // it has no place to leave
     const auto target = m_LayerZOrder.begin() + static_cast<std::ptrdiff_t>(p) - 1;
     const auto place = m_LayerZOrder.begin() + static_cast<std::ptrdiff_t>(position) - 1;
     std::rotate(target, place, place + 1);

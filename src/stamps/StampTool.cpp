@@ -63,14 +63,16 @@ void StampTool::MakeLayers(const Stamp& stamp, float x, float y) {
   const StampPlaces places = Arrange(desktop, stamp, page, static_cast<std::int32_t>(std::lround(x)),
                                      static_cast<std::int32_t>(std::lround(y)));
   if (!places.text.IsEmpty()) {
-    TransparentPicture& layer = layers.NewLayer();
-    ShowText(layer, stamp, places.text);
-    layer.SetVisible(true);
+    TransparentPicture* const layer = layers.NewLayer();
+    if (layer == nullptr) return;
+    ShowText(*layer, stamp, places.text);
+    layer->SetVisible(true);
   }
   if (!places.signature.IsEmpty()) {
-    TransparentPicture& layer = layers.NewLayer();
-    ShowSignature(layer, stamp, places.signature);
-    layer.SetVisible(true);
+    TransparentPicture* const layer = layers.NewLayer();
+    if (layer == nullptr) return;
+    ShowSignature(*layer, stamp, places.signature);
+    layer->SetVisible(true);
   }
 }
 

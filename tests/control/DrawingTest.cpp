@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <functional>
 
 #include "support/LayersFixture.h"
 
@@ -12,6 +11,10 @@ TEST_F(Drawing, ADragMakesALayerWithTheToolsFigureAndColours) {
   Choose("Rectangle");
   Form().tbrFillPattern.SetButtonPressed("NoFillInside", true);
   Form().sldLineHeight.SetValue(3);
+  Form().SampleForeGroundColor.SetBackColor(MakeColour(1, 2, 3));
+  Form().SampleBackGroundColor.SetBackColor(MakeColour(4, 5, 6));
+  Form().TransLayers(0).SetStyle(5);
+  Form().TransLayers(0).SetIsToShowResize(true);
   ForgetTrace();
   DragOut(100, 80, 40, 20);
   ASSERT_EQ(Form().TransLayers.UBound(), 2);
@@ -23,21 +26,15 @@ TEST_F(Drawing, ADragMakesALayerWithTheToolsFigureAndColours) {
   EXPECT_TRUE(layer.Visible());
   EXPECT_EQ(layer.DrawnFigure().kind, FigureKind::Rectangle);
   EXPECT_EQ(layer.LineWidth(), 3);
-  EXPECT_EQ(layer.TransparentColor(), layer.BackColor());
+  EXPECT_EQ(layer.LineColor(), MakeColour(1, 2, 3));
+  EXPECT_EQ(layer.ForeColor(), MakeColour(1, 2, 3));
+  EXPECT_EQ(layer.BackColor(), MakeColour(4, 5, 6));
+  EXPECT_EQ(layer.TransparentColor(), MakeColour(4, 5, 6));
+  EXPECT_EQ(layer.Style(), 0);
+  EXPECT_FALSE(layer.IsToShowResize());
   EXPECT_FALSE(Form().fr.Visible());
-  for (const std::string& name : Trace()) EXPECT_EQ(name, "TransLayers_Change");  // the handlers themselves are silent
-}
-
-TEST_F(Drawing, AClickOrADragOfFivePixelsMakesNothing) {
-  Choose("Rectangle");
-  Canvas().ReceiveFocus();
-  Press(50, 50);
-  Release(50, 50);
-  DragOut(50, 50, 55, 100);
-  DragOut(50, 50, 100, 45);
-  EXPECT_EQ(Form().TransLayers.UBound(), 1);
-  DragOut(50, 50, 56, 56);
-  EXPECT_EQ(Form().TransLayers.UBound(), 2);
+  // The handlers themselves are silent.
+  EXPECT_EQ(Trace(), (Names{"NewLayer", "TransLayers_Change"}));
 }
 
 TEST_F(Drawing, AFilledInsideIsOpaqueExceptForTheBackColour20) {
@@ -51,15 +48,17 @@ TEST_F(Drawing, AFilledInsideIsOpaqueExceptForTheBackColour20) {
   EXPECT_EQ(Form().TransLayers(3).TransparentColor(), 20U);
 }
 
-TEST_F(Drawing, ReleasedWhileAnotherControlIsActiveMakesNothing) {
-  Choose("Rectangle");
-  Canvas().ReceiveFocus();
-  Press(10, 10);
-  Drag(90, 90);
-  Form().cmbZoomFactor.ReceiveFocus();
-  Release(90, 90);
-  EXPECT_EQ(Form().TransLayers.UBound(), 1);
-  EXPECT_FALSE(Form().fr.Visible());
+TEST_F(Drawing, AFilledInsidesTransparentColourIsHalfTheBackColourAndTenRoundedToEven) {
+  Choose("Circle");
+  Form().tbrFillPattern.SetButtonPressed("FillInside", true);
+  for (const auto& [back, transparent] :
+       std::vector<std::pair<Colour, Colour>>{{0, 10}, {1, 10}, {3, 12}, {5, 12}, {7, 14}, {255, 138}}) {
+    Form().SampleBackGroundColor.SetBackColor(back);
+    DragOut(10, 10, 60, 60);
+    ASSERT_EQ(Form().TransLayers.UBound(), 2);
+    EXPECT_EQ(Form().TransLayers(2).TransparentColor(), transparent) << back;
+    Room().UnloadLayerItems();
+  }
 }
 
 TEST_F(Drawing, APressOnALayersEdgeIsTheLayersAndDrawsNoBand) {
@@ -90,15 +89,6 @@ TEST_F(Drawing, AHiddenLayerTakesNoPressAndTheTopmostTakesIt) {
   EXPECT_EQ(Room().CurrentLayerIndex(), 4);
 }
 
-TEST_F(Drawing, TheBandStaysWithinTheCanvas) {
-  Choose("Line");
-  Canvas().ReceiveFocus();
-  Press(10, 10);
-  Drag(99999, -500);
-  EXPECT_EQ(Form().fr.Left() + Form().fr.Width(), Canvas().Width());
-  EXPECT_EQ(Form().fr.Top(), 0);
-}
-
 TEST_F(Drawing, ALineKeepsItsDirection) {
   Choose("Line");
   DragOut(10, 10, 60, 60);
@@ -107,12 +97,92 @@ TEST_F(Drawing, ALineKeepsItsDirection) {
   EXPECT_TRUE(Form().TransLayers(3).DrawnFigure().isRising);
 }
 
-TEST_F(Drawing, ASelectionIsRaisedAboveWhatItOverlaps) {
+TEST_F(Drawing, ASelectionIsOnTopAndLeavesTheCurrentLayerAndItsFont) {
+  Font chosen;
+  chosen.name = "Arial";
+  chosen.size = 20;
+  desktop.fontAnswers.emplace_back([&](Font& font) { font = chosen; });
+  Form().tbrMoreTools.ButtonClick.Raise("FontSettings");
   Add(200, 200);
   Choose("NoTools");
-  DragOut(10, 10, 190, 190);
-  EXPECT_EQ(Room().CurrentLayerIndex(), 3);
+  ForgetTrace();
+  DragOut(10, 10, 220, 220);
+  ASSERT_EQ(Form().TransLayers.UBound(), 3);
   EXPECT_EQ(Room().ZOrder().Order().back(), 3);
+  const Names trace = Trace();
+  EXPECT_EQ(std::count(trace.begin(), trace.end(), "BringForward"), 1);
+  EXPECT_EQ(Room().CurrentLayerIndex(), 1);
+  Choose("Text");
+  DragOut(300, 200, 380, 240);
+  EXPECT_TRUE(Form().TransLayers(4).TextFont() == chosen);
+}
+
+TEST_F(Drawing, AfterASelectionACommandStillWorksOnThePage) {
+  Choose("NoTools");
+  DragOut(10, 20, 60, 60);
+  Form().tbrMoreTools.ButtonClick.Raise("Invert");
+  const TransparentPicture& selection = Form().TransLayers(2);
+  EXPECT_EQ(selection.Left(), 10);
+  EXPECT_EQ(selection.Width(), 50);
+  EXPECT_EQ(selection.Picture().Row(0)[0], 0);
+  EXPECT_EQ(Form().TransLayers(1).Picture().Row(0)[0], 255);
+  EXPECT_TRUE(events.errors.empty());
+}
+
+TEST_F(Drawing, ALayerBeyondTheLimitIsReportedOnceAndChangesNothing) {
+  Form().TransLayers.Load(32767);
+  for (const char* tool : {"Rectangle", "Pen", "Fill", "NoTools", "Text"}) {
+    Choose(tool);
+    DragOut(10, 10, 60, 60);
+    EXPECT_EQ(events.errors, std::vector<int>{341}) << tool;
+    EXPECT_EQ(Form().TransLayers.UBound(), 32767) << tool;
+    EXPECT_EQ(Room().ZOrder().Order(), std::vector<std::int16_t>{1}) << tool;
+    EXPECT_FALSE(Form().TransLayers(32767).Visible()) << tool;
+    EXPECT_EQ(Form().TransLayers(32767).Width(), 0) << tool;
+    EXPECT_FALSE(Form().fr.Visible()) << tool;
+    EXPECT_EQ(Form().point1.UBound(), 0) << tool;
+  }
+}
+
+TEST_F(Drawing, OnAPageOfOnePixelEveryToolEndsInOrder) {
+  control->OpenFile(MakeImage("dot.bmp", 1, 1));
+  for (const char* tool : {"NoTools", "Text", "Circle", "Line", "Rectangle", "Pen", "Rubber", "Fill", "Chooser"}) {
+    Choose(tool);
+    DragOut(0, 0, 80, 80);
+    EXPECT_FALSE(Form().fr.Visible()) << tool;
+    EXPECT_EQ(Form().point1.UBound(), 0) << tool;
+    for (const auto& [index, layer] : Form().TransLayers) {
+      EXPECT_LE(layer->Width(), Canvas().Width() + 2) << tool;
+    }
+    Room().UnloadLayerItems();
+  }
+  EXPECT_TRUE(events.errors.empty());
+}
+
+TEST_F(Drawing, AtTheFarCornerOfAPageOfTwentyThousandPixelsSquareLayersLieExactly) {
+  constexpr std::int32_t side = 20000;
+  const std::string path = folder.File("large.bmp");
+  SavePicture(Bitmap(side, side, 1), path);
+  control->OpenFile(path);
+  EXPECT_EQ(Canvas().Width(), side + 2);
+  const float start = side - 60;
+  for (const char* tool : {"NoTools", "Text", "Circle", "Line", "Rectangle"}) {
+    Choose(tool);
+    DragOut(start, start, side, side);
+    ASSERT_EQ(Form().TransLayers.UBound(), 2) << tool;
+    const TransparentPicture& layer = Form().TransLayers(2);
+    EXPECT_EQ(layer.Left(), start) << tool;
+    EXPECT_EQ(layer.Top(), start) << tool;
+    EXPECT_EQ(layer.Width(), 60) << tool;
+    EXPECT_EQ(layer.Height(), 60) << tool;
+    Room().UnloadLayerItems();
+  }
+  Choose("Pen");
+  DragOut(start, start, start + 20, start);
+  ASSERT_EQ(Form().TransLayers.UBound(), 2);
+  EXPECT_GE(Form().TransLayers(2).Left(), start - 5);
+  EXPECT_LE(Form().TransLayers(2).Width(), 30);
+  EXPECT_TRUE(events.errors.empty());
 }
 
 TEST_F(Drawing, APenStrokeBecomesALayerWithItsPicture) {
@@ -125,6 +195,7 @@ TEST_F(Drawing, APenStrokeBecomesALayerWithItsPicture) {
   Drag(52, 61);
   Drag(90, 100);
   EXPECT_EQ(Form().point1.Count(), 3);
+  for (std::int16_t i = 0; i < 3; ++i) EXPECT_TRUE(Form().point1(i).Visible()) << i;
   Release(90, 100);
   EXPECT_EQ(Form().point1.Count(), 1);
   EXPECT_FALSE(Form().point1(0).Visible());
@@ -141,159 +212,6 @@ TEST_F(Drawing, APenStrokeBecomesALayerWithItsPicture) {
   };
   EXPECT_EQ(alphaAt(71, 80), 255);
   EXPECT_EQ(alphaAt(88, 62), 0);
-}
-
-TEST_F(Drawing, OtherButtonsDoNothing) {
-  Choose("Rectangle");
-  Press(10, 10, 4);
-  EXPECT_FALSE(Room().Drag().m_IsMouseDown);
-  EXPECT_TRUE(events.errors.empty());
-}
-
-TEST_F(Drawing, WhateverEndsADragLeavesNeitherBandNorMarkersNorALayer) {
-  const std::function<void()> endings[] = {
-      [this] { Press(30, 30, 2); },
-      [this] { Press(30, 30, 4); },
-      [this] { Canvas().KeyPress.Raise(27); },
-      [this] { Canvas().MouseLost.Raise(); },
-      [this] { control->OpenFile(folder.File("page.bmp")); },
-      [this] { Room().UnloadLayerItems(); },
-  };
-  for (const char* tool : {"Rectangle", "Pen", "Rubber", "NoTools", "Image", "Signature"}) {
-    for (const auto& end : endings) {
-      Choose(tool);
-      Canvas().ReceiveFocus();
-      Press(20, 20);
-      Drag(60, 60);
-      const bool isShown = Form().fr.Visible() || Form().point1(0).Visible();
-      EXPECT_TRUE(isShown) << tool;
-      end();
-      const auto expectRest = [&] {
-        EXPECT_FALSE(Form().fr.Visible()) << tool;
-        EXPECT_FALSE(Form().point1(0).Visible()) << tool;
-        EXPECT_EQ(Form().point1.UBound(), 0) << tool;
-        EXPECT_FALSE(Form().tmrMoveLayer.Enabled()) << tool;
-        EXPECT_FALSE(Room().Drag().m_IsMouseDown) << tool;
-        EXPECT_EQ(Form().TransLayers.UBound(), 1) << tool;
-      };
-      expectRest();
-      Drag(90, 90);
-      Release(90, 90);
-      expectRest();
-    }
-  }
-  EXPECT_TRUE(events.errors.empty());
-}
-
-TEST_F(Drawing, TheControlMayGoInADrag) {
-  for (const char* tool : {"Rectangle", "Pen", "NoTools"}) {
-    Choose(tool);
-    Press(20, 20);
-    Drag(60, 60);
-    control->UserControl_Terminate();
-    control = std::make_unique<KwEditorLayers>(desktop, events);
-    control->UserControl_Initialize();
-    control->OpenFile(folder.File("page.bmp"));
-  }
-  EXPECT_TRUE(events.errors.empty());
-}
-
-TEST_F(Drawing, CoordinatesFarOutsideTheCanvasDrawOnItOrNothing) {
-  for (const float far : {-1e9F, 1e9F, -3e38F, 3e38F}) {
-    Choose("Rectangle");
-    DragOut(100, 100, far, far);
-    Choose("Pen");
-    DragOut(200, 100, far, far);
-    Choose("Rectangle");
-    DragOut(far, far, far, far);
-  }
-  for (const auto& [index, layer] : Form().TransLayers) {
-    if (index < 2) continue;
-    EXPECT_GE(layer->Left(), -2) << index;
-    EXPECT_LE(layer->Left() + layer->Width(), Canvas().Width() + 2) << index;
-    EXPECT_GE(layer->Top(), -2) << index;
-    EXPECT_LE(layer->Top() + layer->Height(), Canvas().Height() + 2) << index;
-  }
-  EXPECT_FALSE(Form().fr.Visible());
-  EXPECT_EQ(Form().point1.UBound(), 0);
-}
-
-// Moves that come while the editor yields, as they do when the mouse is faster than the editor.
-TEST_F(Drawing, MovesThatComeInAYieldDoNotNestAndKeepTheirOrder) {
-  Choose("Pen");
-  Canvas().ReceiveFocus();
-  int depth = 0;
-  int deepest = 0;
-  int coming = 0;
-  desktop.onDoEvents = [&] {
-    deepest = std::max(deepest, ++depth);
-    while (coming < 1000) {
-      ++coming;
-      const int down = coming / 10;
-      Drag(static_cast<float>(20 + coming % 300), static_cast<float>(20 + down));
-    }
-    --depth;
-  };
-  Press(10, 10);
-  Drag(20, 20);
-  Release(30, 120);
-  desktop.onDoEvents = {};
-  EXPECT_EQ(deepest, 1);
-  ASSERT_EQ(Form().TransLayers.UBound(), 2);
-
-  // The trail runs through the points in the order in which they came.
-  Press(10, 200);
-  desktop.onDoEvents = [&, isFirst = true]() mutable {
-    if (!isFirst) return;
-    isFirst = false;
-    Drag(30, 200);
-    Drag(40, 200);
-  };
-  Drag(20, 200);
-  desktop.onDoEvents = {};
-  ASSERT_EQ(Form().point1.Count(), 4);
-  const float half = Form().point1(0).Width() / 2;
-  for (std::int16_t i = 1; i < 4; ++i) EXPECT_EQ(Form().point1(i).Left() + half, static_cast<float>(10 + 10 * i));
-  Release(40, 200);
-}
-
-TEST_F(Drawing, AReleaseInAYieldTakesTheMovesBeforeIt) {
-  Choose("Rectangle");
-  Canvas().ReceiveFocus();
-  Press(10, 10);
-  desktop.onDoEvents = [&] {
-    desktop.onDoEvents = {};
-    Drag(50, 60);
-    Release(50, 60);
-  };
-  Drag(30, 30);
-  ASSERT_EQ(Form().TransLayers.UBound(), 2);
-  EXPECT_EQ(Form().TransLayers(2).Width(), 40);
-  EXPECT_EQ(Form().TransLayers(2).Height(), 50);
-  EXPECT_FALSE(Form().fr.Visible());
-}
-
-TEST_F(Drawing, APressThatComesWhileAStrokeEndsLosesNeitherStroke) {
-  Choose("Pen");
-  Canvas().ReceiveFocus();
-  Press(10, 10);
-  Drag(60, 10);
-  desktop.onDoEvents = [&] {
-    desktop.onDoEvents = {};
-    Press(10, 100);
-    Drag(60, 100);
-  };
-  Release(60, 10);
-  EXPECT_EQ(Form().TransLayers.UBound(), 2);
-  EXPECT_EQ(Form().point1.Count(), 2) << "the second stroke goes on";
-  Drag(90, 100);
-  Release(90, 100);
-  ASSERT_EQ(Form().TransLayers.UBound(), 3);
-  EXPECT_LT(Form().TransLayers(2).Top(), 20);
-  EXPECT_GT(Form().TransLayers(2).Width(), 50);
-  EXPECT_GT(Form().TransLayers(3).Top(), 80);
-  EXPECT_GT(Form().TransLayers(3).Width(), 80);
-  EXPECT_EQ(Form().point1.UBound(), 0);
 }
 
 TEST_F(Drawing, ALayerBeyondTheRangeOfWholeNumbersIsAnOverflowForThePressOnIt) {

@@ -1,5 +1,6 @@
 #include <cmath>
 #include <limits>
+#include <map>
 #include <random>
 
 #include "layers/PointInRect.h"
@@ -26,7 +27,9 @@ TEST(IsPointInRectTest, RaisesOverflowWhereAnEdgeDoesNotFit) {
 
 TEST_F(LayersTest, ANewLayerIsLoadedOnTopWithTheLineSize) {
   Form().sldLineHeight.SetValue(7);
-  const TransparentPicture& layer = Room().NewLayer();
+  ForgetTrace();
+  const TransparentPicture& layer = *Room().NewLayer();
+  EXPECT_EQ(Trace(), Names{"NewLayer"});
   EXPECT_EQ(layer.Index().value_or(0), 2);
   EXPECT_EQ(layer.LineWidth(), 7);
   EXPECT_FALSE(layer.Visible());
@@ -66,17 +69,6 @@ TEST_F(LayersTest, APickedLayerIsFramedAndShiftedOnceAndReleasedExactly) {
   EXPECT_FALSE(layer.IsToShowResize());
 }
 
-TEST_F(LayersTest, MouseEventsOfALayerReachTheCanvasWithItsPositionAdded) {
-  const TransparentPicture& layer = Add(100, 50);
-  std::vector<std::pair<float, float>> seen;
-  Room().CanvasMouseDown.Connect([&](std::int16_t, std::int16_t, float x, float y) { seen.emplace_back(x, y); });
-  ForgetTrace();
-  layer.MouseDown.Raise(1, 0, 5, 7);
-  Form().TransBackImage.MouseDown.Raise(1, 0, 1, 2);
-  EXPECT_EQ(seen, (std::vector<std::pair<float, float>>{{105, 57}, {1, 2}}));
-  EXPECT_EQ(Trace(), (Names{"TransLayers_MouseDown", "TransBackImage_MouseDown"}));
-}
-
 TEST_F(LayersTest, BringForwardPassesTheNextOverlappingLayerOnly) {
   Add(0, 0);
   Add(200, 200);
@@ -102,6 +94,36 @@ TEST_F(LayersTest, SendBackwardStopsAboveThePage) {
   EXPECT_TRUE(events.errors.empty());
 }
 
+TEST_F(LayersTest, ALayerIsRaisedAboveAllThatItOverlapsAndIsNotMadeTheCurrentOne) {
+  Add(0, 0);
+  Add(20, 20);
+  Add(200, 200);
+  Add(30, 30);
+  Add(300, 200);
+  Room().SetCurrentLayer(4);
+  ForgetTrace();
+  Room().RaiseAboveOthers(2);
+  EXPECT_EQ(Room().ZOrder().Order(), (Order{1, 3, 4, 5, 2, 6}));
+  EXPECT_EQ(Room().CurrentLayerIndex(), 4);
+  EXPECT_EQ(Trace(), Names(3, "BringForward"));
+}
+
+TEST_F(LayersTest, ALayerThatStandsInNoOrderIsNoSubscriptOnceItsPlaceIsNeeded) {
+  Add(100, 100);
+  TransparentPicture& stray = Form().TransLayers.Load(3);
+  stray.Move(300, 200, 20, 20);
+  Room().SetCurrentLayer(3);
+  EXPECT_FALSE(Room().BringForward());
+  EXPECT_FALSE(Room().SendBackward());
+  EXPECT_TRUE(events.errors.empty());
+  stray.Move(110, 110);
+  EXPECT_FALSE(Room().BringForward());
+  EXPECT_TRUE(events.errors.empty());
+  EXPECT_FALSE(Room().SendBackward());
+  EXPECT_EQ(events.errors, std::vector<int>{9});
+  EXPECT_EQ(Room().ZOrder().Order(), (Order{1, 2}));
+}
+
 TEST_F(LayersTest, CtrlFAndCtrlBRestackTheCurrentLayerByOneStep) {
   Add(0, 0);
   Add(20, 20);
@@ -119,21 +141,9 @@ TEST_F(LayersTest, ThePageIsNeverRestacked) {
   EXPECT_FALSE(Room().SendBackward());
 }
 
-TEST_F(LayersTest, AnEmptyPageDisablesTheToolsAndEmptiesTheSizeLabel) {
-  EXPECT_EQ(Form().lblImageSize.Caption(), "Size: 400 x 300");
-  Form().TransLayers(1).SetPicture({});
-  EXPECT_EQ(Form().lblImageSize.Caption(), "");
-  for (const Control* one :
-       {static_cast<Control*>(&Form().tbrBasicTools(0)), static_cast<Control*>(&Form().tbrBasicTools(1)),
-        static_cast<Control*>(&Form().frZoomFactorContainer), static_cast<Control*>(&Form().picFrame),
-        static_cast<Control*>(&Form().kwraTools)}) {
-    EXPECT_FALSE(one->Enabled()) << one->Name();
-  }
-}
-
 TEST_F(LayersTest, TheRubberBandIsNormalisedByTheTimer) {
   Canvas().ReceiveFocus();
-  Room().Drag() = {true, 90, 80, 30, 20};
+  Room().Drag() = {.m_IsMouseDown = true, .m_StartX = 90, .m_StartY = 80, .m_CurrentX = 30, .m_CurrentY = 20};
   Form().tmrMoveLayer.SetEnabled(true);
   desktop.FireTimer(Form().tmrMoveLayer);
   EXPECT_EQ(Form().fr.Left(), 30);
@@ -146,42 +156,38 @@ TEST_F(LayersTest, TheRubberBandIsNormalisedByTheTimer) {
 TEST_F(LayersTest, AwayFromTheCanvasTheTimerMovesTheFrameWithThePointerOneToOne) {
   Form().fr.Move(10, 10, 20, 20);
   Form().cmbZoomFactor.ReceiveFocus();
-  Room().Drag() = {true, 50, 50, 53, 48};
+  Room().Drag() = {.m_IsMouseDown = true,
+                   .m_StartX = 40,
+                   .m_StartY = 40,
+                   .m_CurrentX = 53,
+                   .m_CurrentY = 48,
+                   .followedX = 50,
+                   .followedY = 50};
   Form().tmrMoveLayer.SetEnabled(true);
   desktop.FireTimer(Form().tmrMoveLayer);
   desktop.FireTimer(Form().tmrMoveLayer);
   EXPECT_EQ(Form().fr.Left(), 13);
   EXPECT_EQ(Form().fr.Top(), 8);
+  EXPECT_EQ(Room().Drag().m_StartX, 40) << "where the button went down stays known";
+  EXPECT_EQ(Room().Drag().m_StartY, 40);
 }
 
-TEST_F(LayersTest, TheLabelAddsFiveNumberedCircles) {
-  Form().Label1.Click.Raise();
-  EXPECT_EQ(Form().TransLayers.UBound(), 6);
-  EXPECT_EQ(Form().TransLayers(4).Caption(), "\r\n  Layer # 4  \r\n");
-  for (std::int16_t i = 2; i <= 6; ++i) {
-    EXPECT_TRUE(Form().TransLayers(i).Visible());
-    EXPECT_EQ(Form().TransLayers(i).DrawnFigure().kind, FigureKind::Ellipse);
-  }
-  EXPECT_TRUE(Form().tbrEditingTools.ButtonOf("Circle").pressed);
-}
-
-TEST_F(LayersTest, TheSecondLabelQuartersTheBackground) {
-  control->LetBGImage(MakeImage("back.bmp", 400, 100));
-  Form().Label2.Click.Raise();
-  EXPECT_EQ(Form().TransBackImage.Width(), 100);
-}
-
-TEST_F(LayersTest, RandomStepsKeepTheOrderAPermutationOfTheLoadedLayers) {
+TEST_F(LayersTest, RandomStepsKeepTheOrderAPermutationAndEachLayerInItsPlace) {
   std::mt19937 random(20261121);
   const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
   const auto any = [&] { return static_cast<std::int16_t>(1 + below(Form().TransLayers.UBound())); };
+  std::map<std::int16_t, std::pair<float, float>> homes;  // where each floating layer lies while it is not picked
+  float width = 400;
+  float height = 300;
   for (int step = 0; step < 3000; ++step) {
-    switch (below(9)) {
+    switch (below(11)) {
       case 0:
       case 1:
         if (Form().TransLayers.UBound() < 40) {
-          Add(static_cast<float>(below(500) - 50), static_cast<float>(below(400) - 50), static_cast<float>(below(120)),
-              static_cast<float>(below(120)));
+          const TransparentPicture& layer =
+              Add(static_cast<float>(below(500) - 50), static_cast<float>(below(400) - 50),
+                  static_cast<float>(below(120)), static_cast<float>(below(120)));
+          homes[Form().TransLayers.UBound()] = {layer.Left(), layer.Top()};
         }
         break;
       case 2:
@@ -202,8 +208,22 @@ TEST_F(LayersTest, RandomStepsKeepTheOrderAPermutationOfTheLoadedLayers) {
       case 7:
         control->ZoomRoom().UpdateAndZoom();
         break;
+      case 8:
+        control->ZoomRoom().LetZoomFactor(0.5 + below(4) * 0.5);
+        break;
+      case 9: {
+        const auto across = static_cast<float>(below(2) == 0 ? 50 - below(100) : 400 - static_cast<int>(width));
+        const auto down = static_cast<float>(50 - below(100));
+        const auto zoom = static_cast<float>(control->ZoomRoom().ZoomFactor());
+        Form().BorderCorner.MouseUp.Raise(1, 0, across * zoom * 15, down * zoom * 15);
+        if (width + across > 0) width += across;
+        if (height + down > 0) height += down;
+        break;
+      }
       default:
-        if (below(20) == 0) Room().UnloadLayerItems();
+        if (below(20) != 0) break;
+        Room().UnloadLayerItems();
+        homes.clear();
         break;
     }
     Order order = Room().ZOrder().Order();
@@ -212,45 +232,23 @@ TEST_F(LayersTest, RandomStepsKeepTheOrderAPermutationOfTheLoadedLayers) {
     ASSERT_EQ(order.size() + 1, static_cast<std::size_t>(Form().TransLayers.Count()));
     for (std::size_t i = 0; i < order.size(); ++i) ASSERT_EQ(order[i], static_cast<std::int16_t>(i + 1));
     ASSERT_TRUE(Form().TransLayers.IsLoaded(Room().CurrentLayerIndex()));
+    int picked = 0;
+    for (const auto& [index, home] : homes) {
+      const TransparentPicture& layer = Form().TransLayers(index);
+      const auto shift = static_cast<float>(layer.SelectionFrame());
+      picked += layer.SelectionFrame();
+      ASSERT_EQ(layer.Left(), home.first - shift) << step;
+      ASSERT_EQ(layer.Top(), home.second - shift) << step;
+    }
+    ASSERT_LE(picked, 1) << step;
+    ASSERT_EQ(Form().TransLayers(1).Width(), width) << step;
+    ASSERT_EQ(Form().TransLayers(1).Height(), height) << step;
+    control->ZoomRoom().UpdateAndZoom();
+    ASSERT_EQ(Form().BorderCorner.Left(), width) << step;
+    ASSERT_EQ(Form().BorderCorner.Top(), height) << step;
+    ASSERT_EQ(Canvas().Width(), width + 2) << step;
   }
   EXPECT_TRUE(events.errors.empty());
-}
-
-using Borders = LayersTest;
-
-TEST_F(Borders, ReleasedWithTheLeftButtonResizeThePageAfterTheirNotice) {
-  desktop.boxes.clear();
-  Form().BorderBottom.MouseUp.Raise(1, 0, 0, 30 * 15);
-  Form().BorderRight.MouseUp.Raise(1, 0, -10 * 15, 0);
-  EXPECT_EQ(Form().TransLayers(1).Height(), 330);
-  EXPECT_EQ(Form().TransLayers(1).Width(), 390);
-  Form().BorderCorner.MouseUp.Raise(1, 0, 10 * 15, 20 * 15);
-  EXPECT_EQ(Form().TransLayers(1).Width(), 400);
-  EXPECT_EQ(Form().TransLayers(1).Height(), 350);
-  EXPECT_EQ(Form().BorderCorner.Top(), 350);
-  ASSERT_EQ(desktop.boxes.size(), 3U);
-  EXPECT_EQ(desktop.boxes[2], (ScriptedDesktop::Box{"change the code below", "", MessageButtons::Ok}));
-}
-
-TEST_F(Borders, DraggedPastTheOppositeEdgeLeaveTheSizeButShowTheNotice) {
-  desktop.boxes.clear();
-  Form().BorderBottom.MouseUp.Raise(1, 0, 0, -301 * 15);
-  EXPECT_EQ(Form().TransLayers(1).Height(), 300);
-  EXPECT_EQ(desktop.boxes.size(), 1U);
-}
-
-TEST_F(Borders, DivideTheDistanceByTheZoom) {
-  control->ZoomRoom().LetZoomFactor(2.0);
-  Form().BorderBottom.MouseUp.Raise(1, 0, 0, 30 * 15);
-  EXPECT_EQ(Form().TransLayers(1).Height(), 315);
-}
-
-TEST_F(Borders, AnotherButtonDoesNothing) {
-  desktop.boxes.clear();
-  ForgetTrace();
-  Form().BorderRight.MouseUp.Raise(2, 0, 150, 0);
-  EXPECT_TRUE(desktop.boxes.empty());
-  EXPECT_EQ(Trace(), Names{"BorderRight_MouseUp"});
 }
 
 }  // namespace

@@ -191,6 +191,22 @@ TEST_F(PickedLayer, TheSecondClickOnATextBeginsTyping) {
   EXPECT_TRUE(layer.IsTyping());
 }
 
+TEST_F(PickedLayer, AClickThatOnlyPicksATextBeginsNoTyping) {
+  TransparentPicture& layer = Add(100, 100, 80, 20);
+  layer.SetTextEntry(true);
+  Choose("Rectangle");  // a press with it makes the layer the active one and picks nothing
+  Press(120, 110);
+  Release(120, 110);
+  Choose("NoTools");
+  Press(120, 110);
+  Release(120, 110);
+  EXPECT_EQ(layer.SelectionFrame(), 1);
+  EXPECT_FALSE(layer.IsTyping());
+  Press(120, 110);
+  Release(120, 110);
+  EXPECT_TRUE(layer.IsTyping());
+}
+
 TEST_F(PickedLayer, ATextGrowsWithItsLinesAndDoesNotShrink) {
   TransparentPicture& layer = Add(100, 100, 80, 20);
   layer.SetTextEntry(true);

@@ -94,7 +94,7 @@ protected:
   }
   static void Fill(TransparentPicture& layer, Colour colour) {
     layer.SetBackColor(colour);
-    layer.SetTransparentColor(colour / 2 + 10);
+    layer.SetTransparentColor(colour ^ 0xFFFFFFU);  // any other colour
   }
 
   void ExpectGolden(const std::string& name) {

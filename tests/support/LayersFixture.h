@@ -11,7 +11,7 @@ protected:
 
   Layers& Room() { return control->LayerRoom(); }
   TransparentPicture& Add(float left, float top, float width = 50, float height = 50) {
-    TransparentPicture& layer = Room().NewLayer();
+    TransparentPicture& layer = *Room().NewLayer();
     layer.Move(left, top, width, height);
     layer.SetVisible(true);
     return layer;
