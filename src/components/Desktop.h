@@ -100,7 +100,8 @@ public:
   // words where they would pass `widest` pixels. A text that ends in a line end has an empty last line.
   virtual TextExtent MeasureText(const std::string& text, const Font& font, std::int32_t widest) = 0;
 
-  // Whether the clipboard holds data in that format. Raises InvalidClipboardFormat or the platform's error.
+  // Whether the clipboard holds data in that format. A plain bitmap is no device-independent one, even where the
+  // system would make one of it. Raises InvalidClipboardFormat or the platform's error.
   virtual bool ClipboardHasFormat(std::int32_t format) = 0;
 
   // From now on, calls timer.Fire() every `milliseconds`, through the message loop, until StopTimer. Starting a

@@ -41,11 +41,15 @@ void CanvasItemView::Rescale() {
 
 void CanvasItemView::Send(const MouseEvent& event, POINT at) {
   const bool isMarker = dynamic_cast<const LightWeightMarker*>(&Model()) != nullptr;
-  if (event.kind == MouseEvent::Kind::Down) pressedAt = at;
+  const bool isPress = event.kind == MouseEvent::Kind::Down;
+  if (isPress && (event.button == Mouse::LeftButton || !pressedAt)) pressedAt = at;
   if (isMarker && event.kind == MouseEvent::Kind::Up) {
+    if (!pressedAt) return;  // the press was somewhere else
+    const POINT start = *pressedAt;
+    if (!event.isAnyHeld) LosePress();
     if (!TakesInput()) return;
-    mouse->MouseUp.Raise(event.button, event.shift, ToTwips(static_cast<float>(at.x - pressedAt.x)),
-                         ToTwips(static_cast<float>(at.y - pressedAt.y)));
+    mouse->MouseUp.Raise(event.button, event.shift, ToTwips(static_cast<float>(at.x - start.x)),
+                         ToTwips(static_cast<float>(at.y - start.y)));
     return;
   }
   // Without the room for a frame: there the contents begin at the point (1, 1).

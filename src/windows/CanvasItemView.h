@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 
 #include "components/MouseInput.h"
 #include "windows/ControlView.h"
@@ -24,6 +25,8 @@ public:
 
   // A mouse event at that point of the canvas, in the models' pixels.
   void Send(const MouseEvent& event, POINT at);
+  // What was pressed will not be released here.
+  void LosePress() { pressedAt.reset(); }
   void Leave() override;
   void Rescale() override;
 
@@ -35,7 +38,7 @@ private:
 
   MouseInput* mouse;
   MouseSender sender;
-  POINT pressedAt = {};
+  std::optional<POINT> pressedAt;
   std::unique_ptr<TextField> field;  // while it is typed into
 };
 

@@ -1,6 +1,7 @@
 #include "windows/PictureBoxView.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "components/LightWeightMarker.h"
 #include "windows/CanvasItemView.h"
@@ -12,8 +13,11 @@
 namespace kw::windows {
 namespace {
 
-// In the models' pixels. A marker is small; the mouse finds it from a little further away.
-constexpr LONG MarkerReach = 2;
+// In the models' pixels. A page's borders are thin; they can be grabbed from a little further away, too.
+constexpr LONG BorderReach = 4;
+
+// How far a point lies from the nearest pixel of a rectangle, in one direction.
+LONG Distance(LONG at, LONG low, LONG high) { return std::max({low - at, at - (high - 1), LONG{0}}); }
 
 // Mice tell of a thousand moves a second, and no screen shows as many pictures. What changes later than this after a
 // painting shows at once, and what changes sooner after this time.
@@ -81,7 +85,7 @@ LRESULT PictureBoxView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       POINT mouse = {};
       GetCursorPos(&mouse);
       ScreenToClient(Handle(), &mouse);
-      const CanvasItemView* const item = isHolding ? held : ItemAt(ModelPixelAt(mouse));
+      const CanvasItemView* const item = isHolding ? held : TargetAt(ModelPixelAt(mouse));
       if (item != nullptr && SetPointerOf(item->Model())) return TRUE;
       if (SetPointerOf(box)) return TRUE;
       break;
@@ -107,11 +111,11 @@ void PictureBoxView::OnMouse(const MouseEvent& message) {
   if (event.kind == MouseEvent::Kind::Down) TakeFocus();
   if (!IsAttached()) return;
   const POINT at = ModelPixelAt(event.at);
-  if (!isHolding) held = ItemAt(at);
+  if (!isHolding) held = TargetAt(at);
   CanvasItemView* const target = held;
   isHolding = event.isAnyHeld;
   if (target != nullptr) {
-    target->Send(event, at);
+    target->Send(event, PointOnBoxOf(*target, at));
   } else {
     SendMouse(event, {static_cast<double>(at.x), static_cast<double>(at.y)});
   }
@@ -120,6 +124,7 @@ void PictureBoxView::OnMouse(const MouseEvent& message) {
 void PictureBoxView::OnMouseLost() {
   const bool wasHolding = isHolding;
   isHolding = false;
+  if (held != nullptr) held->LosePress();
   held = nullptr;
   if (wasHolding) PaintedView::OnMouseLost();
 }
@@ -137,6 +142,7 @@ void PictureBoxView::TakeFocus() {
 
 void PictureBoxView::Forget(const CanvasItemView& item) {
   if (held == &item) held = nullptr;
+  if (auto* const outer = dynamic_cast<PictureBoxView*>(Container())) outer->Forget(item);
 }
 
 POINT PictureBoxView::ModelPixelAt(POINT point) const {
@@ -149,12 +155,43 @@ CanvasItemView* PictureBoxView::ItemAt(POINT point) const {
     if (!IsCanvasItem(*child) || !child->Visible() || !child->Enabled()) return false;
     RECT place = ToRect(PixelsOf(*child));
     if (const auto* layer = dynamic_cast<const TransparentPicture*>(child)) place = ToRect(PixelsOfLayer(*layer));
-    if (dynamic_cast<const LightWeightMarker*>(child) != nullptr) InflateRect(&place, MarkerReach, MarkerReach);
     return PtInRect(&place, point) != FALSE;
   };
   const std::vector<Control*>& children = box.Children();
   const auto top = std::find_if(children.rbegin(), children.rend(), isHit);
   return top == children.rend() ? nullptr : dynamic_cast<CanvasItemView*>(Shared().ViewOf(**top));
+}
+
+CanvasItemView* PictureBoxView::BorderBeside(POINT point) const {
+  const Control* nearest = nullptr;
+  LONG least = std::numeric_limits<LONG>::max();
+  for (const Control* inner : box.Children()) {
+    if (dynamic_cast<const PictureBox*>(inner) == nullptr || !inner->Visible()) continue;
+    const PixelRect ground = PixelsOf(*inner);
+    for (const Control* child : inner->Children()) {
+      if (dynamic_cast<const LightWeightMarker*>(child) == nullptr || !child->Visible() || !child->Enabled()) continue;
+      const PixelRect place = PixelsOf(*child);
+      const LONG across = Distance(point.x - ground.left, place.left, place.right);
+      const LONG down = Distance(point.y - ground.top, place.top, place.bottom);
+      const LONG distance = across * across + down * down;
+      if (across > BorderReach || down > BorderReach || distance >= least) continue;
+      least = distance;
+      nearest = child;
+    }
+  }
+  return nearest == nullptr ? nullptr : dynamic_cast<CanvasItemView*>(Shared().ViewOf(*nearest));
+}
+
+CanvasItemView* PictureBoxView::TargetAt(POINT point) const {
+  CanvasItemView* const item = ItemAt(point);
+  return item != nullptr ? item : BorderBeside(point);
+}
+
+POINT PictureBoxView::PointOnBoxOf(const CanvasItemView& item, POINT point) const {
+  const Control* const holder = item.Model().Container();
+  if (holder == nullptr || holder == &box) return point;
+  const PixelRect place = PixelsOf(*holder);
+  return {point.x - place.left, point.y - place.top};
 }
 
 void PictureBoxView::Draw(const Look& look, const RECT& place, const PictureBox& box) {

@@ -28,7 +28,7 @@ public:
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
   // An item that shows itself on this box looks different now, came or went.
   void ItemsChanged();
-  // The item is going: it gets no more of the mouse.
+  // An item, here or on a box inside, is going: it gets no more of the mouse.
   void Forget(const CanvasItemView& item);
 
 private:
@@ -38,6 +38,12 @@ private:
   // What is drawn is drawn in whole pixels of the models, like the page.
   POINT ModelPixelAt(POINT point) const;
   CanvasItemView* ItemAt(POINT point) const;
+  // On the ground around a box inside this one: the border of it that can be grabbed at this point.
+  CanvasItemView* BorderBeside(POINT point) const;
+  // The item that gets the mouse at this point.
+  CanvasItemView* TargetAt(POINT point) const;
+  // The point as it is on the box that shows the item: this one or one inside.
+  POINT PointOnBoxOf(const CanvasItemView& item, POINT point) const;
   void TakeFocus();
   void AskForPainting() const;
   // Paints what the box shows now, where that is out of date.

@@ -6,6 +6,7 @@
 #include "components/FilePath.h"
 #include "components/RunTimeError.h"
 #include "components/Timer.h"
+#include "windows/ClipboardFormats.h"
 #include "windows/Guard.h"
 #include "windows/ModalWindow.h"
 #include "windows/Mouse.h"
@@ -114,6 +115,7 @@ TextExtent WindowsDesktop::MeasureText(const std::string& text, const Font& font
 
 bool WindowsDesktop::ClipboardHasFormat(std::int32_t format) {
   if (format < 1 || format > 0xFFFF) Raise(ErrorNumber::InvalidClipboardFormat);
+  if (format == ClipboardDib) return HoldDeviceIndependentBitmap(ClipboardFormats());
   return IsClipboardFormatAvailable(static_cast<UINT>(format)) != FALSE;
 }
 

@@ -36,6 +36,17 @@ INPUT ButtonInput(Hand::Button button, bool isUp) {
   return input;
 }
 
+INPUT MoveInput(POINT point) {
+  // Absolute positions are in 65536ths of the screen; one more than the quotient is within the pixel.
+  const auto absolute = [](LONG pixel, int extent) { return static_cast<LONG>(pixel * 65536LL / extent + 1); };
+  INPUT input = {};
+  input.type = INPUT_MOUSE;
+  input.mi.dx = absolute(point.x, GetSystemMetrics(SM_CXSCREEN));
+  input.mi.dy = absolute(point.y, GetSystemMetrics(SM_CYSCREEN));
+  input.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
+  return input;
+}
+
 POINT Pointer() {
   POINT point = {};
   GetCursorPos(&point);
@@ -80,15 +91,8 @@ void Hand::Send(const INPUT& input) const {
 }
 
 void Hand::MoveTo(POINT point) {
-  // Absolute positions are in 65536ths of the screen; one more than the quotient is within the pixel.
-  const auto absolute = [](LONG pixel, int extent) { return static_cast<LONG>(pixel * 65536LL / extent + 1); };
-  INPUT input = {};
-  input.type = INPUT_MOUSE;
-  input.mi.dx = absolute(point.x, GetSystemMetrics(SM_CXSCREEN));
-  input.mi.dy = absolute(point.y, GetSystemMetrics(SM_CYSCREEN));
-  input.mi.dwFlags = MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE;
   at = point;
-  Send(input);
+  Send(MoveInput(point));
 }
 
 // The system asks the display server for the position, and so hears all that the server has told until then, when the
@@ -139,6 +143,18 @@ void Hand::DragFrom(POINT start, POINT end) {
   Press();
   GlideTo(end);
   Release();
+}
+
+void Hand::DragAtOnce(POINT start, POINT end) {
+  MoveTo(start);
+  Rest();
+  const POINT middle = {(start.x + end.x) / 2, (start.y + end.y) / 2};
+  INPUT inputs[] = {ButtonInput(Button::Left, false), MoveInput(middle), MoveInput(end),
+                    ButtonInput(Button::Left, true)};
+  EXPECT_EQ(SendInput(4, inputs, sizeof(INPUT)), 4U) << GetLastError();
+  at = end;
+  Pump();
+  Rest();
 }
 
 void Hand::Hold(WORD key) const { Send(KeyInput(key, false)); }

@@ -37,6 +37,8 @@ public:
   // Clicks, with a key held where one is given.
   void ClickAt(POINT point, Button button = Button::Left, WORD held = 0);
   void DragFrom(POINT start, POINT end);
+  // The same where a control handles all of it in a loop of its own: press, moves and release wait before it begins.
+  void DragAtOnce(POINT start, POINT end);
 
   // Presses and releases a key while another one, if any, is held.
   void Strike(WORD key, WORD held = 0) const;

@@ -119,11 +119,44 @@ TEST_F(InputDrawing, ADragOfFivePixelsInOneDirectionMakesNothingAndOneOfSixInBot
   Choose(L"Rectangle");
   const Snapshot before = Look();
   hand.ClickAt(OnCanvas(100, 100));
+  EXPECT_TRUE(ShowsAgain(before));
+  // A click as slow as a user's: the timer has shown the frame by then.
+  hand.Press();
+  EXPECT_TRUE(hand.Await([start = GetTickCount()] { return GetTickCount() - start > 60; }));
+  EXPECT_TRUE(HasTraced("tmrMoveLayer_Timer"));
+  hand.Release();
+  EXPECT_TRUE(ShowsAgain(before));
   hand.DragFrom(OnCanvas(100, 100), OnCanvas(105, 150));
   hand.DragFrom(OnCanvas(100, 100), OnCanvas(150, 95));
   EXPECT_TRUE(ShowsAgain(before));
   DrawFrom({100, 100}, {106, 106});
   EXPECT_TRUE(Is(Look().ChangesSince(before), {100, 100, 106, 106}));
+}
+
+// What is painted of a change alone looks as when everything is painted.
+TEST_F(InputDrawing, EachOfSixtyStepsOfADragShowsWhatAWholePaintingShows) {
+  ChooseRedOnBlue();
+  Choose(L"Circle");
+  Choose(L"Fill Inside");
+  DrawFrom({150, 120}, {260, 200});
+  Choose(L"Rectangle");
+  hand.MoveTo(OnCanvas(60, 80));
+  hand.GlideTo(OnCanvas(60, 80));
+  hand.Press();
+  const Snapshot before = Look();
+  Snapshot last = before;
+  int different = 0;
+  for (int step = 1; step <= 60; ++step) {
+    hand.MoveTo(OnCanvas(60 + step * 6 % 320, 80 + step * step % 230));
+    ASSERT_TRUE(hand.Await([&] { return Look() != last; })) << step;
+    EXPECT_TRUE(hand.Await([start = GetTickCount()] { return GetTickCount() - start > 25; }));
+    last = Look();
+    RedrawWindow(canvas, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW);
+    different += Look() == last ? 0 : 1;
+  }
+  EXPECT_EQ(different, 0);
+  EXPECT_NE(last, before);
+  hand.Release();
 }
 
 TEST_F(InputDrawing, APenStrokeLeavesNoGapAndNoMarker) {

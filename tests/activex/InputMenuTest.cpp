@@ -121,13 +121,21 @@ TEST_F(InputMenu, PasteFollowsTheClipboardOfAnotherProgramAtEachRepaint) {
   Repaint();
   EXPECT_FALSE(IsPasteEnabled()) << "a text is no image";
   EXPECT_EQ(OpenMenu(), MenuWithPaste(false));
+  OtherProgram::LeaveOnTheClipboard(L"bitmap");
+  ASSERT_NE(IsClipboardFormatAvailable(CF_DIB), FALSE) << "the system makes one of the bitmap";
+  Repaint();
+  EXPECT_FALSE(IsPasteEnabled()) << "nor is a plain bitmap what is pasted";
+  EXPECT_EQ(OpenMenu(), MenuWithPaste(false));
   OtherProgram::LeaveOnTheClipboard(L"image");
   Repaint();
   EXPECT_TRUE(IsPasteEnabled());
   {
     const BoxAnswerer user;
+    ForgetTrace();
     OpenMenu('P');
     EXPECT_TRUE(hand.Await([&] { return !user.Boxes().empty(); }));
+    EXPECT_TRUE(HasTraced("mnuPasteSelectedArea_Click")) << "the entry's own procedure";
+    EXPECT_TRUE(HasTraced("ToolbarButtonClick"));
     for (const std::string& box : user.Boxes()) EXPECT_TRUE(box.ends_with(": mnuPasteSelectedArea_Click")) << box;
   }
   OtherProgram::LeaveOnTheClipboard(L"empty");
@@ -143,7 +151,7 @@ TEST_F(InputMenu, PasteFollowsTheClipboardAtTheNextTickWithoutARepaint) {
   };
   Repaint();
   ASSERT_FALSE(IsPasteEnabled());
-  for (const wchar_t* const other : {L"empty", L"text"}) {
+  for (const wchar_t* const other : {L"empty", L"text", L"bitmap"}) {
     OtherProgram::LeaveOnTheClipboard(L"image");
     EXPECT_TRUE(becomes(true)) << "an image";
     OtherProgram::LeaveOnTheClipboard(other);

@@ -9,7 +9,7 @@ namespace kw::test {
 // Another program at the clipboard.
 class OtherProgram {
 public:
-  // Has it do that and waits until it has ended: "image", "text" or "empty".
+  // Has it do that and waits until it has ended: "image", "bitmap", "text" or "empty".
   static void LeaveOnTheClipboard(const std::wstring& what);
 
   // While it lives, that program keeps the clipboard open.

@@ -1,5 +1,6 @@
-// Another program at the clipboard: ClipboardUser image | text | empty | hold EVENT EVENT
+// Another program at the clipboard: ClipboardUser image | bitmap | text | empty | hold EVENT EVENT
 //   image  copies an image, as the device-independent bitmap that programs exchange
+//   bitmap copies an image as a plain bitmap, of which the system makes a device-independent one for who asks
 //   text   copies a text
 //   empty  leaves nothing on it
 //   hold   keeps it open: sets the first event when it has it, and lets it go when the second one is set
@@ -37,6 +38,11 @@ bool PutImage() {
   return Put(CF_DIB, &image, sizeof image);
 }
 
+bool PutBitmap() {
+  const HBITMAP bitmap = CreateBitmap(4, 4, 1, 32, nullptr);
+  return bitmap != nullptr && SetClipboardData(CF_BITMAP, bitmap) != nullptr;
+}
+
 bool PutText() {
   constexpr wchar_t text[] = L"a text";
   return Put(CF_UNICODETEXT, static_cast<const wchar_t*>(text), sizeof text);
@@ -66,7 +72,8 @@ int wmain(int count, wchar_t** arguments) {
     isDone = count == 4 && HoldIt(arguments[2], arguments[3]);
   } else {
     EmptyClipboard();
-    isDone = (task == L"image" && PutImage()) || (task == L"text" && PutText()) || task == L"empty";
+    isDone = (task == L"image" && PutImage()) || (task == L"bitmap" && PutBitmap()) || (task == L"text" && PutText()) ||
+             task == L"empty";
   }
   CloseClipboard();
   DestroyWindow(window);

@@ -11,6 +11,7 @@
 #include "components/RunTimeError.h"
 #include "components/Timer.h"
 #include "windows/Answerer.h"
+#include "windows/ClipboardFormats.h"
 #include "windows/TestForm.h"
 #include "windows/Text.h"
 #include "windows/TextDrawing.h"
@@ -103,6 +104,49 @@ TEST(Desktop, TheClipboardIsAskedForItsFormats) {
   CloseClipboard();
   EXPECT_TRUE(desktop.ClipboardHasFormat(ClipboardDib));
   EXPECT_THROW(desktop.ClipboardHasFormat(-1), RunTimeError);
+}
+
+TEST(Desktop, AnImageIsNoDeviceIndependentBitmapWhereOnlyTheSystemMakesOneOfIt) {
+  WindowsDesktop desktop;
+  const auto leave = [](const std::vector<UINT>& formats) {
+    ASSERT_TRUE(OpenClipboard(nullptr));
+    EmptyClipboard();
+    for (const UINT format : formats) {
+      HANDLE data = CreateBitmap(4, 4, 1, 32, nullptr);
+      if (format != CF_BITMAP) {
+        data = GlobalAlloc(GMEM_MOVEABLE | GMEM_ZEROINIT, sizeof(BITMAPV5HEADER) + 4);
+        auto* header = static_cast<BITMAPINFOHEADER*>(GlobalLock(data));
+        const std::size_t size = format == CF_DIB ? sizeof(BITMAPINFOHEADER) : sizeof(BITMAPV5HEADER);
+        *header = {static_cast<DWORD>(size), 1, 1, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+        GlobalUnlock(data);
+      }
+      EXPECT_NE(SetClipboardData(format, data), nullptr) << format;
+    }
+    CloseClipboard();
+  };
+  leave({CF_BITMAP});
+  EXPECT_NE(IsClipboardFormatAvailable(CF_DIB), FALSE) << "the system makes one";
+  EXPECT_FALSE(desktop.ClipboardHasFormat(ClipboardDib));
+  EXPECT_TRUE(desktop.ClipboardHasFormat(CF_BITMAP));
+  leave({CF_DIB, CF_BITMAP});
+  EXPECT_TRUE(desktop.ClipboardHasFormat(ClipboardDib));
+  leave({CF_DIBV5});
+  EXPECT_TRUE(desktop.ClipboardHasFormat(ClipboardDib)) << "a newer one is one, too";
+  leave({});
+  EXPECT_FALSE(desktop.ClipboardHasFormat(ClipboardDib));
+}
+
+TEST(Desktop, TheOrderOfTheClipboardsFormatsTellsWhatTheSystemMade) {
+  const auto holds = [](const std::vector<UINT>& formats) { return windows::HoldDeviceIndependentBitmap(formats); };
+  EXPECT_FALSE(holds({}));
+  EXPECT_FALSE(holds({CF_UNICODETEXT, CF_LOCALE, CF_TEXT, CF_OEMTEXT}));
+  EXPECT_TRUE(holds({CF_DIB, CF_BITMAP, CF_DIBV5}));
+  EXPECT_TRUE(holds({CF_UNICODETEXT, CF_DIB, CF_LOCALE, CF_BITMAP}));
+  EXPECT_FALSE(holds({CF_BITMAP, CF_DIB, CF_DIBV5}));
+  EXPECT_FALSE(holds({CF_UNICODETEXT, CF_BITMAP, CF_LOCALE, CF_DIB, CF_DIBV5}));
+  EXPECT_FALSE(holds({CF_PALETTE, CF_BITMAP, CF_DIB, CF_DIBV5})) << "an old bitmap with its palette";
+  EXPECT_TRUE(holds({CF_BITMAP, CF_DIB, CF_PALETTE, CF_DIBV5})) << "a palette is made of the new kind only";
+  EXPECT_TRUE(holds({CF_DIBV5, CF_BITMAP, CF_DIB, CF_PALETTE}));
 }
 
 TEST(Desktop, FilesAreFoundAndRemovedUnderAnyUnicodeName) {
