@@ -40,8 +40,9 @@ protected:
     MapWindowPoints(canvas, viewport, &corner, 1);
     return corner;
   }
-  bool ScrollsTo(LONG left, LONG top) const {
-    return hand.Await([&] { return Scrolled().x == left && Scrolled().y == top; });
+  testing::AssertionResult ScrollsTo(LONG left, LONG top) const {
+    if (hand.Await([&] { return Scrolled().x == left && Scrolled().y == top; })) return testing::AssertionSuccess();
+    return testing::AssertionFailure() << "it lies at " << Scrolled().x << ", " << Scrolled().y;
   }
   bool IsCanvas(LONG width, LONG height) const {
     return hand.Await([&] { return SizeOf(canvas).cx == width && SizeOf(canvas).cy == height; });
@@ -135,9 +136,9 @@ TEST_F(InputView, TheBarsMoveTheCanvasAndLeaveItTheKeyboard) {
   ClickInBar({middle, down.top + 24});
   EXPECT_TRUE(ScrollsTo(0, -2));
   // The thumb goes to both ends; the last one lies 300 pixels beyond the page's edge.
-  hand.DragAtOnce({across.left + 24, level}, {across.right + 40, level});
+  hand.DragAtOnce({across.left + 24, level}, {across.right, level});
   EXPECT_TRUE(ScrollsTo(-(CanvasWidth - 350 + 300), -2));
-  hand.DragAtOnce({across.right - 24, level}, {across.left - 40, level});
+  hand.DragAtOnce({across.right - 24, level}, {across.left, level});
   EXPECT_TRUE(ScrollsTo(0, -2));
   EXPECT_EQ(GetFocus(), canvas);
 }
@@ -168,7 +169,10 @@ TEST_F(InputView, ABorderIsGrabbedFromFourPixelsBeyondItAndResizesThePage) {
 TEST_F(InputView, ABorderDraggedPastTheOppositeEdgeShowsItsNoticeAndLeavesThePage) {
   DragBorder({100, 403}, {100, -10});
   EXPECT_TRUE(IsCanvas(CanvasWidth, CanvasHeight));
-  Choose(L"Zoom In");  // 150 %: the distance is divided by it
+  ForgetTrace();
+  hand.ClickAt(ButtonOf(L"Zoom In").Middle());
+  ASSERT_TRUE(hand.Await([&] { return HasTraced("UpdateAndZoom"); }));
+  // At 150 % the distance is divided by that.
   DragBorder({100, 403}, {100, 433});
   EXPECT_TRUE(IsCanvas(CanvasWidth, CanvasHeight + 20));
 }
@@ -177,10 +181,10 @@ TEST_F(InputView, ABorderIsGrabbedOnceItIsScrolledIntoView) {
   MakeViewport(350, 250);
   const RECT down = OnScreen(vertical);
   const LONG middle = (down.left + down.right) / 2;
-  hand.DragAtOnce({middle, down.top + 24}, {middle, down.bottom + 40});
+  hand.DragAtOnce({middle, down.top + 24}, {middle, down.bottom});
   ASSERT_TRUE(ScrollsTo(0, -(CanvasHeight - 250 + 300)));
-  hand.DragAtOnce({middle, down.bottom - 24}, {middle, (down.top + down.bottom) / 2 - 10});
-  ASSERT_TRUE(hand.Await([&] { return Scrolled().y > -CanvasHeight + 60; }));
+  hand.DragAtOnce({middle, down.bottom - 24}, {middle, down.bottom - 74});
+  ASSERT_TRUE(hand.Await([&] { return Scrolled().y > -CanvasHeight + 60 && Scrolled().y < 200 - CanvasHeight; }));
   DragBorder({100, 405}, {100, 415});
   EXPECT_TRUE(IsCanvas(CanvasWidth, CanvasHeight + 10));
 }
@@ -191,8 +195,9 @@ TEST_F(InputView, ALayerOverThePagesEdgeIsPressedAndNotTheBorder) {
   Choose(L"Fill Inside");
   DrawFrom({440, 250}, {CanvasWidth, 300});
   Choose(L"Selection");
-  hand.DragFrom(OnCanvas(CanvasWidth - 2, 275), OnCanvas(CanvasWidth - 42, 275));
-  EXPECT_TRUE(Shows(402, 275, Red)) << "the layer moved";
+  // Where none of its handles lies.
+  hand.DragFrom(OnCanvas(CanvasWidth - 2, 262), OnCanvas(CanvasWidth - 42, 262));
+  EXPECT_TRUE(Shows(400, 270, Red)) << "the layer moved";
   EXPECT_TRUE(IsCanvas(CanvasWidth, CanvasHeight));
   DragBorder({CanvasWidth + 3, 275}, {CanvasWidth + 13, 275});
   EXPECT_TRUE(IsCanvas(CanvasWidth + 10, CanvasHeight));
