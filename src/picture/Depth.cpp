@@ -88,10 +88,13 @@ Bitmap ToMoreIndexBits(const Bitmap& picture, int bitsPerPixel) {
 }
 
 Bitmap ToBlackAndWhite(const Bitmap& picture) {
+  // A line of one pixel that a filter has spread is as bright as this, and it stays a line.
+  constexpr std::uint8_t lightestBlack = 128;
   Bitmap result = Like(picture, 1);
   ForRows(picture, [&](std::int32_t y) {
     const auto to = result.MutableRow(y);
-    ForEachColour(picture, y, [&](std::size_t x, Rgb colour) { PutIndex(to, x, Luma(colour) >> 7U, 1); });
+    ForEachColour(picture, y,
+                  [&](std::size_t x, Rgb colour) { PutIndex(to, x, Luma(colour) > lightestBlack ? 1 : 0, 1); });
   });
   return result;
 }

@@ -9,7 +9,7 @@ namespace kw {
 // - To more bits nothing is lost: a palette stays as it is, 24 bits get an opaque alpha.
 // - To 24 bits transparent pixels are laid on white paper.
 // - To 4 and 8 bits the palette is exact where the colours fit, else it is made by median cut; no dithering.
-// - To 1 bit a picture of two colours keeps them; any other becomes black and white at half brightness.
+// - To 1 bit a picture of two colours keeps them; any other becomes black up to the brightness 128 and white above.
 Bitmap ToDepth(const Bitmap& picture, int bitsPerPixel);
 
 // True for a depth up to 8 whose palette holds greys only.

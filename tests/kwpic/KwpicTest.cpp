@@ -159,7 +159,7 @@ TEST_F(Kwpic, EffectsIsTheTable) {
       EXPECT_NE(std::string::npos, table.find("--" + std::string(parameter.name) + " ")) << parameter.name;
     }
   }
-  EXPECT_NE(std::string::npos, table.find("  --Sigma         0.3 to 50 (default 1.5)\n"));
+  EXPECT_NE(std::string::npos, table.find("  --Sigma         0 to 50 (default 0: 1.5, in 1 bit 0.8)\n"));
 }
 
 TEST_F(Kwpic, HelpAndVersionAreAnswers) {

@@ -50,12 +50,12 @@ TEST(Depth, ManyColoursBecomeAsManyAsThereIsRoomFor) {
 TEST(Depth, ManyColoursBecomeBlackAndWhiteInOneBit) {
   Bitmap picture(3, 1, 24);
   const auto row = picture.MutableRow(0);
-  std::fill_n(row.begin(), 3, std::uint8_t{127});
+  std::fill_n(row.begin(), 3, std::uint8_t{20});
   std::fill_n(row.begin() + 3, 3, std::uint8_t{128});
-  std::fill_n(row.begin() + 6, 3, std::uint8_t{200});
+  std::fill_n(row.begin() + 6, 3, std::uint8_t{129});
   const Bitmap result = ToDepth(picture, 1);
   EXPECT_EQ((Rgb{0, 0, 0}), result.PixelAt(0, 0));
-  EXPECT_EQ((Rgb{255, 255, 255}), result.PixelAt(1, 0));
+  EXPECT_EQ((Rgb{0, 0, 0}), result.PixelAt(1, 0));
   EXPECT_EQ((Rgb{255, 255, 255}), result.PixelAt(2, 0));
 }
 

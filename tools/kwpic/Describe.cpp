@@ -12,8 +12,9 @@ std::string Short(double number) {
 }
 
 std::string Describe(const EffectParameter& parameter) {
+  const bool isWord = parameter.standard == 0 && !parameter.zero.empty();
   return Short(parameter.least) + " to " + Short(parameter.greatest) + (parameter.whole ? ", whole" : "") +
-         " (default " + Short(parameter.standard) + ")";
+         " (default " + Short(parameter.standard) + (isWord ? ": " + std::string(parameter.zero) : "") + ")";
 }
 
 std::string DescribeEffects() {

@@ -132,10 +132,15 @@ std::int32_t OtsuLevel(const Histogram& counts) {
 
 }  // namespace
 
+void FindLevel(const Bitmap& picture, std::span<double> values) {
+  if (values[0] == 0) values[0] = OtsuLevel(HistogramOf(picture));
+}
+
 void Threshold(Bitmap& picture, std::span<const double> values) {
   Bitmap result = Like(picture, picture.Width(), picture.Height(), 1);
-  const auto given = static_cast<std::int32_t>(values[0]);
-  const auto level = static_cast<std::uint8_t>(given != 0 ? given : OtsuLevel(HistogramOf(picture)));
+  std::array found{values[0]};
+  FindLevel(picture, found);
+  const auto level = static_cast<std::uint8_t>(found[0]);
   const BrightnessOf brightness(picture);
   const Pixels to(result);
   const auto width = static_cast<std::size_t>(picture.Width());

@@ -47,11 +47,12 @@ struct Effect {
   std::string_view resultingDepth;
   // A shell should ask for the parameters before the effect runs.
   bool asks;
-  // Turns values for a whole picture into those that do the same to a copy of it reduced to fit into `room`; the result
-  // fits into it too. nullptr where the values do not depend on the size.
-  void (*reduce)(const Bitmap& whole, PictureSize room, std::span<double> values) = nullptr;
   // Bytes of the largest picture that the effect makes. nullptr where none is larger than the one that it is given.
   std::uint64_t (*memory)(const Bitmap& picture, std::span<const double> values) = nullptr;
+  // Moves pixels, so that what it does shows on a whole picture only.
+  bool movesPixels = false;
+  // Replaces the values that stand for what is found in a picture by what is found in this one. nullptr where none do.
+  void (*find)(const Bitmap& picture, std::span<double> values) = nullptr;
 };
 
 // The table, one row an effect, sorted by command.

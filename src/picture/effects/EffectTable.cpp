@@ -18,15 +18,16 @@ constexpr std::string_view Kernels[] = {"Lanczos", "Bicubic"};
 
 // name, least, greatest, default, whole numbers only, unit, meaning of 0, names of the numbers
 constexpr EffectParameter Angle[] = {{"Angle", -360, 360, 90, false, "degrees"}};
-constexpr EffectParameter BlurSigma[] = {{"Sigma", 0.3, 50, 1.5, false, "pixels"}};
+constexpr EffectParameter BlurSigma[] = {{"Sigma", 0, 50, 0, false, "pixels", "1.5, in 1 bit 0.8"}};
 constexpr EffectParameter Brightness[] = {{"Percent", 0, 100, 10, false, "%"}};
 constexpr EffectParameter Contrasting[] = {{"Percent", -100, 300, 20, false, "%"}};
 constexpr EffectParameter Tint[] = {{"Hue", 0, 360, 30, false, "degrees"}, {"Strength", 0, 100, 50, false, "%"}};
 constexpr EffectParameter Relief[] = {{"Percent", 0, 400, 100, false, "%"}};
 constexpr EffectParameter Sharpness[] = {{"Percent", 0, 400, 100, false, "%"}};
+constexpr std::string_view ByTheOthers = "in proportion or by the percentage";
 constexpr EffectParameter Size[] = {{"Percent", 1, 1000, 50, false, "%"},
-                                    {"Width", 0, 100000, 0, true, "pixels", "by the percentage"},
-                                    {"Height", 0, 100000, 0, true, "pixels", "by the percentage"},
+                                    {"Width", 0, 100000, 0, true, "pixels", ByTheOthers},
+                                    {"Height", 0, 100000, 0, true, "pixels", ByTheOthers},
                                     {"Kernel", 0, 1, 0, true, {}, {}, Kernels}};
 constexpr EffectParameter Level[] = {{"Level", 0, 255, 0, true, {}, "found automatically"}};
 
@@ -38,7 +39,7 @@ constexpr std::size_t EffectCount = 22;
 
 std::array<Effect, EffectCount> Rows(std::span<const EffectParameter> all) {
   return {{
-      {"Blur", Blur, BlurSigma, Filtered, false, nullptr, MemoryInValues},
+      {"Blur", Blur, BlurSigma, Filtered, false, MemoryInValues},
       {"Colorize", Colorize, Tint, Same, true},
       {"Contrast", Contrast, Contrasting, Same, false},
       {"Darken", Darken, Brightness, Same, false},
@@ -48,32 +49,30 @@ std::array<Effect, EffectCount> Rows(std::span<const EffectParameter> all) {
        {},
        "1 as before; 4 and 8: 8 where the palette is grey, else 24; 24 and 32 as before",
        false,
-       nullptr,
        MemoryOfSpread},
       {"Dither", Dither, {}, OneBit, false},
-      {"Edge", Edge, {}, Filtered, false, nullptr, MemoryInValues},
-      {"Emboss", Emboss, Relief, Filtered, false, nullptr, MemoryInValues},
+      {"Edge", Edge, {}, Filtered, false, MemoryInValues},
+      {"Emboss", Emboss, Relief, Filtered, false, MemoryInValues},
       {"Erode",
        Erode,
        {},
        "1 as before; 4 and 8: 8 where the palette is grey, else 24; 24 and 32 as before",
        false,
-       nullptr,
        MemoryOfSpread},
       {"GrayScale", GrayScale, {}, "24: 8; others as before", false},
-      {"HorizontalFlip", HorizontalFlip, {}, Same, false},
-      {"IncreaseBpp", IncreaseBpp, {}, "the next above among 1, 4, 8, 24, 32", false, nullptr, MemoryOfIncrease},
+      {"HorizontalFlip", HorizontalFlip, {}, Same, false, nullptr, true},
+      {"IncreaseBpp", IncreaseBpp, {}, "the next above among 1, 4, 8, 24, 32", false, MemoryOfIncrease},
       {"Invert", Invert, {}, Same, false},
       {"Lighten", Lighten, Brightness, Same, false},
       {"Option", nullptr, all, Same, true},
-      {"Resize", Resize, Size, Filtered, true, ReduceResize, MemoryOfResize},
+      {"Resize", Resize, Size, Filtered, true, MemoryOfResize, true},
       {"Rotate", Rotate, Angle,
-       "as before at multiples of 90 degrees; else 1, 4 and 8: 8 where the palette is grey, else 24", true, nullptr,
-       MemoryOfRotate},
-      {"Sharpen", Sharpen, Sharpness, Filtered, false, nullptr, MemoryInValues},
-      {"Soften", Soften, {}, Filtered, false, nullptr, MemoryInValues},
-      {"Threshold", Threshold, Level, OneBit, true},
-      {"VerticalFlip", VerticalFlip, {}, Same, false},
+       "as before at multiples of 90 degrees; else 1, 4 and 8: 8 where the palette is grey, else 24", true,
+       MemoryOfRotate, true},
+      {"Sharpen", Sharpen, Sharpness, Filtered, false, MemoryInValues},
+      {"Soften", Soften, {}, Filtered, false, MemoryInValues},
+      {"Threshold", Threshold, Level, OneBit, true, nullptr, false, FindLevel},
+      {"VerticalFlip", VerticalFlip, {}, Same, false, nullptr, true},
   }};
 }
 

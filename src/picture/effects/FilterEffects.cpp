@@ -3,6 +3,7 @@
 #include <cmath>
 #include <vector>
 
+#include "picture/effects/ColourFilter.h"
 #include "picture/effects/Kernels.h"
 #include "picture/effects/Pixels.h"
 #include "picture/effects/RowWindow.h"
@@ -47,43 +48,32 @@ void FilterWithAlpha(Bitmap& picture, std::int32_t radius, std::size_t scratchBy
   FilterRows(picture, filter);
 }
 
-// A 3x3 filter of each channel alone that leaves alpha as it is.
-template <typename Make>
-void FilterColours(Bitmap& picture, const Make& make) {
-  const RowShape row(picture);
-  RowFilter filter{1, row.size, 0, {}, {}};
-  filter.take = [row](const std::uint8_t* from, std::uint8_t* to) {
-    TakeRepeated(from, to, row.count, row.size, row.size);
-  };
-  filter.make = [row, make](const std::uint8_t* const* rows, std::uint8_t* to, std::uint8_t*) {
-    make(rows, to, row.count, row.size);
-    if (row.size != 4) return;
-    for (std::size_t i = 3; i < row.count; i += 4) to[i] = rows[1][i];
-  };
-  FilterRows(picture, filter);
-}
-
-// One side of the bell, the middle first, in parts of 32768; all of it together is 32768.
+// One side of the bell, the middle first, in parts of 32768; all of it together is 32768. Empty where the bell is so
+// narrow that its middle is all of it.
 std::vector<std::int16_t> BellWeights(double sigma, std::int32_t radius) {
   std::vector<double> bell;
-  double sum = -1;
-  for (std::int32_t i = 0; i <= radius; ++i) {
-    bell.push_back(std::exp(-0.5 * i * i / (sigma * sigma)));
+  double sum = 1;
+  for (std::int32_t i = 1; i <= radius; ++i) {
+    const double away = i / sigma;
+    bell.push_back(std::exp(-0.5 * away * away));
     sum += 2 * bell.back();
   }
-  std::vector<std::int16_t> weights;
-  std::int32_t rest = 32768;
+  constexpr std::int32_t whole = 32768;
+  std::vector<std::int16_t> weights{0};
+  std::int32_t rest = whole;
   for (const double weight : bell) {
-    weights.push_back(static_cast<std::int16_t>(std::lround(32768 * weight / sum)));
+    weights.push_back(static_cast<std::int16_t>(std::lround(whole * weight / sum)));
     rest -= 2 * weights.back();
   }
-  weights[0] = static_cast<std::int16_t>(rest + 2 * weights[0]);
+  if (rest == whole) return {};
+  weights[0] = static_cast<std::int16_t>(rest);
   return weights;
 }
 
 void BlurValues(Bitmap& picture, double sigma) {
   const auto radius = static_cast<std::int32_t>(std::ceil(3 * sigma));
   const auto weights = BellWeights(sigma, radius);
+  if (weights.empty()) return;
   const RowShape row(picture);
   const std::size_t margin = static_cast<std::size_t>(radius) * row.size;
   const std::size_t columns = (row.count + 2 * margin + Bitmap::RowAlignment) * sizeof(std::int16_t);
@@ -101,7 +91,9 @@ std::int32_t In256ths(double percent) { return static_cast<std::int32_t>(std::lr
 }  // namespace
 
 void Blur(Bitmap& picture, std::span<const double> values) {
-  OnValues(picture, [sigma = values[0]](Bitmap& work) { BlurValues(work, sigma); });
+  // A wider bell lets a black line of one pixel vanish where the page becomes black and white again.
+  const double usual = picture.BitsPerPixel() == 1 ? 0.8 : 1.5;
+  OnValues(picture, [sigma = values[0] != 0 ? values[0] : usual](Bitmap& work) { BlurValues(work, sigma); });
 }
 
 void Soften(Bitmap& picture, std::span<const double> /*values*/) {

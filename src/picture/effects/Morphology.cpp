@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "picture/effects/ColourFilter.h"
 #include "picture/effects/Kernels.h"
 #include "picture/effects/Pixels.h"
 #include "picture/effects/RowWindow.h"
@@ -37,22 +38,9 @@ void SpreadBits(Bitmap& picture, bool setBits) {
   FilterRows(picture, filter);
 }
 
-void SpreadValues(Bitmap& picture, bool greatest) {
-  const auto size = static_cast<std::size_t>(picture.BitsPerPixel() / 8);
-  const std::size_t count = picture.RowBytes();
-  RowFilter filter{1, size, 0, {}, {}};
-  filter.take = [=](const std::uint8_t* from, std::uint8_t* to) { TakeRepeated(from, to, count, size, size); };
-  filter.make = [=](const std::uint8_t* const* rows, std::uint8_t* to, std::uint8_t*) {
-    greatest ? kernels::Greatest(rows, to, count, size) : kernels::Least(rows, to, count, size);
-    if (size != 4) return;
-    for (std::size_t i = 3; i < count; i += 4) to[i] = rows[1][i];
-  };
-  FilterRows(picture, filter);
-}
-
 void Spread(Bitmap& picture, bool light) {
   if (picture.BitsPerPixel() > 1) {
-    OnValues(picture, [light](Bitmap& values) { SpreadValues(values, light); });
+    OnValues(picture, [light](Bitmap& values) { FilterColours(values, light ? kernels::Greatest : kernels::Least); });
     return;
   }
   SpreadBits(picture, light == (BrightnessOfEntry(picture, 1) >= BrightnessOfEntry(picture, 0)));

@@ -72,24 +72,45 @@ void MapChannels(Bitmap& picture, const ByteTable& table, double slope) {
   });
 }
 
-// What each value becomes when `percent` of the range is added.
-ByteTable Shift(double percent) {
-  const auto offset = static_cast<std::int32_t>(std::floor(255 * percent / 100 + 0.5));
+// So many steps of brightness are `percent` of the range.
+std::int32_t StepsOf(double percent) { return static_cast<std::int32_t>(std::floor(255 * percent / 100 + 0.5)); }
+
+// What each value becomes when `offset` is added.
+ByteTable Shift(std::int32_t offset) {
   ByteTable table{};
   for (std::int32_t i = 0; i < 256; ++i) table[static_cast<std::size_t>(i)] = ToByte(i + offset);
   return table;
 }
 
-void Put(Rgb colour, std::uint8_t* pixel) {
-  pixel[0] = colour.blue;
-  pixel[1] = colour.green;
-  pixel[2] = colour.red;
-}
+// Moves colours toward those that a table has for their brightness, by `amount` 256ths of the way.
+class Mixture {
+public:
+  Mixture(const ColourTable& table, std::uint32_t amount) : kept(256 - amount) {
+    const auto share = [amount](std::uint8_t value) { return amount * value + 128; };
+    for (std::size_t i = 0; i < added.size(); ++i) {
+      added[i] = {share(table[i].blue), share(table[i].green), share(table[i].red)};
+    }
+  }
 
-// Each colour is replaced by the one that the table has for its brightness.
-void MapBrightness(Bitmap& picture, const ColourTable& table) {
+  Rgb Of(Rgb colour) const {
+    std::uint8_t pixel[] = {colour.blue, colour.green, colour.red};
+    Change(pixel, Luma(colour));
+    return {pixel[2], pixel[1], pixel[0]};
+  }
+  void Change(std::uint8_t* pixel, std::uint8_t brightness) const {
+    for (std::size_t i = 0; i < 3; ++i) {
+      pixel[i] = static_cast<std::uint8_t>((kept * pixel[i] + added[brightness][i]) >> 8U);
+    }
+  }
+
+private:
+  std::uint32_t kept;
+  std::array<std::array<std::uint32_t, 3>, 256> added{};
+};
+
+void Mix(Bitmap& picture, const Mixture& mixture) {
   if (picture.BitsPerPixel() <= 8) {
-    ChangePalette(picture, [&](Rgb c) { return table[Luma(c)]; });
+    ChangePalette(picture, [&](Rgb c) { return mixture.Of(c); });
     return;
   }
   const bool hasAlpha = picture.BitsPerPixel() == 32;
@@ -101,11 +122,10 @@ void MapBrightness(Bitmap& picture, const ColourTable& table) {
     for (std::int32_t y = bands[i].begin; y < bands[i].end; ++y) {
       std::uint8_t* const row = pixels.Row(y);
       if (hasAlpha) {
-        for (std::size_t x = 0; x < width; ++x)
-          Put(table[Luma({row[x * 4 + 2], row[x * 4 + 1], row[x * 4]})], row + x * 4);
+        for (std::uint8_t* at = row; at != row + width * 4; at += 4) mixture.Change(at, Luma({at[2], at[1], at[0]}));
       } else {
         kernels::Brightness(row, levels[i].data(), width);
-        for (std::size_t x = 0; x < width; ++x) Put(table[levels[i][x]], row + x * 3);
+        for (std::size_t x = 0; x < width; ++x) mixture.Change(row + x * 3, levels[i][x]);
       }
     }
   });
@@ -122,8 +142,8 @@ std::array<double, 3> PureColour(double hue) {
   return colour;
 }
 
-// The colour of each brightness: from grey toward the hue, `strength` per cent of the way that there is room for.
-ColourTable Tints(double hue, double strength) {
+// The colour of each brightness: from grey toward the hue, as far as there is room.
+ColourTable Tints(double hue) {
   std::array<double, 3> direction = PureColour(hue);
   const double luma = 0.299 * direction[0] + 0.587 * direction[1] + 0.114 * direction[2];
   for (double& channel : direction) channel -= luma;
@@ -136,7 +156,7 @@ ColourTable Tints(double hue, double strength) {
       if (channel < 0) room = std::min(room, level / -channel);
     }
     const auto at = [&](std::size_t channel) {
-      const double value = level + strength / 100 * room * direction[channel];
+      const double value = level + room * direction[channel];
       return ToByte(static_cast<std::int32_t>(std::floor(value + 0.5)));
     };
     table[i] = {at(0), at(1), at(2)};
@@ -152,9 +172,9 @@ void Invert(Bitmap& picture, std::span<const double> /*values*/) {
   MapChannels(picture, table, -1);
 }
 
-void Lighten(Bitmap& picture, std::span<const double> values) { MapChannels(picture, Shift(values[0]), 1); }
+void Lighten(Bitmap& picture, std::span<const double> values) { MapChannels(picture, Shift(StepsOf(values[0])), 1); }
 
-void Darken(Bitmap& picture, std::span<const double> values) { MapChannels(picture, Shift(-values[0]), 1); }
+void Darken(Bitmap& picture, std::span<const double> values) { MapChannels(picture, Shift(-StepsOf(values[0])), 1); }
 
 void Contrast(Bitmap& picture, std::span<const double> values) {
   const double gain = 1 + values[0] / 100;
@@ -173,7 +193,7 @@ void GrayScale(Bitmap& picture, std::span<const double> /*values*/) {
       const auto level = static_cast<std::uint8_t>(i);
       greys[i] = {level, level, level};
     }
-    MapBrightness(picture, greys);
+    Mix(picture, {greys, 256});
     return;
   }
   Bitmap result = Like(picture, picture.Width(), picture.Height(), 8);
@@ -186,6 +206,9 @@ void GrayScale(Bitmap& picture, std::span<const double> /*values*/) {
   picture = std::move(result);
 }
 
-void Colorize(Bitmap& picture, std::span<const double> values) { MapBrightness(picture, Tints(values[0], values[1])); }
+void Colorize(Bitmap& picture, std::span<const double> values) {
+  const auto amount = static_cast<std::uint32_t>(std::floor(values[1] * 2.56 + 0.5));
+  Mix(picture, {Tints(values[0]), amount});
+}
 
 }  // namespace kw

@@ -3,13 +3,24 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <vector>
+
+#include "picture/Depth.h"
+#include "picture/effects/Pixels.h"
 
 namespace kw {
 namespace {
 
-void ReduceTo(PictureSize room, Bitmap& picture) {
-  const double factor = ReductionTo(room, picture.Width(), picture.Height());
+// So much of a page shows what becomes of its details, and is done while a slider moves.
+constexpr std::int32_t PartSide = 1024;
+
+// The factor, at most 1, that brings the picture to fit into `room`.
+double ReductionTo(PictureSize room, const Bitmap& picture) {
+  return std::min({1.0, 1.0 * room.width / picture.Width(), 1.0 * room.height / picture.Height()});
+}
+
+void Reduce(Bitmap& picture, double factor) {
   if (factor >= 1) return;
   const auto reduced = [factor](std::int32_t size) { return std::max(1.0, std::floor(size * factor)); };
   ApplyEffect(*FindEffect("Resize"), picture,
@@ -18,23 +29,37 @@ void ReduceTo(PictureSize room, Bitmap& picture) {
 
 }  // namespace
 
-double ReductionTo(PictureSize room, double width, double height) {
-  return std::min({1.0, room.width / width, room.height / height});
+Bitmap MiddleOf(const Bitmap& picture, std::int32_t side) {
+  if (picture.Width() <= side && picture.Height() <= side) return picture;
+  const std::int32_t width = std::min(picture.Width(), side);
+  const std::int32_t height = std::min(picture.Height(), side);
+  Bitmap part = Like(picture, width, height, picture.BitsPerPixel());
+  part.SetPalette({picture.Palette().begin(), picture.Palette().end()});
+  // Eight pixels of any depth begin with a byte.
+  const auto left = static_cast<std::size_t>((picture.Width() - width) / 2 / 8 * 8);
+  const std::size_t first = left * static_cast<std::size_t>(picture.BitsPerPixel()) / 8;
+  const std::int32_t top = (picture.Height() - height) / 2;
+  const ConstPixels from(picture);
+  const Pixels to(part);
+  for (std::int32_t y = 0; y < height; ++y) std::memcpy(to.Row(y), from.Row(top + y) + first, part.RowBytes());
+  return part;
 }
 
 EffectPreview::EffectPreview(const Effect& shown, const Bitmap& picture, PictureSize available)
-    : effect(shown), whole(picture), room(available), copy(picture) {
-  if (!copy.IsEmpty()) ReduceTo(room, copy);
-}
+    : effect(shown),
+      whole(picture),
+      part(picture.IsEmpty() || shown.movesPixels ? picture : MiddleOf(picture, PartSide)),
+      room(available) {}
 
 Bitmap EffectPreview::Of(std::span<const double> values) const {
   RequireInRange(effect, values);
-  Bitmap result = copy;
+  Bitmap result = part;
   if (result.IsEmpty()) return result;
-  std::vector<double> own(values.begin(), values.end());
-  if (effect.reduce != nullptr) effect.reduce(whole, room, own);
-  ApplyEffect(effect, result, own);
-  ReduceTo(room, result);
+  std::vector<double> found(values.begin(), values.end());
+  if (effect.find != nullptr) effect.find(whole, found);
+  ApplyEffect(effect, result, found);
+  result = ToDepth(result, whole.BitsPerPixel());
+  Reduce(result, std::min(ReductionTo(room, part), ReductionTo(room, result)));
   return result;
 }
 

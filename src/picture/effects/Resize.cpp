@@ -10,17 +10,26 @@
 #include "picture/effects/Bands.h"
 #include "picture/effects/Kernels.h"
 #include "picture/effects/Pixels.h"
-#include "picture/effects/Preview.h"
 #include "picture/effects/ResizeWeights.h"
 
 namespace kw {
 namespace {
 
-std::int32_t NewSize(std::int32_t size, double percent, double pixels) {
-  if (pixels > 0) return static_cast<std::int32_t>(pixels);
-  const double exact = std::floor(size * percent / 100 + 0.5);
+std::int32_t WholeSize(double exact) {
   if (exact > 1e9) Raise(ErrorNumber::OutOfMemory);
-  return std::max(1, static_cast<std::int32_t>(exact));
+  return std::max(1, static_cast<std::int32_t>(std::floor(exact + 0.5)));
+}
+
+PictureSize ResizedSize(const Bitmap& picture, std::span<const double> values) {
+  const double width = picture.Width();
+  const double height = picture.Height();
+  const double givenWidth = values[1];
+  const double givenHeight = values[2];
+  if (givenWidth == 0 && givenHeight == 0) {
+    return {WholeSize(width * values[0] / 100), WholeSize(height * values[0] / 100)};
+  }
+  return {WholeSize(givenWidth != 0 ? givenWidth : width * givenHeight / height),
+          WholeSize(givenHeight != 0 ? givenHeight : height * givenWidth / width)};
 }
 
 // The rows of a picture with colours multiplied by alpha where there is one.
@@ -96,11 +105,11 @@ void Halve(const Bitmap& picture, Bitmap& result) {
 }  // namespace
 
 void Resize(Bitmap& picture, std::span<const double> values) {
-  const std::int32_t width = NewSize(picture.Width(), values[0], values[1]);
-  const std::int32_t height = NewSize(picture.Height(), values[0], values[2]);
+  const PictureSize size = ResizedSize(picture, values);
   const Bitmap original = InValues(picture);
-  Bitmap result = Like(original, width, height, original.BitsPerPixel());
-  const bool isHalf = original.Width() == 2 * std::int64_t{width} && original.Height() == 2 * std::int64_t{height};
+  Bitmap result = Like(original, size.width, size.height, original.BitsPerPixel());
+  const bool isHalf =
+      original.Width() == 2 * std::int64_t{size.width} && original.Height() == 2 * std::int64_t{size.height};
   if (isHalf && original.BitsPerPixel() != 32) {
     Halve(original, result);
   } else {
@@ -110,17 +119,9 @@ void Resize(Bitmap& picture, std::span<const double> values) {
 }
 
 std::uint64_t MemoryOfResize(const Bitmap& picture, std::span<const double> values) {
-  const std::uint64_t result = PixelMemory(NewSize(picture.Width(), values[0], values[1]),
-                                           NewSize(picture.Height(), values[0], values[2]), DepthInValues(picture));
+  const PictureSize size = ResizedSize(picture, values);
+  const std::uint64_t result = PixelMemory(size.width, size.height, DepthInValues(picture));
   return std::max(result, MemoryInValues(picture, values));
-}
-
-void ReduceResize(const Bitmap& whole, PictureSize room, std::span<double> values) {
-  const double width = NewSize(whole.Width(), values[0], values[1]);
-  const double height = NewSize(whole.Height(), values[0], values[2]);
-  const double factor = std::min({ReductionTo(room, whole.Width(), whole.Height()), ReductionTo(room, width, height)});
-  values[1] = std::max(1.0, std::floor(width * factor));
-  values[2] = std::max(1.0, std::floor(height * factor));
 }
 
 }  // namespace kw

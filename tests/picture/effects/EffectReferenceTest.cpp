@@ -103,6 +103,23 @@ TEST_P(EffectReference, SmoothPictures) {
   }
 }
 
+TEST_P(EffectReference, HiddenPixels) {
+  for (const unsigned share : {2U, 5U, 40U}) {
+    for (const std::int32_t width : {1, 2, 3, 9, 33, 70}) {
+      Bitmap picture = Noise(width, 11, 32);
+      unsigned number = share;
+      for (std::int32_t y = 0; y < picture.Height(); ++y) {
+        const auto row = picture.MutableRow(y);
+        for (std::size_t i = 3; i < row.size(); i += 4) {
+          number = number * 1103515245U + 12345U;
+          if ((number >> 16U) % share == 0) row[i] = 0;
+        }
+      }
+      ASSERT_NO_FATAL_FAILURE(Check(picture));
+    }
+  }
+}
+
 TEST_P(EffectReference, BlackAndWhiteExtremes) {
   for (const int depth : {24, 32}) {
     for (const unsigned period : {1U, 2U, 3U, 5U}) {
@@ -162,18 +179,21 @@ TEST_P(EffectReference, Bands) {
 
 INSTANTIATE_TEST_SUITE_P(
     All, EffectReference,
-    testing::Values(Case{"Blur", {1.5}}, Case{"Blur", {0.3}}, Case{"Blur", {4}}, Case{"Colorize", {30, 50}},
-                    Case{"Colorize", {0, 100}}, Case{"Colorize", {217.5, 33}}, Case{"Colorize", {360, 0}},
-                    Case{"Contrast", {20}}, Case{"Contrast", {-100}}, Case{"Contrast", {300}}, Case{"Darken", {10}},
-                    Case{"Darken", {100}}, Case{"Dilate", {}}, Case{"Dither", {}}, Case{"Edge", {}},
-                    Case{"Emboss", {100}}, Case{"Emboss", {400}}, Case{"Erode", {}}, Case{"GrayScale", {}},
-                    Case{"HorizontalFlip", {}}, Case{"Invert", {}}, Case{"Lighten", {10}}, Case{"Lighten", {33.3}},
-                    Case{"Resize", {50, 0, 0, 0}}, Case{"Resize", {30, 0, 0, 0}}, Case{"Resize", {170, 0, 0, 0}},
-                    Case{"Resize", {250, 0, 0, 1}}, Case{"Resize", {50, 9, 0, 0}}, Case{"Resize", {100, 5, 11, 0}},
-                    Case{"Rotate", {90}}, Case{"Rotate", {180}}, Case{"Rotate", {270}}, Case{"Rotate", {-90}},
-                    Case{"Rotate", {360}}, Case{"Rotate", {30}}, Case{"Rotate", {-1.25}}, Case{"Rotate", {135}},
-                    Case{"Sharpen", {100}}, Case{"Sharpen", {400}}, Case{"Sharpen", {12.5}}, Case{"Soften", {}},
-                    Case{"Threshold", {0}}, Case{"Threshold", {1}}, Case{"Threshold", {200}}, Case{"VerticalFlip", {}}),
+    testing::Values(Case{"Blur", {1.5}}, Case{"Blur", {0.3}}, Case{"Blur", {4}}, Case{"Blur", {0}}, Case{"Blur", {0.2}},
+                    Case{"Blur", {1e-200}}, Case{"DecreaseBpp", {}}, Case{"IncreaseBpp", {}},
+                    Case{"Colorize", {30, 50}}, Case{"Colorize", {0, 100}}, Case{"Colorize", {217.5, 33}},
+                    Case{"Colorize", {360, 0}}, Case{"Colorize", {120, 99.7}}, Case{"Contrast", {20}},
+                    Case{"Contrast", {-100}}, Case{"Contrast", {300}}, Case{"Darken", {10}}, Case{"Darken", {100}},
+                    Case{"Dilate", {}}, Case{"Dither", {}}, Case{"Edge", {}}, Case{"Emboss", {100}},
+                    Case{"Emboss", {400}}, Case{"Erode", {}}, Case{"GrayScale", {}}, Case{"HorizontalFlip", {}},
+                    Case{"Invert", {}}, Case{"Lighten", {10}}, Case{"Lighten", {33.3}}, Case{"Resize", {50, 0, 0, 0}},
+                    Case{"Resize", {30, 0, 0, 0}}, Case{"Resize", {170, 0, 0, 0}}, Case{"Resize", {250, 0, 0, 1}},
+                    Case{"Resize", {50, 9, 0, 0}}, Case{"Resize", {50, 0, 7, 1}}, Case{"Resize", {50, 40, 0, 1}},
+                    Case{"Resize", {100, 5, 11, 0}}, Case{"Rotate", {90}}, Case{"Rotate", {180}}, Case{"Rotate", {270}},
+                    Case{"Rotate", {-90}}, Case{"Rotate", {360}}, Case{"Rotate", {30}}, Case{"Rotate", {-1.25}},
+                    Case{"Rotate", {135}}, Case{"Sharpen", {100}}, Case{"Sharpen", {400}}, Case{"Sharpen", {12.5}},
+                    Case{"Soften", {}}, Case{"Threshold", {0}}, Case{"Threshold", {1}}, Case{"Threshold", {200}},
+                    Case{"VerticalFlip", {}}),
     [](const testing::TestParamInfo<Case>& test) { return test.param.command + std::to_string(test.index); });
 
 }  // namespace

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <limits>
+#include <map>
 #include <set>
 #include <string>
 
@@ -32,14 +34,77 @@ TEST(EffectTable, DefaultsAreInRange) {
     EXPECT_NO_THROW(RequireInRange(effect, StandardValues(effect))) << effect.command;
 }
 
-TEST(EffectTable, DefaultsAreTheDocumentedOnes) {
-  EXPECT_EQ(std::vector{90.0}, StandardValues(*FindEffect("Rotate")));
-  EXPECT_EQ((std::vector{50.0, 0.0, 0.0, 0.0}), StandardValues(*FindEffect("Resize")));
-  EXPECT_EQ(std::vector{1.5}, StandardValues(*FindEffect("Blur")));
-  EXPECT_EQ(std::vector{10.0}, StandardValues(*FindEffect("Lighten")));
-  EXPECT_EQ(std::vector{10.0}, StandardValues(*FindEffect("Darken")));
-  EXPECT_EQ(std::vector{20.0}, StandardValues(*FindEffect("Contrast")));
-  EXPECT_EQ(std::vector{0.0}, StandardValues(*FindEffect("Threshold")));
+TEST(EffectTable, RangesAndDefaultsAreTheDocumentedOnes) {
+  struct Documented {
+    const char* name;
+    double least;
+    double greatest;
+    double standard;
+    bool whole;
+  };
+  const Documented documented[] = {
+      {"BlurSigma", 0, 50, 0, false},          {"ColorizeHue", 0, 360, 30, false},
+      {"ColorizeStrength", 0, 100, 50, false}, {"ContrastPercent", -100, 300, 20, false},
+      {"DarkenPercent", 0, 100, 10, false},    {"EmbossPercent", 0, 400, 100, false},
+      {"LightenPercent", 0, 100, 10, false},   {"ResizePercent", 1, 1000, 50, false},
+      {"ResizeWidth", 0, 100000, 0, true},     {"ResizeHeight", 0, 100000, 0, true},
+      {"ResizeKernel", 0, 1, 0, true},         {"RotateAngle", -360, 360, 90, false},
+      {"SharpenPercent", 0, 400, 100, false},  {"ThresholdLevel", 0, 255, 0, true},
+  };
+  const Effect& option = *FindEffect("Option");
+  ASSERT_EQ(std::size(documented), option.parameters.size());
+  for (std::size_t i = 0; i < option.parameters.size(); ++i) {
+    const EffectParameter& parameter = option.parameters[i];
+    EXPECT_EQ(documented[i].name, parameter.name);
+    EXPECT_EQ(documented[i].least, parameter.least) << parameter.name;
+    EXPECT_EQ(documented[i].greatest, parameter.greatest) << parameter.name;
+    EXPECT_EQ(documented[i].standard, parameter.standard) << parameter.name;
+    EXPECT_EQ(documented[i].standard, StandardValues(option)[i]) << parameter.name;
+    EXPECT_EQ(documented[i].whole, parameter.whole) << parameter.name;
+  }
+}
+
+// The column is for readers; each of its texts is a rule.
+TEST(EffectTable, DepthOfTheResultIsTheOneThatTheTableTells) {
+  const auto filtered = [](int depth, bool grey) { return depth > 8 ? depth : grey ? 8 : 24; };
+  const std::map<std::string_view, std::function<int(int, bool)>> rules{
+      {"as before", [](int depth, bool) { return depth; }},
+      {"1", [](int, bool) { return 1; }},
+      {"24: 8; others as before", [](int depth, bool) { return depth == 24 ? 8 : depth; }},
+      {"1, 4 and 8: 8 where the palette is grey, else 24; 24 and 32 as before", filtered},
+      {"1 as before; 4 and 8: 8 where the palette is grey, else 24; 24 and 32 as before",
+       [&](int depth, bool grey) { return depth == 1 ? 1 : filtered(depth, grey); }},
+      {"the next below among 32, 24, 8, 4, 1",
+       [](int depth, bool) {
+         return depth == 32 ? 24 : depth == 24 ? 8 : depth == 8 ? 4 : 1;
+       }},
+      {"the next above among 1, 4, 8, 24, 32",
+       [](int depth, bool) {
+         return depth == 1 ? 4 : depth == 4 ? 8 : depth == 8 ? 24 : 32;
+       }},
+  };
+  constexpr std::string_view turned =
+      "as before at multiples of 90 degrees; else 1, 4 and 8: 8 where the palette is grey, else 24";
+  for (const Effect& effect : Effects()) {
+    for (const int depth : {1, 4, 8, 24, 32}) {
+      for (const bool grey : {false, true}) {
+        const Bitmap before = Noise(23, 11, depth, !grey);
+        const auto depthOf = [&](std::span<const double> values) {
+          Bitmap picture = before;
+          ApplyEffect(effect, picture, values);
+          return picture.BitsPerPixel();
+        };
+        if (effect.resultingDepth == turned) {
+          EXPECT_EQ(depth, depthOf(std::vector{180.0}));
+          EXPECT_EQ(filtered(depth, grey), depthOf(std::vector{30.0}));
+        } else {
+          ASSERT_TRUE(rules.contains(effect.resultingDepth)) << effect.resultingDepth;
+          EXPECT_EQ(rules.at(effect.resultingDepth)(depth, grey), depthOf(StandardValues(effect)))
+              << effect.command << ' ' << depth;
+        }
+      }
+    }
+  }
 }
 
 TEST(EffectTable, OptionHoldsTheParametersOfAllOthers) {
@@ -65,6 +130,8 @@ TEST(EffectTable, RangesAreKept) {
         Bitmap picture = Noise(9, 5, 24);
         const Bitmap before = picture;
         auto values = StandardValues(effect);
+        // The other side would follow in proportion, beyond what there is memory for.
+        if (effect.command == "Resize" && (i == 1 || i == 2)) values[3 - i] = 1;
         values[i] = value;
         const std::int32_t error = ErrorOf([&] { ApplyEffect(effect, picture, values); });
         EXPECT_TRUE(error == 0 || SamePicture(before, picture)) << effect.command;

@@ -19,7 +19,7 @@ Plain Lighten(const Bitmap& picture, Values values) {
 }
 
 Plain Darken(const Bitmap& picture, Values values) {
-  return MapChannels(picture, [&](std::int32_t v) { return v + Round(-255 * values[0] / 100); });
+  return MapChannels(picture, [&](std::int32_t v) { return v - Round(255 * values[0] / 100); });
 }
 
 Plain Contrast(const Bitmap& picture, Values values) {
@@ -52,7 +52,11 @@ Plain Colorize(const Bitmap& picture, Values values) {
       if (channel > pureLuma) room = std::min(room, (255 - luma) / (channel - pureLuma));
       if (channel < pureLuma) room = std::min(room, luma / (pureLuma - channel));
     }
-    for (std::size_t c = 0; c < 3; ++c) p[c] = Byte(Round(luma + values[1] / 100 * room * (pure[c] - pureLuma)));
+    const std::int32_t amount = Round(values[1] * 2.56);
+    for (std::size_t c = 0; c < 3; ++c) {
+      const std::int32_t tint = Byte(Round(luma + room * (pure[c] - pureLuma)));
+      p[c] = Floored((256 - amount) * p[c] + amount * tint + 128, 256);
+    }
   }
   return plain;
 }
@@ -112,76 +116,6 @@ Plain Rotate(const Bitmap& picture, Values values) {
   const std::int32_t turns = Round(degrees / 90);
   for (std::int32_t i = 0; i < turns; ++i) plain = QuarterTurn(plain);
   return plain;
-}
-
-// Old pixels and their weights in 16384ths for one new pixel.
-std::map<std::int32_t, std::int32_t> Taps(std::int32_t i, std::int32_t from, std::int32_t to, bool bicubic) {
-  const double step = static_cast<double>(from) / to;
-  std::map<std::int32_t, double> exact;
-  if (from == to) {
-    exact[i] = 1;
-  } else if (from > to) {
-    for (std::int32_t j = 0; j < from; ++j) {
-      const double covered = std::min((i + 1) * step, j + 1.0) - std::max(i * step, 1.0 * j);
-      if (covered > 0) exact[j] = covered;
-    }
-  } else {
-    const double middle = (i + 0.5) * step - 0.5;
-    const std::int32_t reach = bicubic ? 2 : 3;
-    for (std::int32_t j = Floor(middle) - reach + 1; j <= Floor(middle) + reach; ++j) {
-      const double x = std::fabs(middle - j);
-      const double turn = std::numbers::pi * x;
-      if (!bicubic) {
-        exact[j] = x == 0 ? 1 : x < 3 ? std::sin(turn) / turn * (std::sin(turn / 3) / (turn / 3)) : 0;
-      } else {
-        exact[j] = x < 1 ? 1.5 * x * x * x - 2.5 * x * x + 1 : x < 2 ? -0.5 * x * x * x + 2.5 * x * x - 4 * x + 2 : 0;
-      }
-    }
-  }
-  double sum = 0;
-  for (const auto& [j, weight] : exact) sum += weight;
-  double due = 0;
-  std::int32_t given = 0;
-  std::map<std::int32_t, std::int32_t> taps;
-  for (const auto& [j, weight] : exact) {
-    due += weight / sum * 16384;
-    taps[j] = static_cast<std::int32_t>(std::lround(due)) - given;
-    given += taps[j];
-  }
-  return taps;
-}
-
-Plain Resize(const Bitmap& picture, Values values) {
-  const Plain plain = Premultiplied(PlainValues(picture));
-  const auto newSize = [&](std::int32_t old, double pixels) {
-    return pixels != 0 ? static_cast<std::int32_t>(pixels) : std::max(1, Round(old * values[0] / 100));
-  };
-  const Plain result(newSize(plain.width, values[1]), newSize(plain.height, values[2]), plain.bitsPerPixel);
-  std::vector<std::map<std::int32_t, std::int32_t>> across;
-  across.reserve(static_cast<std::size_t>(result.width));
-  for (std::int32_t x = 0; x < result.width; ++x) across.push_back(Taps(x, plain.width, result.width, values[3] != 0));
-  std::vector<Pixel> mixed(static_cast<std::size_t>(plain.width));
-  Plain resized = result;
-  for (std::int32_t y = 0; y < result.height; ++y) {
-    const auto down = Taps(y, plain.height, result.height, values[3] != 0);
-    for (std::int32_t x = 0; x < plain.width; ++x) {
-      for (std::size_t c = 0; c < 4; ++c) {
-        std::int32_t sum = 128;
-        for (const auto& [line, weight] : down) sum += weight * plain.Near(x, line)[c];
-        mixed[static_cast<std::size_t>(x)][c] = Floored(sum, 256);
-      }
-    }
-    for (std::int32_t x = 0; x < result.width; ++x) {
-      for (std::size_t c = 0; c < 4; ++c) {
-        std::int32_t sum = 1 << 19;
-        for (const auto& [column, weight] : across[static_cast<std::size_t>(x)]) {
-          sum += weight * mixed[static_cast<std::size_t>(std::clamp(column, 0, plain.width - 1))][c];
-        }
-        resized.At(x, y)[c] = Byte(Floored(sum, 1 << 20));
-      }
-    }
-  }
-  return Unpremultiplied(resized);
 }
 
 std::int32_t OtsuLevel(const Plain& plain) {
@@ -257,11 +191,13 @@ Plain Expected(std::string_view command, const Bitmap& picture, std::span<const 
       {"Colorize", Colorize},
       {"Contrast", Contrast},
       {"Darken", Darken},
+      {"DecreaseBpp", DecreaseBpp},
       {"Dilate", Dilate},
       {"Dither", Dither},
       {"Edge", Edge},
       {"Emboss", Emboss},
       {"Erode", Erode},
+      {"IncreaseBpp", IncreaseBpp},
       {"Invert", Invert},
       {"GrayScale", GrayScale},
       {"HorizontalFlip", HorizontalFlip},

@@ -8,13 +8,24 @@
 namespace kw::reference {
 namespace {
 
+// Pixel i of the 3x3 neighbourhood, row by row.
+const Pixel& Neighbour(const Plain& p, std::int32_t x, std::int32_t y, std::int32_t i) {
+  return p.Near(x + i % 3 - 1, y + i / 3 - 1);
+}
+
+// The same for filters that leave alpha: what is fully transparent, there or here, is left out.
+const Pixel& VisibleNeighbour(const Plain& p, std::int32_t x, std::int32_t y, std::int32_t i) {
+  const Pixel& other = Neighbour(p, x, y, i);
+  return other[3] == 0 || p.At(x, y)[3] == 0 ? p.At(x, y) : other;
+}
+
+using Neighbouring = decltype(Neighbour)*;
+
 // Weighted sum of the channel over a 3x3 neighbourhood; weights row by row.
 std::int32_t Weighted(const Plain& p, std::int32_t x, std::int32_t y, std::size_t c,
-                      const std::array<std::int32_t, 9>& weights) {
+                      const std::array<std::int32_t, 9>& weights, Neighbouring neighbour = VisibleNeighbour) {
   std::int32_t sum = 0;
-  for (std::int32_t i = 0; i < 9; ++i) {
-    sum += weights[static_cast<std::size_t>(i)] * p.Near(x + i % 3 - 1, y + i / 3 - 1)[c];
-  }
+  for (std::int32_t i = 0; i < 9; ++i) sum += weights[static_cast<std::size_t>(i)] * neighbour(p, x, y, i)[c];
   return sum;
 }
 
@@ -27,7 +38,7 @@ Plain Spread(const Bitmap& picture, bool light) {
     return EachChannel(plain, [&](std::int32_t x, std::int32_t y, std::size_t c) {
       std::int32_t most = plain.At(x, y)[c];
       for (std::int32_t i = 0; i < 9; ++i) {
-        const std::int32_t value = plain.Near(x + i % 3 - 1, y + i / 3 - 1)[c];
+        const std::int32_t value = VisibleNeighbour(plain, x, y, i)[c];
         most = light ? std::max(most, value) : std::min(most, value);
       }
       return most;
@@ -38,7 +49,7 @@ Plain Spread(const Bitmap& picture, bool light) {
   return Each(plain, [&](std::int32_t x, std::int32_t y) {
     Pixel most = plain.At(x, y);
     for (std::int32_t i = 0; i < 9; ++i) {
-      const Pixel& other = plain.Near(x + i % 3 - 1, y + i / 3 - 1);
+      const Pixel& other = Neighbour(plain, x, y, i);
       if (light ? weight(other) > weight(most) : weight(other) < weight(most)) most = other;
     }
     return most;
@@ -49,16 +60,18 @@ Plain Spread(const Bitmap& picture, bool light) {
 
 Plain Blur(const Bitmap& picture, Values values) {
   const Plain plain = Premultiplied(PlainValues(picture));
-  const auto radius = static_cast<std::int32_t>(std::ceil(3 * values[0]));
-  std::vector<double> bell;
+  const double sigma = values[0] != 0 ? values[0] : picture.BitsPerPixel() == 1 ? 0.8 : 1.5;
+  const auto radius = static_cast<std::int32_t>(std::ceil(3 * sigma));
   double sum = 0;
-  for (std::int32_t i = -radius; i <= radius; ++i) sum += std::exp(-0.5 * i * i / (values[0] * values[0]));
+  const auto height = [sigma](std::int32_t i) { return std::exp(-0.5 * std::pow(i / sigma, 2)); };
+  for (std::int32_t i = -radius; i <= radius; ++i) sum += height(i);
   std::vector<std::int32_t> weights{0};
   std::int32_t rest = 32768;
   for (std::int32_t i = 1; i <= radius; ++i) {
-    weights.push_back(Round(32768 * std::exp(-0.5 * i * i / (values[0] * values[0])) / sum));
+    weights.push_back(Round(32768 * height(i) / sum));
     rest -= 2 * weights.back();
   }
+  if (rest == 32768) return PlainValues(picture);
   weights[0] = rest;
   const auto times = [](std::int32_t value, std::int32_t weight) { return Floored(value * weight + 16384, 32768); };
   const auto mixed = [&](std::int32_t x, std::int32_t y, std::size_t c) {
@@ -94,7 +107,7 @@ Plain Soften(const Bitmap& picture, Values /*values*/) {
   const Plain plain = Premultiplied(PlainValues(picture));
   return Unpremultiplied(Each(plain, [&](std::int32_t x, std::int32_t y) {
     Pixel pixel{};
-    for (std::size_t c = 0; c < 4; ++c) pixel[c] = (Weighted(plain, x, y, c, Binomial) + 8) / 16;
+    for (std::size_t c = 0; c < 4; ++c) pixel[c] = (Weighted(plain, x, y, c, Binomial, Neighbour) + 8) / 16;
     return pixel;
   }));
 }
@@ -120,6 +133,7 @@ Plain Emboss(const Bitmap& picture, Values values) {
 Plain Edge(const Bitmap& picture, Values /*values*/) {
   const Plain plain = PlainValues(picture);
   return EachChannel(plain, [&](std::int32_t x, std::int32_t y, std::size_t c) {
+    if (plain.At(x, y)[3] == 0) return plain.At(x, y)[c];
     const double across = Weighted(plain, x, y, c, {-1, 0, 1, -2, 0, 2, -1, 0, 1});
     const double down = Weighted(plain, x, y, c, {-1, -2, -1, 0, 0, 0, 1, 2, 1});
     return Round(std::sqrt(across * across + down * down));

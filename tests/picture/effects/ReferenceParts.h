@@ -78,7 +78,7 @@ inline Plain OnPaper(const Bitmap& picture) {
 
 inline Pixel Grey(std::int32_t level) { return {level, level, level, 255}; }
 
-// The effects that look at neighbours.
+// The effects that stand in files of their own.
 Plain Blur(const Bitmap& picture, Values values);
 Plain Soften(const Bitmap& picture, Values values);
 Plain Sharpen(const Bitmap& picture, Values values);
@@ -86,5 +86,8 @@ Plain Emboss(const Bitmap& picture, Values values);
 Plain Edge(const Bitmap& picture, Values values);
 Plain Dilate(const Bitmap& picture, Values values);
 Plain Erode(const Bitmap& picture, Values values);
+Plain Resize(const Bitmap& picture, Values values);
+Plain IncreaseBpp(const Bitmap& picture, Values values);
+Plain DecreaseBpp(const Bitmap& picture, Values values);
 
 }  // namespace kw::reference
