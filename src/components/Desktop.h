@@ -48,6 +48,7 @@ struct PrinterDialog {
   std::int32_t fromPage = 1;  // offered, then chosen
   std::int32_t toPage = 1;
   std::int32_t copies = 1;
+  std::string document{};  // what the job is called; empty: by the program's name
 };
 
 // Clipboard format of a device-independent bitmap.

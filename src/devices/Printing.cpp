@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "components/Arithmetic.h"
+#include "components/FilePath.h"
 #include "devices/StatusPanel.h"
 #include "document/PageFiles.h"
 #include "document/ScratchBitmap.h"
@@ -40,7 +41,9 @@ Printing::Printing(const Rooms& rooms)
       document(rooms.document),
       KWPic(rooms.KWPic),
       KWPicTempBuffer(rooms.KWPicTempBuffer) {
-  form.chkCancelPrinting.Click.Connect([this] { chkCancel_Click(); });
+  form.chkCancelPrinting.Click.Connect([this] {
+    if (form.chkCancelPrinting.Value()) chkCancel_Click();  // not when the procedure sets it back
+  });
 }
 
 void Printing::PrintPages() {
@@ -49,6 +52,7 @@ void Printing::PrintPages() {
   const DeviceAtWork printer(form.kwraPrintingStatus, isAtWork);
   const Range pages = AskForRange(run);
   if (pages.first <= 0 || pages.last <= 0) return;
+  run([&] { form.lblPrintingStatus.SetCaption(""); });
   run([&] { ShowCentred(form.kwraPrintingStatus, form.editor); });
   run([&] { isPrinting = true; });
   Job job(desktop, run);
@@ -66,6 +70,7 @@ Printing::Range Printing::AskForRange(Procedure& run) {
         dialog.firstPage = dialog.fromPage = form.PageIndex.Min();
         dialog.lastPage = dialog.toPage = form.PageIndex.Max();
         dialog.copies = 1;
+        dialog.document = FromFilesystemPath(ToFilesystemPath(document.FilePath()).filename());
         if (!desktop.ShowPrinter(dialog)) return Range();
         return Range{ToInteger16(dialog.fromPage), ToInteger16(dialog.toPage)};
       },

@@ -7,7 +7,9 @@ namespace kw {
 
 Scanning::Scanning(EditorForm& editorForm, Trap& errorTrap, ClipboardWatch& watch, Dispatcher& commandDispatcher)
     : form(editorForm), trap(errorTrap), clipboardWatch(watch), dispatcher(commandDispatcher) {
-  form.chkCancelScanning.Click.Connect([this] { chkCancelScanning_Click(); });
+  form.chkCancelScanning.Click.Connect([this] {
+    if (form.chkCancelScanning.Value()) chkCancelScanning_Click();  // not when the procedure sets it back
+  });
 }
 
 void Scanning::SelectScanner() {

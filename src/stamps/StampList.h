@@ -22,11 +22,12 @@ public:
   // A file that cannot be written is not reported.
   void WriteStamp(const std::string& key, const std::string& value) const;
   // Writes it behind the user's stamps that the file holds now, those of other users of the folder included. Raises
-  // Overflow past 32767.
+  // Overflow where these are 32767.
   void AddStamp(const std::string& value);
 
-  // Fills the combo afresh and selects its first item. The first key without a value ends the user's stamps; more than
-  // 32767 of them are a reported error (Overflow), those until then are listed.
+  // Fills the combo afresh and selects its first item. The first key without a value ends the user's stamps; the key
+  // behind the 32767th is none that can be asked for, which is a reported error (Overflow); those until then are
+  // listed.
   void FillStampList(ImageCombo& combo);
   // The user's stamps that were found last.
   std::int16_t UserStampCount() const { return m_UserStampCount; }

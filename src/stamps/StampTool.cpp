@@ -25,13 +25,19 @@ void StampTool::PlaceStamp(float x, float y) {
     run([&] { layer->SetContainer(&dialog.picPreview); });
   }
   dialog.Preview.Connect([&] { ShowPreview(dialog, previewText, previewSignature); });
-  run([&] { dialog.LastStampSelected = lastStamp; });
+  run([&] {
+    dialog.LastStampSelected = lastStamp;
+    dialog.LastItemSelected = lastItem;
+  });
   run([&] { dialog.NoOfTimes = noOfTimes; });
   run([&] { dialog.chkAttachSignature.SetValue(isToAttachSignature); });
   run([&] { dialog.chkAttachSignature.SetEnabled(!editor.SignatureImage().IsEmpty()); });
   run([&] { dialog.ShowModal(); });
   if (dialog.IsCancelled) return;
-  run([&] { lastStamp = dialog.LastStampSelected; });
+  run([&] {
+    lastStamp = dialog.LastStampSelected;
+    lastItem = dialog.LastItemSelected;
+  });
   run([&] { noOfTimes = dialog.NoOfTimes; });
   run([&] { isToAttachSignature = dialog.IsToAttachSignature; });
   if (openings.Count() != document) return;

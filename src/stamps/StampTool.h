@@ -46,6 +46,7 @@ private:
   Layers& layers;
   const Openings& openings;
   std::string lastStamp;
+  std::int32_t lastItem = 0;  // its place in the list; 0: it was typed
   std::string noOfTimes = "1";
   bool isToAttachSignature = false;
 };

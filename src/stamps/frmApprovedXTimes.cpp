@@ -1,6 +1,5 @@
 #include "stamps/frmApprovedXTimes.h"
 
-#include <algorithm>
 #include <charconv>
 
 #include "trap/Procedure.h"
@@ -20,10 +19,12 @@ enum : std::int16_t { StampOption, CountOption, DateOption };
 double NumericValue(std::string text) {
   std::erase(text, ' ');
   if (text.starts_with('+')) text.erase(0, 1);
-  const std::size_t length = std::min(text.find_first_not_of("-.0123456789"), text.size());
+  const std::size_t first = text.find_first_not_of("-.");
+  if (first == std::string::npos || text[first] < '0' || text[first] > '9') return 0;  // words as "inf" are none
   double value = 0;
-  const auto result = std::from_chars(text.data(), text.data() + length, value);
-  if (result.ec == std::errc::result_out_of_range) Raise(ErrorNumber::Overflow);
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
+  const bool isTiny = text[first] == '0' || text.find('-', first) != std::string::npos;
+  if (result.ec == std::errc::result_out_of_range && !isTiny) Raise(ErrorNumber::Overflow);
   return value;
 }
 
@@ -106,6 +107,10 @@ void frmApprovedXTimes::Form_Load() {
   Procedure run(trap, "Form_Load");
   run([&] { list.FillStampList(cmbStamps); });
   run([&] {
+    const std::int32_t builtIn = cmbStamps.ItemCount() - list.UserStampCount();
+    if (LastItemSelected > 0 && LastItemSelected <= builtIn) LastStampSelected = cmbStamps.ItemText(LastItemSelected);
+  });
+  run([&] {
     if (!IsBlank(LastStampSelected)) cmbStamps.SetText(LastStampSelected);
   });
   run([&] { cmbNoOfTimes.Clear(); });
@@ -168,7 +173,10 @@ std::string frmApprovedXTimes::ComposedStamp() const {
 void frmApprovedXTimes::chkOK_Click() {
   Procedure run(trap, "chkOK_Click");
   run([&] { NoOfTimes = cmbNoOfTimes.Text(); });
-  run([&] { LastStampSelected = cmbStamps.Text(); });
+  run([&] {
+    LastStampSelected = cmbStamps.Text();
+    LastItemSelected = cmbStamps.SelectedItem();
+  });
   run([&] { IsToAttachSignature = chkAttachSignature.Value(); });
   run([&] {
     if (cmbStamps.SelectedItem() == 0) list.AddStamp(cmbStamps.Text());

@@ -36,6 +36,9 @@ public:
   bool IsToAttachSignature = false;
   std::string NoOfTimes;
   std::string LastStampSelected;
+  // The place of that stamp in the list where it was picked there; 0 where it was typed. Preset, a built-in stamp is
+  // offered again as it reads at the moment of the new list.
+  std::int32_t LastItemSelected = 0;
 
   // The text that OK would compose now.
   std::string ComposedStamp() const;

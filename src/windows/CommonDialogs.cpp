@@ -134,7 +134,7 @@ bool WindowsDesktop::ShowPrinter(PrinterDialog& dialog) {
     if (error != 0) Raise(ErrorNumber::PrinterError, static_cast<std::int32_t>(error));
     return false;
   }
-  printer->Use(fields.hDC);
+  printer->Use(fields.hDC, ToWide(dialog.document));
   const bool isRange = (fields.Flags & PD_PAGENUMS) != 0;
   dialog.fromPage = isRange ? fields.nFromPage : fields.nMinPage;
   dialog.toPage = isRange ? fields.nToPage : fields.nMaxPage;

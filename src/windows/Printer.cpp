@@ -7,6 +7,7 @@
 #include <cstring>
 #include <memory>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "components/RunTimeError.h"
@@ -62,7 +63,7 @@ Printer::~Printer() {
   DeleteDC(device);
 }
 
-void Printer::Use(HDC newDevice) {
+void Printer::Use(HDC newDevice, std::wstring name) {
   struct Delete {
     void operator()(HDC context) const { DeleteDC(context); }
   };
@@ -70,6 +71,7 @@ void Printer::Use(HDC newDevice) {
   EndJob();
   if (device != nullptr) DeleteDC(device);
   device = taken.release();
+  jobName = std::move(name);
 }
 
 void Printer::RequireDevice() {
@@ -87,7 +89,7 @@ void Printer::RequireJob() {
   if (isJobOpen) return;
   DOCINFOW job = {};
   job.cbSize = sizeof job;
-  job.lpszDocName = L"KwEditor";
+  job.lpszDocName = jobName.empty() ? L"KwEditor" : jobName.c_str();
   if (StartDocW(device, &job) <= 0) RaisePrinterError();
   isJobOpen = true;
 }

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <string>
+
 #include "components/Bitmap.h"
 
 namespace kw::windows {
@@ -14,8 +16,9 @@ public:
   Printer& operator=(const Printer&) = delete;
   ~Printer();
 
-  // Prints on this device from now on and owns it; an open job goes to the printer first.
-  void Use(HDC device);
+  // Prints on this device from now on and owns it; an open job goes to the printer first. Jobs then have that name,
+  // where it is not empty.
+  void Use(HDC device, std::wstring name = {});
   // Paints on the open page, or on a new one of the open job, or of a new job: the picture in its true size where its
   // resolution is known, else one pixel to 1/96 inch, but never larger than the printable area, from its upper left
   // corner on.
@@ -33,6 +36,7 @@ private:
   void DrawBands(const Bitmap& picture);
 
   HDC device = nullptr;
+  std::wstring jobName;
   bool isJobOpen = false;
   bool isPageOpen = false;
 };

@@ -1,63 +1,10 @@
-#include <gtest/gtest.h>
+#include "devices/PrintingFixture.h"
 
 #include <algorithm>
-#include <string>
-#include <vector>
-
-#include "components/Files.h"
-#include "support/EditorFixture.h"
+#include <utility>
 
 namespace kw::test {
 namespace {
-
-using Captions = std::vector<std::string>;
-using SheetWidths = std::vector<int>;
-
-class Printing : public EditorTest {
-protected:
-  // Opens a document of so many pages, page p 10 p wide and of the grey value p.
-  void Open(int pages) {
-    path = MakeDocument("scan.tif", pages);
-    control->OpenFile(path);
-    desktop.boxes.clear();
-    desktop.onDoEvents = [this] {
-      const std::string caption = Form().lblPrintingStatus.Caption();
-      if (Form().kwraPrintingStatus.Visible() && !caption.empty() && (captions.empty() || captions.back() != caption)) {
-        captions.push_back(caption);
-      }
-      if (whileWaiting) whileWaiting();
-    };
-  }
-  // What the user chooses in the next printer dialog.
-  void Choose(std::int32_t from, std::int32_t to) {
-    desktop.printerAnswers.emplace_back([=](PrinterDialog& dialog) {
-      dialog.fromPage = from;
-      dialog.toPage = to;
-    });
-  }
-  void Print() { BasicBar("PrinterSetup").UserClick("PrinterSetup"); }
-  void Print(std::int32_t from, std::int32_t to) {
-    Choose(from, to);
-    Print();
-  }
-  // The widths of the pictures on the sheets of the one job that was ended; 0 for a blank sheet.
-  std::vector<int> Sheets() {
-    std::vector<int> widths;
-    EXPECT_EQ(desktop.printedJobs.size(), 1U);
-    if (desktop.printedJobs.empty()) return widths;
-    for (const Bitmap& sheet : desktop.printedJobs.back()) widths.push_back(sheet.Width());
-    return widths;
-  }
-  void ExpectOver() {
-    EXPECT_FALSE(Form().kwraPrintingStatus.Visible());
-    EXPECT_TRUE(desktop.openJob.empty());
-    EXPECT_EQ(desktop.endsOfJob, 1);
-  }
-
-  std::string path;
-  Captions captions;
-  std::function<void()> whileWaiting;
-};
 
 TEST_F(Printing, OffersEveryPageOnce) {
   Open(5);
@@ -123,43 +70,21 @@ TEST_F(Printing, ARangeThatRunsBackwardsPrintsNothing) {
   ExpectOver();
 }
 
-TEST_F(Printing, CancellingDuringPageThreeOfFiveLeavesTheTwoBefore) {
-  Open(5);
-  whileWaiting = [&] {
-    if (Form().lblPrintingStatus.Caption() == "Printing page 3 of 5") Form().chkCancelPrinting.UserToggle();
-  };
-  Print(1, 5);
-  const std::vector<int> sheets = Sheets();
-  ASSERT_GE(sheets.size(), 2U);
-  EXPECT_EQ((SheetWidths{sheets[0], sheets[1]}), (SheetWidths{10, 20}));
-  EXPECT_EQ(captions.back(), "Printing page 3 of 5");
-  EXPECT_LE(desktop.newPrinterPages, 2);
-  EXPECT_FALSE(Form().chkCancelPrinting.Value());
-  ExpectOver();
+TEST_F(Printing, ANewJobDoesNotShowTheCaptionOfTheLastOne) {
+  Open(3);
+  Print(1, 3);
+  std::vector<std::string> shown;
+  whileWaiting = [&] { shown.push_back(Form().lblPrintingStatus.Caption()); };
+  Print(1, 2);
+  ASSERT_FALSE(shown.empty());
+  EXPECT_EQ(shown.front(), "");
+  EXPECT_EQ(shown.back(), "Printing page 2 of 2");
 }
 
-TEST_F(Printing, CancellingWhilePageTwoIsRenderedKeepsItOffThePaper) {
-  Open(5);
-  int pauses = 0;
-  whileWaiting = [&] {
-    if (Form().lblPrintingStatus.Caption() == "Printing page 2 of 5" && ++pauses == 2) {
-      Form().chkCancelPrinting.UserToggle();
-    }
-  };
-  Print(1, 5);
-  EXPECT_EQ(desktop.printedJobs[0][0].Width(), 10);
-  EXPECT_EQ(desktop.newPrinterPages, 1);
-  EXPECT_TRUE(desktop.printedJobs[0].size() == 1 || desktop.printedJobs[0][1].IsEmpty());
-  EXPECT_EQ(pauses, 2);
-  ExpectOver();
-}
-
-TEST_F(Printing, TheCancelBoxTracesItsNameAndComesUpAgain) {
-  ForgetTrace();
-  Form().chkCancelPrinting.UserToggle();
-  EXPECT_FALSE(Form().chkCancelPrinting.Value());
-  for (const std::string& name : Trace()) EXPECT_EQ(name, "chkCancel_Click");
-  EXPECT_FALSE(Trace().empty());
+TEST_F(Printing, ItsJobIsCalledByTheDocument) {
+  Open(2);
+  Print(1, 2);
+  EXPECT_EQ(desktop.printersShown[0].document, "scan.tif");
 }
 
 TEST_F(Printing, ShowsItsPanelInTheMiddleAtAnySize) {
@@ -240,21 +165,6 @@ TEST_F(Printing, WhatIsTransparentIsPaper) {
   }
 }
 
-TEST_F(Printing, APictureThatIsPaintedIsNotChangedByACommandMeanwhile) {
-  Open(1);
-  Rgb before;
-  Rgb behind;
-  desktop.onPrintPicture = [&](const Bitmap& picture) {
-    before = picture.PixelAt(0, 0);
-    Form().tbrMoreTools.ButtonClick.Raise("Invert");
-    behind = picture.PixelAt(0, 0);
-  };
-  Print(1, 1);
-  EXPECT_EQ(before, (Rgb{1, 1, 1}));
-  EXPECT_EQ(behind, before);
-  EXPECT_EQ(control->Engine().Current().PixelAt(0, 0), (Rgb{254, 254, 254}));
-}
-
 TEST_F(Printing, TheOnlyPageOfADocumentThatIsNotSplitIsPageOne) {
   control->OpenFile(MakeImage("scan.bmp", 30, 40));
   desktop.printerAnswers.emplace_back([](PrinterDialog& dialog) {
@@ -274,115 +184,6 @@ TEST_F(Printing, FloatingLayersAreNotPrinted) {
   layer.SetVisible(true);
   Print(1, 1);
   EXPECT_EQ(Sheets(), SheetWidths{10});
-}
-
-TEST_F(Printing, APageWhoseFileIsGoneIsReportedAndItsSheetStaysBlank) {
-  Open(4);
-  RemoveFileAt(folder.File("scan_Page_3.tif"));
-  Print(2, 4);
-  EXPECT_EQ(Sheets(), (SheetWidths{20, 0, 40}));
-  EXPECT_EQ(events.errors, std::vector<int>{static_cast<int>(ErrorNumber::FileNotFound)});
-  ExpectOver();
-}
-
-TEST_F(Printing, APageFileOfGarbageNeverPrintsAnOlderPicture) {
-  Open(4);
-  WriteWhole(folder.File("scan_Page_3.tif"), "not a picture");
-  Print(2, 3);
-  EXPECT_EQ(Sheets(), SheetWidths{20});
-  EXPECT_EQ(events.errors, std::vector<int>{static_cast<int>(ErrorNumber::InvalidPicture)});
-}
-
-TEST_F(Printing, WithoutAPrinterTheCommandEndsInTheErrorHandler) {
-  Open(2);
-  desktop.printerAnswers.emplace_back([](PrinterDialog&) { Raise(ErrorNumber::PrinterError); });
-  Print();
-  EXPECT_EQ(events.errors, std::vector<int>{482});
-  EXPECT_TRUE(captions.empty());
-  EXPECT_EQ(desktop.endsOfJob, 0);
-}
-
-TEST_F(Printing, APrinterThatRefusesAPageEndsTheLoopAndItsJobOnce) {
-  Open(5);
-  desktop.onPrintPicture = [](const Bitmap& picture) {
-    if (picture.Width() == 30) Raise(ErrorNumber::PrinterError);
-  };
-  Print(1, 5);
-  EXPECT_EQ(captions.back(), "Printing page 3 of 5");
-  EXPECT_EQ(events.errors, std::vector<int>{482});
-  ExpectOver();
-}
-
-TEST_F(Printing, AJobThatCannotBeEndedIsReportedAndThePanelHidden) {
-  Open(2);
-  desktop.onEndPrintJob = [] { Raise(ErrorNumber::PrinterError); };
-  Print(1, 2);
-  EXPECT_EQ(events.errors, std::vector<int>{482});
-  ExpectOver();
-  control->LetEnabled(true);
-  desktop.onEndPrintJob = {};
-  Print(1, 2);
-  EXPECT_EQ(desktop.printedJobs.size(), 2U) << "the control is usable again";
-}
-
-TEST_F(Printing, EndsTheJobOnceEvenIfAnErrorCannotBeReported) {
-  Open(3);
-  desktop.onPrintPicture = [&](const Bitmap& picture) {
-    if (picture.Width() != 20) return;
-    AppDir = folder.File("no such folder\\");
-    Raise(ErrorNumber::PrinterError);
-  };
-  Print(1, 3);
-  AppDir = folder.Path();
-  EXPECT_EQ(Sheets(), SheetWidths{10});
-  ExpectOver();
-}
-
-TEST_F(Printing, RunsOnlyOnceAtATime) {
-  Open(2);
-  bool hasAsked = false;
-  whileWaiting = [&] {
-    if (hasAsked) return;
-    hasAsked = true;
-    Print(1, 2);
-  };
-  Print(1, 2);
-  EXPECT_EQ(desktop.printersShown.size(), 1U);
-  EXPECT_EQ(Sheets(), (SheetWidths{10, 20}));
-}
-
-TEST_F(Printing, AScratchPictureThatIsOverwrittenMeanwhileIsNotPrinted) {
-  Open(4);
-  const std::string other = MakeImage("other.bmp", 77, 7);
-  whileWaiting = [&] { control->LetBGImage(other); };
-  Print(1, 4);
-  EXPECT_EQ(Sheets(), (SheetWidths{10, 20, 30, 40}));
-  EXPECT_TRUE(events.errors.empty());
-}
-
-TEST_F(Printing, GoesOnWithItsOwnDocumentWhenAnotherIsOpenedMeanwhile) {
-  Open(3);
-  const std::string other = MakeImage("other.bmp", 77, 7);
-  whileWaiting = [&] {
-    if (captions.size() == 2 && control->OpenedDocument().FilePath() != other) control->OpenFile(other);
-  };
-  Print(1, 3);
-  EXPECT_EQ(Sheets(), (SheetWidths{10, 20, 30}));
-}
-
-TEST_F(Printing, MorePagesThanTheNumbersHoldAreAnOverflow) {
-  Open(2);
-  Print(1, 40000);
-  EXPECT_EQ(events.errors, std::vector<int>{static_cast<int>(ErrorNumber::Overflow)});
-  EXPECT_TRUE(captions.empty());
-}
-
-TEST_F(Printing, WithoutADocumentNothingIsPaintedAndTheJobEnds) {
-  Choose(1, 1);
-  Form().tbrMoreTools.ButtonClick.Raise("PrinterSetup");
-  EXPECT_EQ(events.errors, std::vector<int>{static_cast<int>(ErrorNumber::ObjectVariableNotSet)});
-  EXPECT_TRUE(desktop.printedJobs.empty());
-  ExpectOver();
 }
 
 }  // namespace

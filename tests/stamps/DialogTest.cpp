@@ -73,11 +73,29 @@ TEST_F(StampDialog, ComposesTheChosenStamp) {
 
 TEST_F(StampDialog, ComposesTheCount) {
   const std::pair<const char*, const char*> cases[] = {
-      {"1", "APPROVED 1 TIME"},       {"2", "APPROVED 2 TIMES"},           {"LAST", "APPROVED LAST TIME, MUST SEE MD"},
-      {"0", "APPROVED 0 TIME"},       {"-3", "APPROVED -3 TIME"},          {"1.5", "APPROVED 1.5 TIMES"},
-      {"last", "APPROVED last TIME"}, {"3 more", "APPROVED 3 more TIMES"}, {"x3", "APPROVED x3 TIME"},
-      {" 12", "APPROVED  12 TIMES"},  {"+7", "APPROVED +7 TIMES"},         {"1 0", "APPROVED 1 0 TIMES"},
-      {"", "APPROVED  TIME"},         {"inf", "APPROVED inf TIME"},        {"二", "APPROVED 二 TIME"},
+      {"1", "APPROVED 1 TIME"},
+      {"2", "APPROVED 2 TIMES"},
+      {"LAST", "APPROVED LAST TIME, MUST SEE MD"},
+      {"0", "APPROVED 0 TIME"},
+      {"-3", "APPROVED -3 TIME"},
+      {"1.5", "APPROVED 1.5 TIMES"},
+      {"last", "APPROVED last TIME"},
+      {"3 more", "APPROVED 3 more TIMES"},
+      {"x3", "APPROVED x3 TIME"},
+      {" 12", "APPROVED  12 TIMES"},
+      {"+7", "APPROVED +7 TIMES"},
+      {"1 0", "APPROVED 1 0 TIMES"},
+      {"", "APPROVED  TIME"},
+      {"inf", "APPROVED inf TIME"},
+      {"二", "APPROVED 二 TIME"},
+      {"1e3", "APPROVED 1e3 TIMES"},
+      {"1E0", "APPROVED 1E0 TIME"},
+      {"1e", "APPROVED 1e TIME"},
+      {"-inf", "APPROVED -inf TIME"},
+      {"nan", "APPROVED nan TIME"},
+      {"1e-999", "APPROVED 1e-999 TIME"},
+      {".5", "APPROVED .5 TIME"},
+      {"-", "APPROVED - TIME"},
   };
   for (const auto& row : cases) {
     frmApprovedXTimes one(desktop, control->ErrorTrap());
@@ -233,6 +251,33 @@ TEST_F(StampDialog, KeepsALastStampThatTheListDoesNotHold) {
     Press(Enter);
   });
   EXPECT_EQ(ListFile(), "[Stamps]\r\n1=APPROVED 11/14/2026\r\n") << "no item was picked";
+}
+
+TEST_F(StampDialog, OffersABuiltInStampAsItReadsNow) {
+  dialog.LastStampSelected = "APPROVED 11/14/2026 08:00:00";
+  dialog.LastItemSelected = 6;
+  Show([&] {
+    EXPECT_EQ(dialog.cmbStamps.SelectedItem(), 6);
+    EXPECT_EQ(dialog.cmbStamps.Text(), dialog.cmbStamps.ItemText(6));
+    EXPECT_TRUE(dialog.cmbStamps.Text().starts_with("APPROVED 11/15/2026 "));
+    Press(Enter);
+  });
+  EXPECT_EQ(dialog.StampString, dialog.cmbStamps.ItemText(6));
+  EXPECT_EQ(dialog.LastItemSelected, 6);
+  EXPECT_FALSE(Exists(folder.File("stamps.lst")));
+}
+
+TEST_F(StampDialog, OffersAUserStampByItsTextWhereverItStandsNow) {
+  WriteWhole(folder.File("stamps.lst"), "[Stamps]\r\n1=ANOTHER\r\n2=MINE\r\n");
+  dialog.LastStampSelected = "MINE";
+  dialog.LastItemSelected = 26;
+  Show([&] {
+    EXPECT_EQ(dialog.cmbStamps.SelectedItem(), 27);
+    EXPECT_EQ(dialog.cmbStamps.Text(), "MINE");
+    dialog.cmbStamps.UserType("TYPED");
+    Press(Enter);
+  });
+  EXPECT_EQ(dialog.LastItemSelected, 0) << "it was not picked";
 }
 
 TEST_F(StampDialog, IsCancelledByButtonEscAndCloseBox) {

@@ -227,17 +227,49 @@ TEST_F(StampLists, AreReadAtOnceHoweverLongTheyAre) {
   EXPECT_EQ(ReadWhole(ListPath()), content + "5001=ONE MORE\r\n");
 }
 
-// So many stamps that their number does not fit 16 bits.
-class EndlessDesktop : public ScriptedDesktop {
+// A file with so many stamps.
+class FullDesktop : public ScriptedDesktop {
 public:
+  explicit FullDesktop(int stamps) : count(stamps) {}
   std::string ReadProfileString(const std::string& /*section*/, const std::string& key,
                                 const std::string& /*defaultValue*/, const std::string& /*path*/) override {
-    return std::stoi(key) <= 40000 ? "STAMP " + key : "";
+    return std::stoi(key) <= count ? "STAMP " + key : "";
   }
+  bool WriteProfileString(const std::string& /*section*/, const std::string& key, const std::string& /*value*/,
+                          const std::string& /*path*/) override {
+    written.push_back(key);
+    return true;
+  }
+
+  int count;
+  std::vector<std::string> written;
 };
 
+TEST_F(StampLists, Of32766StampsHaveRoomForOneMore) {
+  FullDesktop full(32766);
+  StampList longList(full, control->ErrorTrap());
+  longList.FillStampList(combo);
+  EXPECT_TRUE(events.errors.empty());
+  EXPECT_EQ(longList.UserStampCount(), 32766);
+  EXPECT_EQ(combo.ItemCount(), BuiltIn + 32766);
+  longList.AddStamp("LAST");
+  EXPECT_EQ(full.written, std::vector<std::string>{"32767"});
+}
+
+// The key that would tell whether there is another one is beyond 16 bits.
+TEST_F(StampLists, Of32767StampsAreListedWithARunTimeErrorAndHaveNoRoom) {
+  FullDesktop full(32767);
+  StampList longList(full, control->ErrorTrap());
+  longList.FillStampList(combo);
+  EXPECT_EQ(events.errors, (std::vector<int>{static_cast<int>(ErrorNumber::Overflow)}));
+  EXPECT_EQ(longList.UserStampCount(), 32767);
+  EXPECT_EQ(combo.ItemCount(), BuiltIn + 32767);
+  EXPECT_THROW(longList.AddStamp("ONE TOO MANY"), RunTimeError);
+  EXPECT_TRUE(full.written.empty());
+}
+
 TEST_F(StampLists, OfMoreThan32767StampsAreARunTimeErrorAndEndThere) {
-  EndlessDesktop endless;
+  FullDesktop endless(40000);
   StampList longList(endless, control->ErrorTrap());
   longList.FillStampList(combo);
   EXPECT_EQ(events.errors, (std::vector<int>{static_cast<int>(ErrorNumber::Overflow)}));

@@ -118,6 +118,22 @@ TEST_F(Stamping, OffersTheLastStampCountAndTickAgain) {
   EXPECT_EQ(Floating(), 4);
 }
 
+TEST_F(Stamping, OffersAPickedDatedStampWithTheDateOfThatMoment) {
+  desktop.date = {2026, 11, 14};
+  StampAt(10, 10, [](DialogForm& dialog) { Find<ImageCombo>(dialog, "cmbStamps").UserChoose(6); });
+  desktop.date = {2026, 11, 15};
+  std::string offered;
+  for (const float top : {60.0F, 110.0F}) {
+    StampAt(10, top, [&](DialogForm& dialog) { offered = Find<ImageCombo>(dialog, "cmbStamps").Text(); });
+    EXPECT_TRUE(offered.starts_with("APPROVED 11/15/2026 ")) << offered;
+  }
+  EXPECT_EQ(Layer(3).Caption(), offered);
+  EXPECT_FALSE(Exists(folder.File("stamps.lst"))) << "nobody typed one";
+  StampAt(10, 160, [](DialogForm& dialog) { Type(dialog, "SEEN 11/14/2026"); });
+  StampAt(10, 210, [&](DialogForm& dialog) { offered = Find<ImageCombo>(dialog, "cmbStamps").Text(); });
+  EXPECT_EQ(offered, "SEEN 11/14/2026");
+}
+
 TEST_F(Stamping, StaysInsideThePage) {
   for (const auto& [x, y] : {std::pair{399.0F, 299.0F}, {395.0F, 5.0F}, {0.0F, 299.0F}}) {
     StampAt(x, y, [](DialogForm& dialog) { Type(dialog, "SEEN"); });

@@ -16,9 +16,9 @@ namespace {
 // What the user does in the printer dialog.
 class DialogUser {
 public:
-  // Presses OK; before that asks for these pages unless `from` is 0.
-  DialogUser(int from, int to)
-      : thread([from, to] {
+  // Presses OK; before that asks for these pages unless `from` is 0, and then for all where that is wanted.
+  DialogUser(int from, int to, bool all)
+      : thread([from, to, all] {
           for (int i = 0; i < 1000; ++i) {
             Sleep(10);
             const HWND dialog = FindWindowW(L"#32770", nullptr);
@@ -28,6 +28,7 @@ public:
               SetDlgItemInt(dialog, FromField, static_cast<UINT>(from), FALSE);
               SetDlgItemInt(dialog, ToField, static_cast<UINT>(to), FALSE);
             }
+            if (all) SendDlgItemMessageW(dialog, AllButton, BM_CLICK, 0, 0);
             PostMessageW(dialog, WM_COMMAND, IDOK, 0);
             return;
           }
@@ -38,6 +39,7 @@ public:
 
 private:
   // Of the system's dialog.
+  static constexpr int AllButton = 0x0420;
   static constexpr int PagesButton = 0x0422;
   static constexpr int FromField = 0x0480;
   static constexpr int ToField = 0x0481;
@@ -87,8 +89,8 @@ protected:
     }
     control->OpenFile(folder.File("paper_Page_1.tif"));
   }
-  void Print(int from, int to) {
-    const DialogUser user(from, to);
+  void Print(int from, int to, bool all = false) {
+    const DialogUser user(from, to, all);
     BarOf(control->Form().tbrBasicTools, "PrinterSetup").UserClick("PrinterSetup");
   }
 
@@ -145,6 +147,42 @@ TEST_F(PrintedDocument, HasOnlyTheChosenPages) {
     SCOPED_TRACE(page);
     ExpectPage(sheets[static_cast<std::size_t>(page - 2)], Page(page, DepthOf(page)));
   }
+}
+
+TEST_F(PrintedDocument, HasEveryPageAgainWhenTheUserChoosesAll) {
+  OpenFivePages();
+  Print(2, 4, true);
+  EXPECT_EQ(printer.PageCount(), 5);
+}
+
+TEST_F(PrintedDocument, IsCalledByItsFileInThePrintersQueue) {
+  OpenFivePages();
+  Print(1, 1);
+  EXPECT_NE(printer.Job().find("paper_Page_1.tif"), std::string::npos);
+}
+
+TEST_F(PrintedDocument, IsTalkedOfOnThePanelInTheMiddleOfTheControl) {
+  OpenFivePages();
+  EditorForm& form = control->Form();
+  std::vector<std::string> captions;
+  bool isShown = false;
+  desktop.beforeEvents = [&] {
+    const std::string caption = form.lblPrintingStatus.Caption();
+    if (caption.empty() || (!captions.empty() && captions.back() == caption)) return;
+    captions.push_back(caption);
+    const HWND panel = WindowOf(form.kwraPrintingStatus);
+    EXPECT_TRUE(IsWindowVisible(panel));
+    const RECT place = PlaceOf(panel);
+    RECT whole = {};
+    GetClientRect(window->Handle(), &whole);
+    EXPECT_NEAR(place.left, whole.right - place.right, 1);
+    EXPECT_NEAR(place.top, whole.bottom - place.bottom, 1);
+    isShown = isShown || ShowsText(form.lblPrintingStatus, panel);
+  };
+  Print(2, 4);
+  EXPECT_EQ(captions,
+            (std::vector<std::string>{"Printing page 1 of 3", "Printing page 2 of 3", "Printing page 3 of 3"}));
+  EXPECT_TRUE(isShown);
 }
 
 TEST_F(PrintedDocument, EndsWithThePagesBeforeTheOneThatTheUserCancelled) {

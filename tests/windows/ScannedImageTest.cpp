@@ -28,8 +28,7 @@ protected:
     GetClientRect(window->Handle(), &whole);
     EXPECT_NEAR(panel.left, whole.right - panel.right, 1);
     EXPECT_NEAR(panel.top, whole.bottom - panel.bottom, 1);
-    EXPECT_TRUE(IsWindowVisible(WindowOf(control->Form().lblScanningStatus)) ||
-                WindowOf(control->Form().lblScanningStatus) == nullptr);
+    EXPECT_TRUE(ShowsText(control->Form().lblScanningStatus, WindowOf(control->Form().kwraScanningStatus)));
   }
 
   TestScanner source;
@@ -39,6 +38,7 @@ TEST_F(ScannedImage, ComesFromTheSourceOverTheClipboardToThePasteCommand) {
   TestScanner::Order("DEPTH", "1");
   BarOf(Form().tbrBasicTools, "Paste").SetButtonEnabled("Paste", false);
   Acquire();
+  EXPECT_EQ(Form().lblScanningStatus.Caption(), "Scanning.. Please wait");
   EXPECT_EQ(desktop.boxes, std::vector<std::string>{"mnuPasteSelectedArea_Click"});
   EXPECT_EQ(BytesOnTheClipboard(), TestSheet(1, 1));
   EXPECT_TRUE(BarOf(Form().tbrBasicTools, "Paste").ButtonOf("Paste").enabled);

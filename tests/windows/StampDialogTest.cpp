@@ -173,22 +173,26 @@ TEST_F(RealStampDialog, StampsTheCount) {
   EXPECT_EQ(made->NoOfTimes, "30");
 }
 
-TEST_F(RealStampDialog, StampsTheDate) {
+TEST_F(RealStampDialog, StampsTheDateThatThePickerShows) {
+  LocalDate shown;
   Show([&] {
+    const auto date = [&] {
+      SYSTEMTIME time = {};
+      SendMessageW(WindowOf(made->DTPicker1), DTM_GETSYSTEMTIME, 0, reinterpret_cast<LPARAM>(&time));
+      return LocalDate{time.wYear, time.wMonth, time.wDay};
+    };
     Mnemonic(L'U');
     Press(VK_TAB);
     EXPECT_EQ(Focus(), WindowOf(made->DTPicker1));
-    SYSTEMTIME date = {};
-    SendMessageW(WindowOf(made->DTPicker1), DTM_GETSYSTEMTIME, 0, reinterpret_cast<LPARAM>(&date));
-    EXPECT_EQ((LocalDate{date.wYear, date.wMonth, date.wDay}), AddDays(desktop.Date(), 90));
+    EXPECT_EQ(date(), AddDays(desktop.Date(), 90));
     Press(VK_RIGHT);
     Press(VK_UP);
-    EXPECT_NE(made->DTPicker1.Value(), AddDays(desktop.Date(), 90));
+    shown = date();
+    EXPECT_NE(shown, AddDays(desktop.Date(), 90));
     Press(VK_RETURN);
   });
-  const LocalDate& chosen = made->DTPicker1.Value();
-  EXPECT_EQ(made->StampString, "OK UNTIL " + std::to_string(chosen.month) + "/" + std::to_string(chosen.day) + "/" +
-                                   std::to_string(chosen.year));
+  EXPECT_EQ(made->StampString, "OK UNTIL " + std::to_string(shown.month) + "/" + std::to_string(shown.day) + "/" +
+                                   std::to_string(shown.year));
 }
 
 TEST_F(RealStampDialog, EnterTakesTheDateThatIsBeingTyped) {

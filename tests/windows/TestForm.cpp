@@ -140,6 +140,20 @@ COLORREF PixelOf(HWND window, int x, int y) {
   return colour;
 }
 
+bool ShowsText(const Control& control, HWND ground) {
+  Paint(ground);
+  const auto inPixels = [](float units) { return static_cast<int>(units); };
+  const int right = inPixels(control.Left() + control.Width());
+  const int bottom = inPixels(control.Top() + control.Height());
+  constexpr int fewestOfAWord = 30;
+  int ink = 0;
+  for (int y = inPixels(control.Top()); y < bottom; ++y) {
+    for (int x = inPixels(control.Left()); x < right; ++x)
+      ink += PixelOf(ground, x, y) == GetSysColor(COLOR_BTNTEXT) ? 1 : 0;
+  }
+  return ink >= fewestOfAWord;
+}
+
 void ClickAt(HWND window, int x, int y) {
   SendMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(x, y));
   SendMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(x, y));
