@@ -5,8 +5,10 @@
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <utility>
 
 #include "components/RunTimeError.h"
+#include "windows/Guard.h"
 
 namespace kw::windows {
 namespace {
@@ -106,8 +108,15 @@ bool ScannedPages::Add(HGLOBAL memory) {
   return isWhole;
 }
 
+PackedDib ScannedPages::TakeJoined() {
+  PackedDib image;
+  while (pages.size() > 1 && !Guard([&] { image = Joined(); })) pages.pop_back();
+  if (pages.size() == 1) image = std::move(pages.front());
+  pages.clear();
+  return image;
+}
+
 PackedDib ScannedPages::Joined() const {
-  if (pages.size() == 1) return pages.front();
   const bool areAlike = std::all_of(pages.begin(), pages.end(),
                                     [&](const PackedDib& page) { return HaveSameColours(page, pages.front()); });
   const BITMAPINFOHEADER first = HeadOf(pages.front());
@@ -126,23 +135,29 @@ PackedDib ScannedPages::Joined() const {
   if (height > std::numeric_limits<LONG>::max()) Raise(ErrorNumber::OutOfMemory);
   head.biHeight = static_cast<LONG>(height);
 
-  PackedDib joined(static_cast<std::size_t>(HeadBytes(head)));
-  std::memcpy(joined.data(), &head, sizeof head);
+  PackedDib strip(static_cast<std::size_t>(HeadBytes(head)));
+  std::memcpy(strip.data(), &head, sizeof head);
   if (head.biClrUsed != 0) {
-    std::memcpy(joined.data() + sizeof head, pages.front().data() + first.biSize, head.biClrUsed * sizeof(RGBQUAD));
+    std::memcpy(strip.data() + sizeof head, pages.front().data() + first.biSize, head.biClrUsed * sizeof(RGBQUAD));
   }
-  const Sheet sheet(*InfoOf(joined));
-  PatBlt(sheet.Context(), 0, 0, head.biWidth, head.biHeight, WHITENESS);
-  int top = 0;
+  const std::uint64_t stride = StrideOf(head);
+  PackedDib joined(static_cast<std::size_t>(strip.size() + stride * static_cast<std::uint64_t>(height)));
+  std::memcpy(joined.data(), strip.data(), strip.size());
+  // The rows go from the bottom up.
+  std::uint8_t* behind = joined.data() + joined.size();
   for (const PackedDib& page : pages) {
     const BITMAPINFOHEADER own = HeadOf(page);
     const int rows = std::abs(own.biHeight);
-    StretchDIBits(sheet.Context(), 0, top, own.biWidth, rows, 0, 0, own.biWidth, rows, page.data() + HeadBytes(own),
+    head.biHeight = rows;
+    std::memcpy(strip.data(), &head, sizeof head);
+    const Sheet sheet(*InfoOf(strip));
+    PatBlt(sheet.Context(), 0, 0, head.biWidth, rows, WHITENESS);
+    StretchDIBits(sheet.Context(), 0, 0, own.biWidth, rows, 0, 0, own.biWidth, rows, page.data() + HeadBytes(own),
                   InfoOf(page), DIB_RGB_COLORS, SRCCOPY);
-    top += rows;
+    const std::uint64_t bytes = stride * static_cast<std::uint64_t>(rows);
+    behind -= bytes;
+    std::memcpy(behind, sheet.Rows(), static_cast<std::size_t>(bytes));
   }
-  const auto* const rows = static_cast<const std::uint8_t*>(sheet.Rows());
-  joined.insert(joined.end(), rows, rows + StrideOf(head) * static_cast<std::uint64_t>(height));
   return joined;
 }
 

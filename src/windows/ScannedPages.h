@@ -18,10 +18,13 @@ public:
   bool IsEmpty() const { return pages.empty(); }
 
   // A single page as it came. Several stand one below the other from the left edge, on white: in their own depth and
-  // colours where they agree in these, else in 24 bits; with the first page's resolution. Raises OutOfMemory.
-  PackedDib Joined() const;
+  // colours where they agree in these, else in 24 bits; with the first page's resolution. Where there is not the memory
+  // for all of them, the last ones are left out. The pages are gone then. Raises OutOfMemory.
+  PackedDib TakeJoined();
 
 private:
+  PackedDib Joined() const;
+
   std::vector<PackedDib> pages;
 };
 

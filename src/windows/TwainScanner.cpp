@@ -102,7 +102,7 @@ bool TwainScanner::Acquire() {
     TakeImages(session, pages);
   }
   if (isCancelled || pages.IsEmpty()) return false;
-  PutOnClipboard(pages.Joined(), parent.Handle());
+  PutOnClipboard(pages.TakeJoined(), parent.Handle());
   return true;
 }
 

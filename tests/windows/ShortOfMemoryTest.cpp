@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <iterator>
 #include <memory>
 #include <vector>
 
@@ -98,6 +102,37 @@ TEST(ShortOfMemory, ASheetThatCannotBeKeptIsTheDriversAgain) {
   EXPECT_EQ(GlobalFlags(memory) & GMEM_LOCKCOUNT, 0U);
   EXPECT_TRUE(pages.Add(memory));
   EXPECT_EQ(GlobalFree(memory), nullptr);
+}
+
+TEST(ShortOfMemory, SheetsThatCannotBeJoinedWithAllOthersAreLeftOut) {
+  struct Dib {
+    BITMAPINFOHEADER head;
+    std::uint8_t pixels[12];
+  };
+  const HGLOBAL memory = GlobalAlloc(GHND, sizeof(Dib));
+  ASSERT_NE(memory, nullptr);
+  windows::ScannedPages pages;
+  for (std::uint8_t page = 1; page <= 3; ++page) {
+    Dib dib = {{sizeof(BITMAPINFOHEADER), 4, 1, 1, 24, BI_RGB, 0, 0, 0, 0, 0}, {}};
+    std::fill(std::begin(dib.pixels), std::end(dib.pixels), page);
+    std::memcpy(GlobalLock(memory), &dib, sizeof dib);
+    GlobalUnlock(memory);
+    EXPECT_TRUE(pages.Add(memory));
+  }
+  EXPECT_EQ(GlobalFree(memory), nullptr);
+  windows::PackedDib joined;
+  {
+    const FailingMemory failing(1);
+    joined = pages.TakeJoined();
+    EXPECT_TRUE(failing.HasFailed());
+  }
+  BITMAPINFOHEADER head = {};
+  ASSERT_EQ(joined.size(), sizeof head + 24);
+  std::memcpy(&head, joined.data(), sizeof head);
+  EXPECT_EQ(head.biHeight, 2);
+  EXPECT_EQ(joined[sizeof head], 2) << "the lower row";
+  EXPECT_EQ(joined[sizeof head + 12], 1) << "the upper row";
+  EXPECT_TRUE(pages.IsEmpty());
 }
 
 }  // namespace

@@ -15,11 +15,16 @@ namespace {
 
 constexpr PictureSize Room{100, 80};
 
-// Light above, dark below, so that a level found on a part is another one than that of the whole.
+// Light below, dark above, and a white margin at the left, so that a level found on the part in the middle is another
+// one than that of the whole.
 Bitmap Page(std::int32_t width, std::int32_t height, int depth) {
   Bitmap page = Noise(width, height, 24);
+  const auto margin = static_cast<std::size_t>(width / 10 * 3);
   for (std::int32_t y = 0; y < height; ++y) {
-    for (std::uint8_t& value : page.MutableRow(y)) value = static_cast<std::uint8_t>((value / 3) + 170 * y / height);
+    const auto row = page.MutableRow(y);
+    for (std::size_t i = 0; i < row.size(); ++i) {
+      row[i] = static_cast<std::uint8_t>(i < margin ? 255 : row[i] / 4 + 100 * y / height);
+    }
   }
   return ToDepth(page, depth);
 }
