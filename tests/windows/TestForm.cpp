@@ -142,15 +142,19 @@ COLORREF PixelOf(HWND window, int x, int y) {
 
 bool ShowsText(const Control& control, HWND ground) {
   Paint(ground);
-  const auto inPixels = [](float units) { return static_cast<int>(units); };
+  const bool isInTwips = control.Container() != nullptr && control.Container()->ScaleUnit() == Unit::Twips;
+  const auto inPixels = [isInTwips](float place) { return static_cast<int>(isInTwips ? ToPixels(place) : place); };
   const int right = inPixels(control.Left() + control.Width());
   const int bottom = inPixels(control.Top() + control.Height());
   constexpr int fewestOfAWord = 30;
   int ink = 0;
+  const HDC context = GetDC(ground);
   for (int y = inPixels(control.Top()); y < bottom; ++y) {
-    for (int x = inPixels(control.Left()); x < right; ++x)
-      ink += PixelOf(ground, x, y) == GetSysColor(COLOR_BTNTEXT) ? 1 : 0;
+    for (int x = inPixels(control.Left()); x < right; ++x) {
+      ink += GetPixel(context, x, y) == GetSysColor(COLOR_BTNTEXT) ? 1 : 0;
+    }
   }
+  ReleaseDC(ground, context);
   return ink >= fewestOfAWord;
 }
 

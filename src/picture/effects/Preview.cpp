@@ -36,8 +36,8 @@ Bitmap MiddleOf(const Bitmap& picture, std::int32_t side) {
   Bitmap part = Like(picture, width, height, picture.BitsPerPixel());
   part.SetPalette({picture.Palette().begin(), picture.Palette().end()});
   // Eight pixels of any depth begin with a byte.
-  const auto left = static_cast<std::size_t>((picture.Width() - width) / 2 / 8 * 8);
-  const std::size_t first = left * static_cast<std::size_t>(picture.BitsPerPixel()) / 8;
+  const std::int32_t eights = (picture.Width() - width) / 2 / 8;
+  const std::size_t first = static_cast<std::size_t>(eights) * static_cast<std::size_t>(picture.BitsPerPixel());
   const std::int32_t top = (picture.Height() - height) / 2;
   const ConstPixels from(picture);
   const Pixels to(part);

@@ -101,7 +101,7 @@ Plain WithPalette(Plain plain, int bitsPerPixel) {
   std::map<Place, Pixel> shown;
   for (const Box& box : MedianCut(plain, entries)) {
     Pixel mean{0, 0, 0, 255};
-    const std::int64_t count = box.Count();
+    const std::int64_t count = std::max<std::int64_t>(1, box.Count());
     for (std::size_t channel = 0; channel < 3; ++channel) {
       std::int64_t sum = 0;
       for (const Cell& cell : box.cells) sum += cell.sums[channel];

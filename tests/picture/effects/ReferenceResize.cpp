@@ -94,8 +94,10 @@ Plain Resize(const Bitmap& picture, Values values) {
   }
   const bool bicubic = values[3] != 0;
   std::vector<Taps> across;
+  across.reserve(static_cast<std::size_t>(width));
   for (std::int32_t x = 0; x < width; ++x) across.push_back(TapsOf(x, plain.width, width, bicubic));
   std::vector<Taps> down;
+  down.reserve(static_cast<std::size_t>(height));
   for (std::int32_t y = 0; y < height; ++y) down.push_back(TapsOf(y, plain.height, height, bicubic));
   return Unpremultiplied(Each({width, height, plain.bitsPerPixel}, [&](std::int32_t x, std::int32_t y) {
     Pixel pixel{};
