@@ -24,10 +24,10 @@ constexpr EffectParameter Contrasting[] = {{"Percent", -100, 300, 20, false, "%"
 constexpr EffectParameter Tint[] = {{"Hue", 0, 360, 30, false, "degrees"}, {"Strength", 0, 100, 50, false, "%"}};
 constexpr EffectParameter Relief[] = {{"Percent", 0, 400, 100, false, "%"}};
 constexpr EffectParameter Sharpness[] = {{"Percent", 0, 400, 100, false, "%"}};
-constexpr std::string_view ByTheOthers = "in proportion or by the percentage";
+constexpr std::string_view InProportion = "in proportion";
 constexpr EffectParameter Size[] = {{"Percent", 1, 1000, 50, false, "%"},
-                                    {"Width", 0, 100000, 0, true, "pixels", ByTheOthers},
-                                    {"Height", 0, 100000, 0, true, "pixels", ByTheOthers},
+                                    {"Width", 0, 100000, 0, true, "pixels", InProportion},
+                                    {"Height", 0, 100000, 0, true, "pixels", InProportion},
                                     {"Kernel", 0, 1, 0, true, {}, {}, Kernels}};
 constexpr EffectParameter Level[] = {{"Level", 0, 255, 0, true, {}, "found automatically"}};
 
