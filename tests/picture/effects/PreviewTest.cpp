@@ -19,7 +19,7 @@ constexpr PictureSize Room{100, 80};
 // one than that of the whole.
 Bitmap Page(std::int32_t width, std::int32_t height, int depth) {
   Bitmap page = Noise(width, height, 24);
-  const auto margin = static_cast<std::size_t>(width / 10 * 3);
+  const std::size_t margin = 3 * (static_cast<std::size_t>(width) / 10);
   for (std::int32_t y = 0; y < height; ++y) {
     const auto row = page.MutableRow(y);
     for (std::size_t i = 0; i < row.size(); ++i) {
