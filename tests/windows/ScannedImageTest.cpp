@@ -6,7 +6,7 @@
 
 #include "components/Timer.h"
 #include "twain/TestSheet.h"
-#include "windows/TestScanner.h"
+#include "twain/TestScanner.h"
 
 namespace kw::test {
 namespace {

@@ -13,7 +13,7 @@
 #include "support/TemporaryFolder.h"
 #include "twain/TestSheet.h"
 #include "windows/TestForm.h"
-#include "windows/TestScanner.h"
+#include "twain/TestScanner.h"
 #include "windows/WindowsDesktop.h"
 
 namespace kw::test {

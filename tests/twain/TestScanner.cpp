@@ -1,10 +1,8 @@
-#include "windows/TestScanner.h"
+#include "twain/TestScanner.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-
-#include "windows/Text.h"
 
 namespace kw::test {
 namespace {
