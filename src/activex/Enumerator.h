@@ -16,14 +16,15 @@
 
 namespace kw::activex {
 
-// How an enumerator hands out one item: the reference or copy that the caller then owns.
-inline IConnectionPoint* HandOut(const Microsoft::WRL::ComPtr<IConnectionPoint>& item) {
-  item->AddRef();
-  return item.Get();
+// How an enumerator hands out one item: the reference or copy that the caller then owns. False without memory.
+inline bool HandOut(const Microsoft::WRL::ComPtr<IConnectionPoint>& item, IConnectionPoint*& given) {
+  item.CopyTo(&given);
+  return true;
 }
-inline CONNECTDATA HandOut(const std::pair<Microsoft::WRL::ComPtr<IUnknown>, DWORD>& item) {
-  item.first->AddRef();
-  return {item.first.Get(), item.second};
+inline bool HandOut(const std::pair<Microsoft::WRL::ComPtr<IUnknown>, DWORD>& item, CONNECTDATA& given) {
+  given = {nullptr, item.second};
+  item.first.CopyTo(&given.pUnk);
+  return true;
 }
 
 // The enumerator interface `Interface` over a snapshot of items.
@@ -52,9 +53,14 @@ public:
   STDMETHODIMP Next(ULONG wanted, Given* given, ULONG* fetched) override {
     if (given == nullptr || (fetched == nullptr && wanted != 1)) return E_POINTER;
     ULONG count = 0;
-    for (; count < wanted && position < items.size(); ++count) given[count] = HandOut(items[position++]);
+    HRESULT shortage = S_FALSE;
+    for (; count < wanted && position < items.size(); ++count, ++position) {
+      if (HandOut(items[position], given[count])) continue;
+      shortage = count == 0 ? E_OUTOFMEMORY : S_FALSE;  // who asks for the rest learns why
+      break;
+    }
     if (fetched != nullptr) *fetched = count;
-    return count == wanted ? S_OK : S_FALSE;
+    return count == wanted ? S_OK : shortage;
   }
   STDMETHODIMP Skip(ULONG count) override {
     const std::size_t step = std::min<std::size_t>(count, items.size() - position);

@@ -85,6 +85,7 @@ HRESULT InPlaceActivation::MakePane() {
   core.SetWindowSize(SizeOf(position), windows::ScaleOf(parent));
   pane = std::make_unique<windows::EditorWindow>(core.Editor().Root(), parent, position);
   pane->HoldWith([this] { return std::make_shared<Lifetime::Outgoing>(core.Life()); });
+  pane->OnKeys([this] { TellEatenKeys(); });
   SetWindowSubclass(Window(), &PaneProcedure, SubclassId, reinterpret_cast<DWORD_PTR>(this));
   SetRects(position, clip);
   FollowUiDead();
@@ -125,6 +126,19 @@ void InPlaceActivation::TellFocus(BOOL hasFocus) {
   if (const auto site = core.Site().As<IOleControlSite>()) site->OnFocus(hasFocus);
 }
 
+DWORD InPlaceActivation::EatenKeys() const {
+  if (pane == nullptr) return 0;
+  return (pane->WantsKey(VK_RETURN) ? DWORD{CTRLINFO_EATS_RETURN} : 0) |
+         (pane->WantsKey(VK_ESCAPE) ? DWORD{CTRLINFO_EATS_ESCAPE} : 0);
+}
+
+void InPlaceActivation::TellEatenKeys() {
+  const DWORD now = EatenKeys();
+  if (std::exchange(toldKeys, now) == now) return;
+  const Lifetime::Outgoing outgoing(core.Life());
+  if (const auto site = core.Site().As<IOleControlSite>()) site->OnControlInfoChanged();
+}
+
 HRESULT InPlaceActivation::Hide() {
   DeactivateUi();
   if (pane != nullptr) pane->Show(false);
@@ -153,6 +167,7 @@ HRESULT InPlaceActivation::Deactivate() {
   const ComPtr<IOleInPlaceSite> asked = place;
   ReleasePlaces();
   if (asked != nullptr) asked->OnInPlaceDeactivate();
+  TellEatenKeys();
   return S_OK;
 }
 

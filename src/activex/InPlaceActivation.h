@@ -28,6 +28,8 @@ public:
   // Null without a window.
   HWND Window() const;
   windows::EditorWindow* Pane() const { return pane.get(); }
+  // Whether the control, and not the container's default or cancel button, has Enter and Escape, as CTRLINFO says it.
+  DWORD EatenKeys() const;
 
   // Gets the window, or shows it again. E_FAIL when the site refuses or there is none.
   HRESULT Activate(IOleClientSite* site);
@@ -66,9 +68,12 @@ private:
   void ShowAt(SIZE size);
   void TellFocus(BOOL hasFocus);
   void ReleasePlaces();
+  // Tells the container when the answer of EatenKeys is another one than it was told last.
+  void TellEatenKeys();
 
   EditorCore& core;
   State state = State::Inactive;
+  DWORD toldKeys = 0;
   std::unique_ptr<windows::EditorWindow> pane;
   Microsoft::WRL::ComPtr<IOleInPlaceSite> place;
   Microsoft::WRL::ComPtr<IOleInPlaceFrame> frame;

@@ -8,6 +8,7 @@
 #include "activex/Edge.h"
 #include "activex/KwEditor.h"
 #include "activex/MiscStatus.h"
+#include "activex/Verbs.h"
 
 namespace kw::activex {
 
@@ -79,16 +80,13 @@ STDMETHODIMP OleObject::DoVerb(LONG verb, LPMSG /*message*/, IOleClientSite* sit
         return S_OK;  // the object keeps none for its container
       default:
         // Also OLEIVERB_OPEN: the control has no window of its own to open in.
-        return verb < 0 ? E_NOTIMPL : OLEOBJ_S_INVALIDVERB;
+        return verb < 0 ? E_NOTIMPL : RunVerb(core, verb);
     }
   });
 }
 
-// The standard verbs are enough; there is none that a container could put into a menu.
 STDMETHODIMP OleObject::EnumVerbs(IEnumOLEVERB** enumerator) {
-  if (enumerator == nullptr) return E_POINTER;
-  *enumerator = nullptr;
-  return OLEOBJ_E_NOVERBS;
+  return AtEdge(core.Life(), [&] { return enumerator == nullptr ? E_POINTER : EnumerateVerbs(enumerator); });
 }
 
 STDMETHODIMP OleObject::Update() { return S_OK; }
@@ -160,10 +158,12 @@ STDMETHODIMP OleObject::GetMiscStatus(DWORD aspect, DWORD* status) {
 STDMETHODIMP OleObject::SetColorScheme(LOGPALETTE* /*palette*/) { return E_NOTIMPL; }
 
 STDMETHODIMP OleObject::GetControlInfo(CONTROLINFO* info) {
-  if (info == nullptr) return E_POINTER;
-  if (info->cb < sizeof(CONTROLINFO)) return E_INVALIDARG;
-  *info = {sizeof(CONTROLINFO), nullptr, 0, 0};  // no mnemonics, and Enter and Escape stay the container's
-  return S_OK;
+  return AtEdge(core.Life(), [&] {
+    if (info == nullptr) return E_POINTER;
+    if (info->cb < sizeof(CONTROLINFO)) return E_INVALIDARG;
+    *info = {sizeof(CONTROLINFO), nullptr, 0, core.Activation().EatenKeys()};  // and no mnemonics
+    return S_OK;
+  });
 }
 
 STDMETHODIMP OleObject::OnMnemonic(MSG* /*message*/) { return S_OK; }

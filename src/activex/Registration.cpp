@@ -9,6 +9,7 @@
 #include "activex/KwEditor.h"
 #include "activex/MiscStatus.h"
 #include "activex/Module.h"
+#include "activex/Verbs.h"
 #include "resources/KwIcons.h"
 
 namespace kw::activex {
@@ -77,6 +78,10 @@ HRESULT WriteClass() {
   };
   for (const RegistryRow& row : rows) {
     const HRESULT result = Write(row);
+    if (FAILED(result)) return result;
+  }
+  for (const Verb& verb : Verbs()) {
+    const HRESULT result = Write({key + L"\\Verb\\" + std::to_wstring(verb.number), nullptr, verb.RegistryText()});
     if (FAILED(result)) return result;
   }
   return S_OK;

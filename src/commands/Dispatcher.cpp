@@ -61,6 +61,13 @@ void Dispatcher::ToolbarButtonClick(const std::string& key) {
   run([&] { SetCursorFromPressedTool(); });
 }
 
+const Dispatcher::Command* Dispatcher::CommandOfVerb(std::int32_t verb) {
+  if (verb == 0) return nullptr;
+  const auto commands = Commands();
+  const auto found = std::find_if(commands.begin(), commands.end(), [&](const Command& c) { return c.verb == verb; });
+  return found == commands.end() ? nullptr : &*found;
+}
+
 void Dispatcher::SetCursorFromPressedTool() {
   for (const ToolCursor& tool : ToolCursors) {
     if (!form.tbrEditingTools.ButtonOf(tool.key).pressed) continue;

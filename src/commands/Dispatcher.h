@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -29,6 +30,9 @@ public:
     void (Dispatcher::*run)(const Command& row, Procedure& run);
     // The engine operations that run between the two halves of the bracket; unused ones are empty.
     std::array<std::string_view, 2> operations{};
+    // For the host, which may run it by a number and offer it in a menu by that text; 0 and no text for the others.
+    std::int32_t verb = 0;
+    std::string_view menuText{};
   };
 
   struct Rooms {
@@ -48,6 +52,8 @@ public:
 
   // The commands in the order in which a key is compared with them.
   static std::span<const Command> Commands();
+  // The command that a host runs by that number; null for none.
+  static const Command* CommandOfVerb(std::int32_t verb);
 
   // Runs the command of that key, compared as it stands, then sets the canvas's cursor from the pressed tool.
   void ToolbarButtonClick(const std::string& key);

@@ -1,5 +1,7 @@
 #include "commands/Keyboard.h"
 
+#include <string_view>
+
 #include "trap/Procedure.h"
 
 namespace kw {
@@ -7,6 +9,9 @@ namespace {
 
 constexpr std::int16_t Escape = 27;
 constexpr std::int16_t DeleteKey = 46;
+constexpr std::int16_t Enter = 13;
+// With the Ctrl key; see picCanvas_KeyPress.
+constexpr std::string_view ShortcutLetters = "ACXMVZYFB";
 
 // The character that a letter gives with the Ctrl key.
 constexpr std::int16_t Ctrl(char letter) { return static_cast<std::int16_t>(letter - 'A' + 1); }
@@ -18,8 +23,19 @@ Keyboard::Keyboard(EditorForm& editorForm, Trap& errorTrap, Dispatcher& commands
   form.picCanvas.KeyDown.Connect([this](std::int16_t code, std::int16_t shift) { picCanvas_KeyDown(code, shift); });
   form.picCanvas.KeyPress.Connect([this](std::int16_t character) { picCanvas_KeyPress(character); });
   form.picCanvas.KeyUp.Connect([this](std::int16_t code, std::int16_t shift) { picCanvas_KeyUp(code, shift); });
+  const auto askUse = [this](std::int16_t code, std::int16_t shift, bool& isInUse) { isInUse = IsInUse(code, shift); };
+  form.picCanvas.KeyUse.Connect(askUse);
+  form.editor.KeyUse.Connect(askUse);
   form.mnuSelectAll.Click.Connect([this] { mnuSelectAll_Click(); });
   form.mnuMergeDown.Click.Connect([this] { mnuMergeDown_Click(); });
+}
+
+bool Keyboard::IsInUse(std::int16_t keyCode, std::int16_t shift) const {
+  if (!layers.HasPage()) return false;
+  if (keyCode == Enter || keyCode == Escape || keyCode == DeleteKey) return true;
+  const bool isLetter = keyCode >= 'A' && keyCode <= 'Z';
+  return isLetter && shift == Mouse::ControlKey &&
+         ShortcutLetters.find(static_cast<char>(keyCode)) != std::string_view::npos;
 }
 
 void Keyboard::picCanvas_KeyDown(std::int16_t keyCode, std::int16_t shift) {

@@ -19,6 +19,9 @@ public:
   void picCanvas_KeyPress(std::int16_t keyAscii);
   void picCanvas_KeyUp(std::int16_t keyCode, std::int16_t shift);
 
+  // Whether that key has a use now; else it is the host's.
+  bool IsInUse(std::int16_t keyCode, std::int16_t shift) const;
+
   void mnuSelectAll_Click();
   void mnuMergeDown_Click();
 

@@ -25,6 +25,8 @@ public:
   Event<std::int16_t, std::int16_t> KeyDown;
   Event<std::int16_t> KeyPress;
   Event<std::int16_t, std::int16_t> KeyUp;
+  // Asks whether that key, with that shift state, has a use now; else it is the host's.
+  Event<std::int16_t, std::int16_t, bool&> KeyUse;
 
 protected:
   void Resized() override { Resize.Raise(); }

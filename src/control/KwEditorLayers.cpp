@@ -100,6 +100,10 @@ void KwEditorLayers::OpenFile(const std::string& fPath) { document.OpenFile(fPat
 
 void KwEditorLayers::SavePage() { const Procedure run(trap, "SavePage"); }
 
+bool KwEditorLayers::TakesVerbs() const {
+  return layers.HasPage() && form.editor.Enabled() && m_IsEditable && !trap.IsInProcedure();
+}
+
 void KwEditorLayers::PropertyChanged(Procedure& run, const char* name) {
   run([&] { events.PropertyChanged(name); });
 }

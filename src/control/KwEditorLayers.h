@@ -56,6 +56,10 @@ public:
   // Saves nothing in this version.
   void SavePage() override;
 
+  // Whether a host may run a command by its number now, as Dispatcher::Command has it: with a page that can be edited,
+  // and while the control is doing nothing else.
+  bool TakesVerbs() const;
+
   bool m_IsFileChanged = false;
   // Kept for the host; the control does not use it.
   std::string SaveFilePath;

@@ -56,6 +56,9 @@ void EditorForm::AddButtons() {
   AddPush(basic, "Print", "Print");
   AddPush(basic, "PrinterSetup", "Printer Setup");
   AddGap(basic);
+  AddPush(basic, "SelectScanner", "Scanner Setup");
+  AddPush(basic, "Acquire", "Acquire Image from Scanner");
+  AddGap(basic);
   AddPush(basic, "Clear", "Clear");
   basic.AddButton({.key = "Cut", .toolTip = "Cut", .image = "Cut", .visible = false});
   AddPush(basic, "Copy", "Copy");
@@ -132,13 +135,13 @@ void EditorForm::Place() {
       {hScroll, editor, 1, 622, 840, 17},
       {picTempBuffer, editor, 0, 0, 1, 1, Hidden},
 
-      {basic, editor, 1, 1, 370, 30},
+      {basic, editor, 1, 1, 426, 30},
       {kwraToolBarFixedSeperator, basic, 2, 3, 6, 24},
       {tbrOpenFile, basic, 8, 3, 26, 24},
-      {tbrBasicTools(0), basic, 8, 3, 276, 24},
-      {frZoomFactorContainer, basic, 286, 3, 80, 24},
+      {tbrBasicTools(0), basic, 8, 3, 332, 24},
+      {frZoomFactorContainer, basic, 342, 3, 80, 24},
       {cmbZoomFactor, frZoomFactorContainer, 1, 1, 78, 22},
-      {pages, editor, 372, 1, 391, 30},
+      {pages, editor, 428, 1, 391, 30},
       {kwraToolBarSeperator, pages, 2, 3, 6, 24},
       {tbrBasicTools(1), pages, 8, 3, 386, 24},
       {lblPageNo, pages, 122, 8, 120, 15},

@@ -21,9 +21,10 @@ public:
     (*this)([&] { trap.TraceFunction(name); });
   }
   // For the few procedures that trace no name, or more than their name.
-  explicit Procedure(Trap& errorTrap) : trap(errorTrap) {}
+  explicit Procedure(Trap& errorTrap) : trap(errorTrap) { ++trap.procedures; }
   Procedure(const Procedure&) = delete;
   Procedure& operator=(const Procedure&) = delete;
+  ~Procedure() { --trap.procedures; }
 
   // Runs a statement; true when it ran to its end.
   template <class Statement>

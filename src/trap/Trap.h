@@ -43,6 +43,9 @@ public:
   const RunTimeError& CurrentError() const { return currentError; }
   void SetCurrentError(RunTimeError error) { currentError = std::move(error); }
 
+  // Whether a procedure is under way, with all that it may be waiting for: a box, a dialog, the end of a print job.
+  bool IsInProcedure() const { return procedures > 0; }
+
   // The last HistoryLimit characters of CR LF and name, one after the other.
   const std::string& FunctionHistory() const { return m_FunctionHistory; }
 
@@ -50,6 +53,8 @@ public:
   Event<std::int16_t&, std::string&> ErrorOccured;
 
 private:
+  friend class Procedure;
+
   static std::string TraceFilePath();
 
   Desktop& desktop;
@@ -57,6 +62,7 @@ private:
   Control& picFrame;
   Control& picCanvas;
   Log& KwLogCtl1;
+  int procedures = 0;
   std::string m_FunctionHistory;
   RunTimeError currentError{ErrorNumber::InternalError};
 };

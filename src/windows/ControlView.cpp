@@ -127,6 +127,7 @@ void ControlView::Changed(Aspect aspect) {
   if (aspect == Aspect::Enabled) {
     ShowEnabled();
     EnableDescendants(*model);
+    if (IsAttached()) pane.NoteKeys();  // also where a page came or went, which enables or disables the tool bars
   }
   if (aspect == Aspect::Focus && window != nullptr) SetFocus(window);
   if (IsAttached()) Show(aspect);
@@ -225,6 +226,7 @@ bool ControlView::SetPointerOf(const Control& shown) const {
 }
 
 void ControlView::FocusCame() {
+  pane.NoteKeys();
   // A host gives the keyboard back to what had it before, which may be hidden by now.
   if (model->Visible() || container == nullptr)
     model->ReceiveFocus();
@@ -233,6 +235,7 @@ void ControlView::FocusCame() {
 }
 
 void ControlView::FocusWent(HWND to) {
+  pane.NoteKeys();
   // A field in which something of this window is typed belongs to it.
   if (IsChild(window, to) != FALSE && pane.ViewOf(to) == nullptr) return;
   // A dialog or another application takes the focus for a while only: the active control stays what it is.
@@ -296,6 +299,12 @@ LRESULT ControlView::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_SETCURSOR:
       if (reinterpret_cast<HWND>(wParam) == window && LOWORD(lParam) == HTCLIENT && SetPointerOf(*model)) return TRUE;
       break;
+    case WM_GETDLGCODE: {
+      // For a host that offers its keys to the system's handling of dialogs.
+      const auto* const asked = reinterpret_cast<const MSG*>(lParam);
+      const bool isWanted = asked != nullptr && asked->message == WM_KEYDOWN && WantsKey(asked->wParam);
+      return OnMessage(message, wParam, lParam) | (isWanted ? DLGC_WANTMESSAGE : 0);
+    }
     case WM_SETFOCUS: {
       const LRESULT result = OnMessage(message, wParam, lParam);
       if (IsAttached()) FocusCame();

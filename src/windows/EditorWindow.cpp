@@ -53,6 +53,12 @@ void EditorWindow::AllowInput(bool isAllowed) {
 
 void EditorWindow::HoldWith(std::function<std::shared_ptr<void>()> hold) { pane->HoldWith(std::move(hold)); }
 
+void EditorWindow::OnKeys(std::function<void()> listener) { pane->OnKeys(std::move(listener)); }
+
+bool EditorWindow::WantsKey(WPARAM key) const { return pane->WantsKey(key); }
+
+bool EditorWindow::IsUserAtWork() const { return pane->IsUserAtWork(); }
+
 void EditorWindow::Close() {
   const std::shared_ptr<Pane> kept = pane;
   kept->Close();
@@ -66,9 +72,7 @@ bool EditorWindow::TranslateAccelerator(MSG& message) {
   if (message.hwnd != window && IsChild(window, message.hwnd) == FALSE) return false;
   const std::int16_t shift = ShiftState();
   if (message.wParam == VK_TAB && (shift & ~Mouse::ShiftKey) == 0) return kept->MoveFocus(shift != 0);
-  const ControlView* view = nullptr;
-  for (HWND one = message.hwnd; view == nullptr && one != nullptr; one = GetParent(one)) view = kept->ViewOf(one);
-  if (view == nullptr || !view->WantsKey(message.wParam)) return false;
+  if (!kept->WantsKeyAt(message.hwnd, message.wParam)) return false;
   TranslateMessage(&message);
   DispatchMessageW(&message);
   return true;

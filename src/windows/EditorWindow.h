@@ -43,8 +43,15 @@ public:
   void Close();
 
   // Offers a key message of the thread's queue to the control that has the focus before the host's own accelerators:
-  // arrows, Delete, Ctrl with a letter, and Tab between the controls. True where it was handled.
+  // what it has a use for, and Tab between the controls. True where it was handled.
   bool TranslateAccelerator(MSG& message);
+  // Whether the keyboard is in this window and that key has a use there.
+  bool WantsKey(WPARAM key) const;
+  // The listener is called at the message loop when the answer may be another one.
+  void OnKeys(std::function<void()> listener);
+
+  // A menu of this window is up, or something is being dragged or pressed in it.
+  bool IsUserAtWork() const;
 
   // Paints the whole form, as the models say, into `bounds` of any device context; needs no window. In larger bounds it
   // is drawn larger, up to three times, and not stretched.

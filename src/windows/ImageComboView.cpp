@@ -26,8 +26,6 @@ HWND ImageComboView::Create(HWND parent) {
 
 HWND ImageComboView::Edit() const { return reinterpret_cast<HWND>(SendMessageW(Handle(), CBEM_GETEDITCONTROL, 0, 0)); }
 
-HWND ImageComboView::List() const { return reinterpret_cast<HWND>(SendMessageW(Handle(), CBEM_GETCOMBOCONTROL, 0, 0)); }
-
 void ImageComboView::ShowPlace() {
   const RECT place = Place();
   SetWindowPos(Handle(), nullptr, place.left, place.top, WidthOf(place),
@@ -124,7 +122,7 @@ bool ImageComboView::WantsKey(WPARAM key) const {
       return true;
     case VK_RETURN:
     case VK_ESCAPE:
-      return SendMessageW(List(), CB_GETDROPPEDSTATE, 0, 0) != FALSE;
+      return isDropped;
     default:
       return false;
   }
@@ -136,6 +134,10 @@ std::int32_t ImageComboView::Chosen() const {
 }
 
 void ImageComboView::OnCommand(WORD notification, WORD /*id*/) {
+  if (notification == CBN_DROPDOWN || notification == CBN_CLOSEUP) {
+    isDropped = notification == CBN_DROPDOWN;
+    Shared().NoteKeys();
+  }
   if (isShowing) return;
   const bool isInput = notification == CBN_SELCHANGE || notification == CBN_EDITCHANGE;
   if (isInput && !TakesInput()) return Show(Aspect::Content);

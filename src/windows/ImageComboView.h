@@ -27,7 +27,6 @@ private:
   void ShowPlace() override;
   void ShowEnabled() override;
   void CentreEdit() const;
-  HWND List() const;
   // Null for a combo that only offers its list.
   HWND Edit() const;
   // The item chosen in the window, from 1; 0 for none.
@@ -38,6 +37,7 @@ private:
   ImageCombo& combo;
   std::vector<std::string> shownItems;
   bool isShowing = false;
+  bool isDropped = false;
 };
 
 }  // namespace kw::windows

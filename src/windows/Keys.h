@@ -29,8 +29,12 @@ bool SendKey(Model& model, UINT message, WPARAM wParam) {
   }
 }
 
-// The keys that the editor handles itself, so that a host's accelerators must not take them: arrows and the like,
-// Delete, Enter, Escape, and Ctrl with the letters of its shortcuts.
-bool IsEditorKey(WPARAM key);
+// Whether the model has a use for that key, so that a host's accelerators must not take it.
+template <class Model>
+bool HasUseFor(const Model& model, WPARAM key) {
+  bool isInUse = false;
+  model.KeyUse.Raise(static_cast<std::int16_t>(key), ShiftState(), isInUse);
+  return isInUse;
+}
 
 }  // namespace kw::windows

@@ -181,4 +181,37 @@ bool Pane::MoveFocus(bool isBackward) {
   return true;
 }
 
+bool Pane::IsOwn(HWND window) const {
+  return window != nullptr && (window == Window() || IsChild(Window(), window) != FALSE);
+}
+
+bool Pane::WantsKey(WPARAM key) const {
+  if (!IsOpen() || !TakesInput()) return false;
+  if (isInMenu) return true;
+  const HWND focus = GetFocus();
+  return IsOwn(focus) && WantsKeyAt(focus, key);
+}
+
+bool Pane::WantsKeyAt(HWND window, WPARAM key) const {
+  const ControlView* view = nullptr;  // of the window, or of the nearest one around it
+  for (HWND one = window; view == nullptr && one != nullptr; one = GetParent(one)) view = ViewOf(one);
+  return view != nullptr && view->TakesInput() && view->WantsKey(key);
+}
+
+void Pane::NoteKeys() {
+  if (!areKeysNoted && Window() != nullptr) areKeysNoted = PostMessageW(Window(), KeysMessage, 0, 0) != FALSE;
+}
+
+void Pane::NoteMenu(bool isUp) {
+  isInMenu = isUp;
+  NoteKeys();
+}
+
+void Pane::TellKeys() {
+  areKeysNoted = false;
+  if (const auto listener = keysListener) listener();
+}
+
+bool Pane::IsUserAtWork() const { return IsOpen() && (isInMenu || IsOwn(GetCapture())); }
+
 }  // namespace kw::windows

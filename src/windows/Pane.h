@@ -68,6 +68,20 @@ public:
   // The focus goes to the next control that takes it, or to the one before; false past the last.
   bool MoveFocus(bool isBackward);
 
+  // Whether the keyboard is in one of the windows, or in a menu of theirs, and that key is wanted there.
+  bool WantsKey(WPARAM key) const;
+  // The same of a key that comes to that window.
+  bool WantsKeyAt(HWND window, WPARAM key) const;
+  // The wish for keys may be another one now. Who listens is told at the message loop, because he may do anything.
+  void OnKeys(std::function<void()> listener) { keysListener = std::move(listener); }
+  void NoteKeys();
+  void NoteMenu(bool isUp);
+  // Of our own window class: a host may look for messages of its own among those for the windows in its window.
+  static constexpr UINT KeysMessage = WM_USER;
+  void TellKeys();
+  // A menu of the windows is up, or one of them holds the mouse.
+  bool IsUserAtWork() const;
+
   // While one of these lives a message is under way, and the pane and its views exist.
   class Message {
   public:
@@ -83,6 +97,7 @@ public:
   };
 
 private:
+  bool IsOwn(HWND window) const;
   void MakeViews(Control& model, ControlView* container);
   void RescaleViews(const Control& model);
   void Retire(std::unique_ptr<ControlView> view);
@@ -98,6 +113,9 @@ private:
   std::unordered_map<const Control*, std::unique_ptr<ControlView>> views;
   std::unique_ptr<ControlView> retired;  // and those before it
   int messages = 0;
+  std::function<void()> keysListener;
+  bool areKeysNoted = false;  // the message that tells of them is on its way
+  bool isInMenu = false;
   HFONT font = nullptr;
   HWND toolTips = nullptr;
   std::unique_ptr<Images> images;

@@ -63,7 +63,10 @@ void PictureBoxView::PaintItems() {
   lastPainting = std::chrono::steady_clock::now();
 }
 
-bool PictureBoxView::WantsKey(WPARAM key) const { return IsEditorKey(key); }
+bool PictureBoxView::WantsKey(WPARAM key) const {
+  const HWND focus = GetFocus();
+  return IsChild(Handle(), focus) != FALSE ? TextField::WantsKey(focus, key) : HasUseFor(box, key);
+}
 
 LRESULT PictureBoxView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
@@ -77,6 +80,7 @@ LRESULT PictureBoxView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       return 0;
     case WM_COMMAND:
       if (HIWORD(wParam) == EN_CHANGE && TakesInput()) TextField::TakeTextOf(reinterpret_cast<HWND>(lParam));
+      if (HIWORD(wParam) == EN_SETFOCUS || HIWORD(wParam) == EN_KILLFOCUS) Shared().NoteKeys();
       return 0;
     case WM_CTLCOLOREDIT:
       return reinterpret_cast<LRESULT>(
@@ -91,7 +95,7 @@ LRESULT PictureBoxView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       break;
     }
     case WM_GETDLGCODE:
-      return DLGC_WANTARROWS | DLGC_WANTCHARS;
+      return DLGC_WANTCHARS;
     default:
       break;
   }

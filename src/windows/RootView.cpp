@@ -42,7 +42,7 @@ void RootView::ShowEnabled() {
 
 void RootView::Paint(HDC context, const RECT& client) { FillWithFace(context, client); }
 
-bool RootView::WantsKey(WPARAM key) const { return IsEditorKey(key); }
+bool RootView::WantsKey(WPARAM key) const { return HasUseFor(root, key); }
 
 bool RootView::Scroll(WPARAM wheel) {
   ScrollBar* const bar = FindScrollBar(root, (LOWORD(wheel) & MK_SHIFT) == 0);
@@ -77,7 +77,14 @@ LRESULT RootView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       if (Scroll(wParam)) return 0;
       break;
     case WM_GETDLGCODE:
-      return DLGC_WANTARROWS | DLGC_WANTCHARS;
+      return DLGC_WANTCHARS;
+    case WM_ENTERMENULOOP:
+    case WM_EXITMENULOOP:
+      Shared().NoteMenu(message == WM_ENTERMENULOOP);
+      break;
+    case Pane::KeysMessage:
+      Shared().TellKeys();
+      return 0;
     default:
       break;
   }

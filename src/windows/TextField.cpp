@@ -3,11 +3,13 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <string_view>
 
 #include "drawing/CanvasItems.h"
 #include "windows/ControlView.h"
 #include "windows/Gdi.h"
 #include "windows/Guard.h"
+#include "windows/Mouse.h"
 #include "windows/Text.h"
 #include "windows/TextDrawing.h"
 
@@ -85,6 +87,24 @@ void TextField::Release(HWND window) {
 }
 
 TextField* TextField::FieldOf(HWND window) { return static_cast<TextField*>(GetPropW(window, PropertyName)); }
+
+bool TextField::WantsKey(HWND window, WPARAM key) {
+  if (FieldOf(window) == nullptr) return false;
+  constexpr std::wstring_view Shortcuts = L"ACVXZ";
+  const std::int16_t shift = ShiftState();
+  switch (key) {
+    case VK_BACK:
+    case VK_DELETE:
+    case VK_RETURN:
+    case VK_ESCAPE:
+      return true;
+    case VK_INSERT:
+      return shift == Mouse::ShiftKey || shift == Mouse::ControlKey;
+    default:
+      if (key >= VK_PRIOR && key <= VK_DOWN) return true;  // Page Up, Page Down, End, Home and the arrows
+      return shift == Mouse::ControlKey && Shortcuts.find(static_cast<wchar_t>(key)) != std::wstring_view::npos;
+  }
+}
 
 void TextField::TakeTextOf(HWND field) {
   if (TextField* const found = FieldOf(field)) found->TakeText();

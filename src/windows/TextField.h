@@ -23,6 +23,9 @@ public:
   void Show();
   void Rescale(const Scale& newScale);
 
+  // Whether the window is such a field and uses that key: to move in the text, to change it or to end the typing.
+  static bool WantsKey(HWND window, WPARAM key);
+
   // For the canvas: takes over what is typed in one of these fields; nothing for another window.
   static void TakeTextOf(HWND field);
   // For the canvas: sets a field's colours and returns the brush of its ground.

@@ -271,11 +271,18 @@ TEST_F(ActivationTest, KeysThatItDoesNotWantGoToTheContainer) {
   MSG key = {};
   key.hwnd = container.ControlWindow();
   key.message = WM_KEYDOWN;
-  key.wParam = VK_F5;
-  EXPECT_EQ(container.ActiveObject()->TranslateAccelerator(&key), S_FALSE);
-  EXPECT_EQ(container.calls, Calls{"TranslateAccelerator 0"});
+  for (const WPARAM left : {VK_F5, VK_PRIOR, VK_DELETE}) {
+    key.wParam = left;
+    EXPECT_EQ(container.ActiveObject()->TranslateAccelerator(&key), S_FALSE);
+    EXPECT_EQ(container.calls, Calls{"TranslateAccelerator 0"});
+    container.calls.clear();
+  }
+  {
+    const BoxAnswerer user;
+    EXPECT_EQ(control->OpenFile(Text(scratch.WriteTiff(L"D.tif", 1))), S_OK);
+  }
   container.calls.clear();
-  key.wParam = VK_DELETE;
+  EXPECT_EQ(key.wParam, WPARAM{VK_DELETE}) << "which a page has a use for";
   EXPECT_EQ(container.ActiveObject()->TranslateAccelerator(&key), S_OK);
   EXPECT_TRUE(container.calls.empty());
   container.LetGo();

@@ -19,7 +19,9 @@ protected:
 };
 
 void ToolBarCommands::RunAll(Way way) {
-  const Names apart{"PrinterSetup", "FontSettings", "Open", "Undo", "Redo"};  // tested below
+  // Tested elsewhere; the dialog of "SelectScanner" is the source manager's, which does not always have the host's
+  // window as its owner.
+  const Names apart{"PrinterSetup", "FontSettings", "Open", "Undo", "Redo", "SelectScanner"};
   int count = 0;
   for (const CommandCase& row : CommandCases()) {
     if (row.bar.empty() || std::ranges::find(apart, row.key) != apart.end()) continue;
@@ -48,7 +50,7 @@ void ToolBarCommands::RunAll(Way way) {
     const Bitmap written = LoadPicture(ScratchBitmap());
     EXPECT_TRUE(SamePicture(written, AfterOperations(row.operations)));
   }
-  EXPECT_EQ(count, 42);
+  EXPECT_EQ(count, 43);
 }
 
 TEST_F(ToolBarCommands, DoWhatTheirRowsSayWhenTheirButtonsAreClicked) { RunAll(&ToolBarButton::Click); }

@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -68,6 +69,7 @@ protected:
     OleUninitialize();
   }
   static void ExpectNothingLeft() {
+    EXPECT_FALSE(KeyExists(ClassKey + L"\\Verb"));
     EXPECT_FALSE(KeyExists(ClassKey));
     EXPECT_FALSE(KeyExists(L"KwEditor.KwEditorLayers"));
     EXPECT_FALSE(KeyExists(L"KwEditor.KwEditorLayers.1"));
@@ -127,6 +129,35 @@ TEST_F(RegistrationTest, WritesWhatHostsAskFor) {
   EXPECT_EQ(object->GetUserType(USERCLASSTYPE_FULL, &name), S_OK);
   EXPECT_EQ(Value(ClassKey), name);
   CoTaskMemFree(name);
+}
+
+// For containers that read a class's verbs without making an object, and for the system, which reads them there for a
+// class that is not running.
+TEST_F(RegistrationTest, NamesTheVerbsThatTheControlNames) {
+  EXPECT_EQ(Value(ClassKey + L"\\Verb\\1"), L"&Scanner Setup...,0,2");
+  EXPECT_EQ(Value(ClassKey + L"\\Verb\\9"), L"&Erode,0,2");
+  EXPECT_FALSE(KeyExists(ClassKey + L"\\Verb\\0"));
+  EXPECT_FALSE(KeyExists(ClassKey + L"\\Verb\\10"));
+  const auto control = Ocx::Create();
+  ComPtr<IOleObject> object;
+  ASSERT_EQ(control.As(&object), S_OK);
+  ComPtr<IEnumOLEVERB> own;
+  ASSERT_EQ(object->EnumVerbs(&own), S_OK);
+  ComPtr<IEnumOLEVERB> registered;
+  ASSERT_EQ(OleRegEnumVerbs(CLSID_KwEditorLayers, &registered), S_OK);
+  const auto listOf = [](IEnumOLEVERB& verbs) {
+    std::map<LONG, std::wstring> list;
+    OLEVERB verb = {};
+    while (verbs.Next(1, &verb, nullptr) == S_OK) {
+      list[verb.lVerb] =
+          verb.lpszVerbName + (L"," + std::to_wstring(verb.fuFlags)) + L"," + std::to_wstring(verb.grfAttribs);
+      CoTaskMemFree(verb.lpszVerbName);
+    }
+    return list;
+  };
+  const auto owned = listOf(*own.Get());
+  EXPECT_EQ(owned.size(), 9U);
+  EXPECT_EQ(listOf(*registered.Get()), owned);
 }
 
 TEST_F(RegistrationTest, RegisteringTwiceIsLikeOnce) {

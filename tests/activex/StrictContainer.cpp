@@ -143,6 +143,11 @@ STDMETHODIMP StrictContainer::OnInPlaceDeactivate() {
   return S_OK;
 }
 
+STDMETHODIMP StrictContainer::OnControlInfoChanged() {
+  ++keyChanges;
+  return S_OK;
+}
+
 STDMETHODIMP StrictContainer::TranslateAccelerator(MSG* /*message*/, DWORD modifiers) {
   calls.push_back("TranslateAccelerator " + std::to_string(modifiers));
   return S_FALSE;
@@ -179,9 +184,12 @@ STDMETHODIMP StrictContainer::GetTypeInfoCount(UINT* count) {
 STDMETHODIMP StrictContainer::Invoke(DISPID id, REFIID, LCID /*locale*/, WORD flags, DISPPARAMS* /*parameters*/,
                                      VARIANT* result, EXCEPINFO* /*exception*/, UINT* /*badArgument*/) {
   EXPECT_EQ(flags, DISPATCH_PROPERTYGET);
-  if (id != DISPID_AMBIENT_UIDEAD) return DISP_E_MEMBERNOTFOUND;
+  std::optional<bool> value;
+  if (id == DISPID_AMBIENT_UIDEAD) value = uiDead;
+  if (id == DISPID_AMBIENT_USERMODE) value = userMode;
+  if (!value) return DISP_E_MEMBERNOTFOUND;
   V_VT(result) = VT_BOOL;
-  V_BOOL(result) = uiDead ? VARIANT_TRUE : VARIANT_FALSE;
+  V_BOOL(result) = *value ? VARIANT_TRUE : VARIANT_FALSE;
   return S_OK;
 }
 

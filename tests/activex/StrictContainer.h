@@ -6,6 +6,7 @@
 #include <ole2.h>
 #include <wrl/client.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -26,11 +27,14 @@ public:
   bool hasAmbients = true;  // answers for ambient properties at all
   bool refusesActivation = false;
   bool uiDead = false;
+  std::optional<bool> userMode;  // unknown to it where empty
   RECT place = {10, 20, 410, 320};
   RECT clip = {0, 0, 1000, 1000};
 
   // The calls of the control, by name, in their order. Those that the rules allow at any time are left out.
   std::vector<std::string> calls;
+  // How often the control said that it wants other keys than before.
+  int keyChanges = 0;
   ULONG References() const { return references; }
   HWND Window() const { return window; }
   void DestroyWindowNow();
@@ -75,7 +79,7 @@ public:
   STDMETHODIMP DeactivateAndUndo() override { return E_NOTIMPL; }
   STDMETHODIMP OnPosRectChange(LPCRECT /*position*/) override { return S_OK; }
 
-  STDMETHODIMP OnControlInfoChanged() override { return S_OK; }
+  STDMETHODIMP OnControlInfoChanged() override;
   STDMETHODIMP LockInPlaceActive(BOOL /*lock*/) override { return E_NOTIMPL; }
   STDMETHODIMP GetExtendedControl(IDispatch** /*control*/) override { return E_NOTIMPL; }
   STDMETHODIMP TransformCoords(POINTL* /*himetric*/, POINTF* /*container*/, DWORD /*flags*/) override {

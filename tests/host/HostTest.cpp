@@ -181,6 +181,55 @@ TEST(HostProgram, OpensTheDocumentOfTheCommandLineListsTheEventAndEndsCleanly) {
   EXPECT_TRUE(test::Exists(folder.File("work\\FunctionsInExecution.txt")));
 }
 
+// Besides the text a box may have an icon, which has none.
+std::wstring PromptOf(HWND box) {
+  std::wstring prompt;
+  for (HWND label = nullptr; (label = FindWindowExW(box, label, L"Static", nullptr)) != nullptr;) {
+    std::vector<wchar_t> text(200);
+    SendMessageW(label, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
+    prompt += text.data();
+  }
+  return prompt;
+}
+
+// As the keyboard does it: opens a menu by its letter, then chooses an entry by its own.
+void ChooseFromMenu(HWND window, wchar_t menu, WPARAM entry) {
+  PostMessageW(window, WM_SYSCOMMAND, SC_KEYMENU, menu);
+  Sleep(500);
+  PostMessageW(window, WM_KEYDOWN, entry, 1);
+}
+
+TEST(HostProgram, RunsTheControlsCommandsFromTheMenuImage) {
+  const TemporaryFolder folder;
+  test::WriteWhole(folder.File("page.bmp"), SmallBmp());
+  std::filesystem::create_directories(folder.Native() / "work");
+  const Program host(L"\"" + Wide(folder.File("page.bmp")) + L"\" --appdir \"" + Wide(folder.File("work")) + L"\"");
+  ASSERT_TRUE(host.IsStarted());
+  const auto window = [&] { return host.WindowOf(L"KwHost"); };
+  const auto box = [&] { return host.WindowOf(L"#32770"); };
+  ASSERT_TRUE(host.AnswerUntil([&] { return window() != nullptr && !LinesOfListIn(window()).empty(); }));
+  ASSERT_TRUE(host.AnswerUntil([&] { return box() == nullptr; }));
+  ChooseFromMenu(window(), L'i', 'C');
+  for (int i = 0; i < 1000 && box() == nullptr; ++i) Sleep(10);
+  ASSERT_NE(box(), nullptr);
+  EXPECT_EQ(PromptOf(box()), L"Capture");
+  EXPECT_TRUE(host.AnswerUntil([&] { return box() == nullptr; }));
+  EXPECT_EQ(LinesOfListIn(window()).size(), 1U) << "nothing was refused";
+}
+
+TEST(HostProgram, SaysThatTheControlRefusesACommand) {
+  const TemporaryFolder folder;
+  std::filesystem::create_directories(folder.Native() / "work");
+  const Program host(L"--appdir \"" + Wide(folder.File("work")) + L"\"");
+  ASSERT_TRUE(host.IsStarted());
+  const auto window = [&] { return host.WindowOf(L"KwHost"); };
+  ASSERT_TRUE(host.AnswerUntil([&] { return window() != nullptr; }));
+  Sleep(1500);  // until the control has been set up
+  ChooseFromMenu(window(), L'i', 'E');
+  EXPECT_TRUE(host.AnswerUntil([&] { return !LinesOfListIn(window()).empty(); }));
+  EXPECT_EQ(LinesOfListIn(window()), std::vector<std::wstring>{L"Refused - the control cannot run this command now"});
+}
+
 TEST(HostProgram, ComplainsAboutAnOptionThatItDoesNotKnow) {
   const Program host(L"--unknown");
   ASSERT_TRUE(host.IsStarted());

@@ -25,12 +25,16 @@ struct CommandCase {
   std::vector<CommandBox> boxes{};
   // What the engine does between the two halves of the bracket.
   std::vector<std::string> operations{};
-  // The dialog that asks the user: "Open", "Font", "Printer" or the engine's for that operation.
+  // The dialog that asks the user: "Open", "Font", "Printer", that of the system's scanners or the engine's for that
+  // operation.
   std::string dialog{};
   // What of the state of the scene is another one afterwards. Everything else stays.
   std::map<std::string, std::string> changes{};
   // The key of another button of the bar to be pressed first, where the scene has this one pressed already.
   std::string insteadOf{};
+  // The number by which a host runs it and its text in a menu of the host; 0 and no text for the others.
+  int verb = 0;
+  std::string menuText{};
 };
 
 inline void PrintTo(const CommandCase& row, std::ostream* out) { *out << '"' << row.key << '"'; }
@@ -108,6 +112,12 @@ inline CommandCase PageTurn(const char* key, const char* toolTip, const char* pa
           .changes = {{"page", page}, {key, "off"}, {"Undo", "off"}, {"Redo", "off"}}};
 }
 
+inline CommandCase Verb(int number, const char* menuText, CommandCase row) {
+  row.verb = number;
+  row.menuText = menuText;
+  return row;
+}
+
 inline std::vector<CommandCase> All() {
   return {
       {.key = "Save", .bar = Strip, .toolTip = "Save File", .trace = {"SavePage"}},
@@ -142,15 +152,21 @@ inline std::vector<CommandCase> All() {
        .changes = {{"background", "shown"}}},
       PageTurn("PrevPage", "Previous Page", "1"),
       PageTurn("NextPage", "Next Page", "3"),
-      {.key = "SelectScanner", .bar = NoBar, .trace = {"SelectScanner"}},
-      {.key = "Acquire", .bar = NoBar, .trace = {"Acquire"}},
-      Notice("Capture", NoBar, "", "Capture"),
-      Resizing("Rotate", "Size: 16 x 24"),
-      Resizing("Resize", "Size: 12 x 8"),
-      Engine("HorizontalFlip", NoBar),
-      Engine("VerticalFlip", NoBar),
-      Engine("Flip", NoBar, "", {"HorizontalFlip", "VerticalFlip"}),
-      Engine("Erode", NoBar),
+      Verb(1, "&Scanner Setup...",
+           {.key = "SelectScanner",
+            .bar = Strip,
+            .toolTip = "Scanner Setup",
+            .trace = {"SelectScanner"},
+            .dialog = "Select Source"}),
+      Verb(2, "&Acquire Image from Scanner...",
+           {.key = "Acquire", .bar = Strip, .toolTip = "Acquire Image from Scanner", .trace = {"Acquire"}}),
+      Verb(3, "&Capture", Notice("Capture", NoBar, "", "Capture")),
+      Verb(4, "&Rotate...", Resizing("Rotate", "Size: 16 x 24")),
+      Verb(5, "Resi&ze...", Resizing("Resize", "Size: 12 x 8")),
+      Verb(6, "&Horizontal Flip", Engine("HorizontalFlip", NoBar)),
+      Verb(7, "&Vertical Flip", Engine("VerticalFlip", NoBar)),
+      Verb(8, "&Flip Both Ways", Engine("Flip", NoBar, "", {"HorizontalFlip", "VerticalFlip"})),
+      Verb(9, "&Erode", Engine("Erode", NoBar)),
       {.key = "NoTools",
        .bar = Tools,
        .toolTip = "Selection",

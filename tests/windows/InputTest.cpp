@@ -258,6 +258,7 @@ TEST(Input, KeysReachTheCanvasThatHasTheFocus) {
   form.canvas.KeyDown.Connect([&](std::int16_t code, std::int16_t) { codes.push_back(code); });
   form.canvas.KeyPress.Connect([&](std::int16_t character) { codes.push_back(character); });
   form.canvas.KeyUp.Connect([&](std::int16_t code, std::int16_t) { codes.push_back(code); });
+  form.canvas.KeyUse.Connect([](std::int16_t code, std::int16_t, bool& isInUse) { isInUse = code == VK_DELETE; });
   SetForegroundWindow(form.host);
   ClickAt(WindowOf(form.canvas), 20, 20);
   EXPECT_EQ(form.root.ActiveControl(), &form.canvas);
@@ -266,8 +267,10 @@ TEST(Input, KeysReachTheCanvasThatHasTheFocus) {
   SendMessageW(WindowOf(form.canvas), WM_CHAR, 3, 0);
   SendMessageW(WindowOf(form.canvas), WM_KEYUP, VK_DELETE, 0);
   EXPECT_EQ(codes, (std::vector<int>{VK_DELETE, 3, VK_DELETE}));
-  MSG other = {WindowOf(form.canvas), WM_KEYDOWN, VK_F5, 0, 0, {}};
-  EXPECT_FALSE(form.window->TranslateAccelerator(other)) << "left to the host";
+  for (const WPARAM left : {VK_F5, VK_LEFT, VK_RETURN}) {
+    MSG other = {WindowOf(form.canvas), WM_KEYDOWN, left, 0, 0, {}};
+    EXPECT_FALSE(form.window->TranslateAccelerator(other)) << "left to the host";
+  }
   MSG foreign = {form.host, WM_KEYDOWN, VK_DELETE, 0, 0, {}};
   EXPECT_FALSE(form.window->TranslateAccelerator(foreign));
 }

@@ -68,6 +68,7 @@ TEST(Lifetime, TheEditorWindowMayBeDestroyedInsideAnyEvent) {
   {
     TestForm form;
     form.canvas.KeyDown.Connect([&](auto...) { destroy(form)(); });
+    form.canvas.KeyUse.Connect([](auto, auto, bool& isInUse) { isInUse = true; });
     const HWND canvas = WindowOf(form.canvas);
     SetFocus(canvas);
     MSG key = {canvas, WM_KEYDOWN, VK_DELETE, 0, 0, {}};

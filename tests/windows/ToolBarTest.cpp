@@ -135,7 +135,7 @@ TEST_F(ToolBars, InAWideFormEveryButtonShows) {
 
 TEST_F(ToolBars, ButtonsThatANarrowFormWouldCutOffGiveWayToTheButtonForTheRest) {
   const std::size_t all = ShownKeys(Basic()).size();
-  for (int width = 270; width >= 70; width -= 8) {
+  for (int width = 326; width >= 70; width -= 8) {
     Resize(width, 640);
     ASSERT_TRUE(HasMore(Basic())) << width;
     EXPECT_LE(RightOf(Basic(), CountOf(Basic()) - 1, window->Handle()), width);
@@ -148,7 +148,7 @@ TEST_F(ToolBars, ButtonsThatANarrowFormWouldCutOffGiveWayToTheButtonForTheRest) 
 }
 
 TEST_F(ToolBars, TheMenuOfTheRestHasWhatDoesNotShow) {
-  Resize(440, 640);
+  Resize(496, 640);
   ASSERT_TRUE(HasMore(Pages()));
   ASSERT_FALSE(HasMore(Basic()));
   EXPECT_EQ(ShownKeys(Pages()), (std::vector<std::string>{"ShowHideTools"}));
@@ -168,7 +168,7 @@ TEST_F(ToolBars, ABarThatIsOutOfSightIsInTheMenuOfTheOneBefore) {
 }
 
 TEST_F(ToolBars, WhatIsChosenThereIsClicked) {
-  Resize(440, 640);
+  Resize(496, 640);
   int clicks = 0;
   const std::string page = "ShowHideBackImage";
   Form().tbrBasicTools(1).ButtonClick.Connect([&](const std::string& key) {
@@ -180,7 +180,7 @@ TEST_F(ToolBars, WhatIsChosenThereIsClicked) {
 }
 
 TEST_F(ToolBars, AMenuThatIsClosedAgainClicksNothing) {
-  Resize(440, 640);
+  Resize(496, 640);
   int clicks = 0;
   Form().tbrBasicTools(1).ButtonClick.Connect([&](const std::string&) { ++clicks; });
   Rest(Pages(), 0);
@@ -190,12 +190,12 @@ TEST_F(ToolBars, AMenuThatIsClosedAgainClicksNothing) {
 TEST_F(ToolBars, DisabledAndPressedButtonsAreSoInTheMenu) {
   Pages().SetButtonEnabled("PrevPage", false);
   Pages().SetButtonPressed("NextPage", true);
-  Resize(440, 640);
+  Resize(496, 640);
   EXPECT_EQ(Rest(Pages()), (std::vector<std::string>{"Show/Hide Background Image", "-Previous Page", "+Next Page"}));
 }
 
 TEST_F(ToolBars, AWindowThatGoesWhileTheMenuIsUpIsGone) {
-  Resize(440, 640);
+  Resize(496, 640);
   std::atomic<bool> wasUp = false;
   std::thread user([&, owner = window->Handle(), thread = GetCurrentThreadId()] {
     for (int i = 0; i < 300 && FindWindowW(L"#32768", nullptr) == nullptr; ++i) Sleep(10);
@@ -213,7 +213,7 @@ TEST_F(ToolBars, AWindowThatGoesWhileTheMenuIsUpIsGone) {
 }
 
 TEST_F(ToolBars, InTwoRowsTheSecondBarHasRoomAgain) {
-  Resize(380, 640);
+  Resize(436, 640);
   ASSERT_TRUE(HasMore(Basic())) << "for the second bar";
   Form().kwraBasicToolsContainer(1).Move(1, 32);
   EXPECT_FALSE(HasMore(Basic()));
@@ -289,7 +289,7 @@ TEST_F(ToolBars, TheSpaceBarAndEnterClickAndEscapeGoesBackToTheForm) {
 }
 
 TEST_F(ToolBars, TheMenuOfTheRestOpensFromTheKeyboard) {
-  Resize(440, 640);
+  Resize(496, 640);
   SetFocus(WindowOf(Pages()));
   Key(VK_END);
   EXPECT_EQ(HotKey(Pages()), "more");
@@ -322,7 +322,7 @@ TEST_F(ToolBars, ABarWithNothingToClickIsNoTabStop) {
 }
 
 TEST_F(ToolBars, EveryButtonIsNamedByItsToolTip) {
-  Resize(440, 640);
+  Resize(496, 640);
   int named = 0;
   for (Control* control : Form().Controls()) {
     const auto* bar = dynamic_cast<const ToolBar*>(control);
