@@ -99,6 +99,24 @@ std::vector<Property> EditorControl::Properties() const {
   return SettableProperties(*info.Get());
 }
 
+std::vector<EditorControl::Verb> EditorControl::Verbs() const {
+  std::vector<Verb> verbs;
+  ComPtr<IEnumOLEVERB> enumerator;
+  if (FAILED(object->EnumVerbs(&enumerator))) return verbs;
+  OLEVERB verb = {};
+  while (enumerator->Next(1, &verb, nullptr) == S_OK) {
+    if (verb.lVerb > 0 && (verb.grfAttribs & OLEVERBATTRIB_ONCONTAINERMENU) != 0)
+      verbs.push_back({verb.lVerb, verb.lpszVerbName, verb.fuFlags});
+    CoTaskMemFree(verb.lpszVerbName);
+  }
+  return verbs;
+}
+
+HRESULT EditorControl::RunVerb(LONG number) const {
+  const RECT area = container.ControlArea();
+  return object->DoVerb(number, nullptr, site.Get(), 0, container.Window(), &area);
+}
+
 void EditorControl::Move() const {
   const RECT area = container.ControlArea();
   place->SetObjectRects(&area, &area);

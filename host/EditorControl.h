@@ -32,6 +32,16 @@ public:
   _KwEditorLayers& Members() const { return *editor.Get(); }
   std::vector<Property> Properties() const;
 
+  // The control's own commands for a menu of the container.
+  struct Verb {
+    LONG number;
+    std::wstring menuText;
+    UINT menuFlags;
+  };
+  std::vector<Verb> Verbs() const;
+  // S_OK, or why the verb did not run; the control refuses one that it cannot run now.
+  HRESULT RunVerb(LONG number) const;
+
   // Follows the container's area.
   void Move() const;
   // Gives the keyboard to the control, or takes note that something else in the window has it.

@@ -55,6 +55,7 @@ MainWindow::MainWindow(HINSTANCE program) : instance(program) {
       window, control->Members(), control->Properties(),
       PropertyPanel::Callbacks{[this](const std::wstring& error) { events->Add(L"Refused - " + error); },
                                [this] { control->DeactivateUi(); }, [this](bool) { control->ActivateUi(); }});
+  AddVerbMenu();
   Rescale();
   RECT screen = {};
   SystemParametersInfoW(SPI_GETWORKAREA, 0, &screen, 0);
@@ -172,6 +173,21 @@ void MainWindow::OnActivate(bool isActive) {
 void MainWindow::OnCommand(int command) {
   if (command == COMMAND_OPEN) ChooseFile();
   if (command == COMMAND_EXIT) OnClose();
+  if (command > COMMAND_VERB) RunVerb(command - COMMAND_VERB);
+}
+
+void MainWindow::AddVerbMenu() const {
+  const HMENU menu = CreatePopupMenu();
+  for (const EditorControl::Verb& verb : control->Verbs())
+    AppendMenuW(menu, verb.menuFlags, COMMAND_VERB + static_cast<UINT_PTR>(verb.number), verb.menuText.c_str());
+  AppendMenuW(GetMenu(window), MF_POPUP, reinterpret_cast<UINT_PTR>(menu), L"&Image");
+  DrawMenuBar(window);
+}
+
+void MainWindow::RunVerb(LONG number) {
+  const HRESULT result = control->RunVerb(number);
+  if (result == OLEOBJ_S_CANNOT_DOVERB_NOW) events->Add(L"Refused - the control cannot run this command now");
+  Expect(result, L"Running the command");
 }
 
 // A box of the control has to be answered first.

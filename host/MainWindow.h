@@ -39,6 +39,9 @@ private:
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam);
   void OnActivate(bool isActive);
   void OnCommand(int command);
+  // The menu "Image", of the control's verbs.
+  void AddVerbMenu() const;
+  void RunVerb(LONG number);
   void OnClose();
 
   void Rescale();

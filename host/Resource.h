@@ -6,3 +6,5 @@
 #define MAIN_MENU 101
 #define COMMAND_OPEN 201
 #define COMMAND_EXIT 202
+// From here on the control's verbs, by their numbers.
+#define COMMAND_VERB 300
