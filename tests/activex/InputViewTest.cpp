@@ -1,5 +1,7 @@
 // Zoom, scroll bars and the page's borders of the real control in a user's hand.
 
+#include <windows.h>
+
 #include <commctrl.h>
 
 #include "activex/BoxAnswerer.h"
