@@ -89,7 +89,7 @@ LRESULT CALLBACK LoopAtAPress(HWND window, UINT message, WPARAM wParam, LPARAM l
 // Before the window gets the procedure of its view.
 LRESULT CALLBACK AddLoop(int code, WPARAM wParam, LPARAM lParam) {
   wchar_t name[64] = {};
-  const auto window = reinterpret_cast<HWND>(wParam);
+  auto* const window = reinterpret_cast<HWND>(wParam);
   if (code == HCBT_CREATEWND && GetClassNameW(window, static_cast<wchar_t*>(name), 64) > 0 &&
       std::wstring(static_cast<const wchar_t*>(name)) == looping) {
     loopingProcedure =

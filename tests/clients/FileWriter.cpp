@@ -1,7 +1,7 @@
 // A program that writes to a file that others write to at the same time: FileWriter EVENT WHAT PATH NAME COUNT
 //   lines   appends so many lines of its name and a number to the file PATH
 //   stamps  adds so many stamps of its name and a number to the list in the folder PATH
-// It begins once the event of that name is set. The exit code is 0 where all was done.
+// It counts up the semaphore EVENTReady and begins once the event is set. The exit code is 0 where all was done.
 
 #include <windows.h>
 
@@ -39,6 +39,9 @@ void AddStamps(const std::string& folder, const std::string& name, int count) {
 int wmain(int count, wchar_t** arguments) {
   if (count != 6) return 2;
   const HANDLE event = OpenEventW(SYNCHRONIZE, FALSE, arguments[1]);
+  const HANDLE ready = OpenSemaphoreW(SEMAPHORE_MODIFY_STATE, FALSE, (arguments[1] + std::wstring(L"Ready")).c_str());
+  ReleaseSemaphore(ready, 1, nullptr);
+  CloseHandle(ready);
   constexpr DWORD longest = 30000;
   if (event == nullptr || WaitForSingleObject(event, longest) != WAIT_OBJECT_0) return 3;
   CloseHandle(event);

@@ -29,6 +29,7 @@ TEST(WindowThreads, OpenAndCloseTheirWindowsSideBySide) {
   constexpr int rounds = 300;
   std::atomic<int> whole = 0;
   std::vector<std::thread> users;
+  users.reserve(threads);
   for (int i = 0; i < threads; ++i) {
     users.emplace_back([&] {
       const HWND host = TestForm::HostWindow();
