@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <functional>
 #include <numbers>
 #include <vector>
 
@@ -53,7 +52,7 @@ std::int32_t PartBefore(std::int32_t j, std::int32_t i, std::int32_t from, std::
 Taps TapsOf(std::int32_t i, std::int32_t from, std::int32_t to, bool bicubic) {
   if (from >= to) {
     Taps taps{i * from / to, {}};
-    for (std::int32_t j = taps.first; j < from; ++j) {
+    for (std::int32_t j = taps.first; j < from && j * to < (i + 1) * from; ++j) {
       taps.weights.push_back(PartBefore(j + 1, i, from, to) - PartBefore(j, i, from, to));
     }
     return taps;
@@ -66,7 +65,8 @@ Taps TapsOf(std::int32_t i, std::int32_t from, std::int32_t to, bool bicubic) {
   return FromExact(left - 2, exact);
 }
 
-std::int32_t Sum(const Taps& taps, const std::function<std::int32_t(std::int32_t)>& value) {
+template <class Value>
+std::int32_t Sum(const Taps& taps, const Value& value) {
   std::int32_t sum = 0;
   for (std::size_t i = 0; i < taps.weights.size(); ++i) {
     if (taps.weights[i] != 0) sum += taps.weights[i] * value(taps.first + static_cast<std::int32_t>(i));
