@@ -236,7 +236,8 @@ TEST(EffectProperty, FewerBitsKeepTheColourOfAnArea) {
 // Lighten takes as many steps as Darken.
 TEST(EffectProperty, DarkenIsTheWayBackFromLighten) {
   const Bitmap picture = Flat(24, 128);
-  for (double percent = 0; percent <= 49; percent += 0.5) {
+  for (int halves = 0; halves <= 98; ++halves) {
+    const double percent = halves / 2.0;
     const Bitmap lighter = With(picture, "Lighten", std::vector{percent});
     EXPECT_TRUE(SamePicture(picture, With(lighter, "Darken", std::vector{percent}))) << percent;
   }
