@@ -1,5 +1,7 @@
 // Which keys the control leaves to its host, and what it says of Enter and Escape.
 
+#include <windows.h>
+
 #include <commctrl.h>
 #include <olectl.h>
 

@@ -10,10 +10,7 @@ namespace kw::test {
 // Does something once, soon, on this thread, in whatever loop of messages is running then. One at a time.
 class Soon {
 public:
-  explicit Soon(std::function<void()> work) {
-    pending = std::move(work);
-    id = SetTimer(nullptr, 0, 300, &TimeIsUp);
-  }
+  explicit Soon(std::function<void()> work) : id(SetTimer(nullptr, 0, 300, &TimeIsUp)) { pending = std::move(work); }
   Soon(const Soon&) = delete;
   Soon& operator=(const Soon&) = delete;
   ~Soon() {
@@ -28,7 +25,7 @@ private:
   }
 
   static inline std::function<void()> pending;
-  UINT_PTR id = 0;
+  UINT_PTR id;
 };
 
 }  // namespace kw::test

@@ -15,7 +15,7 @@
 namespace kw::test {
 namespace {
 
-using IconPixels = std::array<std::uint32_t, 16 * 16>;
+using IconPixels = std::array<std::uint32_t, std::size_t{16} * 16>;
 
 IconPixels PixelsOfIcon(int id) {
   IconPixels pixels = {};
