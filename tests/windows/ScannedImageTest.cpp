@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "components/Timer.h"
-#include "twain/TestSheet.h"
 #include "twain/TestScanner.h"
+#include "twain/TestSheet.h"
 
 namespace kw::test {
 namespace {

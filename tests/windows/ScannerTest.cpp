@@ -11,9 +11,9 @@
 #include "components/Timer.h"
 #include "support/Errors.h"
 #include "support/TemporaryFolder.h"
+#include "twain/TestScanner.h"
 #include "twain/TestSheet.h"
 #include "windows/TestForm.h"
-#include "twain/TestScanner.h"
 #include "windows/WindowsDesktop.h"
 
 namespace kw::test {

@@ -79,9 +79,9 @@ inline int CountHandles() {
   std::vector<std::byte> bytes(std::size_t{1} << 20U);
   if (query(allHandles, bytes.data(), static_cast<ULONG>(bytes.size()), nullptr) < 0) return -1;
   const Table& table = *reinterpret_cast<const Table*>(bytes.data());
-  return static_cast<int>(
-      std::count_if(static_cast<const Entry*>(table.entries), static_cast<const Entry*>(table.entries) + table.count,
-                    [](const Entry& one) { return one.process == GetCurrentProcessId(); }));
+  return static_cast<int>(std::count_if(static_cast<const Entry*>(table.entries),
+                                        static_cast<const Entry*>(table.entries) + table.count,
+                                        [](const Entry& one) { return one.process == GetCurrentProcessId(); }));
 }
 
 inline int CountThreads() {
