@@ -9,7 +9,7 @@
 #include <benchmark/benchmark.h>
 #include <tiffio.h>
 
-#include "picture/KWPicEd.h"
+#include "picture/PictureDocument.h"
 
 namespace {
 
@@ -93,7 +93,7 @@ void DocumentSplitByEngine(benchmark::State& state) {
     state.PauseTiming();
     place.Clear();
     state.ResumeTiming();
-    kw::KWPicEd engine;
+    kw::PictureDocument engine;
     if (!engine.Load(place.Document())) state.SkipWithError(engine.LastLoadError().c_str());
     for (std::int32_t page = engine.PageCount(); page >= 1; --page) {
       engine.SelectPage(page);
@@ -119,7 +119,7 @@ BENCHMARK(DocumentSplitByTiffsplit)->Unit(benchmark::kMillisecond)->UseRealTime(
 
 // Decoding one page, for comparison.
 void DocumentPageDecode(benchmark::State& state) {
-  kw::KWPicEd engine;
+  kw::PictureDocument engine;
   if (!engine.Load(Place().Document())) state.SkipWithError(engine.LastLoadError().c_str());
   std::int32_t page = 0;
   for (auto _ : state) {

@@ -67,7 +67,7 @@ void RunEffect(benchmark::State& state, const std::string& command, int bitsPerP
   SetMostThreads(static_cast<unsigned>(state.range(0)));
   const Effect& effect = *FindEffect(command);
   std::vector<double> values;
-  for (const EffectParameter& parameter : effect.parameters) values.push_back(parameter.standard);
+  for (const Parameter& parameter : effect.parameters) values.push_back(parameter.standard);
   Bitmap own = PageOf(bitsPerPixel);
   own.MutableRow(0);
   for (auto _ : state) {

@@ -7,8 +7,8 @@
 #include <memory>
 
 #include "control/KwEditorLayers.h"
-#include "support/Documents.h"
-#include "support/EditorFixture.h"
+#include "tests/support/Documents.h"
+#include "tests/support/EditorFixture.h"
 
 namespace kw {
 namespace {

@@ -10,7 +10,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include "picture/KWPicEd.h"
+#include "picture/PictureDocument.h"
 
 namespace kw {
 namespace {
@@ -48,7 +48,7 @@ void Load(benchmark::State& state, const std::string& extension, int bitsPerPixe
         row[i] = static_cast<std::uint8_t>(bitsPerPixel == 1 ? (y % 64 < 24 && mark % 5 == 0 ? mark : 0) : mark / 50);
       }
     }
-    KWPicEd maker;
+    PictureDocument maker;
     maker.Replace(std::move(page));
     maker.Save(path.string());
   }
@@ -57,7 +57,7 @@ void Load(benchmark::State& state, const std::string& extension, int bitsPerPixe
   for (auto _ : state) {
     const double before = Account("VmRSS");
     if (before == 0 || !ForgetPeak()) state.SkipWithError("the system does not account for memory");
-    KWPicEd engine;
+    PictureDocument engine;
     if (!engine.Load(path.string())) state.SkipWithError(engine.LastLoadError().c_str());
     most = std::max(most, Account("VmHWM") - before);
     pixels = static_cast<double>(engine.Current().Stride()) * engine.Height();

@@ -5,12 +5,12 @@
 #include <cstdio>
 #include <filesystem>
 
-#include "components/FilePath.h"
-#include "components/Log.h"
-#include "components/PictureBox.h"
-#include "components/UserControl.h"
-#include "support/ScriptedDesktop.h"
-#include "support/TemporaryFolder.h"
+#include "components/base/FilePath.h"
+#include "components/controls/Log.h"
+#include "components/controls/PictureBox.h"
+#include "components/controls/UserControl.h"
+#include "tests/support/ScriptedDesktop.h"
+#include "tests/support/TemporaryFolder.h"
 #include "trap/Procedure.h"
 
 namespace kw {

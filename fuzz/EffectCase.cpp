@@ -50,7 +50,7 @@ std::optional<EffectCase> ReadEffectCase(std::span<const std::uint8_t> bytes) {
 std::vector<std::uint8_t> WriteEffectCase(std::size_t effect, std::size_t depth, std::uint8_t width,
                                           std::uint8_t height) {
   std::vector<std::uint8_t> bytes{static_cast<std::uint8_t>(effect), static_cast<std::uint8_t>(depth), width, height};
-  for (const EffectParameter& parameter : Effects()[effect].parameters) {
+  for (const Parameter& parameter : Effects()[effect].parameters) {
     AppendNumber(bytes, std::bit_cast<std::uint64_t>(parameter.standard), 8);
   }
   for (unsigned i = 0; i < 97; ++i) bytes.push_back(static_cast<std::uint8_t>(i * i * 29));

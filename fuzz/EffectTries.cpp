@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "components/RunTimeError.h"
+#include "components/base/RunTimeError.h"
 #include "fuzz/EffectCase.h"
 #include "fuzz/Promise.h"
 #include "fuzz/Tries.h"

@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <array>
 
-#include "components/RunTimeError.h"
+#include "components/base/RunTimeError.h"
 #include "fuzz/Promise.h"
 #include "fuzz/Tries.h"
 #include "picture/Depth.h"

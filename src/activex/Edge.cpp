@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "activex/KwEditor.h"
-#include "components/RunTimeError.h"
+#include "components/base/RunTimeError.h"
 
 namespace kw::activex {
 namespace {

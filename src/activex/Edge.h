@@ -5,7 +5,7 @@
 #include <exception>
 
 #include "activex/Lifetime.h"
-#include "windows/Guard.h"
+#include "windows/base/Guard.h"
 
 namespace kw::activex {
 

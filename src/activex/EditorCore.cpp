@@ -2,9 +2,8 @@
 
 #include <cmath>
 
-#include "activex/EffectQuestion.h"
 #include "activex/Extent.h"
-#include "windows/Guard.h"
+#include "windows/base/Guard.h"
 
 namespace kw::activex {
 namespace {
@@ -25,9 +24,6 @@ EditorCore::EditorCore(IUnknown& controlling)
   events.OnChange([this](const std::string& property) {
     if (KwEditorLayers::IsPersisted(property)) dirty = true;
     TellViewChanged();
-  });
-  editor.Engine().AskParametersFrom([this](const Effect& effect, std::span<double> values, const Bitmap& picture) {
-    return desktop.ShowParameters(QuestionOf(effect, picture), values);
   });
   RunToItsEnd([this] { editor.UserControl_Initialize(); });
   extent = FormToHimetric(FormSize());

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "activex/Module.h"
-#include "windows/Guard.h"
+#include "windows/base/Guard.h"
 
 namespace kw::activex {
 

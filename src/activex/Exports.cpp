@@ -6,8 +6,8 @@
 #include "activex/KwEditor.h"
 #include "activex/Module.h"
 #include "activex/Registration.h"
-#include "windows/ControlView.h"
-#include "windows/Guard.h"
+#include "windows/base/Guard.h"
+#include "windows/views/ControlView.h"
 
 // The procedures by which COM loads, unloads and registers the control.
 

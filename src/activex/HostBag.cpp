@@ -1,7 +1,7 @@
 #include "activex/HostBag.h"
 
 #include "activex/Text.h"
-#include "components/RunTimeError.h"
+#include "components/base/RunTimeError.h"
 
 namespace kw::activex {
 

@@ -1,17 +1,9 @@
 #include "activex/HostedDesktop.h"
 
-#include "components/RunTimeError.h"
-#include "picture/KWPicEd.h"
-#include "windows/Mouse.h"
+#include "windows/base/Mouse.h"
 
 namespace kw::activex {
 namespace {
-
-Bitmap LoadWithEngine(const std::string& path) {
-  KWPicEd engine;
-  if (!engine.Load(path)) Raise(ErrorNumber::InvalidPicture);
-  return engine.Current();
-}
 
 // When a dialog goes, the system gives the keyboard to the window that owned it. It belongs to the control's window
 // that had it before; a host that sees to that itself has done so by then.
@@ -33,8 +25,7 @@ private:
 
 }  // namespace
 
-HostedDesktop::HostedDesktop(Lifetime& calling, InPlaceActivation& activation)
-    : WindowsDesktop(&LoadWithEngine), life(calling), place(activation) {}
+HostedDesktop::HostedDesktop(Lifetime& calling, InPlaceActivation& activation) : life(calling), place(activation) {}
 
 // While the control has a window the dialog belongs to the host's window around it.
 HWND HostedDesktop::DialogOwner() const {

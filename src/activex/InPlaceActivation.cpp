@@ -9,8 +9,8 @@
 
 #include "activex/Edge.h"
 #include "activex/EditorCore.h"
-#include "windows/Guard.h"
-#include "windows/ScreenScale.h"
+#include "windows/base/Guard.h"
+#include "windows/base/ScreenScale.h"
 
 namespace kw::activex {
 namespace {

@@ -7,7 +7,7 @@
 
 #include <memory>
 
-#include "windows/EditorWindow.h"
+#include "windows/editor/EditorWindow.h"
 
 namespace kw::activex {
 

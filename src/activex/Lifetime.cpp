@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "windows/Guard.h"
+#include "windows/base/Guard.h"
 
 namespace kw::activex {
 namespace {

@@ -2,7 +2,7 @@
 
 #include "activex/KwEditor.h"
 #include "activex/Module.h"
-#include "components/Unicode.h"
+#include "components/base/Unicode.h"
 
 namespace kw::activex {
 

@@ -4,7 +4,7 @@
 #include <limits>
 #include <optional>
 
-#include "components/RunTimeError.h"
+#include "components/base/RunTimeError.h"
 
 namespace kw::activex {
 namespace {

@@ -1,6 +1,6 @@
 #include "activex/Text.h"
 
-#include "components/Unicode.h"
+#include "components/base/Unicode.h"
 
 namespace kw::activex {
 

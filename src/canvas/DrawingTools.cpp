@@ -4,7 +4,7 @@
 #include <cmath>
 #include <vector>
 
-#include "components/Units.h"
+#include "components/base/Units.h"
 #include "layers/PointInRect.h"
 
 namespace kw {

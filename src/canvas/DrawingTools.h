@@ -5,7 +5,7 @@
 
 #include "canvas/LayerTools.h"
 #include "canvas/PenStroke.h"
-#include "components/Desktop.h"
+#include "components/platform/Desktop.h"
 #include "form/EditorForm.h"
 #include "layers/Layers.h"
 #include "trap/Procedure.h"

@@ -5,10 +5,11 @@
 #include <iterator>
 
 #include "canvas/PagePixels.h"
-#include "components/Arithmetic.h"
-#include "components/RunTimeError.h"
+#include "components/base/Arithmetic.h"
+#include "components/base/RunTimeError.h"
 #include "document/GraphicFiles.h"
-#include "drawing/CanvasItems.h"
+#include "picture/PictureDocument.h"
+#include "scene/CanvasItems.h"
 
 namespace kw {
 namespace {
@@ -133,7 +134,7 @@ void LayerTools::PlaceImage(Procedure& run) {
         OpenDialog dialog;
         dialog.filter = SupportedGraphicFiles;
         if (!desktop.ShowOpen(dialog)) return false;
-        picture = desktop.LoadPicture(dialog.fileName);
+        picture = LoadPicture(dialog.fileName);
         return true;
       },
       false);

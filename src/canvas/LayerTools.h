@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "commands/ColoursAndLines.h"
-#include "components/Desktop.h"
+#include "commands/toolbox/ColoursAndLines.h"
+#include "components/platform/Desktop.h"
 #include "document/DocumentProcedure.h"
 #include "document/EditorProperties.h"
 #include "drawing/PixelRect.h"

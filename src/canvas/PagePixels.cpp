@@ -6,9 +6,9 @@
 #include <cstdlib>
 #include <vector>
 
-#include "drawing/CanvasItems.h"
 #include "drawing/DrawPicture.h"
 #include "drawing/RowReader.h"
+#include "scene/CanvasItems.h"
 
 namespace kw {
 namespace {

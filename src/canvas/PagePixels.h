@@ -2,8 +2,8 @@
 
 #include <optional>
 
-#include "components/Bitmap.h"
-#include "components/TransparentPicture.h"
+#include "components/base/Bitmap.h"
+#include "components/controls/TransparentPicture.h"
 #include "drawing/PixelRect.h"
 
 namespace kw {

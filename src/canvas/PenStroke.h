@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <span>
 
-#include "components/Bitmap.h"
+#include "components/base/Bitmap.h"
 #include "drawing/Shape.h"
 #include "form/EditorForm.h"
 #include "layers/Layers.h"

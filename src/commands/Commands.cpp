@@ -3,7 +3,7 @@
 #include <array>
 
 #include "commands/Dispatcher.h"
-#include "components/Arithmetic.h"
+#include "components/base/Arithmetic.h"
 #include "document/GraphicFiles.h"
 
 namespace kw {

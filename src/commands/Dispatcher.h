@@ -6,9 +6,9 @@
 #include <string>
 #include <string_view>
 
-#include "components/Desktop.h"
-#include "components/Event.h"
-#include "components/PictureEngine.h"
+#include "components/base/Event.h"
+#include "components/engine/KWPicEd.h"
+#include "components/platform/Desktop.h"
 #include "document/CommandBracket.h"
 #include "document/Document.h"
 #include "document/EditorProperties.h"
@@ -44,7 +44,7 @@ public:
     Zoom& zoom;
     CommandBracket& bracket;
     Document& document;
-    PictureEngine& KWPic;
+    KWPicEd& KWPic;
   };
 
   // What is referred to must outlive the dispatcher.
@@ -109,7 +109,7 @@ private:
   Zoom& zoom;
   CommandBracket& bracket;
   Document& document;
-  PictureEngine& KWPic;
+  KWPicEd& KWPic;
   bool isFontDialogUp = false;
 };
 

@@ -9,6 +9,8 @@ KwEditorLayers::KwEditorLayers(Desktop& platform, EditorEvents& container)
       events(container),
       form(platform),
       trap(platform, form.editor, form.picFrame, form.picCanvas, form.KwLogCtl1),
+      KWPic(platform),
+      KWPicTempBuffer(platform),
       layers(platform, form, trap),
       zoom(platform, form, trap, layers),
       scrolling(form, trap),

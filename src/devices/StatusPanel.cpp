@@ -1,6 +1,6 @@
 #include "devices/StatusPanel.h"
 
-#include "components/Units.h"
+#include "components/base/Units.h"
 
 namespace kw {
 

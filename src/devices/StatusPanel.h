@@ -1,7 +1,7 @@
 #pragma once
 
-#include "components/RaisedArea.h"
-#include "components/UserControl.h"
+#include "components/controls/RaisedArea.h"
+#include "components/controls/UserControl.h"
 
 namespace kw {
 

@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "components/Desktop.h"
-#include "components/PictureEngine.h"
+#include "components/engine/KWPicEd.h"
+#include "components/platform/Desktop.h"
 #include "document/DocumentProcedure.h"
 #include "form/EditorForm.h"
 #include "layers/Layers.h"
@@ -23,7 +23,7 @@ public:
     Layers& layers;
     Zoom& zoom;
     const Openings& openings;
-    PictureEngine& KWPic;
+    KWPicEd& KWPic;
   };
 
   // What is referred to must outlive the bracket.
@@ -43,7 +43,7 @@ private:
   Layers& layers;
   Zoom& zoom;
   const Openings& openings;
-  PictureEngine& KWPic;
+  KWPicEd& KWPic;
   std::int16_t m_BitsPerPixel = 0;
 };
 

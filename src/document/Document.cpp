@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "components/Arithmetic.h"
+#include "components/base/Arithmetic.h"
 #include "document/PageFiles.h"
 
 namespace kw {

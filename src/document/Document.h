@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "components/Desktop.h"
-#include "components/Event.h"
-#include "components/PictureEngine.h"
+#include "components/base/Event.h"
+#include "components/engine/KWPicEd.h"
+#include "components/platform/Desktop.h"
 #include "document/CommandBracket.h"
 #include "document/DocumentProcedure.h"
 #include "document/EditorProperties.h"
@@ -28,7 +28,7 @@ public:
     CommandBracket& bracket;
     EditorProperties& properties;
     Openings& openings;
-    PictureEngine& KWPic;
+    KWPicEd& KWPic;
   };
 
   // What is referred to must outlive the document.
@@ -78,7 +78,7 @@ private:
   CommandBracket& bracket;
   EditorProperties& properties;
   Openings& openings;
-  PictureEngine& KWPic;
+  KWPicEd& KWPic;
 
   std::string m_FilePath;
   std::string m_FirstFilePath;

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <utility>
 
-#include "components/RunTimeError.h"
+#include "components/base/RunTimeError.h"
 #include "trap/Procedure.h"
 
 namespace kw {

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "components/RunTimeError.h"
+#include "components/base/RunTimeError.h"
 #include "trap/Trap.h"
 
 namespace kw {

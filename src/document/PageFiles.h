@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "components/Desktop.h"
+#include "components/platform/Desktop.h"
 
 namespace kw {
 

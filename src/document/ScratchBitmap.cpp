@@ -10,8 +10,8 @@
 #include <string_view>
 #include <system_error>
 
-#include "components/FilePath.h"
-#include "components/Files.h"
+#include "components/base/FilePath.h"
+#include "components/base/Files.h"
 #include "document/PageFiles.h"
 
 namespace kw {
@@ -66,39 +66,39 @@ std::optional<ScratchOwner> OwnerOf(const fs::path& path) {
   return owner;
 }
 
-void WriteMarked(const Desktop& desktop, PictureEngine& engine) {
+void WriteMarked(const Desktop& desktop, PictureDocument& engine) {
   const std::string path = GetTempImagePath(desktop);
   engine.SaveScratch(path);
   AppendToFile(path, MarkOf({desktop.MachineName(), desktop.ProcessNumber()}));
 }
 
-Bitmap WriteAndReadBack(Desktop& desktop, PictureEngine& engine) {
+Bitmap WriteAndReadBack(Desktop& desktop, PictureDocument& engine) {
   WriteMarked(desktop, engine);
-  Bitmap picture = desktop.LoadPicture(GetTempImagePath(desktop));
+  Bitmap picture = LoadPicture(GetTempImagePath(desktop));
   return SamePicture(picture, engine.Current()) ? picture : engine.Current();
 }
 
 }  // namespace
 
-Bitmap ScratchBitmap::Pass(PictureEngine& engine) {
+Bitmap ScratchBitmap::Pass(PictureDocument& engine) {
   const std::scoped_lock lock(scratchLock);
   return WriteAndReadBack(desktop, engine);
 }
 
-void ScratchBitmap::PassAndRemove(PictureEngine& engine, Bitmap& picture) {
+void ScratchBitmap::PassAndRemove(PictureDocument& engine, Bitmap& picture) {
   const std::scoped_lock lock(scratchLock);
   picture = WriteAndReadBack(desktop, engine);
   desktop.RemoveFile(GetTempImagePath(desktop));
 }
 
-void ScratchBitmap::Write(PictureEngine& engine) {
+void ScratchBitmap::Write(PictureDocument& engine) {
   const std::scoped_lock lock(scratchLock);
   WriteMarked(desktop, engine);
 }
 
 Bitmap ScratchBitmap::Read() {
   const std::scoped_lock lock(scratchLock);
-  return desktop.LoadPicture(GetTempImagePath(desktop));
+  return LoadPicture(GetTempImagePath(desktop));
 }
 
 void ScratchBitmap::Remove() {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "components/Bitmap.h"
-#include "components/Desktop.h"
-#include "components/PictureEngine.h"
+#include "components/base/Bitmap.h"
+#include "components/platform/Desktop.h"
+#include "picture/PictureDocument.h"
 
 namespace kw {
 
@@ -16,12 +16,12 @@ public:
   explicit ScratchBitmap(Desktop& platform) : desktop(platform) {}
 
   // Writes the engine's picture and reads it back. What comes back is the engine's picture, whoever else wrote the
-  // file. Raises the errors of PictureEngine::Save and of Desktop::LoadPicture.
-  Bitmap Pass(PictureEngine& engine);
+  // file. Raises the errors of PictureDocument::Save and of LoadPicture.
+  Bitmap Pass(PictureDocument& engine);
   // The same, then removes the file. The picture is handed over before that, which may raise the errors of Remove().
-  void PassAndRemove(PictureEngine& engine, Bitmap& picture);
+  void PassAndRemove(PictureDocument& engine, Bitmap& picture);
   // The two halves of Pass(). Between them another control may write the file or remove it.
-  void Write(PictureEngine& engine);
+  void Write(PictureDocument& engine);
   Bitmap Read();
 
   // Raises the errors of Desktop::RemoveFile.

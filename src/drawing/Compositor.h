@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "components/Units.h"
+#include "components/base/Units.h"
 #include "drawing/DisplayItem.h"
 #include "drawing/FrameBuffer.h"
 

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <optional>
 
-#include "components/Bitmap.h"
-#include "components/Units.h"
+#include "components/base/Bitmap.h"
+#include "components/base/Units.h"
 #include "drawing/PixelRect.h"
 #include "drawing/Shape.h"
 #include "drawing/TextRenderer.h"

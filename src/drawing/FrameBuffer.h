@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <span>
 
-#include "components/Units.h"
+#include "components/base/Units.h"
 #include "drawing/PixelRect.h"
 
 namespace kw {

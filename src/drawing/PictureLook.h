@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "components/Units.h"
+#include "components/base/Units.h"
 
 namespace kw {
 

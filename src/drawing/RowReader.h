@@ -5,7 +5,7 @@
 #include <optional>
 #include <span>
 
-#include "components/Bitmap.h"
+#include "components/base/Bitmap.h"
 #include "drawing/Blend.h"
 #include "drawing/PictureLook.h"
 

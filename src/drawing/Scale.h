@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "components/Font.h"
+#include "components/base/Font.h"
 #include "drawing/Outline.h"
 #include "drawing/PixelRect.h"
 

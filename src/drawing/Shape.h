@@ -4,7 +4,7 @@
 #include <optional>
 #include <vector>
 
-#include "components/Units.h"
+#include "components/base/Units.h"
 #include "drawing/FrameBuffer.h"
 #include "drawing/Outline.h"
 #include "drawing/PictureLook.h"

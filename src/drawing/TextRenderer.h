@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "components/Font.h"
-#include "components/Units.h"
+#include "components/base/Font.h"
+#include "components/base/Units.h"
 #include "drawing/PixelRect.h"
 
 namespace kw {

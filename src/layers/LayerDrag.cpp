@@ -4,7 +4,7 @@
 #include <array>
 #include <cmath>
 
-#include "drawing/CanvasItems.h"
+#include "scene/CanvasItems.h"
 
 namespace kw {
 namespace {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "components/Arithmetic.h"
+#include "components/base/Arithmetic.h"
 #include "trap/Procedure.h"
 
 namespace kw {

@@ -4,8 +4,8 @@
 #include <random>
 #include <string>
 
-#include "components/Desktop.h"
-#include "components/Event.h"
+#include "components/base/Event.h"
+#include "components/platform/Desktop.h"
 #include "form/EditorForm.h"
 #include "layers/LayerDrag.h"
 #include "layers/Stacking.h"

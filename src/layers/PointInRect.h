@@ -1,7 +1,7 @@
 #pragma once
 
-#include "components/Arithmetic.h"
-#include "components/Control.h"
+#include "components/base/Arithmetic.h"
+#include "components/controls/Control.h"
 
 namespace kw {
 

@@ -5,7 +5,7 @@
 #include <mutex>
 #include <vector>
 
-#include "components/Bitmap.h"
+#include "components/base/Bitmap.h"
 
 namespace kw {
 

@@ -5,7 +5,7 @@
 #include <atomic>
 #include <vector>
 
-#include "components/RunTimeError.h"
+#include "components/base/RunTimeError.h"
 #include "picture/PaletteMaker.h"
 #include "picture/effects/Bands.h"
 #include "picture/effects/Pixels.h"

@@ -9,8 +9,8 @@
 #include <string_view>
 #include <utility>
 
-#include "components/FilePath.h"
-#include "components/RunTimeError.h"
+#include "components/base/FilePath.h"
+#include "components/base/RunTimeError.h"
 #include "picture/Unreadable.h"
 
 namespace kw {

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "components/SystemFile.h"
+#include "components/base/SystemFile.h"
 #include "picture/Stream.h"
 
 namespace kw {

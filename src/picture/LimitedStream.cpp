@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "components/RunTimeError.h"
+#include "components/base/RunTimeError.h"
 
 namespace kw {
 

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "components/Bitmap.h"
+#include "components/base/Bitmap.h"
 #include "picture/PictureFormat.h"
 
 namespace kw {

@@ -5,7 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "components/Bitmap.h"
+#include "components/base/Bitmap.h"
 #include "picture/ColourCells.h"
 
 namespace kw {

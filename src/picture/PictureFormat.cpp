@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "components/RunTimeError.h"
+#include "components/base/RunTimeError.h"
 #include "picture/Unreadable.h"
 #include "picture/formats/Formats.h"
 

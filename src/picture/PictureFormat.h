@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "components/Bitmap.h"
+#include "components/base/Bitmap.h"
 #include "picture/Stream.h"
 
 namespace kw {

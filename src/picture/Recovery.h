@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "components/Bitmap.h"
+#include "components/base/Bitmap.h"
 
 namespace kw {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "components/Bitmap.h"
+#include "components/base/Bitmap.h"
 
 namespace kw {
 

@@ -1,6 +1,6 @@
 #include "picture/Unreadable.h"
 
-#include "components/RunTimeError.h"
+#include "components/base/RunTimeError.h"
 
 namespace kw {
 

@@ -2,11 +2,11 @@
 
 #include <string>
 
-#include "components/Bitmap.h"
-#include "components/Desktop.h"
-#include "components/Font.h"
-#include "components/TransparentPicture.h"
-#include "components/Units.h"
+#include "components/base/Bitmap.h"
+#include "components/base/Font.h"
+#include "components/base/Units.h"
+#include "components/controls/TransparentPicture.h"
+#include "components/platform/Desktop.h"
 #include "drawing/PixelRect.h"
 
 namespace kw {

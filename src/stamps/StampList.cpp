@@ -4,9 +4,9 @@
 #include <initializer_list>
 #include <string_view>
 
-#include "components/Arithmetic.h"
-#include "components/FilePath.h"
-#include "components/SystemFile.h"
+#include "components/base/Arithmetic.h"
+#include "components/base/FilePath.h"
+#include "components/base/SystemFile.h"
 #include "document/PageFiles.h"
 #include "trap/Procedure.h"
 

@@ -4,8 +4,8 @@
 #include <map>
 #include <string>
 
-#include "components/Desktop.h"
-#include "components/ImageCombo.h"
+#include "components/controls/ImageCombo.h"
+#include "components/platform/Desktop.h"
 #include "trap/Trap.h"
 
 namespace kw {

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "drawing/CanvasItems.h"
+#include "scene/CanvasItems.h"
 #include "trap/Procedure.h"
 
 namespace kw {

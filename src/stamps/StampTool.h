@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "components/Desktop.h"
+#include "components/platform/Desktop.h"
 #include "document/DocumentProcedure.h"
 #include "document/EditorProperties.h"
 #include "form/EditorForm.h"

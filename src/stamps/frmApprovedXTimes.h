@@ -4,15 +4,15 @@
 #include <functional>
 #include <string>
 
-#include "components/CheckBox.h"
-#include "components/ControlArray.h"
-#include "components/DTPicker.h"
-#include "components/Desktop.h"
-#include "components/DialogForm.h"
-#include "components/ImageCombo.h"
-#include "components/Label.h"
-#include "components/OptionButton.h"
-#include "components/PictureBox.h"
+#include "components/controls/CheckBox.h"
+#include "components/controls/ControlArray.h"
+#include "components/controls/DTPicker.h"
+#include "components/controls/DialogForm.h"
+#include "components/controls/ImageCombo.h"
+#include "components/controls/Label.h"
+#include "components/controls/OptionButton.h"
+#include "components/controls/PictureBox.h"
+#include "components/platform/Desktop.h"
 #include "stamps/StampList.h"
 #include "trap/Trap.h"
 

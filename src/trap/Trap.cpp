@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "components/Arithmetic.h"
+#include "components/base/Arithmetic.h"
 
 namespace kw {
 

@@ -6,11 +6,11 @@
 #include <string_view>
 #include <utility>
 
-#include "components/Control.h"
-#include "components/Desktop.h"
-#include "components/Event.h"
-#include "components/Log.h"
-#include "components/RunTimeError.h"
+#include "components/base/Event.h"
+#include "components/base/RunTimeError.h"
+#include "components/controls/Control.h"
+#include "components/controls/Log.h"
+#include "components/platform/Desktop.h"
 
 namespace kw {
 

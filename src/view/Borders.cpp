@@ -1,6 +1,6 @@
 #include "view/Borders.h"
 
-#include "components/RunTimeError.h"
+#include "components/base/RunTimeError.h"
 #include "trap/Procedure.h"
 
 namespace kw {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "components/Desktop.h"
+#include "components/platform/Desktop.h"
 #include "form/EditorForm.h"
 #include "trap/Trap.h"
 #include "view/Zoom.h"

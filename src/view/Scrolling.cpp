@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "components/Arithmetic.h"
+#include "components/base/Arithmetic.h"
 #include "trap/Procedure.h"
 
 namespace kw {

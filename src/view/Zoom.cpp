@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "components/Arithmetic.h"
+#include "components/base/Arithmetic.h"
 #include "trap/Procedure.h"
 
 namespace kw {

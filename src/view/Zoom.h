@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "components/Desktop.h"
+#include "components/platform/Desktop.h"
 #include "form/EditorForm.h"
 #include "layers/Layers.h"
 #include "trap/Trap.h"

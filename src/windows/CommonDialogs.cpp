@@ -10,12 +10,12 @@
 #include <cmath>
 #include <vector>
 
-#include "components/RunTimeError.h"
-#include "windows/Mouse.h"
-#include "windows/ParameterDialog.h"
-#include "windows/Printer.h"
-#include "windows/Text.h"
+#include "components/base/RunTimeError.h"
 #include "windows/WindowsDesktop.h"
+#include "windows/base/Mouse.h"
+#include "windows/base/Text.h"
+#include "windows/dialogs/ParameterDialog.h"
+#include "windows/printing/Printer.h"
 
 namespace kw::windows {
 namespace {

@@ -3,19 +3,19 @@
 #include <map>
 #include <vector>
 
-#include "components/FilePath.h"
-#include "components/RunTimeError.h"
-#include "components/Timer.h"
-#include "windows/ClipboardFormats.h"
-#include "windows/Guard.h"
-#include "windows/ModalWindow.h"
-#include "windows/Mouse.h"
-#include "windows/Printer.h"
-#include "windows/ProfileFile.h"
-#include "windows/ScreenScale.h"
-#include "windows/Text.h"
-#include "windows/TextDrawing.h"
-#include "windows/TwainScanner.h"
+#include "components/base/FilePath.h"
+#include "components/base/RunTimeError.h"
+#include "components/controls/Timer.h"
+#include "windows/base/ClipboardFormats.h"
+#include "windows/base/Guard.h"
+#include "windows/base/Mouse.h"
+#include "windows/base/ProfileFile.h"
+#include "windows/base/ScreenScale.h"
+#include "windows/base/Text.h"
+#include "windows/base/TextDrawing.h"
+#include "windows/dialogs/ModalWindow.h"
+#include "windows/printing/Printer.h"
+#include "windows/scanning/TwainScanner.h"
 
 namespace kw::windows {
 namespace {
@@ -63,8 +63,7 @@ SYSTEMTIME Now() {
 
 }  // namespace
 
-WindowsDesktop::WindowsDesktop(PictureLoader loader)
-    : loadPicture(std::move(loader)), printer(std::make_unique<Printer>()) {}
+WindowsDesktop::WindowsDesktop() : printer(std::make_unique<Printer>()) {}
 
 WindowsDesktop::~WindowsDesktop() {
   std::erase_if(RunningTimers(), [this](const auto& entry) {
@@ -142,12 +141,6 @@ LocalDate WindowsDesktop::Date() const {
 LocalTime WindowsDesktop::Time() const {
   const SYSTEMTIME now = Now();
   return {now.wHour, now.wMinute, now.wSecond};
-}
-
-Bitmap WindowsDesktop::LoadPicture(const std::string& path) {
-  if (DirectoryLookUp(path).empty()) Raise(ErrorNumber::FileNotFound);
-  if (!loadPicture) Raise(ErrorNumber::InvalidPicture);
-  return loadPicture(path);
 }
 
 // The C library's own calls refuse the prefix of long paths, so these two ask the system.

@@ -2,25 +2,19 @@
 
 #include <windows.h>
 
-#include <functional>
 #include <memory>
-#include <span>
 #include <string>
 
-#include "components/Desktop.h"
+#include "components/platform/Desktop.h"
 
 namespace kw::windows {
 
 class Printer;
-struct ParameterQuestion;
 
 // The Windows desktop. Its timers run in the message loop of the thread that starts them.
 class WindowsDesktop : public Desktop {
 public:
-  using PictureLoader = std::function<Bitmap(const std::string& path)>;
-
-  // `loader` does LoadPicture; without one every picture is invalid.
-  explicit WindowsDesktop(PictureLoader loader = {});
+  WindowsDesktop();
   ~WindowsDesktop() override;
 
   MessageAnswer ShowMessageBox(const std::string& prompt, const std::string& title, MessageButtons buttons) override;
@@ -28,6 +22,7 @@ public:
   bool ShowColor(Colour& colour) override;
   bool ShowFont(Font& font) override;
   bool ShowPrinter(PrinterDialog& dialog) override;
+  bool ShowParameters(const ParameterQuestion& question, std::span<double> values) override;
   void ShowModal(DialogForm& dialog) override;
   void PrintPicture(const Bitmap& picture) override;
   void NewPrinterPage() override;
@@ -42,7 +37,6 @@ public:
   void StopTimer(Timer& timer) override;
   LocalDate Date() const override;
   LocalTime Time() const override;
-  Bitmap LoadPicture(const std::string& path) override;
   void RemoveFile(const std::string& path) override;
   std::string DirectoryLookUp(const std::string& path) override;
   std::string ReadProfileString(const std::string& section, const std::string& key, const std::string& defaultValue,
@@ -54,9 +48,6 @@ public:
   std::string MachineName() const override;
   std::int64_t ProcessNumber() const override;
   bool IsProcessRunning(std::int64_t number) const override;
-
-  // Asks the user for numbers, with the dialogs' owner.
-  bool ShowParameters(const ParameterQuestion& question, std::span<double> values);
 
 protected:
   // The window that dialogs belong to; the thread's active window where nobody knows better.
@@ -70,7 +61,6 @@ private:
   // The top-level window that a dialog belongs to; a child cannot own one.
   HWND TopLevelOwner() const;
 
-  PictureLoader loadPicture;
   std::unique_ptr<Printer> printer;
 };
 

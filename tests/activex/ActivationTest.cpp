@@ -5,9 +5,9 @@
 #include <commctrl.h>
 #include <olectl.h>
 
-#include "activex/BoxAnswerer.h"
-#include "activex/Fixture.h"
-#include "activex/StrictContainer.h"
+#include "tests/activex/BoxAnswerer.h"
+#include "tests/activex/Fixture.h"
+#include "tests/activex/StrictContainer.h"
 
 namespace kw::test {
 namespace {

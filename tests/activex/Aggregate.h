@@ -4,7 +4,7 @@
 
 #include <unknwn.h>
 
-#include "activex/Ocx.h"
+#include "tests/activex/Ocx.h"
 
 namespace kw::test {
 

@@ -12,10 +12,10 @@
 #include <thread>
 #include <vector>
 
-#include "activex/BoxAnswerer.h"
-#include "activex/Ocx.h"
-#include "activex/StrictContainer.h"
-#include "activex/ToolBarButtons.h"
+#include "tests/activex/BoxAnswerer.h"
+#include "tests/activex/Ocx.h"
+#include "tests/activex/StrictContainer.h"
+#include "tests/activex/ToolBarButtons.h"
 
 namespace kw::test {
 namespace {

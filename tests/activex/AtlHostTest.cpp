@@ -4,9 +4,9 @@
 
 #include <ole2.h>
 
-#include "activex/BoxAnswerer.h"
-#include "activex/Fixture.h"
-#include "activex/Sinks.h"
+#include "tests/activex/BoxAnswerer.h"
+#include "tests/activex/Fixture.h"
+#include "tests/activex/Sinks.h"
 
 namespace kw::test {
 namespace {

@@ -10,9 +10,9 @@
 #include <iterator>
 #include <map>
 
-#include "activex/BoxAnswerer.h"
-#include "activex/Fixture.h"
-#include "activex/Sinks.h"
+#include "tests/activex/BoxAnswerer.h"
+#include "tests/activex/Fixture.h"
+#include "tests/activex/Sinks.h"
 
 namespace kw::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "activex/BoxAnswerer.h"
+#include "tests/activex/BoxAnswerer.h"
 
 #include <utility>
 

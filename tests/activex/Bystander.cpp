@@ -1,11 +1,11 @@
-#include "activex/Bystander.h"
+#include "tests/activex/Bystander.h"
 
 #include <gtest/gtest.h>
 
 #include <iterator>
 #include <utility>
 
-#include "activex/Hand.h"
+#include "tests/activex/Hand.h"
 
 namespace kw::test {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <windows.h>
 
-#include "activex/Fixture.h"
-#include "windows/Process.h"
+#include "tests/activex/Fixture.h"
+#include "tests/windows/Process.h"
 
 namespace kw::test {
 namespace {

@@ -10,11 +10,11 @@
 #include <string>
 #include <vector>
 
-#include "activex/BoxAnswerer.h"
-#include "activex/CommandFixture.h"
-#include "activex/MainThread.h"
-#include "activex/Sinks.h"
-#include "support/CommandScene.h"
+#include "tests/activex/BoxAnswerer.h"
+#include "tests/activex/CommandFixture.h"
+#include "tests/activex/MainThread.h"
+#include "tests/activex/Sinks.h"
+#include "tests/support/CommandScene.h"
 
 namespace kw::test {
 namespace {

@@ -1,14 +1,14 @@
-#include "activex/CommandFixture.h"
+#include "tests/activex/CommandFixture.h"
 
 #include <commctrl.h>
 
 #include <algorithm>
 #include <filesystem>
 
-#include "activex/BoxAnswerer.h"
-#include "picture/KWPicEd.h"
-#include "support/CommandScene.h"
-#include "support/TemporaryFolder.h"
+#include "picture/PictureDocument.h"
+#include "tests/activex/BoxAnswerer.h"
+#include "tests/support/CommandScene.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace kw::test {
 namespace {
@@ -77,12 +77,12 @@ void CommandTest::TearDown() {
 
 std::string CommandTest::File(const std::string& name) const { return Narrow(scratch.Path()) + name; }
 void CommandTest::SavePicture(const Bitmap& picture, const std::string& name) const {
-  KWPicEd engine;
+  PictureDocument engine;
   engine.Replace(picture);
   engine.Save(File(name));
 }
 Bitmap CommandTest::LoadPicture(const std::string& name) const {
-  KWPicEd engine;
+  PictureDocument engine;
   EXPECT_TRUE(engine.Load(File(name))) << name;
   return engine.Current();
 }

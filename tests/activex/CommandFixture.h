@@ -7,11 +7,11 @@
 #include <string>
 #include <vector>
 
-#include "activex/Fixture.h"
-#include "activex/StrictContainer.h"
-#include "activex/ToolBarButtons.h"
-#include "components/Bitmap.h"
-#include "support/CommandCases.h"
+#include "components/base/Bitmap.h"
+#include "tests/activex/Fixture.h"
+#include "tests/activex/StrictContainer.h"
+#include "tests/activex/ToolBarButtons.h"
+#include "tests/support/CommandCases.h"
 
 namespace kw::test {
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "activex/CommandFixture.h"
-#include "support/CommandScene.h"
+#include "tests/activex/CommandFixture.h"
+#include "tests/support/CommandScene.h"
 
 namespace kw::test {
 namespace {

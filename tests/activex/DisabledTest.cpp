@@ -9,8 +9,8 @@
 #include <fstream>
 #include <set>
 
-#include "activex/EditorWindows.h"
-#include "activex/InputFixture.h"
+#include "tests/activex/EditorWindows.h"
+#include "tests/activex/InputFixture.h"
 
 namespace kw::test {
 namespace {

@@ -9,11 +9,11 @@
 #include <iterator>
 #include <map>
 
-#include "activex/BoxAnswerer.h"
-#include "activex/Fixture.h"
-#include "activex/MainThread.h"
-#include "activex/Sinks.h"
-#include "data/TestData.h"
+#include "tests/activex/BoxAnswerer.h"
+#include "tests/activex/Fixture.h"
+#include "tests/activex/MainThread.h"
+#include "tests/activex/Sinks.h"
+#include "tests/data/TestData.h"
 
 namespace kw::test {
 namespace {

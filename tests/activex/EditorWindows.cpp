@@ -1,4 +1,4 @@
-#include "activex/EditorWindows.h"
+#include "tests/activex/EditorWindows.h"
 
 namespace kw::test {
 namespace {

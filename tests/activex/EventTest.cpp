@@ -7,9 +7,9 @@
 
 #include <algorithm>
 
-#include "activex/BoxAnswerer.h"
-#include "activex/Fixture.h"
-#include "activex/Sinks.h"
+#include "tests/activex/BoxAnswerer.h"
+#include "tests/activex/Fixture.h"
+#include "tests/activex/Sinks.h"
 
 namespace kw::test {
 namespace {

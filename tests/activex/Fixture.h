@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "activex/Ocx.h"
+#include "tests/activex/Ocx.h"
 
 namespace kw::test {
 

@@ -6,7 +6,7 @@
 #include <mutex>
 #include <thread>
 
-#include "activex/BoxAnswerer.h"
+#include "tests/activex/BoxAnswerer.h"
 
 namespace kw::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "activex/Hand.h"
+#include "tests/activex/Hand.h"
 
 #include <gtest/gtest.h>
 

@@ -5,7 +5,7 @@
 #include <functional>
 #include <string>
 
-#include "activex/StrictContainer.h"
+#include "tests/activex/StrictContainer.h"
 
 namespace kw::test {
 

@@ -2,8 +2,8 @@
 
 #include <cstdlib>
 
-#include "activex/BoxAnswerer.h"
-#include "activex/InputFixture.h"
+#include "tests/activex/BoxAnswerer.h"
+#include "tests/activex/InputFixture.h"
 
 namespace kw::test {
 namespace {

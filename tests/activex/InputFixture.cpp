@@ -1,4 +1,4 @@
-#include "activex/InputFixture.h"
+#include "tests/activex/InputFixture.h"
 
 #include <commctrl.h>
 
@@ -6,8 +6,8 @@
 #include <fstream>
 #include <iterator>
 
-#include "activex/BoxAnswerer.h"
-#include "activex/EditorWindows.h"
+#include "tests/activex/BoxAnswerer.h"
+#include "tests/activex/EditorWindows.h"
 
 namespace kw::test {
 namespace {

@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
-#include "activex/Bystander.h"
-#include "activex/Fixture.h"
-#include "activex/Hand.h"
-#include "activex/Snapshot.h"
-#include "activex/StrictContainer.h"
+#include "tests/activex/Bystander.h"
+#include "tests/activex/Fixture.h"
+#include "tests/activex/Hand.h"
+#include "tests/activex/Snapshot.h"
+#include "tests/activex/StrictContainer.h"
 
 namespace kw::test {
 

@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
-#include "activex/BoxAnswerer.h"
-#include "activex/EditorWindows.h"
-#include "activex/InputFixture.h"
-#include "activex/Soon.h"
+#include "tests/activex/BoxAnswerer.h"
+#include "tests/activex/EditorWindows.h"
+#include "tests/activex/InputFixture.h"
+#include "tests/activex/Soon.h"
 
 namespace kw::test {
 namespace {

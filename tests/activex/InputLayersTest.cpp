@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "activex/InputFixture.h"
+#include "tests/activex/InputFixture.h"
 
 namespace kw::test {
 namespace {

@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "activex/BoxAnswerer.h"
-#include "activex/InputFixture.h"
-#include "activex/OtherProgram.h"
+#include "tests/activex/BoxAnswerer.h"
+#include "tests/activex/InputFixture.h"
+#include "tests/activex/OtherProgram.h"
 
 namespace kw::test {
 namespace {

@@ -1,11 +1,11 @@
 // A user scans with the buttons of the tool bar.
 
-#include "activex/BoxAnswerer.h"
-#include "activex/InputFixture.h"
-#include "activex/OtherProgram.h"
-#include "activex/Soon.h"
-#include "twain/TestScanner.h"
-#include "twain/TestSheet.h"
+#include "tests/activex/BoxAnswerer.h"
+#include "tests/activex/InputFixture.h"
+#include "tests/activex/OtherProgram.h"
+#include "tests/activex/Soon.h"
+#include "tests/twain/TestScanner.h"
+#include "tests/twain/TestSheet.h"
 
 namespace kw::test {
 namespace {

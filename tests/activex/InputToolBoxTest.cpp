@@ -4,9 +4,9 @@
 #include <functional>
 #include <vector>
 
-#include "activex/BoxAnswerer.h"
-#include "activex/EditorWindows.h"
-#include "activex/InputFixture.h"
+#include "tests/activex/BoxAnswerer.h"
+#include "tests/activex/EditorWindows.h"
+#include "tests/activex/InputFixture.h"
 
 namespace kw::test {
 namespace {

@@ -8,15 +8,15 @@
 #include <iterator>
 #include <map>
 
-#include "activex/Aggregate.h"
-#include "activex/BoxAnswerer.h"
-#include "activex/EditorWindows.h"
-#include "activex/Fixture.h"
-#include "activex/MainThread.h"
-#include "activex/Sinks.h"
-#include "activex/StrictContainer.h"
-#include "activex/ToolBarButtons.h"
-#include "windows/ImportPatch.h"
+#include "tests/activex/Aggregate.h"
+#include "tests/activex/BoxAnswerer.h"
+#include "tests/activex/EditorWindows.h"
+#include "tests/activex/Fixture.h"
+#include "tests/activex/MainThread.h"
+#include "tests/activex/Sinks.h"
+#include "tests/activex/StrictContainer.h"
+#include "tests/activex/ToolBarButtons.h"
+#include "tests/windows/ImportPatch.h"
 
 namespace kw::test {
 namespace {

@@ -1,4 +1,4 @@
-#include "activex/MainThread.h"
+#include "tests/activex/MainThread.h"
 
 #include <memory>
 #include <utility>

@@ -5,8 +5,8 @@
 
 #include <commctrl.h>
 
-#include "activex/BoxAnswerer.h"
-#include "activex/InputFixture.h"
+#include "tests/activex/BoxAnswerer.h"
+#include "tests/activex/InputFixture.h"
 
 namespace kw::test {
 namespace {

@@ -11,9 +11,9 @@
 #include <string>
 #include <vector>
 
-#include "activex/EditorWindows.h"
-#include "activex/Fixture.h"
-#include "activex/StrictContainer.h"
+#include "tests/activex/EditorWindows.h"
+#include "tests/activex/Fixture.h"
+#include "tests/activex/StrictContainer.h"
 
 namespace kw::test {
 namespace {

@@ -9,7 +9,7 @@
 #include <iomanip>
 #include <iostream>
 
-#include "activex/InputFixture.h"
+#include "tests/activex/InputFixture.h"
 
 namespace kw::test {
 namespace {

@@ -6,8 +6,8 @@
 #include <ocidl.h>
 #include <ole2.h>
 
-#include "activex/Aggregate.h"
-#include "activex/Fixture.h"
+#include "tests/activex/Aggregate.h"
+#include "tests/activex/Fixture.h"
 
 namespace kw::test {
 namespace {

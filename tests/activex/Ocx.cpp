@@ -1,4 +1,4 @@
-#include "activex/Ocx.h"
+#include "tests/activex/Ocx.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "support/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace kw::test {
 namespace {

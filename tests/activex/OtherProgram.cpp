@@ -1,4 +1,4 @@
-#include "activex/OtherProgram.h"
+#include "tests/activex/OtherProgram.h"
 
 namespace kw::test {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "windows/Process.h"
+#include "tests/windows/Process.h"
 
 namespace kw::test {
 

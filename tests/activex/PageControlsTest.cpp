@@ -6,10 +6,10 @@
 
 #include <algorithm>
 
-#include "activex/BoxAnswerer.h"
-#include "activex/EditorWindows.h"
-#include "activex/InputFixture.h"
-#include "activex/Sinks.h"
+#include "tests/activex/BoxAnswerer.h"
+#include "tests/activex/EditorWindows.h"
+#include "tests/activex/InputFixture.h"
+#include "tests/activex/Sinks.h"
 
 namespace kw::test {
 namespace {

@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "activex/BoxAnswerer.h"
-#include "activex/Fixture.h"
-#include "activex/Sinks.h"
+#include "tests/activex/BoxAnswerer.h"
+#include "tests/activex/Fixture.h"
+#include "tests/activex/Sinks.h"
 
 namespace kw::test {
 namespace {

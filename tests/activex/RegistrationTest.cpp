@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "activex/BoxAnswerer.h"
-#include "activex/Fixture.h"
+#include "tests/activex/BoxAnswerer.h"
+#include "tests/activex/Fixture.h"
 
 namespace kw::test {
 namespace {

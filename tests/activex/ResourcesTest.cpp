@@ -15,10 +15,10 @@
 #include <utility>
 #include <vector>
 
-#include "activex/BoxAnswerer.h"
-#include "activex/EditorWindows.h"
-#include "activex/InputFixture.h"
-#include "windows/SystemObjects.h"
+#include "tests/activex/BoxAnswerer.h"
+#include "tests/activex/EditorWindows.h"
+#include "tests/activex/InputFixture.h"
+#include "tests/windows/SystemObjects.h"
 
 namespace kw::test {
 namespace {

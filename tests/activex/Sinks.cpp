@@ -1,4 +1,4 @@
-#include "activex/Sinks.h"
+#include "tests/activex/Sinks.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "activex/Snapshot.h"
+#include "tests/activex/Snapshot.h"
 
 #include <algorithm>
 #include <cstddef>

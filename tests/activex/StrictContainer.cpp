@@ -1,4 +1,4 @@
-#include "activex/StrictContainer.h"
+#include "tests/activex/StrictContainer.h"
 
 #include <gtest/gtest.h>
 #include <olectl.h>

@@ -1,9 +1,9 @@
-#include "activex/ToolBarButtons.h"
+#include "tests/activex/ToolBarButtons.h"
 
 #include <commctrl.h>
 
-#include "activex/Ocx.h"
 #include "resources/KwIcons.h"
+#include "tests/activex/Ocx.h"
 
 namespace kw::test {
 namespace {

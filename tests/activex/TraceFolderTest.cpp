@@ -7,9 +7,9 @@
 
 #include <filesystem>
 
-#include "activex/BoxAnswerer.h"
-#include "activex/Fixture.h"
-#include "activex/StrictContainer.h"
+#include "tests/activex/BoxAnswerer.h"
+#include "tests/activex/Fixture.h"
+#include "tests/activex/StrictContainer.h"
 
 namespace kw::test {
 namespace {

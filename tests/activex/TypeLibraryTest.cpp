@@ -8,7 +8,7 @@
 #include <ostream>
 #include <vector>
 
-#include "activex/Fixture.h"
+#include "tests/activex/Fixture.h"
 
 namespace kw::test {
 

@@ -4,8 +4,8 @@
 
 #include <thread>
 
-#include "activex/Fixture.h"
-#include "activex/StrictContainer.h"
+#include "tests/activex/Fixture.h"
+#include "tests/activex/StrictContainer.h"
 
 namespace kw::test {
 namespace {

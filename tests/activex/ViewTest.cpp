@@ -8,8 +8,8 @@
 #include <set>
 #include <vector>
 
-#include "activex/Fixture.h"
-#include "activex/StrictContainer.h"
+#include "tests/activex/Fixture.h"
+#include "tests/activex/StrictContainer.h"
 
 namespace kw::test {
 namespace {

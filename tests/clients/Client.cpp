@@ -16,8 +16,8 @@
 #include <cstdio>
 #include <string>
 
-#include "activex/BoxAnswerer.h"
 #include "activex/KwEditor.h"
+#include "tests/activex/BoxAnswerer.h"
 
 namespace {
 

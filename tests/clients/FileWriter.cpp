@@ -7,14 +7,14 @@
 
 #include <string>
 
-#include "components/Files.h"
-#include "components/LightWeightMarker.h"
-#include "components/Log.h"
-#include "components/RunTimeError.h"
+#include "components/base/Files.h"
+#include "components/base/RunTimeError.h"
+#include "components/controls/LightWeightMarker.h"
+#include "components/controls/Log.h"
 #include "stamps/StampList.h"
 #include "trap/Trap.h"
-#include "windows/Text.h"
 #include "windows/WindowsDesktop.h"
+#include "windows/base/Text.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "support/EditorFixture.h"
+#include "tests/support/EditorFixture.h"
 
 namespace kw::test {
 namespace {

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "support/CommandCases.h"
-#include "support/CommandScene.h"
-#include "support/EditorFixture.h"
+#include "tests/support/CommandCases.h"
+#include "tests/support/CommandScene.h"
+#include "tests/support/EditorFixture.h"
 
 namespace kw::test {
 namespace {
@@ -42,10 +42,10 @@ protected:
     // So that it shows who sets the pointer.
     Form().picCanvas.SetPointer(MousePointer::SizeAll);
     Form().picCanvas.SetPointerIcon("");
-    control->Engine().AskParametersFrom([this](const Effect& effect, std::span<double>, const Bitmap&) {
-      asked.emplace_back(effect.command);
+    desktop.onParameters = [this](const ParameterQuestion& question, std::span<double>) {
+      asked.push_back(question.title);
       return true;
-    });
+    };
     desktop.whileBoxIsUp = [this](const ScriptedDesktop::Box& box) { LookAround(box); };
     desktop.boxes.clear();
     desktop.printersShown.clear();

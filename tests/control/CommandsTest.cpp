@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <set>
 
-#include "support/EditorFixture.h"
+#include "tests/support/EditorFixture.h"
 
 namespace kw::test {
 namespace {

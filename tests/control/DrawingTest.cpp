@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "support/LayersFixture.h"
+#include "tests/support/LayersFixture.h"
 
 namespace kw::test {
 namespace {

@@ -5,7 +5,7 @@
 #include <array>
 #include <set>
 
-#include "support/EditorFixture.h"
+#include "tests/support/EditorFixture.h"
 
 namespace kw::test {
 namespace {

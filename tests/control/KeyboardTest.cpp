@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "support/EditorFixture.h"
+#include "tests/support/EditorFixture.h"
 
 namespace kw::test {
 namespace {

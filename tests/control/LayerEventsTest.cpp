@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <set>
 
-#include "support/LayersFixture.h"
+#include "tests/support/LayersFixture.h"
 
 namespace kw::test {
 namespace {

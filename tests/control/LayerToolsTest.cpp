@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "canvas/PagePixels.h"
-#include "support/LayersFixture.h"
+#include "tests/support/LayersFixture.h"
 
 namespace kw::test {
 namespace {

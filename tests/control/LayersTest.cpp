@@ -4,8 +4,8 @@
 #include <random>
 
 #include "layers/PointInRect.h"
-#include "support/Errors.h"
-#include "support/LayersFixture.h"
+#include "tests/support/Errors.h"
+#include "tests/support/LayersFixture.h"
 
 namespace kw::test {
 namespace {

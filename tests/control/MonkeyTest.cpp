@@ -10,8 +10,8 @@
 #include <random>
 #include <utility>
 
-#include "support/LayersFixture.h"
-#include "support/Watched.h"
+#include "tests/support/LayersFixture.h"
+#include "tests/support/Watched.h"
 
 namespace kw::test {
 namespace {

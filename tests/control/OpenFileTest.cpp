@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "support/EditorFixture.h"
+#include "tests/support/EditorFixture.h"
 
 namespace kw::test {
 namespace {
@@ -70,7 +70,7 @@ TEST_F(OpenFile, OfThreePagesWritesThePageFilesLastToFirstAndShowsPageOne) {
                                                                {folder.File("D_Page_2.tif"), 2, 3},
                                                                {folder.File("D_Page_1.tif"), 1, 3}}));
   for (int page = 1; page <= 3; ++page) {
-    KWPicEd engine;
+    PictureDocument engine;
     ASSERT_TRUE(engine.Load(folder.File("D_Page_" + std::to_string(page) + ".tif")));
     EXPECT_EQ(engine.PageCount(), 1);
     EXPECT_EQ(engine.Width(), 10 * page);
@@ -122,7 +122,7 @@ TEST_F(OpenFile, RestartsTheDefaultToolsTimerThatIsRunning) {
 TEST_F(OpenFile, KeepsTheDepthOfEachPage) {
   const std::string path = folder.File("D.fmf");
   for (const int depth : {24, 8, 1}) {
-    KWPicEd engine;
+    PictureDocument engine;
     engine.Replace(Bitmap(30, 20, depth));
     engine.Append(path);
   }

@@ -1,6 +1,6 @@
 // The question whether to keep a page's changes. Nothing counts pages saved in this version, so no user sees it.
 
-#include "support/EditorFixture.h"
+#include "tests/support/EditorFixture.h"
 
 namespace kw::test {
 namespace {

@@ -1,6 +1,6 @@
 // What the mouse does to a layer that is picked: moving, sizing, typing.
 
-#include "support/LayersFixture.h"
+#include "tests/support/LayersFixture.h"
 
 namespace kw::test {
 namespace {

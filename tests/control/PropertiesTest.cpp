@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <thread>
 
-#include "support/EditorFixture.h"
-#include "support/Errors.h"
+#include "tests/support/EditorFixture.h"
+#include "tests/support/Errors.h"
 
 namespace kw::test {
 namespace {
@@ -214,10 +214,10 @@ TEST_F(Signature, GoesThroughTheScratchBitmapWhichIsDeleted) {
 }
 
 TEST_F(Signature, WhoseScratchBitmapIsGoneIsAnErrorAndIsTaken) {
-  desktop.pictureLoader = [load = desktop.pictureLoader](const std::string& path) {
-    Bitmap picture = load(path);
-    if (path.ends_with("tmp1234.bmp")) RemoveFileAt(path);
-    return picture;
+  // While it is there, it is asked for to mark it, to read it and to remove it.
+  desktop.onProcessNumber = [this, asked = 0]() mutable {
+    const std::string scratch = folder.File("tmp1234.bmp");
+    if (Exists(scratch) && ++asked == 3) RemoveFileAt(scratch);
   };
   control->LetSignatureFilePath(MakeImage("sign.bmp", 12, 7));
   EXPECT_EQ(events.errors, std::vector<int>{53});

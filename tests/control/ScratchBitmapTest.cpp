@@ -3,15 +3,33 @@
 #include <array>
 #include <thread>
 
-#include "support/EditorFixture.h"
+#include "tests/support/EditorFixture.h"
 
 namespace kw::test {
 namespace {
 
-using Scratch = EditorTest;
+class Scratch : public EditorTest {
+protected:
+  // Does something to the scratch bitmap each time that it is written, before it is read again.
+  void WhenItIsWritten(const std::function<void()>& step) {
+    desktop.onProcessNumber = [this, step] {
+      const std::string bytes = ReadWhole(folder.File("tmp1234.bmp"));
+      if (!bytes.ends_with("\n1234\n") || bytes == lastSeen) return;
+      step();
+      lastSeen = ReadWhole(folder.File("tmp1234.bmp"));
+    };
+  }
+
+private:
+  std::string lastSeen;
+};
 
 TEST_F(Scratch, OfAnotherInstanceIsNeverShown) {
-  desktop.pictureLoader = [](const std::string&) { return Bitmap(5, 5, 24); };
+  int replaced = 0;
+  WhenItIsWritten([&] {
+    ++replaced;
+    MakeImage("tmp1234.bmp", 5, 5);
+  });
   control->OpenFile(MakeImage("scan.bmp", 30, 40));
   control->LetBGImage(MakeImage("back.bmp", 31, 41));
   control->LetSignatureFilePath(MakeImage("sign.bmp", 32, 42));
@@ -19,11 +37,12 @@ TEST_F(Scratch, OfAnotherInstanceIsNeverShown) {
   EXPECT_EQ(Form().TransBackImage.Picture().Width(), 31);
   EXPECT_EQ(control->SignatureImage().Width(), 32);
   EXPECT_TRUE(events.errors.empty());
+  EXPECT_GE(replaced, 3) << "one of them each";
 }
 
 TEST_F(Scratch, ThatCannotBeReadLeavesThePicture) {
   control->OpenFile(MakeDocument("D.tif", 2));
-  desktop.pictureLoader = [](const std::string&) -> Bitmap { Raise(ErrorNumber::FileNotFound); };
+  WhenItIsWritten([&] { RemoveFileAt(folder.File("tmp1234.bmp")); });
   Form().PageIndex.SetValue(2);
   EXPECT_EQ(Form().TransLayers(1).Width(), 20);
   EXPECT_EQ(Form().TransLayers(1).Picture().Width(), 10);
@@ -32,18 +51,12 @@ TEST_F(Scratch, ThatCannotBeReadLeavesThePicture) {
 
 TEST_F(Scratch, ThatCannotBeWrittenLeavesThePictureAndAnOlderOneIsNotShown) {
   control->OpenFile(MakeDocument("D.tif", 2));
-  const std::filesystem::path older = ToFilesystemPath(folder.File("tmp1234.bmp"));
+  const std::filesystem::path older = ToFilesystemPath(MakeImage("tmp1234.bmp", 5, 5));
   constexpr auto mayWrite = std::filesystem::perms::owner_write;
   std::filesystem::permissions(older, std::filesystem::perms::owner_read);
-  int loads = 0;
-  desktop.pictureLoader = [&](const std::string&) {
-    ++loads;
-    return Bitmap(5, 5, 24);
-  };
   Form().PageIndex.SetValue(2);
   EXPECT_EQ(Form().TransLayers(1).Width(), 20);
   EXPECT_EQ(Form().TransLayers(1).Picture().Width(), 10);
-  EXPECT_EQ(loads, 0);
   EXPECT_EQ(events.errors.size(), 1U);
   EXPECT_EQ(Form().editor.Pointer(), MousePointer::Default) << "what follows ran";
   std::filesystem::permissions(older, mayWrite, std::filesystem::perm_options::add);
@@ -51,7 +64,7 @@ TEST_F(Scratch, ThatCannotBeWrittenLeavesThePictureAndAnOlderOneIsNotShown) {
 
 // An automation error's number.
 TEST_F(Scratch, AnErrorAbove32767IsShownButNotRaisedAsAnEvent) {
-  desktop.pictureLoader = [](const std::string&) -> Bitmap { throw RunTimeError(40000, "too large"); };
+  WhenItIsWritten([] { throw RunTimeError(40000, "too large"); });
   control->OpenFile(MakeImage("scan.bmp"));
   ASSERT_EQ(desktop.boxes.size(), 2U);
   EXPECT_EQ(desktop.boxes[1].prompt.rfind("Error Number : 40000\r\n", 0), 0U);
@@ -63,7 +76,6 @@ TEST_F(Scratch, AnErrorAbove32767IsShownButNotRaisedAsAnEvent) {
 bool IsLeft(ScriptedDesktop& desktop, const TemporaryFolder& folder, const std::string& machine, std::int64_t process) {
   RecordedEvents events;
   ScriptedDesktop other;
-  other.pictureLoader = &LoadWhole;
   other.machineName = machine;
   other.processNumber = process;
   std::string left;
@@ -129,7 +141,6 @@ public:
   void TurnPages(int turns) {
     AppDir = folder.Path();
     ScriptedDesktop desktop;
-    desktop.pictureLoader = &LoadWhole;
     KwEditorLayers control(desktop, events);
     control.UserControl_Initialize();
     control.OpenFile(path);
@@ -138,7 +149,7 @@ public:
     for (int i = 0; i < turns; ++i) {
       page = (page - 1 + direction + pages) % pages + 1;
       control.Form().PageIndex.SetValue(page);
-      const Bitmap expected = LoadWhole(GetPageFile(page));
+      const Bitmap expected = LoadPicture(GetPageFile(page));
       if (!SamePicture(control.Form().TransLayers(1).Picture(), expected)) ++wrongPages;
       if (i % 10 == 0) control.LetBGImage(GetPageFile(1));
       if (i % 20 == 0) control.LetSignatureFilePath(GetPageFile(2));

@@ -1,4 +1,4 @@
-#include "support/LayersFixture.h"
+#include "tests/support/LayersFixture.h"
 
 namespace kw::test {
 namespace {

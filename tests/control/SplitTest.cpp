@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "devices/Printing.h"
-#include "support/EditorFixture.h"
+#include "devices/printing/Printing.h"
+#include "tests/support/EditorFixture.h"
 
 namespace kw::test {
 namespace {
@@ -13,6 +13,8 @@ const ScriptedDesktop::Box SplitFileError{"Invalid file format..", "File Error",
 // Cannot write some page files.
 class HinderedEngine : public KWPicEd {
 public:
+  using KWPicEd::KWPicEd;
+
   std::string hindered;
   ErrorNumber error = ErrorNumber::DiskFull;
   std::vector<std::string> tried;
@@ -41,8 +43,8 @@ protected:
   std::vector<int> announced;
   std::vector<int> changedTo;
   Openings openings;
-  HinderedEngine engine;
-  KWPicEd tempEngine;
+  HinderedEngine engine{desktop};
+  KWPicEd tempEngine{desktop};
   CommandBracket bracket{
       {desktop, Form(), control->ErrorTrap(), control->LayerRoom(), control->ZoomRoom(), openings, engine}};
   Document document{{desktop, Form(), control->ErrorTrap(), control->LayerRoom(), bracket, *control, openings, engine}};
@@ -68,7 +70,7 @@ TEST_F(HinderedSplit, NoOlderPageFileIsShownInPlaceOfOneThatWasNotWritten) {
   EXPECT_EQ(desktop.boxes.back(), SplitFileError);
   EXPECT_FALSE(Form().TransLayers(1).HasPicture());
   EXPECT_EQ(engine.PageCount(), 0);
-  EXPECT_EQ(LoadWhole(folder.File("D_Page_1.tif")).Width(), 99) << "it is not deleted";
+  EXPECT_EQ(LoadPicture(folder.File("D_Page_1.tif")).Width(), 99) << "it is not deleted";
   // The next split writes it.
   engine.hindered.clear();
   control->LetEnabled(true);
@@ -98,7 +100,7 @@ protected:
   std::string MakeFile(const std::string& name, const std::vector<Bitmap>& pages) {
     std::string path = folder.File(name);
     for (const Bitmap& page : pages) {
-      KWPicEd engine;
+      PictureDocument engine;
       engine.Replace(page);
       engine.Append(path);
     }
@@ -110,7 +112,7 @@ protected:
     return pages;
   }
   static std::string FormatOf(const std::string& path) {
-    KWPicEd engine;
+    PictureDocument engine;
     EXPECT_TRUE(engine.Load(path)) << path;
     return std::string(engine.FormatName());
   }
@@ -143,10 +145,10 @@ TEST_F(Split, ADamagedPageThatIsDecodedDoesNotHoldUpTheOthers) {
   control->OpenFile(folder.File("D.tif"));
   EXPECT_EQ(events.errors, std::vector<int>{481});
   EXPECT_EQ(Announced(), (std::vector<int>{3, 2, 1}));
-  EXPECT_EQ(LoadWhole(folder.File("first_Page_3.bmp")).PixelAt(0, 0), (Rgb{3, 3, 3}));
-  EXPECT_EQ(LoadWhole(folder.File("first_Page_2.bmp")).Width(), 20);
-  EXPECT_EQ(LoadWhole(folder.File("first_Page_2.bmp")).PixelAt(0, 0), (Rgb{255, 255, 255}));
-  EXPECT_EQ(LoadWhole(folder.File("first_Page_1.bmp")).PixelAt(0, 0), (Rgb{1, 1, 1}));
+  EXPECT_EQ(LoadPicture(folder.File("first_Page_3.bmp")).PixelAt(0, 0), (Rgb{3, 3, 3}));
+  EXPECT_EQ(LoadPicture(folder.File("first_Page_2.bmp")).Width(), 20);
+  EXPECT_EQ(LoadPicture(folder.File("first_Page_2.bmp")).PixelAt(0, 0), (Rgb{255, 255, 255}));
+  EXPECT_EQ(LoadPicture(folder.File("first_Page_1.bmp")).PixelAt(0, 0), (Rgb{1, 1, 1}));
 }
 
 TEST_F(Split, OntoTheFileThatItReadsIsRefusedBeforeAnythingIsWritten) {
@@ -210,7 +212,7 @@ TEST_F(Split, NeverWritesAPageOfOneBitAsJpeg) {
   control->OpenFile(MakeFile("fax.fmf", {Bitmap(64, 32, 1), Bitmap(64, 32, 24)}));
   EXPECT_TRUE(events.errors.empty());
   EXPECT_EQ(FormatOf(folder.File("photo_Page_1.jpg")), "FMF");
-  EXPECT_EQ(LoadWhole(folder.File("photo_Page_1.jpg")).BitsPerPixel(), 1);
+  EXPECT_EQ(LoadPicture(folder.File("photo_Page_1.jpg")).BitsPerPixel(), 1);
   EXPECT_EQ(FormatOf(folder.File("photo_Page_2.jpg")), "JPEG");
 }
 

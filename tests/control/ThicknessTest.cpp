@@ -1,6 +1,6 @@
 // The slider of the line thickness, its sample and its captions.
 
-#include "support/EditorFixture.h"
+#include "tests/support/EditorFixture.h"
 
 namespace kw::test {
 namespace {

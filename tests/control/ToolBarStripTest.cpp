@@ -1,6 +1,6 @@
 // Where the tool bars of the strip lie.
 
-#include "support/EditorFixture.h"
+#include "tests/support/EditorFixture.h"
 
 namespace kw::test {
 namespace {

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "components/Scanner.h"
-#include "support/CommandCases.h"
-#include "support/EditorFixture.h"
+#include "components/controls/Scanner.h"
+#include "tests/support/CommandCases.h"
+#include "tests/support/EditorFixture.h"
 
 namespace kw::test {
 namespace {

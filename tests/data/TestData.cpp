@@ -1,4 +1,4 @@
-#include "data/TestData.h"
+#include "tests/data/TestData.h"
 
 namespace kw {
 

@@ -1,8 +1,8 @@
 // Printing while the user cancels, the printer fails, or something else happens to the document.
 
-#include "devices/PrintingFixture.h"
+#include "tests/devices/PrintingFixture.h"
 
-#include "components/Files.h"
+#include "components/base/Files.h"
 
 namespace kw::test {
 namespace {

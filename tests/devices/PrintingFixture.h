@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "support/EditorFixture.h"
+#include "tests/support/EditorFixture.h"
 
 namespace kw::test {
 

@@ -1,4 +1,4 @@
-#include "devices/PrintingFixture.h"
+#include "tests/devices/PrintingFixture.h"
 
 #include <algorithm>
 #include <utility>

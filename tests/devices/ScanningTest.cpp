@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
-#include "components/Scanner.h"
-#include "support/EditorFixture.h"
+#include "components/controls/Scanner.h"
+#include "tests/support/EditorFixture.h"
 
 namespace kw::test {
 namespace {

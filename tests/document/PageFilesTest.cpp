@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "support/Errors.h"
-#include "support/ScriptedDesktop.h"
+#include "tests/support/Errors.h"
+#include "tests/support/ScriptedDesktop.h"
 #include "trap/Trap.h"
 
 namespace kw {

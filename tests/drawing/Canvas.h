@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "components/Units.h"
+#include "components/base/Units.h"
 #include "drawing/FrameBuffer.h"
 
 namespace kw::test {

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "drawing/Canvas.h"
+#include "tests/drawing/Canvas.h"
 
 namespace kw {
 namespace {

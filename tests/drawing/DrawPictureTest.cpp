@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "drawing/Canvas.h"
+#include "tests/drawing/Canvas.h"
 
 namespace kw {
 namespace {

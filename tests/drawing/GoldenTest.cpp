@@ -11,10 +11,10 @@
 #include <string>
 #include <vector>
 
-#include "components/LightWeightMarker.h"
-#include "drawing/Canvas.h"
-#include "drawing/CanvasItems.h"
+#include "components/controls/LightWeightMarker.h"
 #include "drawing/Compositor.h"
+#include "scene/CanvasItems.h"
+#include "tests/drawing/Canvas.h"
 
 namespace kw::test {
 namespace {

@@ -7,7 +7,7 @@
 
 #include <gtest/gtest.h>
 
-#include "drawing/Coverage.h"
+#include "tests/drawing/Coverage.h"
 
 namespace kw {
 namespace {

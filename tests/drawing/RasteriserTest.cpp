@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
-#include "drawing/Coverage.h"
 #include "drawing/Outline.h"
+#include "tests/drawing/Coverage.h"
 
 namespace kw {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "drawing/CanvasItems.h"
+#include "scene/CanvasItems.h"
 
 namespace kw {
 namespace {

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "CommandLine.h"
-#include "components/Unicode.h"
-#include "support/TemporaryFolder.h"
+#include "components/base/Unicode.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace kw::host {
 namespace {

@@ -1,5 +1,5 @@
-#include "kwpic/Program.h"
-#include "picture/KWPicEd.h"
+#include "picture/PictureDocument.h"
+#include "tests/kwpic/Program.h"
 
 namespace kw {
 namespace {
@@ -16,13 +16,13 @@ protected:
     return outcome.errors;
   }
   std::string Picture(const std::string& name, const Bitmap& picture = Noise(20, 10, 24)) {
-    KWPicEd engine;
+    PictureDocument engine;
     engine.Replace(picture);
     engine.Save(At(name));
     return At(name);
   }
   std::string TwoPages(const std::string& name) {
-    KWPicEd engine;
+    PictureDocument engine;
     engine.Replace(FaxPage(40, 30));
     engine.Append(At(name));
     engine.Append(At(name));
@@ -113,7 +113,7 @@ TEST_F(KwpicErrors, WhatIsRecoveredOfADamagedPictureIsSaid) {
   EXPECT_EQ(0, outcome.code);
   EXPECT_EQ("kwpic: warning: " + cut + ": 3 of 10 rows of the page are not whole. The bitmap is cut short.\n",
             outcome.errors);
-  KWPicEd engine;
+  PictureDocument engine;
   ASSERT_TRUE(engine.Load(At("out.tif")));
   EXPECT_EQ((Rgb{255, 255, 255}), engine.Current().PixelAt(5, 2));
   EXPECT_EQ(Noise(20, 10, 24).PixelAt(5, 3), engine.Current().PixelAt(5, 3));

@@ -2,8 +2,8 @@
 
 #include <functional>
 
-#include "kwpic/Program.h"
-#include "picture/KWPicEd.h"
+#include "picture/PictureDocument.h"
+#include "tests/kwpic/Program.h"
 
 namespace kw {
 namespace {
@@ -38,7 +38,7 @@ protected:
 };
 
 TEST_F(KwpicTerminal, LongWorkOnADocumentShowsItsPagesAndTakesTheBarAwayAtTheEnd) {
-  KWPicEd engine;
+  PictureDocument engine;
   engine.Replace(Noise(300, 300, 24));
   int pages = 0;
   int steps = 4;
@@ -54,7 +54,7 @@ TEST_F(KwpicTerminal, LongWorkOnADocumentShowsItsPagesAndTakesTheBarAwayAtTheEnd
 }
 
 TEST_F(KwpicTerminal, JoiningManyFilesShowsTheFiles) {
-  KWPicEd engine;
+  PictureDocument engine;
   engine.Replace(Noise(300, 300, 24));
   engine.Save(At("page.tif"));
   int steps = 32;
@@ -69,7 +69,7 @@ TEST_F(KwpicTerminal, JoiningManyFilesShowsTheFiles) {
 }
 
 TEST_F(KwpicTerminal, ShortWorkShowsNothing) {
-  KWPicEd engine;
+  PictureDocument engine;
   engine.Replace(FaxPage(40, 30));
   engine.Append(At("two.tif"));
   engine.Append(At("two.tif"));

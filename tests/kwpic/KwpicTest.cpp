@@ -1,10 +1,10 @@
 #include <map>
 #include <sstream>
 
-#include "data/TestData.h"
-#include "kwpic/Program.h"
-#include "picture/KWPicEd.h"
-#include "picture/TiffMaker.h"
+#include "picture/PictureDocument.h"
+#include "tests/data/TestData.h"
+#include "tests/kwpic/Program.h"
+#include "tests/picture/TiffMaker.h"
 
 namespace kw {
 namespace {
@@ -31,7 +31,7 @@ protected:
       EXPECT_TRUE(SamePicture(pages[static_cast<std::size_t>(page - 1)], engine.Current())) << path << " page " << page;
     }
   }
-  KWPicEd engine;
+  PictureDocument engine;
 };
 
 TEST_F(Kwpic, InfoTellsFormatPagesSizesAndResolutions) {
@@ -61,7 +61,7 @@ TEST_F(Kwpic, SplitWritesTheCodedPagesBesideTheFileOrIntoAFolder) {
 
 TEST_F(Kwpic, SplitsIntoALongFolder) {
   const std::string path = At("page.bmp");
-  KWPicEd engine;
+  PictureDocument engine;
   engine.Replace(Noise(9, 9, 24));
   engine.Save(path);
   std::string deep = At(std::string(60, 'a'));
@@ -154,7 +154,7 @@ TEST_F(Kwpic, EffectsIsTheTable) {
   const std::string table = Output({"effects"});
   for (const Effect& effect : Effects()) {
     EXPECT_NE(std::string::npos, table.find(std::string(effect.command) + " ")) << effect.command;
-    for (const EffectParameter& parameter : effect.parameters) {
+    for (const Parameter& parameter : effect.parameters) {
       if (effect.procedure == nullptr) continue;
       EXPECT_NE(std::string::npos, table.find("--" + std::string(parameter.name) + " ")) << parameter.name;
     }

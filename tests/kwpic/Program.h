@@ -2,8 +2,8 @@
 
 #include <cstdlib>
 
-#include "components/Unicode.h"
-#include "picture/Scratch.h"
+#include "components/base/Unicode.h"
+#include "tests/picture/Scratch.h"
 
 namespace kw {
 

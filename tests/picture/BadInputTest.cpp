@@ -6,10 +6,10 @@
 #endif
 
 #include "picture/Depth.h"
-#include "picture/KWPicEd.h"
-#include "picture/Scratch.h"
-#include "picture/TiffMaker.h"
+#include "picture/PictureDocument.h"
 #include "picture/formats/Formats.h"
+#include "tests/picture/Scratch.h"
+#include "tests/picture/TiffMaker.h"
 
 namespace kw {
 namespace {
@@ -27,7 +27,7 @@ protected:
     SCOPED_TRACE(what);
     ExpectRefused(Put("bad", bytes));
   }
-  KWPicEd engine;
+  PictureDocument engine;
 };
 
 TEST_F(BadInput, PathsThatNameNoReadableFile) {

@@ -2,7 +2,7 @@
 #include <string>
 
 #include "picture/Bytes.h"
-#include "picture/KindsTest.h"
+#include "tests/picture/KindsTest.h"
 
 namespace kw {
 namespace {

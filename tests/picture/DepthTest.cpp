@@ -2,9 +2,9 @@
 
 #include <set>
 
-#include "picture/KWPicEd.h"
-#include "picture/Scratch.h"
+#include "picture/PictureDocument.h"
 #include "picture/Signature.h"
+#include "tests/picture/Scratch.h"
 
 namespace kw {
 namespace {
@@ -75,7 +75,7 @@ TEST(Depth, EngineTakesTheNextDepthUpAndSaysWhich) {
   };
   for (const Case& step : {Case{1, 1}, Case{2, 4}, Case{4, 4}, Case{5, 8}, Case{8, 8}, Case{15, 24}, Case{16, 24},
                            Case{24, 24}, Case{25, 32}, Case{32, 32}, Case{48, 24}, Case{32767, 24}}) {
-    KWPicEd engine;
+    PictureDocument engine;
     engine.Replace(Noise(20, 10, 8));
     std::int16_t bits = step.wanted;
     engine.ConvertToBitsPerPixel(bits);
@@ -86,7 +86,7 @@ TEST(Depth, EngineTakesTheNextDepthUpAndSaysWhich) {
 }
 
 TEST(Depth, EngineKeepsAlphaWhereMoreThan32BitsAreAskedFor) {
-  KWPicEd engine;
+  PictureDocument engine;
   engine.Replace(Noise(20, 10, 32));
   std::int16_t bits = 64;
   engine.ConvertToBitsPerPixel(bits);
@@ -95,7 +95,7 @@ TEST(Depth, EngineKeepsAlphaWhereMoreThan32BitsAreAskedFor) {
 }
 
 TEST(Depth, EngineRefusesNoBits) {
-  KWPicEd engine;
+  PictureDocument engine;
   engine.Replace(Noise(20, 10, 8));
   for (std::int16_t bits : {std::int16_t{0}, std::int16_t{-8}}) {
     EXPECT_EQ(NumberOf(ErrorNumber::InvalidProcedureCall), ErrorOf([&] { engine.ConvertToBitsPerPixel(bits); }));
@@ -114,7 +114,7 @@ TEST(Signature, PaperBecomesWhiteAndInkStaysDark) {
         std::fill_n(row.begin() + static_cast<std::ptrdiff_t>(x * 3), 3, level);
       }
     }
-    KWPicEd engine;
+    PictureDocument engine;
     engine.Replace(ToDepth(scan, depth));
     engine.PrepareSignature();
     EXPECT_EQ((Rgb{255, 255, 255}), engine.Current().PixelAt(2, 2)) << depth;

@@ -16,9 +16,9 @@
 #include <optional>
 #include <thread>
 
-#include "picture/KWPicEd.h"
-#include "picture/Scratch.h"
+#include "picture/PictureDocument.h"
 #include "picture/formats/Formats.h"
+#include "tests/picture/Scratch.h"
 
 #ifndef _WIN32
 
@@ -79,11 +79,11 @@ class Durable : public ScratchTest {
 protected:
   void SetUp() override { engine.Replace(Noise(50, 40, 24)); }
   void Append(const std::string& path, const Bitmap& page) const {
-    KWPicEd maker;
+    PictureDocument maker;
     maker.Replace(page);
     maker.Append(path);
   }
-  KWPicEd engine;
+  PictureDocument engine;
 };
 
 constexpr const char* LeftoverName = "kw0123456789abcdef.tmp";
@@ -330,14 +330,14 @@ TEST_F(Durable, LinkIsFollowed) {
     EXPECT_TRUE(std::filesystem::is_symlink(folder / "link.bmp")) << what;
     EXPECT_TRUE(std::filesystem::is_regular_file(std::filesystem::symlink_status(folder / "far" / "page.bmp"))) << what;
   }
-  EXPECT_TRUE(KWPicEd().Load(At("far/page.bmp")));
+  EXPECT_TRUE(PictureDocument().Load(At("far/page.bmp")));
   std::filesystem::create_symlink("circle.bmp", folder / "circle.bmp");
   EXPECT_NE(0, ErrorOf([&] { engine.Save(At("circle.bmp")); }));
 }
 
 TEST_F(Durable, PipesAndFoldersAreNeitherReadNorReplaced) {
   ASSERT_EQ(0, mkfifo((folder / "pipe.bmp").c_str(), 0666));
-  EXPECT_FALSE(KWPicEd().Load(At("pipe.bmp")));
+  EXPECT_FALSE(PictureDocument().Load(At("pipe.bmp")));
   EXPECT_EQ(NumberOf(ErrorNumber::PathFileAccessError), ErrorOf([&] { engine.Save(At("pipe.bmp")); }));
   EXPECT_EQ((std::vector<std::string>{"pipe.bmp"}), Names());
 }
@@ -369,7 +369,7 @@ TEST_F(Durable, ProcessThatIsEndedAtAnyMomentLeavesTheOldFileOrTheNewOne) {
     const pid_t child = fork();
     ASSERT_GE(child, 0);
     if (child == 0) {
-      KWPicEd saver;
+      PictureDocument saver;
       for (std::size_t i = 0;; ++i) {
         saver.Replace(pictures[i % 2]);
         saver.Save(At("a.bmp"));
@@ -378,7 +378,7 @@ TEST_F(Durable, ProcessThatIsEndedAtAnyMomentLeavesTheOldFileOrTheNewOne) {
     std::this_thread::sleep_for(std::chrono::microseconds(random() % 20000));
     kill(child, SIGKILL);
     ASSERT_EQ(child, waitpid(child, nullptr, 0));
-    KWPicEd reader;
+    PictureDocument reader;
     ASSERT_TRUE(reader.Load(At("a.bmp"))) << reader.LastLoadError();
     EXPECT_TRUE(SamePicture(pictures[0], reader.Current()) || SamePicture(pictures[1], reader.Current())) << round;
   }

@@ -1,7 +1,7 @@
 // How pages lie in an fmf document, read with the codec library alone.
 
-#include "picture/KWPicEd.h"
-#include "picture/TiffMaker.h"
+#include "picture/PictureDocument.h"
+#include "tests/picture/TiffMaker.h"
 
 namespace kw {
 namespace {
@@ -52,7 +52,7 @@ TEST_F(FmfCoding, OfEachKindOfPageIsTheDocumentedOne) {
       {Noise(3000, height, 32), PHOTOMETRIC_RGB, 4, 8, COMPRESSION_LZW, PREDICTOR_HORIZONTAL, stripBytes / 12000},
   };
   for (const Coding& coding : codings) {
-    KWPicEd engine;
+    PictureDocument engine;
     engine.Replace(coding.page);
     engine.Save(At("page.fmf"));
     TIFF* const file = TIFFOpen(At("page.fmf").c_str(), "r");

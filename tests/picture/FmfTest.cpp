@@ -1,9 +1,9 @@
 #include <array>
 #include <climits>
 
-#include "picture/KWPicEd.h"
-#include "picture/TiffMaker.h"
+#include "picture/PictureDocument.h"
 #include "picture/formats/Formats.h"
+#include "tests/picture/TiffMaker.h"
 
 namespace kw {
 namespace {
@@ -18,7 +18,7 @@ protected:
   std::string Document(const std::vector<Bitmap>& pages, const std::string& name = "document.fmf") {
     std::string path = At(name);
     for (const Bitmap& page : pages) {
-      KWPicEd maker;
+      PictureDocument maker;
       maker.Replace(page);
       maker.Append(path);
     }
@@ -33,7 +33,7 @@ protected:
       EXPECT_EQ("", engine.Warning());
     }
   }
-  KWPicEd engine;
+  PictureDocument engine;
 };
 
 const std::vector<Bitmap>& SomePages() {
@@ -179,7 +179,7 @@ TEST_F(Fmf, OnlyDocumentsOfSeveralPagesAreAppendedTo) {
   EXPECT_EQ(NumberOf(ErrorNumber::InvalidPicture), ErrorOf([&] { engine.Append(Put("text.fmf", text)); }));
   EXPECT_EQ(text, BytesOf(At("text.fmf")));
   EXPECT_EQ(NumberOf(ErrorNumber::PathNotFound), ErrorOf([&] { engine.Append(At("no/folder/page.fmf")); }));
-  EXPECT_EQ(NumberOf(ErrorNumber::ObjectVariableNotSet), ErrorOf([&] { KWPicEd().Append(At("none.fmf")); }));
+  EXPECT_EQ(NumberOf(ErrorNumber::ObjectVariableNotSet), ErrorOf([&] { PictureDocument().Append(At("none.fmf")); }));
   EXPECT_EQ((std::vector<std::string>{"text.fmf"}), Names());
 }
 

@@ -3,7 +3,7 @@
 
 #include <gif_lib.h>
 
-#include "picture/KindsTest.h"
+#include "tests/picture/KindsTest.h"
 
 namespace kw {
 namespace {
@@ -131,7 +131,7 @@ TEST_F(GifKinds, FramesSplitIntoFilesOfOnePage) {
   Open(file.bytes);
   engine.SelectPage(2);
   engine.Save(At("page.gif"));
-  KWPicEd again;
+  PictureDocument again;
   ASSERT_TRUE(again.Load(At("page.gif"))) << again.LastLoadError();
   EXPECT_EQ(1, again.PageCount());
   EXPECT_EQ((Rgb{255, 0, 0}), again.Current().PixelAt(0, 0));

@@ -1,6 +1,7 @@
-#include "picture/KWPicEd.h"
-#include "picture/WatchedFile.h"
+#include "picture/PictureDocument.h"
 #include "picture/formats/Formats.h"
+#include "tests/picture/WatchedFile.h"
+#include "tests/support/Effects.h"
 
 namespace kw {
 namespace {
@@ -8,7 +9,7 @@ namespace {
 class HostilePictures : public ScratchTest {
 protected:
   bool Loads(const Bytes& bytes) { return engine.Load(Put("hostile", bytes)); }
-  KWPicEd engine;
+  PictureDocument engine;
 };
 
 // A GIF of black and white frames of two by two pixels.
@@ -127,7 +128,7 @@ TEST_F(HostilePictures, EncodingAnewIsBoundedForAllPagesTogether) {
   // A picture that is the engine's own, or a document's only one, is saved as often as its user likes.
   engine.Replace(Bitmap(engine.Current()));
   for (int i = 0; i < 10; ++i) engine.Save(At("own.bmp"));
-  EXPECT_EQ(std::uint64_t{4} << 30U, KWPicEd().GetOptions().encodedBytes);
+  EXPECT_EQ(std::uint64_t{4} << 30U, PictureDocument().GetOptions().encodedBytes);
 }
 
 TEST_F(HostilePictures, ChangesOfAPicturePastTheMemoryOfAPage) {
@@ -149,14 +150,15 @@ TEST_F(HostilePictures, ChangesOfAPicturePastTheMemoryOfAPage) {
     const Bitmap before = Noise(4000, 20, change.depth);
     engine.Replace(before);
     engine.GetOptions().reading.pageMemory = PixelMemory(4000, 20, change.depth);
-    if (!change.values.empty()) engine.Settings().Set(*FindEffect(change.effect), change.values);
-    EXPECT_EQ(NumberOf(ErrorNumber::OutOfMemory), ErrorOf([&] { engine.Apply(change.effect); }));
+    const Effect& effect = *FindEffect(change.effect);
+    const std::vector<double> values = change.values.empty() ? StandardValues(effect) : change.values;
+    EXPECT_EQ(NumberOf(ErrorNumber::OutOfMemory), ErrorOf([&] { engine.Apply(effect, values); }));
     EXPECT_TRUE(SamePicture(before, engine.Current()));
   }
   for (const char* effect : {"Invert", "HorizontalFlip", "Threshold", "Dither", "Erode", "DecreaseBpp"}) {
     engine.Replace(Noise(4000, 20, 1));
     engine.GetOptions().reading.pageMemory = PixelMemory(4000, 20, 1);
-    EXPECT_EQ(0, ErrorOf([&] { engine.Apply(effect); })) << effect;
+    EXPECT_EQ(0, ErrorOf([&] { test::Apply(engine, effect); })) << effect;
   }
   engine.Replace(Noise(4000, 20, 1));
   std::int16_t bits = 24;
@@ -165,8 +167,7 @@ TEST_F(HostilePictures, ChangesOfAPicturePastTheMemoryOfAPage) {
   engine.GetOptions() = {};
   EXPECT_EQ(NumberOf(ErrorNumber::OutOfMemory), ErrorOf([&] {
               engine.Replace(Noise(20, 20, 24));
-              engine.Settings().Set(*FindEffect("Resize"), std::vector<double>{100, 100000, 100000, 0});
-              engine.Apply("Resize");
+              engine.Apply(*FindEffect("Resize"), std::vector<double>{100, 100000, 100000, 0});
             }));
 }
 

@@ -1,9 +1,9 @@
 #include <array>
 
-#include "picture/KWPicEd.h"
-#include "picture/TiffMaker.h"
-#include "picture/WatchedFile.h"
+#include "picture/PictureDocument.h"
 #include "picture/formats/Formats.h"
+#include "tests/picture/TiffMaker.h"
+#include "tests/picture/WatchedFile.h"
 
 namespace kw {
 namespace {
@@ -41,7 +41,7 @@ std::vector<Entry> PageOver(std::uint32_t size) {
 class HostileTiff : public ScratchTest {
 protected:
   bool Loads(const Bytes& bytes) { return engine.Load(Put("hostile.tif", bytes)); }
-  KWPicEd engine;
+  PictureDocument engine;
 };
 
 TEST_F(HostileTiff, PagesThatShareTheirPixelsAreRefused) {

@@ -5,8 +5,8 @@
 #include <jpeglib.h>
 
 #include "picture/Bytes.h"
-#include "picture/KindsTest.h"
 #include "picture/formats/Formats.h"
+#include "tests/picture/KindsTest.h"
 
 namespace kw {
 namespace {
@@ -122,7 +122,7 @@ TEST_F(JpegKinds, PictureWithDamagedExifIsShownAsItIs) {
   MemoryStream stream;
   JpegFormat.write(Noise(16, 16, 24), stream, {});
   const Bytes whole = stream.bytes;
-  KWPicEd plain;
+  PictureDocument plain;
   ASSERT_TRUE(plain.Load(Put("plain.jpg", whole)));
   for (const Bytes& exif :
        {Bytes{0xFF, 0xE1, 0, 8, 'E', 'x', 'i', 'f', 0, 0},
@@ -179,7 +179,7 @@ TEST_F(JpegKinds, OldJpegInTiffIsReadAndCodedAnewWhenSaved) {
   EXPECT_NEAR(100, Pixel(9, 9).green, 3);
   EXPECT_NEAR(50, Pixel(9, 9).blue, 3);
   engine.Save(At("out.tif"));
-  KWPicEd again;
+  PictureDocument again;
   ASSERT_TRUE(again.Load(At("out.tif"))) << again.LastLoadError();
   EXPECT_TRUE(SamePicture(engine.Current(), again.Current()));
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "picture/KWPicEd.h"
-#include "picture/Scratch.h"
+#include "picture/PictureDocument.h"
+#include "tests/picture/Scratch.h"
 
 namespace kw {
 
@@ -10,7 +10,7 @@ class KindsTest : public ScratchTest {
 protected:
   void Open(const Bytes& bytes) { ASSERT_TRUE(engine.Load(Put("picture", bytes))) << engine.LastLoadError(); }
   Rgb Pixel(std::int32_t x, std::int32_t y) { return engine.Current().PixelAt(x, y); }
-  KWPicEd engine;
+  PictureDocument engine;
 };
 
 }  // namespace kw

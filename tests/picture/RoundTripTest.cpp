@@ -3,8 +3,8 @@
 #include <tuple>
 
 #include "picture/Depth.h"
-#include "picture/KWPicEd.h"
-#include "picture/Scratch.h"
+#include "picture/PictureDocument.h"
+#include "tests/picture/Scratch.h"
 
 namespace kw {
 namespace {
@@ -15,11 +15,11 @@ TEST_P(RoundTrip, LosslessFormatKeepsSizeDepthPaletteAndPixels) {
   const auto [extension, depth, width] = GetParam();
   const Bitmap picture = Noise(width, 23, depth);
   const std::string path = At(std::string("picture.") + extension);
-  KWPicEd engine;
+  PictureDocument engine;
   engine.Replace(picture);
   engine.Save(path);
 
-  KWPicEd again;
+  PictureDocument again;
   ASSERT_TRUE(again.Load(path)) << again.LastLoadError();
   EXPECT_EQ(1, again.PageCount());
   EXPECT_EQ(depth, again.BitsPerPixel());
@@ -38,11 +38,11 @@ class GreyRoundTrip : public ScratchTest, public testing::WithParamInterface<std
 
 TEST_P(GreyRoundTrip, GreyLevelsKeepTheirPalette) {
   const auto [extension, depth] = GetParam();
-  KWPicEd engine;
+  PictureDocument engine;
   engine.Replace(Noise(45, 19, depth, false));
   const Bitmap picture = engine.Current();
   engine.Save(At(std::string("grey.") + extension));
-  KWPicEd again;
+  PictureDocument again;
   ASSERT_TRUE(again.Load(At(std::string("grey.") + extension))) << again.LastLoadError();
   EXPECT_TRUE(SamePicture(picture, again.Current()));
 }
@@ -81,10 +81,10 @@ protected:
 };
 
 TEST_F(ColourRoundTrip, JpegStaysCloseToColoursAndTheirPlaces) {
-  KWPicEd engine;
+  PictureDocument engine;
   engine.Replace(Gradient());
   engine.Save(At("a.jpg"));
-  KWPicEd again;
+  PictureDocument again;
   ASSERT_TRUE(again.Load(At("a.jpg"))) << again.LastLoadError();
   ASSERT_EQ(64, again.Width());
   ASSERT_EQ(48, again.Height());
@@ -95,10 +95,10 @@ TEST_F(ColourRoundTrip, JpegStaysCloseToColoursAndTheirPlaces) {
 TEST_F(ColourRoundTrip, JpegOfGreyPaletteIsGrey) {
   Bitmap grey(40, 40, 4);
   for (std::int32_t y = 0; y < 40; ++y) std::ranges::fill(grey.MutableRow(y), static_cast<std::uint8_t>(y / 8 * 0x33));
-  KWPicEd engine;
+  PictureDocument engine;
   engine.Replace(grey);
   engine.Save(At("a.jpeg"));
-  KWPicEd again;
+  PictureDocument again;
   ASSERT_TRUE(again.Load(At("a.jpeg"))) << again.LastLoadError();
   EXPECT_EQ(8, again.BitsPerPixel());
   EXPECT_LE(WorstError(grey, again.Current()), 6);
@@ -110,19 +110,19 @@ TEST_F(ColourRoundTrip, GifOfFewColoursIsExact) {
     auto row = picture.MutableRow(y);
     for (std::size_t i = 0; i < row.size(); ++i) row[i] = static_cast<std::uint8_t>(i / 3 % 5 * 50 + i % 3);
   }
-  KWPicEd engine;
+  PictureDocument engine;
   engine.Replace(picture);
   engine.Save(At("a.gif"));
-  KWPicEd again;
+  PictureDocument again;
   ASSERT_TRUE(again.Load(At("a.gif"))) << again.LastLoadError();
   EXPECT_EQ(0, WorstError(picture, again.Current()));
 }
 
 TEST_F(ColourRoundTrip, GifOfManyColoursIsCloseByAMadePalette) {
-  KWPicEd engine;
+  PictureDocument engine;
   engine.Replace(Gradient());
   engine.Save(At("a.gif"));
-  KWPicEd again;
+  PictureDocument again;
   ASSERT_TRUE(again.Load(At("a.gif"))) << again.LastLoadError();
   EXPECT_EQ(8, again.BitsPerPixel());
   EXPECT_LE(WorstError(Gradient(), again.Current()), 24);
@@ -130,12 +130,12 @@ TEST_F(ColourRoundTrip, GifOfManyColoursIsCloseByAMadePalette) {
 
 TEST_F(ColourRoundTrip, AlphaIsLaidOnWhiteWhereTheFormatHasNone) {
   Bitmap picture(16, 16, 32);  // black and wholly transparent
-  KWPicEd engine;
+  PictureDocument engine;
   engine.Replace(picture);
   engine.Save(At("a.gif"));
   engine.Save(At("a.jpg"));
   for (const char* name : {"a.gif", "a.jpg"}) {
-    KWPicEd again;
+    PictureDocument again;
     ASSERT_TRUE(again.Load(At(name))) << again.LastLoadError();
     EXPECT_EQ((Rgb{255, 255, 255}), again.Current().PixelAt(7, 7)) << name;
   }
@@ -146,22 +146,22 @@ class ResolutionRoundTrip : public ScratchTest, public testing::WithParamInterfa
 TEST_P(ResolutionRoundTrip, ResolutionIsKept) {
   Bitmap picture = Noise(20, 20, 24);
   picture.SetResolution(300, 200);
-  KWPicEd engine;
+  PictureDocument engine;
   engine.Replace(picture);
   const std::string path = At(std::string("a.") + GetParam());
   engine.Save(path);
-  KWPicEd again;
+  PictureDocument again;
   ASSERT_TRUE(again.Load(path)) << again.LastLoadError();
   EXPECT_NEAR(300, again.Current().HorizontalResolution(), 0.05);
   EXPECT_NEAR(200, again.Current().VerticalResolution(), 0.05);
 }
 
 TEST_P(ResolutionRoundTrip, MissingResolutionStaysMissing) {
-  KWPicEd engine;
+  PictureDocument engine;
   engine.Replace(Noise(20, 20, 24));
   const std::string path = At(std::string("a.") + GetParam());
   engine.Save(path);
-  KWPicEd again;
+  PictureDocument again;
   ASSERT_TRUE(again.Load(path)) << again.LastLoadError();
   EXPECT_EQ(0, again.Current().HorizontalResolution());
   EXPECT_EQ(0, again.Current().VerticalResolution());
@@ -173,10 +173,10 @@ class StoredCopy : public ScratchTest, public testing::WithParamInterface<const 
 
 TEST_P(StoredCopy, UnchangedPictureIsSavedByteForByte) {
   const std::string extension = GetParam();
-  KWPicEd engine;
+  PictureDocument engine;
   engine.Replace(Noise(40, 30, 8));
   engine.Save(At("a." + extension));
-  KWPicEd again;
+  PictureDocument again;
   ASSERT_TRUE(again.Load(At("a." + extension))) << again.LastLoadError();
   again.Save(At("b." + extension));
   EXPECT_EQ(BytesOf(At("a." + extension)), BytesOf(At("b." + extension)));
@@ -190,11 +190,11 @@ TEST_P(Recognition, ContentDecidesNotTheExtension) {
   const auto [format, extension] = GetParam();
   const std::string honest = At(std::string("a.") + format);
   const std::string disguised = At(std::string("b") + extension);
-  KWPicEd engine;
+  PictureDocument engine;
   engine.Replace(FaxPage(90, 60));
   engine.Save(honest);
   std::filesystem::copy_file(ToFilesystemPath(honest), ToFilesystemPath(disguised));
-  KWPicEd again;
+  PictureDocument again;
   ASSERT_TRUE(again.Load(disguised)) << again.LastLoadError();
   EXPECT_EQ(90, again.Width());
   EXPECT_EQ(60, again.Height());

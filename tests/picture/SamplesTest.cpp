@@ -1,9 +1,9 @@
 #include <array>
 
-#include "data/TestData.h"
-#include "picture/KWPicEd.h"
-#include "picture/Scratch.h"
-#include "picture/TiffMaker.h"
+#include "picture/PictureDocument.h"
+#include "tests/data/TestData.h"
+#include "tests/picture/Scratch.h"
+#include "tests/picture/TiffMaker.h"
 
 namespace kw {
 namespace {
@@ -32,7 +32,7 @@ protected:
     for (const char* extension : {"tif", "bmp", "gif", "jpg"}) {
       const std::string out = At(std::string("out.") + extension);
       engine.Save(out);
-      KWPicEd again;
+      PictureDocument again;
       ASSERT_TRUE(again.Load(out)) << again.LastLoadError();
       EXPECT_EQ(engine.Width(), again.Width());
       EXPECT_EQ(engine.Height(), again.Height());
@@ -42,7 +42,7 @@ protected:
     }
   }
 
-  KWPicEd engine;
+  PictureDocument engine;
 };
 
 TEST_F(Samples, ScannedDocumentIsSplitWithoutLoss) {
@@ -59,7 +59,7 @@ TEST_F(Samples, ScannedDocumentIsSplitWithoutLoss) {
     const std::string out = At("scan_Page_" + std::to_string(page) + ".tif");
     engine.Save(out);
     EXPECT_EQ(CodedPieces(path, static_cast<std::uint16_t>(page - 1)), CodedPieces(out, 0));
-    KWPicEd again;
+    PictureDocument again;
     ASSERT_TRUE(again.Load(out)) << again.LastLoadError();
     EXPECT_TRUE(SamePicture(engine.Current(), again.Current()));
     EXPECT_EQ(1, again.PageValue());

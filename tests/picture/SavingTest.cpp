@@ -6,9 +6,9 @@
 #include <sys/resource.h>
 #endif
 
-#include "picture/KWPicEd.h"
-#include "picture/Scratch.h"
+#include "picture/PictureDocument.h"
 #include "picture/formats/Formats.h"
+#include "tests/picture/Scratch.h"
 
 namespace kw {
 namespace {
@@ -16,7 +16,7 @@ namespace {
 class Saving : public ScratchTest {
 protected:
   void SetUp() override { engine.Replace(Noise(50, 40, 24)); }
-  KWPicEd engine;
+  PictureDocument engine;
 };
 
 TEST_F(Saving, ExtensionDecidesTheFormatInAnyLetterCase) {
@@ -66,7 +66,7 @@ TEST_F(Saving, PictureThatTheFormatCannotHoldLeavesTheOldFileAsItWas) {
 TEST_F(Saving, OldFileIsReplacedWhole) {
   Put("a.bmp", Bytes(100000, 1));
   engine.Save(At("a.bmp"));
-  KWPicEd again;
+  PictureDocument again;
   ASSERT_TRUE(again.Load(At("a.bmp"))) << again.LastLoadError();
   EXPECT_TRUE(SamePicture(engine.Current(), again.Current()));
   EXPECT_EQ(std::vector<std::string>{"a.bmp"}, Names());
@@ -78,7 +78,7 @@ TEST_F(Saving, UnicodeAndBlanksInPaths) {
   for (const std::string& path : {At(name), At("папка с пробелами/" + name)}) {
     engine.Save(path);
     EXPECT_TRUE(std::filesystem::exists(ToFilesystemPath(path)));
-    KWPicEd again;
+    PictureDocument again;
     ASSERT_TRUE(again.Load(path)) << again.LastLoadError();
     EXPECT_TRUE(SamePicture(engine.Current(), again.Current()));
   }
@@ -95,7 +95,7 @@ TEST_F(Saving, LongPaths) {
   ASSERT_GT(path.size(), 500U);
   engine.Save(path);
   engine.Save(path);
-  KWPicEd again;
+  PictureDocument again;
   ASSERT_TRUE(again.Load(path)) << again.LastLoadError();
   EXPECT_TRUE(SamePicture(engine.Current(), again.Current()));
   again.Save(path);

@@ -12,12 +12,12 @@
 
 #include <gtest/gtest.h>
 
-#include "components/Bitmap.h"
-#include "components/FilePath.h"
-#include "components/Files.h"
-#include "components/RunTimeError.h"
+#include "components/base/Bitmap.h"
+#include "components/base/FilePath.h"
+#include "components/base/Files.h"
+#include "components/base/RunTimeError.h"
 #include "picture/Stream.h"
-#include "support/TemporaryFolder.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace kw {
 

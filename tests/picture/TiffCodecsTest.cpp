@@ -1,9 +1,9 @@
 #include <array>
 #include <tuple>
 
-#include "picture/KWPicEd.h"
-#include "picture/Scratch.h"
-#include "picture/TiffMaker.h"
+#include "picture/PictureDocument.h"
+#include "tests/picture/Scratch.h"
+#include "tests/picture/TiffMaker.h"
 
 namespace kw {
 namespace {
@@ -53,7 +53,7 @@ protected:
   }
 
   std::string path = At("page.tif");
-  KWPicEd engine;
+  PictureDocument engine;
 };
 
 class BilevelCodecs : public TiffCodecs, public testing::WithParamInterface<std::tuple<int, int>> {};

@@ -1,9 +1,9 @@
 #include <array>
 #include <tuple>
 
-#include "picture/KWPicEd.h"
-#include "picture/Scratch.h"
-#include "picture/TiffMaker.h"
+#include "picture/PictureDocument.h"
+#include "tests/picture/Scratch.h"
+#include "tests/picture/TiffMaker.h"
 
 namespace kw {
 namespace {
@@ -13,7 +13,7 @@ protected:
   void Open(const std::string& file) { ASSERT_TRUE(engine.Load(file)) << engine.LastLoadError(); }
 
   std::string path = At("page.tif");
-  KWPicEd engine;
+  PictureDocument engine;
 };
 
 TEST_F(TiffKinds, FaxRowsThatBeginAtWholeWords) {

@@ -5,7 +5,7 @@
 
 #include <tiffio.h>
 
-#include "picture/Scratch.h"
+#include "tests/picture/Scratch.h"
 
 namespace kw {
 

@@ -1,8 +1,8 @@
 #include <tuple>
 
-#include "picture/KWPicEd.h"
-#include "picture/Scratch.h"
-#include "picture/TiffMaker.h"
+#include "picture/PictureDocument.h"
+#include "tests/picture/Scratch.h"
+#include "tests/picture/TiffMaker.h"
 
 namespace kw {
 namespace {
@@ -25,7 +25,7 @@ protected:
   static Bitmap PageOf(int page) { return FaxPage(WidthOf(page), 80, static_cast<unsigned>(page)); }
 
   std::string path = At("document.tif");
-  KWPicEd engine;
+  PictureDocument engine;
 };
 
 TEST_P(TiffPages, CountsSelectsAndShowsEachPage) {
@@ -67,7 +67,7 @@ TEST_P(TiffPages, SplittingKeepsCodedBytesAndTagsOfEachPage) {
     EXPECT_EQ(300.0F, resolution);
     TIFFClose(codec);
 
-    KWPicEd again;
+    PictureDocument again;
     ASSERT_TRUE(again.Load(out)) << again.LastLoadError();
     EXPECT_EQ(1, again.PageCount());
     EXPECT_TRUE(SamePicture(PageOf(page), again.Current()));
@@ -95,7 +95,7 @@ protected:
     maker.FaxPageOf(FaxPage(96, 40, 2), COMPRESSION_CCITTFAX4, 40);
     return path;
   }
-  KWPicEd engine;
+  PictureDocument engine;
 };
 
 TEST_F(Engine, HoldsNothingAtFirst) {
@@ -172,7 +172,7 @@ TEST_F(Engine, PictureOutlivesItsFile) {
   std::filesystem::remove(ToFilesystemPath(path));
   EXPECT_TRUE(SamePicture(FaxPage(64, 40), engine.Current()));
   engine.Save(At("again.tif"));
-  KWPicEd again;
+  PictureDocument again;
   ASSERT_TRUE(again.Load(At("again.tif"))) << again.LastLoadError();
   EXPECT_TRUE(SamePicture(FaxPage(64, 40), again.Current()));
 }
@@ -183,7 +183,7 @@ TEST_F(Engine, LoadedFileCanBeSavedOverItself) {
   ASSERT_TRUE(engine.Load(path));
   engine.Save(path);
   engine.Save(path);
-  KWPicEd again;
+  PictureDocument again;
   ASSERT_TRUE(again.Load(path)) << again.LastLoadError();
   EXPECT_TRUE(SamePicture(FaxPage(64, 40), again.Current()));
 }
@@ -195,7 +195,7 @@ TEST_F(Engine, PageSavedOverItsDocumentIsTheOnlyPageLeft) {
   engine.Save(At(".") + "/two.tif");
   EXPECT_EQ(1, engine.PageCount());
   EXPECT_TRUE(SamePicture(FaxPage(96, 40, 2), engine.Current()));
-  KWPicEd again;
+  PictureDocument again;
   ASSERT_TRUE(again.Load(path)) << again.LastLoadError();
   EXPECT_EQ(1, again.PageCount());
   EXPECT_TRUE(SamePicture(FaxPage(96, 40, 2), again.Current()));
@@ -209,7 +209,7 @@ TEST_F(Engine, ReplacedPictureIsOnePageOfItsOwn) {
   engine.SelectPage(1);
   EXPECT_EQ(10, engine.Width());
   engine.Save(At("out.tif"));
-  KWPicEd again;
+  PictureDocument again;
   ASSERT_TRUE(again.Load(At("out.tif")));
   EXPECT_TRUE(SamePicture(Noise(10, 10, 8), again.Current()));
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "picture/Scratch.h"
+#include "tests/picture/Scratch.h"
 
 namespace kw {
 

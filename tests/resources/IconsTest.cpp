@@ -7,7 +7,7 @@
 #include <string>
 
 #include "form/EditorForm.h"
-#include "support/ScriptedDesktop.h"
+#include "tests/support/ScriptedDesktop.h"
 
 namespace kw {
 namespace {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "stamps/frmApprovedXTimes.h"
-#include "support/EditorFixture.h"
+#include "tests/support/EditorFixture.h"
 
 namespace kw::test {
 namespace {

@@ -1,7 +1,7 @@
 // The scripted desktop's profile file keeps the promises that the system's keeps.
 
-#include "support/ProfileCases.h"
-#include "support/ScriptedDesktop.h"
+#include "tests/support/ProfileCases.h"
+#include "tests/support/ScriptedDesktop.h"
 
 namespace kw::test {
 namespace {

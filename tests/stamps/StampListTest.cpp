@@ -4,7 +4,7 @@
 #include <filesystem>
 #include <thread>
 
-#include "support/EditorFixture.h"
+#include "tests/support/EditorFixture.h"
 
 namespace kw::test {
 namespace {

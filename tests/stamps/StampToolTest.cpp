@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "drawing/CanvasItems.h"
-#include "support/LayersFixture.h"
+#include "scene/CanvasItems.h"
+#include "tests/support/LayersFixture.h"
 
 namespace kw::test {
 namespace {

@@ -5,7 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "picture/KWPicEd.h"
+#include "picture/PictureDocument.h"
+#include "tests/support/Effects.h"
 
 namespace kw::test {
 
@@ -32,7 +33,7 @@ inline Bitmap ScenePage(int page) {
 // The three pages as one document. The path has the ending of a format of several pages.
 inline void WriteSceneDocument(const std::string& path) {
   for (int page = 1; page <= 3; ++page) {
-    KWPicEd engine;
+    PictureDocument engine;
     engine.Replace(ScenePage(page));
     engine.Append(path);
   }
@@ -41,9 +42,9 @@ inline void WriteSceneDocument(const std::string& path) {
 // What the engine holds after the operations on page 2 and the second half of the bracket, which brings the picture
 // back to the depth of the page; the two commands that change the depth keep theirs.
 inline Bitmap AfterOperations(const std::vector<std::string>& operations) {
-  KWPicEd engine;
+  PictureDocument engine;
   engine.Replace(ScenePage(2));
-  for (const std::string& operation : operations) engine.Apply(operation);
+  for (const std::string& operation : operations) Apply(engine, operation);
   const bool isDepthCommand = !operations.empty() && operations[0].ends_with("creaseBpp");
   std::int16_t depth = isDepthCommand ? engine.BitsPerPixel() : std::int16_t{24};
   engine.ConvertToBitsPerPixel(depth);

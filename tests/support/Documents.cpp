@@ -1,11 +1,11 @@
-#include "support/Documents.h"
+#include "tests/support/Documents.h"
 
-#include "picture/KWPicEd.h"
+#include "picture/PictureDocument.h"
 
 namespace kw::test {
 
 void SavePicture(const Bitmap& picture, const std::string& path) {
-  KWPicEd engine;
+  PictureDocument engine;
   engine.Replace(picture);
   engine.Save(path);
 }

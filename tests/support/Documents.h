@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <string>
 
-#include "components/Bitmap.h"
+#include "components/base/Bitmap.h"
 
 namespace kw::test {
 

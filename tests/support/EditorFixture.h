@@ -8,12 +8,12 @@
 #include <string>
 #include <vector>
 
-#include "components/FilePath.h"
+#include "components/base/FilePath.h"
 #include "control/KwEditorLayers.h"
-#include "picture/KWPicEd.h"
-#include "support/Documents.h"
-#include "support/ScriptedDesktop.h"
-#include "support/TemporaryFolder.h"
+#include "picture/PictureDocument.h"
+#include "tests/support/Documents.h"
+#include "tests/support/ScriptedDesktop.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace kw::test {
 
@@ -96,18 +96,11 @@ private:
   }
 };
 
-inline Bitmap LoadWhole(const std::string& path) {
-  KWPicEd engine;
-  if (!engine.Load(path)) Raise(ErrorNumber::InvalidPicture);
-  return engine.Current();
-}
-
 // The whole control on the scripted desktop, in a folder of its own, initialised.
 class EditorTest : public testing::Test {
 protected:
   EditorTest() {
     AppDir = folder.Path();
-    desktop.pictureLoader = &LoadWhole;
     control = std::make_unique<KwEditorLayers>(desktop, events);
     control->UserControl_Initialize();
   }

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "components/RunTimeError.h"
+#include "components/base/RunTimeError.h"
 
 namespace kw::test {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/EditorFixture.h"
+#include "tests/support/EditorFixture.h"
 
 namespace kw::test {
 

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "components/Desktop.h"
-#include "support/TemporaryFolder.h"
+#include "components/platform/Desktop.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace kw::test {
 

@@ -11,8 +11,8 @@
 #include <string_view>
 #include <vector>
 
-#include "components/FilePath.h"
-#include "components/Unicode.h"
+#include "components/base/FilePath.h"
+#include "components/base/Unicode.h"
 
 namespace kw::test {
 

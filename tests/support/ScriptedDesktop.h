@@ -8,17 +8,20 @@
 #include <map>
 #include <memory>
 #include <set>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
 
-#include "components/Desktop.h"
-#include "components/DialogForm.h"
-#include "components/Files.h"
-#include "components/RunTimeError.h"
-#include "components/Scanner.h"
-#include "components/Timer.h"
-#include "support/ProfileFile.h"
+#include "components/base/Files.h"
+#include "components/base/RunTimeError.h"
+#include "components/controls/DialogForm.h"
+#include "components/controls/Scanner.h"
+#include "components/controls/Timer.h"
+#include "components/platform/Desktop.h"
+#include "components/platform/ParameterQuestion.h"
+#include "components/platform/ScannerDriver.h"
+#include "tests/support/ProfileFile.h"
 
 namespace kw::test {
 
@@ -43,7 +46,10 @@ public:
   LocalTime time{3, 8, 21};
   mutable int dateReads = 0;
   mutable int timeReads = 0;
-  std::function<Bitmap(const std::string&)> pictureLoader;
+  // Runs whenever the editor asks for the number of its process, which is part of a scratch file's name.
+  std::function<void()> onProcessNumber;
+  // What the user does in the dialogs of parameters: true for OK. Without it the values that are offered are taken.
+  std::function<bool(const ParameterQuestion&, std::span<double>)> onParameters;
   // What the user does in the common dialogs to come: a change of the fields and OK, or Cancel where there is none
   // left.
   std::deque<std::function<void(OpenDialog&)>> openAnswers;
@@ -106,6 +112,9 @@ public:
   bool ShowPrinter(PrinterDialog& dialog) override {
     printersShown.push_back(dialog);
     return Answer(printerAnswers, dialog);
+  }
+  bool ShowParameters(const ParameterQuestion& question, std::span<double> values) override {
+    return !onParameters || onParameters(question, values);
   }
   void ShowModal(DialogForm& dialog) override {
     dialog.SetVisible(true);
@@ -179,15 +188,14 @@ public:
     ++timeReads;
     return time;
   }
-  Bitmap LoadPicture(const std::string& path) override {
-    if (LookUpFile(path).empty()) Raise(ErrorNumber::FileNotFound);
-    return pictureLoader ? pictureLoader(path) : Bitmap(1, 1, 24);
-  }
   void RemoveFile(const std::string& path) override { RemoveFileAt(path); }
   std::string DirectoryLookUp(const std::string& path) override { return LookUpFile(path); }
   std::string ApplicationFolder() const override { return applicationFolder; }
   std::string MachineName() const override { return machineName; }
-  std::int64_t ProcessNumber() const override { return processNumber; }
+  std::int64_t ProcessNumber() const override {
+    if (onProcessNumber) onProcessNumber();
+    return processNumber;
+  }
   bool IsProcessRunning(std::int64_t number) const override {
     return number == processNumber || runningProcesses.contains(number);
   }

@@ -7,7 +7,7 @@
 #include <random>
 #include <string>
 
-#include "components/FilePath.h"
+#include "components/base/FilePath.h"
 
 namespace kw::test {
 

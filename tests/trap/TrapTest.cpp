@@ -6,10 +6,10 @@
 #include <new>
 #include <stdexcept>
 
-#include "components/PictureBox.h"
-#include "components/UserControl.h"
-#include "support/ScriptedDesktop.h"
-#include "support/TemporaryFolder.h"
+#include "components/controls/PictureBox.h"
+#include "components/controls/UserControl.h"
+#include "tests/support/ScriptedDesktop.h"
+#include "tests/support/TemporaryFolder.h"
 #include "trap/Procedure.h"
 
 namespace kw {

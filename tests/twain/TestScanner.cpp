@@ -1,4 +1,4 @@
-#include "twain/TestScanner.h"
+#include "tests/twain/TestScanner.h"
 
 #include <gtest/gtest.h>
 

@@ -11,8 +11,8 @@
 #include <cstring>
 #include <string>
 
-#include "twain/TestSheet.h"
-#include "windows/Twain.h"
+#include "tests/twain/TestSheet.h"
+#include "windows/scanning/Twain.h"
 
 namespace {
 

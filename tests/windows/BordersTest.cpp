@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "windows/WholeEditor.h"
+#include "tests/windows/WholeEditor.h"
 
 namespace kw::test {
 namespace {

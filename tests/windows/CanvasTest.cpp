@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "windows/Gdi.h"
-#include "windows/TestForm.h"
+#include "tests/windows/TestForm.h"
+#include "windows/base/Gdi.h"
 
 namespace kw::test {
 namespace {

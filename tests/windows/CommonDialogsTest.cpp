@@ -4,8 +4,8 @@
 
 #include <string>
 
-#include "windows/Answerer.h"
-#include "windows/TestForm.h"
+#include "tests/windows/Answerer.h"
+#include "tests/windows/TestForm.h"
 
 namespace kw::test {
 namespace {

@@ -8,13 +8,13 @@
 #include <fstream>
 #include <vector>
 
-#include "components/RunTimeError.h"
-#include "components/Timer.h"
-#include "windows/Answerer.h"
-#include "windows/ClipboardFormats.h"
-#include "windows/TestForm.h"
-#include "windows/Text.h"
-#include "windows/TextDrawing.h"
+#include "components/base/RunTimeError.h"
+#include "components/controls/Timer.h"
+#include "tests/windows/Answerer.h"
+#include "tests/windows/TestForm.h"
+#include "windows/base/ClipboardFormats.h"
+#include "windows/base/Text.h"
+#include "windows/base/TextDrawing.h"
 
 namespace kw::test {
 namespace {
@@ -202,16 +202,6 @@ TEST(Desktop, ATextInAFontThatIsNotInstalledHasAnotherOne) {
   CoverageMask mask{area, std::vector<std::uint8_t>(3000)};
   windows::GdiTextRenderer().Render({"Approved", {.name = "No Such Font", .size = 12}}, area, mask);
   EXPECT_GT(std::ranges::count(mask.coverage, 255), 20);
-}
-
-TEST(Desktop, PicturesComeFromTheLoaderAndMissingFilesAreNotFound) {
-  WindowsDesktop desktop([](const std::string&) { return Plain(3, 2, {}); });
-  try {
-    desktop.LoadPicture(R"(C:\no\such\file.bmp)");
-    FAIL();
-  } catch (const RunTimeError& error) {
-    EXPECT_EQ(error.Number(), static_cast<std::int32_t>(ErrorNumber::FileNotFound));
-  }
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "windows/FailingMemory.h"
+#include "tests/windows/FailingMemory.h"
 
 #include <windows.h>
 

@@ -11,10 +11,10 @@
 #include <string>
 #include <vector>
 
-#include "components/FilePath.h"
-#include "picture/KWPicEd.h"
-#include "support/TemporaryFolder.h"
-#include "windows/UnixHost.h"
+#include "components/base/FilePath.h"
+#include "picture/PictureDocument.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/windows/UnixHost.h"
 
 namespace kw::test {
 namespace {
@@ -51,7 +51,7 @@ protected:
   // Page 3 and page 1 fit.
   void WriteDocument() const {
     std::mt19937 random(1);
-    KWPicEd engine;
+    PictureDocument engine;
     for (const std::int32_t side : {10, 200, 20}) {
       Bitmap page(side, side, 24);
       for (std::int32_t y = 0; y < side; ++y) {

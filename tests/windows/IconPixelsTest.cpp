@@ -10,7 +10,7 @@
 #include <string>
 
 #include "resources/KwIcons.h"
-#include "windows/ControlView.h"
+#include "windows/base/Module.h"
 
 namespace kw::test {
 namespace {

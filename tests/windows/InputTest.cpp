@@ -9,7 +9,7 @@
 #include <thread>
 #include <vector>
 
-#include "windows/TestForm.h"
+#include "tests/windows/TestForm.h"
 
 namespace kw::test {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "windows/SystemObjects.h"
-#include "windows/TestForm.h"
+#include "tests/windows/SystemObjects.h"
+#include "tests/windows/TestForm.h"
 
 namespace kw::test {
 namespace {

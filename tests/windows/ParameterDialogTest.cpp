@@ -1,4 +1,4 @@
-#include "windows/ParameterDialog.h"
+#include "windows/dialogs/ParameterDialog.h"
 
 #include <commctrl.h>
 #include <gtest/gtest.h>
@@ -8,11 +8,11 @@
 #include <functional>
 #include <thread>
 
-#include "components/RunTimeError.h"
-#include "windows/ParameterText.h"
-#include "windows/PostedMessages.h"
-#include "windows/TestForm.h"
-#include "windows/Text.h"
+#include "components/base/RunTimeError.h"
+#include "tests/windows/PostedMessages.h"
+#include "tests/windows/TestForm.h"
+#include "windows/base/Text.h"
+#include "windows/dialogs/ParameterText.h"
 
 namespace kw::test {
 namespace {
@@ -79,10 +79,12 @@ class ParameterDialog : public testing::Test {
 protected:
   ParameterDialog() {
     question.title = "Kw numbers";
-    question.fields = {{"Angle", -360, 360, 90, false, "degrees"},
-                       {"BlurSigma", 0.3, 50, 1.5, false, "pixels"},
-                       {"Level", 0, 255, 0, true, "", "found"},
-                       {"Kernel", 0, 1, 0, true, "", "", {"First", "Second"}}};
+    static constexpr std::string_view choices[] = {"First", "Second"};
+    static constexpr Parameter fields[] = {{"Angle", -360, 360, 90, false, "degrees"},
+                                           {"BlurSigma", 0.3, 50, 1.5, false, "pixels"},
+                                           {"Level", 0, 255, 0, true, "", "found"},
+                                           {"Kernel", 0, 1, 0, true, "", "", choices}};
+    question.fields = fields;
   }
 
   bool Ask(const User::Action& action) {
@@ -255,7 +257,8 @@ TEST_F(ParameterDialog, DisablesItsOwnerAndLeavesWithIt) {
 }
 
 TEST_F(ParameterDialog, ManyFieldsFitOnASmallScreen) {
-  question.fields.assign(14, question.fields[1]);
+  const std::vector<Parameter> fields(14, question.fields[1]);
+  question.fields = fields;
   std::array<double, 14> many{};
   many.fill(1);
   const User user([](HWND dialog) {
@@ -272,7 +275,7 @@ TEST_F(ParameterDialog, ManyFieldsFitOnASmallScreen) {
 
 TEST(ParameterText, LabelsAreWordsWithALetterEach) {
   EXPECT_EQ(LabelOf("BlurSigma"), "Blur sigma");
-  const std::vector<ParameterField> fields{{"Angle"}, {"Area"}, {"Ra"}, {"Ar"}};
+  const std::vector<Parameter> fields{{"Angle"}, {"Area"}, {"Ra"}, {"Ar"}};
   EXPECT_EQ(WithMnemonics(fields, "d"), (std::vector<std::string>{"&Angle", "A&rea", "Ra", "Ar"}));
 }
 

@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "windows/TestForm.h"
-#include "windows/WholeEditor.h"
+#include "tests/windows/TestForm.h"
+#include "tests/windows/WholeEditor.h"
 
 namespace kw::test {
 namespace {

@@ -1,6 +1,6 @@
 // The control prints documents through the system's PostScript driver, as it does for a user.
 
-#include "windows/WholeEditor.h"
+#include "tests/windows/WholeEditor.h"
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <thread>
 
-#include "windows/TestPrinter.h"
+#include "tests/windows/TestPrinter.h"
 
 namespace kw::test {
 namespace {

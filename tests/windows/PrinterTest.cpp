@@ -8,11 +8,11 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "components/RunTimeError.h"
-#include "support/Errors.h"
-#include "windows/ImportPatch.h"
-#include "windows/Printer.h"
-#include "windows/TestPrinter.h"
+#include "components/base/RunTimeError.h"
+#include "tests/support/Errors.h"
+#include "tests/windows/ImportPatch.h"
+#include "tests/windows/TestPrinter.h"
+#include "windows/printing/Printer.h"
 
 namespace kw::test {
 namespace {

@@ -2,8 +2,8 @@
 
 #include <windows.h>
 
-#include "components/FilePath.h"
-#include "support/ProfileCases.h"
+#include "components/base/FilePath.h"
+#include "tests/support/ProfileCases.h"
 #include "windows/WindowsDesktop.h"
 
 namespace kw::test {

@@ -7,8 +7,8 @@
 #include <numeric>
 #include <vector>
 
-#include "windows/TestForm.h"
-#include "windows/TextDrawing.h"
+#include "tests/windows/TestForm.h"
+#include "windows/base/TextDrawing.h"
 
 namespace kw::test {
 namespace {

@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "drawing/CanvasItems.h"
-#include "windows/TestForm.h"
-#include "windows/WholeEditor.h"
+#include "scene/CanvasItems.h"
+#include "tests/windows/TestForm.h"
+#include "tests/windows/WholeEditor.h"
 
 namespace kw::test {
 namespace {

@@ -1,12 +1,12 @@
 // The control takes an image from the test source through the system's own source manager, as it does for a user.
 
-#include "windows/WholeEditor.h"
+#include "tests/windows/WholeEditor.h"
 
 #include <gtest/gtest.h>
 
-#include "components/Timer.h"
-#include "twain/TestScanner.h"
-#include "twain/TestSheet.h"
+#include "components/controls/Timer.h"
+#include "tests/twain/TestScanner.h"
+#include "tests/twain/TestSheet.h"
 
 namespace kw::test {
 namespace {

@@ -6,14 +6,14 @@
 #include <string>
 #include <thread>
 
-#include "components/RunTimeError.h"
-#include "components/Scanner.h"
-#include "components/Timer.h"
-#include "support/Errors.h"
-#include "support/TemporaryFolder.h"
-#include "twain/TestScanner.h"
-#include "twain/TestSheet.h"
-#include "windows/TestForm.h"
+#include "components/base/RunTimeError.h"
+#include "components/controls/Scanner.h"
+#include "components/controls/Timer.h"
+#include "tests/support/Errors.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/twain/TestScanner.h"
+#include "tests/twain/TestSheet.h"
+#include "tests/windows/TestForm.h"
 #include "windows/WindowsDesktop.h"
 
 namespace kw::test {

@@ -9,13 +9,13 @@
 #include <memory>
 #include <vector>
 
-#include "components/DialogForm.h"
-#include "components/RunTimeError.h"
-#include "windows/ControlView.h"
-#include "windows/FailingMemory.h"
-#include "windows/ModalWindow.h"
-#include "windows/ScannedPages.h"
-#include "windows/TestForm.h"
+#include "components/base/RunTimeError.h"
+#include "components/controls/DialogForm.h"
+#include "tests/windows/FailingMemory.h"
+#include "tests/windows/TestForm.h"
+#include "windows/dialogs/ModalWindow.h"
+#include "windows/scanning/ScannedPages.h"
+#include "windows/views/ControlView.h"
 
 namespace kw::test {
 namespace {

@@ -12,11 +12,11 @@
 #include <thread>
 
 #include "stamps/frmApprovedXTimes.h"
-#include "support/TemporaryFolder.h"
-#include "windows/PostedMessages.h"
-#include "windows/TestForm.h"
-#include "windows/Text.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/windows/PostedMessages.h"
+#include "tests/windows/TestForm.h"
 #include "windows/WindowsDesktop.h"
+#include "windows/base/Text.h"
 
 namespace kw::test {
 namespace {

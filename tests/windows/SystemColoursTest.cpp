@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "windows/TestForm.h"
+#include "tests/windows/TestForm.h"
 
 namespace kw::test {
 namespace {

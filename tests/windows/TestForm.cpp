@@ -1,6 +1,6 @@
-#include "windows/TestForm.h"
+#include "tests/windows/TestForm.h"
 
-#include "windows/ControlView.h"
+#include "windows/views/ControlView.h"
 
 namespace kw::test {
 namespace {

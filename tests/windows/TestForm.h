@@ -5,19 +5,19 @@
 #include <memory>
 #include <vector>
 
-#include "components/CheckBox.h"
-#include "components/ControlArray.h"
-#include "components/ImageCombo.h"
-#include "components/Label.h"
-#include "components/LightWeightMarker.h"
-#include "components/Menu.h"
-#include "components/PictureBox.h"
-#include "components/RaisedArea.h"
-#include "components/RangeControl.h"
-#include "components/ToolBar.h"
-#include "components/TransparentPicture.h"
-#include "components/UserControl.h"
-#include "windows/EditorWindow.h"
+#include "components/controls/CheckBox.h"
+#include "components/controls/ControlArray.h"
+#include "components/controls/ImageCombo.h"
+#include "components/controls/Label.h"
+#include "components/controls/LightWeightMarker.h"
+#include "components/controls/Menu.h"
+#include "components/controls/PictureBox.h"
+#include "components/controls/RaisedArea.h"
+#include "components/controls/RangeControl.h"
+#include "components/controls/ToolBar.h"
+#include "components/controls/TransparentPicture.h"
+#include "components/controls/UserControl.h"
+#include "windows/editor/EditorWindow.h"
 
 namespace kw::test {
 

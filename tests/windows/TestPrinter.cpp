@@ -1,12 +1,12 @@
-#include "windows/TestPrinter.h"
+#include "tests/windows/TestPrinter.h"
 
 #include <gtest/gtest.h>
 #include <windows.h>
 #include <winspool.h>
 
-#include "picture/KWPicEd.h"
-#include "windows/Text.h"
-#include "windows/UnixHost.h"
+#include "picture/PictureDocument.h"
+#include "tests/windows/UnixHost.h"
+#include "windows/base/Text.h"
 
 namespace kw::test {
 namespace {
@@ -116,7 +116,7 @@ std::vector<Bitmap> TestPrinter::Sheets() {
     return sheets;
   }
   for (int i = 1; Exists(folder.File("sheet" + std::to_string(i) + ".bmp")); ++i) {
-    KWPicEd engine;
+    PictureDocument engine;
     EXPECT_TRUE(engine.Load(folder.File("sheet" + std::to_string(i) + ".bmp")));
     sheets.push_back(engine.Current());
   }

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "components/Bitmap.h"
-#include "support/TemporaryFolder.h"
+#include "components/base/Bitmap.h"
+#include "tests/support/TemporaryFolder.h"
 
 namespace kw::test {
 

@@ -11,8 +11,8 @@
 #include <thread>
 #include <vector>
 
-#include "windows/Text.h"
-#include "windows/WholeEditor.h"
+#include "tests/windows/WholeEditor.h"
+#include "windows/base/Text.h"
 
 namespace kw::test {
 namespace {

@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
-#include "support/TemporaryFolder.h"
-#include "windows/Process.h"
-#include "windows/Text.h"
+#include "tests/support/TemporaryFolder.h"
+#include "tests/windows/Process.h"
 #include "windows/WindowsDesktop.h"
+#include "windows/base/Text.h"
 
 namespace kw::test {
 namespace {

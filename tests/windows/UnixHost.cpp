@@ -1,9 +1,9 @@
-#include "windows/UnixHost.h"
+#include "tests/windows/UnixHost.h"
 
 #include <windows.h>
 
-#include "support/TemporaryFolder.h"
-#include "windows/Text.h"
+#include "tests/support/TemporaryFolder.h"
+#include "windows/base/Text.h"
 
 namespace kw::test {
 

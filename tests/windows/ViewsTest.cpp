@@ -7,8 +7,8 @@
 
 #include <string>
 
-#include "windows/TestForm.h"
-#include "windows/Text.h"
+#include "tests/windows/TestForm.h"
+#include "windows/base/Text.h"
 
 namespace kw::test {
 namespace {

@@ -10,27 +10,21 @@
 #include <vector>
 
 #include "control/KwEditorLayers.h"
-#include "support/EditorFixture.h"
-#include "windows/EditorWindow.h"
-#include "windows/TestForm.h"
+#include "tests/support/EditorFixture.h"
+#include "tests/windows/TestForm.h"
+#include "windows/editor/EditorWindow.h"
 
 namespace kw::test {
 
-// The real desktop, but for its message boxes, which are answered at once.
+// The real desktop, but for its message boxes and questions for parameters, which are answered at once.
 class QuietDesktop : public windows::WindowsDesktop {
 public:
-  QuietDesktop()
-      : WindowsDesktop([](const std::string& path) {
-          KWPicEd engine;
-          if (!engine.Load(path)) Raise(ErrorNumber::InvalidPicture);
-          return engine.Current();
-        }) {}
-
   MessageAnswer ShowMessageBox(const std::string& prompt, const std::string& /*title*/,
                                MessageButtons /*buttons*/) override {
     boxes.push_back(prompt);
     return MessageAnswer::Ok;
   }
+  bool ShowParameters(const ParameterQuestion& /*question*/, std::span<double> /*values*/) override { return true; }
   void DoEvents() override {
     if (beforeEvents) beforeEvents();
     WindowsDesktop::DoEvents();

@@ -7,10 +7,10 @@
 #include <thread>
 #include <vector>
 
-#include "components/UserControl.h"
-#include "windows/ControlView.h"
-#include "windows/EditorWindow.h"
-#include "windows/TestForm.h"
+#include "components/controls/UserControl.h"
+#include "tests/windows/TestForm.h"
+#include "windows/editor/EditorWindow.h"
+#include "windows/views/ControlView.h"
 
 namespace kw::test {
 namespace {

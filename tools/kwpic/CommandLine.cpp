@@ -24,7 +24,7 @@ bool SameName(std::string_view a, std::string_view b) {
 bool IsApplied(const Effect& effect) { return effect.procedure != nullptr; }
 
 // Empty for a value that the parameter may have.
-std::string ProblemWith(const std::string& text, const EffectParameter& parameter) {
+std::string ProblemWith(const std::string& text, const Parameter& parameter) {
   const char* const allowed = parameter.whole ? "+-0123456789" : "+-.0123456789eE";
   double value = 0;
   if (text.find_first_not_of(allowed) == std::string::npos && CLI::detail::lexical_cast(text, value) &&
@@ -134,7 +134,7 @@ private:
       AddInputAndOutput(command);
       auto values = std::make_shared<std::vector<double>>(StandardValues(effect));
       for (std::size_t i = 0; i < effect.parameters.size(); ++i) {
-        const EffectParameter& parameter = effect.parameters[i];
+        const Parameter& parameter = effect.parameters[i];
         command->add_option("--" + std::string(parameter.name), (*values)[i], Describe(parameter))
             ->ignore_case()
             ->check([&parameter](const std::string& text) { return ProblemWith(text, parameter); });

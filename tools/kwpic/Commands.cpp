@@ -2,22 +2,23 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <new>
 #include <optional>
 
 #include "Describe.h"
 #include "Progress.h"
-#include "components/FilePath.h"
-#include "components/Files.h"
-#include "components/RunTimeError.h"
-#include "picture/KWPicEd.h"
+#include "components/base/FilePath.h"
+#include "components/base/Files.h"
+#include "components/base/RunTimeError.h"
+#include "picture/PictureDocument.h"
 
 namespace kw {
 namespace {
 
 // What changes the current page on its way, if anything does.
-using Change = std::function<void(KWPicEd& engine)>;
+using Change = std::function<void(PictureDocument& engine)>;
 
 // Runs a step that works on the file; what it raises becomes a failure that names it.
 template <typename Step>
@@ -37,16 +38,16 @@ const PictureFormat& FormatFor(const std::string& path) {
   return *format;
 }
 
-void Open(KWPicEd& engine, const std::string& path) {
+void Open(PictureDocument& engine, const std::string& path) {
   if (!engine.Load(path)) throw Failure{path + ": " + engine.LastLoadError()};
 }
 
-std::string PageName(const std::string& path, const KWPicEd& engine, std::int32_t page) {
+std::string PageName(const std::string& path, const PictureDocument& engine, std::int32_t page) {
   return engine.PageCount() == 1 ? path : path + ", page " + std::to_string(page);
 }
 
 // Where a bar shows, it gives way to the line.
-void Warn(const std::string& name, const KWPicEd& engine, Progress* progress = nullptr) {
+void Warn(const std::string& name, const PictureDocument& engine, Progress* progress = nullptr) {
   if (engine.Warning().empty()) return;
   if (progress != nullptr) progress->Clear();
   std::fprintf(stderr, "kwpic: warning: %s: %s\n", name.c_str(), engine.Warning().c_str());
@@ -54,7 +55,7 @@ void Warn(const std::string& name, const KWPicEd& engine, Progress* progress = n
 
 // Selects each page and calls take() with its number and name.
 template <typename Take>
-void ForPages(KWPicEd& engine, const std::string& path, const Take& take) {
+void ForPages(PictureDocument& engine, const std::string& path, const Take& take) {
   const std::int32_t pages = engine.PageCount();
   for (std::int32_t page = 1; page <= pages; ++page) {
     const std::string name = PageName(path, engine, page);
@@ -64,7 +65,7 @@ void ForPages(KWPicEd& engine, const std::string& path, const Take& take) {
 }
 
 void Info(const std::string& path) {
-  KWPicEd engine;
+  PictureDocument engine;
   Open(engine, path);
   std::printf("%s: %s, %d %s\n", path.c_str(), std::string(engine.FormatName()).c_str(),
               static_cast<int>(engine.PageCount()), engine.PageCount() == 1 ? "page" : "pages");
@@ -85,7 +86,7 @@ void Info(const std::string& path) {
 }
 
 // The engine itself or, where the page is to be changed, one that holds the changed page; it is kept in `changed`.
-KWPicEd& Changed(KWPicEd& engine, const Change& change, KWPicEd& changed) {
+PictureDocument& Changed(PictureDocument& engine, const Change& change, PictureDocument& changed) {
   if (!change) return engine;
   changed.GetOptions() = engine.GetOptions();
   changed.Replace(engine.Current());
@@ -105,7 +106,7 @@ std::string PageFile(const std::string& document, const std::string& folder, std
 
 void Split(const std::string& path, const std::string& folder) {
   FormatFor(path);
-  KWPicEd engine;
+  PictureDocument engine;
   Open(engine, path);
   if (!folder.empty()) For(folder, [&] { MakeFolders(folder); });
   Progress progress(engine.PageCount(), "pages");
@@ -119,7 +120,7 @@ void Split(const std::string& path, const std::string& folder) {
 
 // Writes all pages of the files, changed, into one document.
 void WriteDocument(const std::vector<std::string>& inputs, const std::string& path, const PictureFormat& format,
-                   const KWPicEd::Options& options, const Change& change) {
+                   const PictureDocument::Options& options, const Change& change) {
   std::unique_ptr<OutputFile> file;
   std::unique_ptr<PageAppender> appender;
   For(path, [&] {
@@ -130,13 +131,13 @@ void WriteDocument(const std::vector<std::string>& inputs, const std::string& pa
   std::optional<Progress> progress;
   if (isOfFiles) progress.emplace(static_cast<std::int32_t>(inputs.size()), "files");
   for (const std::string& input : inputs) {
-    KWPicEd engine;
+    PictureDocument engine;
     engine.GetOptions() = options;
     Open(engine, input);
     if (!isOfFiles) progress.emplace(engine.PageCount(), "pages");
     ForPages(engine, input, [&](std::int32_t /*page*/, const std::string& name) {
       For(name, [&] {
-        KWPicEd changed;
+        PictureDocument changed;
         Changed(engine, change, changed).AppendTo(*appender);
       });
       For(path, [&] { file->RaiseFailure(); });
@@ -160,9 +161,9 @@ void Join(const Request& request) {
 void Rewrite(const Request& request, const Change& change) {
   const std::string& input = request.inputs.front();
   const PictureFormat& format = FormatFor(request.output);
-  KWPicEd::Options options;
+  PictureDocument::Options options;
   if (request.quality) options.writing.jpegQuality = *request.quality;
-  KWPicEd engine;
+  PictureDocument engine;
   engine.GetOptions() = options;
   Open(engine, input);
   const std::int32_t pages = engine.PageCount();
@@ -177,8 +178,8 @@ void Rewrite(const Request& request, const Change& change) {
     return WriteDocument({input}, request.output, format, options, change);
   }
   const std::string name = PageName(input, engine, request.page.value_or(1));
-  KWPicEd changed;
-  KWPicEd* result = nullptr;
+  PictureDocument changed;
+  PictureDocument* result = nullptr;
   For(name, [&] {
     engine.SelectPage(request.page.value_or(1));
     result = &Changed(engine, change, changed);
@@ -190,7 +191,7 @@ void Rewrite(const Request& request, const Change& change) {
 void Convert(const Request& request) {
   // Without one of these, a page may keep its coded pixels.
   if (!request.bitsPerPixel && !request.quality) return Rewrite(request, {});
-  Rewrite(request, [&request](KWPicEd& engine) {
+  Rewrite(request, [&request](PictureDocument& engine) {
     if (!request.bitsPerPixel) return;
     auto bits = static_cast<std::int16_t>(*request.bitsPerPixel);
     engine.ConvertToBitsPerPixel(bits);
@@ -198,10 +199,7 @@ void Convert(const Request& request) {
 }
 
 void Apply(const Request& request) {
-  Rewrite(request, [&request](KWPicEd& engine) {
-    engine.Settings().Set(*request.effect, request.values);
-    engine.Apply(request.effect->command);
-  });
+  Rewrite(request, [&request](PictureDocument& engine) { engine.Apply(*request.effect, request.values); });
 }
 
 }  // namespace

@@ -11,7 +11,7 @@ std::string Short(double number) {
   return text.data();
 }
 
-std::string Describe(const EffectParameter& parameter) {
+std::string Describe(const Parameter& parameter) {
   const bool isWord = parameter.standard == 0 && !parameter.zero.empty();
   return Short(parameter.least) + " to " + Short(parameter.greatest) + (parameter.whole ? ", whole" : "") +
          " (default " + Short(parameter.standard) + (isWord ? ": " + std::string(parameter.zero) : "") + ")";
@@ -28,7 +28,7 @@ std::string DescribeEffects() {
       continue;
     }
     text += line + "bits per pixel: " + std::string(effect.resultingDepth) + "\n";
-    for (const EffectParameter& parameter : effect.parameters) {
+    for (const Parameter& parameter : effect.parameters) {
       std::string name = "  --" + std::string(parameter.name);
       name.resize(column, ' ');
       text += name + Describe(parameter) + "\n";

@@ -10,7 +10,7 @@ namespace kw {
 std::string Short(double number);
 
 // Range and default of a parameter, in words.
-std::string Describe(const EffectParameter& parameter);
+std::string Describe(const Parameter& parameter);
 
 // The table of effects, one line each and one for each parameter.
 std::string DescribeEffects();

@@ -2,7 +2,7 @@
 #include <windows.h>
 
 #include "Platform.h"
-#include "components/Unicode.h"
+#include "components/base/Unicode.h"
 
 namespace kw {
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <functional>
 
-#include "components/Bitmap.h"
+#include "components/base/Bitmap.h"
 
 namespace kw {
 

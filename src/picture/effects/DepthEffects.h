@@ -2,7 +2,7 @@
 
 #include <span>
 
-#include "components/Bitmap.h"
+#include "components/base/Bitmap.h"
 
 namespace kw {
 

@@ -3,15 +3,12 @@
 #include <algorithm>
 #include <cmath>
 
-#include "components/RunTimeError.h"
+#include "components/base/RunTimeError.h"
 
 namespace kw {
 namespace {
 
-// True for "Option", whose values are those of all other effects.
-bool HoldsSettings(const Effect& effect) { return effect.procedure == nullptr; }
-
-bool IsAllowed(const EffectParameter& parameter, double value) {
+bool IsAllowed(const Parameter& parameter, double value) {
   // A value that is no number compares false.
   return value >= parameter.least && value <= parameter.greatest && (!parameter.whole || std::floor(value) == value);
 }
@@ -29,9 +26,11 @@ std::size_t OffsetOf(const Effect& effect) {
 
 }  // namespace
 
+bool HoldsSettings(const Effect& effect) { return effect.procedure == nullptr; }
+
 std::vector<double> StandardValues(const Effect& effect) {
   std::vector<double> values;
-  for (const EffectParameter& parameter : effect.parameters) values.push_back(parameter.standard);
+  for (const Parameter& parameter : effect.parameters) values.push_back(parameter.standard);
   return values;
 }
 
@@ -63,24 +62,6 @@ std::span<const double> EffectSettings::ValuesOf(const Effect& effect) const {
 void EffectSettings::Set(const Effect& effect, std::span<const double> chosen) {
   RequireInRange(effect, chosen);
   std::ranges::copy(chosen, values.begin() + static_cast<std::ptrdiff_t>(OffsetOf(effect)));
-}
-
-std::optional<std::vector<double>> ChooseValues(const Effect& effect, const Bitmap& picture,
-                                                const EffectSettings& settings, const ParameterSource& source) {
-  if (picture.IsEmpty() && !HoldsSettings(effect)) Raise(ErrorNumber::ObjectVariableNotSet);
-  const auto standing = settings.ValuesOf(effect);
-  std::vector<double> values(standing.begin(), standing.end());
-  if (effect.asks && source && !source(effect, values, picture)) return std::nullopt;
-  return values;
-}
-
-void RunEffect(const Effect& effect, Bitmap& picture, EffectSettings& settings, std::span<const double> values,
-               const ReadLimits& limits) {
-  if (HoldsSettings(effect)) {
-    settings.Set(effect, values);
-  } else {
-    ApplyEffect(effect, picture, values, limits);
-  }
 }
 
 }  // namespace kw

@@ -1,32 +1,15 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
-#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
 
-#include "components/Bitmap.h"
+#include "components/base/Bitmap.h"
+#include "components/base/Parameter.h"
 #include "picture/PictureFormat.h"
 
 namespace kw {
-
-// A number that an effect works with.
-struct EffectParameter {
-  std::string_view name;
-  double least;
-  double greatest;
-  double standard;
-  // Only whole numbers are allowed.
-  bool whole;
-  // What the number counts, as a shell writes it behind it.
-  std::string_view unit = {};
-  // What 0 stands for where it is no number like the others.
-  std::string_view zero = {};
-  // Where the number only tells a few things apart: their names, from the least number upward.
-  std::span<const std::string_view> choices = {};
-};
 
 // Width and height in pixels.
 struct PictureSize {
@@ -42,7 +25,7 @@ struct Effect {
   // place where the effect allows it. An effect that throws has left the picture as it was. nullptr in the row
   // "Option", whose values are the settings of all other rows.
   void (*procedure)(Bitmap& picture, std::span<const double> values);
-  std::span<const EffectParameter> parameters;
+  std::span<const Parameter> parameters;
   // Bits per pixel of the result.
   std::string_view resultingDepth;
   // A shell should ask for the parameters before the effect runs.
@@ -58,8 +41,11 @@ struct Effect {
 // The table, one row an effect, sorted by command.
 std::span<const Effect> Effects();
 
-// The row of a command, nullptr where there is none. Upper and lower case differ.
+// The row of a command, nullptr if there is none. Upper and lower case differ.
 const Effect* FindEffect(std::string_view command);
+
+// True for "Option", whose values are those of all other effects.
+bool HoldsSettings(const Effect& effect);
 
 // The default of each parameter, in their order.
 std::vector<double> StandardValues(const Effect& effect);
@@ -75,10 +61,6 @@ void ApplyEffect(const Effect& effect, Bitmap& picture);
 // Raises InvalidProcedureCall where ApplyEffect would for these values.
 void RequireInRange(const Effect& effect, std::span<const double> values);
 
-// What a shell offers to ask the user for parameters. `values` hold what is set now and take what the user chose; false
-// means that the user cancelled. The picture is what the effect will work on; EffectPreview shows what becomes of it.
-using ParameterSource = std::function<bool(const Effect& effect, std::span<double> values, const Bitmap& picture)>;
-
 // The values that effects run with. They are the parameters of the effect "Option": all parameters of all other
 // effects, in the order of the table.
 class EffectSettings {
@@ -87,21 +69,12 @@ public:
   EffectSettings();
 
   std::span<const double> ValuesOf(const Effect& effect) const;
-  // Raises InvalidProcedureCall for a value out of its range; then nothing is changed.
+  // Sets the parameters of one effect; those of all effects if it is "Option". Raises InvalidProcedureCall for a value
+  // out of its range; then nothing is changed.
   void Set(const Effect& effect, std::span<const double> chosen);
 
 private:
   std::vector<double> values;
 };
-
-// The values that an effect runs with: the settings' or, where the effect asks and there is somebody to ask, those that
-// `source` gives. Empty where the user cancelled. Raises ObjectVariableNotSet without a picture, except for "Option".
-std::optional<std::vector<double>> ChooseValues(const Effect& effect, const Bitmap& picture,
-                                                const EffectSettings& settings, const ParameterSource& source);
-
-// Runs an effect on the picture with values that were chosen; they hold for this one time, except those of "Option",
-// which become the settings. Raises as ApplyEffect does; "Option" needs no picture.
-void RunEffect(const Effect& effect, Bitmap& picture, EffectSettings& settings, std::span<const double> values,
-               const ReadLimits& limits = {});
 
 }  // namespace kw

@@ -17,19 +17,19 @@ namespace {
 constexpr std::string_view Kernels[] = {"Lanczos", "Bicubic"};
 
 // name, least, greatest, default, whole numbers only, unit, meaning of 0, names of the numbers
-constexpr EffectParameter Angle[] = {{"Angle", -360, 360, 90, false, "degrees"}};
-constexpr EffectParameter BlurSigma[] = {{"Sigma", 0, 50, 0, false, "pixels", "1.5, in 1 bit 0.8"}};
-constexpr EffectParameter Brightness[] = {{"Percent", 0, 100, 10, false, "%"}};
-constexpr EffectParameter Contrasting[] = {{"Percent", -100, 300, 20, false, "%"}};
-constexpr EffectParameter Tint[] = {{"Hue", 0, 360, 30, false, "degrees"}, {"Strength", 0, 100, 50, false, "%"}};
-constexpr EffectParameter Relief[] = {{"Percent", 0, 400, 100, false, "%"}};
-constexpr EffectParameter Sharpness[] = {{"Percent", 0, 400, 100, false, "%"}};
+constexpr Parameter Angle[] = {{"Angle", -360, 360, 90, false, "degrees"}};
+constexpr Parameter BlurSigma[] = {{"Sigma", 0, 50, 0, false, "pixels", "1.5, in 1 bit 0.8"}};
+constexpr Parameter Brightness[] = {{"Percent", 0, 100, 10, false, "%"}};
+constexpr Parameter Contrasting[] = {{"Percent", -100, 300, 20, false, "%"}};
+constexpr Parameter Tint[] = {{"Hue", 0, 360, 30, false, "degrees"}, {"Strength", 0, 100, 50, false, "%"}};
+constexpr Parameter Relief[] = {{"Percent", 0, 400, 100, false, "%"}};
+constexpr Parameter Sharpness[] = {{"Percent", 0, 400, 100, false, "%"}};
 constexpr std::string_view InProportion = "in proportion";
-constexpr EffectParameter Size[] = {{"Percent", 1, 1000, 50, false, "%"},
-                                    {"Width", 0, 100000, 0, true, "pixels", InProportion},
-                                    {"Height", 0, 100000, 0, true, "pixels", InProportion},
-                                    {"Kernel", 0, 1, 0, true, {}, {}, Kernels}};
-constexpr EffectParameter Level[] = {{"Level", 0, 255, 0, true, {}, "found automatically"}};
+constexpr Parameter Size[] = {{"Percent", 1, 1000, 50, false, "%"},
+                              {"Width", 0, 100000, 0, true, "pixels", InProportion},
+                              {"Height", 0, 100000, 0, true, "pixels", InProportion},
+                              {"Kernel", 0, 1, 0, true, {}, {}, Kernels}};
+constexpr Parameter Level[] = {{"Level", 0, 255, 0, true, {}, "found automatically"}};
 
 constexpr std::string_view Same = "as before";
 constexpr std::string_view Filtered = "1, 4 and 8: 8 where the palette is grey, else 24; 24 and 32 as before";
@@ -37,7 +37,7 @@ constexpr std::string_view OneBit = "1";
 
 constexpr std::size_t EffectCount = 22;
 
-std::array<Effect, EffectCount> Rows(std::span<const EffectParameter> all) {
+std::array<Effect, EffectCount> Rows(std::span<const Parameter> all) {
   return {{
       {"Blur", Blur, BlurSigma, Filtered, false, MemoryInValues},
       {"Colorize", Colorize, Tint, Same, true},
@@ -80,11 +80,11 @@ std::array<Effect, EffectCount> Rows(std::span<const EffectParameter> all) {
 struct Table {
   std::array<Effect, EffectCount> rows;
   std::vector<std::string> names;
-  std::vector<EffectParameter> all;
+  std::vector<Parameter> all;
 
   Table() : rows(Rows({})) {
     for (const Effect& row : rows) {
-      for (const EffectParameter& parameter : row.parameters) {
+      for (const Parameter& parameter : row.parameters) {
         names.push_back(std::string(row.command).append(parameter.name));
         all.push_back(parameter);
       }

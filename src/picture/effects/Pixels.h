@@ -6,7 +6,7 @@
 #include <span>
 #include <utility>
 
-#include "components/Bitmap.h"
+#include "components/base/Bitmap.h"
 
 namespace kw {
 

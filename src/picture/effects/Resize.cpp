@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "components/RunTimeError.h"
+#include "components/base/RunTimeError.h"
 #include "picture/effects/Bands.h"
 #include "picture/effects/Kernels.h"
 #include "picture/effects/Pixels.h"

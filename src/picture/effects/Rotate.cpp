@@ -6,7 +6,7 @@
 #include <numbers>
 #include <utility>
 
-#include "components/RunTimeError.h"
+#include "components/base/RunTimeError.h"
 #include "picture/effects/Bands.h"
 #include "picture/effects/Effect.h"
 #include "picture/effects/Flip.h"

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-#include "components/RunTimeError.h"
+#include "components/base/RunTimeError.h"
 #include "picture/Depth.h"
 #include "picture/LimitedStream.h"
 #include "picture/Recovery.h"

@@ -8,7 +8,7 @@
 #include <jerror.h>
 #include <jpeglib.h>
 
-#include "components/RunTimeError.h"
+#include "components/base/RunTimeError.h"
 #include "picture/Depth.h"
 #include "picture/Orientation.h"
 #include "picture/Recovery.h"

@@ -8,12 +8,12 @@
 #include <numbers>
 #include <vector>
 
-#include "../Scratch.h"
-#include "data/TestData.h"
 #include "picture/Depth.h"
-#include "picture/KWPicEd.h"
+#include "picture/PictureDocument.h"
 #include "picture/effects/Effect.h"
-#include "picture/effects/Reference.h"
+#include "tests/data/TestData.h"
+#include "tests/picture/Scratch.h"
+#include "tests/picture/effects/Reference.h"
 
 namespace kw {
 namespace {
@@ -34,12 +34,11 @@ Bitmap FormPage(bool blackIsOne) {
 
 // The command as the editor runs it, which brings a page back to its depth.
 Bitmap OnPage(const Bitmap& page, const char* command, const std::vector<double>& values = {}) {
-  KWPicEd engine;
+  PictureDocument engine;
   engine.Replace(page);
   const Effect& effect = *FindEffect(command);
-  if (!values.empty()) engine.Settings().Set(effect, values);
   std::int16_t bits = engine.BitsPerPixel();
-  engine.Apply(command);
+  engine.Apply(effect, values.empty() ? StandardValues(effect) : values);
   engine.ConvertToBitsPerPixel(bits);
   return engine.Current();
 }
@@ -192,7 +191,7 @@ double ErrorBetween(const Bitmap& a, const Bitmap& b) {
 // A palette made for the picture is much nearer to it than one that takes no look at it: six steps of each channel in
 // 8 bits, and in 4 bits the sixteen colours of old screens.
 TEST(MadePalette, IsNearerToAPhotographThanAFixedOne) {
-  KWPicEd engine;
+  PictureDocument engine;
   ASSERT_TRUE(engine.Load(FromFilesystemPath(TestData("colour.jpg"))));
   const Bitmap photograph = engine.Current();
   Bitmap steps = photograph;
@@ -207,7 +206,7 @@ TEST(MadePalette, IsNearerToAPhotographThanAFixedOne) {
 
 // Seen from afar, which is what error diffusion is for: means of eight by eight pixels.
 TEST(Dithering, IsNearerToAPhotographThanAThreshold) {
-  KWPicEd engine;
+  PictureDocument engine;
   ASSERT_TRUE(engine.Load(FromFilesystemPath(TestData("colour.jpg"))));
   const auto fromAfar = [](Bitmap picture) {
     if (picture.BitsPerPixel() == 24) ApplyEffect(*FindEffect("GrayScale"), picture);

@@ -5,10 +5,10 @@
 #include <cmath>
 #include <cstdlib>
 
-#include "../Scratch.h"
 #include "picture/Depth.h"
 #include "picture/effects/Effect.h"
-#include "picture/effects/Reference.h"
+#include "tests/picture/Scratch.h"
+#include "tests/picture/effects/Reference.h"
 
 namespace kw {
 namespace {

@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "../Scratch.h"
 #include "picture/effects/Bands.h"
 #include "picture/effects/Effect.h"
-#include "picture/effects/Reference.h"
+#include "tests/picture/Scratch.h"
+#include "tests/picture/effects/Reference.h"
 
 namespace kw {
 namespace {

@@ -6,9 +6,9 @@
 #include <set>
 #include <string>
 
-#include "../Scratch.h"
-#include "picture/KWPicEd.h"
+#include "picture/PictureDocument.h"
 #include "picture/effects/Effect.h"
+#include "tests/picture/Scratch.h"
 
 namespace kw {
 namespace {
@@ -54,7 +54,7 @@ TEST(EffectTable, RangesAndDefaultsAreTheDocumentedOnes) {
   const Effect& option = *FindEffect("Option");
   ASSERT_EQ(std::size(documented), option.parameters.size());
   for (std::size_t i = 0; i < option.parameters.size(); ++i) {
-    const EffectParameter& parameter = option.parameters[i];
+    const Parameter& parameter = option.parameters[i];
     EXPECT_EQ(documented[i].name, parameter.name);
     EXPECT_EQ(documented[i].least, parameter.least) << parameter.name;
     EXPECT_EQ(documented[i].greatest, parameter.greatest) << parameter.name;
@@ -111,12 +111,12 @@ TEST(EffectTable, OptionHoldsTheParametersOfAllOthers) {
   std::set<std::string> names;
   for (const Effect& effect : Effects()) {
     if (effect.command == "Option") continue;
-    for (const EffectParameter& parameter : effect.parameters) {
+    for (const Parameter& parameter : effect.parameters) {
       names.insert(std::string(effect.command).append(parameter.name));
     }
   }
   std::set<std::string> held;
-  for (const EffectParameter& parameter : FindEffect("Option")->parameters) held.insert(std::string(parameter.name));
+  for (const Parameter& parameter : FindEffect("Option")->parameters) held.insert(std::string(parameter.name));
   EXPECT_EQ(names, held);
   EXPECT_EQ(names.size(), FindEffect("Option")->parameters.size());
 }
@@ -125,7 +125,7 @@ TEST(EffectTable, OptionHoldsTheParametersOfAllOthers) {
 TEST(EffectTable, RangesAreKept) {
   for (const Effect& effect : Effects()) {
     for (std::size_t i = 0; i < effect.parameters.size(); ++i) {
-      const EffectParameter& parameter = effect.parameters[i];
+      const Parameter& parameter = effect.parameters[i];
       const auto run = [&](double value) {
         Bitmap picture = Noise(9, 5, 24);
         const Bitmap before = picture;
@@ -206,28 +206,16 @@ TEST(EffectSettings, OptionSetsWhatTheOthersUse) {
   EffectSettings settings;
   const Effect& option = *FindEffect("Option");
   const auto standing = settings.ValuesOf(option);
-  EXPECT_EQ(StandardValues(option), std::vector(standing.begin(), standing.end()));
-  Bitmap none;
-  const ParameterSource source = [](const Effect& effect, std::span<double> values, const Bitmap& picture) {
-    for (std::size_t i = 0; i < values.size(); ++i) {
-      if (effect.parameters[i].name == "BlurSigma") values[i] = 3;
-      if (effect.parameters[i].name == "RotateAngle") values[i] = 180;
-    }
-    EXPECT_TRUE(picture.IsEmpty());
-    return true;
-  };
-  const auto chosen = ChooseValues(option, none, settings, source);
-  ASSERT_TRUE(chosen.has_value());
-  RunEffect(option, none, settings, *chosen);
+  std::vector<double> values(standing.begin(), standing.end());
+  EXPECT_EQ(StandardValues(option), values);
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    if (option.parameters[i].name == "BlurSigma") values[i] = 3;
+    if (option.parameters[i].name == "RotateAngle") values[i] = 180;
+  }
+  settings.Set(option, values);
   EXPECT_EQ(3, settings.ValuesOf(*FindEffect("Blur"))[0]);
   EXPECT_EQ(180, settings.ValuesOf(*FindEffect("Rotate"))[0]);
   EXPECT_EQ(50, settings.ValuesOf(*FindEffect("Resize"))[0]);
-  Bitmap picture = Noise(9, 5, 8);
-  Bitmap expected = picture;
-  ApplyEffect(*FindEffect("Rotate"), expected, std::vector{180.0});
-  const Effect& rotate = *FindEffect("Rotate");
-  RunEffect(rotate, picture, settings, *ChooseValues(rotate, picture, settings, {}));
-  EXPECT_TRUE(SamePicture(expected, picture));
 }
 
 TEST(EffectSettings, BadValuesChangeNothing) {
@@ -240,91 +228,51 @@ TEST(EffectSettings, BadValuesChangeNothing) {
   EXPECT_EQ(70, settings.ValuesOf(*FindEffect("Resize"))[0]);
 }
 
-class EngineEffects : public ScratchTest {
+class DocumentEffects : public ScratchTest {
 protected:
-  EngineEffects() { engine.Replace(before); }
+  DocumentEffects() { document.Replace(before); }
   Bitmap before = Noise(40, 30, 24);
-  KWPicEd engine;
+  PictureDocument document;
 };
 
-TEST_F(EngineEffects, RunWithDefaults) {
+TEST_F(DocumentEffects, RunWithTheirValues) {
   for (const Effect& effect : Effects()) {
-    engine.Replace(before);
-    engine.Apply(effect.command);
+    document.Replace(before);
+    document.Apply(effect, StandardValues(effect));
     Bitmap expected = before;
     ApplyEffect(effect, expected);
-    EXPECT_TRUE(SamePicture(expected, engine.Current())) << effect.command;
-    EXPECT_EQ(expected.Width(), engine.Width());
-    EXPECT_EQ(expected.BitsPerPixel(), engine.BitsPerPixel());
+    EXPECT_TRUE(SamePicture(expected, document.Current())) << effect.command;
+    EXPECT_EQ(expected.Width(), document.Width());
+    EXPECT_EQ(expected.BitsPerPixel(), document.BitsPerPixel());
   }
 }
 
-TEST_F(EngineEffects, AsksForParameters) {
-  std::vector<std::string> asked;
-  engine.AskParametersFrom([&](const Effect& effect, std::span<double> values, const Bitmap& picture) {
-    asked.emplace_back(effect.command);
-    EXPECT_TRUE(SamePicture(before, picture));
-    if (effect.command == "Rotate") values[0] = 180;
-    return true;
-  });
-  for (const Effect& effect : Effects()) {
-    engine.Replace(before);
-    engine.Apply(effect.command);
-    EXPECT_TRUE(effect.command != "Rotate" || engine.Width() == 40);
-  }
-  EXPECT_EQ((std::vector<std::string>{"Colorize", "Option", "Resize", "Rotate", "Threshold"}), asked);
-  // What was chosen once does not hold for the next time.
-  engine.AskParametersFrom({});
-  engine.Replace(before);
-  engine.Apply("Rotate");
-  EXPECT_EQ(30, engine.Width());
-}
-
-TEST_F(EngineEffects, CancellingLeavesThePicture) {
-  engine.AskParametersFrom([](const Effect&, std::span<double> values, const Bitmap&) {
-    for (double& value : values) value += 1;
-    return false;
-  });
+TEST_F(DocumentEffects, LeaveAPictureThatNoLongerComesFromItsFile) {
   const std::string path = At("page.bmp");
-  engine.Save(path);
-  ASSERT_TRUE(engine.Load(path));
-  for (const char* const command : {"Rotate", "Resize", "Colorize", "Threshold", "Option"}) {
-    engine.Apply(command);
-    EXPECT_TRUE(SamePicture(before, engine.Current())) << command;
-  }
-  engine.AskParametersFrom({});
-  engine.Apply("Rotate");
-  Bitmap turned = before;
-  ApplyEffect(*FindEffect("Rotate"), turned);
-  EXPECT_TRUE(SamePicture(turned, engine.Current()));
+  document.Save(path);
+  ASSERT_TRUE(document.Load(path));
+  const Effect& option = *FindEffect("Option");
+  document.Apply(option, StandardValues(option));
+  EXPECT_TRUE(document.IsLoadedFrom(path)) << "no picture was changed";
+  const Effect& rotate = *FindEffect("Rotate");
+  document.Apply(rotate, std::vector{180.0});
+  EXPECT_FALSE(document.IsLoadedFrom(path));
+  ApplyEffect(rotate, before, std::vector{180.0});
+  EXPECT_TRUE(SamePicture(before, document.Current()));
 }
 
-TEST_F(EngineEffects, AnotherPictureMeanwhileIsLeftAlone) {
-  const Bitmap other = Noise(7, 9, 8);
-  engine.AskParametersFrom([&](const Effect&, std::span<double>, const Bitmap&) {
-    engine.Replace(other);
-    return true;
-  });
-  engine.Apply("Rotate");
-  EXPECT_TRUE(SamePicture(other, engine.Current()));
-}
-
-TEST_F(EngineEffects, BadValuesAndFailuresLeaveThePicture) {
-  engine.AskParametersFrom([](const Effect&, std::span<double> values, const Bitmap&) {
+TEST_F(DocumentEffects, BadValuesAndNoPictureAreErrorsThatChangeNothing) {
+  for (const Effect& effect : Effects()) {
+    if (effect.parameters.empty()) continue;
+    std::vector<double> values = StandardValues(effect);
     values[0] = 1e9;
-    return true;
-  });
-  for (const char* const command : {"Rotate", "Resize", "Colorize", "Threshold", "Option"}) {
-    EXPECT_EQ(NumberOf(ErrorNumber::InvalidProcedureCall), ErrorOf([&] { engine.Apply(command); })) << command;
-    EXPECT_TRUE(SamePicture(before, engine.Current())) << command;
+    EXPECT_EQ(NumberOf(ErrorNumber::InvalidProcedureCall), ErrorOf([&] { document.Apply(effect, values); }))
+        << effect.command;
+    EXPECT_TRUE(SamePicture(before, document.Current())) << effect.command;
   }
-}
-
-TEST_F(EngineEffects, UnknownCommandAndNoPicture) {
-  EXPECT_EQ(NumberOf(ErrorNumber::InvalidProcedureCall), ErrorOf([&] { engine.Apply("rotate"); }));
-  KWPicEd empty;
-  EXPECT_EQ(NumberOf(ErrorNumber::ObjectVariableNotSet), ErrorOf([&] { empty.Apply("Rotate"); }));
-  EXPECT_NO_THROW(empty.Apply("Option"));
+  PictureDocument empty;
+  const Effect& rotate = *FindEffect("Rotate");
+  EXPECT_EQ(NumberOf(ErrorNumber::ObjectVariableNotSet), ErrorOf([&] { empty.Apply(rotate, std::vector{90.0}); }));
 }
 
 }  // namespace

@@ -5,10 +5,10 @@
 #include <algorithm>
 #include <string>
 
-#include "../Scratch.h"
 #include "picture/effects/Bands.h"
 #include "picture/effects/Effect.h"
-#include "support/Watched.h"
+#include "tests/picture/Scratch.h"
+#include "tests/support/Watched.h"
 
 namespace kw {
 namespace {

@@ -7,7 +7,7 @@
 #include <random>
 #include <vector>
 
-#include "components/Bitmap.h"
+#include "components/base/Bitmap.h"
 #include "picture/effects/Effect.h"
 #include "picture/effects/Kernels.h"
 #include "picture/effects/PlainKernels.h"
@@ -55,7 +55,7 @@ TEST(Lines, GiveWhatThePaletteGetsWhateverTheParameter) {
   for (const char* const command : {"Lighten", "Darken", "Contrast"}) {
     const Effect& effect = *FindEffect(command);
     ASSERT_EQ(effect.parameters.size(), 1U);
-    const EffectParameter& parameter = effect.parameters[0];
+    const Parameter& parameter = effect.parameters[0];
     const auto halves = static_cast<int>(2 * (parameter.greatest - parameter.least));
     for (int i = 0; i <= halves; ++i) ExpectTheSame(effect, {{parameter.least + i / 2.0}});
     ExpectTheSame(effect, {{parameter.greatest}});

@@ -6,9 +6,9 @@
 #include <cmath>
 #include <vector>
 
-#include "../Scratch.h"
-#include "components/RunTimeError.h"
+#include "components/base/RunTimeError.h"
 #include "picture/Depth.h"
+#include "tests/picture/Scratch.h"
 
 namespace kw {
 namespace {

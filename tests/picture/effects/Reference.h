@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "components/Bitmap.h"
+#include "components/base/Bitmap.h"
 
 namespace kw::reference {
 

@@ -1,4 +1,4 @@
-#include "picture/effects/ReferenceParts.h"
+#include "tests/picture/effects/ReferenceParts.h"
 
 #include <algorithm>
 #include <array>

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <functional>
 
-#include "picture/effects/Reference.h"
+#include "tests/picture/effects/Reference.h"
 
 // What the formulas of the reference are written with.
 namespace kw::reference {

@@ -1,9 +1,0 @@
-#include "components/Log.h"
-
-#include "components/Files.h"
-
-namespace kw {
-
-void Log::Append(const std::string& path, std::string_view text) { AppendToFile(path, text); }
-
-}  // namespace kw

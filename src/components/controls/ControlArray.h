@@ -1,0 +1,87 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "components/base/RunTimeError.h"
+#include "components/controls/Control.h"
+
+namespace kw {
+
+// An array of controls of one type and name. Items 0 to `designCount` - 1 exist from design time; further ones are
+// loaded as hidden copies of item 0 into the same container. T is made by T(name) and copied by T::LoadFrom(const T&).
+template <class T>
+class ControlArray {
+public:
+  static constexpr std::int32_t HighestIndex = 32767;
+
+  ControlArray(std::string arrayName, std::int16_t itemsOfDesign)
+      : name(std::move(arrayName)), designCount(itemsOfDesign) {
+    for (std::int16_t i = 0; i < designCount; ++i) Make(i);
+  }
+
+  const std::string& Name() const { return name; }
+
+  // Joins the items' events to the editor's procedures: called for each item that exists and, from now on, for each
+  // that is loaded.
+  void ConnectItems(std::function<void(T&)> newConnect) {
+    connect = std::move(newConnect);
+    for (const auto& item : items) connect(*item.second);
+  }
+
+  // Raises ControlArrayElementDoesNotExist where no item has that index.
+  T& operator()(std::int32_t index) const {
+    const auto found = items.find(index);
+    if (found == items.end()) RaiseMissingElement(index);
+    return *found->second;
+  }
+
+  bool IsLoaded(std::int32_t index) const { return items.contains(index); }
+
+  // Raises InvalidControlArrayIndex out of range, ObjectAlreadyLoaded where the item is there.
+  T& Load(std::int32_t index) {
+    if (index < 0 || index > HighestIndex) Raise(ErrorNumber::InvalidControlArrayIndex);
+    if (IsLoaded(index)) Raise(ErrorNumber::ObjectAlreadyLoaded);
+    T& item = Make(static_cast<std::int16_t>(index));
+    const T& original = *items.at(0);
+    item.LoadFrom(original);
+    item.SetVisible(false);
+    if (connect) connect(item);
+    item.SetContainer(original.Container());
+    return item;
+  }
+
+  // Raises ControlArrayElementDoesNotExist, or CannotUnloadDesignTimeControl for an item of design time.
+  void Unload(std::int32_t index) {
+    const auto found = items.find(index);
+    if (found == items.end()) RaiseMissingElement(index);
+    if (index < designCount) Raise(ErrorNumber::CannotUnloadDesignTimeControl);
+    found->second->SetContainer(nullptr);  // its view leaves while the item is still whole
+    items.erase(found);
+  }
+
+  std::int16_t LBound() const { return static_cast<std::int16_t>(items.begin()->first); }
+  std::int16_t UBound() const { return static_cast<std::int16_t>(items.rbegin()->first); }
+  std::int16_t Count() const { return static_cast<std::int16_t>(items.size()); }
+
+  auto begin() const { return items.begin(); }
+  auto end() const { return items.end(); }
+
+private:
+  T& Make(std::int16_t index) {
+    auto item = std::make_unique<T>(name);
+    item->SetIndex(index);
+    return *(items[index] = std::move(item));
+  }
+
+  std::string name;
+  std::int16_t designCount;
+  std::function<void(T&)> connect;
+  std::map<std::int32_t, std::unique_ptr<T>> items;
+};
+
+}  // namespace kw

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string>
+#include <utility>
+
+#include "components/base/Font.h"
+#include "components/controls/Control.h"
+#include "components/controls/MouseInput.h"
+
+namespace kw {
+
+// A caption, also used for the plain colour fields of the tool box.
+class Label : public Control, public MouseInput {
+public:
+  explicit Label(std::string controlName) : Control(std::move(controlName), "Label") {}
+
+  const std::string& Caption() const { return caption; }
+  void SetCaption(std::string text);
+  Colour ForeColor() const { return foreColor; }
+  void SetForeColor(Colour value);
+  Colour BackColor() const { return backColor; }
+  void SetBackColor(Colour value);
+  // A label is transparent until a back colour is set.
+  bool IsOpaque() const { return isOpaque; }
+  bool HasBorder() const { return hasBorder; }
+  void SetBorder(bool value) { hasBorder = value; }
+
+private:
+  std::string caption;
+  Colour foreColor = 0;
+  Colour backColor = 0;
+  bool isOpaque = false;
+  bool hasBorder = false;
+};
+
+}  // namespace kw

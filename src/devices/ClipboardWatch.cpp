@@ -1,0 +1,26 @@
+#include "devices/ClipboardWatch.h"
+
+#include "trap/Procedure.h"
+
+namespace kw {
+
+ClipboardWatch::ClipboardWatch(Desktop& platform, EditorForm& editorForm, Trap& errorTrap,
+                               EditorProperties& editorProperties)
+    : desktop(platform), form(editorForm), trap(errorTrap), properties(editorProperties) {
+  form.tmrWatchClipBoard.Tick.Connect([this] { tmrWatchClipBoard_Timer(); });
+}
+
+void ClipboardWatch::tmrWatchClipBoard_Timer() {
+  Procedure run(trap, "tmrWatchClipBoard_Timer");
+  bool isAllowed = false;
+  const bool isKnown = run([&] {
+    const bool hasBitmap = desktop.ClipboardHasFormat(ClipboardDib);
+    const bool isEditable = properties.GetIsEditable();
+    isAllowed = hasBitmap && isEditable;
+  });
+  if (!isKnown) return;  // the entries keep their state
+  run([&] { BarOf(form.tbrBasicTools, "Paste").SetButtonEnabled("Paste", isAllowed); });
+  run([&] { form.mnuPasteSelectedArea.SetEnabled(isAllowed); });
+}
+
+}  // namespace kw

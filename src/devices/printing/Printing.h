@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <set>
+#include <string>
+
+#include "components/engine/KWPicEd.h"
+#include "components/platform/Desktop.h"
+#include "document/Document.h"
+#include "form/EditorForm.h"
+#include "trap/Procedure.h"
+
+namespace kw {
+
+// Prints pages of the open document. The page now shown is printed as the picture engine KWPic holds it, every other
+// one from its page file; floating layers are in neither.
+class Printing {
+public:
+  struct Rooms {
+    Desktop& desktop;
+    EditorForm& form;
+    Trap& trap;
+    Document& document;
+    KWPicEd& KWPic;
+    KWPicEd& KWPicTempBuffer;
+  };
+
+  // What is referred to must outlive the printing.
+  explicit Printing(const Rooms& rooms);
+
+  // Shows the printer dialog and prints the pages that the user chose; returns when the job is handed over. Anything
+  // may happen meanwhile; a second call then does nothing.
+  void PrintPages();
+  void chkCancel_Click();
+
+private:
+  class Job;
+  // The document that was open at the start.
+  struct Source {
+    std::string path;
+    std::set<std::int16_t> unwrittenPages;
+  };
+  struct Range {
+    std::int16_t first = 0;
+    std::int16_t last = 0;
+  };
+
+  Range AskForRange(Procedure& run);
+  void PrintRange(Procedure& run, Range pages);
+  void ShowCaption(Procedure& run, Range pages, std::int32_t page);
+  void PrintPage(Procedure& run, const Source& source, std::int16_t page);
+  bool TakeShownPage(Procedure& run, Bitmap& picture);
+  bool TakePageFile(Procedure& run, const Source& source, std::int16_t page, Bitmap& picture);
+  // Called between two steps with what the scratch engine holds; empty for a rendering without a pause.
+  using Pausing = std::function<void(const Bitmap& expected)>;
+  Bitmap Render(const std::string& file, const Pausing& pause);
+  bool Pause(Procedure& run);
+  bool IsShown(const std::string& path, std::int16_t page) const;
+
+  Desktop& desktop;
+  EditorForm& form;
+  Trap& trap;
+  Document& document;
+  KWPicEd& KWPic;
+  KWPicEd& KWPicTempBuffer;
+  bool isAtWork = false;    // from the dialog on to the end of the job
+  bool isPrinting = false;  // cleared, it ends the loop
+};
+
+}  // namespace kw

@@ -1,0 +1,262 @@
+#include "picture/PictureDocument.h"
+
+#include <algorithm>
+#include <array>
+#include <exception>
+#include <new>
+#include <utility>
+
+#include "components/base/Files.h"
+#include "components/base/RunTimeError.h"
+#include "picture/Depth.h"
+#include "picture/LimitedStream.h"
+#include "picture/Signature.h"
+#include "picture/Unreadable.h"
+#include "picture/formats/Formats.h"
+
+namespace kw {
+
+Bitmap LoadPicture(const std::string& path) {
+  if (LookUpFile(path).empty()) Raise(ErrorNumber::FileNotFound);
+  PictureDocument document;
+  if (!document.Load(path)) Raise(ErrorNumber::InvalidPicture);
+  return document.Current();
+}
+
+bool PictureDocument::Load(const std::string& path) {
+  lastLoadError.clear();
+  Replace({});
+  try {
+    Open(path);
+    return true;
+  } catch (const std::bad_alloc&) {
+    lastLoadError = "There is not enough memory for the picture.";
+  } catch (const std::exception& error) {
+    lastLoadError = error.what();
+  }
+  Replace({});
+  return false;
+}
+
+void PictureDocument::Open(const std::string& path) {
+  InputFile file(path);
+  std::array<std::uint8_t, RecognisedBytes> head{};
+  const std::size_t count = file.Read(head.data(), head.size());
+  const PictureFormat* format = FormatOfContent({head.data(), count});
+  if (format == nullptr) RaiseUnreadable("The file is not a picture of a known format.");
+  auto source = format->open(file, options.reading);
+  const std::int16_t bits = source->StoredBitsPerPixel(file, 1);
+  if (source->PageCount() == 1) current = source->Read(file, 1, warning);
+  document = {path, file.Stamp(), format, std::move(source)};
+  selected = 1;
+  pageValue = bits;
+}
+
+void PictureDocument::RequireUnchanged(const InputFile& file) const {
+  if (file.Stamp() != document.stamp) RaiseUnreadable("The file has changed since it was opened.");
+}
+
+std::string_view PictureDocument::FormatName() const {
+  return document.format == nullptr ? std::string_view() : document.format->name;
+}
+
+std::int32_t PictureDocument::PageCount() const {
+  if (document.source != nullptr) return document.source->PageCount();
+  return current.IsEmpty() ? 0 : 1;
+}
+
+void PictureDocument::SelectPage(std::int32_t page) {
+  if (page < 1 || page > PageCount()) Raise(ErrorNumber::SubscriptOutOfRange);
+  // The one page of a picture of the engine's own, or of a file of one page, is selected already.
+  if (document.source == nullptr || (page == selected && !current.IsEmpty())) return;
+  InputFile file(document.path);
+  RequireUnchanged(file);
+  const std::int16_t bits = document.source->StoredBitsPerPixel(file, page);
+  selected = page;
+  pageValue = bits;
+  current = {};
+  warning.clear();
+  document.isRecovered = false;
+}
+
+void PictureDocument::RecoverPage(std::int32_t page) {
+  if (page < 1 || page > PageCount()) Raise(ErrorNumber::SubscriptOutOfRange);
+  if (document.source == nullptr) return;
+  InputFile file(document.path);
+  RequireUnchanged(file);
+  Bitmap picture;
+  std::string missing;
+  try {
+    picture = document.source->Read(file, page, missing);
+  } catch (const RunTimeError& error) {
+    if (error.Number() != static_cast<std::int32_t>(ErrorNumber::InvalidPicture)) throw;
+    missing = error.Description();
+    const PageSize size = document.source->StatedSize(file, page);
+    picture = NewUnfilledPage(size.width, size.height, 1, options.reading);
+    for (std::int32_t y = 0; y < picture.Height(); ++y) std::ranges::fill(picture.MutableRow(y), std::uint8_t{0xFF});
+  }
+  selected = page;
+  current = std::move(picture);
+  warning = std::move(missing);
+  pageValue = static_cast<std::int16_t>(current.BitsPerPixel());
+  document.isRecovered = true;
+}
+
+const Bitmap& PictureDocument::Current() const {
+  if (current.IsEmpty() && document.source != nullptr) {
+    InputFile file(document.path);
+    RequireUnchanged(file);
+    current = document.source->Read(file, selected, warning);
+  }
+  return current;
+}
+
+std::int32_t PictureDocument::Width() const { return Current().Width(); }
+
+std::int32_t PictureDocument::Height() const { return Current().Height(); }
+
+std::int16_t PictureDocument::BitsPerPixel() const { return static_cast<std::int16_t>(Current().BitsPerPixel()); }
+
+void PictureDocument::Replace(Bitmap picture) {
+  document = {};
+  selected = picture.IsEmpty() ? 0 : 1;
+  pageValue = static_cast<std::int16_t>(picture.BitsPerPixel());
+  current = std::move(picture);
+  warning.clear();
+}
+
+void PictureDocument::ConvertToBitsPerPixel(std::int16_t& bitsPerPixel) {
+  const Bitmap& picture = Current();
+  if (picture.IsEmpty()) return;
+  if (bitsPerPixel < 1) Raise(ErrorNumber::InvalidProcedureCall);
+  constexpr std::array<int, 5> depths{1, 4, 8, 24, 32};
+  const auto* next = std::ranges::lower_bound(depths, bitsPerPixel);
+  const int depth = next != depths.end() ? *next : std::max(picture.BitsPerPixel(), 24);
+  bitsPerPixel = static_cast<std::int16_t>(depth);
+  if (depth == picture.BitsPerPixel()) return;
+  RequireResultFits(PixelMemory(picture.Width(), picture.Height(), depth), options.reading);
+  Replace(ToDepth(picture, depth));
+}
+
+void PictureDocument::PrepareSignature() {
+  if (Current().IsEmpty()) Raise(ErrorNumber::ObjectVariableNotSet);
+  Replace(WithWhitePaper(Current()));
+}
+
+void PictureDocument::Apply(const Effect& effect, std::span<const double> values) {
+  if (HoldsSettings(effect)) return RequireInRange(effect, values);
+  Current();
+  // If nobody else holds the pixels, they are changed in place.
+  Bitmap picture = std::exchange(current, {});
+  try {
+    ApplyEffect(effect, picture, values, options.reading);
+  } catch (...) {
+    current = std::move(picture);
+    throw;
+  }
+  Replace(std::move(picture));
+}
+
+bool PictureDocument::SaveAsStored(Stream& to) const {
+  if (document.isRecovered) return false;
+  std::unique_ptr<InputFile> file;
+  try {
+    file = std::make_unique<InputFile>(document.path);
+    RequireUnchanged(*file);
+  } catch (const RunTimeError&) {
+    // The file is gone or is another one now. Where the page was decoded before, it can still be saved.
+    if (current.IsEmpty()) throw;
+    return false;
+  }
+  return document.source->Copy(*file, selected, to);
+}
+
+void PictureDocument::Save(const std::string& path) { SaveAs(FormatOfPath(path), path, Durability::Lasting); }
+
+void PictureDocument::SaveScratch(const std::string& path) { SaveAs(FormatOfPath(path), path, Durability::Passing); }
+
+void PictureDocument::SavePage(const std::string& path) {
+  const PictureFormat* format = FormatOfPath(path);
+  const bool isUnfit = format == &JpegFormat && pageValue == 1;
+  SaveAs((format == nullptr || isUnfit) && document.format != nullptr ? document.format : format, path,
+         Durability::Lasting);
+}
+
+bool PictureDocument::IsLoadedFrom(const std::string& path) const {
+  return document.source != nullptr && IsSameFile(path, document.path);
+}
+
+void PictureDocument::SaveAs(const PictureFormat* format, const std::string& path, Durability durability) {
+  if (PageCount() == 0) Raise(ErrorNumber::ObjectVariableNotSet);
+  if (format == nullptr) Raise(ErrorNumber::InvalidProcedureCall);
+  // A file that is about to be replaced gives no more pages; the picture stays, as the engine's own.
+  const bool overItself = document.source != nullptr && IsSameFile(path, document.path);
+  if (overItself) Current();
+  OutputFile file(path, durability);
+  try {
+    if (document.format != format || !SaveAsStored(file)) WriteAnew(*format, file);
+  } catch (...) {
+    // A codec that could not write does not know why; the file does.
+    file.RaiseFailure();
+    throw;
+  }
+  file.Commit();
+  if (overItself) document = {};
+}
+
+// The pages of a document share the room that there is; what is not of one has all of it.
+void PictureDocument::WriteAnew(const PictureFormat& format, Stream& to) const {
+  const Bitmap& picture = Current();
+  const bool isOneOfSeveral = PageCount() > 1;
+  LimitedStream room(to, options.encodedBytes - std::min(document.encoded, options.encodedBytes));
+  const auto count = [&] {
+    if (isOneOfSeveral) document.encoded += room.Size();
+  };
+  try {
+    format.write(picture, room, options.writing);
+  } catch (...) {
+    count();
+    room.RaiseIfFull();
+    throw;
+  }
+  count();
+  room.RaiseIfFull();
+}
+
+void PictureDocument::AppendTo(PageAppender& target) const {
+  if (PageCount() == 0) Raise(ErrorNumber::ObjectVariableNotSet);
+  if (document.format != nullptr && document.format->append != nullptr) {
+    MemoryFile stored;
+    if (SaveAsStored(stored) && target.Append(stored)) return;
+  }
+  MemoryFile page;
+  WriteAnew(TiffFormat, page);
+  if (!target.Append(page)) RaiseUnreadable("The page cannot be added to the document.");
+}
+
+void PictureDocument::Append(const std::string& path) {
+  const PictureFormat* format = FormatOfPath(path);
+  if (format == nullptr || format->append == nullptr) Raise(ErrorNumber::InvalidProcedureCall);
+  const auto appendTo = [&](FileStream& file) {
+    try {
+      AppendTo(*format->append(file));
+    } catch (...) {
+      file.RaiseFailure();
+      throw;
+    }
+  };
+  // A file that changed gives no more pages, so what it is to give now is decoded before.
+  if (document.source != nullptr && IsSameFile(path, document.path)) Replace(Bitmap(Current()));
+  for (;;) {
+    if (const auto existing = ChangedFile::Open(path)) {
+      appendTo(*existing);
+      return existing->Finish();
+    }
+    // Another writer may make the document meanwhile; then the page goes behind its pages.
+    OutputFile made(path);
+    appendTo(made);
+    if (made.CommitNew()) return;
+  }
+}
+
+}  // namespace kw

@@ -1,0 +1,135 @@
+#include "scene/CanvasItems.h"
+
+#include "components/controls/LightWeightMarker.h"
+
+namespace kw {
+namespace {
+
+constexpr Colour InkBlack = MakeColour(0, 0, 0);
+constexpr std::int32_t FrameWidth = 1;
+
+std::uint64_t KeyOf(const void* shown) { return reinterpret_cast<std::uintptr_t>(shown); }
+
+bool IsDrawn(const Figure& figure) { return figure.kind != FigureKind::Picture && figure.kind != FigureKind::Text; }
+
+std::int32_t LineOf(const TransparentPicture& layer, const Scale& scale) {
+  return scale.LengthOnDevice(layer.LineWidth());
+}
+
+// Where the contents of a layer lie on the device. What is as high or as wide as its line stays so.
+PixelRect ContentsOnDevice(const TransparentPicture& layer, const Scale& scale) {
+  const PixelRect own = ContentsOfLayer(layer);
+  PixelRect contents = scale.ToDevice(own);
+  if (IsDrawn(layer.DrawnFigure())) {
+    if (own.Width() == layer.LineWidth()) contents.right = contents.left + LineOf(layer, scale);
+    if (own.Height() == layer.LineWidth()) contents.bottom = contents.top + LineOf(layer, scale);
+  }
+  return contents;
+}
+
+// The figure that a layer draws, inset by half the line so that nothing of it is cut off.
+std::optional<Shape> FigureOf(const TransparentPicture& layer, const Scale& scale) {
+  const Figure& figure = layer.DrawnFigure();
+  if (!IsDrawn(figure)) return std::nullopt;
+  const PixelRect contents = ContentsOnDevice(layer, scale);
+  const double line = LineOf(layer, scale);
+  const double inset = line / 2;
+  const double right = contents.Width() - inset;
+  const double bottom = contents.Height() - inset;
+  Shape shape;
+  shape.box = {inset, inset, right, bottom};
+  shape.lineWidth = line;
+  shape.lineColour = layer.LineColor();
+  if (figure.kind == FigureKind::Line) {
+    shape.kind = Shape::Kind::Line;
+    if (figure.isRising) shape.box = {inset, bottom, right, inset};
+  } else {
+    shape.kind = figure.kind == FigureKind::Ellipse ? Shape::Kind::Ellipse : Shape::Kind::Rectangle;
+    shape.fill = layer.BackColor();
+  }
+  return shape;
+}
+
+DisplayItem ItemOf(const TransparentPicture& layer, const Scale& scale) {
+  DisplayItem item;
+  item.key = KeyOf(&layer);
+  item.frameWidth = scale.LengthOnDevice(FrameWidth);
+  item.rim = layer.SelectionFrame() != 0 ? item.frameWidth : 0;
+  item.place = Inset(ContentsOnDevice(layer, scale), -item.rim);
+  item.picture = layer.Picture();
+  item.shape = FigureOf(layer, scale);
+  item.look = {.transparent = layer.TransparentColor(), .isLightened = layer.IsLightened()};
+  const bool isText = layer.DrawnFigure().kind == FigureKind::Text;
+  if (isText && layer.BackColor() != layer.TransparentColor()) item.ground = layer.BackColor();
+  // While a text is typed, the field that takes the typing shows it.
+  if (!layer.Caption().empty() && !layer.IsTyping()) {
+    item.text = TextRun{.text = layer.Caption(), .font = scale.ToDevice(layer.TextFont()), .colour = layer.ForeColor()};
+  }
+  if (layer.SelectionFrame() != 0) {
+    item.frame = DisplayItem::Frame::Solid;
+  } else if (layer.IsToShowBorderMarks()) {
+    item.frame = DisplayItem::Frame::Dotted;
+  }
+  item.frameColour = InkBlack;
+  item.hasHandles = layer.IsToShowResize();
+  item.handleSize = scale.LengthOnDevice(DisplayItem::HandleSize);
+  return item;
+}
+
+}  // namespace
+
+Box BoundsOf(const Control& control) {
+  const Control* const container = control.Container();
+  const float unit = container != nullptr && container->ScaleUnit() == Unit::Twips ? TwipsPerPixel : 1.0F;
+  return {control.Left() / unit, control.Top() / unit, (control.Left() + control.Width()) / unit,
+          (control.Top() + control.Height()) / unit};
+}
+
+PixelRect PixelsOf(const Control& control) { return Scale().ToDevice(BoundsOf(control)); }
+
+PixelRect PixelsOfLayer(const TransparentPicture& layer) {
+  PixelRect place = PixelsOf(layer);
+  if (layer.SelectionFrame() != 0) {
+    place.right += 2 * FrameWidth;
+    place.bottom += 2 * FrameWidth;
+  }
+  return place;
+}
+
+PixelRect ContentsOfLayer(const TransparentPicture& layer) {
+  return Inset(PixelsOfLayer(layer), layer.SelectionFrame() != 0 ? FrameWidth : 0);
+}
+
+bool IsCanvasItem(const Control& child) {
+  return dynamic_cast<const TransparentPicture*>(&child) != nullptr ||
+         dynamic_cast<const LightWeightMarker*>(&child) != nullptr;
+}
+
+std::vector<DisplayItem> ItemsOf(const PictureBox& canvas, const Scale& scale) {
+  std::vector<DisplayItem> items;
+  CollectItems(canvas, scale, items);
+  return items;
+}
+
+void CollectItems(const PictureBox& canvas, const Scale& scale, std::vector<DisplayItem>& items) {
+  items.clear();
+  if (const Bitmap& picture = canvas.Picture(); !picture.IsEmpty()) {
+    DisplayItem& item = items.emplace_back();
+    item.key = KeyOf(&canvas);
+    item.place = scale.ToDevice(PixelRect{0, 0, picture.Width(), picture.Height()});
+    item.picture = picture;
+  }
+  for (const Control* child : canvas.Children()) {
+    if (!child->Visible()) continue;
+    if (const auto* layer = dynamic_cast<const TransparentPicture*>(child)) {
+      items.push_back(ItemOf(*layer, scale));
+    } else if (const auto* marker = dynamic_cast<const LightWeightMarker*>(child)) {
+      DisplayItem& item = items.emplace_back();
+      item.key = KeyOf(marker);
+      item.place = scale.ToDevice(PixelsOf(*marker));
+      item.ground = marker->Color();
+    }
+  }
+}
+
+}  // namespace kw

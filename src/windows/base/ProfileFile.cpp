@@ -1,0 +1,124 @@
+#include "windows/base/ProfileFile.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <limits>
+
+#include "components/base/FilePath.h"
+#include "components/base/SystemFile.h"
+#include "windows/base/Text.h"
+
+namespace kw::windows {
+namespace {
+
+constexpr std::size_t ValueRoom = 512;
+constexpr std::string_view Utf16Mark = "\xFF\xFE";
+constexpr std::string_view Utf8Mark = "\xEF\xBB\xBF";
+
+bool FitsTheCodePage(const std::wstring& text) {
+  if (std::ranges::all_of(text, [](wchar_t one) { return one < 128; })) return true;
+  BOOL isReplaced = FALSE;
+  WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, text.data(), static_cast<int>(text.size()), nullptr, 0, nullptr,
+                      &isReplaced);
+  return isReplaced == FALSE;
+}
+
+std::wstring FromCodePage(const std::string& text) {
+  const int size = static_cast<int>(text.size());
+  std::wstring wide(static_cast<std::size_t>(MultiByteToWideChar(CP_ACP, 0, text.data(), size, nullptr, 0)), L'\0');
+  MultiByteToWideChar(CP_ACP, 0, text.data(), size, wide.data(), static_cast<int>(wide.size()));
+  return wide;
+}
+
+bool WriteAll(const std::filesystem::path& path, const std::wstring& text) {
+  OpenedFile file;
+  if (OpenSystemFile(path, FileUse::Create, file) != 0) return false;
+  return std::fwrite(Utf16Mark.data(), 1, Utf16Mark.size(), file.get()) == Utf16Mark.size() &&
+         std::fwrite(text.data(), sizeof(wchar_t), text.size(), file.get()) == text.size() &&
+         FlushToDisk(file.get()) == 0;
+}
+
+// Where this fails the file stays as it is.
+void ChangeToUtf16(const std::filesystem::path& path) {
+  std::string content;
+  OpenedFile file;
+  FileFacts facts;
+  const SystemCode code = OpenSystemFile(path, FileUse::Read, file);
+  if (code != 0 && !IsMissing(code)) return;
+  if (code == 0) {
+    if (LookAt(file.get(), facts) != 0 || facts.size > std::numeric_limits<int>::max()) return;
+    content.resize(static_cast<std::size_t>(facts.size));
+    if (std::fread(content.data(), 1, content.size(), file.get()) != content.size()) return;
+    file.reset();
+  }
+  if (content.starts_with(Utf16Mark) || content.starts_with(Utf8Mark)) return;
+  std::filesystem::path changed = path;
+  changed += L"." + std::to_wstring(GetCurrentProcessId()) + L"." + std::to_wstring(GetCurrentThreadId()) + L".tmp";
+  if (WriteAll(changed, FromCodePage(content))) PutInPlace(changed, path, Existing::Replaced, Durability::Lasting);
+  RemoveSystemFile(changed);
+}
+
+std::wstring_view WithoutBlanks(std::wstring_view text) {
+  constexpr std::wstring_view blanks = L" \t\v\f";
+  const std::size_t first = text.find_first_not_of(blanks);
+  return first == std::wstring_view::npos ? std::wstring_view()
+                                          : text.substr(first, text.find_last_not_of(blanks) - first + 1);
+}
+
+// Of several lines with one key the first counts.
+void AddValue(std::wstring_view line, std::map<std::string, std::string>& values) {
+  const std::size_t equals = line.find(L'=');
+  if (equals == std::wstring_view::npos || line.starts_with(L';')) return;
+  values.emplace(FromWide(WithoutBlanks(line.substr(0, equals))), FromWide(WithoutBlanks(line.substr(equals + 1))));
+}
+
+bool IsPlain(const std::string& value) {
+  return value.size() < ValueRoom && !value.starts_with('"') && !value.starts_with('\'');
+}
+
+}  // namespace
+
+std::map<std::string, std::string> ReadPlainProfileValues(const std::string& section, const std::string& path) {
+  constexpr std::size_t most = std::size_t{1} << 25U;
+  std::wstring lines(std::size_t{1} << 15U, L'\0');
+  std::size_t length = 0;
+  for (;;) {
+    length = GetPrivateProfileSectionW(ToWide(section).c_str(), lines.data(), static_cast<DWORD>(lines.size()),
+                                       ToWide(path).c_str());
+    // What does not fit is cut off, and two characters stay free.
+    if (length + 2 < lines.size()) break;
+    if (lines.size() == most) return {};
+    lines.resize(lines.size() * 2);
+  }
+  std::map<std::string, std::string> values;
+  for (std::size_t at = 0; at < length;) {
+    const std::size_t end = std::min(lines.find(L'\0', at), length);
+    AddValue(std::wstring_view(lines).substr(at, end - at), values);
+    at = end + 1;
+  }
+  std::erase_if(values, [](const auto& one) { return !IsPlain(one.second); });
+  return values;
+}
+
+std::string ReadProfileValue(const std::string& section, const std::string& key, const std::string& defaultValue,
+                             const std::string& path) {
+  std::array<wchar_t, ValueRoom> value = {};
+  const DWORD length =
+      GetPrivateProfileStringW(ToWide(section).c_str(), ToWide(key).c_str(), ToWide(defaultValue).c_str(), value.data(),
+                               static_cast<DWORD>(value.size()), ToWide(path).c_str());
+  return FromWide({value.data(), length});
+}
+
+bool WriteProfileValue(const std::string& section, const std::string& key, const std::string& value,
+                       const std::string& path) {
+  const std::wstring text = ToWide(value);
+  if (!FitsTheCodePage(text)) ChangeToUtf16(ToFilesystemPath(path));
+  return WritePrivateProfileStringW(ToWide(section).c_str(), ToWide(key).c_str(), text.c_str(), ToWide(path).c_str()) !=
+         FALSE;
+}
+
+}  // namespace kw::windows

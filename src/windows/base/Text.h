@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "components/base/Unicode.h"
+
+namespace kw::windows {
+
+// Text as the system's wide functions take and give it.
+inline std::wstring ToWide(std::string_view text) {
+  const std::u16string utf16 = Utf16FromUtf8(text);
+  return {utf16.begin(), utf16.end()};
+}
+
+inline std::string FromWide(std::wstring_view text) { return Utf8FromUtf16(std::u16string(text.begin(), text.end())); }
+
+}  // namespace kw::windows

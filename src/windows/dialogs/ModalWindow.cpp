@@ -1,0 +1,186 @@
+#include "windows/dialogs/ModalWindow.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <string>
+
+#include "components/base/RunTimeError.h"
+#include "windows/base/Gdi.h"
+#include "windows/base/Guard.h"
+#include "windows/base/Module.h"
+#include "windows/base/Mouse.h"
+#include "windows/base/ScreenScale.h"
+#include "windows/base/Text.h"
+#include "windows/views/ControlView.h"
+
+namespace kw::windows {
+namespace {
+
+constexpr DWORD Style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
+constexpr DWORD ExtendedStyle = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT;
+
+// In the middle of the owner, but wholly on its screen.
+POINT PlaceFor(int width, int height, HWND owner) {
+  MONITORINFO screen = {};
+  screen.cbSize = sizeof screen;
+  GetMonitorInfoW(MonitorFromWindow(owner, MONITOR_DEFAULTTOPRIMARY), &screen);
+  RECT around = screen.rcWork;
+  if (owner != nullptr && IsIconic(owner) == FALSE) GetWindowRect(owner, &around);
+  const auto within = [](LONG middle, int size, LONG low, LONG high) {
+    return std::max(low, std::min(middle - size / 2, high - size));
+  };
+  const RECT& work = screen.rcWork;
+  return {within((around.left + around.right) / 2, width, work.left, work.right),
+          within((around.top + around.bottom) / 2, height, work.top, work.bottom)};
+}
+
+// The letter that a caption marks, as a capital; 0 where it marks none.
+wchar_t MnemonicOf(const std::wstring& caption) {
+  for (std::size_t i = 0; i + 1 < caption.size(); ++i) {
+    if (caption[i] != L'&') continue;
+    if (caption[i + 1] != L'&') return static_cast<wchar_t>(towupper(static_cast<wint_t>(caption[i + 1])));
+    ++i;
+  }
+  return 0;
+}
+
+struct MnemonicSearch {
+  wchar_t letter;
+  HWND found = nullptr;
+};
+
+BOOL CALLBACK FindButton(HWND child, LPARAM parameter) {
+  return GuardOr(TRUE, [&] {
+    auto& search = *reinterpret_cast<MnemonicSearch*>(parameter);
+    wchar_t text[256] = {};
+    GetClassNameW(child, text, static_cast<int>(std::size(text)));
+    if (std::wstring(text) != WC_BUTTONW || IsWindowVisible(child) == FALSE || IsWindowEnabled(child) == FALSE)
+      return TRUE;
+    GetWindowTextW(child, text, static_cast<int>(std::size(text)));
+    if (MnemonicOf(text) != search.letter) return TRUE;
+    search.found = child;
+    return FALSE;
+  });
+}
+
+}  // namespace
+
+ModalWindow::ModalWindow(DialogForm& shown, HWND above) : form(shown), owner(above) {
+  const Scale scale = ScaleOf(owner);
+  const int width = scale.ToDevice(ToPixels(form.Width()));
+  const int height = scale.ToDevice(ToPixels(form.Height()));
+  RECT frame = {0, 0, width, height};
+  AdjustWindowRectEx(&frame, Style, FALSE, ExtendedStyle);
+  const POINT place = PlaceFor(WidthOf(frame), HeightOf(frame), owner);
+  OwnWindowClass::Register();
+  const HWND made = CreateWindowExW(ExtendedStyle, OwnWindowClass::Name, ToWide(form.Caption()).c_str(), Style, place.x,
+                                    place.y, WidthOf(frame), HeightOf(frame), owner, nullptr, Module(), nullptr);
+  if (made == nullptr) Raise(ErrorNumber::OutOfMemory, static_cast<std::int32_t>(GetLastError()));
+  window.reset(made);
+  SetWindowSubclass(made, &Subclass, 0, reinterpret_cast<DWORD_PTR>(this));
+  // The frame that was reckoned with is that of the primary screen.
+  RECT client = {};
+  GetClientRect(made, &client);
+  SetWindowPos(made, nullptr, 0, 0, WidthOf(frame) + width - client.right, HeightOf(frame) + height - client.bottom,
+               SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+  content = std::make_unique<EditorWindow>(form, made, RECT{0, 0, width, height}, scale);
+  content->Show(true);
+}
+
+void ModalWindow::Run() {
+  // The owner is enabled again before the dialog goes, so that it becomes the active window and not another program's.
+  struct Disabled {
+    explicit Disabled(HWND disabled)
+        : owner(disabled), wasEnabled(owner != nullptr && EnableWindow(owner, FALSE) == FALSE) {}
+    Disabled(const Disabled&) = delete;
+    Disabled& operator=(const Disabled&) = delete;
+    ~Disabled() {
+      if (wasEnabled) EnableWindow(owner, TRUE);
+    }
+    HWND owner;
+    bool wasEnabled;
+  };
+  const Disabled whileUp(owner);
+  form.SetVisible(true);
+  ShowWindow(window.get(), SW_SHOW);
+  form.Activate.Raise();
+  Loop();
+  if (form.Visible()) form.UserClose();
+}
+
+void ModalWindow::Loop() {
+  MSG message = {};
+  while (form.Visible() && window != nullptr) {
+    const BOOL got = GetMessageW(&message, nullptr, 0, 0);
+    if (got == FALSE) PostQuitMessage(static_cast<int>(message.wParam));  // for the loop that called
+    if (got <= 0) return;
+    if (IsTaken(message)) continue;
+    TranslateMessage(&message);
+    DispatchMessageW(&message);
+  }
+}
+
+bool ModalWindow::IsTaken(MSG& message) {
+  if (message.hwnd != window.get() && IsChild(window.get(), message.hwnd) == FALSE) return false;
+  if (message.message == WM_SYSCHAR) return PressMnemonic(static_cast<wchar_t>(message.wParam));
+  if (message.message != WM_KEYDOWN) return false;
+  if (message.wParam == VK_TAB) {
+    MoveFocus(message);
+    return true;
+  }
+  if (message.wParam == VK_RETURN) TakeTyping(message.hwnd);
+  form.KeyDown.Raise(static_cast<std::int16_t>(message.wParam), ShiftState());
+  return message.wParam == VK_RETURN || message.wParam == VK_ESCAPE || !form.Visible();
+}
+
+// A date picker takes what was typed into one of its fields when the keyboard leaves it.
+void ModalWindow::TakeTyping(HWND field) const {
+  wchar_t name[64] = {};
+  GetClassNameW(field, name, static_cast<int>(std::size(name)));
+  if (std::wstring(name) != DATETIMEPICK_CLASSW) return;
+  SetFocus(content->Handle());
+  SetFocus(field);
+}
+
+void ModalWindow::MoveFocus(MSG& tab) {
+  if (content->TranslateAccelerator(tab)) return;
+  SetFocus(content->Handle());  // from here the first stop is next, or the last one
+  content->TranslateAccelerator(tab);
+}
+
+bool ModalWindow::PressMnemonic(wchar_t letter) const {
+  MnemonicSearch search{static_cast<wchar_t>(towupper(static_cast<wint_t>(letter)))};
+  EnumChildWindows(window.get(), &FindButton, reinterpret_cast<LPARAM>(&search));
+  if (search.found == nullptr) return false;
+  SetFocus(search.found);
+  SendMessageW(search.found, BM_CLICK, 0, 0);
+  return true;
+}
+
+LRESULT CALLBACK ModalWindow::Subclass(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR /*id*/,
+                                       DWORD_PTR self) {
+  auto& dialog = *reinterpret_cast<ModalWindow*>(self);
+  switch (message) {
+    case WM_CLOSE:
+      Guard([&] { dialog.form.UserClose(); });
+      return 0;
+    case WM_ACTIVATE:
+      if (LOWORD(wParam) == WA_INACTIVE) {
+        dialog.focus = GetFocus();
+      } else if (dialog.focus != nullptr) {
+        SetFocus(dialog.focus);
+        return 0;
+      }
+      break;
+    case WM_NCDESTROY:
+      RemoveWindowSubclass(window, &Subclass, 0);
+      static_cast<void>(dialog.window.release());  // gone with its owner, or going
+      break;
+    default:
+      break;
+  }
+  return DefSubclassProc(window, message, wParam, lParam);
+}
+
+}  // namespace kw::windows

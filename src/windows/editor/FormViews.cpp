@@ -1,0 +1,99 @@
+#include "windows/editor/FormViews.h"
+
+#include <type_traits>
+
+#include "components/controls/LightWeightMarker.h"
+
+#include "windows/base/Gdi.h"
+#include "windows/toolbar/ToolBarView.h"
+#include "windows/views/CanvasItemView.h"
+#include "windows/views/CheckBoxView.h"
+#include "windows/views/DTPickerView.h"
+#include "windows/views/ImageComboView.h"
+#include "windows/views/LabelView.h"
+#include "windows/views/MenuView.h"
+#include "windows/views/OptionButtonView.h"
+#include "windows/views/PageSpinnerView.h"
+#include "windows/views/PictureBoxView.h"
+#include "windows/views/RaisedAreaView.h"
+#include "windows/views/RaisedPictureView.h"
+#include "windows/views/ScrollBarView.h"
+#include "windows/views/SliderView.h"
+
+namespace kw::windows {
+namespace {
+
+// How one kind of model is shown: in a view, and drawn without a window.
+struct Kind {
+  bool (*isOf)(const Control& model);
+  std::unique_ptr<ControlView> (*makeView)(Pane& pane, Control& model, ControlView* container, BarRows& bars);
+  void (*draw)(const Look& look, const RECT& place, const Control& model);
+};
+
+template <class Model, class ViewOfModel>
+constexpr Kind KindOf() {
+  return {[](const Control& model) { return dynamic_cast<const Model*>(&model) != nullptr; },
+          [](Pane& pane, Control& model, ControlView* container, BarRows& bars) -> std::unique_ptr<ControlView> {
+            auto& shown = static_cast<Model&>(model);
+            if constexpr (std::is_same_v<ViewOfModel, ToolBarView>) {
+              return std::make_unique<ToolBarView>(pane, shown, container, bars);
+            } else {
+              static_cast<void>(bars);
+              return std::make_unique<ViewOfModel>(pane, shown, container);
+            }
+          },
+          [](const Look& look, const RECT& place, const Control& model) {
+            ViewOfModel::Draw(look, place, static_cast<const Model&>(model));
+          }};
+}
+
+// Every kind of model that has a look. Timers, logs and the like have none.
+constexpr Kind Kinds[] = {
+    KindOf<PictureBox, PictureBoxView>(),
+    KindOf<TransparentPicture, CanvasItemView>(),
+    KindOf<LightWeightMarker, CanvasItemView>(),
+    KindOf<ToolBar, ToolBarView>(),
+    KindOf<RaisedArea, RaisedAreaView>(),
+    KindOf<Frame, FrameView>(),
+    KindOf<RaisedPicture, RaisedPictureView>(),
+    KindOf<Label, LabelView>(),
+    KindOf<ImageCombo, ImageComboView>(),
+    KindOf<ScrollBar, ScrollBarView>(),
+    KindOf<Slider, SliderView>(),
+    KindOf<PageSpinner, PageSpinnerView>(),
+    KindOf<CheckBox, CheckBoxView>(),
+    KindOf<OptionButton, OptionButtonView>(),
+    KindOf<DTPicker, DTPickerView>(),
+    KindOf<Menu, MenuView>(),
+};
+
+const Kind* Find(const Control& model) {
+  for (const Kind& kind : Kinds) {
+    if (kind.isOf(model)) return &kind;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+std::unique_ptr<ControlView> FormViews::MakeView(Pane& pane, Control& model, ControlView* container) {
+  const Kind* const kind = Find(model);
+  return kind == nullptr ? nullptr : kind->makeView(pane, model, container, bars);
+}
+
+void DrawChildren(const Look& look, const Control& holder) {
+  for (const Control* child : holder.Children()) {
+    const Kind* const kind = Find(*child);
+    if (kind == nullptr || !child->Visible()) continue;
+    const RECT place = ToRect(look.scale.ToDevice(BoundsOf(*child)));
+    const int saved = SaveDC(look.context);
+    IntersectClipRect(look.context, place.left, place.top, place.right, place.bottom);
+    OffsetViewportOrgEx(look.context, place.left, place.top, nullptr);
+    const RECT own = {0, 0, WidthOf(place), HeightOf(place)};
+    kind->draw(look, own, *child);
+    DrawChildren(look, *child);
+    RestoreDC(look.context, saved);
+  }
+}
+
+}  // namespace kw::windows

@@ -1,0 +1,94 @@
+#include "windows/toolbar/BarLayout.h"
+
+#include <algorithm>
+#include <limits>
+#include <string>
+
+#include "windows/base/Gdi.h"
+#include "windows/base/Images.h"
+#include "windows/base/Text.h"
+
+namespace kw::windows {
+namespace {
+
+int WidthOf(const ToolBar::Button& button, const BarSizes& sizes, HDC measuring) {
+  if (button.style == ButtonStyle::Separator) return sizes.gap;
+  if (button.caption.empty()) return sizes.button;
+  const std::wstring text = ToWide(button.caption);
+  SIZE size = {};
+  GetTextExtentPoint32W(measuring, text.c_str(), static_cast<int>(text.size()), &size);
+  return size.cx + 2 * sizes.textMargin + sizes.imageRoom;
+}
+
+// Each row but the first begins where the width did not do for one more button.
+std::vector<RECT> LayOutRows(const ToolBar& bar, int width, const BarSizes& sizes, HDC measuring) {
+  std::vector<RECT> places;
+  LONG x = 0;
+  LONG y = 0;
+  for (const ToolBar::Button& button : bar.Buttons()) {
+    const int own = button.visible ? WidthOf(button, sizes, measuring) : 0;
+    if (x > 0 && x + own > width) {
+      x = 0;
+      y += sizes.button;
+    }
+    places.push_back({x, y, x + own, y + sizes.button});
+    x += own;
+  }
+  // A gap at the end of a row parts nothing.
+  for (std::size_t i = 0; i + 1 < places.size(); ++i) {
+    const bool isGap = bar.Buttons()[i].style == ButtonStyle::Separator;
+    if (isGap && places[i + 1].top > places[i].top) places[i].right = places[i].left;
+  }
+  return places;
+}
+
+bool HasRoom(const RECT& place) { return place.right > place.left; }
+
+// Takes away the buttons that do not end before `end`, and the gaps at the end of what stays. Tells where that ends.
+LONG CutOff(const ToolBar& bar, LONG end, std::vector<RECT>& places) {
+  for (RECT& place : places) {
+    if (place.right > end) place.right = place.left;
+  }
+  for (std::size_t i = places.size(); i-- > 0;) {
+    if (!HasRoom(places[i])) continue;
+    if (bar.Buttons()[i].style != ButtonStyle::Separator) return places[i].right;
+    places[i].right = places[i].left;
+  }
+  return 0;
+}
+
+}  // namespace
+
+BarSizes::BarSizes(const Scale& scale)
+    : button(scale.LengthOnDevice(Images::ButtonSize)),
+      gap(scale.LengthOnDevice(8)),
+      textMargin(scale.LengthOnDevice(6)),
+      imageRoom(scale.LengthOnDevice(20)) {}
+
+bool IsOfOneRow(int height, const BarSizes& sizes) { return height < 2 * sizes.button; }
+
+BarLayout LayOut(const ToolBar& bar, SIZE size, const BarRoom& room, const BarSizes& sizes, HDC measuring) {
+  if (!IsOfOneRow(size.cy, sizes)) return {LayOutRows(bar, size.cx, sizes, measuring), std::nullopt};
+  BarLayout layout = {LayOutRows(bar, std::numeric_limits<int>::max(), sizes, measuring), std::nullopt};
+  if (!room.IsUsable(sizes)) return layout;
+  const LONG end = CutOff(bar, std::numeric_limits<LONG>::max(), layout.places);
+  if (end <= room.width && !room.hasOthers) return layout;
+  const LONG left = CutOff(bar, room.width - sizes.button, layout.places);
+  layout.more = RECT{left, 0, left + sizes.button, sizes.button};
+  return layout;
+}
+
+void DrawCaptioned(const Look& look, RECT place, const ToolBar::Button& button, bool isEnabled) {
+  const BarSizes sizes(look.scale);
+  if (!button.image.empty()) {
+    const RECT square = {place.left, place.top, place.left + sizes.button, place.bottom};
+    look.images.Draw(look.context, square, button.image, isEnabled);
+    place.left += sizes.imageRoom;
+  }
+  const std::wstring text = ToWide(button.caption);
+  SetBkMode(look.context, TRANSPARENT);
+  SetTextColor(look.context, GetSysColor(isEnabled ? COLOR_BTNTEXT : COLOR_GRAYTEXT));
+  DrawTextW(look.context, text.c_str(), static_cast<int>(text.size()), &place, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
+}
+
+}  // namespace kw::windows

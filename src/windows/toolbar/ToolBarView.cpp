@@ -1,0 +1,303 @@
+#include "windows/toolbar/ToolBarView.h"
+
+#include <algorithm>
+#include <cwchar>
+#include <utility>
+
+#include "windows/base/Gdi.h"
+#include "windows/base/Text.h"
+#include "windows/views/Pane.h"
+
+namespace kw::windows {
+namespace {
+
+constexpr const wchar_t* MoreText = L"More Buttons";
+constexpr const char* MoreImage = "More";
+
+BYTE StyleOf(const ToolBar::Button& button) {
+  switch (button.style) {
+    case ButtonStyle::Separator:
+      return BTNS_SEP;
+    case ButtonStyle::Check:
+    case ButtonStyle::Group:
+      // The model keeps the group's rule.
+      return BTNS_CHECK;
+    case ButtonStyle::Push:
+      break;
+  }
+  return BTNS_BUTTON;
+}
+
+}  // namespace
+
+ToolBarView::ToolBarView(Pane& shared, ToolBar& shown, ControlView* container, BarRows& fellows)
+    : ControlView(shared, shown, container), bar(shown), rows(fellows) {
+  rows.Add(*this);
+}
+
+ToolBarView::~ToolBarView() { rows.Remove(*this); }
+
+HWND ToolBarView::Create(HWND parent) {
+  const HWND created = CreateSystemWindow(
+      parent, TOOLBARCLASSNAMEW,
+      TBSTYLE_FLAT | TBSTYLE_TOOLTIPS | TBSTYLE_LIST | CCS_NORESIZE | CCS_NOPARENTALIGN | CCS_NODIVIDER);
+  if (created == nullptr) return nullptr;
+  SendMessageW(created, TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON), 0);
+  SendMessageW(created, TB_SETEXTENDEDSTYLE, 0, TBSTYLE_EX_MIXEDBUTTONS | TBSTYLE_EX_DOUBLEBUFFER);
+  SetSizes(created);
+  return created;
+}
+
+void ToolBarView::SetSizes(HWND shown) const {
+  SendMessageW(shown, TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(Shared().Pictures().Normal()));
+  SendMessageW(shown, TB_SETDISABLEDIMAGELIST, 0, reinterpret_cast<LPARAM>(Shared().Pictures().Disabled()));
+  const int side = Sizes().button;
+  SendMessageW(shown, TB_SETBUTTONSIZE, 0, MAKELPARAM(side, side));
+}
+
+void ToolBarView::Rescale() {
+  SetSizes(Handle());
+  shownStates.clear();  // their widths are others
+  ControlView::Rescale();
+}
+
+BarSizes ToolBarView::Sizes() const { return BarSizes(Shared().Scaling()); }
+
+void ToolBarView::SetRoom(const BarRoom& newRoom) {
+  if (room == newRoom) return;
+  room = newRoom;
+  ShowButtons();
+}
+
+void ToolBarView::Show(Aspect aspect) {
+  if (aspect == Aspect::Content) ShowButtons();
+  if (aspect == Aspect::Visibility) rows.LayOut();
+}
+
+void ToolBarView::ShowPlace() {
+  ControlView::ShowPlace();
+  ShowButtons();
+  rows.LayOut();
+}
+
+void ToolBarView::ShowEnabled() {
+  ControlView::ShowEnabled();
+  ShowButtons();
+}
+
+void ToolBarView::ShowButtons() {
+  const HDC measuring = GetDC(Handle());
+  const HGDIOBJ before = SelectObject(measuring, Shared().Font());
+  const RECT place = Place();
+  const BarLayout layout = LayOut(bar, {WidthOf(place), HeightOf(place)}, room, Sizes(), measuring);
+  SelectObject(measuring, before);
+  ReleaseDC(Handle(), measuring);
+  const std::vector<BYTE> states = States(layout);
+  constexpr unsigned LayoutBits = TBSTATE_HIDDEN | TBSTATE_WRAP;
+  const bool isLaidOut = std::ranges::equal(
+      states, shownStates, [](BYTE a, BYTE b) { return ((static_cast<unsigned>(a) ^ b) & LayoutBits) == 0; });
+  if (!isLaidOut) return AddButtons(layout, states);
+  for (std::size_t i = 0; i < states.size(); ++i) {
+    if (states[i] == shownStates[i]) continue;
+    shownStates[i] = states[i];
+    SendMessageW(Handle(), TB_SETSTATE, i + 1, MAKELPARAM(states[i], 0));
+  }
+}
+
+std::vector<BYTE> ToolBarView::States(const BarLayout& layout) const {
+  const bool isEnabled = IsEffectivelyEnabled();
+  const std::vector<RECT>& places = layout.places;
+  std::vector<BYTE> states;
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    const ToolBar::Button& button = bar.Buttons()[i];
+    unsigned state = 0;
+    if (isEnabled && button.enabled) state |= TBSTATE_ENABLED;
+    if (WidthOf(places[i]) == 0) state |= TBSTATE_HIDDEN;
+    if (button.pressed) state |= TBSTATE_CHECKED;
+    states.push_back(static_cast<BYTE>(state));
+  }
+  // The last button of a row that shows carries the mark that a new row begins.
+  std::size_t last = 0;
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    if ((states[i] & TBSTATE_HIDDEN) != 0) continue;
+    if (places[i].top > places[last].top) states[last] = static_cast<BYTE>(states[last] | TBSTATE_WRAP);
+    last = i;
+  }
+  // A menu can be looked at while its entries are disabled.
+  if (layout.more) states.push_back(TBSTATE_ENABLED);
+  return states;
+}
+
+// The system lays a bar out when buttons are added, but not when one of them is to begin a new row.
+void ToolBarView::AddButtons(const BarLayout& layout, const std::vector<BYTE>& states) {
+  SendMessageW(Handle(), WM_SETREDRAW, FALSE, 0);
+  while (SendMessageW(Handle(), TB_DELETEBUTTON, 0, 0) != FALSE) continue;
+  for (std::size_t i = 0; i < states.size(); ++i) {
+    AddButton(i, states[i], WidthOf(i < layout.places.size() ? layout.places[i] : *layout.more));
+  }
+  SendMessageW(Handle(), TB_AUTOSIZE, 0, 0);
+  SendMessageW(Handle(), WM_SETREDRAW, TRUE, 0);
+  InvalidateRect(Handle(), nullptr, TRUE);
+  shownStates = states;
+}
+
+// The text of a button does not show, it is its name for those who cannot see it.
+void ToolBarView::AddButton(std::size_t index, BYTE state, int width) const {
+  const bool isMore = index == bar.Buttons().size();
+  const ToolBar::Button button =
+      isMore ? ToolBar::Button{.toolTip = FromWide(MoreText), .image = MoreImage} : bar.Buttons()[index];
+  const std::wstring name = ToWide(button.toolTip);
+  TBBUTTON added = {};
+  added.idCommand = static_cast<int>(index) + 1;
+  added.fsStyle = StyleOf(button);
+  added.fsState = state;
+  added.iBitmap = button.style == ButtonStyle::Separator            ? Sizes().gap
+                  : button.image.empty() || !button.caption.empty() ? I_IMAGENONE
+                                                                    : Shared().Pictures().IndexOf(button.image);
+  if (!name.empty()) added.iString = reinterpret_cast<INT_PTR>(name.c_str());
+  SendMessageW(Handle(), TB_ADDBUTTONSW, 1, reinterpret_cast<LPARAM>(&added));
+  TBBUTTONINFOW info = {};
+  info.cbSize = sizeof info;
+  info.dwMask = TBIF_SIZE;
+  info.cx = static_cast<WORD>(width);
+  if (width > 0) SendMessageW(Handle(), TB_SETBUTTONINFOW, index + 1, reinterpret_cast<LPARAM>(&info));
+}
+
+// What a click runs may take the window down, which the system's code for a message does not survive: a click that it
+// tells of waits until that code is through.
+LRESULT ToolBarView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  ++messagesUnderWay;
+  const bool isTaken = (message == WM_KEYDOWN && OnKey(wParam)) || (message == WM_CHAR && OnCharacter(wParam, lParam));
+  LRESULT result = message == WM_GETDLGCODE ? DLGC_WANTARROWS | DLGC_WANTCHARS : 0;
+  if (!isTaken && result == 0) result = ControlView::OnMessage(message, wParam, lParam);
+  // The button that had the keyboard last has it again.
+  if (message == WM_SETFOCUS) SetHotButton(TakesKeys(lastKeyed) ? lastKeyed : Next(-1, 1));
+  if (message == WM_KILLFOCUS) SetHotButton(std::nullopt);
+  --messagesUnderWay;
+  if (messagesUnderWay == 0 && IsAttached()) FinishMessage(message);
+  return result;
+}
+
+void ToolBarView::FinishMessage(UINT message) {
+  if (message == WM_LBUTTONUP && clicked == 0) {
+    // Some systems press a disabled check button, without a word.
+    ReadChecks();
+    ShowButtons();
+  }
+  if (clicked != 0) Click(std::exchange(clicked, WORD{0}));
+}
+
+void ToolBarView::OnCommand(WORD /*notification*/, WORD id) {
+  if (messagesUnderWay > 0)
+    clicked = id;
+  else
+    Click(id);
+}
+
+void ToolBarView::Click(WORD id) {
+  const auto index = static_cast<std::size_t>(id) - 1;
+  if (index == bar.Buttons().size() && TakesInput()) return PopUpRest();
+  // The system has toggled a check button by itself; what the model makes of the click counts.
+  ReadChecks();
+  Choose(index);
+}
+
+void ToolBarView::Choose(std::size_t button) {
+  if (button >= bar.Buttons().size()) return;
+  if (!TakesInput()) return ShowButtons();
+  const std::string key = bar.Buttons()[button].key;
+  bar.UserClick(key);
+  if (IsAttached()) ShowButtons();
+}
+
+void ToolBarView::ReadChecks() {
+  for (std::size_t i = 0; i < shownStates.size(); ++i) {
+    const auto checked = static_cast<unsigned>(SendMessageW(Handle(), TB_GETSTATE, i + 1, 0)) & TBSTATE_CHECKED;
+    shownStates[i] = static_cast<BYTE>((shownStates[i] & ~unsigned{TBSTATE_CHECKED}) | checked);
+  }
+}
+
+std::vector<ToolBarView::MenuEntry> ToolBarView::EntriesOfRest() {
+  std::vector<MenuEntry> entries;
+  const auto add = [&](ToolBarView* view, bool isAll) {
+    for (std::size_t i = 0; i < view->bar.Buttons().size(); ++i) {
+      const ToolBar::Button& button = view->bar.Buttons()[i];
+      const bool isOut = isAll || (view->shownStates[i] & TBSTATE_HIDDEN) != 0;
+      if (isOut && button.visible && button.style != ButtonStyle::Separator) entries.push_back({view, i});
+    }
+  };
+  add(this, false);
+  for (ToolBarView* behind : rows.Behind(*this)) add(behind, true);
+  return entries;
+}
+
+void ToolBarView::PopUpRest() {
+  const HMENU popUp = CreatePopupMenu();
+  if (popUp == nullptr) return;
+  const std::vector<MenuEntry> entries = EntriesOfRest();
+  for (std::size_t i = 0; i < entries.size(); ++i) {
+    const auto& [view, index] = entries[i];
+    const ToolBar::Button& button = view->bar.Buttons()[index];
+    if (i > 0 && entries[i - 1].bar != view) AppendMenuW(popUp, MF_SEPARATOR, 0, nullptr);
+    const bool isEnabled = button.enabled && view->IsEffectivelyEnabled();
+    const UINT flags = (isEnabled ? 0U : unsigned{MF_GRAYED}) | (button.pressed ? unsigned{MF_CHECKED} : 0U);
+    AppendMenuW(popUp, MF_STRING | flags, i + 1, ToWide(button.toolTip).c_str());
+  }
+  RECT place = PlaceOf(bar.Buttons().size());
+  MapWindowPoints(Handle(), nullptr, reinterpret_cast<POINT*>(&place), 2);
+  TPMPARAMS besides = {sizeof besides, place};
+  // The menu may see the end of the window; the views of this message last until it is through.
+  const auto held = Shared().Hold();
+  const int chosen = TrackPopupMenuEx(popUp, TPM_RETURNCMD | TPM_RIGHTALIGN | TPM_VERTICAL, place.right, place.bottom,
+                                      Shared().Window(), &besides);
+  DestroyMenu(popUp);
+  if (chosen <= 0 || !IsAttached()) return;
+  const auto& [view, index] = entries[static_cast<std::size_t>(chosen) - 1];
+  if (view->IsAttached()) view->Choose(index);
+}
+
+LRESULT ToolBarView::DrawCaption(const NMTBCUSTOMDRAW& drawing) const {
+  const auto index = static_cast<std::size_t>(drawing.nmcd.dwItemSpec) - 1;
+  if (drawing.nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
+  if (index >= bar.Buttons().size() || bar.Buttons()[index].caption.empty()) return CDRF_DODEFAULT;
+  if (drawing.nmcd.dwDrawStage == CDDS_ITEMPREPAINT) return CDRF_NOTIFYPOSTPAINT;
+  if (drawing.nmcd.dwDrawStage != CDDS_ITEMPOSTPAINT) return CDRF_DODEFAULT;
+  const HGDIOBJ before = SelectObject(drawing.nmcd.hdc, Shared().Font());
+  DrawCaptioned({drawing.nmcd.hdc, Shared().Pictures(), Shared().Scaling()}, drawing.nmcd.rc, bar.Buttons()[index],
+                (shownStates[index] & TBSTATE_ENABLED) != 0);
+  SelectObject(drawing.nmcd.hdc, before);
+  return CDRF_DODEFAULT;
+}
+
+LRESULT ToolBarView::OnNotify(NMHDR& header) {
+  if (header.code == static_cast<UINT>(NM_CUSTOMDRAW)) {
+    return DrawCaption(reinterpret_cast<const NMTBCUSTOMDRAW&>(header));
+  }
+  if (header.code != static_cast<UINT>(TBN_GETINFOTIPW)) return 0;
+  auto& asked = reinterpret_cast<NMTBGETINFOTIPW&>(header);
+  const auto index = static_cast<std::size_t>(asked.iItem) - 1;
+  if (index > bar.Buttons().size() || asked.cchTextMax <= 0) return 0;
+  const std::wstring text = index == bar.Buttons().size() ? MoreText : ToWide(bar.Buttons()[index].toolTip);
+  std::wcsncpy(asked.pszText, text.c_str(), static_cast<std::size_t>(asked.cchTextMax));
+  asked.pszText[asked.cchTextMax - 1] = L'\0';
+  return 0;
+}
+
+void ToolBarView::Draw(const Look& look, const RECT& place, const ToolBar& bar) {
+  const BarSizes sizes(look.scale);
+  const SIZE size = {WidthOf(place), HeightOf(place)};
+  const std::vector<RECT> places = LayOut(bar, size, {size.cx, false}, sizes, look.context).places;
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    const ToolBar::Button& button = bar.Buttons()[i];
+    RECT own = places[i];
+    if (WidthOf(own) == 0 || button.style == ButtonStyle::Separator) continue;
+    if (button.pressed) DrawEdge(look.context, &own, BDR_SUNKENOUTER, BF_RECT);
+    const bool isEnabled = bar.Enabled() && button.enabled;
+    if (!button.caption.empty())
+      DrawCaptioned(look, own, button, isEnabled);
+    else if (!button.image.empty())
+      look.images.Draw(look.context, own, button.image, isEnabled);
+  }
+}
+
+}  // namespace kw::windows

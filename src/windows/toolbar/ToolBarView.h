@@ -1,0 +1,80 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "components/controls/ToolBar.h"
+#include "windows/toolbar/BarLayout.h"
+#include "windows/toolbar/BarRows.h"
+#include "windows/views/ControlView.h"
+#include "windows/views/Look.h"
+
+namespace kw::windows {
+
+// The buttons of a tool bar have their places in the model's list as their ids, from 1 on; after them comes the button
+// that opens the menu of those that are out of sight, where there are any.
+class ToolBarView final : public ControlView {
+public:
+  // The rows must outlive the view.
+  ToolBarView(Pane& shared, ToolBar& shown, ControlView* container, BarRows& fellows);
+  ~ToolBarView() override;
+
+  static void Draw(const Look& look, const RECT& place, const ToolBar& bar);
+
+  bool IsTabStop() const override;
+  bool WantsKey(WPARAM key) const override;
+  void OnCommand(WORD notification, WORD id) override;
+  void Rescale() override;
+  LRESULT OnNotify(NMHDR& header) override;
+  LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+  BarSizes Sizes() const;
+  void SetRoom(const BarRoom& newRoom);
+
+private:
+  struct MenuEntry {
+    ToolBarView* bar;
+    std::size_t button;
+  };
+
+  HWND Create(HWND parent) override;
+  void Show(Aspect aspect) override;
+  void ShowPlace() override;
+  void ShowEnabled() override;
+  void SetSizes(HWND shown) const;
+  void ShowButtons();
+  std::vector<BYTE> States(const BarLayout& layout) const;
+  void AddButtons(const BarLayout& layout, const std::vector<BYTE>& states);
+  void AddButton(std::size_t index, BYTE state, int width) const;
+  LRESULT DrawCaption(const NMTBCUSTOMDRAW& drawing) const;
+
+  // What a message asked for and what had to wait until it was through.
+  void FinishMessage(UINT message);
+  void Click(WORD id);
+  void Choose(std::size_t button);
+  // Which buttons the system shows pressed.
+  void ReadChecks();
+
+  std::vector<MenuEntry> EntriesOfRest();
+  void PopUpRest();
+
+  // The keyboard, in ToolBarKeys.cpp. A button that has it is the system's hot one.
+  bool TakesKeys(std::size_t index) const;
+  RECT PlaceOf(std::size_t index) const;
+  int HotButton() const;
+  void SetHotButton(std::optional<std::size_t> index);
+  std::optional<std::size_t> Next(int from, int step) const;
+  std::optional<std::size_t> Beside(std::size_t from, bool isBelow) const;
+  bool OnKey(WPARAM key);
+  bool OnCharacter(WPARAM character, LPARAM details);
+
+  ToolBar& bar;
+  BarRows& rows;
+  BarRoom room;
+  std::vector<BYTE> shownStates;
+  int messagesUnderWay = 0;
+  WORD clicked = 0;  // the button that waits; 0: none
+  std::size_t lastKeyed = 0;
+};
+
+}  // namespace kw::windows

@@ -1,0 +1,60 @@
+#include "windows/views/CanvasItemView.h"
+
+#include "components/controls/LightWeightMarker.h"
+#include "windows/views/Pane.h"
+#include "windows/views/PictureBoxView.h"
+
+namespace kw::windows {
+
+PictureBoxView* CanvasItemView::Canvas() const { return dynamic_cast<PictureBoxView*>(Container()); }
+
+void CanvasItemView::Show(Aspect aspect) {
+  if (aspect == Aspect::Pointer) RenewPointer();
+  if (aspect == Aspect::Enabled || aspect == Aspect::Pointer || aspect == Aspect::Focus) return;
+  if (aspect == Aspect::Typing) ShowTyping();
+  if (!IsAttached()) return;
+  if (field != nullptr) field->Show();
+  if (PictureBoxView* canvas = Canvas()) canvas->ItemsChanged();
+}
+
+void CanvasItemView::ShowTyping() {
+  auto& layer = static_cast<TransparentPicture&>(Model());
+  const PictureBoxView* const canvas = Canvas();
+  if (!layer.IsTyping()) {
+    field.reset();
+  } else if (canvas != nullptr && canvas->Handle() != nullptr) {
+    field = std::make_unique<TextField>(canvas->Handle(), layer, Shared().Scaling());
+  }
+}
+
+void CanvasItemView::Leave() {
+  field.reset();
+  if (PictureBoxView* canvas = Canvas()) {
+    canvas->ItemsChanged();
+    canvas->Forget(*this);
+  }
+}
+
+void CanvasItemView::Rescale() {
+  if (field != nullptr) field->Rescale(Shared().Scaling());
+}
+
+void CanvasItemView::Send(const MouseEvent& event, POINT at) {
+  const bool isMarker = dynamic_cast<const LightWeightMarker*>(&Model()) != nullptr;
+  const bool isPress = event.kind == MouseEvent::Kind::Down;
+  if (isPress && (event.button == Mouse::LeftButton || !pressedAt)) pressedAt = at;
+  if (isMarker && event.kind == MouseEvent::Kind::Up) {
+    if (!pressedAt) return;  // the press was somewhere else
+    const POINT start = *pressedAt;
+    if (!event.isAnyHeld) LosePress();
+    if (!TakesInput()) return;
+    mouse->MouseUp.Raise(event.button, event.shift, ToTwips(static_cast<float>(at.x - start.x)),
+                         ToTwips(static_cast<float>(at.y - start.y)));
+    return;
+  }
+  // Without the room for a frame: there the contents begin at the point (1, 1).
+  const PixelRect place = PixelsOf(Model());
+  sender.Send(*this, mouse, event, {static_cast<double>(at.x - place.left), static_cast<double>(at.y - place.top)});
+}
+
+}  // namespace kw::windows

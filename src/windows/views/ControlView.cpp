@@ -1,0 +1,320 @@
+#include "windows/views/ControlView.h"
+
+#include <atomic>
+#include <mutex>
+
+#include "scene/CanvasItems.h"
+#include "windows/base/Gdi.h"
+#include "windows/base/Guard.h"
+#include "windows/base/Module.h"
+#include "windows/base/Mouse.h"
+#include "windows/views/Pane.h"
+
+namespace kw::windows {
+namespace {
+
+constexpr int ViewOffset = 0;  // of the view among the extra bytes of a window
+
+std::mutex classMutex;
+std::atomic<ATOM> classAtom = 0;  // 0: not registered
+
+// What the user does, which the system sends to a window that has the keyboard or lies below the mouse.
+bool IsInput(UINT message) {
+  return (message >= WM_KEYFIRST && message <= WM_KEYLAST) || (message >= WM_MOUSEFIRST && message <= WM_MOUSELAST) ||
+         message == WM_CONTEXTMENU;
+}
+
+bool IsPress(UINT message) {
+  const auto event = MouseEvent::Of(message, 0, 0);
+  return event && (event->kind == MouseEvent::Kind::Down || event->kind == MouseEvent::Kind::DoubleClick);
+}
+
+}  // namespace
+
+void OwnWindowClass::Register() {
+  const std::lock_guard lock(classMutex);
+  if (classAtom != 0) return;
+  WNDCLASSEXW description = {};
+  description.cbSize = sizeof description;
+  description.style = CS_DBLCLKS;
+  description.lpfnWndProc = &Procedure;
+  description.cbWndExtra = sizeof(LONG_PTR);
+  description.hInstance = Module();
+  description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+  description.lpszClassName = Name;
+  classAtom = RegisterClassExW(&description);
+}
+
+void OwnWindowClass::Unregister() {
+  if (classAtom != 0) UnregisterClassW(Name, Module());
+}
+
+bool OwnWindowClass::IsOf(HWND window) { return GetClassLongPtrW(window, GCW_ATOM) == classAtom; }
+
+void OwnWindowClass::SetView(HWND window, ControlView* view) {
+  SetWindowLongPtrW(window, ViewOffset, reinterpret_cast<LONG_PTR>(view));
+}
+
+LRESULT CALLBACK OwnWindowClass::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  auto* const view = reinterpret_cast<ControlView*>(GetWindowLongPtrW(window, ViewOffset));
+  if (view == nullptr) return DefWindowProcW(window, message, wParam, lParam);
+  return GuardOr(LRESULT{0}, [&] { return view->Receive(message, wParam, lParam); });
+}
+
+ControlView::ControlView(Pane& shared, Control& shown, ControlView* holder)
+    : pane(shared), model(&shown), container(holder) {
+  model->AttachView(this);
+}
+
+ControlView::~ControlView() {
+  Detach();
+  if (window != nullptr) Unhook();
+}
+
+void ControlView::Hook() {
+  isOwnClass = OwnWindowClass::IsOf(window);
+  if (isOwnClass)
+    OwnWindowClass::SetView(window, this);
+  else
+    SetWindowSubclass(window, &Subclass, 0, reinterpret_cast<DWORD_PTR>(this));
+}
+
+void ControlView::Unhook() {
+  if (isOwnClass)
+    OwnWindowClass::SetView(window, nullptr);
+  else
+    RemoveWindowSubclass(window, &Subclass, 0);
+}
+
+void ControlView::Open() {
+  ControlView* holder = container;
+  while (holder != nullptr && holder->window == nullptr) holder = holder->container;
+  window = Create(holder == nullptr ? nullptr : holder->window);
+  if (window == nullptr) {
+    Show(Aspect::Content);
+    return;
+  }
+  Hook();
+  Show(Aspect::Content);
+  ShowEnabled();
+  if (container == nullptr) return;  // where the root lies, and whether it shows, is its host's business
+  ShowPlace();
+  ShowOrder();
+  pane.AddToolTip(window, *model);
+  if (model->Visible()) ShowWindow(window, SW_SHOWNA);
+}
+
+void ControlView::Detach() {
+  if (model == nullptr) return;
+  model->DetachView();
+  model = nullptr;
+}
+
+void ControlView::Destroy() {
+  if (window != nullptr) DestroyWindow(window);
+}
+
+void ControlView::Changed(Aspect aspect) {
+  if (window != nullptr && container != nullptr) {
+    if (aspect == Aspect::Geometry) ShowPlace();
+    if (aspect == Aspect::Visibility) ShowVisibility();
+    if (aspect == Aspect::Order) ShowOrder();
+  }
+  if (aspect == Aspect::Enabled) {
+    ShowEnabled();
+    EnableDescendants(*model);
+    if (IsAttached()) pane.NoteKeys();  // also where a page came or went, which enables or disables the tool bars
+  }
+  if (aspect == Aspect::Focus && window != nullptr) SetFocus(window);
+  if (IsAttached()) Show(aspect);
+}
+
+void ControlView::EnableDescendants(const Control& holder) {
+  for (const Control* child : holder.Children()) {
+    if (ControlView* view = pane.ViewOf(*child)) view->ShowEnabled();
+    EnableDescendants(*child);
+  }
+}
+
+void ControlView::ChildAdded(Control& child) { pane.Add(child, this); }
+void ControlView::ChildRemoved(Control& child) { pane.Remove(child); }
+
+RECT ControlView::Place() const { return ToRect(pane.Scaling().ToDevice(BoundsOf(*model))); }
+
+void ControlView::ShowPlace() {
+  const RECT place = Place();
+  SetWindowPos(window, nullptr, place.left, place.top, WidthOf(place), HeightOf(place), SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void ControlView::Rescale() {
+  if (window == nullptr) return;
+  SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(pane.Font()), FALSE);
+  if (container != nullptr) ShowPlace();
+  InvalidateRect(window, nullptr, TRUE);
+}
+
+// The form knows what to do with keys.
+void ControlView::GiveKeyboardToForm() const {
+  if (const ControlView* form = pane.ViewOf(pane.Root())) SetFocus(form->Handle());
+}
+
+// Of a hidden window the system hands the keyboard to what holds it, where keys do nothing. What was being dragged in
+// it would go on unseen.
+void ControlView::ShowVisibility() {
+  if (model->Visible()) {
+    ShowWindow(window, SW_SHOWNA);
+    return;
+  }
+  CancelMouse(window);
+  const HWND focus = GetFocus();
+  if (focus == window || IsChild(window, focus) != FALSE) GiveKeyboardToForm();
+  if (IsAttached() && !model->Visible()) ShowWindow(window, SW_HIDE);
+}
+
+void ControlView::ShowOrder() { SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE); }
+
+void ControlView::ShowEnabled() {
+  if (window == nullptr) return;
+  // A host that allows no input for a while wants the controls to look as they do.
+  const bool isEnabled = container == nullptr ? TakesInput() : IsEffectivelyEnabled();
+  EnableWindow(window, isEnabled ? TRUE : FALSE);
+}
+
+bool ControlView::TakesInput() const { return pane.TakesInput() && IsEffectivelyEnabled(); }
+
+bool ControlView::IsEffectivelyEnabled(const Control& model) {
+  for (const Control* one = &model; one != nullptr; one = one->Container()) {
+    if (!one->Enabled()) return false;
+  }
+  return true;
+}
+
+bool ControlView::WantsKey(WPARAM /*key*/) const { return false; }
+void ControlView::OnCommand(WORD /*notification*/, WORD /*id*/) {}
+LRESULT ControlView::OnNotify(NMHDR& /*header*/) { return 0; }
+void ControlView::OnScroll(WORD /*code*/) {}
+LRESULT ControlView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) { return Default(message, wParam, lParam); }
+
+HWND ControlView::CreateSystemWindow(HWND parent, const wchar_t* className, DWORD style, DWORD extendedStyle) {
+  const HWND created = CreateWindowExW(extendedStyle, className, nullptr, WS_CHILD | WS_CLIPSIBLINGS | style, 0, 0, 1,
+                                       1, parent, nullptr, Module(), nullptr);
+  if (created != nullptr) SendMessageW(created, WM_SETFONT, reinterpret_cast<WPARAM>(pane.Font()), FALSE);
+  return created;
+}
+
+HWND ControlView::CreateOwnWindow(HWND parent, DWORD extendedStyle) {
+  return CreateWindowExW(extendedStyle | WS_EX_NOPARENTNOTIFY, OwnWindowClass::Name, nullptr,
+                         WS_CHILD | WS_CLIPSIBLINGS | WS_CLIPCHILDREN, 0, 0, 1, 1, parent, nullptr, Module(), nullptr);
+}
+
+LRESULT ControlView::Default(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (window == nullptr) return 0;
+  return isOwnClass ? DefWindowProcW(window, message, wParam, lParam)
+                    : DefSubclassProc(window, message, wParam, lParam);
+}
+
+bool ControlView::SetPointerOf(const Control& shown) const {
+  const bool isBusy = pane.Root().Pointer() == MousePointer::Hourglass;
+  const HCURSOR cursor =
+      pane.Pictures().CursorOf(isBusy ? MousePointer::Hourglass : shown.Pointer(), shown.PointerIcon());
+  if (cursor != nullptr) SetCursor(cursor);
+  return cursor != nullptr;
+}
+
+void ControlView::FocusCame() {
+  pane.NoteKeys();
+  // A host gives the keyboard back to what had it before, which may be hidden by now.
+  if (model->Visible() || container == nullptr)
+    model->ReceiveFocus();
+  else
+    GiveKeyboardToForm();
+}
+
+void ControlView::FocusWent(HWND to) {
+  pane.NoteKeys();
+  // A field in which something of this window is typed belongs to it.
+  if (IsChild(window, to) != FALSE && pane.ViewOf(to) == nullptr) return;
+  // A dialog or another application takes the focus for a while only: the active control stays what it is.
+  const bool staysInWindow = to != nullptr && GetAncestor(to, GA_ROOT) == GetAncestor(window, GA_ROOT);
+  if (staysInWindow || IsDropDown()) model->LoseFocus();
+  // But no drag outlasts the turn of its window.
+  if (!staysInWindow && IsAttached()) CancelMouse(pane.Window());
+}
+
+void ControlView::CloseDropDown() const {
+  Control* const active = pane.Root().ActiveControl();
+  const ControlView* const open = active == nullptr ? nullptr : pane.ViewOf(*active);
+  if (open != nullptr && open != this && open->IsDropDown()) active->LoseFocus();
+}
+
+LRESULT CALLBACK ControlView::Subclass(HWND /*handle*/, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR /*id*/,
+                                       DWORD_PTR self) {
+  auto* const view = reinterpret_cast<ControlView*>(self);
+  return GuardOr(LRESULT{0}, [&] { return view->Receive(message, wParam, lParam); });
+}
+
+LRESULT ControlView::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == WM_NCDESTROY) {
+    Unhook();
+    const LRESULT result = Default(message, wParam, lParam);
+    window = nullptr;
+    if (container == nullptr) pane.Close();  // the host destroyed its window with us in it
+    return result;
+  }
+  if (!IsAttached()) return Default(message, wParam, lParam);
+  const bool isInput = IsInput(message);
+  // It may come all the same, from a window that kept the keyboard.
+  if (isInput && !TakesInput()) return DefWindowProcW(window, message, wParam, lParam);
+  const bool isAct = isInput && message != WM_MOUSEMOVE;
+  const auto held = isAct ? pane.Hold() : nullptr;
+  const Pane::Message underWay(pane);
+  if (isAct && IsPress(message)) CloseDropDown();
+  return IsAttached() ? Handle(message, wParam, lParam) : Default(message, wParam, lParam);
+}
+
+LRESULT ControlView::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case WM_COMMAND:
+      if (ControlView* sender = pane.ViewOf(reinterpret_cast<HWND>(lParam))) {
+        sender->OnCommand(HIWORD(wParam), LOWORD(wParam));
+        return 0;
+      }
+      break;
+    case WM_HSCROLL:
+    case WM_VSCROLL:
+      if (ControlView* sender = pane.ViewOf(reinterpret_cast<HWND>(lParam))) {
+        sender->OnScroll(LOWORD(wParam));
+        return 0;
+      }
+      break;
+    case WM_NOTIFY: {
+      NMHDR& header = *reinterpret_cast<NMHDR*>(lParam);
+      if (ControlView* sender = pane.ViewOf(header.hwndFrom)) return sender->OnNotify(header);
+      break;
+    }
+    case WM_SETCURSOR:
+      if (reinterpret_cast<HWND>(wParam) == window && LOWORD(lParam) == HTCLIENT && SetPointerOf(*model)) return TRUE;
+      break;
+    case WM_GETDLGCODE: {
+      // For a host that offers its keys to the system's handling of dialogs.
+      const auto* const asked = reinterpret_cast<const MSG*>(lParam);
+      const bool isWanted = asked != nullptr && asked->message == WM_KEYDOWN && WantsKey(asked->wParam);
+      return OnMessage(message, wParam, lParam) | (isWanted ? DLGC_WANTMESSAGE : 0);
+    }
+    case WM_SETFOCUS: {
+      const LRESULT result = OnMessage(message, wParam, lParam);
+      if (IsAttached()) FocusCame();
+      return result;
+    }
+    case WM_KILLFOCUS: {
+      const LRESULT result = OnMessage(message, wParam, lParam);
+      if (IsAttached()) FocusWent(reinterpret_cast<HWND>(wParam));
+      return result;
+    }
+    default:
+      break;
+  }
+  return OnMessage(message, wParam, lParam);
+}
+
+}  // namespace kw::windows

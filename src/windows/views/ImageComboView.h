@@ -1,0 +1,43 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "components/controls/ImageCombo.h"
+#include "windows/views/ControlView.h"
+#include "windows/views/Look.h"
+
+namespace kw::windows {
+
+class ImageComboView final : public ControlView {
+public:
+  ImageComboView(Pane& shared, ImageCombo& shown, ControlView* container)
+      : ControlView(shared, shown, container), combo(shown) {}
+
+  static void Draw(const Look& look, const RECT& place, const ImageCombo& combo);
+
+  bool IsTabStop() const override { return true; }
+  bool WantsKey(WPARAM key) const override;
+  void OnCommand(WORD notification, WORD id) override;
+  LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+private:
+  HWND Create(HWND parent) override;
+  void Show(Aspect aspect) override;
+  void ShowPlace() override;
+  void ShowEnabled() override;
+  void CentreEdit() const;
+  // Null for a combo that only offers its list.
+  HWND Edit() const;
+  // The item chosen in the window, from 1; 0 for none.
+  std::int32_t Chosen() const;
+  void ShowItems();
+  void ShowText();
+
+  ImageCombo& combo;
+  std::vector<std::string> shownItems;
+  bool isShowing = false;
+  bool isDropped = false;
+};
+
+}  // namespace kw::windows

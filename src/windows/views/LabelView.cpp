@@ -1,0 +1,45 @@
+#include "windows/views/LabelView.h"
+
+#include "windows/base/Gdi.h"
+#include "windows/base/Text.h"
+#include "windows/views/Pane.h"
+
+namespace kw::windows {
+namespace {
+
+// Half way from the form's ground to the colour, for a sample of it that cannot be clicked.
+COLORREF Faint(COLORREF colour) {
+  const COLORREF ground = GetSysColor(COLOR_3DFACE);
+  const auto middle = [](BYTE a, BYTE b) { return (a + b) / 2; };
+  return RGB(middle(GetRValue(colour), GetRValue(ground)), middle(GetGValue(colour), GetGValue(ground)),
+             middle(GetBValue(colour), GetBValue(ground)));
+}
+
+}  // namespace
+
+void LabelView::Draw(const Look& look, const RECT& place, const Label& label) {
+  const HDC context = look.context;
+  const bool isEnabled = IsEffectivelyEnabled(label);
+  RECT inner = place;
+  if (label.HasBorder()) {
+    FillWith(context, inner, GetSysColor(COLOR_3DSHADOW));
+    InflateRect(&inner, -1, -1);
+  }
+  const COLORREF sample = isEnabled ? label.BackColor() : Faint(label.BackColor());
+  FillWith(context, inner, label.IsOpaque() ? sample : GetSysColor(COLOR_3DFACE));
+  if (label.Caption().empty()) return;
+  if (label.HasBorder()) InflateRect(&inner, -look.scale.LengthOnDevice(3), 0);
+  const std::wstring text = ToWide(label.Caption());
+  SetBkMode(context, TRANSPARENT);
+  // A caption on the form's own ground, which is the system's, has the system's colour unless it is given another.
+  const bool isPlain = !label.IsOpaque() && label.ForeColor() == MakeColour(0, 0, 0);
+  const COLORREF ink = isPlain ? GetSysColor(COLOR_BTNTEXT) : label.ForeColor();
+  SetTextColor(context, isEnabled ? ink : GetSysColor(COLOR_GRAYTEXT));
+  DrawTextW(context, text.c_str(), static_cast<int>(text.size()), &inner, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX);
+}
+
+void LabelView::Paint(HDC context, const RECT& client) {
+  Draw({context, Shared().Pictures(), Shared().Scaling()}, client, label);
+}
+
+}  // namespace kw::windows

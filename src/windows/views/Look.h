@@ -1,0 +1,17 @@
+#pragma once
+
+#include <windows.h>
+
+#include "drawing/Scale.h"
+#include "windows/base/Images.h"
+
+namespace kw::windows {
+
+// What drawing a control without a window needs.
+struct Look {
+  HDC context;
+  const Images& images;
+  const Scale& scale;
+};
+
+}  // namespace kw::windows

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "components/controls/Menu.h"
+#include "windows/views/ControlView.h"
+#include "windows/views/Look.h"
+
+namespace kw::windows {
+
+// Shows the menu at the mouse when the model pops up. Has no window.
+class MenuView final : public ControlView {
+public:
+  MenuView(Pane& shared, Menu& shown, ControlView* container) : ControlView(shared, shown, container), menu(shown) {}
+
+  static void Draw(const Look& /*look*/, const RECT& /*place*/, const Menu& /*menu*/) {}
+
+private:
+  HWND Create(HWND /*parent*/) override { return nullptr; }
+  void Show(Aspect aspect) override;
+
+  Menu& menu;
+};
+
+}  // namespace kw::windows

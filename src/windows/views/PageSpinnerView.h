@@ -1,0 +1,25 @@
+#pragma once
+
+#include "components/controls/RangeControl.h"
+#include "windows/views/ControlView.h"
+#include "windows/views/Look.h"
+
+namespace kw::windows {
+
+class PageSpinnerView final : public ControlView {
+public:
+  PageSpinnerView(Pane& shared, PageSpinner& shown, ControlView* container)
+      : ControlView(shared, shown, container), spinner(shown) {}
+
+  static void Draw(const Look& look, const RECT& place, const PageSpinner& spinner);
+
+  LRESULT OnNotify(NMHDR& header) override;
+
+private:
+  HWND Create(HWND parent) override;
+  void Show(Aspect aspect) override;
+
+  PageSpinner& spinner;
+};
+
+}  // namespace kw::windows

@@ -1,0 +1,70 @@
+#include "windows/views/PaintedView.h"
+
+#include "windows/base/Gdi.h"
+#include "windows/views/Pane.h"
+
+namespace kw::windows {
+
+void PaintedView::Show(Aspect aspect) {
+  if (aspect == Aspect::Pointer) RenewPointer();
+  if (aspect == Aspect::Content || aspect == Aspect::Colours || aspect == Aspect::Font || aspect == Aspect::Geometry) {
+    InvalidateRect(Handle(), nullptr, FALSE);
+  }
+}
+
+// Also when what holds the control becomes disabled.
+void PaintedView::ShowEnabled() {
+  ControlView::ShowEnabled();
+  if (Handle() != nullptr) InvalidateRect(Handle(), nullptr, FALSE);
+}
+
+void PaintedView::PaintWith(HDC context) {
+  RECT client = {};
+  GetClientRect(Handle(), &client);
+  const HGDIOBJ before = SelectObject(context, Shared().Font());
+  Paint(context, client);
+  SelectObject(context, before);
+}
+
+LRESULT PaintedView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case WM_ERASEBKGND: {
+      // Our own ground comes with the painting; a child that shows what lies below it asks with its own context.
+      auto* const context = reinterpret_cast<HDC>(wParam);
+      if (WindowFromDC(context) != Handle()) PaintWith(context);
+      return TRUE;
+    }
+    case WM_PRINTCLIENT:
+      PaintWith(reinterpret_cast<HDC>(wParam));
+      return 0;
+    case WM_PAINT: {
+      const BufferedPaint paint(Handle(), Shared().Buffer());
+      if (paint.IsNeeded()) PaintWith(paint.Context());
+      return 0;
+    }
+    case WM_CAPTURECHANGED:
+      if (!isReleasing) OnMouseLost();
+      break;
+    default:
+      break;
+  }
+  if (const auto event = MouseEvent::Of(message, wParam, lParam)) {
+    // Released before the model hears of it, because the handler may show a box.
+    isReleasing = true;
+    HoldMouse(Handle(), *event);
+    isReleasing = false;
+    OnMouse(*event);
+    return 0;
+  }
+  return Default(message, wParam, lParam);
+}
+
+// A finer position than the models' pixels: what is dragged by it stays below the pointer.
+void PaintedView::OnMouse(const MouseEvent& event) {
+  const Scale& scale = Shared().Scaling();
+  SendMouse(event, {scale.ToModel(event.at.x), scale.ToModel(event.at.y)});
+}
+
+void PaintedView::SendMouse(const MouseEvent& event, Point at) { sender.Send(*this, mouse, event, at); }
+
+}  // namespace kw::windows

@@ -1,0 +1,218 @@
+#include "windows/views/Pane.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "components/base/RunTimeError.h"
+#include "components/controls/ImageCombo.h"
+#include "scene/CanvasItems.h"
+#include "windows/base/CommonControls.h"
+#include "windows/base/Gdi.h"
+#include "windows/base/Module.h"
+#include "windows/base/Text.h"
+#include "windows/views/RootView.h"
+
+namespace kw::windows {
+
+void Pane::Open(HWND parent, const RECT& position) {
+  const CommonControls controls;
+  OwnWindowClass::Register();
+  // What was made before an error goes again.
+  struct Opening {
+    Pane* pane;
+    explicit Opening(Pane& opened) : pane(&opened) {}
+    Opening(const Opening&) = delete;
+    Opening& operator=(const Opening&) = delete;
+    ~Opening() {
+      if (pane != nullptr) pane->Close();
+    }
+  };
+  Opening opening(*this);
+  isMade = true;
+  font = CreateCaptionFont(scale);
+  toolTips =
+      CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT,
+                      CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, parent, nullptr, Module(), nullptr);
+  auto made = std::make_unique<RootView>(*this, *root, parent, position);
+  rootView = made.get();
+  views[root] = std::move(made);
+  rootView->Open();
+  if (rootView->Handle() == nullptr) Raise(ErrorNumber::OutOfMemory, static_cast<std::int32_t>(GetLastError()));
+  for (Control* child : root->Children()) MakeViews(*child, rootView);
+  opening.pane = nullptr;
+}
+
+void Pane::Close() {
+  if (!std::exchange(isMade, false)) return;
+  ControlView* const closing = std::exchange(rootView, nullptr);
+  // No model hears of what the windows say while they go.
+  for (const auto& [model, view] : views) view->Detach();
+  // Before the windows that it watches, which it would keep something of.
+  if (toolTips != nullptr) DestroyWindow(toolTips);
+  if (closing != nullptr) closing->Destroy();
+  for (auto& [model, view] : views) Retire(std::move(view));
+  views.clear();
+  DeleteObject(font);
+}
+
+void Pane::AllowInput(bool isAllowed) {
+  if (isInputAllowed == isAllowed) return;
+  isInputAllowed = isAllowed;
+  if (IsOpen()) rootView->Changed(Aspect::Enabled);
+}
+
+void Pane::Rescale(const Scale& newScale) {
+  if (!IsOpen() || newScale.Dpi() == scale.Dpi()) return;
+  scale = newScale;
+  Refresh();
+}
+
+void Pane::Refresh() {
+  const Message underWay(*this);
+  const HFONT oldFont = std::exchange(font, CreateCaptionFont(scale));
+  const auto oldImages = std::exchange(images, std::make_unique<Images>(scale));
+  RescaleViews(*root);
+  DeleteObject(oldFont);
+}
+
+void Pane::RescaleViews(const Control& model) {
+  if (ControlView* view = ViewOf(model)) view->Rescale();
+  for (const Control* child : model.Children()) RescaleViews(*child);
+}
+
+void Pane::Add(Control& model, ControlView* container) {
+  if (!IsOpen()) return;
+  // What has no window needs no classes of the system; the markers of a stroke come too fast for that.
+  std::optional<CommonControls> controls;
+  if (!IsCanvasItem(model)) controls.emplace();
+  MakeViews(model, container);
+}
+
+void Pane::MakeViews(Control& model, ControlView* container) {
+  std::unique_ptr<ControlView> made = factory->MakeView(*this, model, container);
+  if (made == nullptr) return;
+  ControlView* const view = made.get();
+  views[&model] = std::move(made);
+  view->Open();
+  for (Control* child : model.Children()) MakeViews(*child, view);
+}
+
+void Pane::Remove(Control& model) {
+  const auto found = views.find(&model);
+  if (found == views.end()) return;
+  for (Control* child : model.Children()) Remove(*child);
+  std::unique_ptr<ControlView> view = std::move(found->second);
+  views.erase(found);
+  view->Leave();
+  view->Detach();
+  view->Destroy();
+  Retire(std::move(view));
+}
+
+// Needs no memory: a view that could not be kept aside would go with its code on the stack.
+void Pane::Retire(std::unique_ptr<ControlView> view) {
+  if (messages == 0) return;
+  view->retiredBefore = std::move(retired);
+  retired = std::move(view);
+}
+
+// One after the other, however many they are.
+void Pane::FreeRetired() {
+  while (retired != nullptr) {
+    const std::unique_ptr<ControlView> last = std::move(retired);
+    retired = std::move(last->retiredBefore);
+  }
+}
+
+ControlView* Pane::ViewOf(HWND window) const {
+  if (window == nullptr) return nullptr;
+  const auto found =
+      std::ranges::find_if(views, [window](const auto& entry) { return entry.second->Handle() == window; });
+  return found == views.end() ? nullptr : found->second.get();
+}
+
+ControlView* Pane::ViewOf(const Control& model) const {
+  const auto found = views.find(&model);
+  return found == views.end() ? nullptr : found->second.get();
+}
+
+void Pane::AddToolTip(HWND window, const Control& model) const {
+  if (model.ToolTip().empty() || toolTips == nullptr) return;
+  std::wstring text = ToWide(model.ToolTip());
+  TTTOOLINFOW tool = {};
+  tool.cbSize = TTTOOLINFOW_V1_SIZE;  // the size that every version of the common controls knows
+  tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+  tool.hwnd = GetParent(window);
+  tool.uId = reinterpret_cast<UINT_PTR>(window);
+  tool.lpszText = text.data();
+  SendMessageW(toolTips, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+  // The text of a button is its caption, that of a combo what is chosen in it.
+  const bool hasText = GetWindowTextLengthW(window) > 0 || dynamic_cast<const ImageCombo*>(&model) != nullptr;
+  if (!hasText) SetWindowTextW(window, text.c_str());
+}
+
+namespace {
+
+// In the order in which the keyboard visits them: as they were laid out, container before content.
+void CollectTabStops(const Pane& pane, const Control& holder, std::vector<const ControlView*>& stops) {
+  for (const Control* child : holder.Children()) {
+    const ControlView* const view = pane.ViewOf(*child);
+    if (view == nullptr || !child->Visible() || !child->Enabled()) continue;
+    if (view->IsTabStop() && view->Handle() != nullptr) stops.push_back(view);
+    CollectTabStops(pane, *child, stops);
+  }
+}
+
+}  // namespace
+
+bool Pane::MoveFocus(bool isBackward) {
+  std::vector<const ControlView*> stops;
+  CollectTabStops(*this, *root, stops);
+  if (isBackward) std::ranges::reverse(stops);
+  const HWND focus = GetFocus();
+  auto current = std::ranges::find_if(stops, [focus](const ControlView* view) {
+    return view->Handle() == focus || IsChild(view->Handle(), focus) != FALSE;
+  });
+  // From a window without a stop of its own the first one is next.
+  const auto next = current == stops.end() ? stops.begin() : current + 1;
+  if (next == stops.end()) return false;
+  SetFocus((*next)->Handle());
+  return true;
+}
+
+bool Pane::IsOwn(HWND window) const {
+  return window != nullptr && (window == Window() || IsChild(Window(), window) != FALSE);
+}
+
+bool Pane::WantsKey(WPARAM key) const {
+  if (!IsOpen() || !TakesInput()) return false;
+  if (isInMenu) return true;
+  const HWND focus = GetFocus();
+  return IsOwn(focus) && WantsKeyAt(focus, key);
+}
+
+bool Pane::WantsKeyAt(HWND window, WPARAM key) const {
+  const ControlView* view = nullptr;  // of the window, or of the nearest one around it
+  for (HWND one = window; view == nullptr && one != nullptr; one = GetParent(one)) view = ViewOf(one);
+  return view != nullptr && view->TakesInput() && view->WantsKey(key);
+}
+
+void Pane::NoteKeys() {
+  if (!areKeysNoted && Window() != nullptr) areKeysNoted = PostMessageW(Window(), KeysMessage, 0, 0) != FALSE;
+}
+
+void Pane::NoteMenu(bool isUp) {
+  isInMenu = isUp;
+  NoteKeys();
+}
+
+void Pane::TellKeys() {
+  areKeysNoted = false;
+  if (const auto listener = keysListener) listener();
+}
+
+bool Pane::IsUserAtWork() const { return IsOpen() && (isInMenu || IsOwn(GetCapture())); }
+
+}  // namespace kw::windows

@@ -1,0 +1,213 @@
+#include "windows/views/PictureBoxView.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "components/controls/LightWeightMarker.h"
+#include "windows/base/Gdi.h"
+#include "windows/base/Keys.h"
+#include "windows/views/CanvasItemView.h"
+#include "windows/views/Pane.h"
+#include "windows/views/TextField.h"
+
+namespace kw::windows {
+namespace {
+
+// In the models' pixels. A page's borders are thin; they can be grabbed from a little further away, too.
+constexpr LONG BorderReach = 4;
+
+// How far a point lies from the nearest pixel of a rectangle, in one direction.
+LONG Distance(LONG at, LONG low, LONG high) { return std::max({low - at, at - (high - 1), LONG{0}}); }
+
+// Mice tell of a thousand moves a second, and no screen shows as many pictures. What changes later than this after a
+// painting shows at once, and what changes sooner after this time.
+constexpr auto LeastPause = std::chrono::milliseconds(10);
+constexpr UINT_PTR PaintTimer = 1;
+
+}  // namespace
+
+bool PictureBoxView::IsTabStop() const {
+  // A box that only holds another one leaves the keyboard to that.
+  return std::ranges::none_of(box.Children(),
+                              [](const Control* child) { return dynamic_cast<const PictureBox*>(child) != nullptr; });
+}
+
+// Whatever is shown differently shows by the next painting, in one go, and no more than that is painted.
+void PictureBoxView::ItemsChanged() {
+  if (Handle() == nullptr || isPaintingDue) return;
+  isPaintingDue = true;
+  const bool isSoon = std::chrono::steady_clock::now() - lastPainting < LeastPause;
+  if (!isSoon || SetTimer(Handle(), PaintTimer, static_cast<UINT>(LeastPause.count()), nullptr) == 0) AskForPainting();
+}
+
+void PictureBoxView::AskForPainting() const { RedrawWindow(Handle(), nullptr, nullptr, RDW_INTERNALPAINT); }
+
+void PictureBoxView::PaintItems() {
+  isPaintingDue = false;
+  CollectItems(box, Shared().Scaling(), formerItems);
+  compositor.SetGround(box.BackColor());
+  const std::vector<PixelRect> changed = compositor.Exchange(formerItems);
+  const auto paintWith = [this](const BufferedPaint& paint) {
+    for (const RECT& part : paint.Parts()) compositor.Paint(paint.Pixels(), ToPixelRect(part), &texts);
+  };
+  if (GetUpdateRect(Handle(), nullptr, FALSE) == FALSE) {
+    // Quicker than to tell the system first what is out of date.
+    paintWith(BufferedPaint(Handle(), Shared().Buffer(), changed));
+  } else {
+    for (const PixelRect& part : changed) {
+      const RECT outOfDate = ToRect(part);
+      InvalidateRect(Handle(), &outOfDate, FALSE);
+    }
+    paintWith(BufferedPaint(Handle(), Shared().Buffer()));
+  }
+  lastPainting = std::chrono::steady_clock::now();
+}
+
+bool PictureBoxView::WantsKey(WPARAM key) const {
+  const HWND focus = GetFocus();
+  return IsChild(Handle(), focus) != FALSE ? TextField::WantsKey(focus, key) : HasUseFor(box, key);
+}
+
+LRESULT PictureBoxView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  switch (message) {
+    case WM_PAINT:
+      PaintItems();
+      return 0;
+    case WM_TIMER:
+      if (wParam != PaintTimer) break;
+      KillTimer(Handle(), PaintTimer);
+      if (isPaintingDue) AskForPainting();
+      return 0;
+    case WM_COMMAND:
+      if (HIWORD(wParam) == EN_CHANGE && TakesInput()) TextField::TakeTextOf(reinterpret_cast<HWND>(lParam));
+      if (HIWORD(wParam) == EN_SETFOCUS || HIWORD(wParam) == EN_KILLFOCUS) Shared().NoteKeys();
+      return 0;
+    case WM_CTLCOLOREDIT:
+      return reinterpret_cast<LRESULT>(
+          TextField::GroundOf(reinterpret_cast<HWND>(lParam), reinterpret_cast<HDC>(wParam)));
+    case WM_SETCURSOR: {
+      POINT mouse = {};
+      GetCursorPos(&mouse);
+      ScreenToClient(Handle(), &mouse);
+      const CanvasItemView* const item = isHolding ? held : TargetAt(ModelPixelAt(mouse));
+      if (item != nullptr && SetPointerOf(item->Model())) return TRUE;
+      if (SetPointerOf(box)) return TRUE;
+      break;
+    }
+    case WM_GETDLGCODE:
+      return DLGC_WANTCHARS;
+    default:
+      break;
+  }
+  if (SendKey(box, message, wParam)) {
+    const bool isSystemKey = message == WM_SYSKEYDOWN || message == WM_SYSKEYUP;
+    return isSystemKey && IsAttached() ? Default(message, wParam, lParam) : 0;
+  }
+  return PaintedView::OnMessage(message, wParam, lParam);
+}
+
+void PictureBoxView::Paint(HDC context, const RECT& client) { FillWith(context, client, box.BackColor()); }
+
+void PictureBoxView::OnMouse(const MouseEvent& message) {
+  MouseEvent event = message;
+  // Strokes that begin at one place in quick succession are strokes; here nothing is double-clicked.
+  if (event.kind == MouseEvent::Kind::DoubleClick) event.kind = MouseEvent::Kind::Down;
+  if (event.kind == MouseEvent::Kind::Down) TakeFocus();
+  if (!IsAttached()) return;
+  const POINT at = ModelPixelAt(event.at);
+  if (!isHolding) held = TargetAt(at);
+  CanvasItemView* const target = held;
+  isHolding = event.isAnyHeld;
+  if (target != nullptr) {
+    target->Send(event, PointOnBoxOf(*target, at));
+  } else {
+    SendMouse(event, {static_cast<double>(at.x), static_cast<double>(at.y)});
+  }
+}
+
+void PictureBoxView::OnMouseLost() {
+  const bool wasHolding = isHolding;
+  isHolding = false;
+  if (held != nullptr) held->LosePress();
+  held = nullptr;
+  if (wasHolding) PaintedView::OnMouseLost();
+}
+
+void PictureBoxView::TakeFocus() {
+  for (const Control* child : box.Children()) {
+    const ControlView* const inner = Shared().ViewOf(*child);
+    if (inner != nullptr && inner->Handle() != nullptr && inner->IsTabStop() && child->CanTakeFocus()) {
+      SetFocus(inner->Handle());
+      return;
+    }
+  }
+  if (box.CanTakeFocus()) SetFocus(Handle());
+}
+
+void PictureBoxView::Forget(const CanvasItemView& item) {
+  if (held == &item) held = nullptr;
+  if (auto* const outer = dynamic_cast<PictureBoxView*>(Container())) outer->Forget(item);
+}
+
+POINT PictureBoxView::ModelPixelAt(POINT point) const {
+  const Scale& scale = Shared().Scaling();
+  return {scale.ModelPixelAt(point.x), scale.ModelPixelAt(point.y)};
+}
+
+CanvasItemView* PictureBoxView::ItemAt(POINT point) const {
+  const auto isHit = [point](const Control* child) {
+    if (!IsCanvasItem(*child) || !child->Visible() || !child->Enabled()) return false;
+    RECT place = ToRect(PixelsOf(*child));
+    if (const auto* layer = dynamic_cast<const TransparentPicture*>(child)) place = ToRect(PixelsOfLayer(*layer));
+    return PtInRect(&place, point) != FALSE;
+  };
+  const std::vector<Control*>& children = box.Children();
+  const auto top = std::find_if(children.rbegin(), children.rend(), isHit);
+  return top == children.rend() ? nullptr : dynamic_cast<CanvasItemView*>(Shared().ViewOf(**top));
+}
+
+CanvasItemView* PictureBoxView::BorderBeside(POINT point) const {
+  const Control* nearest = nullptr;
+  LONG least = std::numeric_limits<LONG>::max();
+  for (const Control* inner : box.Children()) {
+    if (dynamic_cast<const PictureBox*>(inner) == nullptr || !inner->Visible()) continue;
+    const PixelRect ground = PixelsOf(*inner);
+    for (const Control* child : inner->Children()) {
+      if (dynamic_cast<const LightWeightMarker*>(child) == nullptr || !child->Visible() || !child->Enabled()) continue;
+      const PixelRect place = PixelsOf(*child);
+      const LONG across = Distance(point.x - ground.left, place.left, place.right);
+      const LONG down = Distance(point.y - ground.top, place.top, place.bottom);
+      const LONG distance = across * across + down * down;
+      if (across > BorderReach || down > BorderReach || distance >= least) continue;
+      least = distance;
+      nearest = child;
+    }
+  }
+  return nearest == nullptr ? nullptr : dynamic_cast<CanvasItemView*>(Shared().ViewOf(*nearest));
+}
+
+CanvasItemView* PictureBoxView::TargetAt(POINT point) const {
+  CanvasItemView* const item = ItemAt(point);
+  return item != nullptr ? item : BorderBeside(point);
+}
+
+POINT PictureBoxView::PointOnBoxOf(const CanvasItemView& item, POINT point) const {
+  const Control* const holder = item.Model().Container();
+  if (holder == nullptr || holder == &box) return point;
+  const PixelRect place = PixelsOf(*holder);
+  return {point.x - place.left, point.y - place.top};
+}
+
+void PictureBoxView::Draw(const Look& look, const RECT& place, const PictureBox& box) {
+  RECT part = {};
+  GetClipBox(look.context, &part);
+  BackBuffer frame;
+  if (IntersectRect(&part, &part, &place) == FALSE || !frame.Reserve(WidthOf(part), HeightOf(part))) return;
+  Compositor whole(box.BackColor());
+  GdiTextRenderer texts;
+  whole.Show(ItemsOf(box, look.scale));
+  whole.Paint(frame.Pixels(part), ToPixelRect(part), &texts);
+  BitBlt(look.context, part.left, part.top, WidthOf(part), HeightOf(part), frame.Context(), 0, 0, SRCCOPY);
+}
+
+}  // namespace kw::windows

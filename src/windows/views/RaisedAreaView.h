@@ -1,0 +1,36 @@
+#pragma once
+
+#include "components/controls/RaisedArea.h"
+#include "windows/views/Look.h"
+#include "windows/views/PaintedView.h"
+
+namespace kw::windows {
+
+class RaisedAreaView final : public PaintedView {
+public:
+  RaisedAreaView(Pane& shared, RaisedArea& shown, ControlView* container)
+      : PaintedView(shared, shown, &shown, container), area(shown) {}
+
+  static void Draw(const Look& look, const RECT& place, const RaisedArea& area);
+
+private:
+  void Show(Aspect aspect) override;
+  void Paint(HDC context, const RECT& client) override;
+
+  RaisedArea& area;
+};
+
+class FrameView final : public PaintedView {
+public:
+  FrameView(Pane& shared, Frame& shown, ControlView* container) : PaintedView(shared, shown, nullptr, container) {}
+
+  static void Draw(const Look& look, const RECT& place, const Frame& frame);
+
+private:
+  void Paint(HDC context, const RECT& client) override;
+};
+
+// The ground of a raised frame and its border, or of one that is pressed in.
+void DrawRaised(HDC context, const RECT& place, bool isPressed = false);
+
+}  // namespace kw::windows

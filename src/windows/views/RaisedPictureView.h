@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+
+#include "components/controls/RaisedArea.h"
+#include "windows/views/Look.h"
+#include "windows/views/PaintedView.h"
+
+namespace kw::windows {
+
+// A raised frame with an icon, or with the colour map where its picture is that of the colour chooser. As a button it
+// looks pressed while the mouse that pressed it is over it.
+class RaisedPictureView final : public PaintedView {
+public:
+  RaisedPictureView(Pane& shared, RaisedPicture& shown, ControlView* container)
+      : PaintedView(shared, shown, &shown, container), picture(shown) {}
+
+  static void Draw(const Look& look, const RECT& place, const RaisedPicture& picture);
+
+  bool IsDropDown() const override { return !picture.IsButton(); }
+  bool WantsKey(WPARAM key) const override;
+  LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+private:
+  void Paint(HDC context, const RECT& client) override;
+  void OnMouse(const MouseEvent& event) override;
+  void OnMouseLost() override;
+  void LookPressed(bool isPressed);
+
+  RaisedPicture& picture;
+  std::int16_t pressedWith = 0;  // of a button; 0: it is not pressed
+  bool looksPressed = false;
+};
+
+}  // namespace kw::windows

@@ -1,0 +1,95 @@
+#include "windows/views/RootView.h"
+
+#include "components/controls/RangeControl.h"
+#include "windows/base/Gdi.h"
+#include "windows/base/Keys.h"
+#include "windows/base/Module.h"
+#include "windows/base/Mouse.h"
+#include "windows/views/Pane.h"
+
+namespace kw::windows {
+namespace {
+
+// Pixels that one notch of the wheel scrolls.
+constexpr int WheelStep = 48;
+
+ScrollBar* FindScrollBar(const Control& holder, bool isVertical) {
+  for (Control* child : holder.Children()) {
+    auto* const bar = dynamic_cast<ScrollBar*>(child);
+    if (bar != nullptr && bar->IsVertical() == isVertical && bar->Enabled() && bar->Visible()) return bar;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+HWND RootView::Create(HWND /*parent*/) {
+  return CreateWindowExW(WS_EX_CONTROLPARENT, OwnWindowClass::Name, nullptr,
+                         WS_CHILD | WS_CLIPSIBLINGS | WS_CLIPCHILDREN, start.left, start.top, WidthOf(start),
+                         HeightOf(start), host, nullptr, Module(), nullptr);
+}
+
+void RootView::Show(Aspect aspect) {
+  if (aspect == Aspect::Pointer) RenewPointer();
+}
+
+// A field within a control does not hear that what holds it is disabled, and would keep the keyboard.
+void RootView::ShowEnabled() {
+  PaintedView::ShowEnabled();
+  if (TakesInput()) return;
+  CancelMouse(Handle());
+  if (IsAttached() && IsChild(Handle(), GetFocus()) != FALSE) SetFocus(nullptr);
+}
+
+void RootView::Paint(HDC context, const RECT& client) { FillWithFace(context, client); }
+
+bool RootView::WantsKey(WPARAM key) const { return HasUseFor(root, key); }
+
+bool RootView::Scroll(WPARAM wheel) {
+  ScrollBar* const bar = FindScrollBar(root, (LOWORD(wheel) & MK_SHIFT) == 0);
+  if (bar == nullptr) return false;
+  wheelRest += GET_WHEEL_DELTA_WPARAM(wheel);
+  const int pixels = wheelRest * WheelStep / WHEEL_DELTA;
+  wheelRest -= pixels * WHEEL_DELTA / WheelStep;
+  bar->UserSetValue(bar->Value() - pixels);
+  return true;
+}
+
+LRESULT RootView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (SendKey(root, message, wParam)) {
+    const bool isSystemKey = message == WM_SYSKEYDOWN || message == WM_SYSKEYUP;
+    return isSystemKey && IsAttached() ? Default(message, wParam, lParam) : 0;
+  }
+  switch (message) {
+    case WM_PAINT: {
+      // The handler runs after the window is up to date: it may show a box, under which the window would else be
+      // painted again and again.
+      const LRESULT result = PaintedView::OnMessage(message, wParam, lParam);
+      root.UserPaint();
+      return result;
+    }
+    case WM_SIZE:
+      Shared().LayOut();
+      break;
+    case WM_SYSCOLORCHANGE:
+      Shared().Refresh();
+      break;
+    case WM_MOUSEWHEEL:
+      if (Scroll(wParam)) return 0;
+      break;
+    case WM_GETDLGCODE:
+      return DLGC_WANTCHARS;
+    case WM_ENTERMENULOOP:
+    case WM_EXITMENULOOP:
+      Shared().NoteMenu(message == WM_ENTERMENULOOP);
+      break;
+    case Pane::KeysMessage:
+      Shared().TellKeys();
+      return 0;
+    default:
+      break;
+  }
+  return PaintedView::OnMessage(message, wParam, lParam);
+}
+
+}  // namespace kw::windows

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "components/controls/UserControl.h"
+#include "windows/views/PaintedView.h"
+
+namespace kw::windows {
+
+// The editor's own window, which holds the others.
+class RootView final : public PaintedView {
+public:
+  // `position` is where the window comes to lie in `parent`.
+  RootView(Pane& shared, UserControl& shown, HWND parent, const RECT& position)
+      : PaintedView(shared, shown, nullptr, nullptr), root(shown), host(parent), start(position) {}
+
+  bool WantsKey(WPARAM key) const override;
+  LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+private:
+  HWND Create(HWND parent) override;
+  void Show(Aspect aspect) override;
+  void ShowEnabled() override;
+  void Paint(HDC context, const RECT& client) override;
+  bool Scroll(WPARAM wheel);
+
+  UserControl& root;
+  HWND host;
+  RECT start;
+  int wheelRest = 0;  // of a turn that was not yet enough for a step
+};
+
+}  // namespace kw::windows
