@@ -19,14 +19,8 @@ bool IsOnLayer(const TransparentPicture& layer, float x, float y) {
 
 }  // namespace
 
-DrawingTools::DrawingTools(Desktop& platform, EditorForm& editorForm, Trap& errorTrap, Layers& layerArray,
-                           LayerTools& layerMaker)
-    : desktop(platform),
-      form(editorForm),
-      trap(errorTrap),
-      layers(layerArray),
-      layerTools(layerMaker),
-      stroke(editorForm, layerArray) {
+DrawingTools::DrawingTools(const EditorContext& context, LayerTools& layerMaker)
+    : EditorContext(context), layerTools(layerMaker), stroke(context.form, context.layers) {
   const auto connect = [this](auto& event, auto handler) {
     event.Connect([this, handler](std::int16_t button, std::int16_t shift, float x, float y) {
       (this->*handler)(button, shift, x, y);

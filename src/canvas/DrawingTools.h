@@ -6,6 +6,7 @@
 #include "canvas/LayerTools.h"
 #include "canvas/PenStroke.h"
 #include "components/platform/Desktop.h"
+#include "document/EditorContext.h"
 #include "form/EditorForm.h"
 #include "layers/Layers.h"
 #include "trap/Procedure.h"
@@ -14,9 +15,9 @@ namespace kw {
 
 // What the mouse does on the canvas: a press is handed to the layer under it or begins a drag, and a drag becomes a
 // floating layer. These handlers run at mouse rate and trace nothing.
-class DrawingTools {
+class DrawingTools : private EditorContext {
 public:
-  DrawingTools(Desktop& platform, EditorForm& editorForm, Trap& errorTrap, Layers& layerArray, LayerTools& layerMaker);
+  DrawingTools(const EditorContext& context, LayerTools& layerMaker);
 
   // Positions in canvas units.
   void picCanvas_MouseDown(std::int16_t button, std::int16_t shift, float x, float y);
@@ -52,10 +53,6 @@ private:
   void DrawRubberBand(float x, float y);
   void EndDrag(Procedure& run);
 
-  Desktop& desktop;
-  EditorForm& form;
-  Trap& trap;
-  Layers& layers;
   LayerTools& layerTools;
   PenStroke stroke;
   std::deque<Move> moves;  // that are not handled yet

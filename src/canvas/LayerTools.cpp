@@ -34,13 +34,8 @@ const LayerTools::RectangleTool LayerTools::RectangleTools[] = {
     {"Signature", &LayerTools::PlaceSignature},
 };
 
-LayerTools::LayerTools(const Rooms& rooms)
-    : desktop(rooms.desktop),
-      form(rooms.form),
-      editor(rooms.editor),
-      layers(rooms.layers),
-      colours(rooms.colours),
-      openings(rooms.openings) {}
+LayerTools::LayerTools(const EditorContext& context, ColoursAndLines& coloursAndLines)
+    : EditorContext(context), colours(coloursAndLines) {}
 
 void LayerTools::MakeFromFrame(Procedure& run) {
   const auto* const tool = std::find_if(std::begin(RectangleTools), std::end(RectangleTools),
@@ -143,7 +138,7 @@ void LayerTools::PlaceImage(Procedure& run) {
 }
 
 void LayerTools::PlaceSignature(Procedure& run) {
-  const Bitmap signature = editor.SignatureImage();
+  const Bitmap signature = state.SignatureImage();
   TransparentPicture* const layer = PlacePicture(run, signature, PixelsOf(form.fr));
   // Its paper is transparent already, and the ink must not be, whatever the background colour.
   if (layer != nullptr) run([&] { layer->SetTransparentColor(White); });

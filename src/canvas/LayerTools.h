@@ -5,7 +5,7 @@
 #include "commands/toolbox/ColoursAndLines.h"
 #include "components/platform/Desktop.h"
 #include "document/DocumentProcedure.h"
-#include "document/EditorProperties.h"
+#include "document/EditorContext.h"
 #include "drawing/PixelRect.h"
 #include "form/EditorForm.h"
 #include "layers/Layers.h"
@@ -14,17 +14,9 @@
 namespace kw {
 
 // What the tools of the tool bar lay on the page: each ends in a floating layer.
-class LayerTools {
+class LayerTools : private EditorContext {
 public:
-  struct Rooms {
-    Desktop& desktop;
-    EditorForm& form;
-    EditorProperties& editor;
-    Layers& layers;
-    ColoursAndLines& colours;
-    const Openings& openings;
-  };
-  explicit LayerTools(const Rooms& rooms);
+  LayerTools(const EditorContext& context, ColoursAndLines& coloursAndLines);
 
   // Makes the pressed tool's layer on the rectangle that the frame fr was dragged to; nothing for a tool that takes no
   // rectangle.
@@ -57,12 +49,7 @@ private:
   void PickColour(std::int16_t shift, float x, float y);
   void FillRegion(Procedure& run, float x, float y);
 
-  Desktop& desktop;
-  EditorForm& form;
-  EditorProperties& editor;
-  Layers& layers;
   ColoursAndLines& colours;
-  const Openings& openings;
 };
 
 }  // namespace kw

@@ -30,16 +30,8 @@ constexpr std::array<ToolCursor, 12> ToolCursors{{
 
 }  // namespace
 
-Dispatcher::Dispatcher(const Rooms& rooms)
-    : desktop(rooms.desktop),
-      form(rooms.form),
-      trap(rooms.trap),
-      properties(rooms.properties),
-      layers(rooms.layers),
-      zoom(rooms.zoom),
-      bracket(rooms.bracket),
-      document(rooms.document),
-      KWPic(rooms.KWPic) {
+Dispatcher::Dispatcher(const EditorContext& context, CommandBracket& commandBracket, Document& openDocument)
+    : EditorContext(context), bracket(commandBracket), document(openDocument) {
   form.tbrBasicTools.ConnectItems([this](ToolBar& bar) {
     bar.ButtonClick.Connect([this](const std::string& key) { tbrBasicTools_ButtonClick(key); });
   });

@@ -11,7 +11,7 @@
 #include "components/platform/Desktop.h"
 #include "document/CommandBracket.h"
 #include "document/Document.h"
-#include "document/EditorProperties.h"
+#include "document/EditorContext.h"
 #include "form/EditorForm.h"
 #include "layers/Layers.h"
 #include "trap/Procedure.h"
@@ -21,7 +21,7 @@
 namespace kw {
 
 // Runs the command that a tool bar button's key names. Buttons, shortcuts and start-up all come here.
-class Dispatcher {
+class Dispatcher : private EditorContext {
 public:
   // One row of the command table.
   struct Command {
@@ -35,20 +35,8 @@ public:
     std::string_view menuText{};
   };
 
-  struct Rooms {
-    Desktop& desktop;
-    EditorForm& form;
-    Trap& trap;
-    EditorProperties& properties;
-    Layers& layers;
-    Zoom& zoom;
-    CommandBracket& bracket;
-    Document& document;
-    KWPicEd& KWPic;
-  };
-
   // What is referred to must outlive the dispatcher.
-  explicit Dispatcher(const Rooms& rooms);
+  Dispatcher(const EditorContext& context, CommandBracket& commandBracket, Document& openDocument);
 
   // The commands in the order in which a key is compared with them.
   static std::span<const Command> Commands();
@@ -101,15 +89,8 @@ private:
   void StepPage(Procedure& run, int step);
   void AskForFile(OpenDialog& dialog);
 
-  Desktop& desktop;
-  EditorForm& form;
-  Trap& trap;
-  EditorProperties& properties;
-  Layers& layers;
-  Zoom& zoom;
   CommandBracket& bracket;
   Document& document;
-  KWPicEd& KWPic;
   bool isFontDialogUp = false;
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "components/base/Arithmetic.h"
+#include "components/base/Blank.h"
 #include "document/PageFiles.h"
 
 namespace kw {
@@ -19,8 +20,6 @@ constexpr const char* WorkToDo =
     "SavePage\r\n"
     "PicImgBuffer.DrawWidth = sldLineHeight.Value";
 
-bool IsBlank(const std::string& text) { return text.find_first_not_of(' ') == std::string::npos; }
-
 std::vector<std::string> PageFileNames(const std::string& path, std::int16_t count) {
   std::vector<std::string> names;
   for (std::int32_t page = 1; page <= count; ++page) names.push_back(GetPageFileName(path, ToInteger16(page)));
@@ -29,15 +28,8 @@ std::vector<std::string> PageFileNames(const std::string& path, std::int16_t cou
 
 }  // namespace
 
-Document::Document(const Rooms& rooms)
-    : desktop(rooms.desktop),
-      form(rooms.form),
-      trap(rooms.trap),
-      layers(rooms.layers),
-      bracket(rooms.bracket),
-      properties(rooms.properties),
-      openings(rooms.openings),
-      KWPic(rooms.KWPic) {
+Document::Document(const EditorContext& context, CommandBracket& commandBracket)
+    : EditorContext(context), bracket(commandBracket) {
   form.PageIndex.Change.Connect([this] { PageIndex_Change(); });
   form.cmbPageNo.Click.Connect([this] { cmbPageNo_Click(); });
 }
@@ -48,7 +40,7 @@ void Document::OpenFile(const std::string& fPath) {
   openings.Begin();
   DocumentProcedure run(trap, "OpenFile", openings);
   run([&] { layers.UnloadLayerItems(); });
-  run([&] { properties.LetIsFileChanged(false); });
+  run([&] { state.LetIsFileChanged(false); });
   run([&] {
     m_FilePath = fPath;
     unwrittenPages.clear();
@@ -190,8 +182,8 @@ void Document::ShowPageControls(DocumentProcedure& run) {
 bool Document::AskToKeepChanges(DocumentProcedure& run) {
   const bool isToAsk = run.Ask<bool>(
       [&] {
-        const bool canSave = properties.GetIsSaveButtonEnabled();
-        const bool isChanged = properties.GetIsFileChanged();
+        const bool canSave = state.GetIsSaveButtonEnabled();
+        const bool isChanged = state.GetIsFileChanged();
         return canSave && isChanged && m_PageSaveCounter > 1;
       },
       false);
@@ -207,8 +199,8 @@ bool Document::AskToKeepChanges(DocumentProcedure& run) {
     run([&] { form.PageIndex.SetValue(m_CurrentPageNo); });
     return false;
   }
-  if (answer == MessageAnswer::Yes) run([&] { properties.SavePage(); });
-  run([&] { properties.LetIsFileChanged(false); });
+  if (answer == MessageAnswer::Yes) run([&] { state.SavePage(); });
+  run([&] { state.LetIsFileChanged(false); });
   return true;
 }
 
@@ -249,7 +241,7 @@ bool Document::Load(DocumentProcedure& run, const std::string& path) {
 
 void Document::ReportFileError(DocumentProcedure& run) {
   run([&] { form.editor.SetPointer(MousePointer::Default); });
-  run([&] { properties.LetIsEditable(false); });
+  run([&] { state.LetIsEditable(false); });
   run([&] { desktop.ShowMessageBox("Invalid file format..", "File Error"); });
 }
 

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "components/base/Blank.h"
 #include "components/base/RunTimeError.h"
 #include "trap/Trap.h"
 
@@ -26,8 +27,7 @@ std::string_view ExtensionOf(std::string_view path) {
 }  // namespace
 
 std::string GetWorkFolder(const Desktop& desktop) {
-  const bool isBlank = AppDir.find_first_not_of(' ') == std::string::npos;
-  return WithBackslash(isBlank ? desktop.ApplicationFolder() : AppDir);
+  return WithBackslash(IsBlank(AppDir) ? desktop.ApplicationFolder() : AppDir);
 }
 
 std::int64_t InstanceNumber(const std::string& machine, std::int64_t process) {

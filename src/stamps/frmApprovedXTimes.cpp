@@ -2,6 +2,7 @@
 
 #include <charconv>
 
+#include "components/base/Blank.h"
 #include "trap/Procedure.h"
 
 namespace kw {
@@ -27,8 +28,6 @@ double NumericValue(std::string text) {
   if (result.ec == std::errc::result_out_of_range && !isTiny) Raise(ErrorNumber::Overflow);
   return value;
 }
-
-bool IsBlank(const std::string& text) { return text.find_first_not_of(' ') == std::string::npos; }
 
 }  // namespace
 

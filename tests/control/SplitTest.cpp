@@ -45,9 +45,11 @@ protected:
   Openings openings;
   HinderedEngine engine{desktop};
   KWPicEd tempEngine{desktop};
-  CommandBracket bracket{
-      {desktop, Form(), control->ErrorTrap(), control->LayerRoom(), control->ZoomRoom(), openings, engine}};
-  Document document{{desktop, Form(), control->ErrorTrap(), control->LayerRoom(), bracket, *control, openings, engine}};
+  EditorContext context{
+      desktop, Form(),    control->ErrorTrap(), control->LayerRoom(), control->ZoomRoom(), *control, openings,
+      engine,  tempEngine};
+  CommandBracket bracket{context};
+  Document document{context, bracket};
 };
 
 TEST_F(HinderedSplit, AFullDiskEndsTheLoopAndTheProcedureRunsOn) {
@@ -84,7 +86,7 @@ TEST_F(HinderedSplit, NoOlderPageFileIsPrintedInPlaceOfOneThatWasNotWritten) {
   document.OpenFile(path);
   control->LetEnabled(true);
   events.errors.clear();
-  kw::Printing printing({desktop, Form(), control->ErrorTrap(), document, engine, tempEngine});
+  kw::Printing printing(context, document);
   desktop.printerAnswers.emplace_back([](PrinterDialog&) {});
   printing.PrintPages();
   ASSERT_EQ(desktop.printedJobs.size(), 1U);

@@ -34,13 +34,8 @@ private:
   bool isOpen = true;
 };
 
-Printing::Printing(const Rooms& rooms)
-    : desktop(rooms.desktop),
-      form(rooms.form),
-      trap(rooms.trap),
-      document(rooms.document),
-      KWPic(rooms.KWPic),
-      KWPicTempBuffer(rooms.KWPicTempBuffer) {
+Printing::Printing(const EditorContext& context, Document& openDocument)
+    : EditorContext(context), document(openDocument) {
   form.chkCancelPrinting.Click.Connect([this] {
     if (form.chkCancelPrinting.Value()) chkCancel_Click();  // not when the procedure sets it back
   });
