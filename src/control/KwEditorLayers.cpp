@@ -23,10 +23,10 @@ KwEditorLayers::KwEditorLayers(Desktop& platform, EditorEvents& container)
       toolBox(context),
       coloursAndLines(context),
       colourPicker(context, coloursAndLines),
-      dispatcher(context, bracket, document),
+      toolKit(context, coloursAndLines),
+      dispatcher(context, bracket, document, toolKit),
       keyboard(context, dispatcher),
-      layerTools(context, coloursAndLines),
-      drawingTools(context, layerTools),
+      drawingTools(context, toolKit),
       clipboardWatch(context),
       stampTool(context),
       printing(context, document),
@@ -64,7 +64,7 @@ void KwEditorLayers::ConnectEvents() {
   layers.BeforeLabelLayer.Connect([this] { lineRightBorderForSelectedArea_MouseUp(); });
   form.Label2.Click.Connect([this] { Label2_Click(); });
 
-  drawingTools.StampRequested.Connect([this](float x, float y) { stampTool.PlaceStamp(x, y); });
+  toolKit.StampRequested.Connect([this](float x, float y) { stampTool.PlaceStamp(x, y); });
 
   trap.ErrorOccured.Connect(
       [this](std::int16_t& number, std::string& message) { events.ErrorOccured(number, message); });

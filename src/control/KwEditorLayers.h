@@ -126,9 +126,9 @@ private:
   ToolBox toolBox;
   ColoursAndLines coloursAndLines;
   ColourPicker colourPicker;
+  ToolKit toolKit;
   Dispatcher dispatcher;
   Keyboard keyboard;
-  LayerTools layerTools;
   DrawingTools drawingTools;
   ClipboardWatch clipboardWatch;
   StampTool stampTool;
