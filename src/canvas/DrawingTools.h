@@ -40,7 +40,7 @@ private:
   void CatchUp(Procedure& run);
   void MoveTo(Procedure& run, const Move& move);
   void FinishStroke(Procedure& run);
-  // The topmost visible floating layer at a point; 0 where there is none.
+  // The topmost visible floating layer at a point; 0 if there is none.
   std::int16_t LayerAt(float x, float y) const;
   void BeginDrag(float x, float y);
   // The pointer tool marks the layer under the mouse; with another one nothing is marked.

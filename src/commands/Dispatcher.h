@@ -36,7 +36,7 @@ public:
     std::string_view menuText{};
   };
 
-  // What is referred to must outlive the dispatcher.
+  // Everything passed in must outlive the dispatcher.
   Dispatcher(const EditorContext& context, CommandBracket& commandBracket, Document& openDocument, ToolKit& tools);
 
   // The commands in the order in which a key is compared with them.

@@ -117,7 +117,7 @@ void Document::WritePages(DocumentProcedure& run, const std::vector<std::string>
   }
 }
 
-// Reports an error, and returns its number where the page was not written. Of a damaged page, what can be read of it is
+// Reports an error, and returns its number if the page was not written. Of a damaged page, what can be read of it is
 // written, so that the pages behind it are found.
 std::int32_t Document::WritePage(DocumentProcedure& run, std::int16_t page, const std::string& path) {
   std::int32_t error = run.Attempt([&] {
@@ -231,7 +231,7 @@ std::int16_t Document::PageCount() const { return std::max<std::int16_t>(1, ToIn
 
 void Document::TakePageValue() { bracket.SetBitsPerPixel(KWPic.PageValue()); }
 
-// An empty path is that of a page that has no file. Where there is nothing to load, the engine is emptied.
+// An empty path is that of a page that has no file. If there is nothing to load, the engine is emptied.
 bool Document::Load(DocumentProcedure& run, const std::string& path) {
   if (run.IsOver()) return false;
   if (KWPic.Load(path)) return true;

@@ -20,7 +20,7 @@ namespace kw {
 // a time, the one that the picture engine KWPic holds.
 class Document : private EditorContext {
 public:
-  // What is referred to must outlive the document.
+  // Everything passed in must outlive the document.
   Document(const EditorContext& context, CommandBracket& commandBracket);
 
   // Opens an image or a multi-page file, which is split into page files beside it. Failures are shown to the user.

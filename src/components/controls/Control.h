@@ -112,7 +112,7 @@ public:
   const std::string& ToolTip() const { return toolTip; }
   void SetToolTip(std::string text) { toolTip = std::move(text); }
 
-  // Before all its siblings.
+  // Moves this control in front of its siblings.
   void ZOrder();
   // Becomes the active control of its form. Raises InvalidProcedureCall when it cannot take the focus.
   void SetFocus();
