@@ -1,0 +1,114 @@
+// Steps of opening and of changing the page that show in what runs between them.
+
+#include "support/EditorFixture.h"
+
+namespace kw::test {
+namespace {
+
+class DocumentSteps : public EditorTest {
+protected:
+  // A page file of so many bits a pixel.
+  std::string MakePage(const std::string& name, int depth) {
+    std::string path = folder.File(name);
+    SavePicture(Bitmap(30, 20, depth), path);
+    return path;
+  }
+  // What a command, run now, leaves in the engine.
+  int DepthAfterACommand() {
+    Form().tbrMoreTools.ButtonClick.Raise("Invert");
+    return control->Engine().Current().BitsPerPixel();
+  }
+  // Runs in the next event of that name, and not in those that it brings about.
+  void At(const std::string& event, const std::function<void()>& act) {
+    events.onEvent = [event, act, isAtWork = false](const std::string& name) mutable {
+      if (name != event || isAtWork) return;
+      isAtWork = true;
+      act();
+      isAtWork = false;
+    };
+  }
+};
+
+TEST_F(DocumentSteps, APagesDepthIsKnownWhenItsChangeIsTold) {
+  for (const auto& [name, depth] : {std::pair{"a.tif", 24}, {"b.tif", 8}, {"c.tif", 1}, {"D_Page_1.tif", 8}}) {
+    const std::string path = MakePage(name, depth);
+    int seen = 0;
+    At("PageChanged", [&] { seen = DepthAfterACommand(); });
+    control->OpenFile(path);
+    EXPECT_EQ(seen, depth) << name;
+  }
+  EXPECT_TRUE(events.errors.empty());
+}
+
+TEST_F(DocumentSteps, AFileThatCannotBeReadScrollsBackAndTakesUndoAndTheBackgroundAway) {
+  control->OpenFile(MakeImage("large.bmp", 2000, 2000));
+  control->LetBGImage(MakeImage("back.bmp"));
+  Form().vScroll.UserSetValue(100);
+  Form().hScroll.UserSetValue(110);
+  for (const char* key : {"Undo", "Redo"}) BasicBar(key).SetButtonEnabled(key, true);
+  control->OpenFile(folder.File("missing.tif"));
+  EXPECT_EQ(Form().vScroll.Value(), 0);
+  EXPECT_EQ(Form().hScroll.Value(), 0);
+  EXPECT_FALSE(IsEnabled("Undo"));
+  EXPECT_FALSE(IsEnabled("Redo"));
+  EXPECT_FALSE(Form().TransBackImage.HasPicture());
+}
+
+TEST_F(DocumentSteps, AnotherPageScrollsBack) {
+  const std::string path = folder.File("D.fmf");
+  for (int page = 0; page < 2; ++page) {
+    KWPicEd engine;
+    engine.Replace(Bitmap(2000, 2000, 8));
+    engine.Append(path);
+  }
+  control->OpenFile(path);
+  Form().vScroll.UserSetValue(100);
+  Form().hScroll.UserSetValue(110);
+  Form().PageIndex.SetValue(2);
+  EXPECT_EQ(Form().vScroll.Value(), 0);
+  EXPECT_EQ(Form().hScroll.Value(), 0);
+}
+
+TEST_F(DocumentSteps, APageIsBroughtBehindTheHourglass) {
+  control->OpenFile(MakeDocument("D.tif", 2));
+  std::vector<MousePointer> pointers;
+  desktop.pictureLoader = [&](const std::string& path) {
+    pointers.push_back(Form().editor.Pointer());
+    return LoadWhole(path);
+  };
+  Form().PageIndex.SetValue(2);
+  EXPECT_EQ(pointers, std::vector{MousePointer::Hourglass});
+  EXPECT_EQ(Form().editor.Pointer(), MousePointer::Default);
+}
+
+class ContentWatcher : public View {
+public:
+  void Changed(Aspect aspect) override { count += aspect == Aspect::Content ? 1 : 0; }
+  int count = 0;
+};
+
+TEST_F(DocumentSteps, TheListOfPagesIsFilledForAnotherNumberOfPagesOnlyAndShownAnewEachTime) {
+  control->OpenFile(MakeDocument("D.tif", 3));
+  ContentWatcher watcher;
+  Form().cmbPageNo.AttachView(&watcher);
+  Form().PageIndex.SetValue(2);
+  EXPECT_EQ(watcher.count, 2) << "its selection, and all of it";
+  Form().cmbPageNo.DetachView();
+}
+
+TEST_F(DocumentSteps, TheSpinnerOfASplitDocumentCountsFromOneThatOfAnyOtherFromNothing) {
+  control->OpenFile(MakeDocument("D.tif", 3));
+  EXPECT_EQ(Form().PageIndex.Min(), 1);
+  EXPECT_EQ(Form().PageIndex.Max(), 3);
+  control->OpenFile(folder.File("D_Page_1.tif"));
+  EXPECT_EQ(Form().PageIndex.Min(), 1);
+  EXPECT_EQ(Form().PageIndex.Max(), 3);
+  EXPECT_EQ(Form().PageIndex.Value(), 1);
+  control->OpenFile(MakeImage("scan.bmp"));
+  EXPECT_EQ(Form().PageIndex.Min(), 0);
+  EXPECT_EQ(Form().PageIndex.Max(), 0);
+  EXPECT_EQ(control->OpenedDocument().CurrentPageNo(), 0);
+}
+
+}  // namespace
+}  // namespace kw::test
