@@ -1,5 +1,7 @@
 // Steps of opening and of changing the page that show in what runs between them.
 
+#include <algorithm>
+
 #include "support/EditorFixture.h"
 
 namespace kw::test {
@@ -38,6 +40,47 @@ TEST_F(DocumentSteps, APagesDepthIsKnownWhenItsChangeIsTold) {
     EXPECT_EQ(seen, depth) << name;
   }
   EXPECT_TRUE(events.errors.empty());
+}
+
+TEST_F(DocumentSteps, TheFirstPageIsTheCurrentOneWhenItsChangeIsTold) {
+  control->OpenFile(MakeDocument("D.tif", 3));
+  for (const char* name : {"D_Page_1.tif", "D.tif"}) {
+    Form().PageIndex.SetValue(3);
+    std::vector<int> seen;
+    events.onPageChanged = [&] { seen.push_back(control->OpenedDocument().CurrentPageNo()); };
+    control->OpenFile(folder.File(name));
+    events.onPageChanged = nullptr;
+    EXPECT_EQ(seen, std::vector<int>{1}) << name;
+  }
+}
+
+TEST_F(DocumentSteps, OpeningAsksForNoChangesOfAPage) {
+  control->OpenFile(MakeDocument("D.tif", 3));
+  const std::string single = MakeImage("scan.bmp");
+  for (const std::string& path : {folder.File("D.tif"), folder.File("D_Page_1.tif"), single}) {
+    ForgetTrace();
+    control->OpenFile(path);
+    EXPECT_EQ(std::ranges::count(Trace(), "Get IsFileChanged"), 0) << path;
+    if (path == single) continue;
+    Form().PageIndex.SetValue(2);
+    EXPECT_EQ(std::ranges::count(Trace(), "Get IsFileChanged"), 1) << "a change of the page does";
+  }
+}
+
+TEST_F(DocumentSteps, AFirstPageFileAloneIsTheOnlyPage) {
+  control->OpenFile(MakePage("D_Page_1.tif", 8));
+  EXPECT_EQ(Form().PageIndex.Max(), 1);
+  EXPECT_EQ(Form().cmbPageNo.ItemCount(), 1);
+  EXPECT_FALSE(IsEnabled("NextPage"));
+}
+
+TEST_F(DocumentSteps, APageThatIsGoneIsToldWithoutTheHourglass) {
+  control->OpenFile(MakeDocument("D.tif", 3));
+  RemoveFileAt(folder.File("D_Page_2.tif"));
+  MousePointer pointer = MousePointer::Arrow;
+  desktop.whileBoxIsUp = [&](const auto&) { pointer = Form().editor.Pointer(); };
+  Form().PageIndex.SetValue(2);
+  EXPECT_EQ(pointer, MousePointer::Default);
 }
 
 TEST_F(DocumentSteps, AFileThatCannotBeReadScrollsBackAndTakesUndoAndTheBackgroundAway) {

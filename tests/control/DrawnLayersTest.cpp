@@ -197,6 +197,14 @@ TEST_F(DrawnLayer, OfAStrokeAcrossTheEdgeHoldsWhatLiesOnTheCanvas) {
   EXPECT_EQ(OpacityOf(Newest().Picture()), right);
 }
 
+TEST_F(DrawnLayer, OfAStrokeAcrossTheUpperEdgeBeginsWithAPixelBeyondIt) {
+  Choose("Pen");
+  DragOut(11, 2, 11, -6);
+  EXPECT_EQ(PlaceOf(Newest()), "8 -1 6 6");
+  const Lines opacity{"  ffffffff  ", "  ffffffff  ", "  ffffffff  ", "  e8ffffe8  ", "  50e8e850  ", "            "};
+  EXPECT_EQ(OpacityOf(Newest().Picture()), opacity);
+}
+
 TEST_F(DrawnLayer, OfAStrokeBesideTheCanvasIsNone) {
   Choose("Pen");
   for (const auto& [x, y] : {std::pair{-2.0F, 50.0F}, {404.0F, 50.0F}, {50.0F, -2.0F}, {50.0F, 304.0F}}) {
