@@ -126,6 +126,21 @@ TEST_F(LayersTest, TheLabelsCirclesAreOthersAtEachTimeOfTheDay) {
   }
 }
 
+TEST_F(LayersTest, TheLabelsCirclesAreThoseOfTheClock) {
+  desktop.time = {10, 20, 30};
+  Form().Label1.Click.Raise();
+  Lines circles;
+  for (std::int16_t i = 2; i <= 6; ++i) {
+    const TransparentPicture& layer = Form().TransLayers(i);
+    circles.push_back(PlaceOf(layer) + " in " + std::to_string(layer.ForeColor()) + " " +
+                      std::to_string(layer.LineColor()));
+  }
+  // A fraction of 1000000 as the colour, then one of the canvas's width of 402 and one of its height of 302.
+  EXPECT_EQ(circles,
+            (Lines{"276 45 62 62 in 758081 758081", "389 95 62 62 in 852292 852292", "23 301 62 62 in 166500 166500",
+                   "350 43 62 62 in 941043 941043", "349 179 62 62 in 877654 877654"}));
+}
+
 TEST_F(LayersTest, ATextInALayerWithoutWidthIsMeasuredForOnePixel) {
   TransparentPicture& layer = Add(10, 10, 0.2F, 10);
   layer.SetTextEntry(true);

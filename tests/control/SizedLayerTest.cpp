@@ -152,6 +152,15 @@ TEST_F(SizedLayer, ThatHadNoHeightLandsWithOnePixel) {
   }
 }
 
+TEST_F(SizedLayer, IsNotMovedWithAnotherTool) {
+  Choose("Line");
+  Press(130, 120);
+  EXPECT_FALSE(Room().PickedDrag().IsUnderWay());
+  Drag(150, 150);
+  Release(150, 150);
+  EXPECT_EQ(PlaceOf(Layer()), "99 99 60 40");
+}
+
 TEST_F(SizedLayer, UnloadedInTheDragIsLeftAlone) {
   Press(130, 120);
   Drag(150, 150);
