@@ -50,7 +50,7 @@ private:
   std::int16_t PageCount() const;
   bool OpenFirstPageFile(DocumentProcedure& run);
   bool OpenAndSplit(DocumentProcedure& run);
-  void WritePages(DocumentProcedure& run, const std::vector<std::string>& names);
+  void WritePages(DocumentProcedure& run, const std::string& source, const std::vector<std::string>& names);
   std::int32_t WritePage(DocumentProcedure& run, std::int16_t page, const std::string& path);
   bool AskToKeepChanges(DocumentProcedure& run);
   void ShowPageControls(DocumentProcedure& run);

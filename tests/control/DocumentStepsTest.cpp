@@ -42,6 +42,41 @@ TEST_F(DocumentSteps, APagesDepthIsKnownWhenItsChangeIsTold) {
   EXPECT_TRUE(events.errors.empty());
 }
 
+TEST_F(DocumentSteps, APagesDepthIsKnownWhenItsFileIsTold) {
+  const std::string path = folder.File("D.fmf");
+  for (const int depth : {24, 8, 1}) {
+    KWPicEd engine;
+    engine.Replace(Bitmap(30, 20, depth));
+    engine.Append(path);
+  }
+  std::vector<int> seen;
+  At("NewPageCreated", [&] { seen.push_back(DepthAfterACommand()); });
+  control->OpenFile(path);
+  EXPECT_EQ(seen, (std::vector<int>{1, 8, 24}));
+  EXPECT_TRUE(events.errors.empty());
+}
+
+TEST_F(DocumentSteps, ACommandOrAnotherPageInTheEventOfAPageFileSpoilsNoPageFile) {
+  const std::function<void()> disturbances[] = {
+      [this] { Form().tbrMoreTools.ButtonClick.Raise("Invert"); },
+      [this] { Form().PageIndex.SetValue(Form().PageIndex.Value() == 3 ? 2 : 3); },
+  };
+  const std::string path = MakeDocument("D.tif", 3);
+  for (const auto& disturb : disturbances) {
+    events.created.clear();
+    At("NewPageCreated", disturb);
+    control->OpenFile(path);
+    EXPECT_EQ(events.created.size(), 3U);
+    for (int page = 1; page <= 3; ++page) {
+      const Bitmap written = LoadWhole(folder.File("D_Page_" + std::to_string(page) + ".tif"));
+      const auto grey = static_cast<std::uint8_t>(page);
+      EXPECT_EQ(written.Width(), 10 * page);
+      EXPECT_EQ(written.PixelAt(0, 0), (Rgb{grey, grey, grey}));
+    }
+  }
+  EXPECT_TRUE(events.errors.empty());
+}
+
 TEST_F(DocumentSteps, TheFirstPageIsTheCurrentOneWhenItsChangeIsTold) {
   control->OpenFile(MakeDocument("D.tif", 3));
   for (const char* name : {"D_Page_1.tif", "D.tif"}) {

@@ -217,6 +217,15 @@ TEST_F(DrawnLayer, OfAStrokeBesideTheCanvasIsNone) {
   EXPECT_EQ(Form().TransLayers.UBound(), 2) << "a row of it lies on the canvas";
 }
 
+TEST_F(DrawnLayer, OfAReleaseWithoutAStrokeIsNoneAndYieldsToNobody) {
+  Choose("Pen");
+  int yields = 0;
+  desktop.onDoEvents = [&] { ++yields; };
+  Release(110, 120);
+  EXPECT_EQ(yields, 0);
+  EXPECT_EQ(Form().TransLayers.UBound(), 1);
+}
+
 TEST_F(DrawnLayer, OfMovesToOnePlaceHasOneMarker) {
   Choose("Pen");
   Press(110, 120);
