@@ -77,6 +77,16 @@ TEST_F(DocumentSteps, ACommandOrAnotherPageInTheEventOfAPageFileSpoilsNoPageFile
   EXPECT_TRUE(events.errors.empty());
 }
 
+// The changes of the page in the two events behind the first one ask, the opening itself does not.
+TEST_F(DocumentSteps, OpeningAsksForNoChangesEvenIfAnEventChangedThePage) {
+  const std::string path = MakeDocument("D.tif", 3);
+  At("NewPageCreated", [this] { Form().PageIndex.SetValue(Form().PageIndex.Value() == 3 ? 2 : 3); });
+  ForgetTrace();
+  control->OpenFile(path);
+  EXPECT_EQ(std::ranges::count(Trace(), "PageIndex_Change"), 4);
+  EXPECT_EQ(std::ranges::count(Trace(), "Get IsFileChanged"), 2);
+}
+
 TEST_F(DocumentSteps, TheFirstPageIsTheCurrentOneWhenItsChangeIsTold) {
   control->OpenFile(MakeDocument("D.tif", 3));
   for (const char* name : {"D_Page_1.tif", "D.tif"}) {

@@ -104,6 +104,22 @@ TEST_F(LayersTest, APickedLayerIsHitOnItsFrameToo) {
   }
 }
 
+TEST_F(LayersTest, ALayerThatIsNotPickedIsHitUpToItsEdges) {
+  Add(100, 100, 50, 40);
+  Choose("NoTools");
+  const auto isHit = [this](float x, float y) {
+    Canvas().MouseMove.Raise(0, 0, x, y);
+    return Form().TransLayers(2).IsToShowBorderMarks();
+  };
+  EXPECT_TRUE(isHit(100, 100));
+  EXPECT_TRUE(isHit(150, 140));
+  EXPECT_FALSE(isHit(151, 140));
+  EXPECT_FALSE(isHit(150, 141));
+  EXPECT_FALSE(isHit(151, 141));
+  EXPECT_FALSE(isHit(99, 100));
+  EXPECT_FALSE(isHit(100, 99));
+}
+
 TEST_F(LayersTest, APressThatCannotTellItsLayerIsOneOnTheCanvas) {
   Add(2e9F, 10, 2e9F, 10);
   Choose("Rectangle");

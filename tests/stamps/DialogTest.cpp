@@ -267,6 +267,16 @@ TEST_F(StampDialog, OffersABuiltInStampAsItReadsNow) {
   EXPECT_FALSE(Exists(folder.File("stamps.lst")));
 }
 
+TEST_F(StampDialog, OffersTheFirstAndTheLastBuiltInStampAsTheyReadNow) {
+  for (const std::int32_t item : {1, 25}) {
+    frmApprovedXTimes one(desktop, control->ErrorTrap());
+    one.LastStampSelected = "of another day";
+    one.LastItemSelected = item;
+    desktop.formAnswers.emplace_back([&](DialogForm&) { EXPECT_EQ(one.cmbStamps.SelectedItem(), item); });
+    one.ShowModal();
+  }
+}
+
 TEST_F(StampDialog, OffersAUserStampByItsTextWhereverItStandsNow) {
   WriteWhole(folder.File("stamps.lst"), "[Stamps]\r\n1=ANOTHER\r\n2=MINE\r\n");
   dialog.LastStampSelected = "MINE";
