@@ -96,6 +96,8 @@ TEST_F(StampDialog, ComposesTheCount) {
       {"1e-999", "APPROVED 1e-999 TIME"},
       {".5", "APPROVED .5 TIME"},
       {"-", "APPROVED - TIME"},
+      {"05", "APPROVED 05 TIMES"},
+      {"9", "APPROVED 9 TIMES"},
   };
   for (const auto& row : cases) {
     frmApprovedXTimes one(desktop, control->ErrorTrap());
