@@ -1,7 +1,9 @@
 // What each tool makes of a drag: the new layer, and nothing else that could be seen.
 
 #include <array>
+#include <functional>
 #include <tuple>
+#include <utility>
 
 #include "support/FormLook.h"
 #include "support/LayersFixture.h"
@@ -132,6 +134,39 @@ TEST_F(DrawnLayer, OfAFilling) {
   EXPECT_EQ(NewsOf("Fill", 110, 120, 170, 190), expected);
 }
 
+class ChildWatcher : public View {
+public:
+  explicit ChildWatcher(std::function<void()> whatToDo) : look(std::move(whatToDo)) {}
+  void Changed(Aspect /*aspect*/) override {}
+  void ChildAdded(Control& /*child*/) override { look(); }
+
+private:
+  std::function<void()> look;
+};
+
+TEST_F(DrawnLayer, OfAFillingIsMadeBehindTheHourglass) {
+  MousePointer pointer = MousePointer::Arrow;
+  ChildWatcher watcher([&] { pointer = Form().editor.Pointer(); });
+  Canvas().AttachView(&watcher);
+  Choose("Fill");
+  Press(110, 120);
+  Canvas().DetachView();
+  EXPECT_EQ(pointer, MousePointer::Hourglass);
+  EXPECT_EQ(Form().editor.Pointer(), MousePointer::Default);
+}
+
+TEST_F(DrawnLayer, OfAnImageOrASignatureBeyondTheLimitIsReported) {
+  control->LetSignatureFilePath(MakeImage("sign.bmp", 30, 60));
+  desktop.openAnswers.emplace_back([&](OpenDialog& dialog) { dialog.fileName = folder.File("sign.bmp"); });
+  Form().TransLayers.Load(32767);
+  for (const char* tool : {"Image", "Signature"}) {
+    Choose(tool);
+    DragOut(110, 120, 170, 190);
+    EXPECT_EQ(events.errors, std::vector<int>{341}) << tool;
+    EXPECT_EQ(Form().TransLayers.Count(), 3) << tool;
+  }
+}
+
 TEST_F(DrawnLayer, OfTheColourPickerIsNone) {
   EXPECT_EQ(NewsOf("Chooser", 110, 120, 116, 123),
             (Lines{"TransLayers(1): fore=90,120,200 picture",
@@ -229,6 +264,7 @@ TEST_F(DrawnLayer, OfAReleaseWithoutAStrokeIsNoneAndYieldsToNobody) {
 TEST_F(DrawnLayer, OfMovesToOnePlaceHasOneMarker) {
   Choose("Pen");
   Press(110, 120);
+  EXPECT_EQ(Canvas().Children().back(), &Form().point1(0));
   Drag(110.4F, 119.6F);
   EXPECT_EQ(Form().point1.Count(), 1);
   Drag(110, 121);

@@ -241,6 +241,18 @@ TEST_F(Stamping, OfAnEmptyTextIsNoLayer) {
   EXPECT_EQ(Place(1), (PixelRect{30, 40, 90, 60})) << "the signature alone";
 }
 
+TEST_F(Stamping, BeyondTheLimitOfLayersIsReported) {
+  TakeSignature(60, 20);
+  Form().TransLayers.Load(32767);
+  StampAt(30, 40);
+  StampAt(30, 40, [](DialogForm& dialog) {
+    Type(dialog, "");
+    Find<CheckBox>(dialog, "chkAttachSignature").SetValue(true);
+  });
+  EXPECT_EQ(events.errors, std::vector<int>{341});
+  EXPECT_EQ(Form().TransLayers.Count(), 3);
+}
+
 TEST_F(Stamping, InWhiteIsSeen) {
   Form().SampleForeGroundColor.SetBackColor(MakeColour(255, 255, 255));
   StampAt(30, 40);
