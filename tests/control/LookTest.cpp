@@ -1,7 +1,7 @@
 // All that can be seen of the control changes in what each step of its life is for and in nothing else.
 
-#include "support/EditorFixture.h"
-#include "support/FormLook.h"
+#include "tests/support/EditorFixture.h"
+#include "tests/support/FormLook.h"
 
 namespace kw::test {
 namespace {
@@ -21,8 +21,8 @@ protected:
   }
 
 private:
-  EditorForm designed{desktop};
-  Lines last = LookOf(designed);
+  KwEditorLayers designed{desktop, events};
+  Lines last = LookOf(designed.Form());
 };
 
 TEST_F(Look, AfterStartUp) {

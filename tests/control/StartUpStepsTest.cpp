@@ -2,10 +2,8 @@
 
 #include <type_traits>
 
-#include "document/EditorProperties.h"
-#include "support/EditorFixture.h"
-#include "support/FormLook.h"
-#include "trap/Procedure.h"
+#include "tests/support/EditorFixture.h"
+#include "tests/support/FormLook.h"
 
 namespace kw::test {
 namespace {
@@ -119,31 +117,6 @@ TEST_F(Resizing, ASecondRowBeginsAtTheHeightOfTheFirst) {
   second.SetTop(29);
   second.MouseDown.Raise(1, 0, 0, 0);
   EXPECT_EQ(second.Top(), 32);
-}
-
-// What stands for something that is only there once cannot be copied.
-TEST(Copies, AreNotMadeOfWhatIsThereOnce) {
-  struct Properties : EditorProperties {
-    bool GetIsEditable() override { return true; }
-    void LetIsEditable(bool) override {}
-    bool GetIsFileChanged() override { return true; }
-    void LetIsFileChanged(bool) override {}
-    bool GetIsSaveButtonEnabled() override { return true; }
-    bool GetIsToolboxVisible() override { return true; }
-    void LetIsToolboxVisible(bool) override {}
-    bool GetIsToShowBackImage() override { return true; }
-    void LetIsToShowBackImage(bool) override {}
-    const Bitmap& SignatureImage() const override { return image; }
-    void SavePage() override {}
-    Bitmap image;
-  };
-  EXPECT_FALSE(std::is_copy_constructible_v<Properties>);
-  EXPECT_FALSE(std::is_copy_assignable_v<Properties>);
-  EXPECT_FALSE(std::is_copy_constructible_v<RecordedEvents>);
-  EXPECT_FALSE(std::is_copy_assignable_v<RecordedEvents>);
-  EXPECT_FALSE(std::is_copy_constructible_v<RecordedBag>);
-  EXPECT_FALSE(std::is_copy_assignable_v<RecordedBag>);
-  EXPECT_FALSE(std::is_copy_constructible_v<Procedure>);
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "stamps/Stamp.h"
-#include "support/ScriptedDesktop.h"
+#include "tests/support/ScriptedDesktop.h"
 
 namespace kw::test {
 namespace {

@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "stamps/frmApprovedXTimes.h"
-#include "support/EditorFixture.h"
-#include "support/FormLook.h"
+#include "tests/support/EditorFixture.h"
+#include "tests/support/FormLook.h"
 
 namespace kw::test {
 namespace {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "components/OptionButton.h"
+#include "components/controls/OptionButton.h"
 #include "form/EditorForm.h"
 
 namespace kw::test {

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
-#include "support/EditorFixture.h"
+#include <set>
+
+#include "tests/support/EditorFixture.h"
 
 namespace kw::test {
 namespace {
@@ -45,7 +47,7 @@ TEST_F(DocumentSteps, APagesDepthIsKnownWhenItsChangeIsTold) {
 TEST_F(DocumentSteps, APagesDepthIsKnownWhenItsFileIsTold) {
   const std::string path = folder.File("D.fmf");
   for (const int depth : {24, 8, 1}) {
-    KWPicEd engine;
+    PictureDocument engine;
     engine.Replace(Bitmap(30, 20, depth));
     engine.Append(path);
   }
@@ -68,7 +70,7 @@ TEST_F(DocumentSteps, ACommandOrAnotherPageInTheEventOfAPageFileSpoilsNoPageFile
     control->OpenFile(path);
     EXPECT_EQ(events.created.size(), 3U);
     for (int page = 1; page <= 3; ++page) {
-      const Bitmap written = LoadWhole(folder.File("D_Page_" + std::to_string(page) + ".tif"));
+      const Bitmap written = LoadPicture(folder.File("D_Page_" + std::to_string(page) + ".tif"));
       const auto grey = static_cast<std::uint8_t>(page);
       EXPECT_EQ(written.Width(), 10 * page);
       EXPECT_EQ(written.PixelAt(0, 0), (Rgb{grey, grey, grey}));
@@ -145,7 +147,7 @@ TEST_F(DocumentSteps, AFileThatCannotBeReadScrollsBackAndTakesUndoAndTheBackgrou
 TEST_F(DocumentSteps, AnotherPageScrollsBack) {
   const std::string path = folder.File("D.fmf");
   for (int page = 0; page < 2; ++page) {
-    KWPicEd engine;
+    PictureDocument engine;
     engine.Replace(Bitmap(2000, 2000, 8));
     engine.Append(path);
   }
@@ -159,13 +161,10 @@ TEST_F(DocumentSteps, AnotherPageScrollsBack) {
 
 TEST_F(DocumentSteps, APageIsBroughtBehindTheHourglass) {
   control->OpenFile(MakeDocument("D.tif", 2));
-  std::vector<MousePointer> pointers;
-  desktop.pictureLoader = [&](const std::string& path) {
-    pointers.push_back(Form().editor.Pointer());
-    return LoadWhole(path);
-  };
+  std::set<MousePointer> pointers;  // while the picture is on its way
+  desktop.onProcessNumber = [&] { pointers.insert(Form().editor.Pointer()); };
   Form().PageIndex.SetValue(2);
-  EXPECT_EQ(pointers, std::vector{MousePointer::Hourglass});
+  EXPECT_EQ(pointers, std::set{MousePointer::Hourglass});
   EXPECT_EQ(Form().editor.Pointer(), MousePointer::Default);
 }
 

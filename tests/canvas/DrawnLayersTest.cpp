@@ -5,8 +5,8 @@
 #include <tuple>
 #include <utility>
 
-#include "support/FormLook.h"
-#include "support/LayersFixture.h"
+#include "tests/support/FormLook.h"
+#include "tests/support/LayersFixture.h"
 
 namespace kw::test {
 namespace {

@@ -1,6 +1,6 @@
 // The pauses in which a cancelled print job ends, and what is put right after them.
 
-#include "devices/PrintingFixture.h"
+#include "tests/devices/printing/PrintingFixture.h"
 
 namespace kw::test {
 namespace {

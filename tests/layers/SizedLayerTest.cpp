@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
-#include "support/FormLook.h"
-#include "support/LayersFixture.h"
+#include "tests/support/FormLook.h"
+#include "tests/support/LayersFixture.h"
 
 namespace kw::test {
 namespace {

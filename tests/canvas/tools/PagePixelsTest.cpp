@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "canvas/PagePixels.h"
-#include "drawing/CanvasItems.h"
+#include "canvas/tools/PagePixels.h"
+#include "scene/CanvasItems.h"
 
 namespace kw::test {
 namespace {

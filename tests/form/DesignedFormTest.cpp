@@ -1,10 +1,10 @@
 // The form as it is designed: where each control lies, what it holds, which buttons the tool bars have.
 
-#include "support/FormLook.h"
+#include "tests/support/FormLook.h"
 
 #include <gtest/gtest.h>
 
-#include "support/ScriptedDesktop.h"
+#include "tests/support/EditorFixture.h"
 
 namespace kw::test {
 namespace {
@@ -12,7 +12,9 @@ namespace {
 class DesignedForm : public testing::Test {
 protected:
   ScriptedDesktop desktop;
-  EditorForm form{desktop};
+  RecordedEvents events;
+  KwEditorLayers control{desktop, events};
+  EditorForm& form = control.Form();
 };
 
 // What lies on the form and in the viewport is placed in pixels; what lies in a container of the tool bars, in the tool

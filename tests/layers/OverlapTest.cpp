@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "support/FormLook.h"
-#include "support/LayersFixture.h"
+#include "tests/support/FormLook.h"
+#include "tests/support/LayersFixture.h"
 
 namespace kw::test {
 namespace {
