@@ -39,6 +39,19 @@ TEST_F(ScrollBars, ServeACanvasThatIsStrictlyLargerThanTheViewport) {
   }
 }
 
+TEST_F(ScrollBars, GetTheirWholeRangeAndStepsAnew) {
+  for (const Direction& one : Both()) {
+    for (const float beyond : {1.0F, 0.0F}) {
+      one.setCanvas(one.frameExtent + 500);
+      one.bar.SetMin(7);
+      one.bar.SetSmallChange(9);
+      one.setCanvas(one.frameExtent + beyond);
+      EXPECT_EQ(one.bar.Min(), 0) << one.bar.Name();
+      EXPECT_EQ(one.bar.SmallChange(), 1) << one.bar.Name();
+    }
+  }
+}
+
 TEST_F(ScrollBars, ServeEachDirectionByItself) {
   for (const Direction& one : Both()) {
     Form().picCanvas.Move(0, 0, 10, 10);

@@ -140,6 +140,17 @@ TEST_F(ZoomTest, WhatReachesPastThePageIsDrawnAnewBehindTheHourglass) {
   EXPECT_EQ(Form().editor.Pointer(), MousePointer::Default);
 }
 
+TEST_F(ZoomTest, TheFirstAndTheLastLayerAreDrawnAnewToo) {
+  Add(390, 10, 50, 50);
+  Add(10, 10, 50, 50);
+  Add(390, 80, 50, 50);
+  int drawn = 0;
+  for (const std::int16_t i : {std::int16_t{2}, std::int16_t{4}})
+    Form().TransLayers(i).Change.Connect([&] { ++drawn; });
+  control->ZoomRoom().UpdateAndZoom();
+  EXPECT_EQ(drawn, 2);
+}
+
 TEST_F(ZoomTest, ALayerThatCannotBeDrawnAnewDoesNotHoldUpTheOthers) {
   Add(390, 10, 50, 50);
   Add(390, 80, 50, 50);
