@@ -252,6 +252,22 @@ TEST_F(DrawnLayer, OfAStrokeBesideTheCanvasIsNone) {
   EXPECT_EQ(Form().TransLayers.UBound(), 2) << "a row of it lies on the canvas";
 }
 
+TEST_F(DrawnLayer, OfAStrokeThatIsTooLongEndsWhereTheNextOneBegins) {
+  Choose("Pen");
+  Press(110, 120);
+  Form().point1.Load(32767).Move(148, 158, 4, 4);
+  Form().SampleForeGroundColor.SetBackColor(MakeColour(9, 9, 9));
+  Drag(170, 160);
+  EXPECT_EQ(PlaceOf(Newest()), "107 117 46 46");
+  ASSERT_EQ(Form().point1.Count(), 2);
+  EXPECT_EQ(PlaceOf(Form().point1(0)), "148 158 4 4");
+  EXPECT_EQ(PlaceOf(Form().point1(1)), "168 158 4 4");
+  EXPECT_TRUE(Form().point1(0).Visible());
+  EXPECT_EQ(Form().point1(0).Color(), MakeColour(1, 2, 3)) << "the colour of the stroke";
+  Release(170, 160);
+  EXPECT_EQ(PlaceOf(Newest()), "147 157 26 6");
+}
+
 TEST_F(DrawnLayer, OfAReleaseWithoutAStrokeIsNoneAndYieldsToNobody) {
   Choose("Pen");
   int yields = 0;
