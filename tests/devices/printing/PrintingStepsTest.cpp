@@ -43,6 +43,18 @@ TEST_F(Printing, WritesTheCaptionAgainBehindThePage) {
   EXPECT_EQ(last, "Printing page 1 of 1");
 }
 
+TEST_F(Printing, PaintsNothingForAPageWithoutAFile) {
+  std::filesystem::create_directories(ToFilesystemPath(folder.File("scan_Page_2.tif")));
+  Open(3);
+  control->LetEnabled(true);
+  events.errors.clear();
+  std::vector<int> painted;
+  desktop.onPrintPicture = [&](const Bitmap& picture) { painted.push_back(picture.Width()); };
+  Print(1, 3);
+  EXPECT_EQ(painted, (std::vector<int>{10, 30}));
+  EXPECT_EQ(events.errors, std::vector<int>{static_cast<int>(ErrorNumber::FileNotFound)});
+}
+
 TEST_F(Printing, ShowsItsPanelInFrontOfEverything) {
   Open(1);
   bool wasInFront = false;
