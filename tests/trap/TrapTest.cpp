@@ -199,6 +199,17 @@ TEST_F(TrapTest, AFolderThatCannotBeWrittenIsReportedOnceAndTheReportsOwnFailure
 
 using ProcedureTest = TrapTest;
 
+TEST_F(ProcedureTest, IsUnderWayUntilItEnds) {
+  EXPECT_FALSE(trap.IsInProcedure());
+  {
+    const Procedure outer(trap, "Outer");
+    EXPECT_TRUE(trap.IsInProcedure());
+    { const Procedure inner(trap, "Inner"); }
+    EXPECT_TRUE(trap.IsInProcedure());
+  }
+  EXPECT_FALSE(trap.IsInProcedure());
+}
+
 TEST_F(ProcedureTest, OfSeveralFailingStatementsTheFirstIsReportedAndAllOthersRun) {
   std::string ran;
   {

@@ -69,6 +69,10 @@ TEST_F(ZoomTest, StepsFromAFactorThatIsNotListedToTheNearestOneInThatDirection) 
   Let(7);
   Click("ZoomOut");
   EXPECT_EQ(Text(), "400 %");
+  Let(0.3);
+  Let(0.05);
+  Click("ZoomIn");
+  EXPECT_EQ(Text(), "10 %");
 }
 
 TEST_F(ZoomTest, StepsToAListedFactorThatIsOnePercentAway) {
