@@ -46,7 +46,7 @@ TEST_F(LayerMouse, GoesToTheCanvasWithThePlaceThere) {
   EXPECT_EQ(layer.SelectionFrame(), 1);
   layer.MouseMove.Raise(1, 0, 50, 40);
   layer.MouseUp.Raise(1, 0, 50, 40);
-  EXPECT_EQ(layer.Left(), 128) << "by 29, because the frame has moved the layer by 1, which its left edge keeps";
+  EXPECT_EQ(layer.Left(), 128) << "by 29 from 99, where the frame of the picked layer put it";
   EXPECT_EQ(layer.Top(), 108);
 }
 
