@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "components/base/Event.h"
 #include "components/engine/KWPicEd.h"
@@ -73,6 +74,7 @@ public:
   void tbrOpenFile_ButtonClick(const std::string& key);
 
 private:
+  static std::vector<Command> AllCommands();
   void Forward(std::string_view procedure, const std::string& key);
   void SetCursorFromPressedTool();
 
