@@ -89,7 +89,7 @@ std::span<const Dispatcher::Command> Dispatcher::Commands() {
 }
 
 void Dispatcher::Save(const Command& /*row*/, Procedure& run) {
-  run([&] { properties.SavePage(); });
+  run([&] { state.SavePage(); });
 }
 
 void Dispatcher::Print(const Command& /*row*/, Procedure& run) {
@@ -133,11 +133,11 @@ void Dispatcher::ZoomOut(const Command& /*row*/, Procedure& run) {
 }
 
 void Dispatcher::ShowHideTools(const Command& /*row*/, Procedure& run) {
-  run([&] { properties.LetIsToolboxVisible(!properties.GetIsToolboxVisible()); });
+  run([&] { state.LetIsToolboxVisible(!state.GetIsToolboxVisible()); });
 }
 
 void Dispatcher::ShowHideBackImage(const Command& /*row*/, Procedure& run) {
-  run([&] { properties.LetIsToShowBackImage(!properties.GetIsToShowBackImage()); });
+  run([&] { state.LetIsToShowBackImage(!state.GetIsToShowBackImage()); });
 }
 
 void Dispatcher::PrevPage(const Command& /*row*/, Procedure& run) { StepPage(run, -1); }

@@ -7,12 +7,13 @@
 #include <string_view>
 #include <vector>
 
+#include "canvas/tools/ToolKit.h"
 #include "components/base/Event.h"
 #include "components/engine/KWPicEd.h"
 #include "components/platform/Desktop.h"
 #include "document/CommandBracket.h"
 #include "document/Document.h"
-#include "document/EditorProperties.h"
+#include "document/EditorContext.h"
 #include "form/EditorForm.h"
 #include "layers/Layers.h"
 #include "trap/Procedure.h"
@@ -22,7 +23,7 @@
 namespace kw {
 
 // Runs the command that a tool bar button's key names. Buttons, shortcuts and start-up all come here.
-class Dispatcher {
+class Dispatcher : private EditorContext {
 public:
   // One row of the command table.
   struct Command {
@@ -36,20 +37,8 @@ public:
     std::string_view menuText{};
   };
 
-  struct Rooms {
-    Desktop& desktop;
-    EditorForm& form;
-    Trap& trap;
-    EditorProperties& properties;
-    Layers& layers;
-    Zoom& zoom;
-    CommandBracket& bracket;
-    Document& document;
-    KWPicEd& KWPic;
-  };
-
-  // What is referred to must outlive the dispatcher.
-  explicit Dispatcher(const Rooms& rooms);
+  // Everything passed in must outlive the dispatcher.
+  Dispatcher(const EditorContext& context, CommandBracket& commandBracket, Document& openDocument, ToolKit& tools);
 
   // The commands in the order in which a key is compared with them.
   static std::span<const Command> Commands();
@@ -76,7 +65,6 @@ public:
 private:
   static std::vector<Command> AllCommands();
   void Forward(std::string_view procedure, const std::string& key);
-  void SetCursorFromPressedTool();
 
   void Save(const Command& row, Procedure& run);
   void Print(const Command& row, Procedure& run);
@@ -103,15 +91,9 @@ private:
   void StepPage(Procedure& run, int step);
   void AskForFile(OpenDialog& dialog);
 
-  Desktop& desktop;
-  EditorForm& form;
-  Trap& trap;
-  EditorProperties& properties;
-  Layers& layers;
-  Zoom& zoom;
   CommandBracket& bracket;
   Document& document;
-  KWPicEd& KWPic;
+  ToolKit& toolKit;
   bool isFontDialogUp = false;
 };
 

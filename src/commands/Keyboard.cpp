@@ -17,8 +17,7 @@ constexpr std::int16_t Ctrl(char letter) { return static_cast<std::int16_t>(lett
 
 }  // namespace
 
-Keyboard::Keyboard(EditorForm& editorForm, Trap& errorTrap, Dispatcher& commands, Layers& layerArray, Zoom& zoomFactor)
-    : form(editorForm), trap(errorTrap), dispatcher(commands), layers(layerArray), zoom(zoomFactor) {
+Keyboard::Keyboard(const EditorContext& context, Dispatcher& commands) : EditorContext(context), dispatcher(commands) {
   form.picCanvas.KeyDown.Connect([this](std::int16_t code, std::int16_t shift) { picCanvas_KeyDown(code, shift); });
   form.picCanvas.KeyPress.Connect([this](std::int16_t character) { picCanvas_KeyPress(character); });
   form.picCanvas.KeyUp.Connect([this](std::int16_t code, std::int16_t shift) { picCanvas_KeyUp(code, shift); });

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "commands/Dispatcher.h"
+#include "document/EditorContext.h"
 #include "form/EditorForm.h"
 #include "layers/Layers.h"
 #include "trap/Trap.h"
@@ -11,9 +12,9 @@
 namespace kw {
 
 // The keys of the canvas, which are also those that the container hands to the control itself.
-class Keyboard {
+class Keyboard : private EditorContext {
 public:
-  Keyboard(EditorForm& editorForm, Trap& errorTrap, Dispatcher& commands, Layers& layerArray, Zoom& zoomFactor);
+  Keyboard(const EditorContext& context, Dispatcher& commands);
 
   void picCanvas_KeyDown(std::int16_t keyCode, std::int16_t shift);
   void picCanvas_KeyPress(std::int16_t keyAscii);
@@ -36,11 +37,7 @@ private:
 
   void ClickIfEnabled(const char* key);
 
-  EditorForm& form;
-  Trap& trap;
   Dispatcher& dispatcher;
-  Layers& layers;
-  Zoom& zoom;
   // Set to 0 by Escape, and read by nobody.
   std::int16_t m_EscapeFlag = 0;
 };

@@ -5,7 +5,8 @@
 namespace kw {
 
 KwEditorLayers::KwEditorLayers(Desktop& platform, EditorEvents& container)
-    : desktop(platform),
+    : EditorState(form, trap, zoom),
+      desktop(platform),
       events(container),
       form(platform),
       trap(platform, form.editor, form.picFrame, form.picCanvas, form.KwLogCtl1),
@@ -15,20 +16,21 @@ KwEditorLayers::KwEditorLayers(Desktop& platform, EditorEvents& container)
       zoom(platform, form, trap, layers),
       scrolling(form, trap),
       borders(platform, form, trap, zoom),
-      bracket({platform, form, trap, layers, zoom, openings, KWPic}),
-      document({platform, form, trap, layers, bracket, *this, openings, KWPic}),
-      strip(form, trap),
-      toolBox(form, trap, *this, layers),
-      coloursAndLines(form, trap, layers),
-      colourPicker(platform, form, trap, coloursAndLines),
-      dispatcher({platform, form, trap, *this, layers, zoom, bracket, document, KWPic}),
-      keyboard(form, trap, dispatcher, layers, zoom),
-      layerTools({platform, form, *this, layers, coloursAndLines, openings}),
-      drawingTools(platform, form, trap, layers, layerTools),
-      clipboardWatch(platform, form, trap, *this),
-      stampTool({platform, form, trap, *this, layers, openings}),
-      printing({platform, form, trap, document, KWPic, KWPicTempBuffer}),
-      scanning(form, trap, clipboardWatch, dispatcher) {
+      context{platform, form, trap, layers, zoom, *this, openings, KWPic, KWPicTempBuffer},
+      bracket(context),
+      document(context, bracket),
+      strip(context),
+      toolBox(context),
+      coloursAndLines(context),
+      colourPicker(context, coloursAndLines),
+      toolKit(context, coloursAndLines),
+      dispatcher(context, bracket, document, toolKit),
+      keyboard(context, dispatcher),
+      drawingTools(context, toolKit),
+      clipboardWatch(context),
+      stampTool(context),
+      printing(context, document),
+      scanning(context, clipboardWatch, dispatcher) {
   ConnectEvents();
 }
 
@@ -62,12 +64,13 @@ void KwEditorLayers::ConnectEvents() {
   layers.BeforeLabelLayer.Connect([this] { lineRightBorderForSelectedArea_MouseUp(); });
   form.Label2.Click.Connect([this] { Label2_Click(); });
 
-  drawingTools.StampRequested.Connect([this](float x, float y) { stampTool.PlaceStamp(x, y); });
+  toolKit.StampRequested.Connect([this](float x, float y) { stampTool.PlaceStamp(x, y); });
 
   trap.ErrorOccured.Connect(
       [this](std::int16_t& number, std::string& message) { events.ErrorOccured(number, message); });
   document.NewPageCreated.Connect(
       [this](std::string& path, std::int16_t& page, std::int16_t& count) { events.NewPageCreated(path, page, count); });
+  Changed.Connect([this](const char* name) { events.PropertyChanged(name); });
   document.PageChanged.Connect([this](std::int16_t& page) { events.PageChanged(page); });
 }
 
@@ -100,18 +103,8 @@ void KwEditorLayers::Label2_Click() {
 
 void KwEditorLayers::OpenFile(const std::string& fPath) { document.OpenFile(fPath); }
 
-void KwEditorLayers::SavePage() { const Procedure run(trap, "SavePage"); }
-
 bool KwEditorLayers::TakesVerbs() const {
   return layers.HasPage() && form.editor.Enabled() && m_IsEditable && !trap.IsInProcedure();
-}
-
-void KwEditorLayers::PropertyChanged(Procedure& run, const char* name) {
-  run([&] { events.PropertyChanged(name); });
-}
-
-void KwEditorLayers::SetButton(Procedure& run, const char* key, bool isEnabled) const {
-  run([&] { BarOf(form.tbrBasicTools, key).SetButtonEnabled(key, isEnabled); });
 }
 
 }  // namespace kw

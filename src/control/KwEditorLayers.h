@@ -20,8 +20,7 @@
 #include "devices/scanning/Scanning.h"
 #include "document/CommandBracket.h"
 #include "document/Document.h"
-#include "document/DocumentProcedure.h"
-#include "document/EditorProperties.h"
+#include "document/EditorContext.h"
 #include "form/EditorForm.h"
 #include "layers/Layers.h"
 #include "stamps/StampTool.h"
@@ -37,9 +36,9 @@ namespace kw {
 //
 // Every procedure traces its name and traps its errors (see Procedure); the only exception that leaves one is that of
 // a failed report. All calls come on one thread.
-class KwEditorLayers final : public EditorProperties {
+class KwEditorLayers final : public EditorState {
 public:
-  // Both must outlive the control. UserControl_Initialize has to follow before anything else.
+  // Both arguments must outlive the control. UserControl_Initialize has to follow before anything else.
   KwEditorLayers(Desktop& platform, EditorEvents& container);
 
   // Life: initialised once, then the persisted properties are read unless the control is a new one, any number
@@ -53,27 +52,18 @@ public:
 
   // Paths are UTF-8 and may be long.
   void OpenFile(const std::string& fPath);
-  // Saves nothing in this version.
-  void SavePage() override;
 
   // Whether a host may run a command by its number now, as Dispatcher::Command has it: with a page that can be edited,
   // and while the control is doing nothing else.
   bool TakesVerbs() const;
 
-  bool m_IsFileChanged = false;
   // Kept for the host; the control does not use it.
   std::string SaveFilePath;
 
   bool GetEnabled();
   void LetEnabled(bool value);
-  bool GetIsToShowBackImage() override;
-  void LetIsToShowBackImage(bool value) override;
-  bool GetIsFileChanged() override;
-  void LetIsFileChanged(bool value) override;
   bool GetIsToLightenBackImage();
   void LetIsToLightenBackImage(bool value);
-  bool GetIsToolboxVisible() override;
-  void LetIsToolboxVisible(bool value) override;
   void LetSignatureFilePath(const std::string& path);
   void LetBGImage(const std::string& path);
   bool GetIsOpenButtonVisible();
@@ -85,10 +75,6 @@ public:
   // At least 5; what is not greater is stored as 5.
   std::int16_t GetMaxUndoLevels();
   void LetMaxUndoLevels(std::int16_t value);
-  bool GetIsEditable() override;
-  void LetIsEditable(bool value) override;
-  bool GetIsSaveButtonEnabled() override;
-  void LetIsSaveButtonEnabled(bool value);
   // Of the thread, not of the one control; ends with a backslash if the trace is to lie inside the folder.
   std::string GetAppDir();
   void LetAppDir(const std::string& value);
@@ -104,9 +90,6 @@ public:
   Trap& ErrorTrap() { return trap; }
   // The engine that holds the current page.
   KWPicEd& Engine() { return KWPic; }
-
-  // The signature as it is placed: its ink on transparent paper (see SignatureInk). Empty without one.
-  const Bitmap& SignatureImage() const override { return signatureImage; }
 
 private:
   void UserControl_Paint();
@@ -124,8 +107,6 @@ private:
   void RunStartUpSteps(Procedure& run);
   void RemoveScratchFiles(Procedure& run);
   void ReCreateUndoFileIndex() {}  // the hook behind which a history can be built
-  void PropertyChanged(Procedure& run, const char* name);
-  void SetButton(Procedure& run, const char* key, bool isEnabled) const;
 
   Desktop& desktop;
   EditorEvents& events;
@@ -138,28 +119,25 @@ private:
   Scrolling scrolling;
   Borders borders;
   Openings openings;
+  EditorContext context;
   CommandBracket bracket;
   Document document;
   ToolBarStrip strip;
   ToolBox toolBox;
   ColoursAndLines coloursAndLines;
   ColourPicker colourPicker;
+  ToolKit toolKit;
   Dispatcher dispatcher;
   Keyboard keyboard;
-  LayerTools layerTools;
   DrawingTools drawingTools;
   ClipboardWatch clipboardWatch;
   StampTool stampTool;
   Printing printing;
   Scanning scanning;
 
-  bool m_IsToShowBackImage = false;
   bool m_IsToLightenBackImage = false;
   bool m_IsToSaveAsMultiPageFile = false;
-  bool m_IsEditable = true;
-  bool m_IsSaveButtonEnabled = true;
   std::int16_t m_MaxUndoLevels = 5;
-  Bitmap signatureImage;
 };
 
 }  // namespace kw

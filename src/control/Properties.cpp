@@ -2,18 +2,13 @@
 
 #include <utility>
 
+#include "components/base/Blank.h"
 #include "control/KwEditorLayers.h"
 #include "document/ScratchBitmap.h"
 #include "picture/Signature.h"
 #include "trap/Procedure.h"
 
 namespace kw {
-namespace {
-
-bool IsBlank(const std::string& text) { return text.find_first_not_of(' ') == std::string::npos; }
-
-}  // namespace
-
 bool KwEditorLayers::GetEnabled() {
   const Procedure run(trap, "Get Enabled");
   return form.editor.Enabled();
@@ -23,31 +18,6 @@ void KwEditorLayers::LetEnabled(bool value) {
   Procedure run(trap, "Let Enabled");
   run([&] { form.editor.SetEnabled(value); });
   PropertyChanged(run, "Enabled");
-}
-
-bool KwEditorLayers::GetIsToShowBackImage() {
-  const Procedure run(trap, "Get IsToShowBackImage");
-  return m_IsToShowBackImage;
-}
-
-void KwEditorLayers::LetIsToShowBackImage(bool value) {
-  Procedure run(trap, "Let IsToolboxVisible");  // this text is required
-  run([&] { m_IsToShowBackImage = value; });
-  run([&] { form.TransBackImage.SetVisible(value && form.TransBackImage.HasPicture()); });
-  run([&] { zoom.UpdateAndZoom(); });
-  PropertyChanged(run, "IsToShowBackImage");
-}
-
-bool KwEditorLayers::GetIsFileChanged() {
-  const Procedure run(trap, "Get IsFileChanged");
-  return m_IsFileChanged;
-}
-
-void KwEditorLayers::LetIsFileChanged(bool value) {
-  Procedure run(trap, "Let IsFileChanged");
-  run([&] { m_IsFileChanged = value; });
-  SetButton(run, "Save", value);
-  PropertyChanged(run, "IsFileChanged");
 }
 
 bool KwEditorLayers::GetIsToLightenBackImage() {
@@ -61,20 +31,6 @@ void KwEditorLayers::LetIsToLightenBackImage(bool value) {
   run([&] { form.TransBackImage.SetLightened(value); });
   run([&] { zoom.UpdateAndZoom(); });
   PropertyChanged(run, "IsToLightenBackImage");
-}
-
-bool KwEditorLayers::GetIsToolboxVisible() {
-  const Procedure run(trap, "Get IsToolboxVisible");
-  return form.kwraTools.Visible();
-}
-
-void KwEditorLayers::LetIsToolboxVisible(bool value) {
-  Procedure run(trap, "Let IsToolboxVisible");
-  run([&] {
-    const bool isEditable = GetIsEditable();
-    form.kwraTools.SetVisible(isEditable && value);
-  });
-  PropertyChanged(run, "IsToolboxVisible");
 }
 
 bool KwEditorLayers::GetIsOpenButtonVisible() {
@@ -123,43 +79,6 @@ void KwEditorLayers::LetMaxUndoLevels(std::int16_t value) {
   run([&] { m_MaxUndoLevels = value > 5 ? value : std::int16_t{5}; });
   run([&] { ReCreateUndoFileIndex(); });
   PropertyChanged(run, "MaxUndoLevels");
-}
-
-bool KwEditorLayers::GetIsEditable() {
-  const Procedure run(trap, "Get IsEditable");
-  return m_IsEditable;
-}
-
-void KwEditorLayers::LetIsEditable(bool value) {
-  Procedure run(trap, "Let IsSaveButtonEnabled");  // this text is required
-  run([&] { m_IsEditable = value; });
-  run([&] {
-    for (const auto& [index, bar] : form.tbrBasicTools) {
-      for (const ToolBar::Button& button : bar->Buttons()) {
-        const bool isOfHistory = button.key == "Undo" || button.key == "Redo";  // nothing enables these
-        if (button.style != ButtonStyle::Separator && !isOfHistory) bar->SetButtonEnabled(button.key, value);
-      }
-    }
-  });
-  run([&] { form.picCanvas.SetEnabled(value); });
-  run([&] { form.picFrame.SetEnabled(value); });
-  run([&] {
-    const bool isVisible = GetIsToolboxVisible();
-    LetIsToolboxVisible(isVisible);
-  });
-  PropertyChanged(run, "IsEditable");
-}
-
-bool KwEditorLayers::GetIsSaveButtonEnabled() {
-  const Procedure run(trap, "Get IsSaveButtonEnabled");
-  return m_IsSaveButtonEnabled;
-}
-
-void KwEditorLayers::LetIsSaveButtonEnabled(bool value) {
-  Procedure run(trap, "Let IsSaveButtonEnabled");
-  run([&] { m_IsSaveButtonEnabled = value; });
-  SetButton(run, "Save", value);
-  PropertyChanged(run, "IsSaveButtonEnabled");
 }
 
 std::string KwEditorLayers::GetAppDir() {

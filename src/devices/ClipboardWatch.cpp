@@ -4,9 +4,7 @@
 
 namespace kw {
 
-ClipboardWatch::ClipboardWatch(Desktop& platform, EditorForm& editorForm, Trap& errorTrap,
-                               EditorProperties& editorProperties)
-    : desktop(platform), form(editorForm), trap(errorTrap), properties(editorProperties) {
+ClipboardWatch::ClipboardWatch(const EditorContext& context) : EditorContext(context) {
   form.tmrWatchClipBoard.Tick.Connect([this] { tmrWatchClipBoard_Timer(); });
 }
 
@@ -15,7 +13,7 @@ void ClipboardWatch::tmrWatchClipBoard_Timer() {
   bool isAllowed = false;
   const bool isKnown = run([&] {
     const bool hasBitmap = desktop.ClipboardHasFormat(ClipboardDib);
-    const bool isEditable = properties.GetIsEditable();
+    const bool isEditable = state.GetIsEditable();
     isAllowed = hasBitmap && isEditable;
   });
   if (!isKnown) return;  // the entries keep their state

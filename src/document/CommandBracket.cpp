@@ -5,14 +5,7 @@
 
 namespace kw {
 
-CommandBracket::CommandBracket(const Rooms& rooms)
-    : desktop(rooms.desktop),
-      form(rooms.form),
-      trap(rooms.trap),
-      layers(rooms.layers),
-      zoom(rooms.zoom),
-      openings(rooms.openings),
-      KWPic(rooms.KWPic) {}
+CommandBracket::CommandBracket(const EditorContext& context) : EditorContext(context) {}
 
 void CommandBracket::DoPreCommandProcess() {
   Procedure run(trap, "DoPreCommandProcess");

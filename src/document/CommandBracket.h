@@ -5,6 +5,7 @@
 #include "components/engine/KWPicEd.h"
 #include "components/platform/Desktop.h"
 #include "document/DocumentProcedure.h"
+#include "document/EditorContext.h"
 #include "form/EditorForm.h"
 #include "layers/Layers.h"
 #include "trap/Trap.h"
@@ -12,22 +13,12 @@
 
 namespace kw {
 
-// What stands around every operation of the picture engine: the result lands on the current layer by way of the
-// scratch bitmap.
-class CommandBracket {
+// Brackets every operation of the picture engine: afterwards the result goes to the current layer through the scratch
+// bitmap.
+class CommandBracket : private EditorContext {
 public:
-  struct Rooms {
-    Desktop& desktop;
-    EditorForm& form;
-    Trap& trap;
-    Layers& layers;
-    Zoom& zoom;
-    const Openings& openings;
-    KWPicEd& KWPic;
-  };
-
-  // What is referred to must outlive the bracket.
-  explicit CommandBracket(const Rooms& rooms);
+  // Everything passed in must outlive the bracket.
+  explicit CommandBracket(const EditorContext& context);
 
   void DoPreCommandProcess();
   void DoPostCommandProcess();
@@ -37,13 +28,6 @@ public:
   void SetBitsPerPixel(std::int16_t value) { m_BitsPerPixel = value; }
 
 private:
-  Desktop& desktop;
-  EditorForm& form;
-  Trap& trap;
-  Layers& layers;
-  Zoom& zoom;
-  const Openings& openings;
-  KWPicEd& KWPic;
   std::int16_t m_BitsPerPixel = 0;
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "components/base/Arithmetic.h"
+#include "components/base/Blank.h"
 #include "document/PageFiles.h"
 
 namespace kw {
@@ -19,8 +20,6 @@ constexpr const char* WorkToDo =
     "SavePage\r\n"
     "PicImgBuffer.DrawWidth = sldLineHeight.Value";
 
-bool IsBlank(const std::string& text) { return text.find_first_not_of(' ') == std::string::npos; }
-
 std::vector<std::string> PageFileNames(const std::string& path, std::int16_t count) {
   std::vector<std::string> names;
   for (std::int32_t page = 1; page <= count; ++page) names.push_back(GetPageFileName(path, ToInteger16(page)));
@@ -29,15 +28,8 @@ std::vector<std::string> PageFileNames(const std::string& path, std::int16_t cou
 
 }  // namespace
 
-Document::Document(const Rooms& rooms)
-    : desktop(rooms.desktop),
-      form(rooms.form),
-      trap(rooms.trap),
-      layers(rooms.layers),
-      bracket(rooms.bracket),
-      properties(rooms.properties),
-      openings(rooms.openings),
-      KWPic(rooms.KWPic) {
+Document::Document(const EditorContext& context, CommandBracket& commandBracket)
+    : EditorContext(context), bracket(commandBracket) {
   form.PageIndex.Change.Connect([this] { PageIndex_Change(); });
   form.cmbPageNo.Click.Connect([this] { cmbPageNo_Click(); });
 }
@@ -48,7 +40,7 @@ void Document::OpenFile(const std::string& fPath) {
   openings.Begin();
   DocumentProcedure run(trap, "OpenFile", openings);
   run([&] { layers.UnloadLayerItems(); });
-  run([&] { properties.LetIsFileChanged(false); });
+  run([&] { state.LetIsFileChanged(false); });
   run([&] {
     m_FilePath = fPath;
     unwrittenPages.clear();
@@ -98,20 +90,23 @@ bool Document::OpenAndSplit(DocumentProcedure& run) {
     return Load(run, {});
   }
   run([&] { SetPageRange(1, count); });
+  const std::string source = m_FilePath;
   run([&] { m_FilePath = path; });
   run([&] {
     for (std::int32_t page = 1; page <= count; ++page) unwrittenPages.insert(ToInteger16(page));
   });
-  WritePages(run, names);
+  WritePages(run, source, names);
   run([&] { m_CurrentPageNo = 1; });
   run([&] { m_IgnorePageChange = true; });
   return true;
 }
 
 // Last page first. A full disk ends it: no other page file would be whole either.
-void Document::WritePages(DocumentProcedure& run, const std::vector<std::string>& names) {
+void Document::WritePages(DocumentProcedure& run, const std::string& source, const std::vector<std::string>& names) {
   const std::int16_t count = ToInteger16(std::ssize(names));
   for (std::int16_t page = count; page >= 1; --page) {
+    // A command or a change of the page, in the event of the page before, leaves the engine another picture.
+    if (!run.IsOver() && KWPic.PageCount() != count) KWPic.Load(source);
     std::string path = names[static_cast<std::size_t>(page - 1)];
     const std::int32_t error = WritePage(run, page, path);
     if (run.IsOver() || error == static_cast<std::int32_t>(ErrorNumber::DiskFull)) return;
@@ -125,7 +120,7 @@ void Document::WritePages(DocumentProcedure& run, const std::vector<std::string>
   }
 }
 
-// Reports an error, and returns its number where the page was not written. Of a damaged page, what can be read of it is
+// Reports an error, and returns its number if the page was not written. Of a damaged page, what can be read of it is
 // written, so that the pages behind it are found.
 std::int32_t Document::WritePage(DocumentProcedure& run, std::int16_t page, const std::string& path) {
   std::int32_t error = run.Attempt([&] {
@@ -190,8 +185,8 @@ void Document::ShowPageControls(DocumentProcedure& run) {
 bool Document::AskToKeepChanges(DocumentProcedure& run) {
   const bool isToAsk = run.Ask<bool>(
       [&] {
-        const bool canSave = properties.GetIsSaveButtonEnabled();
-        const bool isChanged = properties.GetIsFileChanged();
+        const bool canSave = state.GetIsSaveButtonEnabled();
+        const bool isChanged = state.GetIsFileChanged();
         return canSave && isChanged && m_PageSaveCounter > 1;
       },
       false);
@@ -207,8 +202,8 @@ bool Document::AskToKeepChanges(DocumentProcedure& run) {
     run([&] { form.PageIndex.SetValue(m_CurrentPageNo); });
     return false;
   }
-  if (answer == MessageAnswer::Yes) run([&] { properties.SavePage(); });
-  run([&] { properties.LetIsFileChanged(false); });
+  if (answer == MessageAnswer::Yes) run([&] { state.SavePage(); });
+  run([&] { state.LetIsFileChanged(false); });
   return true;
 }
 
@@ -239,7 +234,7 @@ std::int16_t Document::PageCount() const { return std::max<std::int16_t>(1, ToIn
 
 void Document::TakePageValue() { bracket.SetBitsPerPixel(KWPic.PageValue()); }
 
-// An empty path is that of a page that has no file. Where there is nothing to load, the engine is emptied.
+// An empty path is that of a page that has no file. If there is nothing to load, the engine is emptied.
 bool Document::Load(DocumentProcedure& run, const std::string& path) {
   if (run.IsOver()) return false;
   if (KWPic.Load(path)) return true;
@@ -249,7 +244,7 @@ bool Document::Load(DocumentProcedure& run, const std::string& path) {
 
 void Document::ReportFileError(DocumentProcedure& run) {
   run([&] { form.editor.SetPointer(MousePointer::Default); });
-  run([&] { properties.LetIsEditable(false); });
+  run([&] { state.LetIsEditable(false); });
   run([&] { desktop.ShowMessageBox("Invalid file format..", "File Error"); });
 }
 

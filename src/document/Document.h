@@ -10,7 +10,7 @@
 #include "components/platform/Desktop.h"
 #include "document/CommandBracket.h"
 #include "document/DocumentProcedure.h"
-#include "document/EditorProperties.h"
+#include "document/EditorContext.h"
 #include "form/EditorForm.h"
 #include "layers/Layers.h"
 
@@ -18,21 +18,10 @@ namespace kw {
 
 // The open document: opening, splitting into page files, and the way from page to page. The control edits one page at
 // a time, the one that the picture engine KWPic holds.
-class Document {
+class Document : private EditorContext {
 public:
-  struct Rooms {
-    Desktop& desktop;
-    EditorForm& form;
-    Trap& trap;
-    Layers& layers;
-    CommandBracket& bracket;
-    EditorProperties& properties;
-    Openings& openings;
-    KWPicEd& KWPic;
-  };
-
-  // What is referred to must outlive the document.
-  explicit Document(const Rooms& rooms);
+  // Everything passed in must outlive the document.
+  Document(const EditorContext& context, CommandBracket& commandBracket);
 
   // Opens an image or a multi-page file, which is split into page files beside it. Failures are shown to the user.
   //
@@ -61,7 +50,7 @@ private:
   std::int16_t PageCount() const;
   bool OpenFirstPageFile(DocumentProcedure& run);
   bool OpenAndSplit(DocumentProcedure& run);
-  void WritePages(DocumentProcedure& run, const std::vector<std::string>& names);
+  void WritePages(DocumentProcedure& run, const std::string& source, const std::vector<std::string>& names);
   std::int32_t WritePage(DocumentProcedure& run, std::int16_t page, const std::string& path);
   bool AskToKeepChanges(DocumentProcedure& run);
   void ShowPageControls(DocumentProcedure& run);
@@ -71,14 +60,7 @@ private:
   bool Load(DocumentProcedure& run, const std::string& path);
   void ReportFileError(DocumentProcedure& run);
 
-  Desktop& desktop;
-  EditorForm& form;
-  Trap& trap;
-  Layers& layers;
   CommandBracket& bracket;
-  EditorProperties& properties;
-  Openings& openings;
-  KWPicEd& KWPic;
 
   std::string m_FilePath;
   std::string m_FirstFilePath;

@@ -4,13 +4,13 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "components/base/Blank.h"
 #include "components/base/RunTimeError.h"
+#include "picture/PageMarker.h"
 #include "trap/Trap.h"
 
 namespace kw {
 namespace {
-
-constexpr std::string_view PageMarker = "_Page_";
 
 std::string WithBackslash(std::string folder) {
   if (!folder.ends_with('\\')) folder += '\\';
@@ -26,8 +26,7 @@ std::string_view ExtensionOf(std::string_view path) {
 }  // namespace
 
 std::string GetWorkFolder(const Desktop& desktop) {
-  const bool isBlank = AppDir.find_first_not_of(' ') == std::string::npos;
-  return WithBackslash(isBlank ? desktop.ApplicationFolder() : AppDir);
+  return WithBackslash(IsBlank(AppDir) ? desktop.ApplicationFolder() : AppDir);
 }
 
 std::int64_t InstanceNumber(const std::string& machine, std::int64_t process) {

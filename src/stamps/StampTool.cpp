@@ -7,13 +7,7 @@
 
 namespace kw {
 
-StampTool::StampTool(const Rooms& rooms)
-    : desktop(rooms.desktop),
-      form(rooms.form),
-      trap(rooms.trap),
-      editor(rooms.editor),
-      layers(rooms.layers),
-      openings(rooms.openings) {}
+StampTool::StampTool(const EditorContext& context) : EditorContext(context) {}
 
 void StampTool::PlaceStamp(float x, float y) {
   Procedure run(trap, "PlaceStamp");
@@ -31,7 +25,7 @@ void StampTool::PlaceStamp(float x, float y) {
   });
   run([&] { dialog.NoOfTimes = noOfTimes; });
   run([&] { dialog.chkAttachSignature.SetValue(isToAttachSignature); });
-  run([&] { dialog.chkAttachSignature.SetEnabled(!editor.SignatureImage().IsEmpty()); });
+  run([&] { dialog.chkAttachSignature.SetEnabled(!state.SignatureImage().IsEmpty()); });
   run([&] { dialog.ShowModal(); });
   if (dialog.IsCancelled) return;
   run([&] {
@@ -50,7 +44,7 @@ Stamp StampTool::StampOf(const std::string& text, bool hasSignature) const {
   stamp.font = layers.CurrentLayer().TextFont();
   stamp.font.bold = true;
   stamp.colour = form.SampleForeGroundColor.BackColor();
-  if (hasSignature) stamp.signature = editor.SignatureImage();
+  if (hasSignature) stamp.signature = state.SignatureImage();
   return stamp;
 }
 

@@ -4,7 +4,7 @@
 
 #include "components/platform/Desktop.h"
 #include "document/DocumentProcedure.h"
-#include "document/EditorProperties.h"
+#include "document/EditorContext.h"
 #include "form/EditorForm.h"
 #include "layers/Layers.h"
 #include "stamps/Stamp.h"
@@ -15,22 +15,13 @@ namespace kw {
 
 // The stamp tool: asks in the dialog what to stamp and lays it on the page as floating layers. The last stamp, the
 // count and the signature's tick are offered again.
-class StampTool {
+class StampTool : private EditorContext {
 public:
-  struct Rooms {
-    Desktop& desktop;
-    EditorForm& form;
-    Trap& trap;
-    EditorProperties& editor;
-    Layers& layers;
-    const Openings& openings;
-  };
-
-  // What is referred to must outlive the tool.
-  explicit StampTool(const Rooms& rooms);
+  // Everything passed in must outlive the tool.
+  explicit StampTool(const EditorContext& context);
 
   // Asks, and unless the user cancels stamps the page at (x, y) of the canvas, in the current layer's font, bold, and
-  // the foreground colour. Where another document was opened while the dialog was up, nothing is stamped; what is
+  // the foreground colour. If another document was opened while the dialog was up, nothing is stamped; what is
   // offered again is kept.
   void PlaceStamp(float x, float y);
 
@@ -39,12 +30,6 @@ private:
   void ShowPreview(frmApprovedXTimes& dialog, TransparentPicture& text, TransparentPicture& picture) const;
   void MakeLayers(const Stamp& stamp, float x, float y);
 
-  Desktop& desktop;
-  EditorForm& form;
-  Trap& trap;
-  EditorProperties& editor;
-  Layers& layers;
-  const Openings& openings;
   std::string lastStamp;
   std::int32_t lastItem = 0;  // its place in the list; 0: it was typed
   std::string noOfTimes = "1";

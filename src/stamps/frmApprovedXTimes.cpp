@@ -2,6 +2,7 @@
 
 #include <charconv>
 
+#include "components/base/Blank.h"
 #include "trap/Procedure.h"
 
 namespace kw {
@@ -15,7 +16,7 @@ constexpr int DaysOffered = 90;
 // The options.
 enum : std::int16_t { StampOption, CountOption, DateOption };
 
-// The number that a text begins with, blanks left out; 0 where it begins with none.
+// The number that a text begins with, blanks left out; 0 if it begins with none.
 double NumericValue(std::string text) {
   std::erase(text, ' ');
   if (text.starts_with('+')) text.erase(0, 1);
@@ -27,8 +28,6 @@ double NumericValue(std::string text) {
   if (result.ec == std::errc::result_out_of_range && !isTiny) Raise(ErrorNumber::Overflow);
   return value;
 }
-
-bool IsBlank(const std::string& text) { return text.find_first_not_of(' ') == std::string::npos; }
 
 }  // namespace
 
@@ -72,7 +71,7 @@ void frmApprovedXTimes::SetDesignValues() {
   lblOKUntil.SetCaption("OK UNTIL");
   chkAttachSignature.SetCaption("&Attach signature");
   picPreview.SetBackColor(MakeColour(255, 255, 255));
-  picPreview.SetEnabled(false);  // it only shows
+  picPreview.SetEnabled(false);  // display only
   chkOK.SetCaption("&OK");
   chkCancel.SetCaption("&Cancel");
   for (CheckBox* button : {&chkOK, &chkCancel}) button->SetIsButton(true);

@@ -19,8 +19,8 @@ float Clamp(float position, float extent, float twipsPerPixel) {
 
 }  // namespace
 
-ColourPicker::ColourPicker(Desktop& platform, EditorForm& editorForm, Trap& errorTrap, ColoursAndLines& colours)
-    : desktop(platform), form(editorForm), trap(errorTrap), coloursAndLines(colours) {
+ColourPicker::ColourPicker(const EditorContext& context, ColoursAndLines& colours)
+    : EditorContext(context), coloursAndLines(colours) {
   form.SampleForeGroundColor.Click.Connect([this] { SampleForeGroundColor_Click(); });
   form.SampleBackGroundColor.Click.Connect([this] { SampleBackGroundColor_Click(); });
   form.SampleForeGroundColor.DblClick.Connect([this] { SampleForeGroundColor_DblClick(); });

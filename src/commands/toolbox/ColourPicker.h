@@ -5,17 +5,18 @@
 
 #include "commands/toolbox/ColoursAndLines.h"
 #include "components/platform/Desktop.h"
+#include "document/EditorContext.h"
 #include "form/EditorForm.h"
 #include "trap/Trap.h"
 
 namespace kw {
 
 // The swatches, the palette that drops open from them, and the colour dialog.
-class ColourPicker {
+class ColourPicker : private EditorContext {
 public:
-  ColourPicker(Desktop& platform, EditorForm& editorForm, Trap& errorTrap, ColoursAndLines& colours);
+  ColourPicker(const EditorContext& context, ColoursAndLines& colours);
 
-  // The caption that names a colour. Its numbers are not those of the colour's parts; they are required as they are.
+  // The caption that names a colour. Its numbers are not those of the colour's parts; users rely on them as they are.
   static std::string ReadOut(Colour colour);
 
 private:
@@ -34,9 +35,6 @@ private:
   Colour ColourAt(float x, float y) const;
   void LetPickedColour(Colour colour);
 
-  Desktop& desktop;
-  EditorForm& form;
-  Trap& trap;
   ColoursAndLines& coloursAndLines;
   bool m_IsPickingForeColor = false;
 };

@@ -8,8 +8,7 @@
 
 namespace kw {
 
-ColoursAndLines::ColoursAndLines(EditorForm& editorForm, Trap& errorTrap, Layers& layerArray)
-    : form(editorForm), trap(errorTrap), layers(layerArray) {
+ColoursAndLines::ColoursAndLines(const EditorContext& context) : EditorContext(context) {
   form.sldLineHeight.Change.Connect([this] { sldLineHeight_Change(); });
   form.sldLineHeight.LostFocus.Connect([this] { sldLineHeight_LostFocus(); });
   form.lblLineSize1.MouseDown.Connect(

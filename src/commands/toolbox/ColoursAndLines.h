@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "components/base/Units.h"
+#include "document/EditorContext.h"
 #include "form/EditorForm.h"
 #include "layers/Layers.h"
 #include "trap/Trap.h"
@@ -12,9 +13,9 @@
 namespace kw {
 
 // The drawing colours and the line thickness of the tool box.
-class ColoursAndLines {
+class ColoursAndLines : private EditorContext {
 public:
-  ColoursAndLines(EditorForm& editorForm, Trap& errorTrap, Layers& layerArray);
+  explicit ColoursAndLines(const EditorContext& context);
 
   void LetEditorForeColor(Colour value);
   void LetEditorBackColor(Colour value);
@@ -41,9 +42,6 @@ private:
   void ConnectDrag(Label& caption);
   void DragThickness(float place);
 
-  EditorForm& form;
-  Trap& trap;
-  Layers& layers;
   std::optional<CaptionDrag> captionDrag;
   Colour foreColor = 0;
   Colour backColor = 0;

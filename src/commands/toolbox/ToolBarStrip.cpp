@@ -14,7 +14,7 @@ float BottomOf(const Control& control) { return control.Top() + control.Height()
 
 }  // namespace
 
-ToolBarStrip::ToolBarStrip(EditorForm& editorForm, Trap& errorTrap) : form(editorForm), trap(errorTrap) {}
+ToolBarStrip::ToolBarStrip(const EditorContext& context) : EditorContext(context) {}
 
 void ToolBarStrip::RedrawToolBars() {
   Procedure run(trap, "RedrawToolBars");

@@ -11,8 +11,7 @@ constexpr float FarEdgeTest = 5;
 
 }  // namespace
 
-ToolBox::ToolBox(EditorForm& editorForm, Trap& errorTrap, EditorProperties& editorProperties, Layers& layerArray)
-    : form(editorForm), trap(errorTrap), properties(editorProperties), layers(layerArray) {
+ToolBox::ToolBox(const EditorContext& context) : EditorContext(context) {
   form.kwraTools.MouseDown.Connect(
       [this](std::int16_t button, std::int16_t, float x, float y) { kwraTools_MouseDown(button, x, y); });
   form.kwraTools.MouseMove.Connect(
@@ -75,7 +74,7 @@ void ToolBox::kwrpHideToolBox_MouseDown(float x, float y) {
   Procedure run(trap, "kwrpHideToolBox_MouseDown");
   const RaisedPicture& button = form.kwrpHideToolBox;
   if (x < 0 || x > button.Width() || y < 0 || y > button.Height()) return;
-  run([&] { properties.LetIsToolboxVisible(false); });
+  run([&] { state.LetIsToolboxVisible(false); });
 }
 
 }  // namespace kw

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "document/EditorProperties.h"
+#include "document/EditorContext.h"
 #include "form/EditorForm.h"
 #include "layers/Layers.h"
 #include "trap/Trap.h"
@@ -10,9 +10,9 @@
 namespace kw {
 
 // The floating tool box: dragged by its surface within the viewport, hidden by its button.
-class ToolBox {
+class ToolBox : private EditorContext {
 public:
-  ToolBox(EditorForm& editorForm, Trap& errorTrap, EditorProperties& editorProperties, Layers& layerArray);
+  explicit ToolBox(const EditorContext& context);
 
 private:
   // Positions in the unit of what holds the control: of the tool box in pixels, of its button in twips. The button
@@ -25,10 +25,6 @@ private:
 
   void Follow(float x, float y);
 
-  EditorForm& form;
-  Trap& trap;
-  EditorProperties& properties;
-  Layers& layers;
   bool m_IsToolboxDragging = false;
 };
 

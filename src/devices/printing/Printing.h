@@ -8,6 +8,7 @@
 #include "components/engine/KWPicEd.h"
 #include "components/platform/Desktop.h"
 #include "document/Document.h"
+#include "document/EditorContext.h"
 #include "form/EditorForm.h"
 #include "trap/Procedure.h"
 
@@ -15,19 +16,10 @@ namespace kw {
 
 // Prints pages of the open document. The page now shown is printed as the picture engine KWPic holds it, every other
 // one from its page file; floating layers are in neither.
-class Printing {
+class Printing : private EditorContext {
 public:
-  struct Rooms {
-    Desktop& desktop;
-    EditorForm& form;
-    Trap& trap;
-    Document& document;
-    KWPicEd& KWPic;
-    KWPicEd& KWPicTempBuffer;
-  };
-
-  // What is referred to must outlive the printing.
-  explicit Printing(const Rooms& rooms);
+  // Everything passed in must outlive the printing.
+  Printing(const EditorContext& context, Document& openDocument);
 
   // Shows the printer dialog and prints the pages that the user chose; returns when the job is handed over. Anything
   // may happen meanwhile; a second call then does nothing.
@@ -58,12 +50,7 @@ private:
   bool Pause(Procedure& run);
   bool IsShown(const std::string& path, std::int16_t page) const;
 
-  Desktop& desktop;
-  EditorForm& form;
-  Trap& trap;
   Document& document;
-  KWPicEd& KWPic;
-  KWPicEd& KWPicTempBuffer;
   bool isAtWork = false;    // from the dialog on to the end of the job
   bool isPrinting = false;  // cleared, it ends the loop
 };

@@ -5,8 +5,8 @@
 
 namespace kw {
 
-Scanning::Scanning(EditorForm& editorForm, Trap& errorTrap, ClipboardWatch& watch, Dispatcher& commandDispatcher)
-    : form(editorForm), trap(errorTrap), clipboardWatch(watch), dispatcher(commandDispatcher) {
+Scanning::Scanning(const EditorContext& context, ClipboardWatch& watch, Dispatcher& commands)
+    : EditorContext(context), clipboardWatch(watch), dispatcher(commands) {
   form.chkCancelScanning.Click.Connect([this] {
     if (form.chkCancelScanning.Value()) chkCancelScanning_Click();  // not when the procedure sets it back
   });

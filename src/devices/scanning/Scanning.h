@@ -2,16 +2,17 @@
 
 #include "commands/Dispatcher.h"
 #include "devices/ClipboardWatch.h"
+#include "document/EditorContext.h"
 #include "form/EditorForm.h"
 #include "trap/Trap.h"
 
 namespace kw {
 
 // Takes an image from a scanner and pastes it onto the open page.
-class Scanning {
+class Scanning : private EditorContext {
 public:
-  // What is referred to must outlive the scanning.
-  Scanning(EditorForm& editorForm, Trap& errorTrap, ClipboardWatch& watch, Dispatcher& commandDispatcher);
+  // Everything passed in must outlive the scanning.
+  Scanning(const EditorContext& context, ClipboardWatch& watch, Dispatcher& commands);
 
   void SelectScanner();
   // Returns when the scan is over; anything may happen meanwhile. During an acquisition a second one does nothing.
@@ -19,8 +20,6 @@ public:
   void chkCancelScanning_Click();
 
 private:
-  EditorForm& form;
-  Trap& trap;
   ClipboardWatch& clipboardWatch;
   Dispatcher& dispatcher;
   bool isAcquiring = false;

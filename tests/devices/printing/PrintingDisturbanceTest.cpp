@@ -1,0 +1,185 @@
+// Printing while the user cancels, the printer fails, or something else happens to the document.
+
+#include "tests/devices/printing/PrintingFixture.h"
+
+#include "components/base/Files.h"
+
+namespace kw::test {
+namespace {
+
+TEST_F(Printing, CancellingDuringPageThreeOfFiveLeavesTheTwoBefore) {
+  Open(5);
+  whileWaiting = [&] {
+    if (Form().lblPrintingStatus.Caption() == "Printing page 3 of 5") Form().chkCancelPrinting.UserToggle();
+  };
+  Print(1, 5);
+  EXPECT_EQ(Sheets(), (SheetWidths{10, 20}));
+  EXPECT_EQ(captions.back(), "Printing page 3 of 5");
+  EXPECT_EQ(desktop.newPrinterPages, 2);
+  EXPECT_FALSE(Form().chkCancelPrinting.Value());
+  ExpectOver();
+}
+
+TEST_F(Printing, CancellingWhilePageTwoIsRenderedKeepsItOffThePaper) {
+  Open(5);
+  int pauses = 0;
+  whileWaiting = [&] {
+    if (Form().lblPrintingStatus.Caption() == "Printing page 2 of 5" && ++pauses == 2) {
+      Form().chkCancelPrinting.UserToggle();
+    }
+  };
+  Print(1, 5);
+  EXPECT_EQ(Sheets(), SheetWidths{10});
+  EXPECT_EQ(desktop.newPrinterPages, 1);
+  EXPECT_EQ(pauses, 2);
+  ExpectOver();
+}
+
+// What waits behind the last page of a cancelled job is no blank sheet.
+TEST_F(Printing, CancellingBehindAPageStartsNoNewOne) {
+  Open(5);
+  desktop.onPrintPicture = [&](const Bitmap& picture) {
+    if (picture.Width() != 20) return;
+    whileWaiting = [&] { Form().chkCancelPrinting.UserToggle(); };
+  };
+  Print(1, 5);
+  EXPECT_EQ(Sheets(), (SheetWidths{10, 20}));
+  EXPECT_EQ(desktop.newPrinterPages, 1);
+  ExpectOver();
+}
+
+TEST_F(Printing, TheCancelBoxRunsItsProcedureOnceAtEachClickAndComesUpAgain) {
+  ForgetTrace();
+  Form().chkCancelPrinting.UserToggle();
+  EXPECT_FALSE(Form().chkCancelPrinting.Value());
+  EXPECT_EQ(Trace(), std::vector<std::string>{"chkCancel_Click"});
+  Form().chkCancelPrinting.UserToggle();
+  EXPECT_EQ(Trace(), (std::vector<std::string>{"chkCancel_Click", "chkCancel_Click"}));
+}
+
+TEST_F(Printing, APictureThatIsPaintedIsNotChangedByACommandMeanwhile) {
+  Open(1);
+  Rgb before;
+  Rgb behind;
+  desktop.onPrintPicture = [&](const Bitmap& picture) {
+    before = picture.PixelAt(0, 0);
+    Form().tbrMoreTools.ButtonClick.Raise("Invert");
+    behind = picture.PixelAt(0, 0);
+  };
+  Print(1, 1);
+  EXPECT_EQ(before, (Rgb{1, 1, 1}));
+  EXPECT_EQ(behind, before);
+  EXPECT_EQ(control->Engine().Current().PixelAt(0, 0), (Rgb{254, 254, 254}));
+}
+
+TEST_F(Printing, APageWhoseFileIsGoneIsReportedAndItsSheetStaysBlank) {
+  Open(4);
+  RemoveFileAt(folder.File("scan_Page_3.tif"));
+  Print(2, 4);
+  EXPECT_EQ(Sheets(), (SheetWidths{20, 0, 40}));
+  EXPECT_EQ(events.errors, std::vector<int>{static_cast<int>(ErrorNumber::FileNotFound)});
+  ExpectOver();
+}
+
+TEST_F(Printing, APageFileOfGarbageNeverPrintsAnOlderPicture) {
+  Open(4);
+  WriteWhole(folder.File("scan_Page_3.tif"), "not a picture");
+  Print(2, 3);
+  EXPECT_EQ(Sheets(), SheetWidths{20});
+  EXPECT_EQ(events.errors, std::vector<int>{static_cast<int>(ErrorNumber::InvalidPicture)});
+}
+
+TEST_F(Printing, WithoutAPrinterTheCommandEndsInTheErrorHandler) {
+  Open(2);
+  desktop.printerAnswers.emplace_back([](PrinterDialog&) { Raise(ErrorNumber::PrinterError); });
+  Print();
+  EXPECT_EQ(events.errors, std::vector<int>{482});
+  EXPECT_TRUE(captions.empty());
+  EXPECT_EQ(desktop.endsOfJob, 0);
+}
+
+TEST_F(Printing, APrinterThatRefusesAPageEndsTheLoopAndItsJobOnce) {
+  Open(5);
+  desktop.onPrintPicture = [](const Bitmap& picture) {
+    if (picture.Width() == 30) Raise(ErrorNumber::PrinterError);
+  };
+  Print(1, 5);
+  EXPECT_EQ(captions.back(), "Printing page 3 of 5");
+  EXPECT_EQ(events.errors, std::vector<int>{482});
+  ExpectOver();
+}
+
+TEST_F(Printing, AJobThatCannotBeEndedIsReportedAndThePanelHidden) {
+  Open(2);
+  desktop.onEndPrintJob = [] { Raise(ErrorNumber::PrinterError); };
+  Print(1, 2);
+  EXPECT_EQ(events.errors, std::vector<int>{482});
+  ExpectOver();
+  control->LetEnabled(true);
+  desktop.onEndPrintJob = {};
+  Print(1, 2);
+  EXPECT_EQ(desktop.printedJobs.size(), 2U) << "the control is usable again";
+}
+
+TEST_F(Printing, EndsTheJobOnceEvenIfAnErrorCannotBeReported) {
+  Open(3);
+  desktop.onPrintPicture = [&](const Bitmap& picture) {
+    if (picture.Width() != 20) return;
+    AppDir = folder.File("no such folder\\");
+    Raise(ErrorNumber::PrinterError);
+  };
+  Print(1, 3);
+  AppDir = folder.Path();
+  EXPECT_EQ(Sheets(), SheetWidths{10});
+  ExpectOver();
+}
+
+TEST_F(Printing, RunsOnlyOnceAtATime) {
+  Open(2);
+  bool hasAsked = false;
+  whileWaiting = [&] {
+    if (hasAsked) return;
+    hasAsked = true;
+    Print(1, 2);
+  };
+  Print(1, 2);
+  EXPECT_EQ(desktop.printersShown.size(), 1U);
+  EXPECT_EQ(Sheets(), (SheetWidths{10, 20}));
+}
+
+TEST_F(Printing, AScratchPictureThatIsOverwrittenMeanwhileIsNotPrinted) {
+  Open(4);
+  const std::string other = MakeImage("other.bmp", 77, 7);
+  whileWaiting = [&] { control->LetBGImage(other); };
+  Print(1, 4);
+  EXPECT_EQ(Sheets(), (SheetWidths{10, 20, 30, 40}));
+  EXPECT_TRUE(events.errors.empty());
+}
+
+TEST_F(Printing, GoesOnWithItsOwnDocumentWhenAnotherIsOpenedMeanwhile) {
+  Open(3);
+  const std::string other = MakeImage("other.bmp", 77, 7);
+  whileWaiting = [&] {
+    if (captions.size() == 2 && control->OpenedDocument().FilePath() != other) control->OpenFile(other);
+  };
+  Print(1, 3);
+  EXPECT_EQ(Sheets(), (SheetWidths{10, 20, 30}));
+}
+
+TEST_F(Printing, MorePagesThanTheNumbersHoldAreAnOverflow) {
+  Open(2);
+  Print(1, 40000);
+  EXPECT_EQ(events.errors, std::vector<int>{static_cast<int>(ErrorNumber::Overflow)});
+  EXPECT_TRUE(captions.empty());
+}
+
+TEST_F(Printing, WithoutADocumentNothingIsPaintedAndTheJobEnds) {
+  Choose(1, 1);
+  Form().tbrMoreTools.ButtonClick.Raise("PrinterSetup");
+  EXPECT_EQ(events.errors, std::vector<int>{static_cast<int>(ErrorNumber::ObjectVariableNotSet)});
+  EXPECT_TRUE(desktop.printedJobs.empty());
+  ExpectOver();
+}
+
+}  // namespace
+}  // namespace kw::test

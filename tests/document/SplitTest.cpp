@@ -1,0 +1,222 @@
+// Splitting where something is in the way: a full disk, a damaged page, the document itself, an unfit format.
+
+#include <algorithm>
+
+#include "devices/printing/Printing.h"
+#include "tests/support/EditorFixture.h"
+
+namespace kw::test {
+namespace {
+
+const ScriptedDesktop::Box SplitFileError{"Invalid file format..", "File Error", MessageButtons::Ok};
+
+// Cannot write some page files.
+class HinderedEngine : public KWPicEd {
+public:
+  using KWPicEd::KWPicEd;
+
+  std::string hindered;
+  ErrorNumber error = ErrorNumber::DiskFull;
+  std::vector<std::string> tried;
+
+  void SavePage(const std::string& path) override {
+    tried.push_back(path);
+    if (path == hindered) Raise(error);
+    KWPicEd::SavePage(path);
+  }
+};
+
+// A document of its own on the parts of the control.
+class HinderedSplit : public EditorTest {
+protected:
+  HinderedSplit() {
+    document.NewPageCreated.Connect(
+        [this](const std::string&, std::int16_t page, std::int16_t) { announced.push_back(page); });
+    document.PageChanged.Connect([this](std::int16_t page) { changedTo.push_back(page); });
+    path = MakeDocument("D.tif", 4);
+    // Of another document that had this name.
+    for (const char* name : {"D_Page_1.tif", "D_Page_2.tif", "D_Page_3.tif"})
+      SavePicture(Bitmap(99, 9, 8), folder.File(name));
+  }
+
+  std::string path;
+  std::vector<int> announced;
+  std::vector<int> changedTo;
+  Openings openings;
+  HinderedEngine engine{desktop};
+  KWPicEd tempEngine{desktop};
+  EditorContext context{
+      desktop, Form(),    control->ErrorTrap(), control->LayerRoom(), control->ZoomRoom(), *control, openings,
+      engine,  tempEngine};
+  CommandBracket bracket{context};
+  Document document{context, bracket};
+};
+
+TEST_F(HinderedSplit, AFullDiskEndsTheLoopAndTheProcedureRunsOn) {
+  engine.hindered = folder.File("D_Page_3.tif");
+  document.OpenFile(path);
+  EXPECT_EQ(engine.tried, (Names{folder.File("D_Page_4.tif"), folder.File("D_Page_3.tif")}));
+  EXPECT_EQ(announced, std::vector<int>{4});
+  EXPECT_EQ(events.errors, std::vector<int>{61});
+  EXPECT_EQ(changedTo, std::vector<int>{1});
+  EXPECT_EQ(document.CurrentPageNo(), 1);
+  EXPECT_EQ(Form().PageIndex.Max(), 4);
+}
+
+TEST_F(HinderedSplit, NoOlderPageFileIsShownInPlaceOfOneThatWasNotWritten) {
+  engine.hindered = folder.File("D_Page_1.tif");
+  engine.error = ErrorNumber::PermissionDenied;
+  document.OpenFile(path);
+  EXPECT_EQ(announced, (std::vector<int>{4, 3, 2}));
+  EXPECT_EQ(events.errors, std::vector<int>{70});
+  EXPECT_EQ(desktop.boxes.back(), SplitFileError);
+  EXPECT_FALSE(Form().TransLayers(1).HasPicture());
+  EXPECT_EQ(engine.PageCount(), 0);
+  EXPECT_EQ(LoadPicture(folder.File("D_Page_1.tif")).Width(), 99) << "it is not deleted";
+  // The next split writes it.
+  engine.hindered.clear();
+  control->LetEnabled(true);
+  document.OpenFile(path);
+  EXPECT_EQ(Form().TransLayers(1).Picture().Width(), 10);
+}
+
+TEST_F(HinderedSplit, NoOlderPageFileIsPrintedInPlaceOfOneThatWasNotWritten) {
+  engine.hindered = folder.File("D_Page_3.tif");
+  engine.error = ErrorNumber::PermissionDenied;
+  document.OpenFile(path);
+  control->LetEnabled(true);
+  events.errors.clear();
+  kw::Printing printing(context, document);
+  desktop.printerAnswers.emplace_back([](PrinterDialog&) {});
+  printing.PrintPages();
+  ASSERT_EQ(desktop.printedJobs.size(), 1U);
+  std::vector<int> widths;
+  for (const Bitmap& sheet : desktop.printedJobs[0]) widths.push_back(sheet.Width());
+  EXPECT_EQ(widths, (std::vector<int>{10, 20, 0, 40}));
+  EXPECT_EQ(events.errors, std::vector<int>{static_cast<int>(ErrorNumber::FileNotFound)});
+}
+
+class Split : public EditorTest {
+protected:
+  // A document of pictures, in the format of its name.
+  std::string MakeFile(const std::string& name, const std::vector<Bitmap>& pages) {
+    std::string path = folder.File(name);
+    for (const Bitmap& page : pages) {
+      PictureDocument engine;
+      engine.Replace(page);
+      engine.Append(path);
+    }
+    return path;
+  }
+  std::vector<int> Announced() const {
+    std::vector<int> pages;
+    for (const auto& page : events.created) pages.push_back(page.page);
+    return pages;
+  }
+  static std::string FormatOf(const std::string& path) {
+    PictureDocument engine;
+    EXPECT_TRUE(engine.Load(path)) << path;
+    return std::string(engine.FormatName());
+  }
+};
+
+TEST_F(Split, ADamagedPageBecomesAnEmptyOneAndTheSoundOnesAreThere) {
+  // The pixels of page 3 are said to lie beyond the end.
+  const std::string bytes = GreyTiff(3);
+  WriteWhole(folder.File("D.tif"), bytes.substr(0, bytes.size() - 10));
+  control->OpenFile(folder.File("D.tif"));
+  EXPECT_EQ(events.errors, std::vector<int>{481});
+  EXPECT_EQ(Announced(), (std::vector<int>{3, 2, 1}));
+  EXPECT_EQ(Form().TransLayers(1).Picture().Width(), 10);
+  control->LetEnabled(true);
+  Form().PageIndex.SetValue(3);
+  const Bitmap& shown = Form().TransLayers(1).Picture();
+  EXPECT_EQ(shown.Width(), 30);
+  EXPECT_EQ(shown.Height(), 20);
+  EXPECT_EQ(shown.PixelAt(29, 19), (Rgb{255, 255, 255}));
+  EXPECT_EQ(events.errors.size(), 1U);
+}
+
+TEST_F(Split, ADamagedPageThatIsDecodedDoesNotHoldUpTheOthers) {
+  control->OpenFile(MakeImage("first.bmp"));
+  std::string bytes = GreyTiff(3);
+  // Page 2 is said to be coded in a way that it is not (the entry is the fourth of its directory).
+  constexpr std::size_t second = std::size_t{8} + 102 + 10 * std::size_t{20};
+  bytes[second + 2 + 3 * std::size_t{12} + 8] = 7;
+  WriteWhole(folder.File("D.tif"), bytes);
+  control->OpenFile(folder.File("D.tif"));
+  EXPECT_EQ(events.errors, std::vector<int>{481});
+  EXPECT_EQ(Announced(), (std::vector<int>{3, 2, 1}));
+  EXPECT_EQ(LoadPicture(folder.File("first_Page_3.bmp")).PixelAt(0, 0), (Rgb{3, 3, 3}));
+  EXPECT_EQ(LoadPicture(folder.File("first_Page_2.bmp")).Width(), 20);
+  EXPECT_EQ(LoadPicture(folder.File("first_Page_2.bmp")).PixelAt(0, 0), (Rgb{255, 255, 255}));
+  EXPECT_EQ(LoadPicture(folder.File("first_Page_1.bmp")).PixelAt(0, 0), (Rgb{1, 1, 1}));
+}
+
+TEST_F(Split, OntoTheFileThatItReadsIsRefusedBeforeAnythingIsWritten) {
+  control->OpenFile(MakeDocument("D.tif", 3));
+  events.created.clear();
+  const std::string whole = GreyTiff(4);
+  WriteWhole(folder.File("D_Page_2.tif"), whole);
+  control->OpenFile(folder.File("D_Page_2.tif"));
+  EXPECT_EQ(desktop.boxes.back(), SplitFileError);
+  EXPECT_TRUE(events.created.empty());
+  EXPECT_TRUE(events.errors.empty());
+  EXPECT_EQ(ReadWhole(folder.File("D_Page_2.tif")), whole);
+  EXPECT_FALSE(Exists(folder.File("D_Page_4.tif")));
+  EXPECT_EQ(control->Engine().PageCount(), 0);
+  EXPECT_FALSE(Form().TransLayers(1).HasPicture());
+  EXPECT_FALSE(control->GetIsEditable());
+}
+
+TEST_F(Split, OntoTheFileThatItReadsIsRefusedUnderAnyName) {
+  control->OpenFile(MakeDocument("D.tif", 3));
+  events.created.clear();
+  const std::string whole = GreyTiff(2);
+  WriteWhole(folder.File("other.tif"), whole);
+  RemoveFileAt(folder.File("D_Page_1.tif"));
+  std::error_code error;
+  std::filesystem::create_hard_link(ToFilesystemPath(folder.File("other.tif")),
+                                    ToFilesystemPath(folder.File("D_Page_1.tif")), error);
+  if (error) GTEST_SKIP() << "files have one name here";
+  control->OpenFile(folder.File("other.tif"));
+  EXPECT_EQ(desktop.boxes.back(), SplitFileError);
+  EXPECT_TRUE(events.created.empty());
+  EXPECT_EQ(ReadWhole(folder.File("other.tif")), whole);
+}
+
+TEST_F(Split, OfANameWithAnUnknownExtensionKeepsTheDocumentsFormat) {
+  WriteWhole(folder.File("fax.dat"), GreyTiff(2));
+  control->OpenFile(folder.File("fax.dat"));
+  EXPECT_TRUE(events.errors.empty());
+  EXPECT_EQ(Announced(), (std::vector<int>{2, 1}));
+  EXPECT_EQ(FormatOf(folder.File("fax_Page_2.dat")), "TIFF");
+  EXPECT_EQ(Form().TransLayers(1).Picture().Width(), 10);
+}
+
+TEST_F(Split, AfterAFirstFileThatCouldNotBeOpenedHasItsName) {
+  control->OpenFile(folder.File("memo.pdf"));
+  control->LetIsEditable(true);
+  control->OpenFile(MakeDocument("D.tif", 2));
+  EXPECT_TRUE(events.errors.empty());
+  EXPECT_EQ(FormatOf(folder.File("memo_Page_2.pdf")), "TIFF");
+  EXPECT_EQ(Form().TransLayers(1).Picture().Width(), 10);
+}
+
+TEST_F(Split, UnderAKnownExtensionTakesItsFormat) {
+  control->OpenFile(MakeImage("first.bmp"));
+  control->OpenFile(MakeDocument("D.tif", 2));
+  EXPECT_EQ(FormatOf(folder.File("first_Page_2.bmp")), "BMP");
+}
+
+TEST_F(Split, NeverWritesAPageOfOneBitAsJpeg) {
+  control->OpenFile(MakeImage("photo.jpg"));
+  control->OpenFile(MakeFile("fax.fmf", {Bitmap(64, 32, 1), Bitmap(64, 32, 24)}));
+  EXPECT_TRUE(events.errors.empty());
+  EXPECT_EQ(FormatOf(folder.File("photo_Page_1.jpg")), "FMF");
+  EXPECT_EQ(LoadPicture(folder.File("photo_Page_1.jpg")).BitsPerPixel(), 1);
+  EXPECT_EQ(FormatOf(folder.File("photo_Page_2.jpg")), "JPEG");
+}
+
+}  // namespace
+}  // namespace kw::test
