@@ -1,4 +1,4 @@
-// Every effect on an A4 page of 300 dpi, beside a copy of the page's memory and, where they are installed, OpenCV and
+// Every effect on an A4 page of 300 dpi, beside a copy of the page's memory and, if they are installed, OpenCV and
 // Leptonica doing the same. The last argument of the benchmarks of ours is the number of threads.
 
 #include <benchmark/benchmark.h>
@@ -8,8 +8,8 @@
 #include <string>
 
 #include "picture/Depth.h"
-#include "picture/effects/Bands.h"
 #include "picture/effects/Effect.h"
+#include "picture/effects/ParallelRows.h"
 
 #ifdef KW_HAS_OPENCV
 #include <opencv2/core.hpp>

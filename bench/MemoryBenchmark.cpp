@@ -1,5 +1,5 @@
 // The most memory that loading a page takes, beyond what the program had before, against the page's own pixels. The
-// system counts it; where it cannot be asked, nothing is reported.
+// system counts it; if the system cannot be asked, nothing is reported.
 
 #include <array>
 #include <cstdio>
@@ -15,7 +15,7 @@
 namespace kw {
 namespace {
 
-// A line of the system's account of this process, in bytes; 0 where there is none.
+// A line of the system's account of this process, in bytes; 0 if there is none.
 double Account(const std::string& name) {
   std::ifstream file("/proc/self/status");
   for (std::string line; std::getline(file, line);) {

@@ -1,11 +1,11 @@
-// What more threads can give on the machine that measures: arithmetic that needs no memory. Where this scales badly,
+// What more threads can give on the machine that measures: arithmetic that needs no memory. If this scales badly,
 // the rows of two threads tell of the machine's neighbours and not of the effects.
 
 #include <benchmark/benchmark.h>
 
 #include <cstdint>
 
-#include "picture/effects/Bands.h"
+#include "picture/effects/ParallelRows.h"
 
 namespace kw {
 namespace {
@@ -16,7 +16,7 @@ constexpr int Steps = 40000;
 void Processors(benchmark::State& state) {
   SetMostThreads(static_cast<unsigned>(state.range(0)));
   for (auto _ : state) {
-    RunTogether(Tasks, [](std::size_t task) {
+    ParallelFor(Tasks, [](std::size_t task) {
       auto value = static_cast<std::uint64_t>(task);
       for (int i = 0; i < Steps; ++i) {
         value = value * 6364136223846793005U + 1442695040888963407U;

@@ -11,7 +11,7 @@ namespace {
 constexpr std::array<int, 5> Depths{1, 4, 8, 24, 32};
 constexpr std::size_t HeadBytes = 4;
 
-// Gives the bytes again and again; zeros where there are none.
+// Repeats the bytes for ever; zeros if there are none.
 class Endless {
 public:
   explicit Endless(std::span<const std::uint8_t> source) : bytes(source) {}

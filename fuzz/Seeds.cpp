@@ -32,6 +32,13 @@ void Write(const std::filesystem::path& path, std::span<const std::uint8_t> byte
       .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
 }
 
+// The folder of a format's target: its name in small letters.
+std::string FolderOf(const PictureFormat& format) {
+  std::string name(format.name);
+  std::ranges::transform(name, name.begin(), [](char c) { return static_cast<char>(c - 'A' + 'a'); });
+  return name;
+}
+
 void WriteFormat(const std::filesystem::path& folder, const PictureFormat& format) {
   std::filesystem::create_directories(folder);
   for (const int depth : {1, 4, 8, 24, 32}) {
@@ -62,11 +69,7 @@ int main(int count, char** arguments) {
     return 2;
   }
   const std::filesystem::path folder = arguments[1];
-  kw::WriteFormat(folder / "tiff", kw::TiffFormat);
-  kw::WriteFormat(folder / "jpeg", kw::JpegFormat);
-  kw::WriteFormat(folder / "gif", kw::GifFormat);
-  kw::WriteFormat(folder / "bmp", kw::BmpFormat);
-  kw::WriteFormat(folder / "fmf", kw::FmfFormat);
+  for (const kw::PictureFormat* format : kw::Formats()) kw::WriteFormat(folder / kw::FolderOf(*format), *format);
   kw::WriteEffects(folder / "effects");
   return 0;
 }

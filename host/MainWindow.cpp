@@ -6,6 +6,7 @@
 #include <cwchar>
 #include <utility>
 
+#include "OpenFilter.h"
 #include "Resource.h"
 
 namespace kw::host {
@@ -142,8 +143,7 @@ void MainWindow::ChooseFile() {
   OPENFILENAMEW dialog = {};
   dialog.lStructSize = sizeof dialog;
   dialog.hwndOwner = window;
-  dialog.lpstrFilter =
-      L"Pictures (*.tif, *.jpg, *.jpeg, *.gif, *.bmp)\0*.tif;*.tiff;*.jpg;*.jpeg;*.gif;*.bmp\0All files\0*.*\0";
+  dialog.lpstrFilter = KW_OPEN_FILTER;
   dialog.lpstrFile = path.data();
   dialog.nMaxFile = static_cast<DWORD>(path.size());
   dialog.Flags = OFN_FILEMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;

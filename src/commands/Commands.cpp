@@ -1,17 +1,36 @@
 // The command table and what its rows run.
 
-#include <array>
+#include <algorithm>
+#include <vector>
 
 #include "commands/Dispatcher.h"
 #include "components/base/Arithmetic.h"
 #include "document/GraphicFiles.h"
+#include "picture/effects/Effect.h"
 
 namespace kw {
+namespace {
 
-std::span<const Dispatcher::Command> Dispatcher::Commands() {
+using Command = Dispatcher::Command;
+
+// Inserts a row for each effect that has none here or among the others, before the first row with a greater key.
+void AddEffects(std::vector<Command>& rows, const std::vector<Command>& others,
+                void (Dispatcher::*run)(const Command&, Procedure&)) {
+  for (const Effect& effect : Effects()) {
+    const auto isItsOwn = [&](const Command& row) { return row.key == effect.command; };
+    if (std::ranges::any_of(rows, isItsOwn) || std::ranges::any_of(others, isItsOwn)) continue;
+    const auto isGreater = [&](const Command& row) { return row.key > effect.command; };
+    rows.insert(std::ranges::find_if(rows, isGreater), {effect.command, run, {effect.command}});
+  }
+}
+
+}  // namespace
+
+// An effect has a row here only if it is a verb, if more than the effect runs, or if its order is not that of the keys.
+std::vector<Dispatcher::Command> Dispatcher::AllCommands() {
   constexpr auto engine = &Dispatcher::RunOperations;
   constexpr auto depth = &Dispatcher::ChangeDepth;
-  static constexpr std::array commands = std::to_array<Command>({
+  std::vector<Command> commands{
       {"Save", &Dispatcher::Save},
       {"Print", &Dispatcher::Print},
       {"PrinterSetup", &Dispatcher::RaisePrinterSetup},
@@ -51,25 +70,21 @@ std::span<const Dispatcher::Command> Dispatcher::Commands() {
       {"NoFillInside", nullptr},
       {"FillInside", nullptr},
       {"FontSettings", &Dispatcher::FontSettings},
-      {"Blur", engine, {"Blur"}},
-      {"Colorize", engine, {"Colorize"}},
-      {"Contrast", engine, {"Contrast"}},
-      {"Darken", engine, {"Darken"}},
+  };
+  std::vector<Command> effects{
       {"DecreaseBpp", depth, {"DecreaseBpp"}},
-      {"Dilate", engine, {"Dilate"}},
-      {"Dither", engine, {"Dither"}},
-      {"Edge", engine, {"Edge"}},
-      {"Emboss", engine, {"Emboss"}},
-      {"GrayScale", engine, {"GrayScale"}},
       {"IncreaseBpp", depth, {"IncreaseBpp"}},
-      {"Invert", engine, {"Invert"}},
-      {"Lighten", engine, {"Lighten"}},
-      {"Option", engine, {"Option"}},
       {"Soften", engine, {"Soften"}},
       {"Sharpen", engine, {"Sharpen"}},
-      {"Threshold", engine, {"Threshold"}},
-      {"Open", &Dispatcher::Open},
-  });
+  };
+  AddEffects(effects, commands, engine);
+  commands.insert(commands.end(), effects.begin(), effects.end());
+  commands.push_back({"Open", &Dispatcher::Open});
+  return commands;
+}
+
+std::span<const Dispatcher::Command> Dispatcher::Commands() {
+  static const std::vector<Command> commands = AllCommands();
   return commands;
 }
 

@@ -5,6 +5,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "canvas/tools/ToolKit.h"
 #include "components/base/Event.h"
@@ -62,6 +63,7 @@ public:
   void tbrOpenFile_ButtonClick(const std::string& key);
 
 private:
+  static std::vector<Command> AllCommands();
   void Forward(std::string_view procedure, const std::string& key);
 
   void Save(const Command& row, Procedure& run);

@@ -1,6 +1,7 @@
 #include "commands/Keyboard.h"
 
-#include <string_view>
+#include <algorithm>
+#include <array>
 
 #include "trap/Procedure.h"
 
@@ -10,8 +11,6 @@ namespace {
 constexpr std::int16_t Escape = 27;
 constexpr std::int16_t DeleteKey = 46;
 constexpr std::int16_t Enter = 13;
-// With the Ctrl key; see picCanvas_KeyPress.
-constexpr std::string_view ShortcutLetters = "ACXMVZYFB";
 
 // The character that a letter gives with the Ctrl key.
 constexpr std::int16_t Ctrl(char letter) { return static_cast<std::int16_t>(letter - 'A' + 1); }
@@ -33,8 +32,24 @@ bool Keyboard::IsInUse(std::int16_t keyCode, std::int16_t shift) const {
   if (!layers.HasPage()) return false;
   if (keyCode == Enter || keyCode == Escape || keyCode == DeleteKey) return true;
   const bool isLetter = keyCode >= 'A' && keyCode <= 'Z';
-  return isLetter && shift == Mouse::ControlKey &&
-         ShortcutLetters.find(static_cast<char>(keyCode)) != std::string_view::npos;
+  return isLetter && shift == Mouse::ControlKey && ShortcutOf(Ctrl(static_cast<char>(keyCode))) != nullptr;
+}
+
+const Keyboard::Shortcut* Keyboard::ShortcutOf(std::int16_t character) {
+  static constexpr auto shortcuts = std::to_array<Shortcut>({
+      {'A', [](Keyboard& keyboard) { keyboard.mnuSelectAll_Click(); }},
+      {'C', [](Keyboard& keyboard) { keyboard.ClickIfEnabled("Copy"); }},
+      {'X', [](Keyboard& keyboard) { keyboard.ClickIfEnabled("Cut"); }},
+      {'M', [](Keyboard& keyboard) { keyboard.mnuMergeDown_Click(); }},
+      {'V', [](Keyboard& keyboard) { keyboard.ClickIfEnabled("Paste"); }},
+      {'Z', [](Keyboard& keyboard) { keyboard.ClickIfEnabled("Undo"); }},
+      {'Y', [](Keyboard& keyboard) { keyboard.ClickIfEnabled("Redo"); }},
+      {'F', [](Keyboard& keyboard) { keyboard.layers.BringForward(); }},
+      {'B', [](Keyboard& keyboard) { keyboard.layers.SendBackward(); }},
+  });
+  const auto* const found =
+      std::ranges::find_if(shortcuts, [&](const Shortcut& row) { return Ctrl(row.letter) == character; });
+  return found == shortcuts.end() ? nullptr : found;
 }
 
 void Keyboard::picCanvas_KeyDown(std::int16_t keyCode, std::int16_t shift) {
@@ -52,24 +67,7 @@ void Keyboard::picCanvas_KeyPress(std::int16_t keyAscii) {
     run([&] { layers.AbandonDrag(); });
   }
   run([&] {
-    if (keyAscii == Ctrl('A'))
-      mnuSelectAll_Click();
-    else if (keyAscii == Ctrl('C'))
-      ClickIfEnabled("Copy");
-    else if (keyAscii == Ctrl('X'))
-      ClickIfEnabled("Cut");
-    else if (keyAscii == Ctrl('M'))
-      mnuMergeDown_Click();
-    else if (keyAscii == Ctrl('V'))
-      ClickIfEnabled("Paste");
-    else if (keyAscii == Ctrl('Z'))
-      ClickIfEnabled("Undo");
-    else if (keyAscii == Ctrl('Y'))
-      ClickIfEnabled("Redo");
-    else if (keyAscii == Ctrl('F'))
-      layers.BringForward();
-    else if (keyAscii == Ctrl('B'))
-      layers.SendBackward();
+    if (const Shortcut* const shortcut = ShortcutOf(keyAscii); shortcut != nullptr) shortcut->run(*this);
   });
 }
 

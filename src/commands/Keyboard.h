@@ -27,6 +27,14 @@ public:
   void mnuMergeDown_Click();
 
 private:
+  // What a letter with the Ctrl key does.
+  struct Shortcut {
+    char letter;
+    void (*run)(Keyboard& keyboard);
+  };
+  // The shortcut of the character that a key press gave, null if there is none.
+  static const Shortcut* ShortcutOf(std::int16_t character);
+
   void ClickIfEnabled(const char* key);
 
   Dispatcher& dispatcher;

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "components/base/RunTimeError.h"
-#include "picture/PaletteMaker.h"
-#include "picture/effects/Bands.h"
+#include "picture/MedianCutQuantizer.h"
+#include "picture/effects/ParallelRows.h"
 #include "picture/effects/Pixels.h"
 
 namespace kw {
@@ -33,7 +33,7 @@ std::uint8_t OnPaper(unsigned value, unsigned alpha) {
 // Calls work(y) for each row of the picture, on several threads; it must not throw.
 template <typename Work>
 void ForRows(const Bitmap& picture, const Work& work) {
-  ForBands(picture.Height(), 4 * BytesOf(picture), [&](Band band) {
+  ParallelForRows(picture.Height(), 4 * BytesOf(picture), [&](RowBand band) {
     for (std::int32_t y = band.begin; y < band.end; ++y) work(y);
   });
 }
@@ -88,7 +88,7 @@ Bitmap ToMoreIndexBits(const Bitmap& picture, int bitsPerPixel) {
 }
 
 Bitmap ToBlackAndWhite(const Bitmap& picture) {
-  // A line of one pixel that a filter has spread is as bright as this, and it stays a line.
+  // A line of one pixel has this luma after a filter has spread it; it must stay a line.
   constexpr std::uint8_t lightestBlack = 128;
   Bitmap result = Like(picture, 1);
   ForRows(picture, [&](std::int32_t y) {
@@ -99,21 +99,21 @@ Bitmap ToBlackAndWhite(const Bitmap& picture) {
   return result;
 }
 
-// Counts the rows from `begin` on, on several threads.
-void CountRows(const Bitmap& picture, std::int32_t begin, PaletteMaker& maker) {
+// Counts the colours of the rows from `begin` on, on several threads.
+void CountRows(const Bitmap& picture, std::int32_t begin, MedianCutQuantizer& quantizer) {
   const auto width = static_cast<std::size_t>(picture.Width());
-  const auto bands = CutIntoBands(picture.Height() - begin, BytesOf(picture));
+  const auto bands = CutIntoRowBands(picture.Height() - begin, BytesOf(picture));
   struct Work {
-    ColourCells::Row row;
-    ColourCells::Counter counter;
+    ColourHistogram::BinnedRow row;
+    ColourHistogram::Counter counter;
   };
   std::vector<Work> works;
   works.reserve(ThreadsFor(bands.size()));
   while (works.size() < ThreadsFor(bands.size())) {
-    works.push_back({ColourCells::Row(width), ColourCells::Counter(maker.Cells())});
+    works.push_back({ColourHistogram::BinnedRow(width), ColourHistogram::Counter(quantizer.Histogram())});
   }
   std::atomic<std::size_t> next{0};
-  RunTogether(works.size(), [&](std::size_t own) {
+  ParallelFor(works.size(), [&](std::size_t own) {
     Work& work = works[own];
     for (std::size_t i = next++; i < bands.size(); i = next++) {
       for (std::int32_t y = begin + bands[i].begin; y < begin + bands[i].end; ++y) {
@@ -125,35 +125,35 @@ void CountRows(const Bitmap& picture, std::int32_t begin, PaletteMaker& maker) {
   });
 }
 
-// The indices of a picture of 24 bits whose palette was cut.
-void IndexRows(const Bitmap& picture, const PaletteMaker& maker, Bitmap& result) {
+// Writes the palette indices of a picture of 24 bits whose palette is a median cut.
+void IndexRows(const Bitmap& picture, const MedianCutQuantizer& quantizer, Bitmap& result) {
   const auto width = static_cast<std::size_t>(picture.Width());
-  const auto bands = CutIntoBands(picture.Height(), BytesOf(picture));
-  std::vector<ColourCells::Row> rooms(bands.size(), ColourCells::Row(width));
+  const auto bands = CutIntoRowBands(picture.Height(), BytesOf(picture));
+  std::vector<ColourHistogram::BinnedRow> rows(bands.size(), ColourHistogram::BinnedRow(width));
   const Pixels to(result);
-  RunTogether(bands.size(), [&](std::size_t i) {
+  ParallelFor(bands.size(), [&](std::size_t i) {
     for (std::int32_t y = bands[i].begin; y < bands[i].end; ++y) {
-      rooms[i].Split(picture.Row(y).data(), width);
-      maker.IndexRow(rooms[i], to.Row(y), width);
+      rows[i].Split(picture.Row(y).data(), width);
+      quantizer.IndexRow(rows[i], to.Row(y), width);
     }
   });
 }
 
 Bitmap ToPalette(const Bitmap& picture, int bitsPerPixel) {
-  PaletteMaker maker(std::size_t{1} << bitsPerPixel);
+  MedianCutQuantizer quantizer(std::size_t{1} << bitsPerPixel);
   const bool isPlain = picture.BitsPerPixel() == 24;
   std::int32_t counted = 0;
-  // Which colours came first matters only as long as all of them may become the palette.
-  while (counted < picture.Height() && (maker.IsExact() || !isPlain)) {
-    ForEachColour(picture, counted++, [&](std::size_t, Rgb colour) { maker.Count(colour); });
+  // The order of the colours matters only as long as all of them may fit into the palette.
+  while (counted < picture.Height() && (quantizer.IsExact() || !isPlain)) {
+    ForEachColour(picture, counted++, [&](std::size_t, Rgb colour) { quantizer.Count(colour); });
   }
-  if (bitsPerPixel == 1 && !maker.IsExact()) return ToBlackAndWhite(picture);
-  if (counted < picture.Height()) CountRows(picture, counted, maker);
-  maker.Make();
+  if (bitsPerPixel == 1 && !quantizer.IsExact()) return ToBlackAndWhite(picture);
+  if (counted < picture.Height()) CountRows(picture, counted, quantizer);
+  quantizer.Quantize();
   Bitmap result = Like(picture, bitsPerPixel);
-  result.SetPalette(maker.Palette());
-  if (isPlain && bitsPerPixel == 8 && !maker.IsExact()) {
-    IndexRows(picture, maker, result);
+  result.SetPalette(quantizer.Palette());
+  if (isPlain && bitsPerPixel == 8 && !quantizer.IsExact()) {
+    IndexRows(picture, quantizer, result);
     return result;
   }
   ForRows(picture, [&](std::int32_t y) {
@@ -161,7 +161,7 @@ Bitmap ToPalette(const Bitmap& picture, int bitsPerPixel) {
     Rgb last{};
     unsigned index = 0;
     ForEachColour(picture, y, [&](std::size_t x, Rgb colour) {
-      if (x == 0 || !(colour == last)) index = maker.IndexOf(colour);
+      if (x == 0 || !(colour == last)) index = quantizer.IndexOf(colour);
       last = colour;
       PutIndex(to, x, index, bitsPerPixel);
     });

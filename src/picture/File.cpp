@@ -21,7 +21,7 @@ constexpr std::string_view TemporaryEnd = ".tmp";
 constexpr std::string_view Digits = "0123456789abcdef";
 constexpr std::size_t DigitCount = 16;
 
-// A name in the folder of `path` that no other writer chooses. Kept short: where the folder's path fits, it fits too.
+// A name in the folder of `path` that no other writer chooses. It is short, so that it fits if the folder's path does.
 std::filesystem::path TemporaryBeside(const std::filesystem::path& path) {
   std::random_device random;
   std::string name(TemporaryBegin);
@@ -44,8 +44,7 @@ bool IsOld(const FileFacts& facts) {
   return now - Ticks(facts.changed) > std::chrono::hours(24);
 }
 
-// Each folder once in the life of the process, so that a split does not look through its own page files again and
-// again.
+// Once for each folder and process: a split must not search its own page files again and again.
 bool IsFirstVisit(const std::filesystem::path& folder) {
   static std::mutex mutex;
   static std::set<std::filesystem::path> visited;
@@ -134,7 +133,7 @@ InputFile::InputFile(const std::string& path) {
                                        : "The file cannot be opened: it is in use or access is denied.");
   }
   if (facts.kind == FileKind::Folder) RaiseUnreadable("The path names a folder.");
-  // A device or a pipe could keep a reader waiting for ever.
+  // Reading a device or a pipe may never end.
   if (facts.kind == FileKind::Other) RaiseUnreadable("The path does not name a file that can be read.");
   if (code != 0) RaiseUnreadable("The file cannot be opened: it is in use or access is denied.");
   stamp = {facts.identity, facts.size, facts.changed};

@@ -11,7 +11,7 @@
 
 namespace kw {
 
-// A file of the disk as a stream. The base of the two kinds below.
+// A file on the disk as a stream: the base of the classes below.
 class FileStream : public Stream {
 public:
   std::size_t Read(void* to, std::size_t count) noexcept override;
@@ -32,15 +32,15 @@ protected:
   OpenedFile file;
 
 private:
-  // Keeps the first failure.
+  // Records the first failure.
   void Fail(SystemCode code);
 
-  // Of the first write or seek that failed.
+  // The error of the first write or seek that failed.
   SystemCode failure = 0;
   std::uint64_t position = 0;
 };
 
-// What tells whether a file is still the one that was looked at earlier.
+// Identifies a version of a file: equal stamps mean that the file did not change.
 struct FileStamp {
   FileIdentity identity;
   std::uint64_t size = 0;
@@ -48,7 +48,8 @@ struct FileStamp {
   friend bool operator==(const FileStamp&, const FileStamp&) = default;
 };
 
-// An existing file, opened to read. Others may read and write it meanwhile; keep it open for one operation only.
+// An existing file, opened for reading. Other processes may read and write it meanwhile, so keep it open for one
+// operation only.
 class InputFile : public FileStream {
 public:
   // Raises InvalidPicture, with the reason in words, for a path that is missing, a folder, a device, empty or locked.
@@ -61,18 +62,18 @@ private:
 };
 
 // A file that appears whole or not at all: the bytes go to a file of another name in the same folder, which takes the
-// place of `path` at Commit(). Without a Commit() nothing of it remains. Where the path is a link, the file that it
-// leads to is replaced. What a process that was ended left in the folder goes after a day.
+// place of `path` at Commit(). Without a Commit() nothing of it remains. If the path is a link, the file that it leads
+// to is replaced. Temporary files that a killed process left in the folder are deleted after a day.
 class OutputFile : public FileStream {
 public:
   // Raises PathNotFound, PermissionDenied, DiskFull or PathFileAccessError.
   explicit OutputFile(const std::string& path, Durability lasting = Durability::Lasting);
   ~OutputFile() override;
-  // Nobody sees the bytes before Commit(), which flushes them.
+  // Flushes the bytes and makes them visible at `path`.
   bool Settle() noexcept override { return !HasFailed(); }
   // Raises the same errors, also for a write that failed before.
   void Commit();
-  // The same for a file that is not to replace another one; false where there is one now.
+  // As above, but does not replace an existing file: returns false if there is one now.
   bool CommitNew();
 
 private:
@@ -83,11 +84,12 @@ private:
   Durability durability;
 };
 
-// An existing file that is changed in place, by nobody else meanwhile. What Settle() let through is on the disk
-// whatever happens then.
+// An existing file that is changed in place and locked against other writers. After Settle() the bytes so far are on
+// the disk whatever happens.
 class ChangedFile : public FileStream {
 public:
-  // Empty where there is no such file. Waits for who changes it, for a few seconds. Raises the errors of FileStream.
+  // The stream is empty if there is no such file. Waits a few seconds for another writer. Raises the errors of
+  // FileStream.
   static std::unique_ptr<ChangedFile> Open(const std::string& path);
   // Raises the same errors, also for a write that failed before.
   void Finish() { Close(); }

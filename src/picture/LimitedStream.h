@@ -4,10 +4,10 @@
 
 namespace kw {
 
-// Lets a stream that is written from its beginning grow to a size and no further: then it fails as on a full disk.
+// Limits the size of another stream: a write beyond the limit fails as it does on a full disk.
 class LimitedStream : public Stream {
 public:
-  // `to` is empty and outlives this.
+  // `to` must be empty and outlive this object.
   LimitedStream(Stream& to, std::uint64_t mostBytes) : target(to), most(mostBytes) {}
 
   std::size_t Read(void* to, std::size_t count) noexcept override { return target.Read(to, count); }
@@ -17,7 +17,7 @@ public:
   std::uint64_t Size() noexcept override { return end; }
   bool Settle() noexcept override { return target.Settle(); }
 
-  // Raises DiskFull where something did not fit.
+  // Raises DiskFull if a write did not fit.
   void RaiseIfFull() const;
 
 private:

@@ -24,7 +24,7 @@ Bitmap Upright(const Bitmap& stored, Orientation orientation, const ReadLimits& 
   for (std::int32_t y = 0; y < height; ++y) {
     const auto to = page.MutableRow(y);
     for (std::int32_t x = 0; x < width; ++x) {
-      // The stored column and row that are seen at (x, y).
+      // The stored column and row of the upright pixel (x, y).
       std::int32_t column = transposed ? y : x;
       std::int32_t row = transposed ? x : y;
       if (mirroredColumns) column = stored.Width() - 1 - column;

@@ -12,8 +12,8 @@ namespace kw {
 // counter-clockwise. Other numbers count as 1.
 using Orientation = std::uint16_t;
 
-// The picture as it is meant to be seen; resolution turns with it. Raises InvalidPicture for one beyond the limits:
-// turned, a picture of few long rows takes more memory.
+// Rotates and mirrors the picture upright, and swaps its resolution if needed. Raises InvalidPicture if the result
+// exceeds the limits: a picture of few long rows takes more memory after a quarter turn.
 Bitmap Upright(const Bitmap& stored, Orientation orientation, const ReadLimits& limits);
 
 }  // namespace kw

@@ -67,7 +67,7 @@ std::int32_t PictureDocument::PageCount() const {
 
 void PictureDocument::SelectPage(std::int32_t page) {
   if (page < 1 || page > PageCount()) Raise(ErrorNumber::SubscriptOutOfRange);
-  // The one page of a picture of the engine's own, or of a file of one page, is selected already.
+  // If there is only one page, it is selected already.
   if (document.source == nullptr || (page == selected && !current.IsEmpty())) return;
   InputFile file(document.path);
   RequireUnchanged(file);
@@ -164,7 +164,7 @@ bool PictureDocument::SaveAsStored(Stream& to) const {
     file = std::make_unique<InputFile>(document.path);
     RequireUnchanged(*file);
   } catch (const RunTimeError&) {
-    // The file is gone or is another one now. Where the page was decoded before, it can still be saved.
+    // The file is gone or was replaced. The page can still be saved if it was decoded before.
     if (current.IsEmpty()) throw;
     return false;
   }
@@ -189,14 +189,14 @@ bool PictureDocument::IsLoadedFrom(const std::string& path) const {
 void PictureDocument::SaveAs(const PictureFormat* format, const std::string& path, Durability durability) {
   if (PageCount() == 0) Raise(ErrorNumber::ObjectVariableNotSet);
   if (format == nullptr) Raise(ErrorNumber::InvalidProcedureCall);
-  // A file that is about to be replaced gives no more pages; the picture stays, as the engine's own.
+  // No more pages can be read from a file that is about to be replaced. The current picture stays.
   const bool overItself = document.source != nullptr && IsSameFile(path, document.path);
   if (overItself) Current();
   OutputFile file(path, durability);
   try {
     if (document.format != format || !SaveAsStored(file)) WriteAnew(*format, file);
   } catch (...) {
-    // A codec that could not write does not know why; the file does.
+    // Only the file knows why the codec could not write.
     file.RaiseFailure();
     throw;
   }
@@ -204,23 +204,23 @@ void PictureDocument::SaveAs(const PictureFormat* format, const std::string& pat
   if (overItself) document = {};
 }
 
-// The pages of a document share the room that there is; what is not of one has all of it.
+// The pages of one document share the limit; a single page has all of it.
 void PictureDocument::WriteAnew(const PictureFormat& format, Stream& to) const {
   const Bitmap& picture = Current();
   const bool isOneOfSeveral = PageCount() > 1;
-  LimitedStream room(to, options.encodedBytes - std::min(document.encoded, options.encodedBytes));
+  LimitedStream limited(to, options.encodedBytes - std::min(document.encoded, options.encodedBytes));
   const auto count = [&] {
-    if (isOneOfSeveral) document.encoded += room.Size();
+    if (isOneOfSeveral) document.encoded += limited.Size();
   };
   try {
-    format.write(picture, room, options.writing);
+    format.write(picture, limited, options.writing);
   } catch (...) {
     count();
-    room.RaiseIfFull();
+    limited.RaiseIfFull();
     throw;
   }
   count();
-  room.RaiseIfFull();
+  limited.RaiseIfFull();
 }
 
 void PictureDocument::AppendTo(PageAppender& target) const {
@@ -245,14 +245,14 @@ void PictureDocument::Append(const std::string& path) {
       throw;
     }
   };
-  // A file that changed gives no more pages, so what it is to give now is decoded before.
+  // No page can be read from a changed file, so the current page is decoded first.
   if (document.source != nullptr && IsSameFile(path, document.path)) Replace(Bitmap(Current()));
   for (;;) {
     if (const auto existing = ChangedFile::Open(path)) {
       appendTo(*existing);
       return existing->Finish();
     }
-    // Another writer may make the document meanwhile; then the page goes behind its pages.
+    // Another process may create the document meanwhile; then the page is appended to it.
     OutputFile made(path);
     appendTo(made);
     if (made.CommitNew()) return;

@@ -13,7 +13,7 @@
 
 namespace kw {
 
-// Reads an image file as a picture: its first page. Raises FileNotFound or InvalidPicture.
+// Reads the first page of an image file. Raises FileNotFound or InvalidPicture.
 Bitmap LoadPicture(const std::string& path);
 
 // One page of a file of any number of pages, to look at, to change and to save. Pages of a file of several are decoded
@@ -36,13 +36,13 @@ public:
   // with the document emptied, if it cannot be read; LastLoadError() then says why. Never throws.
   bool Load(const std::string& path);
   std::string LastLoadError() const { return lastLoadError; }
-  // Of the loaded file; empty if the picture was made here.
+  // The format of the loaded file; empty if the picture does not come from a file.
   std::string_view FormatName() const;
   // What of the current page could not be read, as whole sentences; empty if all of it was and as long as nothing
   // asked for the page's pixels.
   const std::string& Warning() const { return warning; }
 
-  // What reading and saving keep to, from the next file on.
+  // Limits and options of reading and saving, from the next file on.
   struct Options {
     // The memory for the pixels of one page; a larger one cannot be read, and no effect makes one.
     ReadLimits reading;
@@ -65,9 +65,9 @@ public:
   // machine stops meanwhile. Raises ObjectVariableNotSet without a picture, InvalidProcedureCall for an extension that
   // names no format, and the file errors (PathNotFound, PermissionDenied, DiskFull, PathFileAccessError).
   void Save(const std::string& path);
-  // The same for a file that need not outlive the machine's next start: nothing waits for the disk.
+  // As Save, but does not wait for the disk: the file may be lost if the machine stops.
   void SaveScratch(const std::string& path);
-  // The same as Save for a page that becomes a file of its own: in the loaded file's own format if the extension names
+  // As Save, for a page that becomes a file of its own: in the loaded file's own format if the extension names
   // none, and if it names JPEG but the page has one bit per pixel.
   virtual void SavePage(const std::string& path);
   // Whether the file at `path` is the one that the pages come from, under whatever name.
@@ -83,7 +83,7 @@ public:
   // coded pixels. Raises InvalidProcedureCall for another format, InvalidPicture for a file that is not of its format,
   // and the errors of Save.
   void Append(const std::string& path);
-  // The same, to a document that is being made.
+  // As above, to a document that is being written.
   void AppendTo(PageAppender& target) const;
 
   // Size of the current picture in pixels; 0 without one.

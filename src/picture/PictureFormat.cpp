@@ -12,7 +12,9 @@
 namespace kw {
 namespace {
 
-constexpr std::array<const PictureFormat*, 5> Formats{&FmfFormat, &TiffFormat, &JpegFormat, &GifFormat, &BmpFormat};
+#define KW_ADDRESS_OF_FORMAT(Name, ...) &Name##Format,
+constexpr const PictureFormat* AllFormats[] = {KW_FORMATS(KW_ADDRESS_OF_FORMAT)};
+#undef KW_ADDRESS_OF_FORMAT
 
 std::string LowerCase(std::string_view text) {
   std::string lower(text);
@@ -24,9 +26,12 @@ std::string LowerCase(std::string_view text) {
 
 }  // namespace
 
+std::span<const PictureFormat* const> Formats() { return AllFormats; }
+
 const PictureFormat* FormatOfContent(std::span<const std::uint8_t> head) {
-  const auto* row = std::find_if(Formats.begin(), Formats.end(), [&](const auto* f) { return f->recognises(head); });
-  return row == Formats.end() ? nullptr : *row;
+  const auto* const found =
+      std::ranges::find_if(AllFormats, [&](const auto* format) { return format->recognises(head); });
+  return found == std::end(AllFormats) ? nullptr : *found;
 }
 
 const PictureFormat* FormatOfPath(std::string_view path) {
@@ -34,7 +39,7 @@ const PictureFormat* FormatOfPath(std::string_view path) {
   if (dot == std::string_view::npos || path[dot] != '.') return nullptr;
   const std::string extension = LowerCase(path.substr(dot + 1));
   if (extension.empty()) return nullptr;
-  for (const PictureFormat* format : Formats) {
+  for (const PictureFormat* format : AllFormats) {
     if (std::ranges::find(format->extensions, extension) != format->extensions.end()) return format;
   }
   return nullptr;

@@ -10,7 +10,7 @@
 namespace kw {
 namespace {
 
-// Paper is not of one shade: what is nearly as light as the paper is paper too.
+// Paper is not uniform: a pixel nearly as light as the paper is paper too.
 constexpr unsigned PaperSpread = 24;
 constexpr unsigned DarkestPaper = 128;
 
@@ -33,7 +33,7 @@ LumaCounts LumaCountsOf(const Bitmap& picture) {
   return counts;
 }
 
-// What each channel value becomes.
+// The new value of each channel value.
 std::array<std::uint8_t, 256> Stretch(const LumaCounts& counts) {
   const auto paper = std::max_element(counts.begin() + DarkestPaper, counts.end()) - counts.begin();
   const unsigned white = *std::max_element(counts.begin() + DarkestPaper, counts.end()) == 0
@@ -52,7 +52,7 @@ unsigned InkOf(std::span<const std::uint8_t> channels) {
   return 255U - *std::min_element(channels.begin(), channels.end());
 }
 
-// The pixels that hold all ink of a picture of 24 bits; the whole picture where there is none.
+// The bounds of all ink in a picture of 24 bits; the whole picture if there is none.
 struct Bounds {
   std::int32_t left, top, right, bottom;
 };
@@ -69,7 +69,7 @@ Bounds InkBounds(const Bitmap& picture) {
   return found.right == 0 ? Bounds{0, 0, picture.Width(), picture.Height()} : found;
 }
 
-// Laid over white with its alpha, the pixel shows the colour that was scanned.
+// Blended with white by its alpha, the pixel shows the scanned colour.
 void WriteInk(std::span<const std::uint8_t> scanned, std::span<std::uint8_t> pixel) {
   const unsigned ink = InkOf(scanned);
   if (ink <= Haze) {

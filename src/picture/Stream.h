@@ -54,7 +54,7 @@ private:
 class MemoryFile : public Stream {
 public:
   std::size_t Read(void* to, std::size_t count) noexcept override;
-  // Takes nothing where memory has run out.
+  // Writes nothing if there is no memory left.
   std::size_t Write(const void* from, std::size_t count) noexcept override;
   bool Seek(std::uint64_t to) noexcept override;
   std::uint64_t Position() const noexcept override { return position; }

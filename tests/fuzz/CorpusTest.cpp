@@ -8,6 +8,7 @@
 #include <functional>
 #include <iostream>
 #include <iterator>
+#include <string>
 #include <vector>
 
 #include "fuzz/Tries.h"
@@ -24,7 +25,7 @@ Bytes BytesOf(const std::filesystem::path& path) {
 
 // Runs every file of the folder through a target. What it is told of a file that breaks a promise is the file's name;
 // the last line before a sanitizer's report is the name of its file.
-void RunCorpus(const char* folder, const std::function<void(const Bytes&)>& target) {
+void RunCorpus(const std::string& folder, const std::function<void(const Bytes&)>& target) {
   std::vector<std::filesystem::path> files;
   std::error_code error;
   for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::path(KW_CORPUS) / folder, error)) {
@@ -41,19 +42,22 @@ void RunCorpus(const char* folder, const std::function<void(const Bytes&)>& targ
   }
 }
 
-void RunFormat(const char* folder, const PictureFormat& format) {
+class FormatCorpus : public testing::TestWithParam<const PictureFormat*> {};
+
+TEST_P(FormatCorpus, IsReadAsPromised) {
+  const PictureFormat& format = *GetParam();
+  std::string folder(format.name);
+  std::ranges::transform(folder, folder.begin(), [](char c) { return static_cast<char>(c - 'A' + 'a'); });
   RunCorpus(folder, [&format](const Bytes& bytes) { TryFormat(format, bytes); });
 }
+
+INSTANTIATE_TEST_SUITE_P(AllFormats, FormatCorpus, testing::ValuesIn(Formats().begin(), Formats().end()),
+                         [](const auto& row) { return std::string(row.param->name); });
 
 TEST(Corpus, PixelsInLzmaAreRead) {
   EXPECT_EQ(TryFormat(TiffFormat, BytesOf(std::filesystem::path(KW_CORPUS) / "tiff" / "280e443ea06a")), 1);
 }
 
-TEST(Corpus, Tiff) { RunFormat("tiff", TiffFormat); }
-TEST(Corpus, Jpeg) { RunFormat("jpeg", JpegFormat); }
-TEST(Corpus, Gif) { RunFormat("gif", GifFormat); }
-TEST(Corpus, Bmp) { RunFormat("bmp", BmpFormat); }
-TEST(Corpus, Fmf) { RunFormat("fmf", FmfFormat); }
 TEST(Corpus, Effects) { RunCorpus("effects", TryEffect); }
 
 }  // namespace

@@ -1,3 +1,5 @@
+#include <fstream>
+#include <iterator>
 #include <map>
 #include <sstream>
 
@@ -160,6 +162,23 @@ TEST_F(Kwpic, EffectsIsTheTable) {
     }
   }
   EXPECT_NE(std::string::npos, table.find("  --Sigma         0 to 50 (default 0: 1.5, in 1 bit 0.8)\n"));
+}
+
+TEST_F(Kwpic, EffectsPageHasTheTable) {
+  const std::string table = Output({"effects", "--markdown"});
+  EXPECT_NE(std::string::npos,
+            table.find("\n| `Colorize` | `Hue` 0 to 360 (default 30); `Strength` 0 to 100 (default 50) | "));
+  EXPECT_NE(std::string::npos, table.find("\n| `Dither` | | 1 |\n"));
+  std::ifstream file(KW_EFFECTS_PAGE, std::ios::binary);
+  const std::string page{std::istreambuf_iterator<char>(file), {}};
+  EXPECT_NE(std::string::npos, page.find("\n\n" + table + "\n")) << "docs/effects.md needs this table:\n" << table;
+}
+
+TEST_F(Kwpic, MessagesNameTheExtensionsOfTheFormats) {
+  const std::string path = Save(Noise(3, 2, 24), "picture.bmp");
+  EXPECT_NE(std::string::npos, Run({"convert", path, At("picture.xyz")}).errors.find("(fmf, tif, jpg, gif, bmp)"));
+  EXPECT_NE(std::string::npos, Run({"join", At("all.bmp"), path}).errors.find("join to .fmf or .tif\n"));
+  EXPECT_NE(std::string::npos, Output({"join", "--help"}).find("The document: .fmf, .tif or .tiff"));
 }
 
 TEST_F(Kwpic, HelpAndVersionAreAnswers) {

@@ -136,8 +136,7 @@ TEST_P(FailingStream, WriterStops) {
   EXPECT_LE(most, 1024U) << "of " << whole.bytes.size();
 }
 
-INSTANTIATE_TEST_SUITE_P(AllFormats, FailingStream,
-                         testing::Values(&TiffFormat, &FmfFormat, &JpegFormat, &GifFormat, &BmpFormat),
+INSTANTIATE_TEST_SUITE_P(AllFormats, FailingStream, testing::ValuesIn(Formats().begin(), Formats().end()),
                          [](const auto& row) { return std::string(row.param->name); });
 
 #ifndef _WIN32

@@ -64,7 +64,8 @@ public:
     AddFileCommands();
     AddConvert();
     AddApply();
-    Add(app, "effects", "List the effects with their parameters.", Command::Effects);
+    CLI::App* effects = Add(app, "effects", "List the effects with their parameters.", Command::Effects);
+    effects->add_flag("--markdown", request.isMarkdown, "As the table in docs/effects.md");
   }
 
   std::optional<Request> Parse(const Arguments& arguments) {
@@ -107,7 +108,7 @@ private:
     split->add_option("FILE", input, "The document")->required();
     split->add_option("DIR", request.output, "Folder of the page files; made if missing (default: that of FILE)");
     CLI::App* join = Add(app, "join", "Make one document of all pages of the files.", Command::Join);
-    join->add_option("OUT", request.output, "The document: .fmf, .tif or .tiff")->required();
+    join->add_option("OUT", request.output, "The document: " + DocumentExtensions(Which::All))->required();
     join->add_option("FILE", request.inputs, "Pictures and documents, in their order")->required();
   }
 

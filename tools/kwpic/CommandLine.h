@@ -10,7 +10,7 @@ namespace kw {
 
 using Arguments = std::vector<std::string>;
 
-// What the program is asked to do.
+// A parsed command line.
 struct Request {
   enum class Command { Info, Split, Join, Convert, Apply, Effects };
   Command command = Command::Effects;
@@ -21,8 +21,10 @@ struct Request {
   std::optional<int> bitsPerPixel;
   std::optional<int> quality;
   const Effect* effect = nullptr;
-  // Of the effect's parameters, in their order.
+  // The values of the effect's parameters, in their order.
   std::vector<double> values;
+  // The table of effects as the documentation has it.
+  bool isMarkdown = false;
 };
 
 // A command line that asks for nothing that can be done. It holds one line for the user.
@@ -30,7 +32,7 @@ struct UsageError {
   std::string message;
 };
 
-// None where the answer, help or version, was written to standard output already. Throws UsageError.
+// None if the answer (help or version) was written to standard output already. Throws UsageError.
 std::optional<Request> ReadCommandLine(const Arguments& arguments);
 
 }  // namespace kw

@@ -35,7 +35,7 @@ void For(const std::string& file, const Step& step) {
 
 const PictureFormat& FormatFor(const std::string& path) {
   const PictureFormat* format = FormatOfPath(path);
-  if (format == nullptr) throw UsageError{path + ": no known format has this extension (fmf, tif, jpg, gif, bmp)"};
+  if (format == nullptr) throw UsageError{path + ": no known format has this extension (" + UsualExtensions() + ")"};
   return *format;
 }
 
@@ -47,7 +47,7 @@ std::string PageName(const std::string& path, const PictureDocument& engine, std
   return engine.PageCount() == 1 ? path : path + ", page " + std::to_string(page);
 }
 
-// Where a bar shows, it gives way to the line.
+// If a progress bar is shown, it is removed first.
 void Warn(const std::string& name, const PictureDocument& engine, Progress* progress = nullptr) {
   if (engine.Warning().empty()) return;
   if (progress != nullptr) progress->Clear();
@@ -86,7 +86,7 @@ void Info(const std::string& path) {
   });
 }
 
-// The engine itself or, where the page is to be changed, one that holds the changed page; it is kept in `changed`.
+// `engine` itself or, if there is a change, `changed`, which then holds the changed page.
 PictureDocument& Changed(PictureDocument& engine, const Change& change, PictureDocument& changed) {
   if (!change) return engine;
   changed.GetOptions() = engine.GetOptions();
@@ -95,7 +95,7 @@ PictureDocument& Changed(PictureDocument& engine, const Change& change, PictureD
   return changed;
 }
 
-// Where page `page` of the document goes: NAME_Page_N with its extension.
+// The path of a page's file: NAME_Page_N with the document's extension.
 std::string PageFile(const std::string& document, const std::string& folder, std::int32_t page) {
   std::filesystem::path path = ToFilesystemPath(document);
   const std::filesystem::path extension = path.extension();
@@ -153,7 +153,8 @@ void WriteDocument(const std::vector<std::string>& inputs, const std::string& pa
 void Join(const Request& request) {
   const PictureFormat& format = FormatFor(request.output);
   if (format.append == nullptr) {
-    throw UsageError{request.output + ": " + std::string(format.name) + " holds one page; join to .fmf or .tif"};
+    throw UsageError{request.output + ": " + std::string(format.name) + " holds one page; join to " +
+                     DocumentExtensions(Which::Usual)};
   }
   WriteDocument(request.inputs, request.output, format, {}, {});
 }
@@ -218,7 +219,7 @@ void Run(const Request& request) {
     case Request::Command::Apply:
       return Apply(request);
     case Request::Command::Effects:
-      std::fputs(DescribeEffects().c_str(), stdout);
+      std::fputs((request.isMarkdown ? MarkdownOfEffects() : DescribeEffects()).c_str(), stdout);
   }
 }
 

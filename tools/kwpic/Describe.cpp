@@ -37,4 +37,48 @@ std::string DescribeEffects() {
   return text;
 }
 
+std::string MarkdownOfEffects() {
+  std::string text = "| Command | Parameters | Bits per pixel of the result |\n|---|---|---|\n";
+  for (const Effect& effect : Effects()) {
+    std::string parameters;
+    if (effect.procedure == nullptr) {
+      parameters = " every parameter of the others, named `<command><parameter>`";
+    } else {
+      for (const Parameter& parameter : effect.parameters) {
+        if (!parameters.empty()) parameters += ";";
+        parameters += " `" + std::string(parameter.name) + "` " + Describe(parameter);
+      }
+    }
+    text +=
+        "| `" + std::string(effect.command) + "` |" + parameters + " | " + std::string(effect.resultingDepth) + " |\n";
+  }
+  return text;
+}
+
+std::string UsualExtensions() {
+  std::string text;
+  for (const PictureFormat* format : Formats()) {
+    if (!text.empty()) text += ", ";
+    text += format->extensions.front();
+  }
+  return text;
+}
+
+std::string DocumentExtensions(Which which) {
+  std::vector<std::string> extensions;
+  for (const PictureFormat* format : Formats()) {
+    if (format->append == nullptr) continue;
+    for (const std::string_view extension : format->extensions) {
+      if (!extension.empty()) extensions.push_back("." + std::string(extension));
+      if (which == Which::Usual) break;
+    }
+  }
+  std::string text;
+  for (std::size_t i = 0; i < extensions.size(); ++i) {
+    if (i != 0) text += i + 1 == extensions.size() ? " or " : ", ";
+    text += extensions[i];
+  }
+  return text;
+}
+
 }  // namespace kw

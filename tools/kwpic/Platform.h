@@ -6,7 +6,7 @@
 
 namespace kw {
 
-// True where what is written to `file` appears on a screen of text.
+// True if `file` is a terminal.
 bool IsTerminal(std::FILE* file);
 
 // The program behind the system's own kind of main function; arguments in UTF-8, without the program's name.

@@ -5,7 +5,7 @@
 
 namespace kw {
 
-// A bar on standard error while something takes long; nothing where that is no terminal.
+// A progress bar on standard error; nothing if that is no terminal.
 class Progress {
 public:
   // `noun` names the steps, as "pages".

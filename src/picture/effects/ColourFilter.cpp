@@ -35,7 +35,7 @@ public:
     for (std::size_t i = 0; i < 3; ++i) middle[i] = memory + i * RowBytes + Bitmap::RowAlignment;
   }
 
-  // Takes what is around byte `i`, hidden pixels as if they were the one in the middle. False where none is hidden.
+  // Takes the neighbourhood of byte `i`; the middle pixel replaces hidden ones. False if none is hidden.
   bool Take(const std::uint8_t* const* rows, std::size_t i) {
     const std::uint8_t* const own = rows[1] + i;
     bool hasHidden = false;
@@ -49,7 +49,7 @@ public:
     return hasHidden;
   }
 
-  // The colour that the pixel gets.
+  // The new colour of the pixel.
   const std::uint8_t* Filtered(const NeighbourhoodRow& make) {
     const std::uint8_t* const rows[] = {middle[0], middle[1], middle[2]};
     make(rows, result, PixelBytes, PixelBytes);

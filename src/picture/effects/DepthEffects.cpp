@@ -1,13 +1,12 @@
-#include "picture/effects/DepthEffects.h"
-
 #include <algorithm>
 #include <array>
 #include <utility>
 #include <vector>
 
 #include "picture/Depth.h"
-#include "picture/effects/Bands.h"
+#include "picture/effects/Families.h"
 #include "picture/effects/Kernels.h"
+#include "picture/effects/ParallelRows.h"
 #include "picture/effects/Pixels.h"
 
 namespace kw {
@@ -15,10 +14,10 @@ namespace {
 
 constexpr std::array<int, 5> Depths{1, 4, 8, 24, 32};
 
-// Gives the brightness of each row's pixels, on white paper.
-class BrightnessOf {
+// The luma of the pixels of each row, on a white background.
+class LumaRows {
 public:
-  explicit BrightnessOf(const Bitmap& picture)
+  explicit LumaRows(const Bitmap& picture)
       : from(picture),
         width(static_cast<std::size_t>(picture.Width())),
         depth(picture.BitsPerPixel()),
@@ -26,18 +25,18 @@ public:
     for (std::size_t i = 0; i < picture.Palette().size(); ++i) levels[i] = Luma(picture.Palette()[i]);
   }
 
-  // The row, in `room` or where it lies as it is. Room is for the width rounded up to RowAlignment.
-  const std::uint8_t* Row(std::int32_t y, std::uint8_t* room) const {
+  // The row, computed into `scratch` or as it is stored. `scratch` holds the width rounded up to RowAlignment.
+  const std::uint8_t* Row(std::int32_t y, std::uint8_t* scratch) const {
     const std::uint8_t* const row = from.Row(y);
     if (isRamp) return row;
     if (depth == 24) {
-      kernels::Brightness(row, room, width);
+      kernels::Luma(row, scratch, width);
     } else if (depth == 32) {
-      for (std::size_t x = 0; x < width; ++x) room[x] = OnPaper(row + x * 4);
+      for (std::size_t x = 0; x < width; ++x) scratch[x] = OnPaper(row + x * 4);
     } else {
-      kernels::Expand(row, room, width, depth, levels);
+      kernels::UnpackLevels(row, scratch, width, depth, levels);
     }
-    return room;
+    return scratch;
   }
 
 private:
@@ -52,7 +51,7 @@ private:
   std::size_t width;
   int depth;
   bool isRamp;
-  ByteTable levels{};
+  Lut levels{};
 };
 
 std::size_t RoundedWidth(const Bitmap& picture) {
@@ -62,24 +61,24 @@ std::size_t RoundedWidth(const Bitmap& picture) {
 
 using Row = std::vector<std::uint8_t>;
 
-// A page of 1 bit can have more pixels than 32 bits count.
+// 32 bits are too few for the pixels of the largest page of 1 bit.
 using Histogram = std::array<std::uint64_t, 256>;
 
 Histogram HistogramOf(const Bitmap& picture) {
-  const BrightnessOf brightness(picture);
-  const auto bands = CutIntoBands(picture.Height(), BytesOf(picture));
+  const LumaRows luma(picture);
+  const auto bands = CutIntoRowBands(picture.Height(), BytesOf(picture));
   const auto width = static_cast<std::size_t>(picture.Width());
-  // Four counts side by side, because neighbours are often equal and one count would wait for the other.
+  // Four histograms in turn: neighbours are often equal, and incrementing one counter twice in a row is slow.
   struct Work {
     std::array<Histogram, 4> counts{};
-    Row room;
+    Row scratch;
   };
   std::vector<Work> works(bands.size());
-  for (Work& work : works) work.room.resize(RoundedWidth(picture));
-  RunTogether(bands.size(), [&](std::size_t i) {
+  for (Work& work : works) work.scratch.resize(RoundedWidth(picture));
+  ParallelFor(bands.size(), [&](std::size_t i) {
     auto& counts = works[i].counts;
     for (std::int32_t y = bands[i].begin; y < bands[i].end; ++y) {
-      const std::uint8_t* const row = brightness.Row(y, works[i].room.data());
+      const std::uint8_t* const row = luma.Row(y, works[i].scratch.data());
       std::size_t x = 0;
       for (; x + 4 <= width; x += 4) {
         for (std::size_t k = 0; k < 4; ++k) ++counts[k][row[x + k]];
@@ -96,8 +95,8 @@ Histogram HistogramOf(const Bitmap& picture) {
   return sum;
 }
 
-// The least level that counts as white where the two classes lie farthest apart. Of equally good levels it is the
-// middle one, so that the paper's and the ink's noise have the same room.
+// Otsu's level: the least white level of the two classes that lie farthest apart. Of equally good levels it is the
+// middle one, which leaves the same margin to the paper and to the ink.
 std::int32_t OtsuLevel(const Histogram& counts) {
   double all = 0;
   double sum = 0;
@@ -130,42 +129,44 @@ std::int32_t OtsuLevel(const Histogram& counts) {
   return (first + last) / 2;
 }
 
-}  // namespace
-
+// Replaces level 0 by Otsu's level of the picture.
 void FindLevel(const Bitmap& picture, std::span<double> values) {
   if (values[0] == 0) values[0] = OtsuLevel(HistogramOf(picture));
 }
 
+// White if the luma is at least the level, else black; level 0 means Otsu's level. The result has 1 bit per pixel;
+// transparent pixels are blended with a white background.
 void Threshold(Bitmap& picture, std::span<const double> values) {
   Bitmap result = Like(picture, picture.Width(), picture.Height(), 1);
   std::array found{values[0]};
   FindLevel(picture, found);
   const auto level = static_cast<std::uint8_t>(found[0]);
-  const BrightnessOf brightness(picture);
+  const LumaRows luma(picture);
   const Pixels to(result);
   const auto width = static_cast<std::size_t>(picture.Width());
-  const auto bands = CutIntoBands(picture.Height(), BytesOf(picture));
-  std::vector<Row> rooms(bands.size(), Row(RoundedWidth(picture)));
-  RunTogether(bands.size(), [&](std::size_t i) {
+  const auto bands = CutIntoRowBands(picture.Height(), BytesOf(picture));
+  std::vector<Row> scratch(bands.size(), Row(RoundedWidth(picture)));
+  ParallelFor(bands.size(), [&](std::size_t i) {
     for (std::int32_t y = bands[i].begin; y < bands[i].end; ++y) {
-      kernels::PackAtLeast(brightness.Row(y, rooms[i].data()), to.Row(y), width, level);
+      kernels::ThresholdToBits(luma.Row(y, scratch[i].data()), to.Row(y), width, level);
     }
   });
   picture = std::move(result);
 }
 
+// Black and white by Floyd and Steinberg's error diffusion of the luma. Otherwise as Threshold.
 void Dither(Bitmap& picture, std::span<const double> /*values*/) {
   constexpr std::size_t together = kernels::DiffusedRows::Count;
   Bitmap result = Like(picture, picture.Width(), picture.Height(), 1);
-  const BrightnessOf brightness(picture);
+  const LumaRows luma(picture);
   const Pixels to(result);
   const auto width = static_cast<std::size_t>(picture.Width());
-  std::array<Row, together> rooms;
+  std::array<Row, together> scratch;
   std::array<Row, together> shown;
   std::array<std::vector<std::int16_t>, together + 1> errors;
   kernels::DiffusedRows rows{};
   for (std::size_t i = 0; i < together; ++i) {
-    rooms[i].resize(RoundedWidth(picture));
+    scratch[i].resize(RoundedWidth(picture));
     shown[i].resize(RoundedWidth(picture));
     rows.to[i] = shown[i].data();
   }
@@ -174,14 +175,14 @@ void Dither(Bitmap& picture, std::span<const double> /*values*/) {
     rows.errors[i] = errors[i].data();
   }
   for (std::int32_t y = 0; y < picture.Height(); y += static_cast<std::int32_t>(together)) {
-    // The last rows may be fewer; what runs beside them then shows nowhere.
+    // The last group may have fewer rows; the others of it are computed but not stored.
     const auto count = std::min(together, static_cast<std::size_t>(picture.Height() - y));
     for (std::size_t i = 0; i < together; ++i) {
-      rows.levels[i] = i < count ? brightness.Row(y + static_cast<std::int32_t>(i), rooms[i].data()) : rooms[i].data();
+      rows.levels[i] = i < count ? luma.Row(y + static_cast<std::int32_t>(i), scratch[i].data()) : scratch[i].data();
     }
     kernels::Diffuse(rows, width);
     for (std::size_t i = 0; i < count; ++i) {
-      kernels::PackAtLeast(shown[i].data(), to.Row(y + static_cast<std::int32_t>(i)), width, 128);
+      kernels::ThresholdToBits(shown[i].data(), to.Row(y + static_cast<std::int32_t>(i)), width, 128);
     }
     std::swap(rows.errors[0], rows.errors[together]);
   }
@@ -193,14 +194,38 @@ std::uint64_t MemoryOfIncrease(const Bitmap& picture, std::span<const double> /*
   return PixelMemory(picture.Width(), picture.Height(), next != Depths.end() ? *next : picture.BitsPerPixel());
 }
 
+// Converts to the next depth above; 32 bits stay.
 void IncreaseBpp(Bitmap& picture, std::span<const double> /*values*/) {
   const auto* const next = std::ranges::upper_bound(Depths, picture.BitsPerPixel());
   if (next != Depths.end()) picture = ToDepth(picture, *next);
 }
 
+// Converts to the next depth below; 1 bit stays.
 void DecreaseBpp(Bitmap& picture, std::span<const double> /*values*/) {
   const auto* const same = std::ranges::lower_bound(Depths, picture.BitsPerPixel());
   if (same != Depths.begin()) picture = ToDepth(picture, *(same - 1));
 }
+
+constexpr Parameter ThresholdParameters[] = {
+    {.name = "Level", .least = 0, .greatest = 255, .standard = 0, .whole = true, .zero = "found automatically"}};
+
+constexpr Effect DepthEffectsRows[] = {
+    {.command = "DecreaseBpp", .procedure = DecreaseBpp, .resultingDepth = "the next below among 32, 24, 8, 4, 1"},
+    {.command = "Dither", .procedure = Dither, .resultingDepth = "1"},
+    {.command = "IncreaseBpp",
+     .procedure = IncreaseBpp,
+     .resultingDepth = "the next above among 1, 4, 8, 24, 32",
+     .memory = MemoryOfIncrease},
+    {.command = "Threshold",
+     .procedure = Threshold,
+     .parameters = ThresholdParameters,
+     .resultingDepth = "1",
+     .asks = true,
+     .find = FindLevel},
+};
+
+}  // namespace
+
+std::span<const Effect> DepthEffects() { return DepthEffectsRows; }
 
 }  // namespace kw

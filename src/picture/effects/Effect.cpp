@@ -2,18 +2,49 @@
 
 #include <algorithm>
 #include <cmath>
+#include <deque>
+#include <string>
 
 #include "components/base/RunTimeError.h"
+#include "picture/effects/Families.h"
 
 namespace kw {
 namespace {
 
+// The rows of all families and the row "Option".
+class EffectTable {
+public:
+  EffectTable() {
+    for (const auto& family :
+         {DepthEffects(), FilterEffects(), MorphologyEffects(), PointEffects(), ResizeEffect(), RotateEffects()}) {
+      rows.insert(rows.end(), family.begin(), family.end());
+    }
+    std::ranges::sort(rows, {}, &Effect::command);
+    for (const Effect& row : rows) {
+      for (const Parameter& parameter : row.parameters) {
+        settings.push_back(parameter);
+        settings.back().name = names.emplace_back(row.command).append(parameter.name);
+      }
+    }
+    const Effect option{.command = "Option", .parameters = settings, .resultingDepth = SameDepth, .asks = true};
+    rows.insert(std::ranges::upper_bound(rows, option.command, {}, &Effect::command), option);
+  }
+
+  std::span<const Effect> Rows() const { return rows; }
+
+private:
+  std::vector<Effect> rows;
+  // The parameters of "Option": those of all other effects, each named <command><parameter>.
+  std::vector<Parameter> settings;
+  std::deque<std::string> names;
+};
+
 bool IsAllowed(const Parameter& parameter, double value) {
-  // A value that is no number compares false.
+  // NaN compares false.
   return value >= parameter.least && value <= parameter.greatest && (!parameter.whole || std::floor(value) == value);
 }
 
-// Where the values of an effect begin among those of "Option".
+// The index of an effect's first value among those of "Option".
 std::size_t OffsetOf(const Effect& effect) {
   std::size_t offset = 0;
   if (HoldsSettings(effect)) return offset;
@@ -25,6 +56,11 @@ std::size_t OffsetOf(const Effect& effect) {
 }
 
 }  // namespace
+
+std::span<const Effect> Effects() {
+  static const EffectTable table;
+  return table.Rows();
+}
 
 bool HoldsSettings(const Effect& effect) { return effect.procedure == nullptr; }
 

@@ -1,9 +1,8 @@
-#include "picture/effects/FilterEffects.h"
-
 #include <cmath>
 #include <vector>
 
 #include "picture/effects/ColourFilter.h"
+#include "picture/effects/Families.h"
 #include "picture/effects/Kernels.h"
 #include "picture/effects/Pixels.h"
 #include "picture/effects/RowWindow.h"
@@ -11,7 +10,7 @@
 namespace kw {
 namespace {
 
-// A row of the picture, for the functions of a RowFilter.
+// The dimensions of a picture's row.
 struct RowShape {
   explicit RowShape(const Bitmap& picture)
       : width(static_cast<std::size_t>(picture.Width())),
@@ -22,7 +21,7 @@ struct RowShape {
   std::size_t count;
 };
 
-// A filter whose channels are weighted by alpha where there is one.
+// Runs a filter; if there is alpha, it weights the colours.
 template <typename Make>
 void FilterWithAlpha(Bitmap& picture, std::int32_t radius, std::size_t scratchBytes, const Make& make) {
   const RowShape row(picture);
@@ -48,8 +47,8 @@ void FilterWithAlpha(Bitmap& picture, std::int32_t radius, std::size_t scratchBy
   FilterRows(picture, filter);
 }
 
-// One side of the bell, the middle first, in parts of 32768; all of it together is 32768. Empty where the bell is so
-// narrow that its middle is all of it.
+// One side of a Gaussian bell, the middle first, in 32768ths; both sides add up to 32768. Empty if the bell is so
+// narrow that only the middle counts.
 std::vector<std::int16_t> BellWeights(double sigma, std::int32_t radius) {
   std::vector<double> bell;
   double sum = 1;
@@ -85,13 +84,11 @@ void BlurValues(Bitmap& picture, double sigma) {
                   });
 }
 
-// Parameters in per cent as parts of 256.
+// Per cent as 256ths.
 std::int32_t In256ths(double percent) { return static_cast<std::int32_t>(std::lround(percent * 2.56)); }
 
-}  // namespace
-
 void Blur(Bitmap& picture, std::span<const double> values) {
-  // A wider bell lets a black line of one pixel vanish where the page becomes black and white again.
+  // A wider bell would remove black lines of one pixel when the page becomes black and white again.
   const double usual = picture.BitsPerPixel() == 1 ? 0.8 : 1.5;
   OnValues(picture, [sigma = values[0] != 0 ? values[0] : usual](Bitmap& work) { BlurValues(work, sigma); });
 }
@@ -122,5 +119,39 @@ void Emboss(Bitmap& picture, std::span<const double> values) {
                                  std::size_t size) { kernels::Emboss(rows, to, count, size, amount); });
   });
 }
+
+constexpr Parameter BlurParameters[] = {
+    {.name = "Sigma", .least = 0, .greatest = 50, .standard = 0, .unit = "pixels", .zero = "1.5, in 1 bit 0.8"}};
+constexpr Parameter EmbossParameters[] = {
+    {.name = "Percent", .least = 0, .greatest = 400, .standard = 100, .unit = "%"}};
+constexpr Parameter SharpenParameters[] = {
+    {.name = "Percent", .least = 0, .greatest = 400, .standard = 100, .unit = "%"}};
+
+// Filters compute a pixel from its neighbourhood; beyond the edges the outermost pixels are repeated. A picture with a
+// palette becomes 8 bits if the palette is grey, else 24 bits. Blur and Soften weight colours by their alpha and filter
+// it too; the others leave it.
+constexpr Effect FilterEffectsRows[] = {
+    {.command = "Blur",
+     .procedure = Blur,
+     .parameters = BlurParameters,
+     .resultingDepth = DepthOfValues,
+     .memory = MemoryInValues},
+    {.command = "Edge", .procedure = Edge, .resultingDepth = DepthOfValues, .memory = MemoryInValues},
+    {.command = "Emboss",
+     .procedure = Emboss,
+     .parameters = EmbossParameters,
+     .resultingDepth = DepthOfValues,
+     .memory = MemoryInValues},
+    {.command = "Sharpen",
+     .procedure = Sharpen,
+     .parameters = SharpenParameters,
+     .resultingDepth = DepthOfValues,
+     .memory = MemoryInValues},
+    {.command = "Soften", .procedure = Soften, .resultingDepth = DepthOfValues, .memory = MemoryInValues},
+};
+
+}  // namespace
+
+std::span<const Effect> FilterEffects() { return FilterEffectsRows; }
 
 }  // namespace kw

@@ -1,33 +1,32 @@
-// Kernels of neighbouring pixels for every set of vector registers; the best one that the processor has is taken at run
-// time.
+// SIMD kernels of 3x3 filters and of the blur, compiled once for each Highway target and dispatched at run time.
 
-#include "picture/effects/PlainKernels.h"
+#include "picture/effects/ScalarKernels.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "picture/effects/FilterKernels.cpp"
 #include <hwy/foreach_target.h>
-// Comes behind the one above.
+// Must follow foreach_target.h.
 #include <hwy/highway.h>
 
 HWY_BEFORE_NAMESPACE();
 namespace kw::kernels::HWY_NAMESPACE {
 
 #if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
-using plain::BlurAcross;
-using plain::BlurDown;
-using plain::Edge;
-using plain::Emboss;
-using plain::Greatest;
-using plain::Least;
-using plain::Sharpen;
-using plain::Soften;
-using plain::SpreadOnes;
-using plain::SpreadZeros;
+using scalar::BlurAcross;
+using scalar::BlurDown;
+using scalar::DilateBits;
+using scalar::DilateBytes;
+using scalar::Edge;
+using scalar::Emboss;
+using scalar::ErodeBits;
+using scalar::ErodeBytes;
+using scalar::Sharpen;
+using scalar::Soften;
 #else
 namespace hn = hwy::HWY_NAMESPACE;
 
 using Bytes = hn::ScalableTag<std::uint8_t>;
-// Values that are calculated with; a vector of bytes makes two of these.
+// Filters calculate in 16 bits; a vector of bytes makes two of these.
 using Words = hn::ScalableTag<std::int16_t>;
 using HalfBytes = hn::Half<Bytes>;
 using Word = hn::Vec<Words>;
@@ -36,7 +35,7 @@ HWY_INLINE Word Widened(const std::uint8_t* at) { return hn::PromoteTo(Words(), 
 
 HWY_INLINE Word Twice(Word value) { return hn::Add(value, value); }
 
-// The nine values around each byte from `at` on.
+// The 3x3 neighbourhoods of the bytes from `at` on.
 struct Around {
   HWY_INLINE Around(const std::uint8_t* const* rows, std::size_t at, std::size_t size)
       : NW(Widened(rows[0] + at - size)),
@@ -89,7 +88,7 @@ void Emboss(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count
   }
 }
 
-// Root of the sum of the squares of half as many values, rounded.
+// The rounded length of the vectors (across, down), for half a vector of values.
 template <class HalfWord>
 HWY_INLINE HalfWord Length(HalfWord across, HalfWord down) {
   const hn::RepartitionToWide<Words> wide;
@@ -115,7 +114,7 @@ void Edge(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, 
   }
 }
 
-// The greatest or least of three times three.
+// The greatest or least value of each 3x3 neighbourhood.
 template <class Choice>
 HWY_INLINE void Choose(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size,
                        Choice choice) {
@@ -130,16 +129,16 @@ HWY_INLINE void Choose(const std::uint8_t* const* rows, std::uint8_t* to, std::s
   }
 }
 
-void Greatest(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
+void DilateBytes(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
   Choose(rows, to, count, size, [](hn::Vec<Bytes> a, hn::Vec<Bytes> b) HWY_ATTR { return hn::Max(a, b); });
 }
 
-void Least(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
+void ErodeBytes(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
   Choose(rows, to, count, size, [](hn::Vec<Bytes> a, hn::Vec<Bytes> b) HWY_ATTR { return hn::Min(a, b); });
 }
 
 template <class Merge>
-HWY_INLINE void SpreadBits(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, Merge merge) {
+HWY_INLINE void MorphBits(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, Merge merge) {
   const Bytes d;
   for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
     const auto here = static_cast<std::ptrdiff_t>(i);
@@ -153,12 +152,12 @@ HWY_INLINE void SpreadBits(const std::uint8_t* const* rows, std::uint8_t* to, st
   }
 }
 
-void SpreadOnes(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {
-  SpreadBits(rows, to, count, [](hn::Vec<Bytes> a, hn::Vec<Bytes> b) HWY_ATTR { return hn::Or(a, b); });
+void DilateBits(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {
+  MorphBits(rows, to, count, [](hn::Vec<Bytes> a, hn::Vec<Bytes> b) HWY_ATTR { return hn::Or(a, b); });
 }
 
-void SpreadZeros(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {
-  SpreadBits(rows, to, count, [](hn::Vec<Bytes> a, hn::Vec<Bytes> b) HWY_ATTR { return hn::And(a, b); });
+void ErodeBits(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {
+  MorphBits(rows, to, count, [](hn::Vec<Bytes> a, hn::Vec<Bytes> b) HWY_ATTR { return hn::And(a, b); });
 }
 
 void BlurDown(const std::uint8_t* const* rows, std::size_t margin, std::int16_t* to, std::size_t count,
@@ -202,10 +201,10 @@ HWY_EXPORT(Soften);
 HWY_EXPORT(Sharpen);
 HWY_EXPORT(Emboss);
 HWY_EXPORT(Edge);
-HWY_EXPORT(Greatest);
-HWY_EXPORT(Least);
-HWY_EXPORT(SpreadOnes);
-HWY_EXPORT(SpreadZeros);
+HWY_EXPORT(DilateBytes);
+HWY_EXPORT(ErodeBytes);
+HWY_EXPORT(DilateBits);
+HWY_EXPORT(ErodeBits);
 HWY_EXPORT(BlurDown);
 HWY_EXPORT(BlurAcross);
 
@@ -227,20 +226,20 @@ void Edge(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, 
   HWY_DYNAMIC_DISPATCH(Edge)(rows, to, count, size);
 }
 
-void Greatest(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
-  HWY_DYNAMIC_DISPATCH(Greatest)(rows, to, count, size);
+void DilateBytes(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
+  HWY_DYNAMIC_DISPATCH(DilateBytes)(rows, to, count, size);
 }
 
-void Least(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
-  HWY_DYNAMIC_DISPATCH(Least)(rows, to, count, size);
+void ErodeBytes(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
+  HWY_DYNAMIC_DISPATCH(ErodeBytes)(rows, to, count, size);
 }
 
-void SpreadOnes(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {
-  HWY_DYNAMIC_DISPATCH(SpreadOnes)(rows, to, count);
+void DilateBits(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {
+  HWY_DYNAMIC_DISPATCH(DilateBits)(rows, to, count);
 }
 
-void SpreadZeros(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {
-  HWY_DYNAMIC_DISPATCH(SpreadZeros)(rows, to, count);
+void ErodeBits(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {
+  HWY_DYNAMIC_DISPATCH(ErodeBits)(rows, to, count);
 }
 
 void BlurDown(const std::uint8_t* const* rows, std::size_t margin, std::int16_t* to, std::size_t count,

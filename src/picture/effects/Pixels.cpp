@@ -37,14 +37,14 @@ std::uint64_t MemoryInValues(const Bitmap& picture, std::span<const double> /*va
 Bitmap InValues(const Bitmap& picture) {
   if (picture.BitsPerPixel() > 8 || HasGreyRamp(picture)) return picture;
   if (!HasGreyPalette(picture)) return ToDepth(picture, 24);
-  ByteTable levels{};
+  Lut levels{};
   for (std::size_t i = 0; i < picture.Palette().size(); ++i) levels[i] = picture.Palette()[i].red;
   Bitmap result = Like(picture, picture.Width(), picture.Height(), 8);
   const ConstPixels from(picture);
   const Pixels to(result);
   const auto width = static_cast<std::size_t>(picture.Width());
   for (std::int32_t y = 0; y < picture.Height(); ++y) {
-    kernels::Expand(from.Row(y), to.Row(y), width, picture.BitsPerPixel(), levels);
+    kernels::UnpackLevels(from.Row(y), to.Row(y), width, picture.BitsPerPixel(), levels);
   }
   return result;
 }

@@ -1,25 +1,25 @@
-// Kernels of single pixels for every set of vector registers; the best one that the processor has is taken at run time.
+// Per-pixel SIMD kernels, compiled once for each Highway target and dispatched at run time.
 
-#include "picture/effects/PlainKernels.h"
+#include "picture/effects/ScalarKernels.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "picture/effects/PointKernels.cpp"
 #include <hwy/foreach_target.h>
-// Comes behind the one above.
+// Must follow foreach_target.h.
 #include <hwy/highway.h>
 
 HWY_BEFORE_NAMESPACE();
 namespace kw::kernels::HWY_NAMESPACE {
 
 #if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
-using plain::Brightness;
-using plain::Halve;
-using plain::MapAlong;
-using plain::MapBytes;
-using plain::MapColours;
-using plain::MirrorBytes;
-using plain::PackAtLeast;
-using plain::SplitColours;
+using scalar::ApplyLinearMap;
+using scalar::ApplyLut;
+using scalar::ApplyLutToColours;
+using scalar::BoxDownsample2;
+using scalar::Luma;
+using scalar::MirrorBytes;
+using scalar::SplitIntoBins;
+using scalar::ThresholdToBits;
 #else
 namespace hn = hwy::HWY_NAMESPACE;
 
@@ -28,10 +28,10 @@ using Words = hn::ScalableTag<std::uint16_t>;
 using HalfBytes = hn::Half<Bytes>;
 using Block = hn::Full128<std::uint8_t>;
 
-// A table of 256 bytes, looked up 16 entries at a time.
+// A look-up table of 256 bytes in vectors of 16 entries.
 class Table {
 public:
-  HWY_INLINE explicit Table(const ByteTable& table) {
+  HWY_INLINE explicit Table(const Lut& table) {
     const hn::Full128<std::uint8_t> d;
     for (std::size_t block = 0; block < 256; block += 16) {
       const auto entries = hn::LoadU(d, table.data() + block);
@@ -40,9 +40,9 @@ public:
     }
   }
 
-  // A look-up gives 0 where the highest bit is set. Bytes of the lower half begin without it and get it once they are
-  // less than the block's number; until then they collect what each block differs in from the one before. The upper
-  // half is the same with the highest bit the other way round.
+  // A vector look-up gives 0 for an index whose highest bit is set. Each index starts at its value and loses 16 for
+  // each block: as long as it is not negative, it collects the difference between this block and the one before, so
+  // that the sum is the entry of its own block. The upper half works the same way with the highest bit inverted.
   HWY_INLINE hn::Vec<Bytes> At(hn::Vec<Bytes> values) const {
     const Bytes d;
     const hn::RebindToSigned<Bytes> numbers;
@@ -64,13 +64,13 @@ private:
   alignas(16) std::uint8_t differences[256];
 };
 
-void MapBytes(std::uint8_t* row, std::size_t count, const ByteTable& table) {
+void ApplyLut(std::uint8_t* row, std::size_t count, const Lut& table) {
   const Bytes d;
   const Table lookUp(table);
   for (std::size_t i = 0; i < count; i += hn::Lanes(d)) hn::Store(lookUp.At(hn::Load(d, row + i)), d, row + i);
 }
 
-void MapColours(std::uint8_t* row, std::size_t count, const ByteTable& table) {
+void ApplyLutToColours(std::uint8_t* row, std::size_t count, const Lut& table) {
   const Bytes d;
   const Table lookUp(table);
   const auto alpha = hn::BitCast(d, hn::Set(hn::RepartitionToWide<hn::RepartitionToWide<Bytes> >(), 0xFF000000U));
@@ -80,18 +80,18 @@ void MapColours(std::uint8_t* row, std::size_t count, const ByteTable& table) {
   }
 }
 
-// Bytes are done as the upper ones of words, the even ones and then the odd ones.
-void MapAlong(std::uint8_t* row, std::size_t count, const Line& line) {
+// Words hold the even bytes in their upper halves, then the odd ones.
+void ApplyLinearMap(std::uint8_t* row, std::size_t count, const LinearMap& map) {
   const Bytes d;
   const Words words;
   const hn::RebindToSigned<Words> numbers;
-  const auto slope = hn::Set(words, line.slope);
-  const auto offset = hn::Set(numbers, line.offset);
+  const auto gain = hn::Set(words, map.gain);
+  const auto offset = hn::Set(numbers, map.offset);
   const auto most = hn::Set(numbers, std::int16_t{255});
-  const auto flip = hn::Set(d, line.flip);
+  const auto flip = hn::Set(d, map.flip);
   const auto odd = hn::Set(words, std::uint16_t{0xFF00});
   const auto along = [=](hn::Vec<Words> upper) HWY_ATTR {
-    const auto scaled = hn::BitCast(numbers, hn::MulHigh(upper, slope));
+    const auto scaled = hn::BitCast(numbers, hn::MulHigh(upper, gain));
     const auto value = hn::ShiftRight<6>(hn::SaturatedAdd(scaled, offset));
     return hn::BitCast(words, hn::Min(hn::Max(value, hn::Zero(numbers)), most));
   };
@@ -102,8 +102,8 @@ void MapAlong(std::uint8_t* row, std::size_t count, const Line& line) {
   }
 }
 
-// Calls work(x) for each vector of pixels. The last one overlaps the one before, so that nothing is left over; false
-// where there is not even one.
+// Calls work(x) for each vector of pixels. The last vector overlaps the one before it, so that no pixel is left over.
+// False if there are too few pixels for one vector.
 template <class Work>
 HWY_INLINE bool ForVectors(std::size_t pixels, std::size_t step, const Work& work) {
   if (pixels < step) return false;
@@ -113,8 +113,8 @@ HWY_INLINE bool ForVectors(std::size_t pixels, std::size_t step, const Work& wor
 }
 
 // An eighth of the sum fits into 16 bits: the weights are 8 * 37 + 3, 8 * 73 + 3, 8 * 14 + 2 and for rounding
-// 8 * 62 + 4. What is left is divided by 125, exactly so for these numbers.
-HWY_INLINE hn::Vec<Words> BrightnessOf(hn::Vec<Words> blue, hn::Vec<Words> green, hn::Vec<Words> red) {
+// 8 * 62 + 4. The rest is divided by 125; the multiplication is exact for these numbers.
+HWY_INLINE hn::Vec<Words> LumaOf(hn::Vec<Words> blue, hn::Vec<Words> green, hn::Vec<Words> red) {
   const Words d;
   const auto times = [d](hn::Vec<Words> value, std::uint16_t weight)
                          HWY_ATTR { return hn::Mul(value, hn::Set(d, weight)); };
@@ -125,7 +125,7 @@ HWY_INLINE hn::Vec<Words> BrightnessOf(hn::Vec<Words> blue, hn::Vec<Words> green
   return hn::ShiftRight<6>(hn::MulHigh(sum, hn::Set(d, std::uint16_t{33555})));
 }
 
-void Brightness(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
+void Luma(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
   const Bytes d;
   const Words words;
   const HalfBytes half;
@@ -137,19 +137,19 @@ void Brightness(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) 
     hn::Vec<Bytes> red;
     hn::LoadInterleaved3(d, from + x * 3, blue, green, red);
     const auto lower =
-        BrightnessOf(hn::PromoteTo(words, hn::LowerHalf(half, blue)), hn::PromoteTo(words, hn::LowerHalf(half, green)),
-                     hn::PromoteTo(words, hn::LowerHalf(half, red)));
+        LumaOf(hn::PromoteTo(words, hn::LowerHalf(half, blue)), hn::PromoteTo(words, hn::LowerHalf(half, green)),
+               hn::PromoteTo(words, hn::LowerHalf(half, red)));
     const auto upper =
-        BrightnessOf(hn::PromoteTo(words, hn::UpperHalf(half, blue)), hn::PromoteTo(words, hn::UpperHalf(half, green)),
-                     hn::PromoteTo(words, hn::UpperHalf(half, red)));
+        LumaOf(hn::PromoteTo(words, hn::UpperHalf(half, blue)), hn::PromoteTo(words, hn::UpperHalf(half, green)),
+               hn::PromoteTo(words, hn::UpperHalf(half, red)));
     hn::StoreU(hn::DemoteTo(half, hn::BitCast(narrow, lower)), half, to + x);
     hn::StoreU(hn::DemoteTo(half, hn::BitCast(narrow, upper)), half, to + x + step / 2);
   };
-  if (!ForVectors(pixels, step, work)) plain::Brightness(from, to, pixels);
+  if (!ForVectors(pixels, step, work)) scalar::Luma(from, to, pixels);
 }
 
-HWY_INLINE void PutSplit(hn::Vec<Words> blue, hn::Vec<Words> green, hn::Vec<Words> red, std::uint16_t* upper,
-                         std::uint16_t* lower) {
+HWY_INLINE void PutSplit(hn::Vec<Words> blue, hn::Vec<Words> green, hn::Vec<Words> red, std::uint16_t* bins,
+                         std::uint16_t* lowBits) {
   const Words d;
   const auto high = hn::Set(d, std::uint16_t{0xE0});
   const auto middle = hn::Set(d, std::uint16_t{0x18});
@@ -157,13 +157,13 @@ HWY_INLINE void PutSplit(hn::Vec<Words> blue, hn::Vec<Words> green, hn::Vec<Word
   const auto ofRed = hn::Or(hn::ShiftLeft<7>(hn::And(red, high)), hn::ShiftLeft<1>(hn::And(red, middle)));
   const auto ofGreen = hn::Or(hn::ShiftLeft<4>(hn::And(green, high)), hn::ShiftRight<1>(hn::And(green, middle)));
   const auto ofBlue = hn::Or(hn::ShiftLeft<1>(hn::And(blue, high)), hn::ShiftRight<3>(hn::And(blue, middle)));
-  hn::StoreU(hn::Or(hn::Or(ofRed, ofGreen), ofBlue), d, upper);
+  hn::StoreU(hn::Or(hn::Or(ofRed, ofGreen), ofBlue), d, bins);
   const auto restOfRed = hn::ShiftLeft<6>(hn::And(red, low));
   const auto restOfGreen = hn::ShiftLeft<3>(hn::And(green, low));
-  hn::StoreU(hn::Or(hn::Or(restOfRed, restOfGreen), hn::And(blue, low)), d, lower);
+  hn::StoreU(hn::Or(hn::Or(restOfRed, restOfGreen), hn::And(blue, low)), d, lowBits);
 }
 
-void SplitColours(const std::uint8_t* from, std::uint16_t* upper, std::uint16_t* lower, std::size_t pixels) {
+void SplitIntoBins(const std::uint8_t* from, std::uint16_t* bins, std::uint16_t* lowBits, std::size_t pixels) {
   const Bytes d;
   const Words words;
   const HalfBytes half;
@@ -174,17 +174,17 @@ void SplitColours(const std::uint8_t* from, std::uint16_t* upper, std::uint16_t*
     hn::Vec<Bytes> red;
     hn::LoadInterleaved3(d, from + x * 3, blue, green, red);
     PutSplit(hn::PromoteTo(words, hn::LowerHalf(half, blue)), hn::PromoteTo(words, hn::LowerHalf(half, green)),
-             hn::PromoteTo(words, hn::LowerHalf(half, red)), upper + x, lower + x);
+             hn::PromoteTo(words, hn::LowerHalf(half, red)), bins + x, lowBits + x);
     PutSplit(hn::PromoteTo(words, hn::UpperHalf(half, blue)), hn::PromoteTo(words, hn::UpperHalf(half, green)),
-             hn::PromoteTo(words, hn::UpperHalf(half, red)), upper + x + step / 2, lower + x + step / 2);
+             hn::PromoteTo(words, hn::UpperHalf(half, red)), bins + x + step / 2, lowBits + x + step / 2);
   };
-  if (!ForVectors(pixels, step, work)) plain::SplitColours(from, upper, lower, pixels);
+  if (!ForVectors(pixels, step, work)) scalar::SplitIntoBins(from, bins, lowBits, pixels);
 }
 
-void PackAtLeast(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::uint8_t level) {
+void ThresholdToBits(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::uint8_t level) {
   const Bytes d;
   const auto least = hn::Set(d, level);
-  // Bits are stored with the first pixel lowest.
+  // Highway stores the first lane in the lowest bit.
   alignas(16) static constexpr std::uint8_t Backwards[16] = {7, 6, 5, 4, 3, 2, 1, 0, 15, 14, 13, 12, 11, 10, 9, 8};
   const auto backwards = hn::LoadDup128(d, Backwards);
   for (std::size_t x = 0; x < pixels; x += hn::Lanes(d)) {
@@ -193,7 +193,7 @@ void PackAtLeast(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels,
   }
 }
 
-// Mean of each two neighbours of both rows, rounded.
+// The rounded mean of 2 x 2 neighbours.
 HWY_INLINE hn::Vec<HalfBytes> MeanOfPairs(hn::Vec<Bytes> upper, hn::Vec<Bytes> lower) {
   const Words d;
   const hn::RebindToSigned<Words> narrow;
@@ -206,8 +206,8 @@ HWY_INLINE hn::Vec<HalfBytes> MeanOfPairs(hn::Vec<Bytes> upper, hn::Vec<Bytes> l
   return hn::DemoteTo(HalfBytes(), hn::BitCast(narrow, mean));
 }
 
-void Halve(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* to, std::size_t pixels,
-           std::size_t size) {
+void BoxDownsample2(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* to, std::size_t pixels,
+                    std::size_t size) {
   const Bytes d;
   const HalfBytes half;
   const auto grey = [=](const std::size_t x) HWY_ATTR {
@@ -222,24 +222,24 @@ void Halve(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* t
   };
   const std::size_t step = hn::Lanes(half);
   const bool done = size == 1 ? ForVectors(pixels, step, grey) : size == 3 && ForVectors(pixels, step, colours);
-  if (!done) plain::Halve(upper, lower, to, pixels, size);
+  if (!done) scalar::BoxDownsample2(upper, lower, to, pixels, size);
 }
 
-// All bytes in the opposite order.
+// Reverses all bytes.
 HWY_INLINE hn::Vec<Bytes> Reversed(hn::Vec<Bytes> values) {
   const Bytes d;
   alignas(16) static constexpr std::uint8_t Backwards[16] = {15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0};
   return hn::ReverseBlocks(d, hn::TableLookupBytes(values, hn::LoadDup128(d, Backwards)));
 }
 
-// Five pixels of three bytes in the opposite order, with the byte of `kept` that lies beside them.
+// Reverses five pixels of three bytes; the sixteenth byte comes from `kept`.
 HWY_INLINE hn::Vec<Block> Reversed5(hn::Vec<Block> pixels, hn::Vec<Block> order, hn::Vec<Block> kept,
                                     hn::Vec<Block> place) {
   return hn::Or(hn::TableLookupBytesOr0(pixels, order), hn::And(kept, place));
 }
 
-// From both ends on as far as five pixels do not meet: each end's are written over the other's, together with a byte
-// that stays as it is. What comes next is read before that, since reading what has just been written takes long.
+// Swaps five pixels at either end until the ends meet. Each store writes one byte more, which stays as it is. The next
+// pixels are read before the store, because reading just after an overlapping store is slow.
 void MirrorTriples(std::uint8_t*& left, std::uint8_t*& right) {
   const Block d;
   alignas(16) static constexpr std::uint8_t FromRight[16] = {13, 14, 15, 10, 11, 12, 7, 8, 9, 4, 5, 6, 1, 2, 3, 0x80};
@@ -263,7 +263,7 @@ void MirrorTriples(std::uint8_t*& left, std::uint8_t*& right) {
   }
 }
 
-// A vector of pixels at either end at a time; the rest in the middle goes pixel by pixel.
+// Swaps a vector of pixels at either end; the scalar kernel does the rest in the middle.
 void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size) {
   const Bytes d;
   std::uint8_t* left = row;
@@ -283,7 +283,7 @@ void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size) {
       hn::StoreU(hn::BitCast(d, hn::Reverse(wide, hn::BitCast(wide, first))), d, other);
     }
   }
-  plain::MirrorBytes(left, static_cast<std::size_t>(right - left) / size, size);
+  scalar::MirrorBytes(left, static_cast<std::size_t>(right - left) / size, size);
 }
 #endif
 
@@ -293,44 +293,44 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace kw::kernels {
 
-HWY_EXPORT(MapBytes);
-HWY_EXPORT(MapColours);
-HWY_EXPORT(MapAlong);
-HWY_EXPORT(Brightness);
-HWY_EXPORT(PackAtLeast);
-HWY_EXPORT(SplitColours);
-HWY_EXPORT(Halve);
+HWY_EXPORT(ApplyLut);
+HWY_EXPORT(ApplyLutToColours);
+HWY_EXPORT(ApplyLinearMap);
+HWY_EXPORT(Luma);
+HWY_EXPORT(ThresholdToBits);
+HWY_EXPORT(SplitIntoBins);
+HWY_EXPORT(BoxDownsample2);
 HWY_EXPORT(MirrorBytes);
 
-void MapBytes(std::uint8_t* row, std::size_t count, const ByteTable& table) {
-  HWY_DYNAMIC_DISPATCH(MapBytes)(row, count, table);
+void ApplyLut(std::uint8_t* row, std::size_t count, const Lut& table) {
+  HWY_DYNAMIC_DISPATCH(ApplyLut)(row, count, table);
 }
 
-void MapColours(std::uint8_t* row, std::size_t count, const ByteTable& table) {
-  HWY_DYNAMIC_DISPATCH(MapColours)(row, count, table);
+void ApplyLutToColours(std::uint8_t* row, std::size_t count, const Lut& table) {
+  HWY_DYNAMIC_DISPATCH(ApplyLutToColours)(row, count, table);
 }
 
-void MapAlong(std::uint8_t* row, std::size_t count, const Line& line) {
-  HWY_DYNAMIC_DISPATCH(MapAlong)(row, count, line);
+void ApplyLinearMap(std::uint8_t* row, std::size_t count, const LinearMap& map) {
+  HWY_DYNAMIC_DISPATCH(ApplyLinearMap)(row, count, map);
 }
 
-void Brightness(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
-  HWY_DYNAMIC_DISPATCH(Brightness)(from, to, pixels);
+void Luma(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
+  HWY_DYNAMIC_DISPATCH(Luma)(from, to, pixels);
 }
 
-void SplitColours(const std::uint8_t* from, std::uint16_t* upper, std::uint16_t* lower, std::size_t pixels) {
-  HWY_DYNAMIC_DISPATCH(SplitColours)(from, upper, lower, pixels);
+void SplitIntoBins(const std::uint8_t* from, std::uint16_t* bins, std::uint16_t* lowBits, std::size_t pixels) {
+  HWY_DYNAMIC_DISPATCH(SplitIntoBins)(from, bins, lowBits, pixels);
 }
 
-void PackAtLeast(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::uint8_t level) {
-  HWY_DYNAMIC_DISPATCH(PackAtLeast)(from, to, pixels, level);
-  // What lies behind the pixels shows nowhere, but it would go into files.
+void ThresholdToBits(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::uint8_t level) {
+  HWY_DYNAMIC_DISPATCH(ThresholdToBits)(from, to, pixels, level);
+  // The bits behind the pixels are invisible but would be written to files.
   if (pixels % 8 != 0) to[pixels / 8] = static_cast<std::uint8_t>(to[pixels / 8] & 0xFF00U >> pixels % 8);
 }
 
-void Halve(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* to, std::size_t pixels,
-           std::size_t size) {
-  HWY_DYNAMIC_DISPATCH(Halve)(upper, lower, to, pixels, size);
+void BoxDownsample2(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* to, std::size_t pixels,
+                    std::size_t size) {
+  HWY_DYNAMIC_DISPATCH(BoxDownsample2)(upper, lower, to, pixels, size);
 }
 
 void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size) {

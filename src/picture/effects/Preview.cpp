@@ -12,12 +12,12 @@
 namespace kw {
 namespace {
 
-// So much of a page shows what becomes of its details, and is done while a slider moves.
+// Large enough to show the details, small enough to be updated while a slider moves.
 constexpr std::int32_t PartSide = 1024;
 
-// The factor, at most 1, that brings the picture to fit into `room`.
-double ReductionTo(PictureSize room, const Bitmap& picture) {
-  return std::min({1.0, 1.0 * room.width / picture.Width(), 1.0 * room.height / picture.Height()});
+// The factor, at most 1, that fits the picture into `bounds`.
+double ReductionTo(PictureSize bounds, const Bitmap& picture) {
+  return std::min({1.0, 1.0 * bounds.width / picture.Width(), 1.0 * bounds.height / picture.Height()});
 }
 
 void Reduce(Bitmap& picture, double factor) {
@@ -35,7 +35,7 @@ Bitmap MiddleOf(const Bitmap& picture, std::int32_t side) {
   const std::int32_t height = std::min(picture.Height(), side);
   Bitmap part = Like(picture, width, height, picture.BitsPerPixel());
   part.SetPalette({picture.Palette().begin(), picture.Palette().end()});
-  // Eight pixels of any depth begin with a byte.
+  // Eight pixels of any depth begin at a whole byte.
   const std::int32_t eights = (picture.Width() - width) / 2 / 8;
   const std::size_t first = static_cast<std::size_t>(eights) * static_cast<std::size_t>(picture.BitsPerPixel());
   const std::int32_t top = (picture.Height() - height) / 2;
@@ -49,7 +49,7 @@ EffectPreview::EffectPreview(const Effect& shown, const Bitmap& picture, Picture
     : effect(shown),
       whole(picture),
       part(picture.IsEmpty() || shown.movesPixels ? picture : MiddleOf(picture, PartSide)),
-      room(available) {}
+      bounds(available) {}
 
 Bitmap EffectPreview::Of(std::span<const double> values) const {
   RequireInRange(effect, values);
@@ -59,7 +59,7 @@ Bitmap EffectPreview::Of(std::span<const double> values) const {
   if (effect.find != nullptr) effect.find(whole, found);
   ApplyEffect(effect, result, found);
   result = ToDepth(result, whole.BitsPerPixel());
-  Reduce(result, std::min(ReductionTo(room, part), ReductionTo(room, result)));
+  Reduce(result, std::min(ReductionTo(bounds, part), ReductionTo(bounds, result)));
   return result;
 }
 

@@ -57,7 +57,7 @@ void ResizeWeights::Put(std::int32_t first, std::span<const double> exact) {
   for (const double weight : exact) sum += weight;
   const std::size_t begin = weights.size();
   pixels.push_back({first, begin});
-  // The rounding of each goes into the next, so that many small weights keep their sum and their place.
+  // The rounding error of each weight goes into the next, so that many small weights keep their sum.
   double due = 0;
   std::int32_t given = 0;
   for (const double weight : exact) {

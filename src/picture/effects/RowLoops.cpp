@@ -8,16 +8,16 @@
 namespace kw::kernels {
 namespace {
 
-// Rows and columns that Turn handles together: more of either need more caches and address translation than there is.
-constexpr std::int32_t Tile = 64;
+// Side of the blocks of pixels that Rotate90 works on. Larger blocks miss the caches and the TLB more often.
+constexpr std::int32_t BlockSide = 64;
 
-// A picture of that many bytes will not be found in a cache, so that writing it past them costs less.
+// A result of this size does not stay in the caches, so non-temporal stores are faster.
 constexpr std::size_t MuchMemory = std::size_t{4} << 20U;
 
-// Times a byte, this byte eight times.
+// Multiplying by this replicates a byte into all eight bytes.
 constexpr std::uint64_t EachByte = 0x0101010101010101U;
 
-// The eight bytes from `at` on, the first one highest.
+// Loads eight bytes, the first one highest.
 std::uint64_t LoadWord(const std::uint8_t* at) {
   std::uint64_t word = 0;
   std::memcpy(&word, at, sizeof word);
@@ -30,7 +30,7 @@ void StoreWord(std::uint8_t* at, std::uint64_t word) {
   std::memcpy(at, &word, sizeof word);
 }
 
-// Groups of `bits` bits in the opposite order.
+// Reverses the order of groups of `bits` bits.
 std::uint64_t Reversed(std::uint64_t word, unsigned bits) {
   word = __builtin_bswap64(word);
   word = (word >> 4U & 0x0F0F0F0F0F0F0F0FU) | (word & 0x0F0F0F0F0F0F0F0FU) << 4U;
@@ -71,7 +71,7 @@ void ShiftLeft(std::uint8_t* row, std::size_t count, unsigned shift) {
   }
 }
 
-// Rows and columns of eight times eight bits exchanged; the first row is the highest byte.
+// Transposes 8 x 8 bits; the first row is the highest byte.
 std::uint64_t Transposed(std::uint64_t x) {
   std::uint64_t t = (x ^ x >> 7U) & 0x00AA00AA00AA00AAU;
   x = x ^ t ^ t << 7U;
@@ -81,8 +81,8 @@ std::uint64_t Transposed(std::uint64_t x) {
   return x ^ t ^ t << 28U;
 }
 
-// A quarter turn: which line of the old picture a column of the new one is, and which row of the new one an old column.
-struct Turned {
+// A rotation by 90 degrees: maps columns of the new picture to lines of the old one, and old columns to new rows.
+struct Rotation90 {
   const Area& from;
   const TargetArea& to;
   bool clockwise;
@@ -93,7 +93,7 @@ struct Turned {
     const std::int32_t line = clockwise ? from.height - 1 - x : x;
     return from.base + static_cast<std::size_t>(line) * from.stride;
   }
-  // nullptr where the row is not to be made.
+  // nullptr if the row is not in [begin, end).
   std::uint8_t* RowOf(std::int32_t column) const {
     const std::int32_t row = clockwise ? column : from.width - 1 - column;
     return row < begin || row >= end ? nullptr : to.base + static_cast<std::size_t>(row) * to.stride;
@@ -103,17 +103,17 @@ struct Turned {
   std::int32_t EndColumn() const { return clockwise ? end : from.width - begin; }
 };
 
-// Packed pixels, a byte of old columns at a time; `bits` is 1 or 4.
+// Rotates packed pixels, one byte of old columns at a time. Bits is 1 or 4.
 template <unsigned Bits>
-void TurnPacked(const Turned& turn) {
+void Rotate90Packed(const Rotation90& rotation) {
   constexpr std::int32_t PerByte = 8 / Bits;
-  for (std::int32_t byte = turn.FirstColumn() / PerByte; byte * PerByte < turn.EndColumn(); ++byte) {
+  for (std::int32_t byte = rotation.FirstColumn() / PerByte; byte * PerByte < rotation.EndColumn(); ++byte) {
     std::array<std::uint8_t*, PerByte> rows{};
-    for (std::int32_t i = 0; i < PerByte; ++i) rows[static_cast<std::size_t>(i)] = turn.RowOf(byte * PerByte + i);
-    for (std::int32_t x = 0; x < turn.from.height; x += PerByte) {
+    for (std::int32_t i = 0; i < PerByte; ++i) rows[static_cast<std::size_t>(i)] = rotation.RowOf(byte * PerByte + i);
+    for (std::int32_t x = 0; x < rotation.from.height; x += PerByte) {
       std::uint64_t block = 0;
       for (std::int32_t i = 0; i < PerByte; ++i) {
-        block = block << 8U | (x + i < turn.from.height ? turn.Line(x + i)[byte] : 0U);
+        block = block << 8U | (x + i < rotation.from.height ? rotation.Line(x + i)[byte] : 0U);
       }
       if constexpr (Bits == 1) {
         block = Transposed(block);
@@ -128,58 +128,59 @@ void TurnPacked(const Turned& turn) {
   }
 }
 
-// How many of `count` pixels from `begin` on whole squares may take, on a side of `length` pixels.
-std::int32_t InSquares(std::int32_t begin, std::int32_t count, std::int32_t length, std::size_t size) {
-  // Pixels of 3 bytes need room for two more.
-  const std::int32_t room = size == 3 ? length - 2 - begin : count;
-  return std::max(0, std::min(count, room)) / SquareSide(size) * SquareSide(size);
+// How many of the `count` pixels from `begin` on are in whole tiles, in a row or column of `length` pixels.
+std::int32_t InTiles(std::int32_t begin, std::int32_t count, std::int32_t length, std::size_t size) {
+  // Tiles of 3 bytes a pixel access up to two pixels more.
+  const std::int32_t most = size == 3 ? length - 2 - begin : count;
+  return std::max(0, std::min(count, most)) / TileSide(size) * TileSide(size);
 }
 
-// A tile that is turned before it goes to the result as a whole, because rows that are written a little at a time cost
-// far more. The last pixels of a row may write a few bytes behind it.
+// A block is rotated here and then copied to the result, because writing many rows a little at a time is far slower.
+// The last pixels of a row may write a few bytes behind it.
 template <std::size_t Size>
-struct TurnedTile {
-  static constexpr std::size_t RowBytes = Tile * Size;
+struct RotatedBlock {
+  static constexpr std::size_t RowBytes = BlockSide * Size;
   static constexpr std::size_t Stride = RowBytes + Bitmap::RowAlignment;
-  alignas(Bitmap::RowAlignment) std::array<std::uint8_t, Tile * Stride> rows;
+  alignas(Bitmap::RowAlignment) std::array<std::uint8_t, BlockSide * Stride> rows;
 };
 
 template <std::size_t Size>
-void TurnBytes(const Turned& turn) {
-  const auto stride = static_cast<std::ptrdiff_t>(turn.from.stride);
-  const std::ptrdiff_t lineStep = turn.clockwise ? -stride : stride;
-  const auto rowStep = static_cast<std::ptrdiff_t>(turn.to.stride) * (turn.clockwise ? 1 : -1);
-  const bool isMuch = turn.to.stride * static_cast<std::size_t>(turn.from.width) >= MuchMemory;
-  TurnedTile<Size> tile;
-  for (std::int32_t column = turn.FirstColumn(); column < turn.EndColumn(); column += Tile) {
-    const std::int32_t columns = std::min(Tile, turn.EndColumn() - column);
-    for (std::int32_t x = 0; x < turn.from.height; x += Tile) {
-      const std::int32_t lines = std::min(Tile, turn.from.height - x);
-      const std::int32_t squareColumns = InSquares(column, columns, turn.from.width, Size);
-      const std::int32_t squareLines = InSquares(x, lines, turn.from.height, Size);
-      const std::uint8_t* const from = turn.Line(x) + static_cast<std::size_t>(column) * Size;
-      std::uint8_t* const to = turn.RowOf(column) + static_cast<std::size_t>(x) * Size;
-      if (isMuch && squareColumns == Tile && squareLines == Tile) {
-        constexpr std::int32_t Together = std::max(8, SquareSide(Size));
-        for (std::int32_t c = 0; c < Tile; c += Together) {
-          // The cache cannot guess which lines come next. This stands here and not in a function of its own, because
-          // the compiler would take out the call of one that changes nothing.
-          const std::int32_t next = x + Tile + c;
-          for (std::int32_t i = next; i < std::min(next + Together, turn.from.height); ++i) {
-            const std::uint8_t* const line = turn.Line(i) + static_cast<std::size_t>(column) * Size;
-            for (std::size_t at = 0; at < Tile * Size; at += Bitmap::RowAlignment) __builtin_prefetch(line + at);
+void Rotate90Bytes(const Rotation90& rotation) {
+  const auto stride = static_cast<std::ptrdiff_t>(rotation.from.stride);
+  const std::ptrdiff_t lineStep = rotation.clockwise ? -stride : stride;
+  const auto rowStep = static_cast<std::ptrdiff_t>(rotation.to.stride) * (rotation.clockwise ? 1 : -1);
+  const bool isMuch = rotation.to.stride * static_cast<std::size_t>(rotation.from.width) >= MuchMemory;
+  RotatedBlock<Size> block;
+  for (std::int32_t column = rotation.FirstColumn(); column < rotation.EndColumn(); column += BlockSide) {
+    const std::int32_t columns = std::min(BlockSide, rotation.EndColumn() - column);
+    for (std::int32_t x = 0; x < rotation.from.height; x += BlockSide) {
+      const std::int32_t lines = std::min(BlockSide, rotation.from.height - x);
+      const std::int32_t tileColumns = InTiles(column, columns, rotation.from.width, Size);
+      const std::int32_t tileLines = InTiles(x, lines, rotation.from.height, Size);
+      const std::uint8_t* const from = rotation.Line(x) + static_cast<std::size_t>(column) * Size;
+      std::uint8_t* const to = rotation.RowOf(column) + static_cast<std::size_t>(x) * Size;
+      if (isMuch && tileColumns == BlockSide && tileLines == BlockSide) {
+        constexpr std::int32_t Together = std::max(8, TileSide(Size));
+        for (std::int32_t c = 0; c < BlockSide; c += Together) {
+          // The hardware cannot predict which lines come next. This is not a function of its own, because the compiler
+          // would remove a call without effect.
+          const std::int32_t next = x + BlockSide + c;
+          for (std::int32_t i = next; i < std::min(next + Together, rotation.from.height); ++i) {
+            const std::uint8_t* const line = rotation.Line(i) + static_cast<std::size_t>(column) * Size;
+            for (std::size_t at = 0; at < BlockSide * Size; at += Bitmap::RowAlignment) __builtin_prefetch(line + at);
           }
           const auto place = static_cast<std::size_t>(c);
-          TurnSquares({from + place * Size, lineStep, Together, Tile, &tile.rows[place * TurnedTile<Size>::Stride],
-                       TurnedTile<Size>::Stride},
-                      Size);
+          TransposeTiles({from + place * Size, lineStep, Together, BlockSide,
+                          &block.rows[place * RotatedBlock<Size>::Stride], RotatedBlock<Size>::Stride},
+                         Size);
         }
-        StreamRows({tile.rows.data(), TurnedTile<Size>::Stride, to, rowStep, Tile, TurnedTile<Size>::RowBytes});
+        StreamRows(
+            {block.rows.data(), RotatedBlock<Size>::Stride, to, rowStep, BlockSide, RotatedBlock<Size>::RowBytes});
         continue;
       }
-      TurnSquares({from, lineStep, squareColumns, squareLines, to, rowStep}, Size);
+      TransposeTiles({from, lineStep, tileColumns, tileLines, to, rowStep}, Size);
       for (std::int32_t c = 0; c < columns; ++c) {
-        for (std::int32_t line = c < squareColumns ? squareLines : 0; line < lines; ++line) {
+        for (std::int32_t line = c < tileColumns ? tileLines : 0; line < lines; ++line) {
           std::memcpy(to + c * rowStep + line * static_cast<std::ptrdiff_t>(Size),
                       from + line * lineStep + c * static_cast<std::ptrdiff_t>(Size), Size);
         }
@@ -195,11 +196,11 @@ struct Diffusion {
   std::int32_t below = 0;
   std::int32_t belowRight = 0;
 
-  // errors[x + 1] is what pixel x was handed; errors[x] takes what is now known of the row below.
+  // above[x + 1] is the error for pixel x; under[x] gets the error for the row below.
   void Step(std::size_t x, const std::uint8_t* levels, const std::int16_t* above, std::int16_t* under,
             std::uint8_t* to) {
     const std::int32_t value = levels[x] + ((above[x + 1] + right + 8) >> 4);
-    // All bits set where it is white.
+    // All bits are set if the pixel is white.
     const std::int32_t white = (127 - value) >> 31;
     to[x] = static_cast<std::uint8_t>(white);
     const std::int32_t error = value - (white & 255);
@@ -240,24 +241,24 @@ void MirrorPacked(std::uint8_t* row, std::size_t pixels, int bitsPerPixel) {
   ShiftLeft(row, count, static_cast<unsigned>(count * 8 - pixels * bits));
 }
 
-void Turn(const Area& from, const TargetArea& to, int bitsPerPixel, bool clockwise, std::int32_t begin,
-          std::int32_t end) {
-  const Turned turn{from, to, clockwise, begin, end};
+void Rotate90(const Area& from, const TargetArea& to, int bitsPerPixel, bool clockwise, std::int32_t begin,
+              std::int32_t end) {
+  const Rotation90 rotation{from, to, clockwise, begin, end};
   switch (bitsPerPixel) {
     case 1:
-      return TurnPacked<1>(turn);
+      return Rotate90Packed<1>(rotation);
     case 4:
-      return TurnPacked<4>(turn);
+      return Rotate90Packed<4>(rotation);
     case 8:
-      return TurnBytes<1>(turn);
+      return Rotate90Bytes<1>(rotation);
     case 24:
-      return TurnBytes<3>(turn);
+      return Rotate90Bytes<3>(rotation);
     default:
-      return TurnBytes<4>(turn);
+      return Rotate90Bytes<4>(rotation);
   }
 }
 
-void Expand(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, int bitsPerPixel, const ByteTable& levels) {
+void UnpackLevels(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, int bitsPerPixel, const Lut& levels) {
   if (bitsPerPixel == 8) {
     for (std::size_t x = 0; x < pixels; ++x) to[x] = levels[from[x]];
   } else if (bitsPerPixel == 4) {
@@ -266,13 +267,13 @@ void Expand(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, int 
       to[x + 1] = levels[from[x / 2] & 15U];
     }
   } else {
-    // Each bit goes to a byte of its own, where it becomes the lowest; times what the two levels differ in.
-    const std::uint64_t ground = EachByte * levels[0];
+    // Spreads the bits to the lowest bits of eight bytes, then multiplies by the difference of the two levels.
+    const std::uint64_t background = EachByte * levels[0];
     const auto difference = static_cast<std::uint64_t>(levels[0] ^ levels[1]);
     for (std::size_t x = 0; x < pixels; x += 8) {
       const std::uint64_t apart = from[x / 8] * EachByte & 0x8040201008040201U;
       const std::uint64_t set = (apart + 0x7F * EachByte) >> 7U & EachByte;
-      StoreWord(to + x, ground ^ set * difference);
+      StoreWord(to + x, background ^ set * difference);
     }
   }
 }
@@ -281,7 +282,7 @@ void AddWeighted(const std::uint8_t* from, std::int32_t* sums, std::size_t count
   for (std::size_t i = 0; i < count; ++i) sums[i] += weight * from[i];
 }
 
-void Narrow(const std::int32_t* sums, std::int16_t* to, std::size_t count) {
+void PackSums(const std::int32_t* sums, std::int16_t* to, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) to[i] = static_cast<std::int16_t>((sums[i] + 128) >> 8);
 }
 

@@ -4,24 +4,25 @@
 #include <cstring>
 #include <vector>
 
-#include "picture/effects/Bands.h"
+#include "picture/effects/ParallelRows.h"
 #include "picture/effects/Pixels.h"
 
 namespace kw {
 namespace {
 
-// What memory brings at a time; where it is more, a line is asked for twice.
+// If the processor's lines are longer, a line is prefetched twice, which is harmless.
 constexpr std::size_t CacheLine = 64;
 
 constexpr std::size_t RoundUp(std::size_t bytes) {
   return (bytes + Bitmap::RowAlignment - 1) / Bitmap::RowAlignment * Bitmap::RowAlignment;
 }
 
-// The old rows that one band still needs.
+// The old rows that a band still needs.
 class Window {
 public:
-  // Takes the rows around the band's first, and those below its end, which another band is about to overwrite.
-  Window(const RowFilter& rowFilter, const Pixels& picturePixels, Band rows, std::int32_t height, std::size_t rowBytes)
+  // Copies the rows around the band's first row, and those below its end: another band overwrites them.
+  Window(const RowFilter& rowFilter, const Pixels& picturePixels, RowBand rows, std::int32_t height,
+         std::size_t rowBytes)
       : filter(rowFilter),
         pixels(picturePixels),
         band(rows),
@@ -56,12 +57,12 @@ public:
   }
 
 private:
-  // Memory brings the row while the one before it is being filtered.
+  // Loads the next row into the caches while this one is being filtered.
   void Prefetch(const std::uint8_t* row) const {
     for (std::size_t i = 0; i < rowSize; i += CacheLine) __builtin_prefetch(row + i);
   }
 
-  // Where the pixels of a row that was taken begin; aligned like a bitmap's rows.
+  // The beginning of a kept row's pixels, aligned like a bitmap's rows.
   std::uint8_t* Slot(std::int32_t index) {
     const std::size_t excess = reinterpret_cast<std::uintptr_t>(memory.data()) % Bitmap::RowAlignment;
     const std::size_t aligned = excess == 0 ? 0 : Bitmap::RowAlignment - excess;
@@ -70,7 +71,7 @@ private:
 
   const RowFilter& filter;
   const Pixels& pixels;
-  Band band;
+  RowBand band;
   std::size_t rowSize;
   std::int32_t kept;
   std::size_t front;
@@ -83,12 +84,12 @@ private:
 
 void FilterRows(Bitmap& picture, const RowFilter& filter) {
   const Pixels pixels(picture);
-  // Every filter reads each row several times.
-  const auto bands = CutIntoBands(picture.Height(), 4 * BytesOf(picture), 2 * filter.radius + 1);
+  // The work is more than the bytes: every filter reads each row several times.
+  const auto bands = CutIntoRowBands(picture.Height(), 4 * BytesOf(picture), 2 * filter.radius + 1);
   std::vector<Window> windows;
   windows.reserve(bands.size());
-  for (const Band& band : bands) windows.emplace_back(filter, pixels, band, picture.Height(), picture.RowBytes());
-  RunTogether(bands.size(), [&](std::size_t i) { windows[i].Run(); });
+  for (const RowBand& band : bands) windows.emplace_back(filter, pixels, band, picture.Height(), picture.RowBytes());
+  ParallelFor(bands.size(), [&](std::size_t i) { windows[i].Run(); });
 }
 
 void TakeRepeated(const std::uint8_t* from, std::uint8_t* to, std::size_t count, std::size_t size, std::size_t margin) {

@@ -8,23 +8,23 @@
 
 namespace kw {
 
-// How a picture is filtered in place: each new row is made of the old rows around it, of which only those few are kept.
+// A filter that works in place: each new row is computed from the old rows around it, and only those are kept.
 struct RowFilter {
   // Rows above and below that a row needs.
   std::int32_t radius = 1;
-  // Bytes that lie before and behind a row that was taken.
+  // Bytes before and behind the pixels of a kept row.
   std::size_t margin = 0;
-  // Bytes of working memory that each thread hands to `make`, besides.
+  // Bytes of scratch memory for `make`.
   std::size_t scratchBytes = 0;
-  // Takes an old row, at the beginning of its pixels, into `to` and fills the margins on both sides. Up to
-  // RowAlignment bytes more behind the margin may be written.
+  // Copies an old row to `to`, the beginning of its pixels, and fills the margins on both sides. May write up to
+  // RowAlignment bytes behind the margin.
   std::function<void(const std::uint8_t* from, std::uint8_t* to)> take;
-  // Makes a row. rows[0] to rows[2 * radius] are the old ones, from `radius` above to `radius` below, beyond the first
-  // and last row of the picture these again. Bytes up to the end of the row's alignment may be written.
+  // Computes a row. rows[0] to rows[2 * radius] are the old rows from `radius` above to `radius` below; outside the
+  // picture its first or last row is repeated. May write up to the end of the row's alignment.
   std::function<void(const std::uint8_t* const* rows, std::uint8_t* to, std::uint8_t* scratch)> make;
 };
 
-// Filters every row. Works in bands where `picture` is large; the functions are called from several threads and must
+// Filters every row. A large picture is filtered in row bands: the functions are called from several threads and must
 // not throw.
 void FilterRows(Bitmap& picture, const RowFilter& filter);
 

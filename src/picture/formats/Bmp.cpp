@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "picture/Bytes.h"
-#include "picture/Recovery.h"
+#include "picture/DamageReport.h"
 #include "picture/Unreadable.h"
 #include "picture/formats/BmpRunLength.h"
 #include "picture/formats/Formats.h"
@@ -24,7 +24,7 @@ enum Compression : std::uint32_t { Plain = 0, RunLength8 = 1, RunLength4 = 2, Bi
 
 constexpr double InchesPerMetre = 1 / 0.0254;
 
-// One channel of a pixel of 16 or 32 bits.
+// A channel of pixels of 16 or 32 bits.
 struct Channel {
   std::uint32_t mask = 0;
   int shift = 0;
@@ -87,7 +87,7 @@ void ReadInfoSizes(BmpHeader& header, std::span<const std::uint8_t> info) {
   header.topDown = height < 0;
   header.height = static_cast<std::uint64_t>(height < 0 ? -std::int64_t{height} : height);
   header.bits = NumberAt<std::uint16_t>(info, 14);
-  // The short headers of OS/2 stop anywhere behind the depth; what they leave out is zero.
+  // The short headers of OS/2 end anywhere behind the depth; the missing fields are zero.
   header.compression = NumberAt<std::uint32_t>(info, 16);
   header.horizontalResolution = NumberAt<std::uint32_t>(info, 24) / InchesPerMetre;
   header.verticalResolution = NumberAt<std::uint32_t>(info, 28) / InchesPerMetre;
@@ -104,7 +104,7 @@ void ReadChannels(BmpHeader& header, std::span<const std::uint8_t> info, std::ui
   } else if (header.bits == 16) {
     header.channels = {Channel(0x7C00), Channel(0x03E0), Channel(0x001F), Channel()};
   } else {
-    // The fourth byte of a plain pixel of 32 bits means nothing.
+    // The fourth byte of an uncompressed pixel of 32 bits has no meaning.
     header.channels = {Channel(0xFF0000), Channel(0x00FF00), Channel(0x0000FF), Channel()};
   }
 }
@@ -133,7 +133,7 @@ BmpHeader ReadHeader(Stream& file) {
   if (infoSize < CoreHeaderSize || infoSize > LargestHeaderSize) RaiseUnreadable("The bitmap's header is not known.");
   if (present < FileHeaderSize + infoSize) RaiseUnreadable("The bitmap is cut short.");
 
-  // The header alone, with zeros where a longer one would go on.
+  // Only the header; the fields of a longer one stay zero.
   std::array<std::uint8_t, LargestHeaderSize> info{};
   std::uint32_t headerEnd = FileHeaderSize + infoSize;
   if (infoSize == InfoHeaderSize) {
@@ -156,7 +156,7 @@ BmpHeader ReadHeader(Stream& file) {
   if (header.bits <= 8) {
     const std::uint32_t most = 1U << header.bits;
     if (header.paletteEntries == 0 || header.paletteEntries > most) header.paletteEntries = most;
-    // Some writers leave the unused end of the palette out and do not say so.
+    // Some writers omit the unused end of the palette without saying so.
     if (header.pixelOffset > headerEnd) {
       header.paletteEntries =
           std::min(header.paletteEntries, (header.pixelOffset - headerEnd) / header.paletteEntrySize);
@@ -204,10 +204,10 @@ void DecodeMasked(const BmpHeader& header, std::span<const std::uint8_t> from, s
   }
 }
 
-// Returns how many rows there are.
+// Returns the number of rows.
 std::int32_t ReadRows(Stream& file, const BmpHeader& header, Bitmap& page) {
   const std::uint64_t fileRow = (header.width * header.bits + 31) / 32 * 4;
-  // The padding of the last row may be left out.
+  // The padding of the last row may be missing.
   const auto usedBytes = static_cast<std::size_t>((header.width * header.bits + 7) / 8);
   if (!file.Seek(header.pixelOffset)) RaiseUnreadable("The file cannot be read.");
   std::vector<std::uint8_t> row(static_cast<std::size_t>(fileRow));
@@ -244,12 +244,12 @@ public:
     if (runs && !file.Seek(header.pixelOffset)) RaiseUnreadable("The file cannot be read.");
     const std::int32_t rows = runs ? DecodeRunLength(file, header.topDown, page) : ReadRows(file, header, page);
     if (rows == 0) RaiseUnreadable("The bitmap is cut short.");
-    Recovery recovery;
+    DamageReport damage;
     if (rows < page.Height()) {
       const std::int32_t missing = page.Height() - rows;
-      recovery.MissRows(page, header.topDown ? rows : 0, header.topDown ? page.Height() : missing);
+      damage.MissRows(page, header.topDown ? rows : 0, header.topDown ? page.Height() : missing);
     }
-    warning = recovery.Finish(page, "The bitmap is cut short.");
+    warning = damage.Finish(page, "The bitmap is cut short.");
     return page;
   }
 
@@ -284,7 +284,7 @@ void WriteBmp(const Bitmap& picture, Stream& to, const WriteOptions& /*options*/
   const std::size_t fileRow = (picture.RowBytes() + 3) / 4 * 4;
   const std::uint64_t pixelBytes = std::uint64_t{fileRow} * static_cast<std::uint64_t>(picture.Height());
   std::vector<Rgb> palette(picture.Palette().begin(), picture.Palette().end());
-  // An empty palette would stand for one of full length.
+  // An empty palette would mean one of full length.
   if (palette.empty() && picture.BitsPerPixel() <= 8) palette.resize(1);
   const std::uint64_t pixelOffset = FileHeaderSize + infoSize + palette.size() * 4;
   if (pixelOffset + pixelBytes > std::numeric_limits<std::uint32_t>::max()) {
@@ -326,6 +326,6 @@ void WriteBmp(const Bitmap& picture, Stream& to, const WriteOptions& /*options*/
 
 }  // namespace
 
-const PictureFormat BmpFormat{"BMP", {"bmp", "dib"}, RecogniseBmp, OpenBmp, WriteBmp, nullptr};
+const PictureFormat BmpFormat{"BMP", BmpExtensions, RecogniseBmp, OpenBmp, WriteBmp, nullptr};
 
 }  // namespace kw

@@ -6,7 +6,7 @@
 namespace kw {
 namespace {
 
-// The bytes of a stream one at a time.
+// Reads a stream byte by byte.
 class ByteReader {
 public:
   explicit ByteReader(Stream& stream) : file(stream) {}
@@ -34,7 +34,7 @@ public:
   RunLengthDecoder(Stream& file, bool fromTop, Bitmap& target)
       : bytes(file), topDown(fromTop), page(target), fourBits(target.BitsPerPixel() == 4) {}
 
-  // Returns how many rows there are.
+  // Returns the number of rows.
   std::int32_t Run() {
     std::uint8_t count = 0;
     std::uint8_t value = 0;
@@ -103,21 +103,21 @@ private:
       row[place / 2] = static_cast<std::uint8_t>((row[place / 2] & 0xF0U) | value);
   }
 
-  // A byte that has to be there.
+  // Reads a byte that must be there.
   std::uint8_t Required() {
     std::uint8_t byte = 0;
     atEnd = !bytes.Next(byte) || atEnd;
     return byte;
   }
 
-  // A row ends at its end mark, which may be missing behind a full last one.
+  // A row ends at its end mark, which a full last row need not have.
   std::int32_t WholeRows() const { return y + (x >= page.Width() && y < page.Height() ? 1 : 0); }
 
   ByteReader bytes;
   bool topDown;
   Bitmap& page;
   bool fourBits;
-  // The bytes ended where one had to be.
+  // The bytes ended too early.
   bool atEnd = false;
   std::int32_t x = 0;
   std::int32_t y = 0;

@@ -4,12 +4,12 @@
 #include "picture/Unreadable.h"
 #include "picture/formats/Formats.h"
 #include "picture/formats/TiffAppend.h"
-#include "picture/formats/TiffWrite.h"
+#include "picture/formats/TiffParts.h"
 
 namespace kw {
 namespace {
 
-// docs/fmf.md says what these mean.
+// See docs/fmf.md.
 constexpr std::array<std::uint8_t, 16> Header{'I', 'I', 42, 0, 0, 0, 0, 0, 'F', 'M', 'F', '-', 0x0D, 0x0A, 0x1A, 0x0A};
 constexpr std::size_t SignatureAt = 8;
 constexpr std::uint16_t VersionTag = 65100;
@@ -31,12 +31,12 @@ void RequireKnownVersion(Stream& file) {
   }
 }
 
-// A new document of that page.
+// Writes a new document of one page.
 void Begin(Stream& page, Stream& to) {
   if (!AppendFmf(to)->Append(page)) RaiseUnreadable("The picture cannot be written as FMF.");
 }
 
-// The pages of the TIFF file that it is.
+// An FMF file is a TIFF file, too: its pages are read as TIFF.
 class FmfSource : public PictureSource {
 public:
   FmfSource(Stream& file, const ReadLimits& limits) : pages(TiffFormat.open(file, limits)) {}
@@ -78,6 +78,6 @@ void WriteFmf(const Bitmap& picture, Stream& to, const WriteOptions& options) {
 
 }  // namespace
 
-const PictureFormat FmfFormat{"FMF", {"fmf"}, RecogniseFmf, OpenFmf, WriteFmf, AppendFmf};
+const PictureFormat FmfFormat{"FMF", FmfExtensions, RecogniseFmf, OpenFmf, WriteFmf, AppendFmf};
 
 }  // namespace kw

@@ -1,17 +1,17 @@
 #pragma once
 
 #include "picture/PictureFormat.h"
+#include "picture/formats/FormatList.h"
 
 namespace kw {
 
 inline constexpr double CentimetresPerInch = 2.54;
 
-// The formats, one file each. Whoever adds one adds its row here and to the table of PictureFormat.cpp.
-// A document of this format is a TIFF file too, and is recognised before it.
-extern const PictureFormat FmfFormat;
-extern const PictureFormat TiffFormat;
-extern const PictureFormat JpegFormat;
-extern const PictureFormat GifFormat;
-extern const PictureFormat BmpFormat;
+// Of every format in the list: NameFormat and NameExtensions.
+#define KW_DECLARE_FORMAT(Name, ...)       \
+  extern const PictureFormat Name##Format; \
+  inline constexpr PictureFormat::Extensions Name##Extensions{__VA_ARGS__};
+KW_FORMATS(KW_DECLARE_FORMAT)
+#undef KW_DECLARE_FORMAT
 
 }  // namespace kw

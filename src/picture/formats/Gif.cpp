@@ -6,7 +6,6 @@
 #include "picture/Unreadable.h"
 #include "picture/formats/Formats.h"
 #include "picture/formats/GifPages.h"
-#include "picture/formats/GifWrite.h"
 
 namespace kw {
 namespace {
@@ -25,7 +24,7 @@ public:
       RequirePageFits(frame.width, frame.height, 8, limits);
       places.push_back(place);
       frameBits.push_back(static_cast<std::int16_t>(decoder.Colours()->BitsPerPixel));
-      // A frame that the file's end cuts off is the last one.
+      // A frame that is cut off by the file's end is the last one.
       good = decoder.SkipPixels(frame);
     }
     if (places.empty()) RaiseUnreadable("The GIF holds no picture.");
@@ -38,7 +37,7 @@ public:
     return frameBits[static_cast<std::size_t>(page - 1)];
   }
 
-  // A frame is drawn on a canvas of this size.
+  // Frames are drawn on a canvas of this size.
   PageSize StatedSize(Stream& file, std::int32_t /*page*/) override {
     const GifDecoder decoder(file);
     return {decoder.Width(), decoder.Height()};
@@ -71,6 +70,6 @@ std::unique_ptr<PictureSource> OpenGif(Stream& file, const ReadLimits& limits) {
 
 }  // namespace
 
-const PictureFormat GifFormat{"GIF", {"gif"}, RecogniseGif, OpenGif, WriteGif, nullptr};
+const PictureFormat GifFormat{"GIF", GifExtensions, RecogniseGif, OpenGif, WriteGif, nullptr};
 
 }  // namespace kw

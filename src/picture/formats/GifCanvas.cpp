@@ -43,7 +43,7 @@ void GifCanvas::Cover(Bitmap page, const GifFrame& frame) {
   picture = std::move(page);
 }
 
-Bitmap GifCanvas::Ground() const {
+Bitmap GifCanvas::Background() const {
   GifCanvas next = *this;
   next.Dispose();
   return std::move(next.picture);

@@ -9,23 +9,23 @@ inline constexpr Rgb GifPaper{255, 255, 255};
 
 Rgb GifColourOf(const ColorMapObject* colours, std::size_t index);
 
-// The frames drawn one over the other, in 24 bits.
+// Draws the frames one over the other, in 24 bits.
 class GifCanvas {
 public:
-  // `page` is what the next frame is drawn on.
+  // `page` is the background of the next frame.
   explicit GifCanvas(Bitmap page) : picture(std::move(page)) {}
 
-  // False where rows of the frame are missing; they show what was drawn before.
+  // False if rows of the frame are missing; there the background stays visible.
   bool Draw(GifDecoder& decoder, const GifFrame& frame);
-  // The same for a frame that covers the whole page and was decoded elsewhere.
+  // As Draw, for a frame that covers the whole page and is decoded already.
   void Cover(Bitmap page, const GifFrame& frame);
 
   const Bitmap& Picture() const { return picture; }
-  // What the next frame is drawn on.
-  Bitmap Ground() const;
+  // The background of the next frame.
+  Bitmap Background() const;
 
 private:
-  // Does what the previous frame asked for.
+  // Applies the disposal method of the previous frame.
   void Dispose();
 
   Bitmap picture;

@@ -47,7 +47,7 @@ bool GifCodes::TakeCode(unsigned code) {
     pixelsLeft = 0;
     return true;
   }
-  // The code that is just being made repeats the last one and its first pixel.
+  // The code that is just being defined repeats the last one and its first pixel.
   const bool beingMade = !fresh && code == next && next < MostCodes;
   if (code >= next && !beingMade) return false;
   if (fresh && code > clearCode) return false;

@@ -6,15 +6,15 @@
 
 namespace kw {
 
-// Walks through the codes of a GIF frame without decoding it, and tells whether each is one that has been made by then.
-// The codec library takes any code and makes up pixels for those that mean nothing.
+// Checks the LZW codes of a GIF frame without decoding it: each must be in the dictionary when it occurs. The codec
+// library accepts any code and invents pixels for undefined ones.
 class GifCodes {
 public:
-  // `size` is the frame's own smallest code size in bits, `pixelCount` what it has to hold; what comes behind these
-  // pixels does not matter.
+  // `size` is the frame's smallest code size in bits, `pixelCount` the number of its pixels; codes behind these pixels
+  // do not matter.
   GifCodes(int size, std::uint64_t pixelCount);
 
-  // The next coded bytes. False from the first code on that is out of range.
+  // Takes the next coded bytes. False from the first undefined code on.
   bool Take(std::span<const std::uint8_t> bytes);
 
 private:
@@ -31,7 +31,7 @@ private:
   std::uint32_t bits = 0;
   unsigned bitCount = 0;
   unsigned width = 0;
-  // The code that the next one makes, and how many pixels each stands for.
+  // The code that will be defined next, and the number of pixels of each code.
   unsigned next = 0;
   bool fresh = true;
   std::array<std::uint32_t, MostCodes> lengths{};

@@ -34,7 +34,7 @@ void GifDecoder::GoTo(std::uint64_t place) {
 bool GifDecoder::Next(GifFrame& frame) {
   frame = {};
   for (;;) {
-    // The end mark is often left out; the file then ends between two records.
+    // Many files have no end mark; they end between two records.
     if (file.Position() == file.Size()) return false;
     GifRecordType record = UNDEFINED_RECORD_TYPE;
     Require(DGifGetRecordType(codec, &record));
@@ -86,7 +86,7 @@ void GifDecoder::ReadExtension(GifFrame& frame) {
 
 void GifDecoder::ReadDescription(GifFrame& frame) {
   Require(DGifGetImageDesc(codec));
-  // The library keeps a list of all frames, which it copies for each frame more.
+  // The library keeps a list of all frames and copies it for each new frame.
   GifFreeSavedImages(codec);
   codec->SavedImages = nullptr;
   codec->ImageCount = 0;

@@ -19,10 +19,10 @@ struct GifFrame {
   int disposal = DISPOSAL_UNSPECIFIED;
 };
 
-// A pass through the frames of a file. Everything raises InvalidPicture for damaged data.
+// Iterates over the frames of a file. All operations raise InvalidPicture for damaged data.
 class GifDecoder {
 public:
-  // Begins with the first frame.
+  // Starts before the first frame.
   explicit GifDecoder(Stream& stream);
   GifDecoder(const GifDecoder&) = delete;
   GifDecoder& operator=(const GifDecoder&) = delete;
@@ -31,19 +31,19 @@ public:
   std::size_t Width() const { return static_cast<std::size_t>(codec->SWidth); }
   std::size_t Height() const { return static_cast<std::size_t>(codec->SHeight); }
 
-  // Between two frames: where the records of the next one begin.
+  // Between two frames: the position of the next one's records.
   std::uint64_t Place() const { return file.Position(); }
-  // Goes on at a place where a pass through the same file was.
+  // Continues at a position that Place() returned for the same file.
   void GoTo(std::uint64_t place);
 
-  // Goes on to the next frame; false behind the last.
+  // Moves to the next frame; false behind the last.
   bool Next(GifFrame& frame);
 
-  // False where the file ends before the pixels do. Raises InvalidPicture for a code out of range.
+  // False if the file ends before the pixels do. Raises InvalidPicture for an undefined code.
   bool SkipPixels(const GifFrame& frame);
 
-  // Calls take(y, row of palette indices) for each row, in the order of the file, as far as the rows can be decoded.
-  // Returns how many those are.
+  // Calls take(y, row of palette indices) for each row that can be decoded, in the order of the file. Returns their
+  // number.
   template <typename Take>
   std::size_t ReadPixels(const GifFrame& frame, const Take& take) {
     std::vector<GifPixelType> row(frame.width);

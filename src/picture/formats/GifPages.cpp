@@ -5,9 +5,9 @@
 #include <utility>
 
 #include "components/base/RunTimeError.h"
+#include "picture/DamageReport.h"
 #include "picture/Depth.h"
 #include "picture/LimitedStream.h"
-#include "picture/Recovery.h"
 #include "picture/Unreadable.h"
 #include "picture/formats/Formats.h"
 
@@ -15,7 +15,7 @@ namespace kw {
 namespace {
 
 constexpr const char* CutShort = "The GIF data is damaged or cut short.";
-// Memory for drawn pages, where the number of pages asks for no more.
+// Memory for drawn pages, unless the number of pages asks for more.
 constexpr std::uint64_t KeptBytes = std::uint64_t{64} * 1024 * 1024;
 
 int DepthOf(const ColorMapObject* colours) { return colours->ColorCount <= 2 ? 1 : colours->ColorCount <= 16 ? 4 : 8; }
@@ -48,7 +48,7 @@ Bitmap GifPages::Read(Stream& file, std::int32_t page, std::string& warning) {
   return picture;
 }
 
-// A frame that covers the page keeps its palette; what is transparent in it shows paper.
+// A frame that covers the page keeps its palette; its transparent colour shows white.
 void GifPages::DecodeFirst(Stream& file) {
   GifDecoder decoder(file);
   firstFrame = FrameAt(decoder, places.front());
@@ -76,17 +76,17 @@ void GifPages::DecodeFirst(Stream& file) {
     const std::size_t rows = decoder.ReadPixels(firstFrame, take);
     isFirstEmpty = rows == 0;
     if (rows < firstFrame.height) firstDamaged = 1;
-    Recovery recovery;
+    DamageReport damage;
     for (std::int32_t y = 0; y < page.Height(); ++y) {
-      if (!present[static_cast<std::size_t>(y)]) recovery.MissRows(page, y, y + 1);
+      if (!present[static_cast<std::size_t>(y)]) damage.MissRows(page, y, y + 1);
     }
-    firstWarning = recovery.Finish(page, CutShort);
+    firstWarning = damage.Finish(page, CutShort);
     first = std::move(page);
   }
   isFirstKnown = true;
 }
 
-// Pages and grounds take about the same memory.
+// Balances the memory for pages and for backgrounds.
 void GifPages::ChooseSpan(const GifDecoder& decoder) {
   const std::uint64_t page =
       PixelMemory(static_cast<std::int32_t>(decoder.Width()), static_cast<std::int32_t>(decoder.Height()), 24);
@@ -97,9 +97,9 @@ void GifPages::ChooseSpan(const GifDecoder& decoder) {
 
 GifCanvas GifPages::CanvasBehind(std::size_t frames, const GifDecoder& decoder) {
   if (frames != 0) {
-    MemoryReader ground(grounds[frames / span - 1].Bytes());
+    MemoryReader background(backgrounds[frames / span - 1].Bytes());
     std::string none;
-    return GifCanvas(TiffFormat.open(ground, limits)->Read(ground, 1, none));
+    return GifCanvas(TiffFormat.open(background, limits)->Read(background, 1, none));
   }
   Bitmap page = NewUnfilledPage(decoder.Width(), decoder.Height(), 24, limits);
   for (std::int32_t y = 0; y < page.Height(); ++y) std::ranges::fill(page.MutableRow(y), std::uint8_t{255});
@@ -107,16 +107,16 @@ GifCanvas GifPages::CanvasBehind(std::size_t frames, const GifDecoder& decoder) 
 }
 
 void GifPages::Keep(const GifCanvas& behind) {
-  LimitedStream room(grounds.emplace_back(), limits.pageMemory - groundBytes);
+  LimitedStream limited(backgrounds.emplace_back(), limits.pageMemory - backgroundBytes);
   try {
-    TiffFormat.write(behind.Ground(), room, {});
+    TiffFormat.write(behind.Background(), limited, {});
   } catch (...) {
-    grounds.clear();
-    groundBytes = 0;
-    room.RaiseIfFull();
+    backgrounds.clear();
+    backgroundBytes = 0;
+    limited.RaiseIfFull();
     throw;
   }
-  groundBytes += room.Size();
+  backgroundBytes += limited.Size();
 }
 
 Bitmap GifPages::ReadDrawn(Stream& file, std::size_t wanted) {
@@ -124,8 +124,8 @@ Bitmap GifPages::ReadDrawn(Stream& file, std::size_t wanted) {
   GifDecoder decoder(file);
   if (span == 0) ChooseSpan(decoder);
   const std::size_t begin = (wanted - 1) / span * span;
-  const std::size_t reached = std::min(begin / span, grounds.size()) * span;
-  // Where anything fails on the way, the next reader begins at a ground.
+  const std::size_t reached = std::min(begin / span, backgrounds.size()) * span;
+  // If anything fails on the way, the next call begins at a kept background.
   std::optional<GifCanvas> current = std::exchange(canvas, std::nullopt);
   std::size_t frames = drawn;
   if (!current || frames >= wanted || frames < reached) {
@@ -137,7 +137,7 @@ Bitmap GifPages::ReadDrawn(Stream& file, std::size_t wanted) {
     if (frames % span == 0) {
       kept.clear();
       firstKept = frames + 1;
-      if (jumps && frames != 0 && grounds.size() + 1 == frames / span) Keep(*current);
+      if (jumps && frames != 0 && backgrounds.size() + 1 == frames / span) Keep(*current);
     }
     if (frames == 0 && !first.IsEmpty()) {
       current->Cover(ToDepth(first, 24), firstFrame);

@@ -11,17 +11,17 @@ namespace kw {
 
 // The pages of a GIF: each frame drawn over all before it.
 //
-// Who walks forward draws each frame once. Who walks from the last page to the first draws each at most twice: on the
-// way to the last page, what every `span`-th frame left is kept, coded, and from there on the pages in between are
-// drawn again and kept as they are.
+// Reading the pages forward draws each frame once. Reading them backward draws each at most twice: on the way to the
+// last page, the background after every `span`-th frame is kept in coded form; later the pages from one background to
+// the next are drawn again and kept as they are.
 class GifPages {
 public:
-  // `framePlaces`: where the records of each frame begin.
+  // `framePlaces`: the positions of each frame's records in the file.
   GifPages(std::vector<std::uint64_t> framePlaces, const ReadLimits& readLimits)
       : places(std::move(framePlaces)), limits(readLimits) {}
 
-  // `file` has the same bytes each time; `page` counts from 1. Raises DiskFull where what has to be kept takes more
-  // memory than a page may.
+  // `file` has the same bytes each time; `page` counts from 1. Raises DiskFull if the backgrounds take more memory than
+  // a page may.
   Bitmap Read(Stream& file, std::int32_t page, std::string& warning);
 
 private:
@@ -33,24 +33,28 @@ private:
 
   std::vector<std::uint64_t> places;
   ReadLimits limits;
-  // The first frame, where it covers the whole page, with its own palette.
+  // The first frame with its own palette, if it covers the whole page.
   Bitmap first;
   GifFrame firstFrame;
   std::string firstWarning;
   bool isFirstKnown = false;
   bool isFirstEmpty = false;
-  // Frames between two grounds that are kept; grounds[i] is what is drawn on behind frame (i + 1) * span.
+  // The number of frames from one kept background to the next; backgrounds[i] follows frame (i + 1) * span.
   std::size_t span = 0;
-  std::deque<MemoryFile> grounds;
-  std::uint64_t groundBytes = 0;
-  // The first `drawn` frames.
+  std::deque<MemoryFile> backgrounds;
+  std::uint64_t backgroundBytes = 0;
+  // The first `drawn` frames, drawn.
   std::optional<GifCanvas> canvas;
   std::size_t drawn = 0;
   // The pages from `firstKept` on.
   std::vector<Bitmap> kept;
   std::size_t firstKept = 1;
-  // The first page that a frame with missing rows was drawn on, as far as is known.
+  // The first page that has a frame with missing rows, as far as is known.
   std::size_t firstDamaged = MostPages + 1;
 };
+
+// Writes a GIF file of one frame, without loss up to 8 bits per pixel; deeper pictures get a palette. If there is
+// alpha, pixels that are more transparent than opaque get the transparent colour.
+void WriteGif(const Bitmap& picture, Stream& to, const WriteOptions& options);
 
 }  // namespace kw

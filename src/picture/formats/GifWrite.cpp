@@ -1,5 +1,3 @@
-#include "picture/formats/GifWrite.h"
-
 #include <algorithm>
 #include <array>
 #include <limits>
@@ -10,18 +8,19 @@
 
 #include "picture/Depth.h"
 #include "picture/Unreadable.h"
+#include "picture/formats/GifPages.h"
 
 namespace kw {
 namespace {
 
-// From here on a pixel counts as opaque.
+// A pixel of at least this alpha counts as opaque.
 constexpr std::uint8_t HalfAlpha = 128;
 
 int WriteFile(GifFileType* codec, const GifByteType* from, int count) {
   return static_cast<int>(static_cast<Stream*>(codec->UserData)->Write(from, static_cast<std::size_t>(count)));
 }
 
-// One file being written.
+// A file that is being written.
 class GifEncoder {
 public:
   explicit GifEncoder(Stream& to) {
@@ -36,7 +35,7 @@ public:
     if (codec != nullptr) EGifCloseFile(codec, nullptr);
   }
 
-  // `transparent` is a palette index, or none.
+  // `transparent` is the palette index of the transparent colour, if there is one.
   void Write(const Bitmap& picture, std::optional<int> transparent) {
     std::array<GifColorType, 256> entries{};
     std::ranges::transform(picture.Palette(), entries.begin(), [](const Rgb& c) {
@@ -92,8 +91,8 @@ int Distance(Rgb a, Rgb b) {
   return red * red + green * green + blue * blue;
 }
 
-// Gives back a palette index that no pixel has: the first behind a palette that is not full, else that of the rarest
-// colour, whose pixels take the nearest other one.
+// Returns a palette index that no pixel has: the first behind a palette that is not full, else that of the rarest
+// colour, whose pixels get the nearest other colour.
 int FreeIndex(Bitmap& indexed) {
   std::vector<Rgb> palette(indexed.Palette().begin(), indexed.Palette().end());
   if (palette.size() < 256) {

@@ -9,9 +9,9 @@
 #include <jpeglib.h>
 
 #include "components/base/RunTimeError.h"
+#include "picture/DamageReport.h"
 #include "picture/Depth.h"
 #include "picture/Orientation.h"
-#include "picture/Recovery.h"
 #include "picture/Unreadable.h"
 #include "picture/formats/Formats.h"
 #include "picture/formats/TiffDirectory.h"
@@ -22,16 +22,16 @@ namespace {
 constexpr std::size_t BlockSize = std::size_t{64} * 1024;
 constexpr int ExifMarker = JPEG_APP0 + 1;
 constexpr unsigned LongestMarker = 65535;
-// Each scan of a progressive picture is decoded over the whole of it, however few bytes the scan has.
+// Decoding a scan of a progressive picture takes the time of the whole picture, however few bytes the scan has.
 constexpr int MostScans = 500;
 
-// libjpeg reports an error by leaving it with a long jump. Its calls are therefore made inside Trapped() only, in steps
-// that own nothing: the jump runs no destructor.
+// libjpeg reports an error by longjmp. It is therefore called only inside Trapped(), in steps that own nothing: the
+// jump runs no destructors.
 struct Trap {
   jpeg_error_mgr manager{};
   std::jmp_buf jump{};
   std::array<char, JMSG_LENGTH_MAX> message{};
-  // The decoder had to make up coded data because there was none left, first when it had made so many rows.
+  // The coded data ended too early, after the decoder had made `rowsBefore` rows.
   bool ranDry = false;
   JDIMENSION rowsBefore = 0;
 };
@@ -74,7 +74,7 @@ bool Trapped(Trap& trap, const Step& step) {
 
 std::string Reason(const Trap& trap) { return std::string("The JPEG data is damaged: ") + trap.message.data() + "."; }
 
-// The stream as libjpeg's source of bytes.
+// libjpeg's data source, from a stream.
 struct JpegInput {
   jpeg_source_mgr manager{};
   Stream* file = nullptr;
@@ -138,7 +138,7 @@ public:
 
   int Depth() const { return codec.num_components == 1 ? 8 : 24; }
 
-  // What has to be in memory besides the page until the last scan was read.
+  // Memory that is needed besides the page until the last scan has been read.
   std::uint64_t CoefficientMemory() {
     if (jpeg_has_multiple_scans(&codec) == 0) return 0;
     const auto rounded = [](JDIMENSION blocks, int step) {
@@ -153,7 +153,7 @@ public:
     return blocks * DCTSIZE2 * sizeof(JCOEF);
   }
 
-  // Decodes all rows that can be; returns what to say about those that are missing.
+  // Decodes all rows that can be decoded; returns a warning about missing ones.
   std::string ReadRows(Bitmap& page) {
     const bool inks = codec.num_components == 4;
     codec.out_color_space = inks ? JCS_CMYK : codec.num_components == 1 ? JCS_GRAYSCALE : JCS_EXT_BGR;
@@ -167,18 +167,18 @@ public:
       if (inks) FromInks(inkRow, row);
     }
     const std::string reason = rows == page.Height() ? "The JPEG data is cut short." : Reason(trap);
-    // What lies behind the last row does not matter, unless later scans would have refined the rows.
+    // Data behind the last row do not matter, unless later scans would have refined the rows.
     const bool refined = jpeg_has_multiple_scans(&codec) != 0;
     if (refined && source.atEnd) {
-      constexpr int leastScans = 2;  // so the first one is whole
+      constexpr int leastScans = 2;  // the first scan is whole
       if (codec.input_scan_number < leastScans) RaiseUnreadable(reason);
       return reason + " Details or colours are missing.";
     }
     if (source.atEnd && trap.ranDry) rows = std::min(rows, static_cast<std::int32_t>(trap.rowsBefore));
     if (rows == 0) RaiseUnreadable(reason);
-    Recovery recovery;
-    if (rows < page.Height()) recovery.MissRows(page, rows, page.Height());
-    return recovery.Finish(page, reason);
+    DamageReport damage;
+    if (rows < page.Height()) damage.MissRows(page, rows, page.Height());
+    return damage.Finish(page, reason);
   }
 
 private:
@@ -188,7 +188,7 @@ private:
   }
 
   void FromInks(std::span<const std::uint8_t> from, std::span<std::uint8_t> to) const {
-    // Adobe's programs store how much paper shows, others how much ink there is.
+    // Adobe's programs store inverted inks.
     const unsigned flip = codec.saw_Adobe_marker != 0 ? 0 : 255;
     for (std::size_t in = 0, out = 0; in < from.size(); in += 4, out += 3) {
       const unsigned black = from[in + 3] ^ flip;
@@ -209,7 +209,7 @@ void SetJpegResolution(const jpeg_decompress_struct& codec, Bitmap& page) {
   page.SetResolution(codec.X_density * perInch, codec.Y_density * perInch);
 }
 
-// How the camera was held, from the Exif data, which are a TIFF file without pixels behind a mark of six bytes.
+// The orientation in the Exif data, which are a mark of six bytes and a TIFF file without pixels.
 Orientation OrientationOf(const jpeg_decompress_struct& codec) {
   constexpr std::array<std::uint8_t, 6> mark{'E', 'x', 'i', 'f', 0, 0};
   for (const auto* marker = codec.marker_list; marker != nullptr; marker = marker->next) {
@@ -270,7 +270,7 @@ std::unique_ptr<PictureSource> OpenJpeg(Stream& file, const ReadLimits& limits) 
   return std::make_unique<JpegSource>(file, limits);
 }
 
-// The stream as libjpeg's destination.
+// libjpeg's data destination, to a stream.
 struct Destination {
   jpeg_destination_mgr manager{};
   Stream* file = nullptr;
@@ -314,7 +314,7 @@ public:
   void Write(const Bitmap& picture, int quality) {
     Try([&] { Start(picture, quality); });
     for (std::int32_t y = 0; y < picture.Height(); ++y) {
-      // libjpeg takes rows to write as if it could change them.
+      // libjpeg's interface takes rows as non-const but does not change them.
       auto* row = const_cast<JSAMPLE*>(picture.Row(y).data());
       Try([this, &row] { jpeg_write_scanlines(&codec, &row, 1); });
     }
@@ -339,7 +339,7 @@ private:
     codec.in_color_space = grey ? JCS_GRAYSCALE : JCS_EXT_BGR;
     jpeg_set_defaults(&codec);
     jpeg_set_quality(&codec, quality, TRUE);
-    // Coloured writing on a page frays where colour is stored more coarsely than brightness.
+    // Chroma subsampling would fray coloured writing.
     if (quality >= fineColour) codec.comp_info[0].h_samp_factor = codec.comp_info[0].v_samp_factor = 1;
     SetDensity(picture);
     jpeg_start_compress(&codec, TRUE);
@@ -368,6 +368,6 @@ void WriteJpeg(const Bitmap& picture, Stream& to, const WriteOptions& options) {
 
 }  // namespace
 
-const PictureFormat JpegFormat{"JPEG", {"jpg", "jpeg", "jpe"}, RecogniseJpeg, OpenJpeg, WriteJpeg, nullptr};
+const PictureFormat JpegFormat{"JPEG", JpegExtensions, RecogniseJpeg, OpenJpeg, WriteJpeg, nullptr};
 
 }  // namespace kw

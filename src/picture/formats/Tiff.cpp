@@ -4,8 +4,7 @@
 #include "picture/formats/TiffBounds.h"
 #include "picture/formats/TiffCopy.h"
 #include "picture/formats/TiffDirectory.h"
-#include "picture/formats/TiffRead.h"
-#include "picture/formats/TiffWrite.h"
+#include "picture/formats/TiffParts.h"
 
 namespace kw {
 namespace {
@@ -77,6 +76,6 @@ std::unique_ptr<PageAppender> AppendTiff(Stream& document) {
 
 }  // namespace
 
-const PictureFormat TiffFormat{"TIFF", {"tif", "tiff"}, RecogniseTiff, OpenTiff, WriteTiff, AppendTiff};
+const PictureFormat TiffFormat{"TIFF", TiffExtensions, RecogniseTiff, OpenTiff, WriteTiff, AppendTiff};
 
 }  // namespace kw

@@ -8,14 +8,14 @@ namespace kw {
 namespace {
 
 constexpr std::uint64_t LinkAlignment = 4;
-// The count of entries in front of a directory's entries, whose size is a multiple of four.
+// The number of entries precedes a directory's entries, whose size is a multiple of four.
 constexpr std::uint64_t CountBytes = 2;
-// What a page's directory may need beyond its own file.
+// Bytes that a page's directory may need beyond its own file.
 constexpr std::uint64_t Slack = 1024;
 
 [[noreturn]] void RaiseUnwritten() { RaiseUnreadable("The picture cannot be written."); }
 
-// A document whose size cannot be told must not pass for an empty one.
+// A document of unknown size must not be taken for an empty one.
 std::uint64_t SizeOf(Stream& document) {
   const std::uint64_t size = document.Size();
   if (document.HasFailed()) RaiseUnwritten();
@@ -44,7 +44,7 @@ bool TiffAppender::Append(Stream& page) {
   if (end + page.Size() + Slack > std::numeric_limits<std::uint32_t>::max()) {
     RaiseUnreadable("The document would be larger than 4 GB.");
   }
-  // Where the link of a directory that begins here lies at a multiple of its own size.
+  // Aligns the directory so that its link lies at a multiple of its own size.
   const std::uint64_t directory = (end + CountBytes + LinkAlignment - 1) / LinkAlignment * LinkAlignment - CountBytes;
   const TiffStructure structure(page);
   const auto linkOfPage = CopyTiffPageInto(structure, page, structure.Directories().front(), to, directory, mark);

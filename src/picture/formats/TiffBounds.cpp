@@ -19,7 +19,7 @@ public:
     left -= bytes;
   }
 
-  // Of a piece that begins there, what the file has.
+  // How much of a piece that begins there is inside the file.
   void TakePiece(std::uint64_t position, std::uint64_t size) {
     if (position < fileSize) Take(std::min(size, fileSize - position));
   }

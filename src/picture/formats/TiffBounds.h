@@ -9,18 +9,17 @@
 
 namespace kw {
 
-// A sound file names each of its bytes about once. In a hostile one many pages, or many strips, name the same bytes:
-// reading or copying all of them would take any time and any room on the disk. So what is named, a byte as often as it
-// is named, may be at most four times the file; all of this raises InvalidPicture where it is more.
+// A sound file refers to each of its bytes about once. In a hostile file many pages or strips refer to the same bytes,
+// and reading or copying them would take any time and any space on the disk. So all parts together may have at most
+// four times the file's size; the functions below raise InvalidPicture if they have more.
 
 // Counts directories, values and coded bytes of all pages.
 void RequireBoundedPages(const TiffStructure& structure, Stream& file);
 
-// Counts what libtiff would read for the selected page: it guesses sizes that the file does not say.
+// Counts the bytes that libtiff would read for the selected page: it guesses sizes that the file does not state.
 void RequireBoundedPieces(const TiffHandle& tiff, std::uint64_t fileSize);
 
-// Raises InvalidPicture where the tiles of the selected page, which are decoded as a whole, are more than a page may
-// be.
+// Raises InvalidPicture if the tiles of the selected page, which are decoded as a whole, exceed the limits of a page.
 void RequireTilesFit(const TiffHandle& tiff, int bitsPerPixel, const ReadLimits& limits);
 
 // Calls take() with the coded bytes of each strip or tile of the selected page, as they are stored.

@@ -27,7 +27,7 @@ struct Pieces {
   std::vector<std::uint64_t> sizes;
 };
 
-// Empty where the page is not laid out soundly.
+// Empty if the page's layout is not sound.
 Pieces FindPieces(const TiffStructure& structure, Stream& file, const std::vector<TiffEntry>& entries) {
   const bool tiled = FindEntry(entries, TiffTag::TileOffsets) != nullptr;
   const TiffEntry* offsets = FindEntry(entries, tiled ? TiffTag::TileOffsets : TiffTag::StripOffsets);
@@ -36,16 +36,16 @@ Pieces FindPieces(const TiffStructure& structure, Stream& file, const std::vecto
     return {};
   Pieces pieces{structure.ReadNumbers(file, *offsets), structure.ReadNumbers(file, *counts)};
   if (pieces.positions.size() != pieces.sizes.size()) return {};
-  // Pieces that share bytes would make a large file out of a small one.
-  std::uint64_t room = file.Size();
+  // Pieces that share bytes would turn a small file into a large one.
+  std::uint64_t rest = file.Size();
   for (std::size_t i = 0; i < pieces.sizes.size(); ++i) {
-    if (pieces.sizes[i] > room || pieces.positions[i] > file.Size() - pieces.sizes[i]) return {};
-    room -= pieces.sizes[i];
+    if (pieces.sizes[i] > rest || pieces.positions[i] > file.Size() - pieces.sizes[i]) return {};
+    rest -= pieces.sizes[i];
   }
   return pieces;
 }
 
-// How the copy lies in its file.
+// The layout of the copy in its file.
 struct CodedLayout {
   ByteOrder order = ByteOrder::Little;
   bool big = false;
@@ -56,7 +56,7 @@ struct CodedLayout {
   std::size_t EntrySize() const { return big ? 20 : 12; }
 };
 
-// One entry of the copy. The values are in its byte order; those of offsets are found when the pieces are laid down.
+// An entry of the copy. Its values are in the copy's byte order; offsets are set when the pieces are placed.
 struct CopiedEntry {
   std::uint16_t tag = 0;
   std::uint16_t type = 0;
@@ -64,7 +64,7 @@ struct CopiedEntry {
   std::vector<std::uint8_t> values;
 };
 
-// Bytes of what is turned when the byte order changes.
+// The size of the units whose bytes are swapped when the byte order changes.
 std::size_t NumberSize(std::uint16_t type) {
   return type == TiffType::Rational || type == TiffType::SignedRational ? 4 : TiffTypeSize(type);
 }
@@ -73,7 +73,7 @@ bool IsWideInteger(std::uint16_t type) {
   return type == TiffType::Long8 || type == TiffType::SignedLong8 || type == TiffType::Directory8;
 }
 
-// False where a number does not fit.
+// False if a number does not fit.
 bool Convert(CopiedEntry& entry, ByteOrder from, const CodedLayout& to) {
   if (IsWideInteger(entry.type) && !to.big) {
     std::vector<std::uint8_t> narrow;
@@ -93,13 +93,13 @@ bool Convert(CopiedEntry& entry, ByteOrder from, const CodedLayout& to) {
   return true;
 }
 
-// The codec library turns samples of these sizes when the byte order is not the processor's.
+// The codec library swaps samples of these sizes if the byte order is not the processor's.
 bool PixelsHaveByteOrder(const TiffStructure& structure, Stream& file, const std::vector<TiffEntry>& entries) {
   return structure.ReadNumber(file, entries, TiffTag::BitsPerSample, 1) % 8 == 0 &&
          structure.ReadNumber(file, entries, TiffTag::BitsPerSample, 1) > 8;
 }
 
-// The entries of the copy in the order of their tags; none where it cannot be made.
+// The entries of the copy in the order of their tags; none if the page cannot be copied.
 std::vector<CopiedEntry> EntriesFor(const CodedLayout& layout, const TiffStructure& structure, Stream& file,
                                     const std::vector<TiffEntry>& entries, std::size_t pieces) {
   std::vector<CopiedEntry> copied;
@@ -108,7 +108,7 @@ std::vector<CopiedEntry> EntriesFor(const CodedLayout& layout, const TiffStructu
     if (PointsIntoFile(entry.tag)) continue;
     CopiedEntry one{entry.tag, entry.type, entry.count, {}};
     if (IsOffsets(entry.tag)) {
-      // As wide as the file allows, whatever they were.
+      // As wide as the new file's offsets, whatever they were.
       one.type = layout.big ? TiffType::Long8 : TiffType::Long;
       one.values.resize(pieces * layout.OffsetSize());
     } else {
@@ -123,7 +123,7 @@ std::vector<CopiedEntry> EntriesFor(const CodedLayout& layout, const TiffStructu
   return copied;
 }
 
-// The directory with the values that do not fit into it; it is followed by the pieces.
+// The directory and the values that do not fit into it. The pieces follow.
 class Head {
 public:
   Head(const CodedLayout& place, std::vector<CopiedEntry> list)
@@ -191,7 +191,7 @@ void Insert(std::vector<CopiedEntry>& entries, const TiffMark& mark, ByteOrder o
   entries.insert(std::ranges::upper_bound(entries, mark.tag, {}, &CopiedEntry::tag), std::move(entry));
 }
 
-// `header` goes to the beginning of the file. Returns where the link is.
+// `header` goes to the beginning of the file. Returns the position of the link.
 std::optional<std::uint64_t> Copy(const TiffStructure& structure, Stream& file, std::uint64_t directory, Stream& to,
                                   const CodedLayout& layout, const std::vector<std::uint8_t>& header,
                                   const std::optional<TiffMark>& mark) {

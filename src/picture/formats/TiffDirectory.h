@@ -53,7 +53,7 @@ struct TiffEntry {
   std::uint16_t tag = 0;
   std::uint16_t type = 0;
   std::uint64_t count = 0;
-  // Where the values begin: in the entry itself or elsewhere in the file.
+  // The position of the values: in the entry itself or elsewhere in the file.
   std::uint64_t valuePosition = 0;
   // Bytes of all values together.
   std::uint64_t valueBytes = 0;
@@ -62,24 +62,24 @@ struct TiffEntry {
 // The structure of a TIFF or BigTIFF file: its chain of directories, one a page, and their entries.
 class TiffStructure {
 public:
-  // Reads the chain, not the directories. Raises InvalidPicture for a stream that is no TIFF, a chain that leads
-  // outside the file, runs in a circle or has more than MostPages.
+  // Reads the chain but not the directories. Raises InvalidPicture if the stream is no TIFF, or if the chain leaves the
+  // file, is circular or has more than MostPages.
   explicit TiffStructure(Stream& file);
 
   ByteOrder Order() const { return order; }
   bool IsBig() const { return big; }
-  // Where the directories lie, in the order of the pages; at least one.
+  // The positions of the directories, in the order of the pages; at least one.
   const std::vector<std::uint64_t>& Directories() const { return directories; }
 
   // The sound entries of a directory in the order of the file; entries of unknown type and those whose values lie
-  // outside the file are left out. Raises InvalidPicture where the directory cannot be read.
+  // outside the file are left out. Raises InvalidPicture if the directory cannot be read.
   std::vector<TiffEntry> ReadDirectory(Stream& file, std::uint64_t position) const;
-  // Where a directory holds the offset of the next one.
+  // The position of a directory's link to the next one.
   std::uint64_t LinkOf(Stream& file, std::uint64_t position) const {
     return position + CountSize() + ReadEntryCount(file, position) * EntrySize();
   }
 
-  // The values of an entry of whole numbers. Empty for other types and where they cannot be read.
+  // The values of an entry of whole numbers. Empty for other types and if they cannot be read.
   std::vector<std::uint64_t> ReadNumbers(Stream& file, const TiffEntry& entry) const;
   // The first value of the entry with that tag, or `missing`.
   std::uint64_t ReadNumber(Stream& file, const std::vector<TiffEntry>& entries, std::uint16_t tag,

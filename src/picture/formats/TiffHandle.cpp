@@ -67,7 +67,7 @@ std::string TiffHandle::Damage() const {
 
 int TiffHandle::KeepMessage(TIFF* /*codec*/, void* handle, const char* /*module*/, const char* format,
                             va_list arguments) {
-  // Called from C: nothing may be thrown, so a message that finds no memory is lost.
+  // Called from C, so it must not throw: without memory the message is lost.
   try {
     auto& message = static_cast<TiffHandle*>(handle)->message;
     std::array<char, 256> text{};

@@ -9,13 +9,13 @@
 
 namespace kw {
 
-// libtiff at work on a stream, silently; the stream outlives it.
+// libtiff on a stream, without messages to the user. The stream must outlive it.
 class TiffHandle {
 public:
   enum class Use { Read, Write };
 
-  // Raises InvalidPicture where libtiff refuses. A file to read has no directory selected yet. One block of memory that
-  // libtiff asks for while it reads may have at most `mostMemory` bytes.
+  // Raises InvalidPicture if libtiff refuses the file. No directory of a file to read is selected yet. While it reads,
+  // libtiff gets at most `mostMemory` bytes in one block.
   TiffHandle(Stream& stream, Use use, std::uint64_t mostMemory = 0);
   TiffHandle(const TiffHandle&) = delete;
   TiffHandle& operator=(const TiffHandle&) = delete;
@@ -23,10 +23,10 @@ public:
 
   TIFF* Get() const { return codec; }
 
-  // Raises InvalidPicture, with the library's own message, where `good` is false.
+  // Raises InvalidPicture, with the library's own message, if `good` is false.
   void Require(bool good) const;
 
-  // What the library found wrong so far, as a sentence; empty where nothing was.
+  // The library's complaints so far, as a sentence; empty if there are none.
   std::string Damage() const;
 
   // Sets a tag; its type and number of values are the library's.
@@ -35,7 +35,7 @@ public:
     Require(TIFFSetField(codec, tag, value...) == 1);
   }
 
-  // A tag with its default where the file has none; `missing` where there is none either.
+  // A tag's value; its default if the file has none, `missing` if there is no default either.
   template <typename Value>
   Value Field(std::uint32_t tag, Value missing) const {
     Value value = missing;

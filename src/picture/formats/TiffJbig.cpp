@@ -1,4 +1,4 @@
-#include "picture/formats/TiffJbig.h"
+#include "picture/formats/TiffParts.h"
 
 #include <algorithm>
 #include <span>
@@ -18,7 +18,7 @@ std::uint32_t BigEndian(std::span<const std::uint8_t> bytes, std::size_t at) {
   return value;
 }
 
-// The most rows that a marker among the pixels sets. Bytes that only look like one are taken for one, too.
+// The most rows that a marker among the pixels sets. Bytes that only look like a marker count, too.
 std::uint32_t LargestNewLength(std::span<const std::uint8_t> code) {
   std::uint32_t most = 0;
   for (std::size_t i = HeaderSize; i + 6 <= code.size(); ++i) {
@@ -27,15 +27,15 @@ std::uint32_t LargestNewLength(std::span<const std::uint8_t> code) {
   return most;
 }
 
-bool Fits(std::span<const std::uint8_t> code, std::uint64_t room) {
-  // The decoder itself refuses so few bytes.
+bool Fits(std::span<const std::uint8_t> code, std::uint64_t most) {
+  // The decoder refuses so few bytes itself.
   if (code.size() < HeaderSize) return true;
   const std::uint64_t planes = code[2];
   const std::uint64_t rowSize = (std::uint64_t{BigEndian(code, 4)} + 7) / 8;
   std::uint64_t rows = BigEndian(code, 8);
   if (rows == LengthFollows) rows = LargestNewLength(code);
   if (planes * rowSize == 0 || rows == 0) return true;
-  return rows <= room / (planes * rowSize);
+  return rows <= most / (planes * rowSize);
 }
 
 }  // namespace
@@ -43,13 +43,13 @@ bool Fits(std::span<const std::uint8_t> code, std::uint64_t room) {
 void RequireJbigFits(const TiffHandle& tiff, std::uint64_t fileSize) {
   if (TIFFIsCODECConfigured(COMPRESSION_JBIG) != 1) RaiseUnreadable("This kind of TIFF is not supported: JBIG pixels.");
   TIFF* const codec = tiff.Get();
-  const tmsize_t room = TIFFIsTiled(codec) != 0 ? TIFFTileSize(codec) : TIFFStripSize(codec);
-  tiff.Require(room > 0);
-  // In the usual order of bits the codec stores them the other way round.
+  const tmsize_t size = TIFFIsTiled(codec) != 0 ? TIFFTileSize(codec) : TIFFStripSize(codec);
+  tiff.Require(size > 0);
+  // The codec stores the bits in the opposite order of the usual one.
   const bool reversed = tiff.Field(TIFFTAG_FILLORDER, std::uint16_t{FILLORDER_MSB2LSB}) == FILLORDER_MSB2LSB;
   ForCodedPieces(tiff, fileSize, [&](std::span<std::uint8_t> code) {
     if (reversed) TIFFReverseBits(code.data(), static_cast<tmsize_t>(code.size()));
-    if (!Fits(code, static_cast<std::uint64_t>(room))) RaiseUnreadable("The JBIG pixels are more than the page has.");
+    if (!Fits(code, static_cast<std::uint64_t>(size))) RaiseUnreadable("The JBIG pixels are more than the page has.");
   });
 }
 

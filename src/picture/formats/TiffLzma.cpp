@@ -1,4 +1,4 @@
-#include "picture/formats/TiffLzma.h"
+#include "picture/formats/TiffParts.h"
 
 #include <algorithm>
 #include <array>
@@ -9,7 +9,7 @@
 namespace kw {
 namespace {
 
-// A stream of the XZ format: a header of 12 bytes, blocks, an index. Each block tells its dictionary.
+// A stream of the XZ format: a header of 12 bytes, blocks, an index. Each block states the size of its dictionary.
 constexpr std::array<std::uint8_t, 6> Mark{0xFD, '7', 'z', 'X', 'Z', 0};
 constexpr std::size_t StreamHeader = 12;
 constexpr std::array<std::uint8_t, 16> CheckSizes{0, 4, 4, 4, 8, 8, 8, 16, 16, 16, 32, 32, 32, 64, 64, 64};
@@ -17,7 +17,7 @@ constexpr std::uint64_t Lzma2 = 0x21;
 
 using Code = std::span<const std::uint8_t>;
 
-// A number in groups of 7 bits, the least first; `at` moves behind it.
+// Reads a number in groups of 7 bits, the lowest first, and moves `at` behind it.
 std::uint64_t Number(Code code, std::size_t& at) {
   std::uint64_t value = 0;
   for (unsigned shift = 0; at < code.size() && shift < 63; shift += 7) {
@@ -46,7 +46,7 @@ std::uint64_t DictionaryOf(Code header) {
   return 0;
 }
 
-// Where the chunks of a block that begin at `at` end.
+// The end of the chunks of a block that begin at `at`.
 std::size_t EndOfChunks(Code code, std::size_t at) {
   const auto sizeAt = [&](std::size_t place) {
     return place + 2 <= code.size() ? std::size_t{code[place]} * 256 + code[place + 1] + 1 : code.size();
@@ -60,7 +60,7 @@ std::size_t EndOfChunks(Code code, std::size_t at) {
   return std::min(at + 1, code.size());
 }
 
-// Of what the decoder would not take either, any.
+// The largest dictionary that the blocks ask for; any number if the decoder refuses the code anyway.
 std::uint64_t LargestDictionary(Code code) {
   if (code.size() < StreamHeader || !std::equal(Mark.begin(), Mark.end(), code.begin())) return 0;
   const std::size_t check = CheckSizes[code[7] & 15U];
@@ -76,11 +76,11 @@ std::uint64_t LargestDictionary(Code code) {
 
 }  // namespace
 
-void RequireLzmaFits(const TiffHandle& tiff, std::uint64_t fileSize, std::uint64_t room) {
+void RequireLzmaFits(const TiffHandle& tiff, std::uint64_t fileSize, std::uint64_t most) {
   const bool reversed = tiff.Field(TIFFTAG_FILLORDER, std::uint16_t{FILLORDER_MSB2LSB}) == FILLORDER_LSB2MSB;
   ForCodedPieces(tiff, fileSize, [&](std::span<std::uint8_t> code) {
     if (reversed) TIFFReverseBits(code.data(), static_cast<tmsize_t>(code.size()));
-    if (LargestDictionary(code) > room) RaiseUnreadable("The picture is too large: its coding needs too much memory.");
+    if (LargestDictionary(code) > most) RaiseUnreadable("The picture is too large: its coding needs too much memory.");
   });
 }
 

@@ -1,22 +1,20 @@
-#include "picture/formats/TiffRead.h"
+#include "picture/formats/TiffParts.h"
 
 #include <algorithm>
 #include <array>
 #include <cstring>
 
+#include "picture/DamageReport.h"
 #include "picture/Orientation.h"
-#include "picture/Recovery.h"
 #include "picture/Unreadable.h"
 #include "picture/formats/Formats.h"
 #include "picture/formats/TiffBounds.h"
 #include "picture/formats/TiffHandle.h"
-#include "picture/formats/TiffJbig.h"
-#include "picture/formats/TiffLzma.h"
 
 namespace kw {
 namespace {
 
-// What libtiff needs beside the pixels themselves.
+// Memory that libtiff needs besides the pixels.
 constexpr std::uint64_t CodecMemory = std::uint64_t{64} * 1024 * 1024;
 
 enum class Alpha { None, Straight, Premultiplied };
@@ -34,7 +32,7 @@ struct Layout {
   Alpha alpha = Alpha::None;
 
   bool IsGrey() const { return photometric == PHOTOMETRIC_MINISWHITE || photometric == PHOTOMETRIC_MINISBLACK; }
-  // The first sample is an index or a level of grey, and none tells how transparent it is.
+  // The first sample is an index or a level of grey, and there is no alpha.
   bool IsIndexed() const {
     return plainNumbers && alpha == Alpha::None &&
            ((IsGrey() && bits <= 16) || (photometric == PHOTOMETRIC_PALETTE && bits <= 8));
@@ -73,7 +71,7 @@ Layout LayoutOf(const TiffHandle& tiff) {
   layout.plainNumbers = (format == SAMPLEFORMAT_UINT || format == SAMPLEFORMAT_VOID) && layout.bits >= 1;
   layout.tiled = TIFFIsTiled(tiff.Get()) != 0;
   if (TIFFGetField(tiff.Get(), TIFFTAG_PHOTOMETRIC, &layout.photometric) != 1) {
-    // Without a word about it, three samples are colours and one is the white paper of a fax.
+    // If the file does not say it, three samples are colours and one is a fax (0 is white).
     layout.photometric = layout.samples >= 3 ? PHOTOMETRIC_RGB : PHOTOMETRIC_MINISWHITE;
   }
   if (layout.compression == COMPRESSION_JPEG && layout.photometric == PHOTOMETRIC_YCBCR && !layout.planar) {
@@ -107,7 +105,7 @@ std::vector<Rgb> PaletteOf(const TiffHandle& tiff, const Layout& layout) {
   std::uint16_t* green = nullptr;
   std::uint16_t* blue = nullptr;
   tiff.Require(TIFFGetField(tiff.Get(), TIFFTAG_COLORMAP, &red, &green, &blue) == 1);
-  // Old writers filled the 16 bits of a colour with 8.
+  // Old writers stored 8 bits in the 16 bits of a colour.
   const auto isByte = [](std::uint16_t value) { return value < 256; };
   const bool bytes = std::all_of(red, red + count, isByte) && std::all_of(green, green + count, isByte) &&
                      std::all_of(blue, blue + count, isByte);
@@ -134,7 +132,7 @@ unsigned SampleAt(const std::uint8_t* row, std::size_t index, unsigned bits) {
   return value;
 }
 
-// A part of one stored row: all samples of its pixels, or those of one plane.
+// Iterates over a stored row: all samples of its pixels, or those of one plane.
 struct Part {
   std::int32_t y = 0;
   std::size_t x = 0;
@@ -146,11 +144,11 @@ struct Part {
 // Unpacks the samples of grey, palette and RGB pages.
 class SampleReader {
 public:
-  SampleReader(const TiffHandle& handle, const Layout& pageLayout, const ReadLimits& readLimits, Recovery& lost)
+  SampleReader(const TiffHandle& handle, const Layout& pageLayout, const ReadLimits& readLimits, DamageReport& lost)
       : tiff(handle),
         layout(pageLayout),
         limits(readLimits),
-        recovery(lost),
+        damage(lost),
         page(EmptyPage(pageLayout, readLimits)),
         channels(static_cast<std::uint16_t>(layout.IsIndexed() ? 1 : layout.Depth() / 8)) {
     if (channels == 1) page.SetPalette(PaletteOf(tiff, layout));
@@ -170,13 +168,13 @@ public:
   }
 
 private:
-  // These codecs decode a strip at once or not at all.
+  // These codecs can only decode a whole strip.
   bool NeedsWholeStrips() const {
     return layout.compression == COMPRESSION_JBIG || layout.compression == COMPRESSION_LERC ||
            layout.compression == COMPRESSION_WEBP;
   }
 
-  // Indices are put in bit by bit.
+  // Indices are combined bit by bit.
   static Bitmap EmptyPage(const Layout& layout, const ReadLimits& limits) {
     const auto make = layout.IsIndexed() ? NewPage : NewUnfilledPage;
     return make(layout.width, layout.height, layout.Depth(), limits);
@@ -194,7 +192,7 @@ private:
 
   void ReadLines(std::uint16_t plane) {
     auto line = Buffer(TIFFScanlineSize(tiff.Get()));
-    // Rows that are stored as the page holds them are decoded into it.
+    // Rows in the page's own layout are decoded straight into it.
     const bool inPlace = channels == 1 && (layout.samples == 1 || layout.planar) &&
                          layout.bits == page.BitsPerPixel() && line.size() <= page.Stride();
     const auto step = static_cast<std::int32_t>(RowsPerStrip());
@@ -204,9 +202,9 @@ private:
         if (!inPlace) Take({y, 0, layout.width, target, plane});
         continue;
       }
-      // The next strip is coded by itself.
+      // The next strip can still be decoded.
       const std::int32_t next = page.Height() - y > step ? (y / step + 1) * step : page.Height();
-      recovery.MissRows(page, y, std::min(next, page.Height()));
+      damage.MissRows(page, y, std::min(next, page.Height()));
       y = next - 1;
     }
   }
@@ -219,7 +217,7 @@ private:
       const auto index = TIFFComputeStrip(tiff.Get(), top, plane);
       const std::uint32_t rows = std::min(step, layout.height - top);
       if (TIFFReadEncodedStrip(tiff.Get(), index, strip.data(), static_cast<tmsize_t>(strip.size())) <= 0) {
-        recovery.MissRows(page, static_cast<std::int32_t>(top), static_cast<std::int32_t>(top + rows));
+        damage.MissRows(page, static_cast<std::int32_t>(top), static_cast<std::int32_t>(top + rows));
       } else
         for (std::uint32_t i = 0; i < rows && (i + 1) * lineSize <= strip.size(); ++i) {
           Take({static_cast<std::int32_t>(top + i), 0, layout.width, strip.data() + i * lineSize, plane});
@@ -240,8 +238,8 @@ private:
         const auto count = static_cast<std::size_t>(std::min<std::uint64_t>(tileWidth, layout.width - left));
         if (TIFFReadTile(tiff.Get(), tile.data(), static_cast<std::uint32_t>(left), static_cast<std::uint32_t>(top), 0,
                          plane) <= 0) {
-          recovery.Miss({static_cast<std::int32_t>(left), static_cast<std::int32_t>(top),
-                         static_cast<std::int32_t>(left + count), static_cast<std::int32_t>(top + rows)});
+          damage.Miss({static_cast<std::int32_t>(left), static_cast<std::int32_t>(top),
+                       static_cast<std::int32_t>(left + count), static_cast<std::int32_t>(top + rows)});
           continue;
         }
         for (std::uint64_t i = 0; i < rows; ++i) {
@@ -273,7 +271,7 @@ private:
   }
 
   void TakeColours(const Part& part, std::span<std::uint8_t> row) const {
-    // Stored red, green, blue, alpha; held blue, green, red, alpha.
+    // The file has red, green, blue, alpha; the page blue, green, red, alpha.
     constexpr std::array<std::size_t, 4> places{2, 1, 0, 3};
     const std::size_t step = layout.planar ? 1 : layout.samples;
     const std::uint16_t begin = layout.planar ? part.plane : 0;
@@ -299,7 +297,7 @@ private:
   const TiffHandle& tiff;
   const Layout& layout;
   const ReadLimits& limits;
-  Recovery& recovery;
+  DamageReport& damage;
   Bitmap page;
   std::uint16_t channels;
 };
@@ -312,10 +310,10 @@ struct RgbaImage {
   TIFFRGBAImage image{};
 };
 
-// Lets libtiff make colours of what the sample reader does not know: inks, brightness and colour difference, and
-// others. `alpha` is set to what came out.
+// Lets libtiff convert the colour spaces that the sample reader does not know (inks, luma and chroma, others) to RGB.
+// Sets `alpha` to the kind of the result.
 Bitmap ReadByLibrary(const TiffHandle& tiff, const Layout& layout, const ReadLimits& limits, Alpha& alpha,
-                     Recovery& recovery) {
+                     DamageReport& damage) {
   std::array<char, 1024> message{};
   RgbaImage holder;
   TIFFRGBAImage& image = holder.image;
@@ -337,7 +335,7 @@ Bitmap ReadByLibrary(const TiffHandle& tiff, const Layout& layout, const ReadLim
     const std::uint32_t rows = std::min(step, layout.height - top);
     image.row_offset = static_cast<int>(top);
     if (TIFFRGBAImageGet(&image, band.data(), layout.width, rows) != 1) {
-      recovery.MissRows(page, static_cast<std::int32_t>(top), static_cast<std::int32_t>(top + rows));
+      damage.MissRows(page, static_cast<std::int32_t>(top), static_cast<std::int32_t>(top + rows));
     }
     for (std::uint32_t i = 0; i < rows; ++i) {
       const std::uint32_t* from = band.data() + std::size_t{i} * layout.width;
@@ -383,12 +381,12 @@ Bitmap ReadTiffPage(Stream& file, std::uint64_t directory, const ReadLimits& lim
     RequireLzmaFits(tiff, file.Size(), limits.pageMemory - pixels);
   }
   Alpha alpha = layout.alpha;
-  Recovery recovery;
-  Bitmap page = layout.IsIndexed() || layout.IsColour() ? SampleReader(tiff, layout, limits, recovery).Read()
-                                                        : ReadByLibrary(tiff, layout, limits, alpha, recovery);
-  tiff.Require(!recovery.IsNothingLeft(page));
+  DamageReport damage;
+  Bitmap page = layout.IsIndexed() || layout.IsColour() ? SampleReader(tiff, layout, limits, damage).Read()
+                                                        : ReadByLibrary(tiff, layout, limits, alpha, damage);
+  tiff.Require(!damage.IsNothingLeft(page));
   if (alpha == Alpha::Premultiplied && page.BitsPerPixel() == 32) Straighten(page);
-  warning = recovery.IsWhole() ? tiff.Damage() : recovery.Finish(page, tiff.Damage());
+  warning = damage.IsWhole() ? tiff.Damage() : damage.Finish(page, tiff.Damage());
   SetTiffResolution(tiff, page);
   return Upright(page, tiff.Field(TIFFTAG_ORIENTATION, Orientation{1}), limits);
 }

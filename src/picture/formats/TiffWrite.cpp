@@ -1,4 +1,4 @@
-#include "picture/formats/TiffWrite.h"
+#include "picture/formats/TiffParts.h"
 
 #include <algorithm>
 #include <array>
@@ -9,10 +9,10 @@
 namespace kw {
 namespace {
 
-// Bytes of a strip before they are coded.
+// Uncompressed bytes of a strip.
 constexpr std::size_t StripBytes = std::size_t{256} * 1024;
 
-// How the palette of a picture up to 8 bits is expressed.
+// How the palette of a picture up to 8 bits is stored.
 std::uint16_t PhotometricOf(const Bitmap& picture) {
   const auto palette = picture.Palette();
   const std::size_t count = std::size_t{1} << picture.BitsPerPixel();
@@ -75,7 +75,7 @@ void Describe(const TiffHandle& tiff, const Bitmap& picture) {
 void WriteTiff(const Bitmap& picture, Stream& to, const WriteOptions& /*options*/) {
   const TiffHandle tiff(to, TiffHandle::Use::Write);
   Describe(tiff, picture);
-  // The library changes the rows that it is given.
+  // The library changes the rows that it gets.
   std::vector<std::uint8_t> row(picture.RowBytes());
   const std::size_t pixelBytes = picture.BitsPerPixel() > 8 ? static_cast<std::size_t>(picture.BitsPerPixel() / 8) : 0;
   for (std::int32_t y = 0; y < picture.Height(); ++y) {

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "picture/effects/Bands.h"
 #include "picture/effects/Effect.h"
+#include "picture/effects/ParallelRows.h"
 #include "tests/picture/Scratch.h"
 #include "tests/picture/effects/Reference.h"
 
@@ -138,7 +138,7 @@ TEST_P(EffectReference, BlackAndWhiteExtremes) {
 }
 
 // As on older processors.
-TEST_P(EffectReference, EverySetOfVectorRegisters) {
+TEST_P(EffectReference, EverySimdTarget) {
   const auto use = [](std::int64_t targets) {
     hwy::SetSupportedTargetsForTest(targets);
     hwy::GetChosenTarget().Update(hwy::SupportedTargets());
@@ -156,7 +156,7 @@ TEST_P(EffectReference, EverySetOfVectorRegisters) {
 }
 
 // Work so little is done in several bands, on several threads.
-TEST_P(EffectReference, Bands) {
+TEST_P(EffectReference, RowBands) {
   SetLeastWork(256);
   SetMostThreads(3);
   for (const int depth : {1, 8, 24}) {

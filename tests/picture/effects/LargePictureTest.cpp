@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <string>
 
-#include "picture/effects/Bands.h"
 #include "picture/effects/Effect.h"
+#include "picture/effects/ParallelRows.h"
 #include "tests/picture/Scratch.h"
 #include "tests/support/Watched.h"
 
@@ -90,13 +90,13 @@ TEST(Bands, AreAllDoneOnceWhateverTheThreads) {
     SetMostThreads(threads);
     std::vector<int> rows(5000);
     std::vector<int> tasks(37);
-    ForBands(5000, std::uint64_t{1} << 30U, [&](Band band) {
+    ParallelForRows(5000, std::uint64_t{1} << 30U, [&](RowBand band) {
       for (std::int32_t y = band.begin; y < band.end; ++y) ++rows[static_cast<std::size_t>(y)];
     });
-    RunTogether(tasks.size(), [&](std::size_t i) { ++tasks[i]; });
+    ParallelFor(tasks.size(), [&](std::size_t i) { ++tasks[i]; });
     EXPECT_EQ(5000, std::ranges::count(rows, 1));
     EXPECT_EQ(37, std::ranges::count(tasks, 1));
-    EXPECT_EQ(1U, CutIntoBands(5000, 1000).size());
+    EXPECT_EQ(1U, CutIntoRowBands(5000, 1000).size());
   }
   SetMostThreads(0);
 }
@@ -107,7 +107,7 @@ TEST(Bands, BecomeSmallerAndTheSmallestAreWorthBeginning) {
     SetMostThreads(threads);
     for (const std::int32_t height : {1, 15, 16, 40, 500, 3508, 100000}) {
       for (const std::int32_t leastRows : {1, 16, 61}) {
-        const auto bands = CutIntoBands(height, Much, leastRows);
+        const auto bands = CutIntoRowBands(height, Much, leastRows);
         ASSERT_FALSE(bands.empty());
         EXPECT_EQ(0, bands.front().begin);
         EXPECT_EQ(height, bands.back().end);
@@ -120,12 +120,12 @@ TEST(Bands, BecomeSmallerAndTheSmallestAreWorthBeginning) {
         EXPECT_LE(rows(0), std::max(leastRows, height / static_cast<std::int32_t>(2 * threads) + 1));
       }
     }
-    const auto bands = CutIntoBands(3508, Much);
+    const auto bands = CutIntoRowBands(3508, Much);
     EXPECT_LT(2U * threads, bands.size());
     EXPECT_LE(bands.back().end - bands.back().begin, 2 * (3508 / static_cast<std::int32_t>(threads) / 16));
   }
   SetMostThreads(1);
-  EXPECT_EQ(1U, CutIntoBands(5000, Much).size());
+  EXPECT_EQ(1U, CutIntoRowBands(5000, Much).size());
   SetMostThreads(0);
 }
 

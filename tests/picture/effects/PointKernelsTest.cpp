@@ -10,7 +10,7 @@
 #include "components/base/Bitmap.h"
 #include "picture/effects/Effect.h"
 #include "picture/effects/Kernels.h"
-#include "picture/effects/PlainKernels.h"
+#include "picture/effects/ScalarKernels.h"
 
 namespace kw {
 namespace {
@@ -51,7 +51,7 @@ void ExpectTheSame(const Effect& effect, std::span<const double> values) {
   }
 }
 
-TEST(Lines, GiveWhatThePaletteGetsWhateverTheParameter) {
+TEST(LinearMaps, GiveWhatThePaletteGetsWhateverTheParameter) {
   for (const char* const command : {"Lighten", "Darken", "Contrast"}) {
     const Effect& effect = *FindEffect(command);
     ASSERT_EQ(effect.parameters.size(), 1U);
@@ -63,19 +63,19 @@ TEST(Lines, GiveWhatThePaletteGetsWhateverTheParameter) {
   ExpectTheSame(*FindEffect("Invert"), {});
 }
 
-TEST(Lines, AreTheSameWithAndWithoutVectors) {
+TEST(LinearMaps, AreTheSameWithAndWithoutVectors) {
   std::minstd_rand random(5);
   for (std::size_t count = 1; count <= 300; ++count) {
-    const kernels::Line line = {static_cast<std::uint8_t>(count % 2 == 0 ? 0 : 255),
-                                static_cast<std::uint16_t>(random() % 32768),
-                                static_cast<std::int16_t>(static_cast<std::int32_t>(random() % 32768) - 16384)};
+    const kernels::LinearMap map = {static_cast<std::uint8_t>(count % 2 == 0 ? 0 : 255),
+                                    static_cast<std::uint16_t>(random() % 32768),
+                                    static_cast<std::int16_t>(static_cast<std::int32_t>(random() % 32768) - 16384)};
     Bitmap fast(static_cast<std::int32_t>(count), 1, 8);
     std::vector<std::uint8_t> plain(count);
     for (std::size_t i = 0; i < count; ++i) {
       fast.MutableRow(0)[i] = plain[i] = static_cast<std::uint8_t>(random() >> 9U);
     }
-    kernels::MapAlong(fast.MutableRow(0).data(), count, line);
-    kernels::plain::MapAlong(plain.data(), count, line);
+    kernels::ApplyLinearMap(fast.MutableRow(0).data(), count, map);
+    kernels::scalar::ApplyLinearMap(plain.data(), count, map);
     ASSERT_TRUE(std::equal(plain.begin(), plain.end(), fast.Row(0).begin())) << count;
   }
 }
@@ -87,7 +87,7 @@ TEST(PackedBits, HaveNothingBehindThePixels) {
     Bitmap bits(width, 1, 1);
     // A row takes whole units of its alignment; what lies behind the pixels may be anything.
     std::fill_n(values.MutableRow(0).data(), values.Stride(), std::uint8_t{255});
-    kernels::PackAtLeast(values.Row(0).data(), bits.MutableRow(0).data(), pixels, 128);
+    kernels::ThresholdToBits(values.Row(0).data(), bits.MutableRow(0).data(), pixels, 128);
     for (std::size_t x = 0; x < pixels; ++x) ASSERT_NE(bits.Row(0)[x / 8] & 0x80U >> x % 8, 0U) << x << " of " << width;
     if (pixels % 8 == 0) continue;
     ASSERT_EQ(bits.Row(0)[pixels / 8] & 0xFFU >> pixels % 8, 0U) << width;

@@ -1,4 +1,4 @@
-#include "picture/effects/Bands.h"
+#include "picture/effects/ParallelRows.h"
 
 #include <algorithm>
 #include <atomic>
@@ -9,10 +9,10 @@
 namespace kw {
 namespace {
 
-// A thread costs some 50 microseconds to start; below this much work each, it is not worth it.
+// Starting a thread takes some 50 microseconds; it does not pay for less work than this.
 constexpr std::uint64_t UsualLeastWork = 1U << 20U;
 
-// The smallest bands are such a part of a thread's share.
+// The smallest band is 1 / PartsOfShare of a thread's share.
 constexpr std::int32_t PartsOfShare = 16;
 
 std::atomic<std::uint64_t> leastWork{UsualLeastWork};
@@ -29,13 +29,13 @@ void SetLeastWork(std::uint64_t least) { leastWork = least != 0 ? least : UsualL
 
 void SetMostThreads(unsigned most) { mostThreads = most; }
 
-// The bands become smaller, so that few are to be begun, and yet a thread whose processor did something else for a
-// while is waited for no longer than a small one takes.
-std::vector<Band> CutIntoBands(std::int32_t height, std::uint64_t work, std::int32_t leastRows) {
+// Large bands first keep their number low; small bands last keep the wait short for a thread whose processor was busy
+// with something else.
+std::vector<RowBand> CutIntoRowBands(std::int32_t height, std::uint64_t work, std::int32_t leastRows) {
   const auto threads = static_cast<std::int32_t>(std::min(std::uint64_t{Threads()}, work / leastWork));
   if (threads < 2) return {{0, height}};
   const std::int32_t least = std::max(leastRows, height / threads / PartsOfShare);
-  std::vector<Band> bands;
+  std::vector<RowBand> bands;
   for (std::int32_t begin = 0; begin < height;) {
     const std::int32_t rows = std::max(least, (height - begin) / (2 * threads));
     const std::int32_t end = height - begin - rows < least ? height : begin + rows;
@@ -45,7 +45,7 @@ std::vector<Band> CutIntoBands(std::int32_t height, std::uint64_t work, std::int
   return bands;
 }
 
-void RunTogether(std::size_t count, const std::function<void(std::size_t)>& task) {
+void ParallelFor(std::size_t count, const std::function<void(std::size_t)>& task) {
   std::atomic<std::size_t> next{0};
   const auto work = [&] {
     for (std::size_t i = next++; i < count; i = next++) task(i);
@@ -56,7 +56,7 @@ void RunTogether(std::size_t count, const std::function<void(std::size_t)>& task
   try {
     for (std::size_t started = 1; started < most; ++started) threads.emplace_back(work);
   } catch (const std::exception&) {
-    // There is no other thread to be had: those that there are do the rest.
+    // No more threads are available: those that were started do all the work.
   }
   work();
   for (std::thread& thread : threads) thread.join();
@@ -64,9 +64,9 @@ void RunTogether(std::size_t count, const std::function<void(std::size_t)>& task
 
 std::size_t ThreadsFor(std::size_t tasks) { return std::min(tasks, std::size_t{Threads()}); }
 
-void ForBands(std::int32_t height, std::uint64_t work, const std::function<void(Band)>& task) {
-  const auto bands = CutIntoBands(height, work);
-  RunTogether(bands.size(), [&](std::size_t i) { task(bands[i]); });
+void ParallelForRows(std::int32_t height, std::uint64_t work, const std::function<void(RowBand)>& task) {
+  const auto bands = CutIntoRowBands(height, work);
+  ParallelFor(bands.size(), [&](std::size_t i) { task(bands[i]); });
 }
 
 }  // namespace kw

@@ -1,4 +1,4 @@
-#include "picture/Recovery.h"
+#include "picture/DamageReport.h"
 
 #include <algorithm>
 
@@ -7,7 +7,7 @@
 namespace kw {
 namespace {
 
-// A byte of pixels that look most like paper.
+// A byte of pixels of the page's lightest colour.
 std::uint8_t PaperByte(const Bitmap& page) {
   const auto palette = page.Palette();
   if (palette.empty()) return page.BitsPerPixel() > 8 ? 255 : 0;
@@ -19,7 +19,7 @@ std::uint8_t PaperByte(const Bitmap& page) {
 
 }  // namespace
 
-std::int32_t Recovery::MissingRows(const Bitmap& page) const {
+std::int32_t DamageReport::MissingRows(const Bitmap& page) const {
   std::vector<bool> rows(static_cast<std::size_t>(page.Height()));
   for (const PageArea& area : missing) {
     std::fill(rows.begin() + area.top, rows.begin() + area.bottom, true);
@@ -27,9 +27,9 @@ std::int32_t Recovery::MissingRows(const Bitmap& page) const {
   return static_cast<std::int32_t>(std::ranges::count(rows, true));
 }
 
-bool Recovery::IsNothingLeft(const Bitmap& page) const { return !IsWhole() && MissingRows(page) == page.Height(); }
+bool DamageReport::IsNothingLeft(const Bitmap& page) const { return !IsWhole() && MissingRows(page) == page.Height(); }
 
-std::string Recovery::Finish(Bitmap& page, const std::string& reason) const {
+std::string DamageReport::Finish(Bitmap& page, const std::string& reason) const {
   if (IsWhole()) return {};
   const std::uint8_t paper = PaperByte(page);
   const auto bits = static_cast<std::size_t>(page.BitsPerPixel());

@@ -1,12 +1,11 @@
-// Quarter turns of small squares for every set of vector registers; the best one that the processor has is taken at run
-// time.
+// SIMD kernels that transpose tiles, compiled once for each Highway target and dispatched at run time.
 
-#include "picture/effects/PlainKernels.h"
+#include "picture/effects/ScalarKernels.h"
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "picture/effects/TurnKernels.cpp"
+#define HWY_TARGET_INCLUDE "picture/effects/TransposeKernels.cpp"
 #include <hwy/foreach_target.h>
-// Comes behind the one above.
+// Must follow foreach_target.h.
 #include <hwy/cache_control.h>
 #include <hwy/highway.h>
 
@@ -14,15 +13,15 @@ HWY_BEFORE_NAMESPACE();
 namespace kw::kernels::HWY_NAMESPACE {
 
 #if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
-using plain::StreamRows;
-using plain::TurnSquares;
+using scalar::StreamRows;
+using scalar::TransposeTiles;
 #else
 namespace hn = hwy::HWY_NAMESPACE;
 
 using Bytes = hn::Full128<std::uint8_t>;
 using Pixels32 = hn::Full128<std::uint32_t>;
 
-// Rows and columns exchanged: one row with the one half of all rows further, as often as that halves their number.
+// Transposes a square in log2(Count) rounds; each round interleaves row i with row i + Count / 2.
 template <class D, std::size_t Count>
 HWY_INLINE void Transpose(D d, hn::Vec<D> (&rows)[Count]) {
   for (std::size_t round = 1; round < Count; round *= 2) {
@@ -35,8 +34,8 @@ HWY_INLINE void Transpose(D d, hn::Vec<D> (&rows)[Count]) {
   }
 }
 
-HWY_INLINE void TurnSquare1(const std::uint8_t* from, std::ptrdiff_t lineStep, std::uint8_t* to,
-                            std::ptrdiff_t rowStep) {
+HWY_INLINE void TransposeTile1(const std::uint8_t* from, std::ptrdiff_t lineStep, std::uint8_t* to,
+                               std::ptrdiff_t rowStep) {
   const Bytes d;
   hn::Vec<Bytes> rows[16];
   for (std::ptrdiff_t i = 0; i < 16; ++i) rows[i] = hn::LoadU(d, from + i * lineStep);
@@ -45,8 +44,8 @@ HWY_INLINE void TurnSquare1(const std::uint8_t* from, std::ptrdiff_t lineStep, s
 }
 
 template <std::size_t Size>
-HWY_INLINE void TurnSquare4(const std::uint8_t* from, std::ptrdiff_t lineStep, std::uint8_t* to,
-                            std::ptrdiff_t rowStep) {
+HWY_INLINE void TransposeTile4(const std::uint8_t* from, std::ptrdiff_t lineStep, std::uint8_t* to,
+                               std::ptrdiff_t rowStep) {
   const Bytes d;
   const Pixels32 pixels;
   alignas(16) static constexpr std::uint8_t Apart[16] = {0, 1, 2, 2, 3, 4, 5, 5, 6, 7, 8, 8, 9, 10, 11, 11};
@@ -66,21 +65,21 @@ HWY_INLINE void TurnSquare4(const std::uint8_t* from, std::ptrdiff_t lineStep, s
 }
 
 template <std::size_t Size>
-HWY_INLINE void TurnAll(const Squares& squares) {
-  constexpr auto Side = static_cast<std::ptrdiff_t>(SquareSide(Size));
+HWY_INLINE void TransposeAll(const Tiles& tiles) {
+  constexpr auto Side = static_cast<std::ptrdiff_t>(TileSide(Size));
   constexpr auto SideBytes = Side * static_cast<std::ptrdiff_t>(Size);
-  const std::ptrdiff_t lineStep = squares.lineStep;
-  const std::ptrdiff_t rowStep = squares.rowStep;
-  const std::uint8_t* firstFrom = squares.from;
-  std::uint8_t* firstTo = squares.to;
-  for (std::ptrdiff_t column = 0; column + Side <= squares.columns; column += Side) {
+  const std::ptrdiff_t lineStep = tiles.lineStep;
+  const std::ptrdiff_t rowStep = tiles.rowStep;
+  const std::uint8_t* firstFrom = tiles.from;
+  std::uint8_t* firstTo = tiles.to;
+  for (std::ptrdiff_t column = 0; column + Side <= tiles.columns; column += Side) {
     const std::uint8_t* from = firstFrom;
     std::uint8_t* to = firstTo;
-    for (std::ptrdiff_t line = 0; line + Side <= squares.lines; line += Side) {
+    for (std::ptrdiff_t line = 0; line + Side <= tiles.lines; line += Side) {
       if constexpr (Size == 1) {
-        TurnSquare1(from, lineStep, to, rowStep);
+        TransposeTile1(from, lineStep, to, rowStep);
       } else {
-        TurnSquare4<Size>(from, lineStep, to, rowStep);
+        TransposeTile4<Size>(from, lineStep, to, rowStep);
       }
       from += Side * lineStep;
       to += SideBytes;
@@ -90,10 +89,10 @@ HWY_INLINE void TurnAll(const Squares& squares) {
   }
 }
 
-void TurnSquares(const Squares& squares, std::size_t size) {
-  if (size == 1) return TurnAll<1>(squares);
-  if (size == 3) return TurnAll<3>(squares);
-  TurnAll<4>(squares);
+void TransposeTiles(const Tiles& tiles, std::size_t size) {
+  if (size == 1) return TransposeAll<1>(tiles);
+  if (size == 3) return TransposeAll<3>(tiles);
+  TransposeAll<4>(tiles);
 }
 
 void StreamRows(const StreamedRows& rows) {
@@ -113,9 +112,9 @@ HWY_AFTER_NAMESPACE();
 namespace kw::kernels {
 
 HWY_EXPORT(StreamRows);
-HWY_EXPORT(TurnSquares);
+HWY_EXPORT(TransposeTiles);
 
-void TurnSquares(const Squares& squares, std::size_t size) { HWY_DYNAMIC_DISPATCH(TurnSquares)(squares, size); }
+void TransposeTiles(const Tiles& tiles, std::size_t size) { HWY_DYNAMIC_DISPATCH(TransposeTiles)(tiles, size); }
 
 void StreamRows(const StreamedRows& rows) { HWY_DYNAMIC_DISPATCH(StreamRows)(rows); }
 void FinishStreams() { hwy::FlushStream(); }

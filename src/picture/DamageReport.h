@@ -14,20 +14,20 @@ struct PageArea {
   std::int32_t bottom = 0;
 };
 
-// Gathers what of a page could not be read. A reader goes on behind a damaged place as its codec allows and notes here
-// what is missing; Finish() then makes it look like empty paper and says so.
-class Recovery {
+// Collects the parts of a page that could not be read. A reader continues behind a damaged part as its codec allows and
+// notes what is missing; Finish() whitens these parts and describes them.
+class DamageReport {
 public:
-  // In a page of less than 8 bits per pixel, an area begins and ends at whole bytes or at the page's edge.
+  // In a page below 8 bits per pixel, an area begins and ends at whole bytes or at the page's edge.
   void Miss(const PageArea& area) { missing.push_back(area); }
   // Rows [top, bottom).
   void MissRows(const Bitmap& page, std::int32_t top, std::int32_t bottom) { Miss({0, top, page.Width(), bottom}); }
 
   bool IsWhole() const { return missing.empty(); }
-  // True where not one row is whole.
+  // True if no row is whole.
   bool IsNothingLeft(const Bitmap& page) const;
 
-  // Whitens what is missing and returns a sentence on it that names `reason`; empty where nothing is missing.
+  // Whitens what is missing and returns a sentence about it that ends with `reason`; empty if nothing is missing.
   std::string Finish(Bitmap& page, const std::string& reason) const;
 
 private:

@@ -1,23 +1,22 @@
-#include "picture/PaletteMaker.h"
+#include "picture/MedianCutQuantizer.h"
 
 #include <algorithm>
 
 namespace kw {
 namespace {
 
-constexpr unsigned CellBits = ColourCells::Bits;
+constexpr unsigned BinBits = ColourHistogram::Bits;
 
 std::uint32_t KeyOf(Rgb colour) {
   return static_cast<std::uint32_t>(colour.red) << 16U | static_cast<std::uint32_t>(colour.green) << 8U | colour.blue;
 }
 
-// Place of a cell along one channel (0 red, 1 green, 2 blue); a cell is known here by its places, red in the upper
-// bits.
-unsigned PlaceOf(std::uint16_t cell, unsigned channel) {
-  return static_cast<unsigned>(cell) >> ((2 - channel) * CellBits) & ((1U << CellBits) - 1);
+// One channel (0 red, 1 green, 2 blue) of a colour of 5 bits a channel, red in the high bits.
+unsigned ChannelOf(std::uint16_t rgb555, unsigned channel) {
+  return static_cast<unsigned>(rgb555) >> ((2 - channel) * BinBits) & ((1U << BinBits) - 1);
 }
 
-// A box of colours: a range of the list of used cells.
+// A box of colours: a range of the list of used bins.
 struct Box {
   std::size_t begin = 0;
   std::size_t end = 0;
@@ -25,20 +24,21 @@ struct Box {
   unsigned widestChannel = 0;
   unsigned width = 0;
 
-  // Boxes with many pixels over a wide range are cut first.
+  // The box of greatest weight is cut next.
   std::uint64_t Weight() const { return count * width; }
 };
 
 }  // namespace
 
-PaletteMaker::PaletteMaker(std::size_t mostEntries) : most(mostEntries), cellIndex(ColourCells::Count) {}
+MedianCutQuantizer::MedianCutQuantizer(std::size_t mostEntries)
+    : most(mostEntries), indexOfBin(ColourHistogram::Count) {}
 
-void PaletteMaker::Count(Rgb colour) {
+void MedianCutQuantizer::Count(Rgb colour) {
   counter.Add(colour);
   if (exact) CountExactly(colour);
 }
 
-void PaletteMaker::CountExactly(Rgb colour) {
+void MedianCutQuantizer::CountExactly(Rgb colour) {
   const std::uint32_t key = KeyOf(colour);
   if (key == lastKey) return;
   lastKey = key;
@@ -51,25 +51,27 @@ void PaletteMaker::CountExactly(Rgb colour) {
   palette.push_back(colour);
 }
 
-void PaletteMaker::Make() {
+void MedianCutQuantizer::Quantize() {
   if (!exact) Cut();
 }
 
-void PaletteMaker::Cut() {
+void MedianCutQuantizer::Cut() {
   std::vector<std::uint16_t> used;
   counter.Finish();
-  const auto at = [&](std::uint16_t cell) -> const ColourCells::Cell& { return cells[ColourCells::NumberOf(cell)]; };
-  for (std::size_t i = 0; i < ColourCells::Count; ++i) {
+  const auto at = [&](std::uint16_t rgb555) -> const ColourHistogram::Bin& {
+    return histogram[ColourHistogram::BinOf(rgb555)];
+  };
+  for (std::size_t i = 0; i < ColourHistogram::Count; ++i) {
     if (at(static_cast<std::uint16_t>(i)).count != 0) used.push_back(static_cast<std::uint16_t>(i));
   }
   const auto measured = [&](std::size_t begin, std::size_t end) {
     Box box{begin, end, 0, 0, 0};
     for (unsigned channel = 0; channel < 3; ++channel) {
-      unsigned least = 1U << CellBits;
+      unsigned least = 1U << BinBits;
       unsigned greatest = 0;
       for (std::size_t i = begin; i < end; ++i) {
-        least = std::min(least, PlaceOf(used[i], channel));
-        greatest = std::max(greatest, PlaceOf(used[i], channel));
+        least = std::min(least, ChannelOf(used[i], channel));
+        greatest = std::max(greatest, ChannelOf(used[i], channel));
       }
       if (greatest - least > box.width) {
         box.width = greatest - least;
@@ -85,14 +87,14 @@ void PaletteMaker::Cut() {
     const auto widest = std::ranges::max_element(boxes, {}, &Box::Weight);
     if (widest->width == 0) break;
     const Box box = *widest;
-    // By place, and cells of one place by number, as one number each.
+    // Sorted by the channel's value, then by all channels; one number holds both.
     std::vector<std::uint32_t> order;
     for (std::size_t i = box.begin; i < box.end; ++i) {
-      order.push_back(PlaceOf(used[i], box.widestChannel) << 16U | used[i]);
+      order.push_back(ChannelOf(used[i], box.widestChannel) << 16U | used[i]);
     }
     std::ranges::sort(order);
     for (std::size_t i = 0; i < order.size(); ++i) used[box.begin + i] = static_cast<std::uint16_t>(order[i]);
-    // The cut lies where half of the pixels are on either side, with at least one cell on each.
+    // The cut leaves about half of the pixels, and at least one bin, on either side.
     std::size_t middle = box.begin + 1;
     std::uint64_t below = at(used[box.begin]).count;
     while (middle + 1 < box.end && below + at(used[middle]).count <= box.count / 2) {
@@ -106,11 +108,11 @@ void PaletteMaker::Cut() {
   for (const Box& box : boxes) {
     std::uint64_t sums[3] = {};
     for (std::size_t i = box.begin; i < box.end; ++i) {
-      cellIndex[ColourCells::NumberOf(used[i])] = static_cast<std::uint8_t>(palette.size());
-      const ColourCells::Cell& cell = at(used[i]);
-      const std::uint64_t rests[3] = {cell.red, cell.green, cell.blue};
+      indexOfBin[ColourHistogram::BinOf(used[i])] = static_cast<std::uint8_t>(palette.size());
+      const ColourHistogram::Bin& bin = at(used[i]);
+      const std::uint64_t lowBits[3] = {bin.red, bin.green, bin.blue};
       for (unsigned channel = 0; channel < 3; ++channel) {
-        sums[channel] += (cell.count * PlaceOf(used[i], channel) << (8 - CellBits)) + rests[channel];
+        sums[channel] += (bin.count * ChannelOf(used[i], channel) << (8 - BinBits)) + lowBits[channel];
       }
     }
     const auto mean = [&](unsigned channel) {
@@ -120,14 +122,14 @@ void PaletteMaker::Cut() {
   }
 }
 
-std::uint8_t PaletteMaker::IndexOf(Rgb colour) const {
-  return exact ? exactIndex.at(KeyOf(colour)) : cellIndex[ColourCells::NumberOf(colour)];
+std::uint8_t MedianCutQuantizer::IndexOf(Rgb colour) const {
+  return exact ? exactIndex.at(KeyOf(colour)) : indexOfBin[ColourHistogram::BinOf(colour)];
 }
 
-void PaletteMaker::IndexRow(const ColourCells::Row& row, std::uint8_t* to, std::size_t pixels) const {
-  const std::uint8_t* const indices = cellIndex.data();
-  const std::uint16_t* const of = row.Numbers();
-  for (std::size_t x = 0; x < pixels; ++x) to[x] = indices[of[x]];
+void MedianCutQuantizer::IndexRow(const ColourHistogram::BinnedRow& row, std::uint8_t* to, std::size_t pixels) const {
+  const std::uint8_t* const indices = indexOfBin.data();
+  const std::uint16_t* const binOfPixel = row.Bins();
+  for (std::size_t x = 0; x < pixels; ++x) to[x] = indices[binOfPixel[x]];
 }
 
 }  // namespace kw

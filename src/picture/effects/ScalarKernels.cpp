@@ -1,11 +1,11 @@
-#include "picture/effects/PlainKernels.h"
+#include "picture/effects/ScalarKernels.h"
 
 #include <algorithm>
 #include <cmath>
 
 #include "picture/Depth.h"
 
-namespace kw::kernels::plain {
+namespace kw::kernels::scalar {
 namespace {
 
 // The nine values around byte i, for a 3x3 filter.
@@ -43,47 +43,47 @@ std::int16_t MultiplyRounded(std::int32_t a, std::int32_t b) {
 
 }  // namespace
 
-void MapBytes(std::uint8_t* row, std::size_t count, const ByteTable& table) {
+void ApplyLut(std::uint8_t* row, std::size_t count, const Lut& table) {
   for (std::size_t i = 0; i < count; ++i) row[i] = table[row[i]];
 }
 
-void MapColours(std::uint8_t* row, std::size_t count, const ByteTable& table) {
+void ApplyLutToColours(std::uint8_t* row, std::size_t count, const Lut& table) {
   for (std::size_t i = 0; i < count; i += 4) {
     for (std::size_t c = i; c < i + 3; ++c) row[c] = table[row[c]];
   }
 }
 
-void MapAlong(std::uint8_t* row, std::size_t count, const Line& line) {
+void ApplyLinearMap(std::uint8_t* row, std::size_t count, const LinearMap& map) {
   for (std::size_t i = 0; i < count; ++i) {
-    const std::uint32_t value = row[i] ^ std::uint32_t{line.flip};
-    row[i] = ToByte((static_cast<std::int32_t>(value * 256 * line.slope >> 16U) + line.offset) >> 6);
+    const std::uint32_t value = row[i] ^ std::uint32_t{map.flip};
+    row[i] = ToByte((static_cast<std::int32_t>(value * 256 * map.gain >> 16U) + map.offset) >> 6);
   }
 }
 
-void Brightness(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
-  for (std::size_t x = 0; x < pixels; ++x) to[x] = Luma({from[x * 3 + 2], from[x * 3 + 1], from[x * 3]});
+void Luma(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
+  for (std::size_t x = 0; x < pixels; ++x) to[x] = kw::Luma({from[x * 3 + 2], from[x * 3 + 1], from[x * 3]});
 }
 
-void SplitColours(const std::uint8_t* from, std::uint16_t* upper, std::uint16_t* lower, std::size_t pixels) {
+void SplitIntoBins(const std::uint8_t* from, std::uint16_t* bins, std::uint16_t* lowBits, std::size_t pixels) {
   for (std::size_t x = 0; x < pixels; ++x) {
     const unsigned blue = from[x * 3];
     const unsigned green = from[x * 3 + 1];
     const unsigned red = from[x * 3 + 2];
     const unsigned block = (red & 0xE0U) << 7U | (green & 0xE0U) << 4U | (blue & 0xE0U) << 1U;
     const unsigned within = (red & 0x18U) << 1U | (green & 0x18U) >> 1U | (blue & 0x18U) >> 3U;
-    upper[x] = static_cast<std::uint16_t>(block | within);
-    lower[x] = static_cast<std::uint16_t>((red & 7U) << 6U | (green & 7U) << 3U | (blue & 7U));
+    bins[x] = static_cast<std::uint16_t>(block | within);
+    lowBits[x] = static_cast<std::uint16_t>((red & 7U) << 6U | (green & 7U) << 3U | (blue & 7U));
   }
 }
 
-void PackAtLeast(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::uint8_t level) {
+void ThresholdToBits(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::uint8_t level) {
   for (std::size_t x = 0; x < pixels; ++x) {
     const auto bit = static_cast<std::uint8_t>(0x80U >> x % 8);
     to[x / 8] = static_cast<std::uint8_t>(from[x] >= level ? to[x / 8] | bit : to[x / 8] & ~bit);
   }
 }
 
-void SpreadOnes(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {
+void DilateBits(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {
   const auto together = [rows](std::ptrdiff_t i) {
     return static_cast<unsigned>(rows[0][i]) | static_cast<unsigned>(rows[1][i]) | static_cast<unsigned>(rows[2][i]);
   };
@@ -94,7 +94,7 @@ void SpreadOnes(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t c
   }
 }
 
-void SpreadZeros(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {
+void ErodeBits(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {
   const auto together = [rows](std::ptrdiff_t i) {
     return static_cast<unsigned>(rows[0][i]) & static_cast<unsigned>(rows[1][i]) & static_cast<unsigned>(rows[2][i]);
   };
@@ -105,13 +105,13 @@ void SpreadZeros(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t 
   }
 }
 
-void Greatest(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
+void DilateBytes(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
   ForEachAround(rows, to, count, size, [](const Around& at) {
     return std::max({at.NW(), at.N(), at.NE(), at.W(), at.Self(), at.E(), at.SW(), at.S(), at.SE()});
   });
 }
 
-void Least(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
+void ErodeBytes(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
   ForEachAround(rows, to, count, size, [](const Around& at) {
     return std::min({at.NW(), at.N(), at.NE(), at.W(), at.Self(), at.E(), at.SW(), at.S(), at.SE()});
   });
@@ -152,7 +152,7 @@ void BlurDown(const std::uint8_t* const* rows, std::size_t margin, std::int16_t*
     for (std::size_t k = 1; k <= radius; ++k) {
       sum += MultiplyRounded(((rows[radius - k] - margin)[i] + (rows[radius + k] - margin)[i]) << 6, weights[k]);
     }
-    // Twice that must fit.
+    // Twice this value must fit into 16 bits.
     to[i] = static_cast<std::int16_t>(std::min(sum, 16383));
   }
 }
@@ -168,8 +168,8 @@ void BlurAcross(const std::int16_t* from, std::uint8_t* to, std::size_t count, s
   }
 }
 
-void Halve(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* to, std::size_t pixels,
-           std::size_t size) {
+void BoxDownsample2(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* to, std::size_t pixels,
+                    std::size_t size) {
   for (std::size_t x = 0; x < pixels; ++x) {
     for (std::size_t c = 0; c < size; ++c) {
       const std::size_t left = 2 * x * size + c;
@@ -186,12 +186,12 @@ void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size) {
   }
 }
 
-void TurnSquares(const Squares& squares, std::size_t size) {
+void TransposeTiles(const Tiles& tiles, std::size_t size) {
   const auto bytes = static_cast<std::ptrdiff_t>(size);
-  for (std::ptrdiff_t column = 0; column < squares.columns; ++column) {
-    for (std::ptrdiff_t line = 0; line < squares.lines; ++line) {
-      std::copy_n(squares.from + line * squares.lineStep + column * bytes, size,
-                  squares.to + column * squares.rowStep + line * bytes);
+  for (std::ptrdiff_t column = 0; column < tiles.columns; ++column) {
+    for (std::ptrdiff_t line = 0; line < tiles.lines; ++line) {
+      std::copy_n(tiles.from + line * tiles.lineStep + column * bytes, size,
+                  tiles.to + column * tiles.rowStep + line * bytes);
     }
   }
 }
@@ -202,4 +202,4 @@ void StreamRows(const StreamedRows& rows) {
   }
 }
 
-}  // namespace kw::kernels::plain
+}  // namespace kw::kernels::scalar

@@ -1,5 +1,3 @@
-#include "picture/effects/Rotate.h"
-
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -7,57 +5,83 @@
 #include <utility>
 
 #include "components/base/RunTimeError.h"
-#include "picture/effects/Bands.h"
 #include "picture/effects/Effect.h"
-#include "picture/effects/Flip.h"
+#include "picture/effects/Families.h"
 #include "picture/effects/Kernels.h"
+#include "picture/effects/ParallelRows.h"
 #include "picture/effects/Pixels.h"
 
 namespace kw {
 namespace {
 
-// A quarter turn, clockwise or the other way.
-void TurnQuarter(Bitmap& picture, bool clockwise) {
+void HorizontalFlip(Bitmap& picture, std::span<const double> /*values*/) {
+  const Pixels pixels(picture);
+  const auto width = static_cast<std::size_t>(picture.Width());
+  const int depth = picture.BitsPerPixel();
+  ParallelForRows(picture.Height(), BytesOf(picture), [&](RowBand band) {
+    for (std::int32_t y = band.begin; y < band.end; ++y) {
+      if (depth < 8) {
+        kernels::MirrorPacked(pixels.Row(y), width, depth);
+      } else {
+        kernels::MirrorBytes(pixels.Row(y), width, static_cast<std::size_t>(depth / 8));
+      }
+    }
+  });
+}
+
+void VerticalFlip(Bitmap& picture, std::span<const double> /*values*/) {
+  const Pixels pixels(picture);
+  const std::size_t count = picture.RowBytes();
+  const std::int32_t last = picture.Height() - 1;
+  ParallelForRows(picture.Height() / 2, BytesOf(picture), [&](RowBand band) {
+    for (std::int32_t y = band.begin; y < band.end; ++y) {
+      std::swap_ranges(pixels.Row(y), pixels.Row(y) + count, pixels.Row(last - y));
+    }
+  });
+}
+
+// Rotates by 90 degrees, clockwise or counter-clockwise.
+void RotateQuarter(Bitmap& picture, bool clockwise) {
   Bitmap result = Like(picture, picture.Height(), picture.Width(), picture.BitsPerPixel());
   result.SetResolution(picture.VerticalResolution(), picture.HorizontalResolution());
   result.SetPalette({picture.Palette().begin(), picture.Palette().end()});
   const kernels::Area from{ConstPixels(picture).base, picture.Stride(), picture.Width(), picture.Height()};
   const Pixels to(result);
-  ForBands(result.Height(), BytesOf(result), [&](Band band) {
-    kernels::Turn(from, {to.base, to.stride}, picture.BitsPerPixel(), clockwise, band.begin, band.end);
+  ParallelForRows(result.Height(), BytesOf(result), [&](RowBand band) {
+    kernels::Rotate90(from, {to.base, to.stride}, picture.BitsPerPixel(), clockwise, band.begin, band.end);
   });
   picture = std::move(result);
 }
 
-// Where a row of the result lies in the picture, in 256ths of a pixel.
+// The direction of the result's rows in the picture.
 struct Slant {
   double cosine;
   double sine;
 };
 
-// The smallest whole size that holds `exact`, forgiving what rounding adds.
+// `exact` rounded up, with a tolerance for rounding errors.
 std::int32_t SizeFor(double exact) {
   const double size = std::ceil(exact - 1e-6);
   if (size > 1e9) Raise(ErrorNumber::OutOfMemory);
   return static_cast<std::int32_t>(size);
 }
 
-class Turning {
+class Rotation {
 public:
-  Turning(const Bitmap& original, const Bitmap& turned, Slant direction)
+  Rotation(const Bitmap& original, const Bitmap& rotated, Slant direction)
       : pixels(original),
         width(original.Width()),
         height(original.Height()),
-        turnedWidth(turned.Width()),
-        turnedHeight(turned.Height()),
+        rotatedWidth(rotated.Width()),
+        rotatedHeight(rotated.Height()),
         size(static_cast<std::size_t>(original.BitsPerPixel() / 8)),
         paper(size == 4 ? 0 : 255),
         slant(direction) {}
 
   void Row(std::int32_t y, std::uint8_t* to) const {
-    const double down = y + 0.5 - turnedHeight / 2.0;
-    for (std::int32_t x = 0; x < turnedWidth; ++x, to += size) {
-      const double right = x + 0.5 - turnedWidth / 2.0;
+    const double down = y + 0.5 - rotatedHeight / 2.0;
+    for (std::int32_t x = 0; x < rotatedWidth; ++x, to += size) {
+      const double right = x + 0.5 - rotatedWidth / 2.0;
       Blend(In256ths(slant.cosine * right + slant.sine * down + width / 2.0 - 0.5),
             In256ths(slant.cosine * down - slant.sine * right + height / 2.0 - 0.5), to);
     }
@@ -66,7 +90,7 @@ public:
 private:
   static std::int64_t In256ths(double place) { return static_cast<std::int64_t>(std::floor(place * 256 + 0.5)); }
 
-  // The pixel at (x, y) of the picture, nullptr outside.
+  // The pixel (x, y) of the picture, nullptr outside.
   const std::uint8_t* At(std::int64_t x, std::int64_t y) const {
     if (x < 0 || y < 0 || x >= width || y >= height) return nullptr;
     return pixels.Row(static_cast<std::int32_t>(y)) + static_cast<std::size_t>(x) * size;
@@ -91,8 +115,8 @@ private:
   ConstPixels pixels;
   std::int32_t width;
   std::int32_t height;
-  std::int32_t turnedWidth;
-  std::int32_t turnedHeight;
+  std::int32_t rotatedWidth;
+  std::int32_t rotatedHeight;
   std::size_t size;
   std::uint32_t paper;
   Slant slant;
@@ -109,52 +133,74 @@ Slant SlantOf(double degrees) {
   return {std::cos(radians), std::sin(radians)};
 }
 
-PictureSize TurnedSize(const Bitmap& picture, Slant slant) {
+PictureSize RotatedSize(const Bitmap& picture, Slant slant) {
   const double across = std::fabs(slant.cosine);
   const double along = std::fabs(slant.sine);
   return {SizeFor(picture.Width() * across + picture.Height() * along),
           SizeFor(picture.Width() * along + picture.Height() * across)};
 }
 
-void TurnFreely(Bitmap& picture, double degrees) {
+void RotateFreely(Bitmap& picture, double degrees) {
   const Slant slant = SlantOf(degrees);
   Bitmap original = InValues(picture);
-  const PictureSize size = TurnedSize(original, slant);
+  const PictureSize size = RotatedSize(original, slant);
   Bitmap result = Like(original, size.width, size.height, original.BitsPerPixel());
   const bool hasAlpha = original.BitsPerPixel() == 32;
   if (hasAlpha) PremultiplyAll(original);
-  const Turning turning(original, result, slant);
+  const Rotation rotation(original, result, slant);
   const Pixels to(result);
   const auto width = static_cast<std::size_t>(result.Width());
-  ForBands(result.Height(), 4 * BytesOf(result), [&](Band band) {
+  ParallelForRows(result.Height(), 4 * BytesOf(result), [&](RowBand band) {
     for (std::int32_t y = band.begin; y < band.end; ++y) {
-      turning.Row(y, to.Row(y));
+      rotation.Row(y, to.Row(y));
       if (hasAlpha) Unpremultiply(to.Row(y), width);
     }
   });
   picture = std::move(result);
 }
 
-// 0 to below 360.
+// The angle, from 0 to below 360.
 double Degrees(std::span<const double> values) { return std::fmod(values[0] + 360, 360); }
-
-}  // namespace
 
 std::uint64_t MemoryOfRotate(const Bitmap& picture, std::span<const double> values) {
   const double degrees = Degrees(values);
   if (degrees == 0 || degrees == 180) return BytesOf(picture);
   if (degrees == 90 || degrees == 270) return PixelMemory(picture.Height(), picture.Width(), picture.BitsPerPixel());
-  const PictureSize size = TurnedSize(picture, SlantOf(degrees));
+  const PictureSize size = RotatedSize(picture, SlantOf(degrees));
   return std::max(PixelMemory(size.width, size.height, DepthInValues(picture)), MemoryInValues(picture, values));
 }
 
+// Rotates clockwise by an angle. Multiples of 90 degrees move pixels and keep any depth. Other angles blend the four
+// nearest pixels, on a page large enough for all of them; the new corners are white, or transparent if there is alpha.
+// A picture with a palette becomes 8 bits if it is grey, else 24 bits.
 void Rotate(Bitmap& picture, std::span<const double> values) {
   const double degrees = Degrees(values);
   if (degrees == 0) return;
-  if (degrees == 90 || degrees == 270) return TurnQuarter(picture, degrees == 90);
-  if (degrees != 180) return TurnFreely(picture, degrees);
+  if (degrees == 90 || degrees == 270) return RotateQuarter(picture, degrees == 90);
+  if (degrees != 180) return RotateFreely(picture, degrees);
   HorizontalFlip(picture, {});
   VerticalFlip(picture, {});
 }
+
+constexpr Parameter RotateParameters[] = {
+    {.name = "Angle", .least = -360, .greatest = 360, .standard = 90, .unit = "degrees"}};
+constexpr std::string_view DepthOfRotate =
+    "as before at multiples of 90 degrees; else 1, 4 and 8: 8 where the palette is grey, else 24";
+
+constexpr Effect RotateEffectsRows[] = {
+    {.command = "HorizontalFlip", .procedure = HorizontalFlip, .resultingDepth = SameDepth, .movesPixels = true},
+    {.command = "Rotate",
+     .procedure = Rotate,
+     .parameters = RotateParameters,
+     .resultingDepth = DepthOfRotate,
+     .asks = true,
+     .memory = MemoryOfRotate,
+     .movesPixels = true},
+    {.command = "VerticalFlip", .procedure = VerticalFlip, .resultingDepth = SameDepth, .movesPixels = true},
+};
+
+}  // namespace
+
+std::span<const Effect> RotateEffects() { return RotateEffectsRows; }
 
 }  // namespace kw

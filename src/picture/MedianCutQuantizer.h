@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <unordered_map>
+#include <vector>
+
+#include "components/base/Bitmap.h"
+#include "picture/ColourHistogram.h"
+
+namespace kw {
+
+// Chooses the palette of a picture: its own colours if they are few enough, else a median cut of them.
+// Order of use: Count() each pixel, Quantize() once, then Palette() and IndexOf().
+class MedianCutQuantizer {
+public:
+  // `most` is 2 to 256.
+  explicit MedianCutQuantizer(std::size_t most);
+
+  void Count(Rgb colour);
+  // For threads that count pixels themselves. Only once IsExact() is false.
+  ColourHistogram& Histogram() { return histogram; }
+  void Quantize();
+
+  // True if every counted colour is in the palette.
+  bool IsExact() const { return exact; }
+  const std::vector<Rgb>& Palette() const { return palette; }
+  // The entry for a colour that was counted.
+  std::uint8_t IndexOf(Rgb colour) const;
+  // The entries of the first `pixels` pixels of a split row. Only if IsExact() is false.
+  void IndexRow(const ColourHistogram::BinnedRow& row, std::uint8_t* to, std::size_t pixels) const;
+
+private:
+  void CountExactly(Rgb colour);
+  void Cut();
+
+  std::size_t most;
+  bool exact = true;
+  std::vector<Rgb> palette;
+  std::unordered_map<std::uint32_t, std::uint8_t> exactIndex;
+  std::uint32_t lastKey = 0xFFFFFFFF;
+  ColourHistogram histogram;
+  ColourHistogram::Counter counter{histogram};
+  std::vector<std::uint8_t> indexOfBin;
+};
+
+}  // namespace kw
