@@ -80,3 +80,20 @@ make_wine_prefix() {
   timeout 300 xvfb-run -a sh -c 'wine wineboot -i && wineserver -w' &&
     cp /usr/share/fonts/truetype/liberation/*.ttf /usr/share/wine/fonts/tahoma*.ttf build/wine/drive_c/windows/Fonts/
 }
+
+# offer_hook: offers scripts/pre-commit to a clone without it; a clone is asked once.
+offer_hook() {
+  local hook answer=""
+  hook=$(git rev-parse --git-path hooks 2>/dev/null)/pre-commit || return 0
+  ! grep -qs 'scripts/pre-commit' "$hook" && [ "$(git config kw.hook)" != no ] || return 0
+  if [ ! -t 0 ] || [ ! -t 1 ]; then
+    say "to check the format at each commit: scripts/pre-commit --install"
+    return 0
+  fi
+  read -r -p "kw: check format and tree rules at each commit (a Git hook)? [y/N] " answer || true
+  if [[ $answer == [yY]* ]]; then
+    scripts/pre-commit --install
+  else
+    git config kw.hook no
+  fi
+}

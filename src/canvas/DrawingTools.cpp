@@ -10,7 +10,7 @@
 namespace kw {
 namespace {
 
-// A picked layer moves by the frame around it, and so do not the edges that count as inside it.
+// Picking shifts a layer by its frame of one pixel. What counts as inside must not shift, so the old edges count too.
 bool IsOnLayer(const TransparentPicture& layer, float x, float y) {
   if (layer.SelectionFrame() == 0) return IsPointIn(layer, x, y);
   return IsPointIn(layer, x, y) || IsPointIn(layer, x - 1, y - 1) || IsPointIn(layer, x - 1, y) ||
@@ -19,8 +19,7 @@ bool IsOnLayer(const TransparentPicture& layer, float x, float y) {
 
 }  // namespace
 
-DrawingTools::DrawingTools(const EditorContext& context, LayerTools& layerMaker)
-    : EditorContext(context), layerTools(layerMaker), stroke(context.form, context.layers) {
+DrawingTools::DrawingTools(const EditorContext& context, ToolKit& tools) : EditorContext(context), kit(tools) {
   const auto connect = [this](auto& event, auto handler) {
     event.Connect([this, handler](std::int16_t button, std::int16_t shift, float x, float y) {
       (this->*handler)(button, shift, x, y);
@@ -58,21 +57,21 @@ void DrawingTools::picCanvas_MouseDown(std::int16_t button, std::int16_t shift, 
   }
   if (button == Mouse::RightButton) return;
   run([&] { layers.PassPress(0); });
-  if (run.Ask<bool>([&] { return IsPressed("Stamp"); }, false)) {
-    run([&] { StampRequested.Raise(x, y); });
-    return;
-  }
+  const Tool* const tool = CurrentTool(run);
+  if (tool != nullptr && tool->gesture == Gesture::Press) return tool->act(kit, run, {shift, x, y});
   run([&] { BeginDrag(x, y); });
-  if (layerTools.RunAtPoint(run, shift, x, y)) {
+  if (tool != nullptr && tool->gesture == Gesture::Point) {
+    tool->act(kit, run, {shift, x, y});
     run([&] { layers.AbandonDrag(); });  // nothing is dragged out of a point
-    return;
+  } else if (tool != nullptr && tool->gesture == Gesture::Stroke) {
+    tool->act(kit, run, {shift, x, y});
+  } else {
+    run([&] { form.tmrMoveLayer.SetEnabled(true); });
   }
-  run([&] {
-    if (IsStrokeTool())
-      BeginStroke(x, y);
-    else
-      form.tmrMoveLayer.SetEnabled(true);
-  });
+}
+
+const Tool* DrawingTools::CurrentTool(Procedure& run) const {
+  return run.Ask<const Tool*>([&] { return kit.CurrentTool(); }, nullptr);
 }
 
 void DrawingTools::picCanvas_MouseMove(std::int16_t button, std::int16_t shift, float x, float y) {
@@ -110,14 +109,19 @@ void DrawingTools::MoveTo(Procedure& run, const Move& move) {
     return;
   }
   const bool isDragging = drag.m_IsMouseDown && move.button == Mouse::LeftButton;
+  const Tool* const tool = CurrentTool(run);
+  const bool isStroke = tool != nullptr && tool->gesture == Gesture::Stroke;
+  if (isDragging && isStroke) {
+    if (run.Ask<bool>([&] { return kit.stroke.IsUnderWay(); }, false))
+      run([&] { kit.stroke.Continue(move.x, move.y); });
+    else
+      tool->act(kit, run, {move.shift, move.x, move.y});  // the drag began with another tool
+  }
   run([&] {
-    if (IsStrokeTool() && isDragging) ContinueStroke(move.x, move.y);
+    if (!drag.m_IsMouseDown) ShowHover(tool == &tools::NoTools, move.x, move.y);
   });
   run([&] {
-    if (!drag.m_IsMouseDown) ShowHover(move.x, move.y);
-  });
-  run([&] {
-    if (isDragging && !IsStrokeTool()) DrawRubberBand(move.x, move.y);
+    if (isDragging && !isStroke) DrawRubberBand(move.x, move.y);
   });
 }
 
@@ -131,25 +135,26 @@ void DrawingTools::picCanvas_MouseUp(std::int16_t button, std::int16_t shift, fl
   run([&] { layers.Drag().m_IsMouseDown = false; });
   run([&] { form.tmrMoveLayer.SetEnabled(false); });
   run([&] { layers.EndPickedDrag(); });
-  if (run.Ask<bool>([&] { return IsStrokeTool(); }, false)) {
+  const Tool* const tool = CurrentTool(run);
+  if (tool != nullptr && tool->gesture == Gesture::Stroke) {
     // The tool may have been another one when the drag began.
     run([&] { form.fr.SetVisible(false); });
-    isStrokeEnding = stroke.IsUnderWay();
+    isStrokeEnding = kit.stroke.IsUnderWay();
     if (!isStrokeEnding) return;
     DoEvents(run);
     if (isStrokeEnding) FinishStroke(run);  // unless the next press has done that
     return;
   }
-  EndDrag(run);
-  run([&] { stroke.Drop(); });
+  EndDrag(run, tool);
+  run([&] { kit.stroke.Drop(); });
 }
 
 void DrawingTools::FinishStroke(Procedure& run) {
   isStrokeEnding = false;
   run([&] {
-    if (stroke.IsUnderWay()) stroke.MakeLayer();
+    if (kit.stroke.IsUnderWay()) kit.stroke.MakeLayer();
   });
-  run([&] { stroke.Drop(); });
+  run([&] { kit.stroke.Drop(); });
 }
 
 std::int16_t DrawingTools::LayerAt(float x, float y) const {
@@ -170,21 +175,8 @@ void DrawingTools::BeginDrag(float x, float y) {
   drag.m_IsMouseDown = true;
 }
 
-void DrawingTools::BeginStroke(float x, float y) {
-  const Label& sample = IsPressed("Pen") ? form.SampleForeGroundColor : form.SampleBackGroundColor;
-  stroke.Begin(x, y, sample.BackColor());
-}
-
-void DrawingTools::ContinueStroke(float x, float y) {
-  if (stroke.IsUnderWay())
-    stroke.Continue(x, y);
-  else
-    BeginStroke(x, y);  // the drag began with another tool
-}
-
-void DrawingTools::ShowHover(float x, float y) {
-  // With another tool nothing is marked, nor stays so.
-  const std::int16_t under = IsPressed("NoTools") ? LayerAt(x, y) : std::int16_t{0};
+void DrawingTools::ShowHover(bool isPointer, float x, float y) {
+  const std::int16_t under = isPointer ? LayerAt(x, y) : std::int16_t{0};
   for (const std::int16_t index : layers.ZOrder().Order()) {
     if (index != Layers::PageLayer) form.TransLayers(index).SetIsToShowBorderMarks(index == under);
   }
@@ -209,7 +201,7 @@ void DrawingTools::DrawRubberBand(float x, float y) {
   form.fr.SetVisible(true);
 }
 
-void DrawingTools::EndDrag(Procedure& run) {
+void DrawingTools::EndDrag(Procedure& run, const Tool* tool) {
   if (!form.fr.Visible()) return;
   run([&] { form.fr.SetVisible(false); });
   const Control* const active = form.editor.ActiveControl();
@@ -219,7 +211,7 @@ void DrawingTools::EndDrag(Procedure& run) {
   const float leastDrag = 5 * desktop.TwipsPerPixelX() / TwipsPerPixel;
   const bool isLargeEnough = std::abs(static_cast<float>(drag.m_StartX - drag.m_CurrentX)) > leastDrag &&
                              std::abs(static_cast<float>(drag.m_StartY - drag.m_CurrentY)) > leastDrag;
-  if (isLargeEnough) layerTools.MakeFromFrame(run);
+  if (isLargeEnough && tool != nullptr && tool->gesture == Gesture::Frame) tool->act(kit, run, {});
 }
 
 }  // namespace kw

@@ -4,34 +4,10 @@
 #include <array>
 
 namespace kw {
-namespace {
 
-// The cursor of a pressed tool.
-struct ToolCursor {
-  const char* key;
-  MousePointer pointer;
-  const char* icon;
-};
-
-constexpr std::array<ToolCursor, 12> ToolCursors{{
-    {"NoTools", MousePointer::Default, ""},
-    {"Circle", MousePointer::Cross, ""},
-    {"Image", MousePointer::Cross, ""},
-    {"Line", MousePointer::Cross, ""},
-    {"Rectangle", MousePointer::Cross, ""},
-    {"Signature", MousePointer::Cross, ""},
-    {"Chooser", MousePointer::Custom, "Chooser.Ico"},
-    {"Fill", MousePointer::Custom, "Fill.Ico"},
-    {"Pen", MousePointer::Custom, "Pen.Ico"},
-    {"Rubber", MousePointer::Custom, "Rubber.Ico"},
-    {"Stamp", MousePointer::Custom, "Stamp.Ico"},
-    {"Text", MousePointer::Custom, "Text.Ico"},
-}};
-
-}  // namespace
-
-Dispatcher::Dispatcher(const EditorContext& context, CommandBracket& commandBracket, Document& openDocument)
-    : EditorContext(context), bracket(commandBracket), document(openDocument) {
+Dispatcher::Dispatcher(const EditorContext& context, CommandBracket& commandBracket, Document& openDocument,
+                       ToolKit& tools)
+    : EditorContext(context), bracket(commandBracket), document(openDocument), toolKit(tools) {
   form.tbrBasicTools.ConnectItems([this](ToolBar& bar) {
     bar.ButtonClick.Connect([this](const std::string& key) { tbrBasicTools_ButtonClick(key); });
   });
@@ -50,7 +26,7 @@ void Dispatcher::ToolbarButtonClick(const std::string& key) {
     run([&] { desktop.ShowMessageBox("ToolBar '" + key, "' not implemented yet ..."); });
   else if (found->run != nullptr)
     (this->*found->run)(*found, run);
-  run([&] { SetCursorFromPressedTool(); });
+  run([&] { toolKit.SetCursorFromPressedTool(); });
 }
 
 const Dispatcher::Command* Dispatcher::CommandOfVerb(std::int32_t verb) {
@@ -58,18 +34,6 @@ const Dispatcher::Command* Dispatcher::CommandOfVerb(std::int32_t verb) {
   const auto commands = Commands();
   const auto found = std::find_if(commands.begin(), commands.end(), [&](const Command& c) { return c.verb == verb; });
   return found == commands.end() ? nullptr : &*found;
-}
-
-void Dispatcher::SetCursorFromPressedTool() {
-  for (const ToolCursor& tool : ToolCursors) {
-    if (!form.tbrEditingTools.ButtonOf(tool.key).pressed) continue;
-    if (tool.pointer == MousePointer::Custom) {
-      form.picCanvas.SetPointerIcon(form.imgLstMousePointers.Picture(tool.icon));
-    }
-    form.picCanvas.SetPointer(tool.pointer);
-    layers.ShowCanvasPointer();
-    return;
-  }
 }
 
 void Dispatcher::Forward(std::string_view procedure, const std::string& key) {

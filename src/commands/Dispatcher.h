@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "canvas/tools/ToolKit.h"
 #include "components/base/Event.h"
 #include "components/engine/KWPicEd.h"
 #include "components/platform/Desktop.h"
@@ -35,8 +36,8 @@ public:
     std::string_view menuText{};
   };
 
-  // What is referred to must outlive the dispatcher.
-  Dispatcher(const EditorContext& context, CommandBracket& commandBracket, Document& openDocument);
+  // Everything passed in must outlive the dispatcher.
+  Dispatcher(const EditorContext& context, CommandBracket& commandBracket, Document& openDocument, ToolKit& tools);
 
   // The commands in the order in which a key is compared with them.
   static std::span<const Command> Commands();
@@ -62,7 +63,6 @@ public:
 
 private:
   void Forward(std::string_view procedure, const std::string& key);
-  void SetCursorFromPressedTool();
 
   void Save(const Command& row, Procedure& run);
   void Print(const Command& row, Procedure& run);
@@ -91,6 +91,7 @@ private:
 
   CommandBracket& bracket;
   Document& document;
+  ToolKit& toolKit;
   bool isFontDialogUp = false;
 };
 

@@ -22,10 +22,10 @@ KwEditorLayers::KwEditorLayers(Desktop& platform, EditorEvents& container)
       toolBox(context),
       coloursAndLines(context),
       colourPicker(context, coloursAndLines),
-      dispatcher(context, bracket, document),
+      toolKit(context, coloursAndLines),
+      dispatcher(context, bracket, document, toolKit),
       keyboard(context, dispatcher),
-      layerTools(context, coloursAndLines),
-      drawingTools(context, layerTools),
+      drawingTools(context, toolKit),
       clipboardWatch(context),
       stampTool(context),
       printing(context, document),
@@ -63,7 +63,7 @@ void KwEditorLayers::ConnectEvents() {
   layers.BeforeLabelLayer.Connect([this] { lineRightBorderForSelectedArea_MouseUp(); });
   form.Label2.Click.Connect([this] { Label2_Click(); });
 
-  drawingTools.StampRequested.Connect([this](float x, float y) { stampTool.PlaceStamp(x, y); });
+  toolKit.StampRequested.Connect([this](float x, float y) { stampTool.PlaceStamp(x, y); });
 }
 
 // The strip changes between one row and two.

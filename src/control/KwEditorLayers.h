@@ -37,7 +37,7 @@ namespace kw {
 // a failed report. All calls come on one thread.
 class KwEditorLayers final : public EditorState {
 public:
-  // Both must outlive the control. UserControl_Initialize has to follow before anything else.
+  // Both arguments must outlive the control. UserControl_Initialize has to follow before anything else.
   KwEditorLayers(Desktop& platform, EditorEvents& container);
 
   // Life: initialised once, then the persisted properties are read unless the control is a new one, any number
@@ -129,9 +129,9 @@ private:
   ToolBox toolBox;
   ColoursAndLines coloursAndLines;
   ColourPicker colourPicker;
+  ToolKit toolKit;
   Dispatcher dispatcher;
   Keyboard keyboard;
-  LayerTools layerTools;
   DrawingTools drawingTools;
   ClipboardWatch clipboardWatch;
   StampTool stampTool;

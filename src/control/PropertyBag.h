@@ -6,7 +6,7 @@
 namespace kw {
 
 // Where the container keeps the persisted properties. A key that is not there reads as the default; a value that equals
-// the default need not be written. Raises TypeMismatch or Overflow where a stored value is of no use.
+// the default need not be written. Raises TypeMismatch or Overflow if a stored value is of no use.
 class PropertyBag {
 public:
   PropertyBag() = default;

@@ -13,11 +13,11 @@
 
 namespace kw {
 
-// What stands around every operation of the picture engine: the result lands on the current layer by way of the
-// scratch bitmap.
+// Brackets every operation of the picture engine: afterwards the result goes to the current layer through the scratch
+// bitmap.
 class CommandBracket : private EditorContext {
 public:
-  // What is referred to must outlive the bracket.
+  // Everything passed in must outlive the bracket.
   explicit CommandBracket(const EditorContext& context);
 
   void DoPreCommandProcess();

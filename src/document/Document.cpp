@@ -90,20 +90,23 @@ bool Document::OpenAndSplit(DocumentProcedure& run) {
     return Load(run, {});
   }
   run([&] { SetPageRange(1, count); });
+  const std::string source = m_FilePath;
   run([&] { m_FilePath = path; });
   run([&] {
     for (std::int32_t page = 1; page <= count; ++page) unwrittenPages.insert(ToInteger16(page));
   });
-  WritePages(run, names);
+  WritePages(run, source, names);
   run([&] { m_CurrentPageNo = 1; });
   run([&] { m_IgnorePageChange = true; });
   return true;
 }
 
 // Last page first. A full disk ends it: no other page file would be whole either.
-void Document::WritePages(DocumentProcedure& run, const std::vector<std::string>& names) {
+void Document::WritePages(DocumentProcedure& run, const std::string& source, const std::vector<std::string>& names) {
   const std::int16_t count = ToInteger16(std::ssize(names));
   for (std::int16_t page = count; page >= 1; --page) {
+    // A command or a change of the page, in the event of the page before, leaves the engine another picture.
+    if (!run.IsOver() && KWPic.PageCount() != count) KWPic.Load(source);
     std::string path = names[static_cast<std::size_t>(page - 1)];
     const std::int32_t error = WritePage(run, page, path);
     if (run.IsOver() || error == static_cast<std::int32_t>(ErrorNumber::DiskFull)) return;
@@ -117,7 +120,7 @@ void Document::WritePages(DocumentProcedure& run, const std::vector<std::string>
   }
 }
 
-// Reports an error, and returns its number where the page was not written. Of a damaged page, what can be read of it is
+// Reports an error, and returns its number if the page was not written. Of a damaged page, what can be read of it is
 // written, so that the pages behind it are found.
 std::int32_t Document::WritePage(DocumentProcedure& run, std::int16_t page, const std::string& path) {
   std::int32_t error = run.Attempt([&] {
@@ -231,7 +234,7 @@ std::int16_t Document::PageCount() const { return std::max<std::int16_t>(1, ToIn
 
 void Document::TakePageValue() { bracket.SetBitsPerPixel(KWPic.PageValue()); }
 
-// An empty path is that of a page that has no file. Where there is nothing to load, the engine is emptied.
+// An empty path is that of a page that has no file. If there is nothing to load, the engine is emptied.
 bool Document::Load(DocumentProcedure& run, const std::string& path) {
   if (run.IsOver()) return false;
   if (KWPic.Load(path)) return true;

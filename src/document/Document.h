@@ -19,7 +19,7 @@ namespace kw {
 // a time, the one that the picture engine KWPic holds.
 class Document : private EditorContext {
 public:
-  // What is referred to must outlive the document.
+  // Everything passed in must outlive the document.
   Document(const EditorContext& context, CommandBracket& commandBracket);
 
   // Opens an image or a multi-page file, which is split into page files beside it. Failures are shown to the user.
@@ -44,7 +44,7 @@ private:
   std::int16_t PageCount() const;
   bool OpenFirstPageFile(DocumentProcedure& run);
   bool OpenAndSplit(DocumentProcedure& run);
-  void WritePages(DocumentProcedure& run, const std::vector<std::string>& names);
+  void WritePages(DocumentProcedure& run, const std::string& source, const std::vector<std::string>& names);
   std::int32_t WritePage(DocumentProcedure& run, std::int16_t page, const std::string& path);
   bool AskToKeepChanges(DocumentProcedure& run);
   void ShowPageControls(DocumentProcedure& run);

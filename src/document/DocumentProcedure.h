@@ -19,8 +19,8 @@ private:
   std::uint64_t count = 0;
 };
 
-// A procedure that works for the document that is open when it begins. Out of each event, box or message loop the host
-// or the user may open another one; from then on no statement of the procedure runs any more.
+// A procedure that works for the document that is open when it begins. During each event, box or message loop the host
+// or the user may open another one; from then on no statement of the procedure runs.
 class DocumentProcedure {
 public:
   DocumentProcedure(Trap& trap, std::string_view name, const Openings& documents) : DocumentProcedure(trap, documents) {

@@ -12,7 +12,7 @@ namespace kw {
 // Those properties of the control that its own procedures use: read and written like a host does, trace included.
 class EditorState {
 public:
-  // What is referred to must outlive the state; it need not be constructed yet.
+  // Everything passed in must outlive the state; it need not be constructed yet.
   EditorState(EditorEvents& container, EditorForm& editorForm, Trap& errorTrap, Zoom& zoomFactor)
       : events(container), form(editorForm), trap(errorTrap), zoom(zoomFactor) {}
   EditorState(const EditorState&) = delete;

@@ -6,12 +6,11 @@
 
 #include "components/base/Blank.h"
 #include "components/base/RunTimeError.h"
+#include "picture/PageMarker.h"
 #include "trap/Trap.h"
 
 namespace kw {
 namespace {
-
-constexpr std::string_view PageMarker = "_Page_";
 
 std::string WithBackslash(std::string folder) {
   if (!folder.ends_with('\\')) folder += '\\';

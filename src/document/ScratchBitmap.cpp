@@ -114,7 +114,7 @@ void ScratchBitmap::RemoveLeftovers() {
     const fs::path& path = entry->path();
     const auto number = NumberInName(FromFilesystemPath(path.filename()));
     if (!number) continue;
-    // What another process may be using is not even opened.
+    // A file that another process may be using is not even opened.
     constexpr std::int64_t lowerHalf = 0xFFFFFFFF;
     const std::int64_t process = *number & lowerHalf;
     if (*number != InstanceNumber(machine, process) || desktop.IsProcessRunning(process)) continue;

@@ -77,14 +77,6 @@ void EditorForm::AddButtons() {
   AddPush(pages, "PrevPage", "Previous Page");
   AddPush(pages, "NextPage", "Next Page");
 
-  tbrEditingTools.AddButton(
-      {.key = "NoTools", .toolTip = "Selection", .image = "NoTools", .style = ButtonStyle::Group});
-  tbrEditingTools.AddButton(
-      {.key = "Chooser", .toolTip = "Color Picker", .image = "Chooser", .style = ButtonStyle::Group});
-  tbrEditingTools.AddButton({.key = "Fill", .toolTip = "Fill Color", .image = "Fill", .style = ButtonStyle::Group});
-  AddAll(tbrEditingTools, ButtonStyle::Group,
-         {"Pen", "Text", "Line", "Rectangle", "Circle", "Rubber", "Image", "Signature", "Stamp"});
-
   tbrFillPattern.AddButton(
       {.key = "NoFillInside", .toolTip = "No Fill Inside", .image = "NoFillInside", .style = ButtonStyle::Group});
   tbrFillPattern.AddButton(
@@ -237,9 +229,6 @@ void EditorForm::SetDesignValues() {
   mnuPasteSelectedArea.SetCaption("&Paste");
   mnuSelectAll.SetCaption("Select &All");
 
-  for (const char* key : {"Chooser.Ico", "Fill.Ico", "Pen.Ico", "Rubber.Ico", "Stamp.Ico", "Text.Ico"}) {
-    imgLstMousePointers.Add(key);
-  }
   tmrDefaultToolsSelection.SetInterval(1000);
   tmrWatchClipBoard.SetInterval(10000);
   tmrMoveLayer.SetInterval(10);

@@ -43,7 +43,7 @@ std::optional<std::size_t> HandleAt(const TransparentPicture& layer, float x, fl
   return std::nullopt;
 }
 
-// Moves one edge of a span by the pointer's way, down to the least size.
+// Moves one edge of a span by the distance that the pointer moved, but keeps the least size.
 void MoveEdge(int side, float way, float& low, float& high) {
   if (side < 0) low = std::min(low + way, high - LeastSize);
   if (side > 0) high = std::max(high + way, low + LeastSize);

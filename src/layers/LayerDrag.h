@@ -20,7 +20,7 @@ public:
   // The pointer moved; a layer that is sized with `isInProportion` keeps its proportions. The frame shows from the
   // first noticeable move on, so that a click moves nothing.
   void MoveTo(float x, float y, bool isInProportion);
-  // The button was released: lands the layer. False where nothing was moved.
+  // The button was released: lands the layer. False if nothing was moved.
   bool End();
   // Leaves the layer where it was.
   void Cancel();

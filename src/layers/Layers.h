@@ -35,7 +35,7 @@ public:
 
   // An empty page layer means that no page is open.
   bool HasPage() const { return form.TransLayers(PageLayer).HasPicture(); }
-  // The layer picked last, the one that commands act on. Raises ControlArrayElementDoesNotExist where it is not loaded.
+  // The layer picked last, the one that commands act on. Raises ControlArrayElementDoesNotExist if it is not loaded.
   TransparentPicture& CurrentLayer() const { return form.TransLayers(m_CurrentLayer); }
   std::int16_t CurrentLayerIndex() const { return m_CurrentLayer; }
   void SetCurrentLayer(std::int16_t index) { m_CurrentLayer = index; }
@@ -43,7 +43,7 @@ public:
   LayerDrag& PickedDrag() { return pickedDrag; }
   Stacking& ZOrder() { return stacking; }
 
-  // Loads the next layer as a hidden copy of the template, on top of all, with the present line size. Null where that
+  // Loads the next layer as a hidden copy of the template, on top of all, with the present line size. Null if that
   // failed, which is reported by then; past the array's limit it is InvalidControlArrayIndex.
   TransparentPicture* NewLayer();
   // Unloads the floating layers and the pen's markers. The page becomes the current layer when the present one goes.
@@ -60,7 +60,7 @@ public:
   void PassPress(std::int16_t index, float x, float y);
   // The release of that button: the layer lands. A second press on a layer of text that moves nothing begins typing.
   void EndPickedDrag();
-  // Has every layer show the canvas's pointer but that one, or with index 0 every one.
+  // Shows the canvas's pointer over every layer but that one; with index 0 over every layer.
   void ShowCanvasPointer(std::int16_t exceptOver = 0);
   // Back to rest, whatever the mouse was doing; nothing of it remains on the canvas.
   void AbandonDrag();
@@ -78,7 +78,7 @@ public:
   CanvasHandler CanvasMouseDown;
   CanvasHandler CanvasMouseMove;
   CanvasHandler CanvasMouseUp;
-  // What deals with the selected area, before each layer of the layer label.
+  // Raised before each layer that the layer label makes; the handler deals with the selected area.
   Event<> BeforeLabelLayer;
 
 private:
@@ -88,7 +88,7 @@ private:
   void Forward(const char* procedure, const CanvasHandler& handler, const Control& layer, std::int16_t button,
                std::int16_t shift, float x, float y);
   void AddLabelLayer(Procedure& run);
-  // From 0 up to, and without, `limit`; whole.
+  // A whole number from 0 up to, but not including, `limit`.
   std::int32_t RandomBelow(double limit);
 
   Desktop& desktop;

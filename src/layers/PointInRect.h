@@ -5,7 +5,7 @@
 
 namespace kw {
 
-// Whether the point lies in the rectangle, all four edges included. Raises Overflow where an edge does not fit 32 bits.
+// Whether the point lies in the rectangle, all four edges included. Raises Overflow if an edge does not fit 32 bits.
 inline bool IsPointInRect(std::int32_t x, std::int32_t y, std::int32_t left, std::int32_t top, std::int32_t width,
                           std::int32_t height) {
   const std::int32_t right = AddChecked(left, width);

@@ -17,7 +17,7 @@ bool HasCornerIn(const Control& inner, const Control& outer) {
 
 }  // namespace
 
-// From 1; one past the end where the layer is not in the order.
+// From 1; one past the end if the layer is not in the order.
 std::size_t Stacking::PositionOf(std::int16_t layer) const {
   const auto found = std::find(m_LayerZOrder.begin(), m_LayerZOrder.end(), layer);
   return static_cast<std::size_t>(found - m_LayerZOrder.begin()) + 1;

@@ -17,7 +17,7 @@ public:
   void Reset() { m_LayerZOrder = {1}; }
   void Append(std::int16_t layer) { m_LayerZOrder.push_back(layer); }
 
-  // Moves `layer` above the next layer above it, or below the next one below it, that it overlaps. False where there
+  // Moves `layer` above the next layer above it, or below the next one below it, that it overlaps. False if there
   // is none. The page is never moved, nor anything below it. A layer that stands in no order is not brought forward;
   // to send it backward raises SubscriptOutOfRange, if there is a layer that it overlaps.
   bool BringForward(std::int16_t layer);

@@ -14,15 +14,15 @@ namespace kw {
 // own, which the profile file stamps.lst in the work folder keeps under the keys 1, 2, 3 and so on.
 class StampList {
 public:
-  // Both must outlive the list.
+  // Both arguments must outlive the list.
   StampList(Desktop& platform, Trap& errorTrap) : desktop(platform), trap(errorTrap) {}
 
-  // The trimmed value of a key, at most 511 characters; empty where there is none.
+  // The trimmed value of a key, at most 511 characters; empty if there is none.
   std::string ReadStamp(const std::string& key) const;
   // A file that cannot be written is not reported.
   void WriteStamp(const std::string& key, const std::string& value) const;
   // Writes it behind the user's stamps that the file holds now, those of other users of the folder included. Raises
-  // Overflow where these are 32767.
+  // Overflow if these are 32767.
   void AddStamp(const std::string& value);
 
   // Fills the combo afresh and selects its first item. The first key without a value ends the user's stamps; the key
@@ -38,7 +38,7 @@ private:
   void AddBuiltInStamps(ImageCombo& combo) const;
   void AddUserStamps(ImageCombo& combo);
   std::map<std::string, std::string> ReadPlainStamps() const;
-  // The stamp of the next key, of these if it is among them; empty where there is none.
+  // The stamp of the next key, of these if it is among them; empty if there is none.
   std::string NextStamp(const std::map<std::string, std::string>& plainStamps) const;
 
   Desktop& desktop;

@@ -17,11 +17,11 @@ namespace kw {
 // count and the signature's tick are offered again.
 class StampTool : private EditorContext {
 public:
-  // What is referred to must outlive the tool.
+  // Everything passed in must outlive the tool.
   explicit StampTool(const EditorContext& context);
 
   // Asks, and unless the user cancels stamps the page at (x, y) of the canvas, in the current layer's font, bold, and
-  // the foreground colour. Where another document was opened while the dialog was up, nothing is stamped; what is
+  // the foreground colour. If another document was opened while the dialog was up, nothing is stamped; what is
   // offered again is kept.
   void PlaceStamp(float x, float y);
 

@@ -16,7 +16,7 @@ constexpr int DaysOffered = 90;
 // The options.
 enum : std::int16_t { StampOption, CountOption, DateOption };
 
-// The number that a text begins with, blanks left out; 0 where it begins with none.
+// The number that a text begins with, blanks left out; 0 if it begins with none.
 double NumericValue(std::string text) {
   std::erase(text, ' ');
   if (text.starts_with('+')) text.erase(0, 1);
@@ -71,7 +71,7 @@ void frmApprovedXTimes::SetDesignValues() {
   lblOKUntil.SetCaption("OK UNTIL");
   chkAttachSignature.SetCaption("&Attach signature");
   picPreview.SetBackColor(MakeColour(255, 255, 255));
-  picPreview.SetEnabled(false);  // it only shows
+  picPreview.SetEnabled(false);  // display only
   chkOK.SetCaption("&OK");
   chkCancel.SetCaption("&Cancel");
   for (CheckBox* button : {&chkOK, &chkCancel}) button->SetIsButton(true);

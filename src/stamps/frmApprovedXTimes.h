@@ -24,7 +24,7 @@ namespace kw {
 // Made for one stamp: preset, shown once, read.
 class frmApprovedXTimes {
 public:
-  // Both must outlive the dialog.
+  // Both arguments must outlive the dialog.
   frmApprovedXTimes(Desktop& platform, Trap& errorTrap);
 
   // Shows the dialog and waits until it is left.
@@ -36,7 +36,7 @@ public:
   bool IsToAttachSignature = false;
   std::string NoOfTimes;
   std::string LastStampSelected;
-  // The place of that stamp in the list where it was picked there; 0 where it was typed. Preset, a built-in stamp is
+  // The place of that stamp in the list if it was picked there; 0 if it was typed. Preset, a built-in stamp is
   // offered again as it reads at the moment of the new list.
   std::int32_t LastItemSelected = 0;
 

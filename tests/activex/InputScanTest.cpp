@@ -4,8 +4,8 @@
 #include "tests/activex/InputFixture.h"
 #include "tests/activex/OtherProgram.h"
 #include "tests/activex/Soon.h"
-#include "tests/twain/TestScanner.h"
-#include "tests/twain/TestSheet.h"
+#include "tests/support/programs/twain/TestScanner.h"
+#include "tests/support/programs/twain/TestSheet.h"
 
 namespace kw::test {
 namespace {

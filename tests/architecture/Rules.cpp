@@ -82,10 +82,10 @@ bool MayTalkToTheSystem(std::string_view path) {
   const auto file = path.substr(path.rfind('/') + 1);
   // Tests that lock files or limit the memory, each in the system's own way.
   if (path == "tests/picture/SavingTest.cpp" || path == "tests/picture/BadInputTest.cpp") return true;
-  if (path == "tests/picture/DurabilityTest.cpp") return true;          // what the system is asked to flush
-  if (path.starts_with("src/components/base/SystemFile")) return true;  // what files need of each system
-  if (path.starts_with("tests/twain/")) return true;                    // a driver for Windows
-  if (path.starts_with("tests/clients/")) return true;                  // programs for Windows
+  if (path == "tests/picture/DurabilityTest.cpp") return true;           // what the system is asked to flush
+  if (path.starts_with("src/components/base/SystemFile")) return true;   // what files need of each system
+  if (path.starts_with("tests/support/programs/twain/")) return true;    // a driver for Windows
+  if (path.starts_with("tests/support/programs/clients/")) return true;  // programs for Windows
   return folder == "windows" || folder == "activex" || folder == "host" ||
          (folder == "tools" && file.starts_with("Platform"));
 }

@@ -212,6 +212,21 @@ TEST_F(ShutDown, StopsEveryTimerFreesEveryPictureAndLeavesTheTrace) {
   EXPECT_TRUE(events.errors.empty());
 }
 
+TEST_F(ShutDown, TakesEveryIntervalAndEveryPicture) {
+  control->OpenFile(MakeImage("scan.bmp"));
+  control->LetBGImage(MakeImage("back.bmp"));
+  Form().picTempBuffer.SetPicture(Bitmap(3, 3, 24));
+  Form().fr.SetPicture(Bitmap(3, 3, 24));
+  control->UserControl_Terminate();
+  for (const Timer* timer : {&Form().tmrDefaultToolsSelection, &Form().tmrWatchClipBoard, &Form().tmrMoveLayer}) {
+    EXPECT_EQ(timer->Interval(), 0) << timer->Name();
+  }
+  EXPECT_FALSE(Form().TransBackImage.HasPicture());
+  EXPECT_FALSE(Form().fr.HasPicture());
+  EXPECT_TRUE(Form().picTempBuffer.Picture().IsEmpty());
+  EXPECT_EQ(Form().kwrpColors.Picture(), "");
+}
+
 TEST_F(ShutDown, LeavesTheFirstChildOut) {
   control->UserControl_Terminate();
   const std::vector<Control*> children = Form().Controls();

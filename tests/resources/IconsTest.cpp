@@ -6,8 +6,7 @@
 #include <map>
 #include <string>
 
-#include "form/EditorForm.h"
-#include "tests/support/ScriptedDesktop.h"
+#include "tests/support/EditorFixture.h"
 
 namespace kw {
 namespace {
@@ -17,9 +16,10 @@ std::string Drawing(const std::string& path) {
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-TEST(Icons, EveryButtonOfTheFormHasADrawing) {
-  test::ScriptedDesktop desktop;
-  EditorForm form(desktop);
+using Icons = test::EditorTest;
+
+TEST_F(Icons, EveryButtonOfTheFormHasADrawing) {
+  EditorForm& form = Form();
   int buttons = 0;
   for (Control* control : form.Controls()) {
     const auto* bar = dynamic_cast<const ToolBar*>(control);
@@ -36,7 +36,7 @@ TEST(Icons, EveryButtonOfTheFormHasADrawing) {
   EXPECT_FALSE(Drawing("icons/" + form.kwrpHideToolBox.Picture() + ".svg").empty());
 }
 
-TEST(Icons, NoTwoAreTheSame) {
+TEST_F(Icons, NoTwoAreTheSame) {
   std::map<std::string, std::string> seen;
   for (const auto& entry : std::filesystem::directory_iterator(std::filesystem::path(KW_SOURCE) / "resources/icons")) {
     const std::string name = entry.path().filename().string();

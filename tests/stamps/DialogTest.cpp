@@ -96,6 +96,8 @@ TEST_F(StampDialog, ComposesTheCount) {
       {"1e-999", "APPROVED 1e-999 TIME"},
       {".5", "APPROVED .5 TIME"},
       {"-", "APPROVED - TIME"},
+      {"05", "APPROVED 05 TIMES"},
+      {"9", "APPROVED 9 TIMES"},
   };
   for (const auto& row : cases) {
     frmApprovedXTimes one(desktop, control->ErrorTrap());
@@ -265,6 +267,16 @@ TEST_F(StampDialog, OffersABuiltInStampAsItReadsNow) {
   EXPECT_EQ(dialog.StampString, dialog.cmbStamps.ItemText(6));
   EXPECT_EQ(dialog.LastItemSelected, 6);
   EXPECT_FALSE(Exists(folder.File("stamps.lst")));
+}
+
+TEST_F(StampDialog, OffersTheFirstAndTheLastBuiltInStampAsTheyReadNow) {
+  for (const std::int32_t item : {1, 25}) {
+    frmApprovedXTimes one(desktop, control->ErrorTrap());
+    one.LastStampSelected = "of another day";
+    one.LastItemSelected = item;
+    desktop.formAnswers.emplace_back([&](DialogForm&) { EXPECT_EQ(one.cmbStamps.SelectedItem(), item); });
+    one.ShowModal();
+  }
 }
 
 TEST_F(StampDialog, OffersAUserStampByItsTextWhereverItStandsNow) {

@@ -118,6 +118,15 @@ TEST_F(Stamping, OffersTheLastStampCountAndTickAgain) {
   EXPECT_EQ(Floating(), 4);
 }
 
+TEST_F(Stamping, CancelledForgetsNoTick) {
+  TakeSignature(10, 4);
+  StampAt(10, 10, [](DialogForm& dialog) { Tick(dialog); });
+  StampAt(100, 100, [](DialogForm& dialog) { dialog.KeyDown.Raise(27, 0); });
+  bool isTicked = false;
+  StampAt(200, 200, [&](DialogForm& dialog) { isTicked = Find<CheckBox>(dialog, "chkAttachSignature").Value(); });
+  EXPECT_TRUE(isTicked);
+}
+
 TEST_F(Stamping, OffersAPickedDatedStampWithTheDateOfThatMoment) {
   desktop.date = {2026, 11, 14};
   StampAt(10, 10, [](DialogForm& dialog) { Find<ImageCombo>(dialog, "cmbStamps").UserChoose(6); });
@@ -232,6 +241,18 @@ TEST_F(Stamping, OfAnEmptyTextIsNoLayer) {
   EXPECT_EQ(Place(1), (PixelRect{30, 40, 90, 60})) << "the signature alone";
 }
 
+TEST_F(Stamping, BeyondTheLimitOfLayersIsReported) {
+  TakeSignature(60, 20);
+  Form().TransLayers.Load(32767);
+  StampAt(30, 40);
+  StampAt(30, 40, [](DialogForm& dialog) {
+    Type(dialog, "");
+    Find<CheckBox>(dialog, "chkAttachSignature").SetValue(true);
+  });
+  EXPECT_EQ(events.errors, std::vector<int>{341});
+  EXPECT_EQ(Form().TransLayers.Count(), 3);
+}
+
 TEST_F(Stamping, InWhiteIsSeen) {
   Form().SampleForeGroundColor.SetBackColor(MakeColour(255, 255, 255));
   StampAt(30, 40);
@@ -286,6 +307,21 @@ TEST_F(Stamping, ShowsTheStampBeforehand) {
     Tick(dialog);
     EXPECT_TRUE(signature.HasPicture());
     EXPECT_TRUE(IsInside(PixelsOf(signature), {0, 0, PixelsOf(preview).Width(), PixelsOf(preview).Height()}));
+  });
+}
+
+// Four pixels from the edges of the preview, in a font whose characters are 8 by 16 pixels.
+TEST_F(Stamping, ShowsTheStampBeforehandInItsPlaces) {
+  TakeSignature(60, 20);
+  Room().CurrentLayer().SetTextFont({.name = "Arial", .size = 12});
+  StampAt(30, 40, [](DialogForm& dialog) {
+    const std::vector<Control*>& shown = Find<PictureBox>(dialog, "picPreview").Children();
+    Type(dialog, "SEEN");
+    EXPECT_EQ(PixelsOf(*shown.at(0)), (PixelRect{4, 4, 36, 20}));
+    Tick(dialog);
+    EXPECT_EQ(PixelsOf(*shown.at(1)), (PixelRect{4, 22, 64, 42}));
+    Type(dialog, std::string(51, 'x'));
+    EXPECT_EQ(PixelsOf(*shown.at(0)), (PixelRect{4, 4, 404, 36}));
   });
 }
 

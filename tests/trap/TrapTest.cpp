@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
 #include <new>
 #include <stdexcept>
@@ -64,6 +65,16 @@ TEST_F(TrapTest, AfterFiveThousandTracedCallsTheHistoryHolds4096CharactersAndEnd
   for (int i = 1; i <= 5000; ++i) trap.TraceFunction("Procedure" + std::to_string(i));
   EXPECT_EQ(trap.FunctionHistory().size(), 4096U);
   EXPECT_TRUE(trap.FunctionHistory().ends_with("\r\nProcedure4999\r\nProcedure5000"));
+}
+
+TEST_F(TrapTest, TheHistoryHoldsTheLast4096CharactersAsTheyWereTraced) {
+  std::string whole;
+  for (int i = 1; i <= 400; ++i) {
+    const std::string name = "Procedure" + std::to_string(i);
+    trap.TraceFunction(name);
+    whole += "\r\n" + name;
+    ASSERT_EQ(trap.FunctionHistory(), whole.substr(whole.size() - std::min<std::size_t>(whole.size(), 4096))) << i;
+  }
 }
 
 TEST_F(TrapTest, AnAppDirWithoutTrailingBackslashIsJoinedAsItStands) {

@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "components/controls/Timer.h"
-#include "tests/twain/TestScanner.h"
-#include "tests/twain/TestSheet.h"
+#include "tests/support/programs/twain/TestScanner.h"
+#include "tests/support/programs/twain/TestSheet.h"
 
 namespace kw::test {
 namespace {

@@ -11,8 +11,8 @@
 #include "components/controls/Timer.h"
 #include "tests/support/Errors.h"
 #include "tests/support/TemporaryFolder.h"
-#include "tests/twain/TestScanner.h"
-#include "tests/twain/TestSheet.h"
+#include "tests/support/programs/twain/TestScanner.h"
+#include "tests/support/programs/twain/TestSheet.h"
 #include "tests/windows/TestForm.h"
 #include "windows/WindowsDesktop.h"
 

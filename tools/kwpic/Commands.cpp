@@ -12,6 +12,7 @@
 #include "components/base/FilePath.h"
 #include "components/base/Files.h"
 #include "components/base/RunTimeError.h"
+#include "picture/PageMarker.h"
 #include "picture/PictureDocument.h"
 
 namespace kw {
@@ -99,7 +100,7 @@ std::string PageFile(const std::string& document, const std::string& folder, std
   std::filesystem::path path = ToFilesystemPath(document);
   const std::filesystem::path extension = path.extension();
   path.replace_extension();
-  path += "_Page_" + std::to_string(page);
+  path += std::string(PageMarker) + std::to_string(page);
   path += extension;
   return FromFilesystemPath(folder.empty() ? path : ToFilesystemPath(folder) / path.filename());
 }

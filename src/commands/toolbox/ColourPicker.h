@@ -16,7 +16,7 @@ class ColourPicker : private EditorContext {
 public:
   ColourPicker(const EditorContext& context, ColoursAndLines& colours);
 
-  // The caption that names a colour. Its numbers are not those of the colour's parts; they are required as they are.
+  // The caption that names a colour. Its numbers are not those of the colour's parts; users rely on them as they are.
   static std::string ReadOut(Colour colour);
 
 private:

@@ -27,7 +27,7 @@ std::vector<Rgb> GreyRamp(int bitsPerPixel) {
   return ramp;
 }
 
-// Bytes that begin at a multiple of the row alignment, zeroed where that is wanted.
+// Bytes that begin at a multiple of the row alignment, zeroed if that is wanted.
 std::shared_ptr<std::uint8_t[]> AllocatePixels(std::size_t bytes, bool zeroed) {
   if (bytes > std::numeric_limits<std::size_t>::max() - Bitmap::RowAlignment) Raise(ErrorNumber::OutOfMemory);
   void* block = zeroed ? std::calloc(bytes + Bitmap::RowAlignment, 1) : std::malloc(bytes + Bitmap::RowAlignment);

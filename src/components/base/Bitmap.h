@@ -28,9 +28,9 @@ public:
   // No picture at all ("is nothing").
   Bitmap() = default;
   // A black picture (all bytes zero); a depth up to 8 gets a grey ramp as its palette (0 black, last white).
-  // Raises InvalidProcedureCall for a size below 1 or a depth not named above, OutOfMemory where the pixels do not fit.
+  // Raises InvalidProcedureCall for a size below 1 or a depth not named above, OutOfMemory if the pixels do not fit.
   Bitmap(std::int32_t width, std::int32_t height, int bitsPerPixel);  // NOLINT(readability-*)
-  // The same with pixels of any value, for who writes all of them.
+  // As above, but the pixels are uninitialised. For callers that overwrite every pixel.
   static Bitmap Unfilled(std::int32_t width, std::int32_t height, int bitsPerPixel);
 
   bool IsEmpty() const { return pixels == nullptr; }
@@ -42,7 +42,7 @@ public:
   // Bytes of a row that hold pixels.
   std::size_t RowBytes() const;
 
-  // Dots per inch; 0 where the source did not say.
+  // Dots per inch; 0 if the source does not say.
   double HorizontalResolution() const { return horizontalResolution; }
   double VerticalResolution() const { return verticalResolution; }
   void SetResolution(double horizontal, double vertical);
@@ -60,7 +60,7 @@ public:
   // The colour of one pixel, whatever the depth (alpha left out). For tests and the colour picker, not for loops.
   Rgb PixelAt(std::int32_t x, std::int32_t y) const;
 
-  // True where both show the same size, depth, palette and pixels (resolution and padding left out).
+  // True if both show the same size, depth, palette and pixels (resolution and padding left out).
   friend bool SamePicture(const Bitmap& a, const Bitmap& b);
   // True if both are copies of one picture whose pixels nobody has changed since; also if both are empty.
   bool SharesPixelsWith(const Bitmap& other) const { return pixels == other.pixels; }

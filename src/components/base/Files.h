@@ -11,10 +11,10 @@ namespace kw {
 // PermissionDenied, PathFileAccessError or DiskFull.
 void AppendToFile(const std::string& path, std::string_view text);
 
-// The name part of an existing file that is no folder; empty where there is none.
+// The name part of an existing file that is no folder; empty if there is none.
 std::string LookUpFile(const std::string& path);
 
-// Raises FileNotFound where there is no such file, PathFileAccessError where it cannot be deleted.
+// Raises FileNotFound if there is no such file, PathFileAccessError if it cannot be deleted.
 void RemoveFileAt(const std::string& path);
 
 // Whether both paths lead to one existing file, or are the same text.

@@ -43,7 +43,7 @@ class RunTimeError : public std::exception {
 public:
   // The description is the run time's own text for `known`, the source is the editor's project name.
   explicit RunTimeError(ErrorNumber known);
-  // `systemError` is the system's last error code at the moment of the failure (0 where no system call failed).
+  // `systemError` is the system's last error code at the moment of the failure (0 if no system call failed).
   RunTimeError(std::int32_t errorNumber, std::string text, std::int32_t systemError = 0,
                std::string sourceName = "KwEditor");
 
@@ -63,7 +63,7 @@ private:
 // The run time's text for a number; "Application-defined or object-defined error" for one that it does not know.
 std::string ErrorDescription(std::int32_t number);
 
-// Throws the run-time error `number` with its standard description, and `lastDllError` where a system call failed.
+// Throws the run-time error `number` with its standard description, and `lastDllError` if a system call failed.
 [[noreturn]] void Raise(ErrorNumber number, std::int32_t lastDllError = 0);
 
 // Control-array errors carry the index in their text.

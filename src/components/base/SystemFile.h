@@ -10,7 +10,7 @@ namespace kw {
 
 // What standard C++ cannot ask a file system for. Paths are those of ToFilesystemPath().
 
-// The system's own error code; 0 where a call succeeded.
+// The system's own error code; 0 if a call succeeded.
 using SystemCode = int;
 
 // Raises PathNotFound, PermissionDenied, DiskFull or PathFileAccessError, with the code as its system error.
@@ -83,7 +83,7 @@ enum class Existing { Replaced, Kept };
 
 // Gives `file` the name `target` in the same folder, in one step. A file that is replaced hands on its mode and, on
 // Windows, its attributes and its access rights; one that may not be written is not replaced. Waits a moment for who
-// has one of both open. Where the existing file is kept, IsTaken() is true for the code.
+// has one of both open. If the existing file is kept, IsTaken() is true for the code.
 SystemCode PutInPlace(const std::filesystem::path& file, const std::filesystem::path& target, Existing existing,
                       Durability durability);
 bool IsTaken(SystemCode code);
@@ -99,7 +99,7 @@ public:
   FileLock(const FileLock&) = delete;
   FileLock& operator=(const FileLock&) = delete;
   ~FileLock();
-  // False where the file cannot be made or the wait was over.
+  // False if the file cannot be made or the wait was over.
   bool IsHeld() const { return handle != None; }
 
 private:

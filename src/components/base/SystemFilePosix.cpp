@@ -98,7 +98,7 @@ SystemCode FlushFolderOf(const std::filesystem::path& path) {
 // Owner and mode of the file that is about to be replaced.
 SystemCode HandOn(const struct stat& old, const std::filesystem::path& file) {
   mode_t mode = old.st_mode & Permissions;
-  // Who is in the new group has the rights of everybody, where the old group cannot be kept.
+  // Who is in the new group has the rights of everybody, if the old group cannot be kept.
   const bool keepsOwner = chown(file.c_str(), old.st_uid, old.st_gid) == 0;
   if (!keepsOwner && chown(file.c_str(), static_cast<uid_t>(-1), old.st_gid) != 0) {
     mode &= ~GroupPermissions | (mode & OtherPermissions) << 3U;

@@ -110,7 +110,7 @@ HANDLE OpenForAppending(const std::filesystem::path& path) {
 }
 
 // Between those who append to one file, since not every file system puts the bytes of two of them behind each other.
-// They do without it where it cannot be had.
+// They do without it if it cannot be had.
 class WritersLock {
 public:
   explicit WritersLock(HANDLE written) : file(written) {

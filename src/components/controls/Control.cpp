@@ -39,7 +39,7 @@ void Control::SetVisible(bool value) {
   if (!visible) GiveUpFocus();
 }
 
-// What is hidden cannot have the focus; where there are windows, the system has taken it away by now.
+// What is hidden cannot have the focus; if there are windows, the system has taken it away by now.
 void Control::GiveUpFocus() {
   Control* const holder = Root().active;
   for (const Control* one = holder; one != nullptr; one = one->container) {
@@ -118,7 +118,7 @@ void Control::SetContainer(Control* newContainer) {
   if (container == newContainer) return;
   if (container != nullptr) {
     if (container->view != nullptr) container->view->ChildRemoved(*this);
-    // Of many children the last ones come and go.
+    // Search from the back: the newest children are removed most often.
     auto& siblings = container->children;
     siblings.erase(std::prev(std::find(siblings.rbegin(), siblings.rend(), this).base()));
   }

@@ -49,13 +49,13 @@ enum class MousePointer : std::uint8_t {
   Default = 0,
   Arrow = 1,
   Cross = 2,
-  SizeAll = 15,
   SizeNESW = 6,
   SizeNS = 7,
   SizeNWSE = 8,
   SizeWE = 9,
   Hourglass = 11,
   NoDrop = 12,
+  SizeAll = 15,
   Custom = 99,
 };
 
@@ -112,7 +112,7 @@ public:
   const std::string& ToolTip() const { return toolTip; }
   void SetToolTip(std::string text) { toolTip = std::move(text); }
 
-  // Before all its siblings.
+  // Moves this control in front of its siblings.
   void ZOrder();
   // Becomes the active control of its form. Raises InvalidProcedureCall when it cannot take the focus.
   void SetFocus();
@@ -147,6 +147,17 @@ public:
 
 protected:
   void Tell(Aspect aspect);
+  // Takes over a property's value and tells the view.
+  template <class Value>
+  void Assign(Value& property, Value value, Aspect aspect) {
+    property = std::move(value);
+    Tell(aspect);
+  }
+  // The same, unless it is the value that the property has.
+  template <class Value>
+  void AssignIfNew(Value& property, Value value, Aspect aspect) {
+    if (property != value) Assign(property, std::move(value), aspect);
+  }
   // A derived control raises its resize or change event here.
   virtual void Resized() {}
   // For a control array's new item: takes over the design-time values of `other`, its own name and index apart.

@@ -33,7 +33,7 @@ public:
     for (const auto& item : items) connect(*item.second);
   }
 
-  // Raises ControlArrayElementDoesNotExist where no item has that index.
+  // Raises ControlArrayElementDoesNotExist if no item has that index.
   T& operator()(std::int32_t index) const {
     const auto found = items.find(index);
     if (found == items.end()) RaiseMissingElement(index);
@@ -42,7 +42,7 @@ public:
 
   bool IsLoaded(std::int32_t index) const { return items.contains(index); }
 
-  // Raises InvalidControlArrayIndex out of range, ObjectAlreadyLoaded where the item is there.
+  // Raises InvalidControlArrayIndex out of range, ObjectAlreadyLoaded if the item is there.
   T& Load(std::int32_t index) {
     if (index < 0 || index > HighestIndex) Raise(ErrorNumber::InvalidControlArrayIndex);
     if (IsLoaded(index)) Raise(ErrorNumber::ObjectAlreadyLoaded);

@@ -17,7 +17,7 @@ public:
   explicit DTPicker(std::string controlName) : Control(std::move(controlName), "DTPicker") {}
 
   const LocalDate& Value() const { return value; }
-  // Raises InvalidPropertyValue for what is no date or out of the range; raises Change where the date is another one.
+  // Raises InvalidPropertyValue for what is no date or out of the range; raises Change if the date is another one.
   void SetValue(const LocalDate& date);
   int Year() const { return value.year; }
   int Month() const { return value.month; }

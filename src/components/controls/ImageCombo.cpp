@@ -48,7 +48,7 @@ void ImageCombo::UserChoose(std::int32_t position) {
 void ImageCombo::UserType(const std::string& newText) {
   if (!Enabled() || !isEditable || newText == text) return;
   SetText(newText);
-  selected = 0;  // a typed text is nobody's item, even where it reads the same
+  selected = 0;  // a typed text is nobody's item, even if it reads the same
   Change.Raise();
 }
 

@@ -20,7 +20,7 @@ public:
   void Add(const std::string& text, std::int32_t position = 0);
   void Clear();
 
-  // The selected item's number; 0 where none is.
+  // The selected item's number; 0 if none is.
   std::int32_t SelectedItem() const { return selected; }
   // Selects an item and shows its text; raises no event.
   void Select(std::int32_t position);

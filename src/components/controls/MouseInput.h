@@ -7,7 +7,6 @@
 namespace kw {
 
 // The mouse events of a control, with the button, the shift state and the position in the control's own units.
-// The names of the input procedures are what a view calls.
 struct MouseInput {
   Event<std::int16_t, std::int16_t, float, float> MouseDown;
   Event<std::int16_t, std::int16_t, float, float> MouseMove;

@@ -23,7 +23,7 @@ public:
     Tell(Aspect::Content);
   }
   bool Value() const { return value; }
-  // Raises Click where it becomes chosen.
+  // Raises Click when it becomes chosen.
   void SetValue(bool newValue);
 
   // Input procedure: the user chose it. Ignored while it is disabled.

@@ -21,7 +21,7 @@ public:
   // Off, it forgets the choice of a source. Ignored while an acquisition is under way.
   void SwitchOn(bool value);
 
-  // These do nothing, and acquire nothing, while it is off, during an acquisition, and where the platform has no way to
+  // These do nothing, and acquire nothing, while it is off, during an acquisition, and if the platform has no way to
   // a scanner.
   void SelectSource();
   // True when an image was acquired and lies on the clipboard.

@@ -32,7 +32,7 @@ public:
 
   explicit ToolBar(std::string controlName) : Control(std::move(controlName), "Toolbar") {}
 
-  // Buttons in their order. Adding is a matter of design time.
+  // Buttons in their order. Buttons are added only while the form is built.
   const std::vector<Button>& Buttons() const { return buttons; }
   void AddButton(Button button);
   void LoadFrom(const ToolBar& other);
@@ -59,7 +59,7 @@ private:
   std::vector<Button> buttons;
 };
 
-// The element of an array of bars that has the button; raises ElementNotFound where none has.
+// The element of an array of bars that has the button; raises ElementNotFound if none has.
 ToolBar& BarOf(const ControlArray<ToolBar>& bars, const std::string& key);
 
 }  // namespace kw

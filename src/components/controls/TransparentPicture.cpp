@@ -8,19 +8,7 @@ void TransparentPicture::LoadFrom(const TransparentPicture& other) {
   CopyDesign(other);
   picture = other.picture;
   sourcePicture = other.sourcePicture;
-  caption = other.caption;
-  foreColor = other.foreColor;
-  backColor = other.backColor;
-  fillColor = other.fillColor;
-  lineColor = other.lineColor;
-  lineWidth = other.lineWidth;
-  transparentColor = other.transparentColor;
-  figure = other.figure;
-  style = other.style;
-  isTextEntry = other.isTextEntry;
-  font = other.font;
-  isToShowBorderMarks = other.isToShowBorderMarks;
-  isToShowResize = other.isToShowResize;
+  design = other.design;
 }
 
 void TransparentPicture::SetPicture(Bitmap newPicture) {
@@ -35,98 +23,23 @@ bool TransparentPicture::TryClearPicture() {
   return true;
 }
 
-void TransparentPicture::SetLightened(bool value) {
-  if (isLightened == value) return;
-  isLightened = value;
-  Tell(Aspect::Content);
-}
-
-void TransparentPicture::SetCaption(std::string text) {
-  caption = std::move(text);
-  Tell(Aspect::Content);
-}
-
-void TransparentPicture::SetForeColor(Colour value) {
-  foreColor = value;
-  Tell(Aspect::Colours);
-}
-
-void TransparentPicture::SetBackColor(Colour value) {
-  backColor = value;
-  Tell(Aspect::Colours);
-}
-
-void TransparentPicture::SetFillColor(Colour value) {
-  fillColor = value;
-  Tell(Aspect::Colours);
-}
-
-void TransparentPicture::SetLineColor(Colour value) {
-  lineColor = value;
-  Tell(Aspect::Colours);
-}
-
 void TransparentPicture::SetLineWidth(std::int16_t value) {
   if (value < 1) Raise(ErrorNumber::InvalidPropertyValue);
-  lineWidth = value;
-  Tell(Aspect::Content);
-}
-
-void TransparentPicture::SetTransparentColor(Colour value) {
-  transparentColor = value;
-  Tell(Aspect::Colours);
-}
-
-void TransparentPicture::SetFigure(Figure newFigure) {
-  figure = newFigure;
-  Tell(Aspect::Content);
-}
-
-void TransparentPicture::SetStyle(std::int16_t value) {
-  style = value;
-  Tell(Aspect::Content);
+  Assign(design.lineWidth, value, Aspect::Content);
 }
 
 void TransparentPicture::SetTextEntry(bool value) {
-  if (isTextEntry == value) return;
-  isTextEntry = value;
-  if (!isTextEntry) SetTyping(false);
+  if (design.isTextEntry == value) return;
+  design.isTextEntry = value;
+  if (!value) SetTyping(false);
   Tell(Aspect::Content);
 }
 
-void TransparentPicture::SetTyping(bool value) {
-  const bool isToType = value && isTextEntry;
-  if (isTyping == isToType) return;
-  isTyping = isToType;
-  Tell(Aspect::Typing);
-}
+void TransparentPicture::SetTyping(bool value) { AssignIfNew(isTyping, value && design.isTextEntry, Aspect::Typing); }
 
 void TransparentPicture::Type(std::string text) {
   SetCaption(std::move(text));
   Typed.Raise();
-}
-
-void TransparentPicture::SetTextFont(Font newFont) {
-  font = std::move(newFont);
-  Tell(Aspect::Font);
-}
-
-void TransparentPicture::SetSelectionFrame(std::int32_t value) {
-  if (selectionFrame == value) return;
-  selectionFrame = value;
-  Tell(Aspect::Content);
-}
-
-void TransparentPicture::SetIsToShowBorderMarks(bool value) {
-  if (isToShowBorderMarks == value) return;
-  isToShowBorderMarks = value;
-  Tell(Aspect::Content);
-}
-
-void TransparentPicture::SetIsToShowResize(bool value) {
-  if (isToShowResize == value) return;
-  isToShowResize = value;
-  Tell(Aspect::Content);
 }
 
 }  // namespace kw

@@ -21,15 +21,15 @@ struct Figure {
   friend bool operator==(const Figure&, const Figure&) = default;
 };
 
-// A layer of the canvas: a picture or a drawn figure through which what lies below shows where it has its
-// transparent colour. The page, the background image, the floating layers and the rubber band are of this type.
+// A layer of the canvas: a picture or a drawn figure. Pixels of its transparent colour let through what lies below. The
+// page, the background image, the floating layers and the rubber band are of this type.
 class TransparentPicture : public Control, public MouseInput {
 public:
   explicit TransparentPicture(std::string controlName) : Control(std::move(controlName), "KWTransPicCtl") {}
   void LoadFrom(const TransparentPicture& other);
 
-  // What is shown. Assigning it makes it the source picture too, unless it is the source being assigned again;
-  // it raises Change even when the same picture is assigned, because it makes the control draw itself anew.
+  // What is shown. Assigning it makes it the source picture too. It raises Change even if the same picture is assigned,
+  // because it makes the control draw itself anew.
   const Bitmap& Picture() const { return picture; }
   void SetPicture(Bitmap newPicture);
   bool HasPicture() const { return !picture.IsEmpty(); }
@@ -39,35 +39,35 @@ public:
 
   // Whether the page's background is drawn paler.
   bool IsLightened() const { return isLightened; }
-  void SetLightened(bool value);
+  void SetLightened(bool value) { AssignIfNew(isLightened, value, Aspect::Content); }
 
-  const std::string& Caption() const { return caption; }
-  void SetCaption(std::string text);
-  Colour ForeColor() const { return foreColor; }
-  void SetForeColor(Colour value);
-  Colour BackColor() const { return backColor; }
-  void SetBackColor(Colour value);
-  Colour FillColor() const { return fillColor; }
-  void SetFillColor(Colour value);
-  const Font& TextFont() const { return font; }
-  void SetTextFont(Font newFont);
+  const std::string& Caption() const { return design.caption; }
+  void SetCaption(std::string text) { Assign(design.caption, std::move(text), Aspect::Content); }
+  Colour ForeColor() const { return design.foreColor; }
+  void SetForeColor(Colour value) { Assign(design.foreColor, value, Aspect::Colours); }
+  Colour BackColor() const { return design.backColor; }
+  void SetBackColor(Colour value) { Assign(design.backColor, value, Aspect::Colours); }
+  Colour FillColor() const { return design.fillColor; }
+  void SetFillColor(Colour value) { Assign(design.fillColor, value, Aspect::Colours); }
+  const Font& TextFont() const { return design.font; }
+  void SetTextFont(Font newFont) { Assign(design.font, std::move(newFont), Aspect::Font); }
 
-  Colour LineColor() const { return lineColor; }
-  void SetLineColor(Colour value);
+  Colour LineColor() const { return design.lineColor; }
+  void SetLineColor(Colour value) { Assign(design.lineColor, value, Aspect::Colours); }
   // Width of outlines in pixels.
-  std::int16_t LineWidth() const { return lineWidth; }
+  std::int16_t LineWidth() const { return design.lineWidth; }
   void SetLineWidth(std::int16_t value);
   // What is drawn in this colour lets through what lies below.
-  Colour TransparentColor() const { return transparentColor; }
-  void SetTransparentColor(Colour value);
+  Colour TransparentColor() const { return design.transparentColor; }
+  void SetTransparentColor(Colour value) { Assign(design.transparentColor, value, Aspect::Colours); }
   // What the layer draws inside its bounds, by FigureKind's numbers.
-  const Figure& DrawnFigure() const { return figure; }
-  void SetFigure(Figure newFigure);
+  const Figure& DrawnFigure() const { return design.figure; }
+  void SetFigure(Figure newFigure) { Assign(design.figure, newFigure, Aspect::Content); }
   // The border's style; 0 none.
-  std::int16_t Style() const { return style; }
-  void SetStyle(std::int16_t value);
+  std::int16_t Style() const { return design.style; }
+  void SetStyle(std::int16_t value) { Assign(design.style, value, Aspect::Content); }
   // Whether typing goes into the layer.
-  bool IsTextEntry() const { return isTextEntry; }
+  bool IsTextEntry() const { return design.isTextEntry; }
   void SetTextEntry(bool value);
 
   // Whether it is being typed into, which only a layer for text entry can be.
@@ -78,12 +78,12 @@ public:
 
   // The frame around a picked layer: 0 none, 1 one pixel.
   std::int32_t SelectionFrame() const { return selectionFrame; }
-  void SetSelectionFrame(std::int32_t value);
+  void SetSelectionFrame(std::int32_t value) { AssignIfNew(selectionFrame, value, Aspect::Content); }
   // The two display options: marks along the border, handles to resize by.
-  bool IsToShowBorderMarks() const { return isToShowBorderMarks; }
-  void SetIsToShowBorderMarks(bool value);
-  bool IsToShowResize() const { return isToShowResize; }
-  void SetIsToShowResize(bool value);
+  bool IsToShowBorderMarks() const { return design.isToShowBorderMarks; }
+  void SetIsToShowBorderMarks(bool value) { AssignIfNew(design.isToShowBorderMarks, value, Aspect::Content); }
+  bool IsToShowResize() const { return design.isToShowResize; }
+  void SetIsToShowResize(bool value) { AssignIfNew(design.isToShowResize, value, Aspect::Content); }
 
   // Input procedure: the layer takes a press, which activates it.
   void TakePress() const { Activate.Raise(); }
@@ -99,24 +99,29 @@ protected:
   void Resized() override { Change.Raise(); }
 
 private:
+  // What another layer of the same design has, too.
+  struct Design {
+    std::string caption;
+    Colour foreColor = 0;
+    Colour backColor = MakeColour(255, 255, 255);
+    Colour fillColor = MakeColour(255, 255, 255);
+    Colour lineColor = 0;
+    std::int16_t lineWidth = 1;
+    Colour transparentColor = MakeColour(255, 255, 255);
+    Figure figure;
+    std::int16_t style = 0;
+    bool isTextEntry = false;
+    Font font;
+    bool isToShowBorderMarks = false;
+    bool isToShowResize = false;
+  };
+
   Bitmap picture;
   Bitmap sourcePicture;
+  Design design;
   bool isLightened = false;
-  std::string caption;
-  Colour foreColor = 0;
-  Colour backColor = MakeColour(255, 255, 255);
-  Colour fillColor = MakeColour(255, 255, 255);
-  Colour lineColor = 0;
-  std::int16_t lineWidth = 1;
-  Colour transparentColor = MakeColour(255, 255, 255);
-  Figure figure;
-  std::int16_t style = 0;
-  bool isTextEntry = false;
   bool isTyping = false;
-  Font font;
   std::int32_t selectionFrame = 0;
-  bool isToShowBorderMarks = false;
-  bool isToShowResize = false;
 };
 
 }  // namespace kw

@@ -69,7 +69,7 @@ public:
                                        MessageButtons buttons = MessageButtons::Ok) = 0;
 
   // The common dialogs. Each shows what it is handed, waits, and takes over what the user chose; false, with nothing
-  // changed, when the user cancelled. Raises PrinterError where there is no printer.
+  // changed, when the user cancelled. Raises PrinterError if there is no printer.
   virtual bool ShowOpen(OpenDialog& dialog) = 0;
   virtual bool ShowColor(Colour& colour) = 0;
   virtual bool ShowFont(Font& font) = 0;
@@ -84,16 +84,16 @@ public:
   virtual void ShowModal(DialogForm& dialog) = 0;
 
   // Paints a picture on the current page of the printer chosen last, or of the default one, beginning a job and a page
-  // where none is open: from the upper left corner of the printable area on, in its true size where its resolution is
+  // if none is open: from the upper left corner of the printable area on, in its true size if its resolution is
   // known, but never larger than that area and in its proportions. Raises PrinterError.
   virtual void PrintPicture(const Bitmap& picture) = 0;
   // The next picture goes on a new page. A page on which nothing was painted stays blank. Raises PrinterError.
   virtual void NewPrinterPage() = 0;
   // Hands the open job to the printer; does nothing without one. A page on which nothing was painted is left out. No
-  // job is open afterwards, also where it fails. Raises PrinterError.
+  // job is open afterwards, also if it fails. Raises PrinterError.
   virtual void EndPrintJob() = 0;
 
-  // A way to the platform's scanners; null where it has none.
+  // A way to the platform's scanners; null if it has none.
   virtual std::unique_ptr<ScannerDriver> MakeScannerDriver() = 0;
 
   // Handles what waits in the message queue, then returns. Anything may happen meanwhile.
@@ -104,10 +104,10 @@ public:
   virtual float TwipsPerPixelY() const = 0;
 
   // The room that layers give a text in this font: its lines are broken at line ends and, unless `widest` is 0, between
-  // words where they would pass `widest` pixels. A text that ends in a line end has an empty last line.
+  // words if they would pass `widest` pixels. A text that ends in a line end has an empty last line.
   virtual TextExtent MeasureText(const std::string& text, const Font& font, std::int32_t widest) = 0;
 
-  // Whether the clipboard holds data in that format. A plain bitmap is no device-independent one, even where the
+  // Whether the clipboard holds data in that format. A plain bitmap is no device-independent one, even if the
   // system would make one of it. Raises InvalidClipboardFormat or the platform's error.
   virtual bool ClipboardHasFormat(std::int32_t format) = 0;
 
@@ -122,17 +122,17 @@ public:
 
   // Raises FileNotFound or PathFileAccessError.
   virtual void RemoveFile(const std::string& path) = 0;
-  // The name of the file at `path`; empty where there is none.
+  // The name of the file at `path`; empty if there is none.
   virtual std::string DirectoryLookUp(const std::string& path) = 0;
 
-  // A value of a profile file, at most 511 characters; the default where there is none.
+  // A value of a profile file, at most 511 characters; the default if there is none.
   virtual std::string ReadProfileString(const std::string& section, const std::string& key,
                                         const std::string& defaultValue, const std::string& path) = 0;
   // The plain values of a section by their keys, read at once. What is quoted, or longer than such a value can be, is
   // left out: ReadProfileString is asked for it.
   virtual std::map<std::string, std::string> ReadProfileSection(const std::string& section,
                                                                 const std::string& path) = 0;
-  // False where the file cannot be written.
+  // False if the file cannot be written.
   virtual bool WriteProfileString(const std::string& section, const std::string& key, const std::string& value,
                                   const std::string& path) = 0;
 
@@ -141,7 +141,7 @@ public:
   // The machine that the host runs on, and the number of its process there.
   virtual std::string MachineName() const = 0;
   virtual std::int64_t ProcessNumber() const = 0;
-  // Whether this machine has a process of that number now; also where that cannot be found out.
+  // Whether this machine has a process of that number now; also if that cannot be found out.
   virtual bool IsProcessRunning(std::int64_t number) const = 0;
 };
 

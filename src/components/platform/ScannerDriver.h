@@ -10,11 +10,11 @@ public:
   ScannerDriver& operator=(const ScannerDriver&) = delete;
   virtual ~ScannerDriver() = default;
 
-  // Shows the dialog in which the user chooses a source, and waits. Does nothing where there is no source.
+  // Shows the dialog in which the user chooses a source, and waits. Does nothing if there is no source.
   virtual void SelectSource() = 0;
   // Scans with the source chosen last, or the default one, and puts the image on the clipboard as a device-independent
   // bitmap; handles messages meanwhile, so anything may happen. False, with the clipboard as it was, when the user
-  // cancelled and where there is no source or no image. Whatever happens, the source is closed afterwards.
+  // cancelled and if there is no source or no image. Whatever happens, the source is closed afterwards.
   virtual bool Acquire() = 0;
   // For what runs meanwhile: ends the acquisition that is under way, if any, as soon as its source allows.
   virtual void CancelAcquisition() = 0;

@@ -18,7 +18,7 @@ public:
   Job(Desktop& platform, Procedure& procedure) : desktop(platform), run(procedure) {}
   Job(const Job&) = delete;
   Job& operator=(const Job&) = delete;
-  // Where the report of an error leaves the procedure, nobody is left to hear of another one.
+  // If the report of an error has left the procedure, a second error is not reported.
   ~Job() {
     if (isOpen) run.Attempt([&] { desktop.EndPrintJob(); });
   }
@@ -165,7 +165,7 @@ Bitmap Printing::Render(const std::string& file, const Pausing& pause) {
   return form.picTempBuffer.Picture();
 }
 
-// Handles what waits; false when printing is to stop.
+// Handles the messages that wait; false if printing is to stop.
 bool Printing::Pause(Procedure& run) {
   run([&] { desktop.DoEvents(); });
   return isPrinting;

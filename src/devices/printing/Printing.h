@@ -18,7 +18,7 @@ namespace kw {
 // one from its page file; floating layers are in neither.
 class Printing : private EditorContext {
 public:
-  // What is referred to must outlive the printing.
+  // Everything passed in must outlive the printing.
   Printing(const EditorContext& context, Document& openDocument);
 
   // Shows the printer dialog and prints the pages that the user chose; returns when the job is handed over. Anything

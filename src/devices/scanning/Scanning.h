@@ -11,7 +11,7 @@ namespace kw {
 // Takes an image from a scanner and pastes it onto the open page.
 class Scanning : private EditorContext {
 public:
-  // What is referred to must outlive the scanning.
+  // Everything passed in must outlive the scanning.
   Scanning(const EditorContext& context, ClipboardWatch& watch, Dispatcher& commands);
 
   void SelectScanner();

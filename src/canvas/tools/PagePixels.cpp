@@ -1,4 +1,4 @@
-#include "canvas/PagePixels.h"
+#include "canvas/tools/PagePixels.h"
 
 #include <algorithm>
 #include <array>

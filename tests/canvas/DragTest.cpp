@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <functional>
+#include <tuple>
 
+#include "tests/support/FormLook.h"
 #include "tests/support/LayersFixture.h"
 
 namespace kw::test {
@@ -126,6 +128,53 @@ TEST_F(Drags, TheBandStaysWithinTheCanvas) {
   Drag(99999, -500);
   EXPECT_EQ(Form().fr.Left() + Form().fr.Width(), Canvas().Width());
   EXPECT_EQ(Form().fr.Top(), 0);
+}
+
+TEST_F(Drags, BeginAndEndOnTheCanvas) {
+  Choose("Rectangle");
+  for (const auto& [x0, y0, x1, y1] :
+       {std::tuple{-5.0F, -6.0F, 60.0F, 70.0F}, {60.0F, 70.0F, -5.0F, -6.0F}, {0.0F, 0.0F, 60.0F, 70.0F}}) {
+    DragOut(x0, y0, x1, y1);
+    EXPECT_EQ(PlaceOf(Form().TransLayers(2)), "0 0 60 70");
+    Room().UnloadLayerItems();
+  }
+  DragOut(500, 400, 352, 252);
+  EXPECT_EQ(PlaceOf(Form().TransLayers(2)), "352 252 50 50");
+}
+
+TEST_F(Drags, TheBandLiesInFrontOfEverythingOnTheCanvas) {
+  Add(10, 10);
+  Choose("Rectangle");
+  Press(200, 200);
+  Drag(250, 250);
+  EXPECT_EQ(Canvas().Children().back(), &Form().fr);
+  Release(250, 250);
+  Choose("NoTools");
+  Press(30, 30);
+  Drag(60, 60);
+  EXPECT_EQ(Canvas().Children().back(), &Form().fr);
+  Release(60, 60);
+}
+
+TEST_F(Drags, WithoutAnActiveControlMakeNothing) {
+  ASSERT_EQ(Form().editor.ActiveControl(), nullptr);
+  Choose("Rectangle");
+  Press(10, 10);
+  Drag(90, 90);
+  Release(90, 90);
+  EXPECT_EQ(Form().TransLayers.UBound(), 1);
+  EXPECT_FALSE(Form().fr.Visible());
+}
+
+TEST_F(Drags, APressOnALayerBringsItToTheFront) {
+  Add(10, 10);
+  Add(200, 200);
+  Choose("Line");
+  Press(20, 20);
+  Release(20, 20);
+  EXPECT_EQ(Room().ZOrder().Order(), (std::vector<std::int16_t>{1, 3, 2}));
+  Press(210, 210, 2);
+  EXPECT_EQ(Room().ZOrder().Order(), (std::vector<std::int16_t>{1, 2, 3}));
 }
 
 TEST_F(Drags, OtherButtonsDoNothing) {

@@ -1,10 +1,10 @@
-#include "canvas/PenStroke.h"
+#include "canvas/tools/PenStroke.h"
 
 #include <algorithm>
 #include <cmath>
 #include <vector>
 
-#include "canvas/PagePixels.h"
+#include "canvas/tools/PagePixels.h"
 #include "drawing/Outline.h"
 
 namespace kw {

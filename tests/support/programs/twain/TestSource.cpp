@@ -11,7 +11,7 @@
 #include <cstring>
 #include <string>
 
-#include "tests/twain/TestSheet.h"
+#include "tests/support/programs/twain/TestSheet.h"
 #include "windows/scanning/Twain.h"
 
 namespace {

@@ -25,7 +25,7 @@ struct PageRegion {
   // In the page's own pixels, 32 bits deep: the colour asked for in the region, and alpha 0 outside.
   Bitmap picture;
 };
-// None where the point lies beside the page. Raises OutOfMemory.
+// None if the point lies beside the page. Raises OutOfMemory.
 std::optional<PageRegion> RegionOfPageAt(const TransparentPicture& page, float x, float y, Colour colour,
                                          int tolerance);
 

@@ -3,7 +3,7 @@
 #include <functional>
 #include <utility>
 
-#include "canvas/PagePixels.h"
+#include "canvas/tools/PagePixels.h"
 #include "tests/support/LayersFixture.h"
 
 namespace kw::test {

@@ -1,4 +1,4 @@
-#include "tests/twain/TestScanner.h"
+#include "tests/support/programs/twain/TestScanner.h"
 
 #include <gtest/gtest.h>
 

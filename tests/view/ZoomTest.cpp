@@ -71,6 +71,17 @@ TEST_F(ZoomTest, StepsFromAFactorThatIsNotListedToTheNearestOneInThatDirection) 
   EXPECT_EQ(Text(), "400 %");
 }
 
+TEST_F(ZoomTest, StepsToAListedFactorThatIsOnePercentAway) {
+  Let(0.99);
+  Click("ZoomIn");
+  EXPECT_EQ(Text(), "100 %");
+  EXPECT_EQ(Factor(), 1.0);
+  Let(1.01);
+  Click("ZoomOut");
+  EXPECT_EQ(Text(), "100 %");
+  EXPECT_EQ(Factor(), 1.0);
+}
+
 TEST_F(ZoomTest, AChoiceInTheComboIsTheFactor) {
   ForgetTrace();
   Form().cmbZoomFactor.UserChoose(12);

@@ -1,4 +1,4 @@
-#include "tests/devices/PrintingFixture.h"
+#include "tests/devices/printing/PrintingFixture.h"
 
 #include <algorithm>
 #include <utility>

@@ -150,6 +150,17 @@ TEST_F(Borders, DraggedPastTheOppositeEdgeLeaveThatDirectionButShowTheNotice) {
   ExpectPage(412, 1);
 }
 
+TEST_F(Borders, LeaveOneUnitButNotNothing) {
+  Release(Form().BorderRight, -400, 0);
+  Release(Form().BorderBottom, 0, -300);
+  ExpectPage(400, 300);
+  Release(Form().BorderRight, -399, 0);
+  Release(Form().BorderBottom, 0, -299);
+  ExpectPage(1, 1);
+  Release(Form().BorderCorner, -0.5F, -0.5F);
+  ExpectPage(0.5F, 0.5F);
+}
+
 TEST_F(Borders, DivideTheDistanceByTheZoom) {
   control->ZoomRoom().LetZoomFactor(2.0);
   Release(Form().BorderCorner, 40, 30);

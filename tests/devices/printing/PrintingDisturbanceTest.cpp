@@ -1,6 +1,6 @@
 // Printing while the user cancels, the printer fails, or something else happens to the document.
 
-#include "tests/devices/PrintingFixture.h"
+#include "tests/devices/printing/PrintingFixture.h"
 
 #include "components/base/Files.h"
 

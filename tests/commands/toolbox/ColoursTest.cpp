@@ -27,6 +27,21 @@ TEST_F(Colours, AreReadOutWithTheRequiredArithmetic) {
   EXPECT_EQ(ColourPicker::ReadOut(16777215), "R: 256 G: 3 B: 0");
   EXPECT_EQ(ColourPicker::ReadOut(255), "R: 0 G: 1 B: 0");
   EXPECT_EQ(ColourPicker::ReadOut(0), "R: 0 G: 0 B: 0");
+  EXPECT_EQ(ColourPicker::ReadOut(98303), "R: 2 G: 131 B: 128");
+}
+
+// At the very edge a point is still one of the palette.
+TEST_F(Colours, AreTakenAtTheEdgesAsTheyAreThere) {
+  const RaisedPicture& palette = Form().kwrpColors;
+  Form().SampleBackGroundColor.Click.Raise();
+  const auto colourAt = [&](float x, float y) {
+    palette.MouseMove.Raise(1, 0, x, y);
+    return Form().lblSampleColor.BackColor();
+  };
+  EXPECT_EQ(colourAt(0, 0), MakeColour(255, 255, 255));
+  EXPECT_EQ(colourAt(0.5F, 0.5F), MakeColour(255, 255, 255));
+  EXPECT_EQ(colourAt(2280, 700), MakeColour(131, 131, 131));
+  EXPECT_EQ(colourAt(700, 1440), MakeColour(0, 0, 0));
 }
 
 TEST_F(Colours, ThePaletteDropsOpenFromASwatchAndHidesWithTheFocus) {
@@ -105,6 +120,8 @@ TEST_F(Colours, AtRandomShiftWhereANumberIsSmall) {
   };
   EXPECT_EQ(colourOf({0x12, 0x34, 0x56}), 0x123456U);
   EXPECT_EQ(colourOf({0x1, 0x2, 0x3}), 0x123U);
+  EXPECT_EQ(colourOf({0x10, 0x10, 0x10}), 0x101010U);
+  EXPECT_EQ(colourOf({0xF, 0xF, 0xF}), 0xFFFU);
   EXPECT_EQ(colourOf({0xAB, 0xC, 0xDE}), 0xABCDEU);
   EXPECT_EQ(colourOf({255, 254, 999999}), 0xFE90U);
 }
