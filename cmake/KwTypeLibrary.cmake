@@ -1,5 +1,6 @@
-# kw_type_library(<target> <idl>)
-# Compiles an IDL file of the current folder <folder> for the processor at hand. Linking to <target> gives
+# kw_type_library(<target> <idl> [<included>...])
+# Compiles an IDL file of the current folder <folder> for the processor at hand. What it includes of src/ is named after
+# it, by paths from there. Linking to <target> gives
 #   "<folder>/<stem>.h"    the interfaces,
 #   "<folder>/<stem>.tlb"  the type library, for a resource script: 1 TYPELIB "<folder>/<stem>.tlb"
 # and the definitions of the IIDs and CLSIDs. The variable <target>_TLB holds the path of the type library, so that a
@@ -22,13 +23,14 @@ function(kw_type_library target idl)
   set(output "${generated}/${folder}/${stem}")
   file(MAKE_DIRECTORY "${generated}/${folder}")
   set(source "${CMAKE_CURRENT_SOURCE_DIR}/${idl}")
-  set(widl "${KW_WIDL}" -I "${KW_WINE_IDL}" -L "${KW_WINE_TLB}" ${bits})
+  list(TRANSFORM ARGN PREPEND "${CMAKE_SOURCE_DIR}/src/" OUTPUT_VARIABLE included)
+  set(widl "${KW_WIDL}" -I "${CMAKE_SOURCE_DIR}/src" -I "${KW_WINE_IDL}" -L "${KW_WINE_TLB}" ${bits})
   add_custom_command(
     OUTPUT "${output}.tlb" "${output}.h" "${output}_i.c"
     COMMAND ${widl} -t -o "${output}.tlb" "${source}"
     COMMAND ${widl} -h -o "${output}.h" "${source}"
     COMMAND ${widl} -u -o "${output}_i.c" "${source}"
-    DEPENDS "${source}" VERBATIM)
+    DEPENDS "${source}" ${included} VERBATIM)
   add_library(${target} STATIC "${output}_i.c" "${output}.h" "${output}.tlb")
   target_include_directories(${target} SYSTEM INTERFACE "${generated}")
   set(${target}_TLB "${output}.tlb" PARENT_SCOPE)

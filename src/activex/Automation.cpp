@@ -9,12 +9,22 @@
 namespace kw::activex {
 namespace {
 
-// COM's Boolean and its 16-bit integer are one C++ type; the editor's own types tell them apart.
 void ToCom(bool value, VARIANT_BOOL* out) { *out = value ? VARIANT_TRUE : VARIANT_FALSE; }
 void ToCom(std::int16_t value, short* out) { *out = value; }
 void ToCom(const std::string& value, BSTR* out) {
   *out = Bstr(value).Detach();
   if (*out == nullptr) throw std::bad_alloc();
+}
+
+template <class Value>
+Value FromCom(ComType<Value> value) {
+  if constexpr (std::is_same_v<Value, bool>) {
+    return value != VARIANT_FALSE;
+  } else if constexpr (std::is_same_v<Value, std::string>) {
+    return FromBstr(value);
+  } else {
+    return value;
+  }
 }
 
 }  // namespace
@@ -29,18 +39,18 @@ HRESULT Automation::Get(Value* value, Read read) {
   });
 }
 
-template <class Write>
-HRESULT Automation::LetBoolean(VARIANT_BOOL value, Write write) {
+template <class Owner, class Value>
+HRESULT Automation::Let(ComType<std::remove_cvref_t<Value>> value, void (Owner::*let)(Value)) {
   return AtEdge(core.Life(), [&] {
-    std::invoke(write, core.Editor(), value != VARIANT_FALSE);
+    (core.Editor().*let)(FromCom<std::remove_cvref_t<Value>>(value));
     return S_OK;
   });
 }
 
-template <class Write>
-HRESULT Automation::LetText(BSTR value, Write write) {
+template <class Owner, class Value>
+HRESULT Automation::Let(ComType<Value> value, Value Owner::*variable) {
   return AtEdge(core.Life(), [&] {
-    std::invoke(write, core.Editor(), FromBstr(value));
+    core.Editor().*variable = FromCom<Value>(value);
     return S_OK;
   });
 }
@@ -85,18 +95,6 @@ STDMETHODIMP Automation::Invoke(DISPID id, REFIID iid, LCID /*locale*/, WORD fla
   });
 }
 
-STDMETHODIMP Automation::get_m_IsFileChanged(VARIANT_BOOL* value) {
-  return Get(value, &KwEditorLayers::m_IsFileChanged);
-}
-STDMETHODIMP Automation::put_m_IsFileChanged(VARIANT_BOOL value) {
-  return LetBoolean(value, [](KwEditorLayers& editor, bool changed) { editor.m_IsFileChanged = changed; });
-}
-
-STDMETHODIMP Automation::get_SaveFilePath(BSTR* value) { return Get(value, &KwEditorLayers::SaveFilePath); }
-STDMETHODIMP Automation::put_SaveFilePath(BSTR value) {
-  return LetText(value, [](KwEditorLayers& editor, std::string path) { editor.SaveFilePath = std::move(path); });
-}
-
 STDMETHODIMP Automation::SavePage() {
   return AtEdge(core.Life(), [&] {
     core.Editor().SavePage();
@@ -104,88 +102,17 @@ STDMETHODIMP Automation::SavePage() {
   });
 }
 
-STDMETHODIMP Automation::OpenFile(BSTR fPath) { return LetText(fPath, &KwEditorLayers::OpenFile); }
+STDMETHODIMP Automation::OpenFile(BSTR fPath) { return Let(fPath, &KwEditorLayers::OpenFile); }
 
-STDMETHODIMP Automation::get_IsToShowBackImage(VARIANT_BOOL* value) {
-  return Get(value, &KwEditorLayers::GetIsToShowBackImage);
-}
-STDMETHODIMP Automation::put_IsToShowBackImage(VARIANT_BOOL value) {
-  return LetBoolean(value, &KwEditorLayers::LetIsToShowBackImage);
-}
-
-STDMETHODIMP Automation::get_IsFileChanged(VARIANT_BOOL* value) {
-  return Get(value, &KwEditorLayers::GetIsFileChanged);
-}
-STDMETHODIMP Automation::put_IsFileChanged(VARIANT_BOOL value) {
-  return LetBoolean(value, &KwEditorLayers::LetIsFileChanged);
-}
-
-STDMETHODIMP Automation::get_IsToLightenBackImage(VARIANT_BOOL* value) {
-  return Get(value, &KwEditorLayers::GetIsToLightenBackImage);
-}
-STDMETHODIMP Automation::put_IsToLightenBackImage(VARIANT_BOOL value) {
-  return LetBoolean(value, &KwEditorLayers::LetIsToLightenBackImage);
-}
-
-STDMETHODIMP Automation::get_IsToolboxVisible(VARIANT_BOOL* value) {
-  return Get(value, &KwEditorLayers::GetIsToolboxVisible);
-}
-STDMETHODIMP Automation::put_IsToolboxVisible(VARIANT_BOOL value) {
-  return LetBoolean(value, &KwEditorLayers::LetIsToolboxVisible);
-}
-
-STDMETHODIMP Automation::put_SignatureFilePath(BSTR value) {
-  return LetText(value, &KwEditorLayers::LetSignatureFilePath);
-}
-
-STDMETHODIMP Automation::put_BGImage(BSTR value) { return LetText(value, &KwEditorLayers::LetBGImage); }
-
-STDMETHODIMP Automation::get_Enabled(VARIANT_BOOL* value) { return Get(value, &KwEditorLayers::GetEnabled); }
-STDMETHODIMP Automation::put_Enabled(VARIANT_BOOL value) { return LetBoolean(value, &KwEditorLayers::LetEnabled); }
-
-STDMETHODIMP Automation::get_IsOpenButtonVisible(VARIANT_BOOL* value) {
-  return Get(value, &KwEditorLayers::GetIsOpenButtonVisible);
-}
-STDMETHODIMP Automation::put_IsOpenButtonVisible(VARIANT_BOOL value) {
-  return LetBoolean(value, &KwEditorLayers::LetIsOpenButtonVisible);
-}
-
-STDMETHODIMP Automation::get_IsToSaveAsMultiPageFile(VARIANT_BOOL* value) {
-  return Get(value, &KwEditorLayers::GetIsToSaveAsMultiPageFile);
-}
-STDMETHODIMP Automation::put_IsToSaveAsMultiPageFile(VARIANT_BOOL value) {
-  return LetBoolean(value, &KwEditorLayers::LetIsToSaveAsMultiPageFile);
-}
-
-STDMETHODIMP Automation::get_IsToAllowChooseColor(VARIANT_BOOL* value) {
-  return Get(value, &KwEditorLayers::GetIsToAllowChooseColor);
-}
-STDMETHODIMP Automation::put_IsToAllowChooseColor(VARIANT_BOOL value) {
-  return LetBoolean(value, &KwEditorLayers::LetIsToAllowChooseColor);
-}
-
-STDMETHODIMP Automation::get_MaxUndoLevels(short* value) { return Get(value, &KwEditorLayers::GetMaxUndoLevels); }
-STDMETHODIMP Automation::put_MaxUndoLevels(short value) {
-  return AtEdge(core.Life(), [&] {
-    core.Editor().LetMaxUndoLevels(value);
-    return S_OK;
-  });
-}
-
-STDMETHODIMP Automation::get_IsEditable(VARIANT_BOOL* value) { return Get(value, &KwEditorLayers::GetIsEditable); }
-STDMETHODIMP Automation::put_IsEditable(VARIANT_BOOL value) {
-  return LetBoolean(value, &KwEditorLayers::LetIsEditable);
-}
-
-STDMETHODIMP Automation::get_IsSaveButtonEnabled(VARIANT_BOOL* value) {
-  return Get(value, &KwEditorLayers::GetIsSaveButtonEnabled);
-}
-STDMETHODIMP Automation::put_IsSaveButtonEnabled(VARIANT_BOOL value) {
-  return LetBoolean(value, &KwEditorLayers::LetIsSaveButtonEnabled);
-}
-
-STDMETHODIMP Automation::get_AppDir(BSTR* value) { return Get(value, &KwEditorLayers::GetAppDir); }
-STDMETHODIMP Automation::put_AppDir(BSTR value) { return LetText(value, &KwEditorLayers::LetAppDir); }
+#define VARIABLE(name, number, type, help)                                                                       \
+  STDMETHODIMP Automation::get_##name(ComType<types::type>* value) { return Get(value, &KwEditorLayers::name); } \
+  STDMETHODIMP Automation::put_##name(ComType<types::type> value) { return Let(value, &KwEditorLayers::name); }
+#define PROPERTY(name, number, type, help)                                                                            \
+  STDMETHODIMP Automation::get_##name(ComType<types::type>* value) { return Get(value, &KwEditorLayers::Get##name); } \
+  LET_PROPERTY(name, number, type, help)
+#define LET_PROPERTY(name, number, type, help) \
+  STDMETHODIMP Automation::put_##name(ComType<types::type> value) { return Let(value, &KwEditorLayers::Let##name); }
+#include "members/Members.def"
 
 STDMETHODIMP Automation::GetClassInfo(ITypeInfo** info) {
   return AtEdge(core.Life(), [&] {

@@ -4,10 +4,33 @@
 
 #include <ocidl.h>
 
+#include <cstdint>
+#include <string>
+#include <type_traits>
+
 #include "activex/EditorCore.h"
 #include "activex/KwEditor.h"
+#include "members/Members.h"
 
 namespace kw::activex {
+
+// The type with which COM passes a value of the editor. Its Boolean and its 16-bit integer are one C++ type.
+template <class Value>
+struct ComTypeOf {};
+template <>
+struct ComTypeOf<bool> {
+  using Type = VARIANT_BOOL;
+};
+template <>
+struct ComTypeOf<std::int16_t> {
+  using Type = short;
+};
+template <>
+struct ComTypeOf<std::string> {
+  using Type = BSTR;
+};
+template <class Value>
+using ComType = typename ComTypeOf<Value>::Type;
 
 // The methods and properties of the control, and the description of itself that it gives.
 class Automation : public _KwEditorLayers, public IProvideClassInfo2, public ISupportErrorInfo {
@@ -18,38 +41,14 @@ public:
   STDMETHODIMP Invoke(DISPID id, REFIID iid, LCID lcid, WORD flags, DISPPARAMS* parameters, VARIANT* result,
                       EXCEPINFO* exception, UINT* badArgument) override;
 
-  STDMETHODIMP get_m_IsFileChanged(VARIANT_BOOL* value) override;
-  STDMETHODIMP put_m_IsFileChanged(VARIANT_BOOL value) override;
-  STDMETHODIMP get_SaveFilePath(BSTR* value) override;
-  STDMETHODIMP put_SaveFilePath(BSTR value) override;
   STDMETHODIMP SavePage() override;
   STDMETHODIMP OpenFile(BSTR fPath) override;
-  STDMETHODIMP get_IsToShowBackImage(VARIANT_BOOL* value) override;
-  STDMETHODIMP put_IsToShowBackImage(VARIANT_BOOL value) override;
-  STDMETHODIMP get_IsFileChanged(VARIANT_BOOL* value) override;
-  STDMETHODIMP put_IsFileChanged(VARIANT_BOOL value) override;
-  STDMETHODIMP get_IsToLightenBackImage(VARIANT_BOOL* value) override;
-  STDMETHODIMP put_IsToLightenBackImage(VARIANT_BOOL value) override;
-  STDMETHODIMP get_IsToolboxVisible(VARIANT_BOOL* value) override;
-  STDMETHODIMP put_IsToolboxVisible(VARIANT_BOOL value) override;
-  STDMETHODIMP put_SignatureFilePath(BSTR value) override;
-  STDMETHODIMP put_BGImage(BSTR value) override;
-  STDMETHODIMP get_Enabled(VARIANT_BOOL* value) override;
-  STDMETHODIMP put_Enabled(VARIANT_BOOL value) override;
-  STDMETHODIMP get_IsOpenButtonVisible(VARIANT_BOOL* value) override;
-  STDMETHODIMP put_IsOpenButtonVisible(VARIANT_BOOL value) override;
-  STDMETHODIMP get_IsToSaveAsMultiPageFile(VARIANT_BOOL* value) override;
-  STDMETHODIMP put_IsToSaveAsMultiPageFile(VARIANT_BOOL value) override;
-  STDMETHODIMP get_IsToAllowChooseColor(VARIANT_BOOL* value) override;
-  STDMETHODIMP put_IsToAllowChooseColor(VARIANT_BOOL value) override;
-  STDMETHODIMP get_MaxUndoLevels(short* value) override;
-  STDMETHODIMP put_MaxUndoLevels(short value) override;
-  STDMETHODIMP get_IsEditable(VARIANT_BOOL* value) override;
-  STDMETHODIMP put_IsEditable(VARIANT_BOOL value) override;
-  STDMETHODIMP get_IsSaveButtonEnabled(VARIANT_BOOL* value) override;
-  STDMETHODIMP put_IsSaveButtonEnabled(VARIANT_BOOL value) override;
-  STDMETHODIMP get_AppDir(BSTR* value) override;
-  STDMETHODIMP put_AppDir(BSTR value) override;
+#define VARIABLE(name, number, type, help) PROPERTY(name, number, type, help)
+#define PROPERTY(name, number, type, help)                       \
+  STDMETHODIMP get_##name(ComType<types::type>* value) override; \
+  LET_PROPERTY(name, number, type, help)
+#define LET_PROPERTY(name, number, type, help) STDMETHODIMP put_##name(ComType<types::type> value) override;
+#include "members/Members.def"
 
   STDMETHODIMP GetClassInfo(ITypeInfo** info) override;
   STDMETHODIMP GetGUID(DWORD kind, GUID* guid) override;
@@ -64,10 +63,10 @@ private:
   // Reads or assigns through a member of the editor, between COM's types and its own.
   template <class Value, class Read>
   HRESULT Get(Value* value, Read read);
-  template <class Write>
-  HRESULT LetBoolean(VARIANT_BOOL value, Write write);
-  template <class Write>
-  HRESULT LetText(BSTR value, Write write);
+  template <class Owner, class Value>
+  HRESULT Let(ComType<std::remove_cvref_t<Value>> value, void (Owner::*let)(Value));
+  template <class Owner, class Value>
+  HRESULT Let(ComType<Value> value, Value Owner::*variable);
 
   EditorCore& core;
 };

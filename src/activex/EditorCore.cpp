@@ -19,9 +19,9 @@ void RunToItsEnd(Procedure procedure) {
 }  // namespace
 
 EditorCore::EditorCore(IUnknown& controlling)
-    : life(controlling), events(life, members), activation(*this), desktop(life, activation), editor(desktop, events) {
+    : life(controlling), events(life), activation(*this), desktop(life, activation), editor(desktop, events) {
   const Lifetime::Entry entry(life);
-  events.OnChange([this](const std::string& property) {
+  events.OnChange([this](PropertyId property) {
     if (KwEditorLayers::IsPersisted(property)) dirty = true;
     TellViewChanged();
   });

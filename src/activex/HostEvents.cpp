@@ -1,6 +1,10 @@
 #include "activex/HostEvents.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <variant>
 
 #include "activex/KwEditor.h"
 #include "activex/Text.h"
@@ -28,9 +32,8 @@ VARIANT ByReference(Bstr& text) {
 
 }  // namespace
 
-HostEvents::HostEvents(Lifetime& owner, MemberDescription& description)
+HostEvents::HostEvents(Lifetime& owner)
     : life(owner),
-      members(description),
       eventPoint(owner, DIID___KwEditorLayers, true),
       propertyPoint(owner, IID_IPropertyNotifySink, false) {}
 
@@ -39,11 +42,25 @@ void HostEvents::Thaw() {
   for (const DISPID property : std::exchange(changedWhileFrozen, {})) TellChanged(property);
 }
 
-void HostEvents::Raise(DISPID event, std::vector<VARIANT> arguments) {
+void HostEvents::Raise(EventId event, std::span<const Argument> arguments) {
+  std::deque<std::pair<std::string&, Bstr>> texts;
+  std::vector<VARIANT> values;
+  for (const Argument& argument : arguments) {
+    if (std::string* const* const text = std::get_if<std::string*>(&argument)) {
+      values.push_back(ByReference(texts.emplace_back(**text, **text).second));
+    } else {
+      values.push_back(ByReference(*std::get<std::int16_t*>(argument)));
+    }
+  }
+  std::reverse(values.begin(), values.end());  // IDispatch takes the last argument first
+  Send(static_cast<DISPID>(event), values);
+  for (const auto& [text, passed] : texts) text = FromBstr(passed.Get());
+}
+
+void HostEvents::Send(DISPID event, std::span<VARIANT> arguments) {
   const auto sinks = eventPoint.Sinks();
   if (freezes > 0 || sinks.empty()) return;
   const Lifetime::Outgoing outgoing(life);
-  std::reverse(arguments.begin(), arguments.end());  // IDispatch takes the last argument first
   DISPPARAMS parameters = {};
   parameters.rgvarg = arguments.data();
   parameters.cArgs = static_cast<UINT>(arguments.size());
@@ -63,24 +80,9 @@ void HostEvents::TellChanged(DISPID property) {
   }
 }
 
-void HostEvents::ErrorOccured(std::int16_t& errorNo, std::string& errorMsg) {
-  Bstr text(errorMsg);
-  Raise(ErrorOccuredEventId, {ByReference(errorNo), ByReference(text)});
-  errorMsg = FromBstr(text.Get());
-}
-
-void HostEvents::NewPageCreated(std::string& filePath, std::int16_t& currentPageNo, std::int16_t& totalPages) {
-  Bstr text(filePath);
-  Raise(NewPageCreatedEventId, {ByReference(text), ByReference(currentPageNo), ByReference(totalPages)});
-  filePath = FromBstr(text.Get());
-}
-
-void HostEvents::PageChanged(std::int16_t& pageNo) { Raise(PageChangedEventId, {ByReference(pageNo)}); }
-
-void HostEvents::PropertyChanged(const std::string& propertyName) {
-  if (changed) changed(propertyName);
-  const DISPID property = members.NumberOf(propertyName);
-  if (property == DISPID_UNKNOWN) return;
+void HostEvents::PropertyChanged(PropertyId changedProperty) {
+  if (changed) changed(changedProperty);
+  const auto property = static_cast<DISPID>(changedProperty);
   if (freezes == 0) {
     TellChanged(property);
   } else if (std::find(changedWhileFrozen.begin(), changedWhileFrozen.end(), property) == changedWhileFrozen.end()) {

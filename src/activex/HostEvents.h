@@ -1,13 +1,13 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
-#include <string>
+#include <span>
+#include <utility>
 #include <vector>
 
 #include "activex/ConnectionPoint.h"
-#include "activex/MemberDescription.h"
-#include "control/EditorEvents.h"
+#include "activex/Lifetime.h"
+#include "members/EditorEvents.h"
 
 namespace kw::activex {
 
@@ -16,7 +16,7 @@ namespace kw::activex {
 // While the host has frozen events, events are dropped; changed properties are remembered and told at the thaw.
 class HostEvents final : public EditorEvents {
 public:
-  HostEvents(Lifetime& owner, MemberDescription& description);
+  explicit HostEvents(Lifetime& owner);
 
   ConnectionPoint& EventPoint() { return eventPoint; }
   ConnectionPoint& PropertyPoint() { return propertyPoint; }
@@ -25,26 +25,22 @@ public:
   void Freeze() { ++freezes; }
   void Thaw();
 
-  // Called for each assigned property with its name, frozen or not.
-  void OnChange(std::function<void(const std::string&)> handler) { changed = std::move(handler); }
+  // Called for each assigned property, frozen or not.
+  void OnChange(std::function<void(PropertyId)> handler) { changed = std::move(handler); }
 
-  void ErrorOccured(std::int16_t& errorNo, std::string& errorMsg) override;
-  void NewPageCreated(std::string& filePath, std::int16_t& currentPageNo, std::int16_t& totalPages) override;
-  void PageChanged(std::int16_t& pageNo) override;
-  void PropertyChanged(const std::string& propertyName) override;
+  void Raise(EventId event, std::span<const Argument> arguments) override;
+  void PropertyChanged(PropertyId property) override;
 
 private:
-  // Arguments in the order of the declaration; each is by reference.
-  void Raise(DISPID event, std::vector<VARIANT> arguments);
+  void Send(DISPID event, std::span<VARIANT> arguments);
   void TellChanged(DISPID property);
 
   Lifetime& life;
-  MemberDescription& members;
   ConnectionPoint eventPoint;
   ConnectionPoint propertyPoint;
   int freezes = 0;
   std::vector<DISPID> changedWhileFrozen;
-  std::function<void(const std::string&)> changed;
+  std::function<void(PropertyId)> changed;
 };
 
 }  // namespace kw::activex

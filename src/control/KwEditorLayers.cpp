@@ -5,18 +5,17 @@
 namespace kw {
 
 KwEditorLayers::KwEditorLayers(Desktop& platform, EditorEvents& container)
-    : EditorState(form, trap, zoom),
+    : EditorState(container, form, trap, zoom),
       desktop(platform),
-      events(container),
       form(platform),
-      trap(platform, form.editor, form.picFrame, form.picCanvas, form.KwLogCtl1),
+      trap(platform, container, form.editor, form.picFrame, form.picCanvas, form.KwLogCtl1),
       KWPic(platform),
       KWPicTempBuffer(platform),
       layers(platform, form, trap),
       zoom(platform, form, trap, layers),
       scrolling(form, trap),
       borders(platform, form, trap, zoom),
-      context{platform, form, trap, layers, zoom, *this, openings, KWPic, KWPicTempBuffer},
+      context{platform, container, form, trap, layers, zoom, *this, openings, KWPic, KWPicTempBuffer},
       bracket(context),
       document(context, bracket),
       strip(context),
@@ -65,13 +64,6 @@ void KwEditorLayers::ConnectEvents() {
   form.Label2.Click.Connect([this] { Label2_Click(); });
 
   toolKit.StampRequested.Connect([this](float x, float y) { stampTool.PlaceStamp(x, y); });
-
-  trap.ErrorOccured.Connect(
-      [this](std::int16_t& number, std::string& message) { events.ErrorOccured(number, message); });
-  document.NewPageCreated.Connect(
-      [this](std::string& path, std::int16_t& page, std::int16_t& count) { events.NewPageCreated(path, page, count); });
-  Changed.Connect([this](const char* name) { events.PropertyChanged(name); });
-  document.PageChanged.Connect([this](std::int16_t& page) { events.PageChanged(page); });
 }
 
 // The strip changes between one row and two.

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 #include "canvas/DrawingTools.h"
 #include "commands/Dispatcher.h"
@@ -13,7 +12,6 @@
 #include "commands/toolbox/ToolBox.h"
 #include "components/engine/KWPicEd.h"
 #include "components/platform/Desktop.h"
-#include "control/EditorEvents.h"
 #include "control/PropertyBag.h"
 #include "devices/ClipboardWatch.h"
 #include "devices/printing/Printing.h"
@@ -23,6 +21,7 @@
 #include "document/EditorContext.h"
 #include "form/EditorForm.h"
 #include "layers/Layers.h"
+#include "members/EditorEvents.h"
 #include "stamps/StampTool.h"
 #include "trap/Trap.h"
 #include "view/Borders.h"
@@ -48,7 +47,7 @@ public:
   void UserControl_WriteProperties(PropertyBag& bag);
   void UserControl_Terminate();
   // Whether a property is one of those that are kept.
-  static bool IsPersisted(std::string_view property);
+  static bool IsPersisted(PropertyId property);
 
   // Paths are UTF-8 and may be long.
   void OpenFile(const std::string& fPath);
@@ -60,6 +59,19 @@ public:
   // Kept for the host; the control does not use it.
   std::string SaveFilePath;
 
+  UserControl& Root() { return form.editor; }
+
+  // The rooms, for tests and diagnosis.
+  EditorForm& Form() { return form; }
+  Document& OpenedDocument() { return document; }
+  Zoom& ZoomRoom() { return zoom; }
+  Layers& LayerRoom() { return layers; }
+  Dispatcher& CommandRoom() { return dispatcher; }
+  Trap& ErrorTrap() { return trap; }
+  // The engine that holds the current page.
+  KWPicEd& Engine() { return KWPic; }
+
+  // Properties; those that the editor itself uses, too, are in EditorState.
   bool GetEnabled();
   void LetEnabled(bool value);
   bool GetIsToLightenBackImage();
@@ -79,19 +91,11 @@ public:
   std::string GetAppDir();
   void LetAppDir(const std::string& value);
 
-  UserControl& Root() { return form.editor; }
-
-  // The rooms, for tests and diagnosis.
-  EditorForm& Form() { return form; }
-  Document& OpenedDocument() { return document; }
-  Zoom& ZoomRoom() { return zoom; }
-  Layers& LayerRoom() { return layers; }
-  Dispatcher& CommandRoom() { return dispatcher; }
-  Trap& ErrorTrap() { return trap; }
-  // The engine that holds the current page.
-  KWPicEd& Engine() { return KWPic; }
-
 private:
+  bool m_IsToLightenBackImage = false;
+  bool m_IsToSaveAsMultiPageFile = false;
+  std::int16_t m_MaxUndoLevels = 5;
+
   void UserControl_Paint();
   void UserControl_Resize();
   void UserControl_KeyDown(std::int16_t keyCode, std::int16_t shift);
@@ -109,7 +113,6 @@ private:
   void ReCreateUndoFileIndex() {}  // the hook behind which a history can be built
 
   Desktop& desktop;
-  EditorEvents& events;
   EditorForm form;
   Trap trap;
   KWPicEd KWPic;
@@ -134,10 +137,6 @@ private:
   StampTool stampTool;
   Printing printing;
   Scanning scanning;
-
-  bool m_IsToLightenBackImage = false;
-  bool m_IsToSaveAsMultiPageFile = false;
-  std::int16_t m_MaxUndoLevels = 5;
 };
 
 }  // namespace kw

@@ -1,66 +1,24 @@
-// The properties that the container keeps: one table, read in its own order and written in another.
+// The properties that the container keeps, each by its row: read in one order and written in another.
 
 #include <algorithm>
 #include <array>
-#include <cstddef>
+#include <cstdint>
 #include <string>
-#include <string_view>
-#include <variant>
 
 #include "control/KwEditorLayers.h"
+#include "members/Members.h"
 #include "trap/Procedure.h"
 
 namespace kw {
 namespace {
 
-template <class Value>
-struct Access {
-  Value defaultValue;
-  Value (KwEditorLayers::*get)();
-  void (*let)(KwEditorLayers& control, Value value);
+struct KeptProperty {
+  PropertyId id;
+  int readPlace;
+  int writePlace;
+  void (*read)(KwEditorLayers& control, PropertyBag& bag);
+  void (*write)(KwEditorLayers& control, PropertyBag& bag);
 };
-
-struct PersistedProperty {
-  const char* key;
-  std::variant<Access<bool>, Access<std::int16_t>, Access<std::string>> access;
-};
-
-template <auto Member, class Value>
-void Let(KwEditorLayers& control, Value value) {
-  (control.*Member)(value);
-}
-
-template <auto Member>
-constexpr auto LetBoolean = &Let<Member, bool>;
-
-using Editor = KwEditorLayers;
-
-// In the order of reading.
-const std::array<PersistedProperty, 10>& Table() {
-  static const std::array<PersistedProperty, 10> table{{
-      {"Enabled", Access<bool>{true, &Editor::GetEnabled, LetBoolean<&Editor::LetEnabled>}},
-      {"MaxUndoLevels",
-       Access<std::int16_t>{5, &Editor::GetMaxUndoLevels, &Let<&Editor::LetMaxUndoLevels, std::int16_t>}},
-      {"IsToolboxVisible", Access<bool>{false, &Editor::GetIsToolboxVisible, LetBoolean<&Editor::LetIsToolboxVisible>}},
-      {"IsOpenButtonVisible",
-       Access<bool>{false, &Editor::GetIsOpenButtonVisible, LetBoolean<&Editor::LetIsOpenButtonVisible>}},
-      {"IsSaveButtonEnabled",
-       Access<bool>{true, &Editor::GetIsSaveButtonEnabled, LetBoolean<&Editor::LetIsSaveButtonEnabled>}},
-      {"IsEditable", Access<bool>{true, &Editor::GetIsEditable, LetBoolean<&Editor::LetIsEditable>}},
-      {"AppDir", Access<std::string>{"", &Editor::GetAppDir,  // stored as it is read, without its Let
-                                     [](KwEditorLayers&, std::string value) { AppDir = std::move(value); }}},
-      {"IsToAllowChooseColor",
-       Access<bool>{false, &Editor::GetIsToAllowChooseColor, LetBoolean<&Editor::LetIsToAllowChooseColor>}},
-      {"IsToSaveAsMultiPageFile",
-       Access<bool>{false, &Editor::GetIsToSaveAsMultiPageFile, LetBoolean<&Editor::LetIsToSaveAsMultiPageFile>}},
-      {"IsToLightenBackImage",
-       Access<bool>{false, &Editor::GetIsToLightenBackImage, LetBoolean<&Editor::LetIsToLightenBackImage>}},
-  }};
-  return table;
-}
-
-// The order of writing, as places in the table.
-constexpr std::array<std::size_t, 10> WriteOrder{0, 1, 2, 3, 7, 4, 5, 8, 6, 9};
 
 bool ReadFrom(PropertyBag& bag, const char* key, bool otherwise) { return bag.ReadBoolean(key, otherwise); }
 std::int16_t ReadFrom(PropertyBag& bag, const char* key, std::int16_t otherwise) {
@@ -77,29 +35,56 @@ void WriteTo(PropertyBag& bag, const char* key, const std::string& value, const 
   bag.WriteText(key, value, otherwise);
 }
 
+template <PropertyId id, auto let, class Value>
+void Assign([[maybe_unused]] KwEditorLayers& control, const Value& value) {
+  if constexpr (id == PropertyId::AppDir) {
+    AppDir = value;  // stored as it is read, without its Let
+  } else {
+    (control.*let)(value);
+  }
+}
+
+constexpr KeptProperty KeptProperties[] = {
+#define KEPT_PROPERTY(name, number, type, defaultValue, readPlace, writePlace, help)                                 \
+  {PropertyId::name, readPlace, writePlace,                                                                          \
+   [](KwEditorLayers& control, PropertyBag& bag) {                                                                   \
+     Assign<PropertyId::name, &KwEditorLayers::Let##name>(control, ReadFrom(bag, #name, types::type{defaultValue})); \
+   },                                                                                                                \
+   [](KwEditorLayers& control, PropertyBag& bag) {                                                                   \
+     WriteTo(bag, #name, control.Get##name(), types::type{defaultValue});                                            \
+   }},
+#include "members/Members.def"
+};
+
+consteval auto InOrderOf(int KeptProperty::*place) {
+  auto properties = std::to_array(KeptProperties);
+  std::ranges::sort(properties, {}, place);
+  return properties;
+}
+
+constexpr auto ReadOrder = InOrderOf(&KeptProperty::readPlace);
+constexpr auto WriteOrder = InOrderOf(&KeptProperty::writePlace);
+static_assert(std::ranges::adjacent_find(ReadOrder, {}, &KeptProperty::readPlace) == ReadOrder.end() &&
+                  std::ranges::adjacent_find(WriteOrder, {}, &KeptProperty::writePlace) == WriteOrder.end(),
+              "two properties have one place in the order of reading or of writing");
+
 }  // namespace
 
-bool KwEditorLayers::IsPersisted(std::string_view property) {
-  return std::ranges::any_of(Table(), [&](const PersistedProperty& row) { return row.key == property; });
+bool KwEditorLayers::IsPersisted(PropertyId property) {
+  return std::ranges::find(KeptProperties, property, &KeptProperty::id) != std::end(KeptProperties);
 }
 
 void KwEditorLayers::UserControl_ReadProperties(PropertyBag& bag) {
   Procedure run(trap, "UserControl_ReadProperties");
-  for (const PersistedProperty& property : Table()) {
-    run([&] {
-      std::visit([&](const auto& of) { of.let(*this, ReadFrom(bag, property.key, of.defaultValue)); }, property.access);
-    });
+  for (const KeptProperty& property : ReadOrder) {
+    run([&] { property.read(*this, bag); });
   }
 }
 
 void KwEditorLayers::UserControl_WriteProperties(PropertyBag& bag) {
   Procedure run(trap, "UserControl_WriteProperties");
-  for (const std::size_t place : WriteOrder) {
-    const PersistedProperty& property = Table()[place];
-    run([&] {
-      std::visit([&](const auto& of) { WriteTo(bag, property.key, (this->*of.get)(), of.defaultValue); },
-                 property.access);
-    });
+  for (const KeptProperty& property : WriteOrder) {
+    run([&] { property.write(*this, bag); });
   }
 }
 

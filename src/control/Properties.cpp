@@ -17,7 +17,7 @@ bool KwEditorLayers::GetEnabled() {
 void KwEditorLayers::LetEnabled(bool value) {
   Procedure run(trap, "Let Enabled");
   run([&] { form.editor.SetEnabled(value); });
-  PropertyChanged(run, "Enabled");
+  PropertyChanged(run, PropertyId::Enabled);
 }
 
 bool KwEditorLayers::GetIsToLightenBackImage() {
@@ -30,7 +30,7 @@ void KwEditorLayers::LetIsToLightenBackImage(bool value) {
   run([&] { m_IsToLightenBackImage = value; });
   run([&] { form.TransBackImage.SetLightened(value); });
   run([&] { zoom.UpdateAndZoom(); });
-  PropertyChanged(run, "IsToLightenBackImage");
+  PropertyChanged(run, PropertyId::IsToLightenBackImage);
 }
 
 bool KwEditorLayers::GetIsOpenButtonVisible() {
@@ -42,7 +42,7 @@ void KwEditorLayers::LetIsOpenButtonVisible(bool value) {
   Procedure run(trap, "Let IsOpenButtonVisible");
   run([&] { form.tbrOpenFile.SetVisible(value); });
   run([&] { strip.RedrawToolBars(); });
-  PropertyChanged(run, "IsOpenButtonVisible");
+  PropertyChanged(run, PropertyId::IsOpenButtonVisible);
 }
 
 bool KwEditorLayers::GetIsToSaveAsMultiPageFile() {
@@ -53,7 +53,7 @@ bool KwEditorLayers::GetIsToSaveAsMultiPageFile() {
 void KwEditorLayers::LetIsToSaveAsMultiPageFile(bool value) {
   Procedure run(trap, "Let IsToSaveAsMultiPageFile");
   run([&] { m_IsToSaveAsMultiPageFile = value; });
-  PropertyChanged(run, "IsToSaveAsMultiPageFile");
+  PropertyChanged(run, PropertyId::IsToSaveAsMultiPageFile);
 }
 
 bool KwEditorLayers::GetIsToAllowChooseColor() {
@@ -66,7 +66,7 @@ void KwEditorLayers::LetIsToAllowChooseColor(bool value) {
   run([&] { form.kwraChooseColorTool.SetEnabled(value); });
   run([&] { form.tbrEditingTools.SetButtonEnabled("Chooser", value); });
   run([&] { form.tbrEditingTools.SetButtonEnabled("Fill", value); });
-  PropertyChanged(run, "IsToAllowChooseColor");
+  PropertyChanged(run, PropertyId::IsToAllowChooseColor);
 }
 
 std::int16_t KwEditorLayers::GetMaxUndoLevels() {
@@ -78,7 +78,7 @@ void KwEditorLayers::LetMaxUndoLevels(std::int16_t value) {
   Procedure run(trap, "Let MaxUndoLevels");
   run([&] { m_MaxUndoLevels = value > 5 ? value : std::int16_t{5}; });
   run([&] { ReCreateUndoFileIndex(); });
-  PropertyChanged(run, "MaxUndoLevels");
+  PropertyChanged(run, PropertyId::MaxUndoLevels);
 }
 
 std::string KwEditorLayers::GetAppDir() {
@@ -89,7 +89,7 @@ std::string KwEditorLayers::GetAppDir() {
 void KwEditorLayers::LetAppDir(const std::string& value) {
   Procedure run(trap, "Let AppDir");
   run([&] { AppDir = value; });
-  PropertyChanged(run, "AppDir");
+  PropertyChanged(run, PropertyId::AppDir);
 }
 
 void KwEditorLayers::LetSignatureFilePath(const std::string& path) {
@@ -103,7 +103,7 @@ void KwEditorLayers::LetSignatureFilePath(const std::string& path) {
   run([&] { ink = SignatureInk(image); });
   run([&] { signatureImage = std::move(ink); });
   run([&] { form.tbrEditingTools.SetButtonEnabled("Signature", !signatureImage.IsEmpty()); });
-  PropertyChanged(run, "SignatureFilePath");
+  PropertyChanged(run, PropertyId::SignatureFilePath);
 }
 
 void KwEditorLayers::LetBGImage(const std::string& path) {
@@ -126,7 +126,7 @@ void KwEditorLayers::LetBGImage(const std::string& path) {
     SetButton(run, "ShowHideBackImage", true);
     run([&] { zoom.UpdateAndZoom(); });
   }
-  PropertyChanged(run, "BGImage");
+  PropertyChanged(run, PropertyId::BGImage);
 }
 
 }  // namespace kw

@@ -115,7 +115,7 @@ void Document::WritePages(DocumentProcedure& run, const std::string& source, con
       unwrittenPages.erase(page);
       std::int16_t pageNo = page;
       std::int16_t totalPages = count;
-      NewPageCreated.Raise(path, pageNo, totalPages);
+      events.Raise<EventId::NewPageCreated>(path, pageNo, totalPages);
     });
   }
 }
@@ -144,7 +144,7 @@ void Document::PageIndex_Change() {
   DocumentProcedure run(trap, "PageIndex_Change", openings);
   run([&] {
     std::int16_t pageNo = ToInteger16(form.PageIndex.Value());
-    PageChanged.Raise(pageNo);
+    events.Raise<EventId::PageChanged>(pageNo);
   });
   ShowPageControls(run);
   if (run.IsOver() || (!m_IgnorePageChange && !AskToKeepChanges(run))) return;

@@ -5,7 +5,6 @@
 #include <string>
 #include <vector>
 
-#include "components/base/Event.h"
 #include "components/engine/KWPicEd.h"
 #include "components/platform/Desktop.h"
 #include "document/CommandBracket.h"
@@ -40,11 +39,6 @@ public:
   // Pages whose page files the split of this document could not write. What lies there under their names belongs to
   // another document, or to an earlier state of this one, and is not shown.
   const std::set<std::int16_t>& UnwrittenPages() const { return unwrittenPages; }
-
-  // Path, page and page count of a page file that was written.
-  Event<std::string&, std::int16_t&, std::int16_t&> NewPageCreated;
-  // The page spinner's value.
-  Event<std::int16_t&> PageChanged;
 
 private:
   std::int16_t PageCount() const;

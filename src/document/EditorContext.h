@@ -6,6 +6,7 @@
 #include "document/EditorState.h"
 #include "form/EditorForm.h"
 #include "layers/Layers.h"
+#include "members/EditorEvents.h"
 #include "trap/Trap.h"
 #include "view/Zoom.h"
 
@@ -15,6 +16,7 @@ namespace kw {
 // it must outlive the part.
 struct EditorContext {
   Desktop& desktop;
+  EditorEvents& events;
   EditorForm& form;
   Trap& trap;
   Layers& layers;

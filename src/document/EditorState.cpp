@@ -24,7 +24,7 @@ void EditorState::LetIsEditable(bool value) {
     const bool isVisible = GetIsToolboxVisible();
     LetIsToolboxVisible(isVisible);
   });
-  PropertyChanged(run, "IsEditable");
+  PropertyChanged(run, PropertyId::IsEditable);
 }
 
 bool EditorState::GetIsFileChanged() {
@@ -36,7 +36,7 @@ void EditorState::LetIsFileChanged(bool value) {
   Procedure run(trap, "Let IsFileChanged");
   run([&] { m_IsFileChanged = value; });
   SetButton(run, "Save", value);
-  PropertyChanged(run, "IsFileChanged");
+  PropertyChanged(run, PropertyId::IsFileChanged);
 }
 
 bool EditorState::GetIsSaveButtonEnabled() {
@@ -48,7 +48,7 @@ void EditorState::LetIsSaveButtonEnabled(bool value) {
   Procedure run(trap, "Let IsSaveButtonEnabled");
   run([&] { m_IsSaveButtonEnabled = value; });
   SetButton(run, "Save", value);
-  PropertyChanged(run, "IsSaveButtonEnabled");
+  PropertyChanged(run, PropertyId::IsSaveButtonEnabled);
 }
 
 bool EditorState::GetIsToolboxVisible() {
@@ -62,7 +62,7 @@ void EditorState::LetIsToolboxVisible(bool value) {
     const bool isEditable = GetIsEditable();
     form.kwraTools.SetVisible(isEditable && value);
   });
-  PropertyChanged(run, "IsToolboxVisible");
+  PropertyChanged(run, PropertyId::IsToolboxVisible);
 }
 
 bool EditorState::GetIsToShowBackImage() {
@@ -75,13 +75,13 @@ void EditorState::LetIsToShowBackImage(bool value) {
   run([&] { m_IsToShowBackImage = value; });
   run([&] { form.TransBackImage.SetVisible(value && form.TransBackImage.HasPicture()); });
   run([&] { zoom.UpdateAndZoom(); });
-  PropertyChanged(run, "IsToShowBackImage");
+  PropertyChanged(run, PropertyId::IsToShowBackImage);
 }
 
 void EditorState::SavePage() { const Procedure run(trap, "SavePage"); }
 
-void EditorState::PropertyChanged(Procedure& run, const char* name) {
-  run([&] { Changed.Raise(name); });
+void EditorState::PropertyChanged(Procedure& run, PropertyId property) {
+  run([&] { events.PropertyChanged(property); });
 }
 
 void EditorState::SetButton(Procedure& run, const char* key, bool isEnabled) const {

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "components/base/Bitmap.h"
-#include "components/base/Event.h"
 #include "form/EditorForm.h"
+#include "members/EditorEvents.h"
 #include "trap/Procedure.h"
 #include "trap/Trap.h"
 #include "view/Zoom.h"
@@ -13,8 +13,8 @@ namespace kw {
 class EditorState {
 public:
   // Everything passed in must outlive the state; it need not be constructed yet.
-  EditorState(EditorForm& editorForm, Trap& errorTrap, Zoom& zoomFactor)
-      : form(editorForm), trap(errorTrap), zoom(zoomFactor) {}
+  EditorState(EditorEvents& container, EditorForm& editorForm, Trap& errorTrap, Zoom& zoomFactor)
+      : events(container), form(editorForm), trap(errorTrap), zoom(zoomFactor) {}
   EditorState(const EditorState&) = delete;
   EditorState& operator=(const EditorState&) = delete;
 
@@ -36,13 +36,10 @@ public:
 
   bool m_IsFileChanged = false;
 
-  // A property was assigned: the persisted key or the property's name.
-  Event<const char*> Changed;
-
 protected:
   ~EditorState() = default;
 
-  void PropertyChanged(Procedure& run, const char* name);
+  void PropertyChanged(Procedure& run, PropertyId property);
   void SetButton(Procedure& run, const char* key, bool isEnabled) const;
 
   bool m_IsEditable = true;
@@ -50,6 +47,7 @@ protected:
   Bitmap signatureImage;
 
 private:
+  EditorEvents& events;
   EditorForm& form;
   Trap& trap;
   Zoom& zoom;

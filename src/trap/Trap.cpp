@@ -35,8 +35,14 @@ std::string MessageOf(const RunTimeError& error) {
 
 }  // namespace
 
-Trap::Trap(Desktop& platform, Control& userControl, Control& viewport, Control& drawingSurface, Log& log)
-    : desktop(platform), editor(userControl), picFrame(viewport), picCanvas(drawingSurface), KwLogCtl1(log) {}
+Trap::Trap(Desktop& platform, EditorEvents& container, Control& userControl, Control& viewport, Control& drawingSurface,
+           Log& log)
+    : desktop(platform),
+      events(container),
+      editor(userControl),
+      picFrame(viewport),
+      picCanvas(drawingSurface),
+      KwLogCtl1(log) {}
 
 std::string Trap::GetTimeStamp() const {
   const std::string month = Digits(desktop.Date().month, 2);
@@ -82,7 +88,7 @@ void Trap::HandleCriticalError() {
   KwLogCtl1.Append(TraceFilePath(), block);
 
   std::int16_t number = ToInteger16(error.Number());
-  ErrorOccured.Raise(number, message);
+  events.Raise<EventId::ErrorOccured>(number, message);
 }
 
 }  // namespace kw

@@ -6,11 +6,11 @@
 #include <string_view>
 #include <utility>
 
-#include "components/base/Event.h"
 #include "components/base/RunTimeError.h"
 #include "components/controls/Control.h"
 #include "components/controls/Log.h"
 #include "components/platform/Desktop.h"
+#include "members/EditorEvents.h"
 
 namespace kw {
 
@@ -26,7 +26,8 @@ public:
   static constexpr std::string_view TraceFileName = "FunctionsInExecution.txt";
 
   // Everything referred to must outlive the trap.
-  Trap(Desktop& platform, Control& userControl, Control& viewport, Control& drawingSurface, Log& log);
+  Trap(Desktop& platform, EditorEvents& container, Control& userControl, Control& viewport, Control& drawingSurface,
+       Log& log);
 
   // Local date and time as month-day-year hour:minute:second, from six separate reads.
   std::string GetTimeStamp() const;
@@ -49,15 +50,13 @@ public:
   // The last HistoryLimit characters of CR LF and name, one after the other.
   const std::string& FunctionHistory() const { return m_FunctionHistory; }
 
-  // The number and the message; a handler may change both.
-  Event<std::int16_t&, std::string&> ErrorOccured;
-
 private:
   friend class Procedure;
 
   static std::string TraceFilePath();
 
   Desktop& desktop;
+  EditorEvents& events;
   Control& editor;
   Control& picFrame;
   Control& picCanvas;

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "tests/support/RecordedEvents.h"
+
 namespace kw::test {
 namespace {
 
@@ -17,19 +19,6 @@ std::string Describe(const VARIANT& argument) {
     return NarrowText(*V_BSTRREF(&argument), SysStringLen(*V_BSTRREF(&argument)));
   }
   return "type " + std::to_string(V_VT(&argument));
-}
-
-const char* EventName(DISPID event) {
-  switch (event) {
-    case ErrorOccuredEventId:
-      return "ErrorOccured";
-    case NewPageCreatedEventId:
-      return "NewPageCreated";
-    case PageChangedEventId:
-      return "PageChanged";
-    default:
-      return "unexpected";
-  }
 }
 
 }  // namespace
@@ -64,7 +53,7 @@ STDMETHODIMP EventSink::Invoke(DISPID id, REFIID, LCID /*locale*/, WORD /*flags*
                                VARIANT* /*result*/, EXCEPINFO* /*exception*/, UINT* /*badArgument*/) {
   std::vector<VARIANT> arguments(parameters->rgvarg, parameters->rgvarg + parameters->cArgs);
   std::reverse(arguments.begin(), arguments.end());
-  std::string text = std::string(EventName(id)) + "(";
+  std::string text = RowNameOf(EventId{id}) + "(";
   for (std::size_t index = 0; index < arguments.size(); ++index) {
     text += (index == 0 ? "" : ", ") + Describe(arguments[index]);
   }

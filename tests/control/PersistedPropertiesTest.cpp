@@ -61,11 +61,13 @@ TEST_F(Persistence, WritesWhatTheGetProceduresGive) {
 }
 
 TEST_F(Persistence, KnowsWhichPropertiesItKeeps) {
-  RecordedBag bag;
-  control->UserControl_WriteProperties(bag);
-  for (const std::string& key : bag.written) EXPECT_TRUE(KwEditorLayers::IsPersisted(key)) << key;
-  for (const char* name : {"IsFileChanged", "IsToShowBackImage", "SignatureFilePath", "BGImage", "", "enabled"})
-    EXPECT_FALSE(KwEditorLayers::IsPersisted(name)) << name;
+  using enum PropertyId;
+  for (const PropertyId kept :
+       {Enabled, MaxUndoLevels, IsToolboxVisible, IsOpenButtonVisible, IsToAllowChooseColor, IsSaveButtonEnabled,
+        IsEditable, IsToSaveAsMultiPageFile, PropertyId::AppDir, IsToLightenBackImage})
+    EXPECT_TRUE(KwEditorLayers::IsPersisted(kept)) << RowNameOf(kept);
+  for (const PropertyId other : {IsFileChanged, IsToShowBackImage, SignatureFilePath, BGImage, PropertyId{0}})
+    EXPECT_FALSE(KwEditorLayers::IsPersisted(other)) << RowNameOf(other);
 }
 
 // IsEditable comes after IsSaveButtonEnabled and enables every button.

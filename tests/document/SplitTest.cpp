@@ -30,9 +30,9 @@ public:
 class HinderedSplit : public EditorTest {
 protected:
   HinderedSplit() {
-    document.NewPageCreated.Connect(
-        [this](const std::string&, std::int16_t page, std::int16_t) { announced.push_back(page); });
-    document.PageChanged.Connect([this](std::int16_t page) { changedTo.push_back(page); });
+    told.onEvent = [this](const std::string& event) {
+      if (event == "NewPageCreated") announced.push_back(told.created.back().page);
+    };
     path = MakeDocument("D.tif", 4);
     // Of another document that had this name.
     for (const char* name : {"D_Page_1.tif", "D_Page_2.tif", "D_Page_3.tif"})
@@ -41,13 +41,14 @@ protected:
 
   std::string path;
   std::vector<int> announced;
-  std::vector<int> changedTo;
+  RecordedEvents told;
+  const std::vector<int>& changedTo = told.changedTo;
   Openings openings;
   HinderedEngine engine{desktop};
   KWPicEd tempEngine{desktop};
   EditorContext context{
-      desktop, Form(),    control->ErrorTrap(), control->LayerRoom(), control->ZoomRoom(), *control, openings,
-      engine,  tempEngine};
+      desktop,  told,   Form(),    control->ErrorTrap(), control->LayerRoom(), control->ZoomRoom(), *control,
+      openings, engine, tempEngine};
   CommandBracket bracket{context};
   Document document{context, bracket};
 };

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -12,50 +11,13 @@
 #include "control/KwEditorLayers.h"
 #include "picture/PictureDocument.h"
 #include "tests/support/Documents.h"
+#include "tests/support/RecordedEvents.h"
 #include "tests/support/ScriptedDesktop.h"
 #include "tests/support/TemporaryFolder.h"
 
 namespace kw::test {
 
 using Names = std::vector<std::string>;
-
-// Records what the control tells its container.
-class RecordedEvents : public EditorEvents {
-public:
-  struct Page {
-    std::string path;
-    int page = 0;
-    int count = 0;
-    friend bool operator==(const Page&, const Page&) = default;
-  };
-  std::vector<int> errors;
-  std::vector<std::string> errorTexts;
-  std::vector<Page> created;
-  std::vector<int> changedTo;
-  std::vector<std::string> properties;
-  std::function<void()> onPageChanged;
-  // Runs in every event, with its name.
-  std::function<void(const std::string&)> onEvent;
-
-  void ErrorOccured(std::int16_t& number, std::string& message) override {
-    errors.push_back(number);
-    errorTexts.push_back(message);
-    if (onEvent) onEvent("ErrorOccured");
-  }
-  void NewPageCreated(std::string& path, std::int16_t& page, std::int16_t& count) override {
-    created.push_back({path, page, count});
-    if (onEvent) onEvent("NewPageCreated");
-  }
-  void PageChanged(std::int16_t& page) override {
-    changedTo.push_back(page);
-    if (onPageChanged) onPageChanged();
-    if (onEvent) onEvent("PageChanged");
-  }
-  void PropertyChanged(const std::string& name) override {
-    properties.push_back(name);
-    if (onEvent) onEvent("PropertyChanged");
-  }
-};
 
 // A bag that is empty at first and remembers the order of reading and writing.
 class RecordedBag : public PropertyBag {

@@ -9,6 +9,7 @@
 
 #include "components/controls/PictureBox.h"
 #include "components/controls/UserControl.h"
+#include "tests/support/RecordedEvents.h"
 #include "tests/support/ScriptedDesktop.h"
 #include "tests/support/TemporaryFolder.h"
 #include "trap/Procedure.h"
@@ -20,13 +21,7 @@ using test::ReadWhole;
 
 class TrapTest : public testing::Test {
 protected:
-  TrapTest() {
-    AppDir = folder.Path();
-    trap.ErrorOccured.Connect([this](std::int16_t& number, std::string& message) {
-      numbers.push_back(number);
-      messages.push_back(message);
-    });
-  }
+  TrapTest() { AppDir = folder.Path(); }
   ~TrapTest() override { AppDir.clear(); }
 
   std::string Trace() const { return ReadWhole(folder.File("FunctionsInExecution.txt")); }
@@ -41,9 +36,10 @@ protected:
   PictureBox picFrame{"picFrame"};
   PictureBox picCanvas{"picCanvas"};
   Log log{"KwLogCtl1"};
-  Trap trap{desktop, editor, picFrame, picCanvas, log};
-  std::vector<std::int16_t> numbers;
-  std::vector<std::string> messages;
+  test::RecordedEvents events;
+  Trap trap{desktop, events, editor, picFrame, picCanvas, log};
+  const std::vector<int>& numbers = events.errors;
+  const std::vector<std::string>& messages = events.errorTexts;
 };
 
 TEST_F(TrapTest, ATimeStampIsMonthDayYearHourMinuteSecondOfSixReads) {
@@ -100,7 +96,7 @@ TEST_F(TrapTest, AnErrorIsShownInFourLinesWithItsNumberDescriptionSystemErrorAnd
             "Error Number : 53\r\nError Description : text of it\r\nLastDllError : 42\r\nSource : Somewhere");
   EXPECT_EQ(desktop.boxes[0].title, "Critical Error");
   EXPECT_EQ(desktop.boxes[0].buttons, MessageButtons::Ok);
-  EXPECT_EQ(numbers, std::vector<std::int16_t>{53});
+  EXPECT_EQ(numbers, std::vector<int>{53});
   EXPECT_EQ(messages, std::vector<std::string>{desktop.boxes[0].prompt});
 }
 
@@ -143,10 +139,11 @@ TEST_F(TrapTest, TheBoxComesBeforeTheBlockAndTheBlockBeforeTheEvent) {
     EXPECT_FALSE(hasBlock());
     order.emplace_back("box");
   };
-  trap.ErrorOccured.Connect([&](std::int16_t&, std::string&) {
+  events.onEvent = [&](const std::string& event) {
     EXPECT_TRUE(hasBlock());
+    EXPECT_EQ(event, "ErrorOccured");
     order.emplace_back("event");
-  });
+  };
   Fail(53);
   EXPECT_EQ(order, (std::vector<std::string>{"box", "event"}));
 }
@@ -221,7 +218,7 @@ TEST_F(ProcedureTest, OfSeveralFailingStatementsTheFirstIsReportedAndAllOthersRu
     EXPECT_TRUE(run([&] { ran += 'c'; }));
   }
   EXPECT_EQ(ran, "abc");
-  EXPECT_EQ(numbers, std::vector<std::int16_t>{53});
+  EXPECT_EQ(numbers, std::vector<int>{53});
   EXPECT_EQ(desktop.boxes.size(), 1U);
 }
 
@@ -230,7 +227,7 @@ TEST_F(ProcedureTest, LackOfMemoryIsError7AndAnyOtherExceptionError51) {
   run([] { throw std::bad_alloc(); });
   editor.SetEnabled(true);
   run([] { throw std::out_of_range("too far"); });
-  EXPECT_EQ(numbers, (std::vector<std::int16_t>{7, 51}));
+  EXPECT_EQ(numbers, (std::vector<int>{7, 51}));
   EXPECT_NE(messages.at(1).find("too far"), std::string::npos);
 }
 
@@ -238,7 +235,7 @@ TEST_F(ProcedureTest, AFailedExpressionGivesTheValueAskedForInstead) {
   Procedure run(trap, "Asking");
   EXPECT_EQ(run.Ask<int>([] { return 7; }, 0), 7);
   EXPECT_EQ(run.Ask<int>([]() -> int { Raise(ErrorNumber::Overflow); }, -1), -1);
-  EXPECT_EQ(numbers, std::vector<std::int16_t>{6});
+  EXPECT_EQ(numbers, std::vector<int>{6});
 }
 
 TEST_F(ProcedureTest, WithErrorsIgnoredNothingIsReported) {
@@ -252,7 +249,7 @@ TEST_F(ProcedureTest, WithErrorsIgnoredNothingIsReported) {
 TEST_F(ProcedureTest, AnErrorWhileTheBoxIsUpDoesNotReplaceTheOneReported) {
   desktop.whileBoxIsUp = [&](const auto&) { Fail(9); };
   Fail(53);
-  EXPECT_EQ(numbers, std::vector<std::int16_t>{53});
+  EXPECT_EQ(numbers, std::vector<int>{53});
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 #include <thread>
 
 #include "stamps/frmApprovedXTimes.h"
+#include "tests/support/RecordedEvents.h"
 #include "tests/support/TemporaryFolder.h"
 #include "tests/windows/PostedMessages.h"
 #include "tests/windows/TestForm.h"
@@ -106,7 +107,8 @@ protected:
   TestForm form;
   DialogDesktop desktop;
   Log log{"log"};
-  Trap trap{desktop, form.root, form.frame, form.canvas, log};
+  RecordedEvents events;
+  Trap trap{desktop, events, form.root, form.frame, form.canvas, log};
   std::optional<frmApprovedXTimes> made;
   std::string lastStamp;
   DWORD thread = 0;

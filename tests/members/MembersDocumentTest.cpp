@@ -1,0 +1,64 @@
+// docs/members.md is made of the rows. KW_SOURCE is the project's root.
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+namespace kw {
+namespace {
+
+std::string DocumentPath() { return std::string(KW_SOURCE) + "/docs/members.md"; }
+
+// "OpenFile(Text fPath)" of the name and the parameters in a row.
+std::string CallOf(const std::string& name, std::string parameters) {
+  const std::string direction = "[in] ";
+  for (auto at = parameters.find(direction); at != std::string::npos; at = parameters.find(direction))
+    parameters.erase(at, direction.size());
+  return name + parameters;
+}
+
+std::string Line(const std::string& member, const std::string& number, const std::string& type,
+                 const std::string& access, const std::string& kept, const std::string& help) {
+  return "| `" + member + "` | " + number + " | " + type + " | " + access + " | " + kept + " | " + help + " |\n";
+}
+
+std::string MembersDocument() {
+  std::string text =
+      "# Members and events of the control\n\n"
+      "Made of the rows in `src/members`; `KW_WRITE_DOCUMENTS=1 test_members` writes it anew.\n\n"
+      "A Boolean is a VARIANT_BOOL, an Integer a 16-bit integer, a Text a BSTR. A property tells\n"
+      "`IPropertyNotifySink` when it is assigned; the two variables do not. The container keeps the properties that\n"
+      "have a default here, under their names.\n\n"
+      "| Member | Number | Type | Access | Kept, default | |\n"
+      "|---|---|---|---|---|---|\n";
+#define VARIABLE(name, number, type, help) text += Line(#name, #number, #type, "variable", "", help);
+#define METHOD(name, number, parameters, help) \
+  text += Line(CallOf(#name, #parameters), #number, "", "method", "", help);
+#define PROPERTY(name, number, type, help) text += Line(#name, #number, #type, "get, put", "", help);
+#define LET_PROPERTY(name, number, type, help) text += Line(#name, #number, #type, "put", "", help);
+#define KEPT_PROPERTY(name, number, type, defaultValue, readPlace, writePlace, help) \
+  text += Line(#name, #number, #type, "get, put", "`" #defaultValue "`", help);
+#include "members/Members.def"
+  text +=
+      "\nArguments of an event are passed by reference; a handler may change them.\n\n"
+      "| Event | Number | |\n"
+      "|---|---|---|\n";
+#define EVENT(name, number, parameters, help) \
+  text += "| `" + CallOf(#name, #parameters) + "` | " + #number + " | " + (help) + " |\n";
+#include "members/Events.def"
+  return text;
+}
+
+TEST(MembersDocument, HoldsWhatTheRowsSay) {
+  if (std::getenv("KW_WRITE_DOCUMENTS") != nullptr) std::ofstream(DocumentPath()) << MembersDocument();
+  std::ifstream file(DocumentPath());
+  std::ostringstream text;
+  text << file.rdbuf();
+  EXPECT_EQ(text.str(), MembersDocument()) << "KW_WRITE_DOCUMENTS=1 build/PRESET/tests/test_members mends it";
+}
+
+}  // namespace
+}  // namespace kw
