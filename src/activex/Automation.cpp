@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "activex/Edge.h"
+#include "activex/ComBoundary.h"
 #include "activex/Module.h"
 #include "activex/Text.h"
 
@@ -21,7 +21,7 @@ void ToCom(const std::string& value, BSTR* out) {
 
 template <class Value, class Read>
 HRESULT Automation::Get(Value* value, Read read) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (value == nullptr) return E_POINTER;
     *value = {};
     ToCom(std::invoke(read, core.Editor()), value);
@@ -31,7 +31,7 @@ HRESULT Automation::Get(Value* value, Read read) {
 
 template <class Write>
 HRESULT Automation::LetBoolean(VARIANT_BOOL value, Write write) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     std::invoke(write, core.Editor(), value != VARIANT_FALSE);
     return S_OK;
   });
@@ -39,7 +39,7 @@ HRESULT Automation::LetBoolean(VARIANT_BOOL value, Write write) {
 
 template <class Write>
 HRESULT Automation::LetText(BSTR value, Write write) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     std::invoke(write, core.Editor(), FromBstr(value));
     return S_OK;
   });
@@ -52,7 +52,7 @@ STDMETHODIMP Automation::GetTypeInfoCount(UINT* count) {
 }
 
 STDMETHODIMP Automation::GetTypeInfo(UINT index, LCID /*locale*/, ITypeInfo** info) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (info == nullptr) return E_POINTER;
     *info = nullptr;
     if (index != 0) return DISP_E_BADINDEX;
@@ -63,7 +63,7 @@ STDMETHODIMP Automation::GetTypeInfo(UINT index, LCID /*locale*/, ITypeInfo** in
 }
 
 STDMETHODIMP Automation::GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID /*locale*/, DISPID* ids) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
     if (names == nullptr || ids == nullptr) return E_POINTER;
     ITypeInfo* info = nullptr;
@@ -74,7 +74,7 @@ STDMETHODIMP Automation::GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, 
 
 STDMETHODIMP Automation::Invoke(DISPID id, REFIID iid, LCID /*locale*/, WORD flags, DISPPARAMS* parameters,
                                 VARIANT* result, EXCEPINFO* exception, UINT* badArgument) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
     if (parameters == nullptr) return E_POINTER;
     ITypeInfo* info = nullptr;
@@ -98,7 +98,7 @@ STDMETHODIMP Automation::put_SaveFilePath(BSTR value) {
 }
 
 STDMETHODIMP Automation::SavePage() {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     core.Editor().SavePage();
     return S_OK;
   });
@@ -166,7 +166,7 @@ STDMETHODIMP Automation::put_IsToAllowChooseColor(VARIANT_BOOL value) {
 
 STDMETHODIMP Automation::get_MaxUndoLevels(short* value) { return Get(value, &KwEditorLayers::GetMaxUndoLevels); }
 STDMETHODIMP Automation::put_MaxUndoLevels(short value) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     core.Editor().LetMaxUndoLevels(value);
     return S_OK;
   });
@@ -188,7 +188,7 @@ STDMETHODIMP Automation::get_AppDir(BSTR* value) { return Get(value, &KwEditorLa
 STDMETHODIMP Automation::put_AppDir(BSTR value) { return LetText(value, &KwEditorLayers::LetAppDir); }
 
 STDMETHODIMP Automation::GetClassInfo(ITypeInfo** info) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (info == nullptr) return E_POINTER;
     *info = nullptr;
     return Module::LoadTypeInfo(CLSID_KwEditorLayers, info);

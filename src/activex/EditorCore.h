@@ -5,8 +5,8 @@
 #include <ole2.h>
 #include <wrl/client.h>
 
+#include "activex/ClientSite.h"
 #include "activex/HostEvents.h"
-#include "activex/HostSite.h"
 #include "activex/HostedDesktop.h"
 #include "activex/InPlaceActivation.h"
 #include "activex/Lifetime.h"
@@ -25,7 +25,7 @@ public:
   ~EditorCore();
 
   Lifetime& Life() { return life; }
-  HostSite& Site() { return site; }
+  ClientSite& Site() { return site; }
   MemberDescription& Members() { return members; }
   HostEvents& Events() { return events; }
   KwEditorLayers& Editor() { return editor; }
@@ -57,7 +57,7 @@ private:
   void LayOut(SIZE pixels);
 
   Lifetime life;
-  HostSite site;
+  ClientSite site;
   MemberDescription members;
   HostEvents events;
   InPlaceActivation activation;

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "activex/Edge.h"
+#include "activex/ComBoundary.h"
 #include "activex/Module.h"
 
 namespace kw::activex {

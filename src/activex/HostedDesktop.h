@@ -21,7 +21,7 @@ protected:
 
 private:
   Lifetime& life;
-  InPlaceActivation& place;
+  InPlaceActivation& inPlace;
 };
 
 }  // namespace kw::activex

@@ -7,7 +7,7 @@
 #include <optional>
 #include <utility>
 
-#include "activex/Edge.h"
+#include "activex/ComBoundary.h"
 #include "activex/EditorCore.h"
 #include "windows/base/Guard.h"
 #include "windows/base/ScreenScale.h"
@@ -23,17 +23,17 @@ SIZE SizeOf(const RECT& rectangle) { return {rectangle.right - rectangle.left, r
 
 }  // namespace
 
-HWND InPlaceActivation::Window() const { return pane == nullptr ? nullptr : pane->Handle(); }
+HWND InPlaceActivation::Window() const { return content == nullptr ? nullptr : content->Handle(); }
 
-LRESULT CALLBACK InPlaceActivation::PaneProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
-                                                  UINT_PTR /*id*/, DWORD_PTR self) {
+LRESULT CALLBACK InPlaceActivation::ContentProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                                     UINT_PTR /*id*/, DWORD_PTR self) {
   constexpr UINT ScreenScaleChanged = 0x02E3;  // WM_DPICHANGED_AFTERPARENT, which older headers lack
   auto& activation = *reinterpret_cast<InPlaceActivation*>(self);
   std::optional<Lifetime::Outgoing> outgoing;
   if (message == WM_MOUSEACTIVATE || message == ScreenScaleChanged) outgoing.emplace(activation.core.Life());
   // A click anywhere in the control, its children included, makes it the active object of its container.
   if (message == WM_MOUSEACTIVATE) windows::Guard([&] { activation.ActivateUi(nullptr); });
-  if (message == WM_NCDESTROY) RemoveWindowSubclass(window, &PaneProcedure, SubclassId);
+  if (message == WM_NCDESTROY) RemoveWindowSubclass(window, &ContentProcedure, SubclassId);
   const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
   if (message == ScreenScaleChanged && activation.Window() == window) {
     RECT client = {};
@@ -45,7 +45,7 @@ LRESULT CALLBACK InPlaceActivation::PaneProcedure(HWND window, UINT message, WPA
 
 HRESULT InPlaceActivation::Activate(IOleClientSite* site) {
   if (IsActive()) {
-    if (pane != nullptr) pane->Show(true);
+    if (content != nullptr) content->Show(true);
     return S_OK;
   }
   const ComPtr<IOleClientSite> client(site != nullptr ? site : core.Site().Get());
@@ -54,9 +54,9 @@ HRESULT InPlaceActivation::Activate(IOleClientSite* site) {
   if (asked->CanInPlaceActivate() != S_OK) return E_FAIL;
   HRESULT result = asked->OnInPlaceActivate();
   if (FAILED(result)) return result;
-  place = asked;
+  inPlaceSite = asked;
   state = State::Active;
-  result = AtEdge(core.Life(), [this] { return MakePane(); });
+  result = AtComBoundary(core.Life(), [this] { return MakeContent(); });
   if (FAILED(result)) {
     Deactivate();
     return result;
@@ -65,13 +65,13 @@ HRESULT InPlaceActivation::Activate(IOleClientSite* site) {
   return S_OK;
 }
 
-HRESULT InPlaceActivation::MakePane() {
+HRESULT InPlaceActivation::MakeContent() {
   HWND parent = nullptr;
   RECT position = {};
   RECT clip = {};
   OLEINPLACEFRAMEINFO frameInfo = {};
   frameInfo.cb = sizeof frameInfo;
-  const ComPtr<IOleInPlaceSite> asked = place;
+  const ComPtr<IOleInPlaceSite> asked = inPlaceSite;
   HRESULT result = asked->GetWindow(&parent);
   if (FAILED(result)) return result;
   ComPtr<IOleInPlaceFrame> givenFrame;
@@ -83,13 +83,13 @@ HRESULT InPlaceActivation::MakePane() {
   frame = givenFrame;
   document = givenDocument;
   core.SetWindowSize(SizeOf(position), windows::ScaleOf(parent));
-  pane = std::make_unique<windows::EditorWindow>(core.Editor().Root(), parent, position);
-  pane->HoldWith([this] { return std::make_shared<Lifetime::Outgoing>(core.Life()); });
-  pane->OnKeys([this] { TellEatenKeys(); });
-  SetWindowSubclass(Window(), &PaneProcedure, SubclassId, reinterpret_cast<DWORD_PTR>(this));
+  content = std::make_unique<windows::EditorWindow>(core.Editor().Root(), parent, position);
+  content->HoldWith([this] { return std::make_shared<Lifetime::Outgoing>(core.Life()); });
+  content->OnKeys([this] { TellEatenKeys(); });
+  SetWindowSubclass(Window(), &ContentProcedure, SubclassId, reinterpret_cast<DWORD_PTR>(this));
   SetRects(position, clip);
   FollowUiDead();
-  if (pane != nullptr) pane->Show(true);
+  if (content != nullptr) content->Show(true);
   return S_OK;
 }
 
@@ -97,7 +97,7 @@ HRESULT InPlaceActivation::ActivateUi(IOleClientSite* site) {
   if (IsUiActive()) return S_OK;
   const HRESULT result = Activate(site);
   if (FAILED(result)) return result;
-  const ComPtr<IOleInPlaceSite> asked = place;
+  const ComPtr<IOleInPlaceSite> asked = inPlaceSite;
   if (asked == nullptr) return E_FAIL;
   const HRESULT allowed = asked->OnUIActivate();
   if (FAILED(allowed)) return allowed;
@@ -127,9 +127,9 @@ void InPlaceActivation::TellFocus(BOOL hasFocus) {
 }
 
 DWORD InPlaceActivation::EatenKeys() const {
-  if (pane == nullptr) return 0;
-  return (pane->WantsKey(VK_RETURN) ? DWORD{CTRLINFO_EATS_RETURN} : 0) |
-         (pane->WantsKey(VK_ESCAPE) ? DWORD{CTRLINFO_EATS_ESCAPE} : 0);
+  if (content == nullptr) return 0;
+  return (content->WantsKey(VK_RETURN) ? DWORD{CTRLINFO_EATS_RETURN} : 0) |
+         (content->WantsKey(VK_ESCAPE) ? DWORD{CTRLINFO_EATS_ESCAPE} : 0);
 }
 
 void InPlaceActivation::TellEatenKeys() {
@@ -141,14 +141,14 @@ void InPlaceActivation::TellEatenKeys() {
 
 HRESULT InPlaceActivation::Hide() {
   DeactivateUi();
-  if (pane != nullptr) pane->Show(false);
+  if (content != nullptr) content->Show(false);
   return S_OK;
 }
 
 HRESULT InPlaceActivation::DeactivateUi() {
   if (!IsUiActive()) return S_OK;
   state = State::Active;
-  const ComPtr<IOleInPlaceSite> asked = place;
+  const ComPtr<IOleInPlaceSite> asked = inPlaceSite;
   TellFocus(FALSE);
   const ComPtr<IOleInPlaceFrame> activeFrame = frame;
   const ComPtr<IOleInPlaceUIWindow> activeDocument = document;
@@ -163,9 +163,9 @@ HRESULT InPlaceActivation::Deactivate() {
   DeactivateUi();
   if (!IsActive()) return S_OK;  // done by the container meanwhile
   state = State::Inactive;
-  ClosePane();
-  const ComPtr<IOleInPlaceSite> asked = place;
-  ReleasePlaces();
+  CloseContent();
+  const ComPtr<IOleInPlaceSite> asked = inPlaceSite;
+  ReleaseSites();
   if (asked != nullptr) asked->OnInPlaceDeactivate();
   TellEatenKeys();
   return S_OK;
@@ -173,19 +173,19 @@ HRESULT InPlaceActivation::Deactivate() {
 
 void InPlaceActivation::Abandon() {
   state = State::Inactive;
-  ClosePane();
-  ReleasePlaces();
+  CloseContent();
+  ReleaseSites();
 }
 
-void InPlaceActivation::ClosePane() {
-  if (pane == nullptr) return;
-  if (Window() != nullptr) RemoveWindowSubclass(Window(), &PaneProcedure, SubclassId);
-  pane->Close();
-  pane.reset();
+void InPlaceActivation::CloseContent() {
+  if (content == nullptr) return;
+  if (Window() != nullptr) RemoveWindowSubclass(Window(), &ContentProcedure, SubclassId);
+  content->Close();
+  content.reset();
 }
 
-void InPlaceActivation::ReleasePlaces() {
-  place.Reset();
+void InPlaceActivation::ReleaseSites() {
+  inPlaceSite.Reset();
   frame.Reset();
   document.Reset();
 }
@@ -193,7 +193,7 @@ void InPlaceActivation::ReleasePlaces() {
 void InPlaceActivation::FollowUiDead() {
   if (Window() == nullptr) return;
   const bool isDead = core.Site().AmbientBoolean(DISPID_AMBIENT_UIDEAD).value_or(false);
-  if (pane != nullptr) pane->AllowInput(!isDead);
+  if (content != nullptr) content->AllowInput(!isDead);
 }
 
 HRESULT InPlaceActivation::SetRects(const RECT& position, const RECT& clip) {
@@ -206,7 +206,7 @@ HRESULT InPlaceActivation::SetRects(const RECT& position, const RECT& clip) {
     region = CreateRectRgnIndirect(&visible);
   }
   SetWindowRgn(Window(), region, TRUE);  // the system owns the region now
-  pane->Resize(position);
+  content->Resize(position);
   ShowAt(SizeOf(position));
   return S_OK;
 }
@@ -214,11 +214,11 @@ HRESULT InPlaceActivation::SetRects(const RECT& position, const RECT& clip) {
 // The container may have moved its window to a screen with another scale.
 void InPlaceActivation::ShowAt(SIZE size) {
   const Scale scale = windows::ScaleOf(GetParent(Window()));
-  pane->Rescale(scale);
+  content->Rescale(scale);
   core.SetWindowSize(size, scale);
 }
 
-InPlaceActivation::Modal::Modal(const InPlaceActivation& place) : frame(place.frame) {
+InPlaceActivation::Modal::Modal(const InPlaceActivation& activation) : frame(activation.frame) {
   if (frame != nullptr) frame->EnableModeless(FALSE);
 }
 

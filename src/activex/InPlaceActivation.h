@@ -27,7 +27,7 @@ public:
   bool IsUiActive() const { return state == State::UiActive; }
   // Null without a window.
   HWND Window() const;
-  windows::EditorWindow* Pane() const { return pane.get(); }
+  windows::EditorWindow* Content() const { return content.get(); }
   // Whether the control, and not the container's default or cancel button, has Enter and Escape, as CTRLINFO says it.
   DWORD EatenKeys() const;
 
@@ -49,7 +49,7 @@ public:
   // While one of these lives the container's modeless windows are disabled, for a dialog of the control.
   class Modal {
   public:
-    explicit Modal(const InPlaceActivation& place);
+    explicit Modal(const InPlaceActivation& activation);
     Modal(const Modal&) = delete;
     Modal& operator=(const Modal&) = delete;
     ~Modal();
@@ -61,21 +61,21 @@ public:
 private:
   enum class State : unsigned char { Inactive, Active, UiActive };
 
-  static LRESULT CALLBACK PaneProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
-                                        DWORD_PTR self);
-  HRESULT MakePane();
-  void ClosePane();
+  static LRESULT CALLBACK ContentProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                           DWORD_PTR self);
+  HRESULT MakeContent();
+  void CloseContent();
   void ShowAt(SIZE size);
   void TellFocus(BOOL hasFocus);
-  void ReleasePlaces();
+  void ReleaseSites();
   // Tells the container when the answer of EatenKeys is another one than it was told last.
   void TellEatenKeys();
 
   EditorCore& core;
   State state = State::Inactive;
   DWORD toldKeys = 0;
-  std::unique_ptr<windows::EditorWindow> pane;
-  Microsoft::WRL::ComPtr<IOleInPlaceSite> place;
+  std::unique_ptr<windows::EditorWindow> content;
+  Microsoft::WRL::ComPtr<IOleInPlaceSite> inPlaceSite;
   Microsoft::WRL::ComPtr<IOleInPlaceFrame> frame;
   Microsoft::WRL::ComPtr<IOleInPlaceUIWindow> document;
 };

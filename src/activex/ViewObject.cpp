@@ -1,13 +1,13 @@
 #include "activex/ViewObject.h"
 
-#include "activex/Edge.h"
+#include "activex/ComBoundary.h"
 
 namespace kw::activex {
 
 STDMETHODIMP ViewObject::Draw(DWORD aspect, LONG /*index*/, void* /*aspectInfo*/, DVTARGETDEVICE* /*targetDevice*/,
                               HDC /*targetContext*/, HDC drawContext, LPCRECTL bounds, LPCRECTL /*windowBounds*/,
                               BOOL(STDMETHODCALLTYPE* /*proceed*/)(ULONG_PTR), ULONG_PTR /*cookie*/) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
     if (drawContext == nullptr) return E_INVALIDARG;
     RECT target = {};
@@ -42,14 +42,14 @@ STDMETHODIMP ViewObject::Freeze(DWORD /*aspect*/, LONG /*index*/, void* /*aspect
 STDMETHODIMP ViewObject::Unfreeze(DWORD /*freeze*/) { return E_NOTIMPL; }
 
 STDMETHODIMP ViewObject::SetAdvise(DWORD aspects, DWORD flags, IAdviseSink* sink) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     core.AdviseView(aspects, flags, sink);
     return S_OK;
   });
 }
 
 STDMETHODIMP ViewObject::GetAdvise(DWORD* aspects, DWORD* flags, IAdviseSink** sink) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     core.ViewAdvise(aspects, flags, sink);
     return S_OK;
   });

@@ -15,7 +15,7 @@ namespace kw {
 class Compositor {
 public:
   // What is below all items; the canvas has no bounds of its own.
-  explicit Compositor(Colour backColour) : ground(backColour) {}
+  explicit Compositor(Colour backColour) : background(backColour) {}
 
   // Takes the new list of items, back to front, and returns the parts of the canvas that have changed by it: no more
   // than the old and new places of the items that are new, gone, different or restacked. Parts do not overlap by more
@@ -24,14 +24,13 @@ public:
   // The same; gives the former list back, for its memory.
   std::vector<PixelRect> Exchange(std::vector<DisplayItem>& newItems);
   const std::vector<DisplayItem>& Items() const { return items; }
-  Colour Ground() const { return ground; }
-  void SetGround(Colour backColour) { ground = backColour; }
+  void SetBackground(Colour backColour) { background = backColour; }
 
   // Paints what the canvas shows in a part of the buffer's area. Texts are left out where there is no renderer.
   void Paint(const FrameBuffer& target, const PixelRect& wanted, TextRenderer* texts) const;
 
 private:
-  Colour ground;
+  Colour background;
   std::vector<DisplayItem> items;
 };
 

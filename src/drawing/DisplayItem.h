@@ -20,13 +20,13 @@ struct DisplayItem {
 
   // Names the item from one showing to the next; each item of a canvas has its own.
   std::uint64_t key = 0;
-  PixelRect place = {};
-  std::int32_t rim = 0;                         // pixels that picture, shape and text keep from the place's edges
-  std::optional<Colour> ground = std::nullopt;  // fills the place
-  Bitmap picture = {};                          // scaled to the place within the rim
-  std::optional<Shape> shape = std::nullopt;    // counted from the left top corner within the rim
+  PixelRect bounds = {};
+  std::int32_t rim = 0;                             // pixels that picture, shape and text keep from the place's edges
+  std::optional<Colour> background = std::nullopt;  // fills the place
+  Bitmap picture = {};                              // scaled to the place within the rim
+  std::optional<Shape> shape = std::nullopt;        // counted from the left top corner within the rim
   std::optional<TextRun> text = std::nullopt;
-  PictureLook look = {};      // of picture, shape and text
+  DrawOptions options = {};   // of picture, shape and text
   Frame frame = Frame::None;  // along the inside of the place
   Colour frameColour = 0;
   std::int32_t frameWidth = 1;
@@ -40,6 +40,6 @@ struct DisplayItem {
 };
 
 // Where an item's eight handles are, inside its place: from the left top corner clockwise.
-std::array<PixelRect, 8> HandlesOf(const PixelRect& place, std::int32_t size = DisplayItem::HandleSize);
+std::array<PixelRect, 8> HandlesOf(const PixelRect& bounds, std::int32_t size = DisplayItem::HandleSize);
 
 }  // namespace kw

@@ -39,13 +39,13 @@ void PrefetchShort(std::span<const std::uint32_t> row) {
   for (std::size_t i = 0; i < row.size(); i += step) __builtin_prefetch(&row[i], 1);
 }
 
-void DrawUnscaled(const FrameBuffer& target, const RowReader& reader, const PixelRect& place, const PixelRect& part) {
-  const auto x = static_cast<std::int32_t>(Span(place.left, part.left));
+void DrawUnscaled(const FrameBuffer& target, const RowReader& reader, const PixelRect& bounds, const PixelRect& part) {
+  const auto x = static_cast<std::int32_t>(Span(bounds.left, part.left));
   std::vector<std::uint32_t> pixels;
   if (!reader.IsOpaque()) pixels.resize(static_cast<std::size_t>(part.Width()));
   for (std::int32_t y = part.top; y < part.bottom; ++y) {
     const auto row = target.Row(y, part.left, part.right);
-    const auto sourceY = static_cast<std::int32_t>(Span(place.top, y));
+    const auto sourceY = static_cast<std::int32_t>(Span(bounds.top, y));
     if (reader.IsOpaque()) {
       reader.Read(x, sourceY, row);
     } else {
@@ -113,19 +113,19 @@ std::uint32_t RoundedByte(float value) {
   return static_cast<std::uint32_t>(static_cast<std::int32_t>(value + RoundingHalf));
 }
 
-void DrawScaled(const FrameBuffer& target, const Bitmap& picture, const RowReader& reader, const PixelRect& place,
+void DrawScaled(const FrameBuffer& target, const Bitmap& picture, const RowReader& reader, const PixelRect& bounds,
                 const PixelRect& part) {
   std::vector<Taps> columns;
   columns.reserve(static_cast<std::size_t>(part.Width()));
   for (std::int32_t x = part.left; x < part.right; ++x) {
-    columns.push_back(TapsOf(Span(place.left, x), picture.Width(), Span(place.left, place.right)));
+    columns.push_back(TapsOf(Span(bounds.left, x), picture.Width(), Span(bounds.left, bounds.right)));
   }
   const std::int32_t firstColumn = columns.front().first;
   const auto count = static_cast<std::size_t>(columns.back().first - firstColumn) + columns.back().weights.size();
   std::vector<std::uint32_t> source(count);
   std::vector<Channels> sums(count);
   for (std::int32_t y = part.top; y < part.bottom; ++y) {
-    const Taps rows = TapsOf(Span(place.top, y), picture.Height(), Span(place.top, place.bottom));
+    const Taps rows = TapsOf(Span(bounds.top, y), picture.Height(), Span(bounds.top, bounds.bottom));
     std::ranges::fill(sums, Channels{});
     for (std::size_t i = 0; i < rows.weights.size(); ++i) {
       reader.Read(firstColumn, rows.first + static_cast<std::int32_t>(i), source);
@@ -154,14 +154,15 @@ void DrawScaled(const FrameBuffer& target, const Bitmap& picture, const RowReade
 
 }  // namespace
 
-void DrawPicture(const FrameBuffer& target, const Bitmap& picture, const PixelRect& place, const PictureLook& look) {
-  const PixelRect part = Common(place, target.area);
+void DrawPicture(const FrameBuffer& target, const Bitmap& picture, const PixelRect& bounds,
+                 const DrawOptions& options) {
+  const PixelRect part = Common(bounds, target.area);
   if (picture.IsEmpty() || part.IsEmpty()) return;
-  const RowReader reader(picture, look);
-  if (Span(place.left, place.right) == picture.Width() && Span(place.top, place.bottom) == picture.Height()) {
-    DrawUnscaled(target, reader, place, part);
+  const RowReader reader(picture, options);
+  if (Span(bounds.left, bounds.right) == picture.Width() && Span(bounds.top, bounds.bottom) == picture.Height()) {
+    DrawUnscaled(target, reader, bounds, part);
   } else {
-    DrawScaled(target, picture, reader, place, part);
+    DrawScaled(target, picture, reader, bounds, part);
   }
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "components/base/Bitmap.h"
+#include "drawing/DrawOptions.h"
 #include "drawing/FrameBuffer.h"
-#include "drawing/PictureLook.h"
 
 namespace kw {
 
@@ -11,6 +11,6 @@ namespace kw {
 // that thin strokes of a black-and-white page turn grey instead of breaking up; where it is enlarged, pixels are
 // interpolated linearly. A pixel does not depend on which part is drawn. An empty picture or place draws nothing. Takes
 // time in the size of the part that is drawn and of the part of the picture that falls on it.
-void DrawPicture(const FrameBuffer& target, const Bitmap& picture, const PixelRect& place, const PictureLook& look);
+void DrawPicture(const FrameBuffer& target, const Bitmap& picture, const PixelRect& bounds, const DrawOptions& options);
 
 }  // namespace kw

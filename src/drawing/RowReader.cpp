@@ -10,9 +10,9 @@
 namespace kw {
 static_assert(std::endian::native == std::endian::little, "pixels are read as little-endian words");
 
-RowReader::RowReader(const Bitmap& source, const PictureLook& look)
-    : picture(source), isLightened(look.isLightened), hasKey(look.transparent.has_value()) {
-  if (hasKey) key = PixelOf(*look.transparent);
+RowReader::RowReader(const Bitmap& source, const DrawOptions& options)
+    : picture(source), isLightened(options.isLightened), hasKey(options.transparent.has_value()) {
+  if (hasKey) key = PixelOf(*options.transparent);
   if (hasKey || picture.BitsPerPixel() == 32) opaque = Opaque;
   if (picture.BitsPerPixel() > 8) return;
   const auto palette = picture.Palette();

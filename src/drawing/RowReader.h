@@ -7,7 +7,7 @@
 
 #include "components/base/Bitmap.h"
 #include "drawing/Blend.h"
-#include "drawing/PictureLook.h"
+#include "drawing/DrawOptions.h"
 
 namespace kw {
 
@@ -15,7 +15,7 @@ namespace kw {
 // look is applied. The picture must outlive the reader.
 class RowReader {
 public:
-  RowReader(const Bitmap& source, const PictureLook& look);
+  RowReader(const Bitmap& source, const DrawOptions& options);
 
   // Whether every pixel is opaque; pixels then come with nothing in the highest byte, as a frame buffer holds them.
   bool IsOpaque() const { return opaque == 0; }

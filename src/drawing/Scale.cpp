@@ -13,13 +13,13 @@ std::int32_t Scale::ToDevice(double position) const {
   return static_cast<std::int32_t>(std::clamp(std::floor(position * Factor() + Half), -Farthest, Farthest));
 }
 
-PixelRect Scale::ToDevice(const PixelRect& place) const {
-  return ToDevice(Box{static_cast<double>(place.left), static_cast<double>(place.top), static_cast<double>(place.right),
-                      static_cast<double>(place.bottom)});
+PixelRect Scale::ToDevice(const PixelRect& bounds) const {
+  return ToDevice(Box{static_cast<double>(bounds.left), static_cast<double>(bounds.top),
+                      static_cast<double>(bounds.right), static_cast<double>(bounds.bottom)});
 }
 
-PixelRect Scale::ToDevice(const Box& place) const {
-  return {ToDevice(place.left), ToDevice(place.top), ToDevice(place.right), ToDevice(place.bottom)};
+PixelRect Scale::ToDevice(const Box& bounds) const {
+  return {ToDevice(bounds.left), ToDevice(bounds.top), ToDevice(bounds.right), ToDevice(bounds.bottom)};
 }
 
 std::int32_t Scale::LengthOnDevice(std::int32_t length) const { return length > 0 ? std::max(ToDevice(length), 1) : 0; }

@@ -25,8 +25,8 @@ public:
   // The device's nearest edge between two pixels, of two the one farther right or down. At most 2^30 to each side, so
   // that no sum or difference of two leaves the range.
   std::int32_t ToDevice(double position) const;
-  PixelRect ToDevice(const PixelRect& place) const;
-  PixelRect ToDevice(const Box& place) const;
+  PixelRect ToDevice(const PixelRect& bounds) const;
+  PixelRect ToDevice(const Box& bounds) const;
   // What is to be seen at all is at least one pixel.
   std::int32_t LengthOnDevice(std::int32_t length) const;
   Font ToDevice(Font font) const;

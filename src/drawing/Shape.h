@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "components/base/Units.h"
+#include "drawing/DrawOptions.h"
 #include "drawing/FrameBuffer.h"
 #include "drawing/Outline.h"
-#include "drawing/PictureLook.h"
 
 namespace kw {
 
@@ -33,7 +33,7 @@ struct Shape {
 // coordinates count from `origin`. What has the look's transparent colour is left out: a line or a fill as a whole.
 // The rasteriser is only borrowed; one that is used again saves its memory's allocation.
 void DrawShape(const FrameBuffer& target, const Shape& shape, Point origin, const PixelRect& part,
-               const PictureLook& look, Rasteriser& rasteriser);
+               const DrawOptions& options, Rasteriser& rasteriser);
 
 // Paints what a rasteriser's edges enclose, as it was begun, in one colour. Its clip must lie inside the buffer.
 void PaintCoverage(const FrameBuffer& target, Rasteriser& rasteriser, Colour colour);

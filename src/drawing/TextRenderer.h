@@ -41,7 +41,7 @@ public:
 
   // Renders a text that is laid out in `place` into a mask of zeroes whose area is the part of `place` that is wanted.
   // A pixel's coverage must not depend on which part that is.
-  virtual void Render(const TextRun& run, const PixelRect& place, CoverageMask& mask) = 0;
+  virtual void Render(const TextRun& run, const PixelRect& bounds, CoverageMask& mask) = 0;
 };
 
 }  // namespace kw

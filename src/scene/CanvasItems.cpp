@@ -55,12 +55,12 @@ DisplayItem ItemOf(const TransparentPicture& layer, const Scale& scale) {
   item.key = KeyOf(&layer);
   item.frameWidth = scale.LengthOnDevice(FrameWidth);
   item.rim = layer.SelectionFrame() != 0 ? item.frameWidth : 0;
-  item.place = Inset(ContentsOnDevice(layer, scale), -item.rim);
+  item.bounds = Inset(ContentsOnDevice(layer, scale), -item.rim);
   item.picture = layer.Picture();
   item.shape = FigureOf(layer, scale);
-  item.look = {.transparent = layer.TransparentColor(), .isLightened = layer.IsLightened()};
+  item.options = {.transparent = layer.TransparentColor(), .isLightened = layer.IsLightened()};
   const bool isText = layer.DrawnFigure().kind == FigureKind::Text;
-  if (isText && layer.BackColor() != layer.TransparentColor()) item.ground = layer.BackColor();
+  if (isText && layer.BackColor() != layer.TransparentColor()) item.background = layer.BackColor();
   // While a text is typed, the field that takes the typing shows it.
   if (!layer.Caption().empty() && !layer.IsTyping()) {
     item.text = TextRun{.text = layer.Caption(), .font = scale.ToDevice(layer.TextFont()), .colour = layer.ForeColor()};
@@ -88,12 +88,12 @@ Box BoundsOf(const Control& control) {
 PixelRect PixelsOf(const Control& control) { return Scale().ToDevice(BoundsOf(control)); }
 
 PixelRect PixelsOfLayer(const TransparentPicture& layer) {
-  PixelRect place = PixelsOf(layer);
+  PixelRect bounds = PixelsOf(layer);
   if (layer.SelectionFrame() != 0) {
-    place.right += 2 * FrameWidth;
-    place.bottom += 2 * FrameWidth;
+    bounds.right += 2 * FrameWidth;
+    bounds.bottom += 2 * FrameWidth;
   }
-  return place;
+  return bounds;
 }
 
 PixelRect ContentsOfLayer(const TransparentPicture& layer) {
@@ -116,7 +116,7 @@ void CollectItems(const PictureBox& canvas, const Scale& scale, std::vector<Disp
   if (const Bitmap& picture = canvas.Picture(); !picture.IsEmpty()) {
     DisplayItem& item = items.emplace_back();
     item.key = KeyOf(&canvas);
-    item.place = scale.ToDevice(PixelRect{0, 0, picture.Width(), picture.Height()});
+    item.bounds = scale.ToDevice(PixelRect{0, 0, picture.Width(), picture.Height()});
     item.picture = picture;
   }
   for (const Control* child : canvas.Children()) {
@@ -126,8 +126,8 @@ void CollectItems(const PictureBox& canvas, const Scale& scale, std::vector<Disp
     } else if (const auto* marker = dynamic_cast<const LightWeightMarker*>(child)) {
       DisplayItem& item = items.emplace_back();
       item.key = KeyOf(marker);
-      item.place = scale.ToDevice(PixelsOf(*marker));
-      item.ground = marker->Color();
+      item.bounds = scale.ToDevice(PixelsOf(*marker));
+      item.background = marker->Color();
     }
   }
 }

@@ -219,9 +219,10 @@ int Images::IndexOf(const std::string& key) const {
   return found == indexes.end() ? 0 : found->second;
 }
 
-void Images::Draw(HDC context, const RECT& place, const std::string& key, bool isEnabled) const {
-  ImageList_Draw(isEnabled ? Normal() : Disabled(), IndexOf(key), context, (place.left + place.right - cellSize.cx) / 2,
-                 (place.top + place.bottom - cellSize.cy) / 2, ILD_TRANSPARENT);
+void Images::Draw(HDC context, const RECT& bounds, const std::string& key, bool isEnabled) const {
+  ImageList_Draw(isEnabled ? Normal() : Disabled(), IndexOf(key), context,
+                 (bounds.left + bounds.right - cellSize.cx) / 2, (bounds.top + bounds.bottom - cellSize.cy) / 2,
+                 ILD_TRANSPARENT);
 }
 
 HCURSOR Images::CursorOf(MousePointer pointer, const std::string& icon) const {

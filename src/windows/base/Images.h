@@ -31,7 +31,7 @@ public:
   // The place of that picture in both; a plain square stands for a key without a drawing.
   int IndexOf(const std::string& key) const;
   // Draws one of them in the middle of a place, which may be smaller.
-  void Draw(HDC context, const RECT& place, const std::string& key, bool isEnabled) const;
+  void Draw(HDC context, const RECT& bounds, const std::string& key, bool isEnabled) const;
 
   // Null for the default pointer.
   HCURSOR CursorOf(MousePointer pointer, const std::string& icon) const;

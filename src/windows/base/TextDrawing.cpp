@@ -58,7 +58,7 @@ HFONT GdiTextRenderer::FontFor(const Font& wanted) {
   return handle;
 }
 
-void GdiTextRenderer::Render(const TextRun& run, const PixelRect& place, CoverageMask& mask) {
+void GdiTextRenderer::Render(const TextRun& run, const PixelRect& bounds, CoverageMask& mask) {
   const RECT area = ToRect(mask.area);
   if (!buffer.Reserve(WidthOf(area), HeightOf(area))) return;
   const HDC context = buffer.Context();
@@ -68,7 +68,7 @@ void GdiTextRenderer::Render(const TextRun& run, const PixelRect& place, Coverag
   SetBkMode(context, TRANSPARENT);
   SetTextColor(context, RGB(255, 255, 255));
   const std::wstring text = ToWide(run.text);
-  RECT within = ToRect(place);
+  RECT within = ToRect(bounds);
   DrawTextW(context, text.c_str(), static_cast<int>(text.size()), &within, Layout);
   SelectObject(context, before);
   SetViewportOrgEx(context, 0, 0, nullptr);

@@ -28,7 +28,7 @@ public:
   GdiTextRenderer& operator=(const GdiTextRenderer&) = delete;
   ~GdiTextRenderer() override;
 
-  void Render(const TextRun& run, const PixelRect& place, CoverageMask& mask) override;
+  void Render(const TextRun& run, const PixelRect& bounds, CoverageMask& mask) override;
 
 private:
   HFONT FontFor(const Font& wanted);

@@ -21,7 +21,7 @@ constexpr DWORD Style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
 constexpr DWORD ExtendedStyle = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT;
 
 // In the middle of the owner, but wholly on its screen.
-POINT PlaceFor(int width, int height, HWND owner) {
+POINT PositionFor(int width, int height, HWND owner) {
   MONITORINFO screen = {};
   screen.cbSize = sizeof screen;
   GetMonitorInfoW(MonitorFromWindow(owner, MONITOR_DEFAULTTOPRIMARY), &screen);
@@ -72,10 +72,11 @@ ModalWindow::ModalWindow(DialogForm& shown, HWND above) : form(shown), owner(abo
   const int height = scale.ToDevice(ToPixels(form.Height()));
   RECT frame = {0, 0, width, height};
   AdjustWindowRectEx(&frame, Style, FALSE, ExtendedStyle);
-  const POINT place = PlaceFor(WidthOf(frame), HeightOf(frame), owner);
+  const POINT position = PositionFor(WidthOf(frame), HeightOf(frame), owner);
   OwnWindowClass::Register();
-  const HWND made = CreateWindowExW(ExtendedStyle, OwnWindowClass::Name, ToWide(form.Caption()).c_str(), Style, place.x,
-                                    place.y, WidthOf(frame), HeightOf(frame), owner, nullptr, Module(), nullptr);
+  const HWND made =
+      CreateWindowExW(ExtendedStyle, OwnWindowClass::Name, ToWide(form.Caption()).c_str(), Style, position.x,
+                      position.y, WidthOf(frame), HeightOf(frame), owner, nullptr, Module(), nullptr);
   if (made == nullptr) Raise(ErrorNumber::OutOfMemory, static_cast<std::int32_t>(GetLastError()));
   window.reset(made);
   SetWindowSubclass(made, &Subclass, 0, reinterpret_cast<DWORD_PTR>(this));

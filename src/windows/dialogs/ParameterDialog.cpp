@@ -222,12 +222,12 @@ void Dialog::Centre() const {
   RECT own = {};
   if (owner != nullptr) GetWindowRect(owner, &around);
   GetWindowRect(dialog, &own);
-  const auto place = [](LONG low, LONG high, int size, LONG least, LONG greatest) {
+  const auto within = [](LONG low, LONG high, int size, LONG least, LONG greatest) {
     return std::max(least, std::min((low + high - size) / 2, greatest - size));
   };
   const RECT& work = screen.rcWork;
-  SetWindowPos(dialog, nullptr, place(around.left, around.right, WidthOf(own), work.left, work.right),
-               place(around.top, around.bottom, HeightOf(own), work.top, work.bottom), 0, 0,
+  SetWindowPos(dialog, nullptr, within(around.left, around.right, WidthOf(own), work.left, work.right),
+               within(around.top, around.bottom, HeightOf(own), work.top, work.bottom), 0, 0,
                SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
@@ -346,10 +346,10 @@ void Dialog::Draw(const DRAWITEMSTRUCT& item) {
   GdiFlush();
   const int left = (width - picture.Width()) / 2;
   const int top = (height - picture.Height()) / 2;
-  const PixelRect place{left, top, left + picture.Width(), top + picture.Height()};
+  const PixelRect bounds{left, top, left + picture.Width(), top + picture.Height()};
   const FrameBuffer pixels = buffer.Pixels(whole);
-  if (!picture.IsEmpty()) FillArea(pixels, place, MakeColour(255, 255, 255));  // below what is transparent
-  DrawPicture(pixels, picture, place, {});
+  if (!picture.IsEmpty()) FillArea(pixels, bounds, MakeColour(255, 255, 255));  // below what is transparent
+  DrawPicture(pixels, picture, bounds, {});
   BitBlt(item.hDC, client.left, client.top, width, height, buffer.Context(), 0, 0, SRCCOPY);
 }
 

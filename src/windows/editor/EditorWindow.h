@@ -11,7 +11,7 @@
 
 namespace kw::windows {
 
-class Pane;
+class ViewTree;
 
 // The window that shows the editor's form: a real control for each model below the root that has a look, also for those
 // that are loaded later, until they are unloaded.
@@ -58,7 +58,7 @@ public:
   static void Draw(UserControl& root, HDC context, const RECT& bounds);
 
 private:
-  std::shared_ptr<Pane> pane;
+  std::shared_ptr<ViewTree> tree;
 };
 
 }  // namespace kw::windows

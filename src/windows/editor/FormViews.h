@@ -10,7 +10,7 @@ namespace kw::windows {
 // The views of the editor's form: one row of a table for each kind of model that has a look.
 class FormViews final : public ViewFactory {
 public:
-  std::unique_ptr<ControlView> MakeView(Pane& pane, Control& model, ControlView* container) override;
+  std::unique_ptr<ControlView> MakeView(ViewTree& tree, Control& model, ControlView* container) override;
   void LayOut() override { bars.LayOut(); }
 
 private:

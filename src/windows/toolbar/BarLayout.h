@@ -36,7 +36,7 @@ struct BarRoom {
 // Where the buttons of a tool bar lie.
 struct BarLayout {
   // For each button; empty for a hidden one and for one that does not fit.
-  std::vector<RECT> places;
+  std::vector<RECT> buttonBounds;
   // Of the button that opens the menu of what does not fit.
   std::optional<RECT> more;
 };
@@ -47,6 +47,6 @@ BarLayout LayOut(const ToolBar& bar, SIZE size, const BarRoom& room, const BarSi
 bool IsOfOneRow(int height, const BarSizes& sizes);
 
 // A picture and a caption beside each other.
-void DrawCaptioned(const Look& look, RECT place, const ToolBar::Button& button, bool isEnabled);
+void DrawCaptioned(const Look& look, RECT bounds, const ToolBar::Button& button, bool isEnabled);
 
 }  // namespace kw::windows

@@ -5,7 +5,7 @@
 
 #include "windows/base/Gdi.h"
 #include "windows/toolbar/ToolBarView.h"
-#include "windows/views/Pane.h"
+#include "windows/views/ViewTree.h"
 
 namespace kw::windows {
 
@@ -15,10 +15,10 @@ bool ToolBarView::TakesKeys(std::size_t index) const {
   return (shownStates[index] & TBSTATE_ENABLED) != 0 && bar.Buttons()[index].style != ButtonStyle::Separator;
 }
 
-RECT ToolBarView::PlaceOf(std::size_t index) const {
-  RECT place = {};
-  SendMessageW(Handle(), TB_GETITEMRECT, index, reinterpret_cast<LPARAM>(&place));
-  return place;
+RECT ToolBarView::ButtonBounds(std::size_t index) const {
+  RECT bounds = {};
+  SendMessageW(Handle(), TB_GETITEMRECT, index, reinterpret_cast<LPARAM>(&bounds));
+  return bounds;
 }
 
 int ToolBarView::HotButton() const { return static_cast<int>(SendMessageW(Handle(), TB_GETHOTITEM, 0, 0)); }
@@ -39,12 +39,12 @@ std::optional<std::size_t> ToolBarView::Next(int from, int step) const {
 
 // The nearest one in the next row, or in the row before.
 std::optional<std::size_t> ToolBarView::Beside(std::size_t from, bool isBelow) const {
-  const RECT here = PlaceOf(from);
+  const RECT here = ButtonBounds(from);
   const LONG row = isBelow ? here.top + HeightOf(here) : here.top - HeightOf(here);
   std::optional<std::size_t> nearest;
   for (std::size_t i = 0; i < shownStates.size(); ++i) {
-    if (!TakesKeys(i) || PlaceOf(i).top != row) continue;
-    const auto distance = [&](std::size_t one) { return std::labs(PlaceOf(one).left - here.left); };
+    if (!TakesKeys(i) || ButtonBounds(i).top != row) continue;
+    const auto distance = [&](std::size_t one) { return std::labs(ButtonBounds(one).left - here.left); };
     if (!nearest || distance(i) < distance(*nearest)) nearest = i;
   }
   return nearest;
@@ -52,7 +52,7 @@ std::optional<std::size_t> ToolBarView::Beside(std::size_t from, bool isBelow) c
 
 // A bar that is out of sight is in the menu of another.
 bool ToolBarView::IsTabStop() const {
-  const bool isSeen = !IsOfOneRow(HeightOf(Place()), Sizes()) || room.IsUsable(Sizes());
+  const bool isSeen = !IsOfOneRow(HeightOf(Bounds()), Sizes()) || room.IsUsable(Sizes());
   return isSeen && Next(-1, 1).has_value();
 }
 

@@ -6,7 +6,7 @@
 
 #include "windows/base/Gdi.h"
 #include "windows/base/Text.h"
-#include "windows/views/Pane.h"
+#include "windows/views/ViewTree.h"
 
 namespace kw::windows {
 namespace {
@@ -30,7 +30,7 @@ BYTE StyleOf(const ToolBar::Button& button) {
 
 }  // namespace
 
-ToolBarView::ToolBarView(Pane& shared, ToolBar& shown, ControlView* container, BarRows& fellows)
+ToolBarView::ToolBarView(ViewTree& shared, ToolBar& shown, ControlView* container, BarRows& fellows)
     : ControlView(shared, shown, container), bar(shown), rows(fellows) {
   rows.Add(*this);
 }
@@ -74,8 +74,8 @@ void ToolBarView::Show(Aspect aspect) {
   if (aspect == Aspect::Visibility) rows.LayOut();
 }
 
-void ToolBarView::ShowPlace() {
-  ControlView::ShowPlace();
+void ToolBarView::ShowBounds() {
+  ControlView::ShowBounds();
   ShowButtons();
   rows.LayOut();
 }
@@ -88,8 +88,8 @@ void ToolBarView::ShowEnabled() {
 void ToolBarView::ShowButtons() {
   const HDC measuring = GetDC(Handle());
   const HGDIOBJ before = SelectObject(measuring, Shared().Font());
-  const RECT place = Place();
-  const BarLayout layout = LayOut(bar, {WidthOf(place), HeightOf(place)}, room, Sizes(), measuring);
+  const RECT bounds = Bounds();
+  const BarLayout layout = LayOut(bar, {WidthOf(bounds), HeightOf(bounds)}, room, Sizes(), measuring);
   SelectObject(measuring, before);
   ReleaseDC(Handle(), measuring);
   const std::vector<BYTE> states = States(layout);
@@ -106,21 +106,21 @@ void ToolBarView::ShowButtons() {
 
 std::vector<BYTE> ToolBarView::States(const BarLayout& layout) const {
   const bool isEnabled = IsEffectivelyEnabled();
-  const std::vector<RECT>& places = layout.places;
+  const std::vector<RECT>& buttonBounds = layout.buttonBounds;
   std::vector<BYTE> states;
-  for (std::size_t i = 0; i < places.size(); ++i) {
+  for (std::size_t i = 0; i < buttonBounds.size(); ++i) {
     const ToolBar::Button& button = bar.Buttons()[i];
     unsigned state = 0;
     if (isEnabled && button.enabled) state |= TBSTATE_ENABLED;
-    if (WidthOf(places[i]) == 0) state |= TBSTATE_HIDDEN;
+    if (WidthOf(buttonBounds[i]) == 0) state |= TBSTATE_HIDDEN;
     if (button.pressed) state |= TBSTATE_CHECKED;
     states.push_back(static_cast<BYTE>(state));
   }
   // The last button of a row that shows carries the mark that a new row begins.
   std::size_t last = 0;
-  for (std::size_t i = 0; i < places.size(); ++i) {
+  for (std::size_t i = 0; i < buttonBounds.size(); ++i) {
     if ((states[i] & TBSTATE_HIDDEN) != 0) continue;
-    if (places[i].top > places[last].top) states[last] = static_cast<BYTE>(states[last] | TBSTATE_WRAP);
+    if (buttonBounds[i].top > buttonBounds[last].top) states[last] = static_cast<BYTE>(states[last] | TBSTATE_WRAP);
     last = i;
   }
   // A menu can be looked at while its entries are disabled.
@@ -133,7 +133,7 @@ void ToolBarView::AddButtons(const BarLayout& layout, const std::vector<BYTE>& s
   SendMessageW(Handle(), WM_SETREDRAW, FALSE, 0);
   while (SendMessageW(Handle(), TB_DELETEBUTTON, 0, 0) != FALSE) continue;
   for (std::size_t i = 0; i < states.size(); ++i) {
-    AddButton(i, states[i], WidthOf(i < layout.places.size() ? layout.places[i] : *layout.more));
+    AddButton(i, states[i], WidthOf(i < layout.buttonBounds.size() ? layout.buttonBounds[i] : *layout.more));
   }
   SendMessageW(Handle(), TB_AUTOSIZE, 0, 0);
   SendMessageW(Handle(), WM_SETREDRAW, TRUE, 0);
@@ -243,12 +243,12 @@ void ToolBarView::PopUpRest() {
     const UINT flags = (isEnabled ? 0U : unsigned{MF_GRAYED}) | (button.pressed ? unsigned{MF_CHECKED} : 0U);
     AppendMenuW(popUp, MF_STRING | flags, i + 1, ToWide(button.toolTip).c_str());
   }
-  RECT place = PlaceOf(bar.Buttons().size());
-  MapWindowPoints(Handle(), nullptr, reinterpret_cast<POINT*>(&place), 2);
-  TPMPARAMS besides = {sizeof besides, place};
+  RECT bounds = ButtonBounds(bar.Buttons().size());
+  MapWindowPoints(Handle(), nullptr, reinterpret_cast<POINT*>(&bounds), 2);
+  TPMPARAMS besides = {sizeof besides, bounds};
   // The menu may see the end of the window; the views of this message last until it is through.
   const auto held = Shared().Hold();
-  const int chosen = TrackPopupMenuEx(popUp, TPM_RETURNCMD | TPM_RIGHTALIGN | TPM_VERTICAL, place.right, place.bottom,
+  const int chosen = TrackPopupMenuEx(popUp, TPM_RETURNCMD | TPM_RIGHTALIGN | TPM_VERTICAL, bounds.right, bounds.bottom,
                                       Shared().Window(), &besides);
   DestroyMenu(popUp);
   if (chosen <= 0 || !IsAttached()) return;
@@ -283,13 +283,13 @@ LRESULT ToolBarView::OnNotify(NMHDR& header) {
   return 0;
 }
 
-void ToolBarView::Draw(const Look& look, const RECT& place, const ToolBar& bar) {
+void ToolBarView::Draw(const Look& look, const RECT& bounds, const ToolBar& bar) {
   const BarSizes sizes(look.scale);
-  const SIZE size = {WidthOf(place), HeightOf(place)};
-  const std::vector<RECT> places = LayOut(bar, size, {size.cx, false}, sizes, look.context).places;
-  for (std::size_t i = 0; i < places.size(); ++i) {
+  const SIZE size = {WidthOf(bounds), HeightOf(bounds)};
+  const std::vector<RECT> buttonBounds = LayOut(bar, size, {size.cx, false}, sizes, look.context).buttonBounds;
+  for (std::size_t i = 0; i < buttonBounds.size(); ++i) {
     const ToolBar::Button& button = bar.Buttons()[i];
-    RECT own = places[i];
+    RECT own = buttonBounds[i];
     if (WidthOf(own) == 0 || button.style == ButtonStyle::Separator) continue;
     if (button.pressed) DrawEdge(look.context, &own, BDR_SUNKENOUTER, BF_RECT);
     const bool isEnabled = bar.Enabled() && button.enabled;

@@ -16,10 +16,10 @@ namespace kw::windows {
 class ToolBarView final : public ControlView {
 public:
   // The rows must outlive the view.
-  ToolBarView(Pane& shared, ToolBar& shown, ControlView* container, BarRows& fellows);
+  ToolBarView(ViewTree& shared, ToolBar& shown, ControlView* container, BarRows& fellows);
   ~ToolBarView() override;
 
-  static void Draw(const Look& look, const RECT& place, const ToolBar& bar);
+  static void Draw(const Look& look, const RECT& bounds, const ToolBar& bar);
 
   bool IsTabStop() const override;
   bool WantsKey(WPARAM key) const override;
@@ -39,7 +39,7 @@ private:
 
   HWND Create(HWND parent) override;
   void Show(Aspect aspect) override;
-  void ShowPlace() override;
+  void ShowBounds() override;
   void ShowEnabled() override;
   void SetSizes(HWND shown) const;
   void ShowButtons();
@@ -60,7 +60,7 @@ private:
 
   // The keyboard, in ToolBarKeys.cpp. A button that has it is the system's hot one.
   bool TakesKeys(std::size_t index) const;
-  RECT PlaceOf(std::size_t index) const;
+  RECT ButtonBounds(std::size_t index) const;
   int HotButton() const;
   void SetHotButton(std::optional<std::size_t> index);
   std::optional<std::size_t> Next(int from, int step) const;

@@ -1,8 +1,8 @@
 #include "windows/views/CanvasItemView.h"
 
 #include "components/controls/LightWeightMarker.h"
-#include "windows/views/Pane.h"
 #include "windows/views/PictureBoxView.h"
+#include "windows/views/ViewTree.h"
 
 namespace kw::windows {
 
@@ -53,8 +53,8 @@ void CanvasItemView::Send(const MouseEvent& event, POINT at) {
     return;
   }
   // Without the room for a frame: there the contents begin at the point (1, 1).
-  const PixelRect place = PixelsOf(Model());
-  sender.Send(*this, mouse, event, {static_cast<double>(at.x - place.left), static_cast<double>(at.y - place.top)});
+  const PixelRect bounds = PixelsOf(Model());
+  sender.Send(*this, mouse, event, {static_cast<double>(at.x - bounds.left), static_cast<double>(at.y - bounds.top)});
 }
 
 }  // namespace kw::windows

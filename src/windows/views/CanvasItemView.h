@@ -17,11 +17,11 @@ class PictureBoxView;
 class CanvasItemView final : public ControlView {
 public:
   template <class Model>
-  CanvasItemView(Pane& shared, Model& shown, ControlView* container)
+  CanvasItemView(ViewTree& shared, Model& shown, ControlView* container)
       : ControlView(shared, shown, container), mouse(&shown) {}
 
   // The canvas draws it.
-  static void Draw(const Look& /*look*/, const RECT& /*place*/, const Control& /*item*/) {}
+  static void Draw(const Look& /*look*/, const RECT& /*bounds*/, const Control& /*item*/) {}
 
   // A mouse event at that point of the canvas, in the models' pixels.
   void Send(const MouseEvent& event, POINT at);

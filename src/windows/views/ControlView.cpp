@@ -8,7 +8,7 @@
 #include "windows/base/Guard.h"
 #include "windows/base/Module.h"
 #include "windows/base/Mouse.h"
-#include "windows/views/Pane.h"
+#include "windows/views/ViewTree.h"
 
 namespace kw::windows {
 namespace {
@@ -61,8 +61,8 @@ LRESULT CALLBACK OwnWindowClass::Procedure(HWND window, UINT message, WPARAM wPa
   return GuardOr(LRESULT{0}, [&] { return view->Receive(message, wParam, lParam); });
 }
 
-ControlView::ControlView(Pane& shared, Control& shown, ControlView* holder)
-    : pane(shared), model(&shown), container(holder) {
+ControlView::ControlView(ViewTree& shared, Control& shown, ControlView* holder)
+    : tree(shared), model(&shown), container(holder) {
   model->AttachView(this);
 }
 
@@ -98,9 +98,9 @@ void ControlView::Open() {
   Show(Aspect::Content);
   ShowEnabled();
   if (container == nullptr) return;  // where the root lies, and whether it shows, is its host's business
-  ShowPlace();
+  ShowBounds();
   ShowOrder();
-  pane.AddToolTip(window, *model);
+  tree.AddToolTip(window, *model);
   if (model->Visible()) ShowWindow(window, SW_SHOWNA);
 }
 
@@ -116,14 +116,14 @@ void ControlView::Destroy() {
 
 void ControlView::Changed(Aspect aspect) {
   if (window != nullptr && container != nullptr) {
-    if (aspect == Aspect::Geometry) ShowPlace();
+    if (aspect == Aspect::Geometry) ShowBounds();
     if (aspect == Aspect::Visibility) ShowVisibility();
     if (aspect == Aspect::Order) ShowOrder();
   }
   if (aspect == Aspect::Enabled) {
     ShowEnabled();
     EnableDescendants(*model);
-    if (IsAttached()) pane.NoteKeys();  // also where a page came or went, which enables or disables the tool bars
+    if (IsAttached()) tree.NoteKeys();  // also where a page came or went, which enables or disables the tool bars
   }
   if (aspect == Aspect::Focus && window != nullptr) SetFocus(window);
   if (IsAttached()) Show(aspect);
@@ -131,31 +131,32 @@ void ControlView::Changed(Aspect aspect) {
 
 void ControlView::EnableDescendants(const Control& holder) {
   for (const Control* child : holder.Children()) {
-    if (ControlView* view = pane.ViewOf(*child)) view->ShowEnabled();
+    if (ControlView* view = tree.ViewOf(*child)) view->ShowEnabled();
     EnableDescendants(*child);
   }
 }
 
-void ControlView::ChildAdded(Control& child) { pane.Add(child, this); }
-void ControlView::ChildRemoved(Control& child) { pane.Remove(child); }
+void ControlView::ChildAdded(Control& child) { tree.Add(child, this); }
+void ControlView::ChildRemoved(Control& child) { tree.Remove(child); }
 
-RECT ControlView::Place() const { return ToRect(pane.Scaling().ToDevice(BoundsOf(*model))); }
+RECT ControlView::Bounds() const { return ToRect(tree.Scaling().ToDevice(BoundsOf(*model))); }
 
-void ControlView::ShowPlace() {
-  const RECT place = Place();
-  SetWindowPos(window, nullptr, place.left, place.top, WidthOf(place), HeightOf(place), SWP_NOZORDER | SWP_NOACTIVATE);
+void ControlView::ShowBounds() {
+  const RECT bounds = Bounds();
+  SetWindowPos(window, nullptr, bounds.left, bounds.top, WidthOf(bounds), HeightOf(bounds),
+               SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void ControlView::Rescale() {
   if (window == nullptr) return;
-  SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(pane.Font()), FALSE);
-  if (container != nullptr) ShowPlace();
+  SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(tree.Font()), FALSE);
+  if (container != nullptr) ShowBounds();
   InvalidateRect(window, nullptr, TRUE);
 }
 
 // The form knows what to do with keys.
 void ControlView::GiveKeyboardToForm() const {
-  if (const ControlView* form = pane.ViewOf(pane.Root())) SetFocus(form->Handle());
+  if (const ControlView* form = tree.ViewOf(tree.Root())) SetFocus(form->Handle());
 }
 
 // Of a hidden window the system hands the keyboard to what holds it, where keys do nothing. What was being dragged in
@@ -180,7 +181,7 @@ void ControlView::ShowEnabled() {
   EnableWindow(window, isEnabled ? TRUE : FALSE);
 }
 
-bool ControlView::TakesInput() const { return pane.TakesInput() && IsEffectivelyEnabled(); }
+bool ControlView::TakesInput() const { return tree.TakesInput() && IsEffectivelyEnabled(); }
 
 bool ControlView::IsEffectivelyEnabled(const Control& model) {
   for (const Control* one = &model; one != nullptr; one = one->Container()) {
@@ -198,7 +199,7 @@ LRESULT ControlView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) { ret
 HWND ControlView::CreateSystemWindow(HWND parent, const wchar_t* className, DWORD style, DWORD extendedStyle) {
   const HWND created = CreateWindowExW(extendedStyle, className, nullptr, WS_CHILD | WS_CLIPSIBLINGS | style, 0, 0, 1,
                                        1, parent, nullptr, Module(), nullptr);
-  if (created != nullptr) SendMessageW(created, WM_SETFONT, reinterpret_cast<WPARAM>(pane.Font()), FALSE);
+  if (created != nullptr) SendMessageW(created, WM_SETFONT, reinterpret_cast<WPARAM>(tree.Font()), FALSE);
   return created;
 }
 
@@ -214,15 +215,15 @@ LRESULT ControlView::Default(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 bool ControlView::SetPointerOf(const Control& shown) const {
-  const bool isBusy = pane.Root().Pointer() == MousePointer::Hourglass;
+  const bool isBusy = tree.Root().Pointer() == MousePointer::Hourglass;
   const HCURSOR cursor =
-      pane.Pictures().CursorOf(isBusy ? MousePointer::Hourglass : shown.Pointer(), shown.PointerIcon());
+      tree.Pictures().CursorOf(isBusy ? MousePointer::Hourglass : shown.Pointer(), shown.PointerIcon());
   if (cursor != nullptr) SetCursor(cursor);
   return cursor != nullptr;
 }
 
 void ControlView::FocusCame() {
-  pane.NoteKeys();
+  tree.NoteKeys();
   // A host gives the keyboard back to what had it before, which may be hidden by now.
   if (model->Visible() || container == nullptr)
     model->ReceiveFocus();
@@ -231,19 +232,19 @@ void ControlView::FocusCame() {
 }
 
 void ControlView::FocusWent(HWND to) {
-  pane.NoteKeys();
+  tree.NoteKeys();
   // A field in which something of this window is typed belongs to it.
-  if (IsChild(window, to) != FALSE && pane.ViewOf(to) == nullptr) return;
+  if (IsChild(window, to) != FALSE && tree.ViewOf(to) == nullptr) return;
   // A dialog or another application takes the focus for a while only: the active control stays what it is.
   const bool staysInWindow = to != nullptr && GetAncestor(to, GA_ROOT) == GetAncestor(window, GA_ROOT);
   if (staysInWindow || IsDropDown()) model->LoseFocus();
   // But no drag outlasts the turn of its window.
-  if (!staysInWindow && IsAttached()) CancelMouse(pane.Window());
+  if (!staysInWindow && IsAttached()) CancelMouse(tree.Window());
 }
 
 void ControlView::CloseDropDown() const {
-  Control* const active = pane.Root().ActiveControl();
-  const ControlView* const open = active == nullptr ? nullptr : pane.ViewOf(*active);
+  Control* const active = tree.Root().ActiveControl();
+  const ControlView* const open = active == nullptr ? nullptr : tree.ViewOf(*active);
   if (open != nullptr && open != this && open->IsDropDown()) active->LoseFocus();
 }
 
@@ -258,7 +259,7 @@ LRESULT ControlView::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
     Unhook();
     const LRESULT result = Default(message, wParam, lParam);
     window = nullptr;
-    if (container == nullptr) pane.Close();  // the host destroyed its window with us in it
+    if (container == nullptr) tree.Close();  // the host destroyed its window with us in it
     return result;
   }
   if (!IsAttached()) return Default(message, wParam, lParam);
@@ -266,8 +267,8 @@ LRESULT ControlView::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
   // It may come all the same, from a window that kept the keyboard.
   if (isInput && !TakesInput()) return DefWindowProcW(window, message, wParam, lParam);
   const bool isAct = isInput && message != WM_MOUSEMOVE;
-  const auto held = isAct ? pane.Hold() : nullptr;
-  const Pane::Message underWay(pane);
+  const auto held = isAct ? tree.Hold() : nullptr;
+  const ViewTree::Message underWay(tree);
   if (isAct && IsPress(message)) CloseDropDown();
   return IsAttached() ? Handle(message, wParam, lParam) : Default(message, wParam, lParam);
 }
@@ -275,21 +276,21 @@ LRESULT ControlView::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
 LRESULT ControlView::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_COMMAND:
-      if (ControlView* sender = pane.ViewOf(reinterpret_cast<HWND>(lParam))) {
+      if (ControlView* sender = tree.ViewOf(reinterpret_cast<HWND>(lParam))) {
         sender->OnCommand(HIWORD(wParam), LOWORD(wParam));
         return 0;
       }
       break;
     case WM_HSCROLL:
     case WM_VSCROLL:
-      if (ControlView* sender = pane.ViewOf(reinterpret_cast<HWND>(lParam))) {
+      if (ControlView* sender = tree.ViewOf(reinterpret_cast<HWND>(lParam))) {
         sender->OnScroll(LOWORD(wParam));
         return 0;
       }
       break;
     case WM_NOTIFY: {
       NMHDR& header = *reinterpret_cast<NMHDR*>(lParam);
-      if (ControlView* sender = pane.ViewOf(header.hwndFrom)) return sender->OnNotify(header);
+      if (ControlView* sender = tree.ViewOf(header.hwndFrom)) return sender->OnNotify(header);
       break;
     }
     case WM_SETCURSOR:

@@ -11,7 +11,7 @@
 namespace kw::windows {
 
 class Images;
-class Pane;
+class ViewTree;
 
 // The view of one model. It shows the model in a window of its own, or on the window of the container's view.
 //
@@ -19,7 +19,7 @@ class Pane;
 // after everything that may have run code of the editor.
 class ControlView : public View {
 public:
-  ControlView(Pane& shared, Control& shown, ControlView* holder);
+  ControlView(ViewTree& shared, Control& shown, ControlView* holder);
   ~ControlView() override;
 
   bool IsAttached() const { return model != nullptr; }
@@ -41,7 +41,7 @@ public:
   void ChildAdded(Control& child) final;
   void ChildRemoved(Control& child) final;
 
-  // The pane's scale is another one, with another font and other pictures.
+  // The tree's scale is another one, with another font and other pictures.
   virtual void Rescale();
 
   // A control that may get the focus from the keyboard.
@@ -65,9 +65,9 @@ public:
   // Enabled, and the host lets the user act.
   bool TakesInput() const;
   // The window's place in the container's window.
-  RECT Place() const;
+  RECT Bounds() const;
 
-  // For the pane, of views that are kept aside.
+  // For the tree, of views that are kept aside.
   std::unique_ptr<ControlView> retiredBefore;
 
 protected:
@@ -75,11 +75,11 @@ protected:
   virtual HWND Create(HWND parent) = 0;
   // Shows what one of the model's aspects now is; those that every window has are done already.
   virtual void Show(Aspect aspect) = 0;
-  virtual void ShowPlace();
+  virtual void ShowBounds();
   virtual void ShowEnabled();
 
-  Pane& Shared() const { return pane; }
-  // A window of a system class with the pane's font.
+  ViewTree& Shared() const { return tree; }
+  // A window of a system class with the tree's font.
   HWND CreateSystemWindow(HWND parent, const wchar_t* className, DWORD style, DWORD extendedStyle = 0);
   // A window of our own class, whose messages come to OnMessage.
   HWND CreateOwnWindow(HWND parent, DWORD extendedStyle = 0);
@@ -107,7 +107,7 @@ private:
   // A press on this view closes what is dropped open elsewhere.
   void CloseDropDown() const;
 
-  Pane& pane;
+  ViewTree& tree;
   Control* model;
   ControlView* container;
   HWND window = nullptr;

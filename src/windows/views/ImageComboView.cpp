@@ -2,7 +2,7 @@
 
 #include "windows/base/Gdi.h"
 #include "windows/base/Text.h"
-#include "windows/views/Pane.h"
+#include "windows/views/ViewTree.h"
 
 namespace kw::windows {
 namespace {
@@ -26,13 +26,13 @@ HWND ImageComboView::Create(HWND parent) {
 
 HWND ImageComboView::Edit() const { return reinterpret_cast<HWND>(SendMessageW(Handle(), CBEM_GETEDITCONTROL, 0, 0)); }
 
-void ImageComboView::ShowPlace() {
-  const RECT place = Place();
-  SetWindowPos(Handle(), nullptr, place.left, place.top, WidthOf(place),
-               HeightOf(place) + ListRows * Shared().Scaling().LengthOnDevice(ComboRowHeight),
+void ImageComboView::ShowBounds() {
+  const RECT bounds = Bounds();
+  SetWindowPos(Handle(), nullptr, bounds.left, bounds.top, WidthOf(bounds),
+               HeightOf(bounds) + ListRows * Shared().Scaling().LengthOnDevice(ComboRowHeight),
                SWP_NOZORDER | SWP_NOACTIVATE);
   constexpr auto Closed = static_cast<WPARAM>(-1);
-  SendMessageW(Handle(), CB_SETITEMHEIGHT, Closed, HeightOf(place) - BorderHeight);
+  SendMessageW(Handle(), CB_SETITEMHEIGHT, Closed, HeightOf(bounds) - BorderHeight);
   CentreEdit();
 }
 
@@ -171,9 +171,9 @@ void ImageComboView::OnCommand(WORD notification, WORD /*id*/) {
   }
 }
 
-void ImageComboView::Draw(const Look& look, const RECT& place, const ImageCombo& combo) {
-  FillWith(look.context, place, GetSysColor(COLOR_WINDOW));
-  RECT edge = place;
+void ImageComboView::Draw(const Look& look, const RECT& bounds, const ImageCombo& combo) {
+  FillWith(look.context, bounds, GetSysColor(COLOR_WINDOW));
+  RECT edge = bounds;
   DrawEdge(look.context, &edge, BDR_SUNKENOUTER, BF_RECT | BF_ADJUST);
   RECT arrow = edge;
   arrow.left = arrow.right - HeightOf(arrow);

@@ -11,10 +11,10 @@ namespace kw::windows {
 
 class ImageComboView final : public ControlView {
 public:
-  ImageComboView(Pane& shared, ImageCombo& shown, ControlView* container)
+  ImageComboView(ViewTree& shared, ImageCombo& shown, ControlView* container)
       : ControlView(shared, shown, container), combo(shown) {}
 
-  static void Draw(const Look& look, const RECT& place, const ImageCombo& combo);
+  static void Draw(const Look& look, const RECT& bounds, const ImageCombo& combo);
 
   bool IsTabStop() const override { return true; }
   bool WantsKey(WPARAM key) const override;
@@ -24,7 +24,7 @@ public:
 private:
   HWND Create(HWND parent) override;
   void Show(Aspect aspect) override;
-  void ShowPlace() override;
+  void ShowBounds() override;
   void ShowEnabled() override;
   void CentreEdit() const;
   // Null for a combo that only offers its list.

@@ -2,25 +2,25 @@
 
 #include "windows/base/Gdi.h"
 #include "windows/base/Text.h"
-#include "windows/views/Pane.h"
+#include "windows/views/ViewTree.h"
 
 namespace kw::windows {
 namespace {
 
 // Half way from the form's ground to the colour, for a sample of it that cannot be clicked.
 COLORREF Faint(COLORREF colour) {
-  const COLORREF ground = GetSysColor(COLOR_3DFACE);
+  const COLORREF background = GetSysColor(COLOR_3DFACE);
   const auto middle = [](BYTE a, BYTE b) { return (a + b) / 2; };
-  return RGB(middle(GetRValue(colour), GetRValue(ground)), middle(GetGValue(colour), GetGValue(ground)),
-             middle(GetBValue(colour), GetBValue(ground)));
+  return RGB(middle(GetRValue(colour), GetRValue(background)), middle(GetGValue(colour), GetGValue(background)),
+             middle(GetBValue(colour), GetBValue(background)));
 }
 
 }  // namespace
 
-void LabelView::Draw(const Look& look, const RECT& place, const Label& label) {
+void LabelView::Draw(const Look& look, const RECT& bounds, const Label& label) {
   const HDC context = look.context;
   const bool isEnabled = IsEffectivelyEnabled(label);
-  RECT inner = place;
+  RECT inner = bounds;
   if (label.HasBorder()) {
     FillWith(context, inner, GetSysColor(COLOR_3DSHADOW));
     InflateRect(&inner, -1, -1);

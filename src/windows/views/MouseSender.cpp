@@ -23,8 +23,8 @@ void MouseSender::Send(const ControlView& view, MouseInput* input, const MouseEv
       input->DblClick.Raise();
       break;
     case MouseEvent::Kind::Up: {
-      const PixelRect place = PixelsOf(view.Model());
-      const bool isInside = at.x >= 0 && at.y >= 0 && at.x < place.Width() && at.y < place.Height();
+      const PixelRect bounds = PixelsOf(view.Model());
+      const bool isInside = at.x >= 0 && at.y >= 0 && at.x < bounds.Width() && at.y < bounds.Height();
       const bool isLeft = event.button == Mouse::LeftButton;
       const bool isClick = isInside && isPressed && isLeft;
       if (isLeft) isPressed = false;

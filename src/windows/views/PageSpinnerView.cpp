@@ -19,11 +19,11 @@ LRESULT PageSpinnerView::OnNotify(NMHDR& header) {
   return TRUE;  // the model's answer moves the position
 }
 
-void PageSpinnerView::Draw(const Look& look, const RECT& place, const PageSpinner& spinner) {
+void PageSpinnerView::Draw(const Look& look, const RECT& bounds, const PageSpinner& spinner) {
   const UINT state = spinner.Enabled() ? 0U : DFCS_INACTIVE;
-  RECT up = place;
-  up.bottom = (place.top + place.bottom) / 2;
-  RECT down = place;
+  RECT up = bounds;
+  up.bottom = (bounds.top + bounds.bottom) / 2;
+  RECT down = bounds;
   down.top = up.bottom;
   DrawFrameControl(look.context, &up, DFC_SCROLL, state | DFCS_SCROLLUP);
   DrawFrameControl(look.context, &down, DFC_SCROLL, state | DFCS_SCROLLDOWN);

@@ -1,7 +1,7 @@
 #include "windows/views/PaintedView.h"
 
 #include "windows/base/Gdi.h"
-#include "windows/views/Pane.h"
+#include "windows/views/ViewTree.h"
 
 namespace kw::windows {
 

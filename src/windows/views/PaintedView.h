@@ -10,13 +10,13 @@ namespace kw::windows {
 class PaintedView : public ControlView {
 public:
   // `input` is the model's mouse input, null if it takes none.
-  PaintedView(Pane& shared, Control& shown, MouseInput* input, ControlView* container)
+  PaintedView(ViewTree& shared, Control& shown, MouseInput* input, ControlView* container)
       : ControlView(shared, shown, container), mouse(input) {}
 
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
 protected:
-  // Paints the whole client area into a context that has the pane's font selected.
+  // Paints the whole client area into a context that has the tree's font selected.
   virtual void Paint(HDC context, const RECT& client) = 0;
   virtual void OnMouse(const MouseEvent& event);
   // Hands the event to the model, at a point of the view in the models' pixels.

@@ -7,8 +7,8 @@
 #include "windows/base/Gdi.h"
 #include "windows/base/Keys.h"
 #include "windows/views/CanvasItemView.h"
-#include "windows/views/Pane.h"
 #include "windows/views/TextField.h"
+#include "windows/views/ViewTree.h"
 
 namespace kw::windows {
 namespace {
@@ -45,7 +45,7 @@ void PictureBoxView::AskForPainting() const { RedrawWindow(Handle(), nullptr, nu
 void PictureBoxView::PaintItems() {
   isPaintingDue = false;
   CollectItems(box, Shared().Scaling(), formerItems);
-  compositor.SetGround(box.BackColor());
+  compositor.SetBackground(box.BackColor());
   const std::vector<PixelRect> changed = compositor.Exchange(formerItems);
   const auto paintWith = [this](const BufferedPaint& paint) {
     for (const RECT& part : paint.Parts()) compositor.Paint(paint.Pixels(), ToPixelRect(part), &texts);
@@ -84,7 +84,7 @@ LRESULT PictureBoxView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       return 0;
     case WM_CTLCOLOREDIT:
       return reinterpret_cast<LRESULT>(
-          TextField::GroundOf(reinterpret_cast<HWND>(lParam), reinterpret_cast<HDC>(wParam)));
+          TextField::BackgroundOf(reinterpret_cast<HWND>(lParam), reinterpret_cast<HDC>(wParam)));
     case WM_SETCURSOR: {
       POINT mouse = {};
       GetCursorPos(&mouse);
@@ -157,9 +157,9 @@ POINT PictureBoxView::ModelPixelAt(POINT point) const {
 CanvasItemView* PictureBoxView::ItemAt(POINT point) const {
   const auto isHit = [point](const Control* child) {
     if (!IsCanvasItem(*child) || !child->Visible() || !child->Enabled()) return false;
-    RECT place = ToRect(PixelsOf(*child));
-    if (const auto* layer = dynamic_cast<const TransparentPicture*>(child)) place = ToRect(PixelsOfLayer(*layer));
-    return PtInRect(&place, point) != FALSE;
+    RECT bounds = ToRect(PixelsOf(*child));
+    if (const auto* layer = dynamic_cast<const TransparentPicture*>(child)) bounds = ToRect(PixelsOfLayer(*layer));
+    return PtInRect(&bounds, point) != FALSE;
   };
   const std::vector<Control*>& children = box.Children();
   const auto top = std::find_if(children.rbegin(), children.rend(), isHit);
@@ -171,12 +171,12 @@ CanvasItemView* PictureBoxView::BorderBeside(POINT point) const {
   LONG least = std::numeric_limits<LONG>::max();
   for (const Control* inner : box.Children()) {
     if (dynamic_cast<const PictureBox*>(inner) == nullptr || !inner->Visible()) continue;
-    const PixelRect ground = PixelsOf(*inner);
+    const PixelRect innerBounds = PixelsOf(*inner);
     for (const Control* child : inner->Children()) {
       if (dynamic_cast<const LightWeightMarker*>(child) == nullptr || !child->Visible() || !child->Enabled()) continue;
-      const PixelRect place = PixelsOf(*child);
-      const LONG across = Distance(point.x - ground.left, place.left, place.right);
-      const LONG down = Distance(point.y - ground.top, place.top, place.bottom);
+      const PixelRect bounds = PixelsOf(*child);
+      const LONG across = Distance(point.x - innerBounds.left, bounds.left, bounds.right);
+      const LONG down = Distance(point.y - innerBounds.top, bounds.top, bounds.bottom);
       const LONG distance = across * across + down * down;
       if (across > BorderReach || down > BorderReach || distance >= least) continue;
       least = distance;
@@ -194,15 +194,15 @@ CanvasItemView* PictureBoxView::TargetAt(POINT point) const {
 POINT PictureBoxView::PointOnBoxOf(const CanvasItemView& item, POINT point) const {
   const Control* const holder = item.Model().Container();
   if (holder == nullptr || holder == &box) return point;
-  const PixelRect place = PixelsOf(*holder);
-  return {point.x - place.left, point.y - place.top};
+  const PixelRect bounds = PixelsOf(*holder);
+  return {point.x - bounds.left, point.y - bounds.top};
 }
 
-void PictureBoxView::Draw(const Look& look, const RECT& place, const PictureBox& box) {
+void PictureBoxView::Draw(const Look& look, const RECT& bounds, const PictureBox& box) {
   RECT part = {};
   GetClipBox(look.context, &part);
   BackBuffer frame;
-  if (IntersectRect(&part, &part, &place) == FALSE || !frame.Reserve(WidthOf(part), HeightOf(part))) return;
+  if (IntersectRect(&part, &part, &bounds) == FALSE || !frame.Reserve(WidthOf(part), HeightOf(part))) return;
   Compositor whole(box.BackColor());
   GdiTextRenderer texts;
   whole.Show(ItemsOf(box, look.scale));

@@ -18,10 +18,10 @@ class CanvasItemView;
 // mouse to the layer or marker below it.
 class PictureBoxView final : public PaintedView {
 public:
-  PictureBoxView(Pane& shared, PictureBox& shown, ControlView* container)
+  PictureBoxView(ViewTree& shared, PictureBox& shown, ControlView* container)
       : PaintedView(shared, shown, &shown, container), box(shown), compositor(shown.BackColor()) {}
 
-  static void Draw(const Look& look, const RECT& place, const PictureBox& box);
+  static void Draw(const Look& look, const RECT& bounds, const PictureBox& box);
 
   bool IsTabStop() const override;
   bool WantsKey(WPARAM key) const override;

@@ -12,10 +12,10 @@ namespace kw::windows {
 // looks pressed while the mouse that pressed it is over it.
 class RaisedPictureView final : public PaintedView {
 public:
-  RaisedPictureView(Pane& shared, RaisedPicture& shown, ControlView* container)
+  RaisedPictureView(ViewTree& shared, RaisedPicture& shown, ControlView* container)
       : PaintedView(shared, shown, &shown, container), picture(shown) {}
 
-  static void Draw(const Look& look, const RECT& place, const RaisedPicture& picture);
+  static void Draw(const Look& look, const RECT& bounds, const RaisedPicture& picture);
 
   bool IsDropDown() const override { return !picture.IsButton(); }
   bool WantsKey(WPARAM key) const override;

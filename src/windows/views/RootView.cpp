@@ -5,7 +5,7 @@
 #include "windows/base/Keys.h"
 #include "windows/base/Module.h"
 #include "windows/base/Mouse.h"
-#include "windows/views/Pane.h"
+#include "windows/views/ViewTree.h"
 
 namespace kw::windows {
 namespace {
@@ -83,7 +83,7 @@ LRESULT RootView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_EXITMENULOOP:
       Shared().NoteMenu(message == WM_ENTERMENULOOP);
       break;
-    case Pane::KeysMessage:
+    case ViewTree::KeysMessage:
       Shared().TellKeys();
       return 0;
     default:

@@ -9,7 +9,7 @@ namespace kw::windows {
 class RootView final : public PaintedView {
 public:
   // `position` is where the window comes to lie in `parent`.
-  RootView(Pane& shared, UserControl& shown, HWND parent, const RECT& position)
+  RootView(ViewTree& shared, UserControl& shown, HWND parent, const RECT& position)
       : PaintedView(shared, shown, nullptr, nullptr), root(shown), host(parent), start(position) {}
 
   bool WantsKey(WPARAM key) const override;

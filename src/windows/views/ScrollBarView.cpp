@@ -80,11 +80,11 @@ void ScrollBarView::OnScroll(WORD code) {
   bar.UserSetValue(Clamped(value));
 }
 
-void ScrollBarView::Draw(const Look& look, const RECT& place, const ScrollBar& bar) {
-  FillWith(look.context, place, GetSysColor(COLOR_SCROLLBAR));
-  const int side = bar.IsVertical() ? WidthOf(place) : HeightOf(place);
-  RECT first = place;
-  RECT last = place;
+void ScrollBarView::Draw(const Look& look, const RECT& bounds, const ScrollBar& bar) {
+  FillWith(look.context, bounds, GetSysColor(COLOR_SCROLLBAR));
+  const int side = bar.IsVertical() ? WidthOf(bounds) : HeightOf(bounds);
+  RECT first = bounds;
+  RECT last = bounds;
   if (bar.IsVertical()) {
     first.bottom = first.top + side;
     last.top = last.bottom - side;
@@ -96,12 +96,12 @@ void ScrollBarView::Draw(const Look& look, const RECT& place, const ScrollBar& b
   DrawFrameControl(look.context, &first, DFC_SCROLL, state | (bar.IsVertical() ? DFCS_SCROLLUP : DFCS_SCROLLLEFT));
   DrawFrameControl(look.context, &last, DFC_SCROLL, state | (bar.IsVertical() ? DFCS_SCROLLDOWN : DFCS_SCROLLRIGHT));
   const int range = std::abs(bar.Max() - bar.Min());
-  const int track = (bar.IsVertical() ? HeightOf(place) : WidthOf(place)) - 2 * side;
+  const int track = (bar.IsVertical() ? HeightOf(bounds) : WidthOf(bounds)) - 2 * side;
   if (!bar.Enabled() || range == 0 || track < side) return;
   const int length = std::max(side / 2, MulDiv(track, bar.LargeChange(), range + bar.LargeChange()));
   const int start = side + MulDiv(track - length, bar.Value() - std::min(bar.Min(), bar.Max()), range);
-  RECT thumb = bar.IsVertical() ? RECT{place.left, place.top + start, place.right, place.top + start + length}
-                                : RECT{place.left + start, place.top, place.left + start + length, place.bottom};
+  RECT thumb = bar.IsVertical() ? RECT{bounds.left, bounds.top + start, bounds.right, bounds.top + start + length}
+                                : RECT{bounds.left + start, bounds.top, bounds.left + start + length, bounds.bottom};
   DrawFrameControl(look.context, &thumb, DFC_BUTTON, DFCS_BUTTONPUSH);
 }
 

@@ -67,8 +67,8 @@ TextField::~TextField() {
 
 void TextField::Show() {
   if (window == nullptr) return;
-  const RECT place = ToRect(scale.ToDevice(ContentsOfLayer(*layer)));
-  SetWindowPos(window, nullptr, place.left, place.top, std::max(1, WidthOf(place)), std::max(1, HeightOf(place)),
+  const RECT bounds = ToRect(scale.ToDevice(ContentsOfLayer(*layer)));
+  SetWindowPos(window, nullptr, bounds.left, bounds.top, std::max(1, WidthOf(bounds)), std::max(1, HeightOf(bounds)),
                SWP_NOZORDER | SWP_NOACTIVATE);
   const HFONT before = font;
   font = CreateLayerFont(scale.ToDevice(layer->TextFont()));
@@ -118,7 +118,7 @@ void TextField::TakeText() {
   layer->Type(FromWide(text));
 }
 
-HBRUSH TextField::GroundOf(HWND field, HDC context) {
+HBRUSH TextField::BackgroundOf(HWND field, HDC context) {
   const TextField* const found = FieldOf(field);
   if (found == nullptr) return static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
   SetTextColor(context, found->layer->ForeColor());

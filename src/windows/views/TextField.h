@@ -29,7 +29,7 @@ public:
   // For the canvas: takes over what is typed in one of these fields; nothing for another window.
   static void TakeTextOf(HWND field);
   // For the canvas: sets a field's colours and returns the brush of its ground.
-  static HBRUSH GroundOf(HWND field, HDC context);
+  static HBRUSH BackgroundOf(HWND field, HDC context);
 
 private:
   static TextField* FieldOf(HWND window);

@@ -7,12 +7,12 @@
 namespace kw {
 
 // How a layer's contents show.
-struct PictureLook {
+struct DrawOptions {
   // What has this colour shows what lies below.
   std::optional<Colour> transparent = std::nullopt;
   // Halfway to white.
   bool isLightened = false;
-  friend bool operator==(const PictureLook&, const PictureLook&) = default;
+  friend bool operator==(const DrawOptions&, const DrawOptions&) = default;
 };
 
 }  // namespace kw

@@ -1,4 +1,4 @@
-#include "activex/Edge.h"
+#include "activex/ComBoundary.h"
 
 #include <oleauto.h>
 #include <wrl/client.h>

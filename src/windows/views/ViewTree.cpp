@@ -1,4 +1,4 @@
-#include "windows/views/Pane.h"
+#include "windows/views/ViewTree.h"
 
 #include <algorithm>
 #include <optional>
@@ -16,17 +16,17 @@
 
 namespace kw::windows {
 
-void Pane::Open(HWND parent, const RECT& position) {
+void ViewTree::Open(HWND parent, const RECT& position) {
   const CommonControls controls;
   OwnWindowClass::Register();
   // What was made before an error goes again.
   struct Opening {
-    Pane* pane;
-    explicit Opening(Pane& opened) : pane(&opened) {}
+    ViewTree* tree;
+    explicit Opening(ViewTree& opened) : tree(&opened) {}
     Opening(const Opening&) = delete;
     Opening& operator=(const Opening&) = delete;
     ~Opening() {
-      if (pane != nullptr) pane->Close();
+      if (tree != nullptr) tree->Close();
     }
   };
   Opening opening(*this);
@@ -41,10 +41,10 @@ void Pane::Open(HWND parent, const RECT& position) {
   rootView->Open();
   if (rootView->Handle() == nullptr) Raise(ErrorNumber::OutOfMemory, static_cast<std::int32_t>(GetLastError()));
   for (Control* child : root->Children()) MakeViews(*child, rootView);
-  opening.pane = nullptr;
+  opening.tree = nullptr;
 }
 
-void Pane::Close() {
+void ViewTree::Close() {
   if (!std::exchange(isMade, false)) return;
   ControlView* const closing = std::exchange(rootView, nullptr);
   // No model hears of what the windows say while they go.
@@ -57,19 +57,19 @@ void Pane::Close() {
   DeleteObject(font);
 }
 
-void Pane::AllowInput(bool isAllowed) {
+void ViewTree::AllowInput(bool isAllowed) {
   if (isInputAllowed == isAllowed) return;
   isInputAllowed = isAllowed;
   if (IsOpen()) rootView->Changed(Aspect::Enabled);
 }
 
-void Pane::Rescale(const Scale& newScale) {
+void ViewTree::Rescale(const Scale& newScale) {
   if (!IsOpen() || newScale.Dpi() == scale.Dpi()) return;
   scale = newScale;
   Refresh();
 }
 
-void Pane::Refresh() {
+void ViewTree::Refresh() {
   const Message underWay(*this);
   const HFONT oldFont = std::exchange(font, CreateCaptionFont(scale));
   const auto oldImages = std::exchange(images, std::make_unique<Images>(scale));
@@ -77,12 +77,12 @@ void Pane::Refresh() {
   DeleteObject(oldFont);
 }
 
-void Pane::RescaleViews(const Control& model) {
+void ViewTree::RescaleViews(const Control& model) {
   if (ControlView* view = ViewOf(model)) view->Rescale();
   for (const Control* child : model.Children()) RescaleViews(*child);
 }
 
-void Pane::Add(Control& model, ControlView* container) {
+void ViewTree::Add(Control& model, ControlView* container) {
   if (!IsOpen()) return;
   // What has no window needs no classes of the system; the markers of a stroke come too fast for that.
   std::optional<CommonControls> controls;
@@ -90,7 +90,7 @@ void Pane::Add(Control& model, ControlView* container) {
   MakeViews(model, container);
 }
 
-void Pane::MakeViews(Control& model, ControlView* container) {
+void ViewTree::MakeViews(Control& model, ControlView* container) {
   std::unique_ptr<ControlView> made = factory->MakeView(*this, model, container);
   if (made == nullptr) return;
   ControlView* const view = made.get();
@@ -99,7 +99,7 @@ void Pane::MakeViews(Control& model, ControlView* container) {
   for (Control* child : model.Children()) MakeViews(*child, view);
 }
 
-void Pane::Remove(Control& model) {
+void ViewTree::Remove(Control& model) {
   const auto found = views.find(&model);
   if (found == views.end()) return;
   for (Control* child : model.Children()) Remove(*child);
@@ -112,33 +112,33 @@ void Pane::Remove(Control& model) {
 }
 
 // Needs no memory: a view that could not be kept aside would go with its code on the stack.
-void Pane::Retire(std::unique_ptr<ControlView> view) {
+void ViewTree::Retire(std::unique_ptr<ControlView> view) {
   if (messages == 0) return;
   view->retiredBefore = std::move(retired);
   retired = std::move(view);
 }
 
 // One after the other, however many they are.
-void Pane::FreeRetired() {
+void ViewTree::FreeRetired() {
   while (retired != nullptr) {
     const std::unique_ptr<ControlView> last = std::move(retired);
     retired = std::move(last->retiredBefore);
   }
 }
 
-ControlView* Pane::ViewOf(HWND window) const {
+ControlView* ViewTree::ViewOf(HWND window) const {
   if (window == nullptr) return nullptr;
   const auto found =
       std::ranges::find_if(views, [window](const auto& entry) { return entry.second->Handle() == window; });
   return found == views.end() ? nullptr : found->second.get();
 }
 
-ControlView* Pane::ViewOf(const Control& model) const {
+ControlView* ViewTree::ViewOf(const Control& model) const {
   const auto found = views.find(&model);
   return found == views.end() ? nullptr : found->second.get();
 }
 
-void Pane::AddToolTip(HWND window, const Control& model) const {
+void ViewTree::AddToolTip(HWND window, const Control& model) const {
   if (model.ToolTip().empty() || toolTips == nullptr) return;
   std::wstring text = ToWide(model.ToolTip());
   TTTOOLINFOW tool = {};
@@ -156,18 +156,18 @@ void Pane::AddToolTip(HWND window, const Control& model) const {
 namespace {
 
 // In the order in which the keyboard visits them: as they were laid out, container before content.
-void CollectTabStops(const Pane& pane, const Control& holder, std::vector<const ControlView*>& stops) {
+void CollectTabStops(const ViewTree& tree, const Control& holder, std::vector<const ControlView*>& stops) {
   for (const Control* child : holder.Children()) {
-    const ControlView* const view = pane.ViewOf(*child);
+    const ControlView* const view = tree.ViewOf(*child);
     if (view == nullptr || !child->Visible() || !child->Enabled()) continue;
     if (view->IsTabStop() && view->Handle() != nullptr) stops.push_back(view);
-    CollectTabStops(pane, *child, stops);
+    CollectTabStops(tree, *child, stops);
   }
 }
 
 }  // namespace
 
-bool Pane::MoveFocus(bool isBackward) {
+bool ViewTree::MoveFocus(bool isBackward) {
   std::vector<const ControlView*> stops;
   CollectTabStops(*this, *root, stops);
   if (isBackward) std::ranges::reverse(stops);
@@ -182,37 +182,37 @@ bool Pane::MoveFocus(bool isBackward) {
   return true;
 }
 
-bool Pane::IsOwn(HWND window) const {
+bool ViewTree::IsOwn(HWND window) const {
   return window != nullptr && (window == Window() || IsChild(Window(), window) != FALSE);
 }
 
-bool Pane::WantsKey(WPARAM key) const {
+bool ViewTree::WantsKey(WPARAM key) const {
   if (!IsOpen() || !TakesInput()) return false;
   if (isInMenu) return true;
   const HWND focus = GetFocus();
   return IsOwn(focus) && WantsKeyAt(focus, key);
 }
 
-bool Pane::WantsKeyAt(HWND window, WPARAM key) const {
+bool ViewTree::WantsKeyAt(HWND window, WPARAM key) const {
   const ControlView* view = nullptr;  // of the window, or of the nearest one around it
   for (HWND one = window; view == nullptr && one != nullptr; one = GetParent(one)) view = ViewOf(one);
   return view != nullptr && view->TakesInput() && view->WantsKey(key);
 }
 
-void Pane::NoteKeys() {
+void ViewTree::NoteKeys() {
   if (!areKeysNoted && Window() != nullptr) areKeysNoted = PostMessageW(Window(), KeysMessage, 0, 0) != FALSE;
 }
 
-void Pane::NoteMenu(bool isUp) {
+void ViewTree::NoteMenu(bool isUp) {
   isInMenu = isUp;
   NoteKeys();
 }
 
-void Pane::TellKeys() {
+void ViewTree::TellKeys() {
   areKeysNoted = false;
   if (const auto listener = keysListener) listener();
 }
 
-bool Pane::IsUserAtWork() const { return IsOpen() && (isInMenu || IsOwn(GetCapture())); }
+bool ViewTree::IsUserAtWork() const { return IsOpen() && (isInMenu || IsOwn(GetCapture())); }
 
 }  // namespace kw::windows

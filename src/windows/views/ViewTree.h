@@ -20,14 +20,14 @@ namespace kw::windows {
 // window.
 //
 // Views that go while a message is under way are kept aside until it has ended, because their code may be on the stack.
-class Pane : public std::enable_shared_from_this<Pane> {
+class ViewTree : public std::enable_shared_from_this<ViewTree> {
 public:
-  Pane(UserControl& root, const Scale& scale, std::unique_ptr<ViewFactory> factory)
+  ViewTree(UserControl& root, const Scale& scale, std::unique_ptr<ViewFactory> factory)
       : root(&root), scale(scale), factory(std::move(factory)), images(std::make_unique<Images>(scale)) {}
-  Pane(const Pane&) = delete;
-  Pane& operator=(const Pane&) = delete;
-  // The pane must be closed.
-  ~Pane() = default;
+  ViewTree(const ViewTree&) = delete;
+  ViewTree& operator=(const ViewTree&) = delete;
+  // The tree must be closed.
+  ~ViewTree() = default;
 
   // Makes the root's window and everything below.
   void Open(HWND parent, const RECT& position);
@@ -43,7 +43,7 @@ public:
   void HoldWith(std::function<std::shared_ptr<void>()> newHold) { hold = std::move(newHold); }
   std::shared_ptr<void> Hold() const { return hold ? hold() : nullptr; }
   HWND Window() const { return rootView == nullptr ? nullptr : rootView->Handle(); }
-  // Only while the pane is open.
+  // Only while the tree is open.
   UserControl& Root() const { return *root; }
 
   // Makes the views of a model and of what it holds, the model in front of its siblings. A model without a look gets
@@ -84,10 +84,10 @@ public:
   // A menu of the windows is up, or one of them holds the mouse.
   bool IsUserAtWork() const;
 
-  // While one of these lives a message is under way, and the pane and its views exist.
+  // While one of these lives a message is under way, and the tree and its views exist.
   class Message {
   public:
-    explicit Message(Pane& pane) : kept(pane.shared_from_this()) { ++kept->messages; }
+    explicit Message(ViewTree& tree) : kept(tree.shared_from_this()) { ++kept->messages; }
     Message(const Message&) = delete;
     Message& operator=(const Message&) = delete;
     ~Message() {
@@ -95,7 +95,7 @@ public:
     }
 
   private:
-    std::shared_ptr<Pane> kept;
+    std::shared_ptr<ViewTree> kept;
   };
 
 private:

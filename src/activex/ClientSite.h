@@ -11,7 +11,7 @@ namespace kw::activex {
 
 // The place that the container gave the control, and what it says about itself there. Everything has an answer when
 // there is no site or the container does not know the question.
-class HostSite {
+class ClientSite {
 public:
   void Set(IOleClientSite* newSite) { site = newSite; }
   IOleClientSite* Get() const { return site.Get(); }

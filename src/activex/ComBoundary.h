@@ -16,7 +16,7 @@ HRESULT Report(const std::exception* error) noexcept;
 // Runs one call that came in through COM. `work` returns an HRESULT; no exception gets past here. The control lives at
 // least until the call is over, whatever the host does meanwhile.
 template <class Work>
-HRESULT AtEdge(Lifetime& life, Work work) noexcept {
+HRESULT AtComBoundary(Lifetime& life, Work work) noexcept {
   const Lifetime::Entry entry(life);
   return windows::Guard([&]() -> HRESULT { return work(); }, &Report);
 }
