@@ -78,9 +78,11 @@ DisplayItem ItemOf(const TransparentPicture& layer, const Scale& scale) {
 
 }  // namespace
 
+float UnitsPerPixel(const Control& container) { return container.ScaleUnit() == Unit::Twips ? TwipsPerPixel : 1.0F; }
+
 Box BoundsOf(const Control& control) {
   const Control* const container = control.Container();
-  const float unit = container != nullptr && container->ScaleUnit() == Unit::Twips ? TwipsPerPixel : 1.0F;
+  const float unit = container == nullptr ? 1.0F : UnitsPerPixel(*container);
   return {control.Left() / unit, control.Top() / unit, (control.Left() + control.Width()) / unit,
           (control.Top() + control.Height()) / unit};
 }

@@ -11,6 +11,8 @@ namespace kw {
 
 // A control's place in its container, in pixels.
 Box BoundsOf(const Control& control);
+// Units of the container's coordinates in a pixel.
+float UnitsPerPixel(const Control& container);
 // The whole pixels that it covers there.
 PixelRect PixelsOf(const Control& control);
 

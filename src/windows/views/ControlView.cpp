@@ -95,6 +95,7 @@ void ControlView::Open() {
     return;
   }
   Hook();
+  tree.NoteWindow(window, *this);
   Show(Aspect::Content);
   ShowEnabled();
   if (container == nullptr) return;  // where the root lies, and whether it shows, is its host's business
@@ -257,6 +258,7 @@ LRESULT CALLBACK ControlView::Subclass(HWND /*handle*/, UINT message, WPARAM wPa
 LRESULT ControlView::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_NCDESTROY) {
     Unhook();
+    tree.ForgetWindow(window);
     const LRESULT result = Default(message, wParam, lParam);
     window = nullptr;
     if (container == nullptr) tree.Close();  // the host destroyed its window with us in it

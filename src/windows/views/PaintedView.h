@@ -1,18 +1,21 @@
 #pragma once
 
+#include "components/controls/KeyInput.h"
 #include "components/controls/MouseInput.h"
 #include "windows/views/ControlView.h"
 #include "windows/views/MouseSender.h"
 
 namespace kw::windows {
 
-// A view that paints its window itself, without flicker, and hands the mouse to its model.
+// A view that paints its window itself, without flicker, and hands mouse and keyboard to its model.
 class PaintedView : public ControlView {
 public:
-  // `input` is the model's mouse input, null if it takes none.
-  PaintedView(ViewTree& shared, Control& shown, MouseInput* input, ControlView* container)
-      : ControlView(shared, shown, container), mouse(input) {}
+  // `mouseInput` and `keyInput` are those of the model, null if it takes none.
+  PaintedView(ViewTree& shared, Control& shown, MouseInput* mouseInput, ControlView* container,
+              KeyInput* keyInput = nullptr)
+      : ControlView(shared, shown, container), mouse(mouseInput), keys(keyInput) {}
 
+  bool WantsKey(WPARAM key) const override;
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
 protected:
@@ -32,6 +35,7 @@ private:
   void PaintWith(HDC context);
 
   MouseInput* mouse;
+  KeyInput* keys;
   MouseSender sender;
   bool isReleasing = false;
 };

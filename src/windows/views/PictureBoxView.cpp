@@ -4,8 +4,8 @@
 #include <limits>
 
 #include "components/controls/LightWeightMarker.h"
+#include "scene/HitTest.h"
 #include "windows/base/Gdi.h"
-#include "windows/base/Keys.h"
 #include "windows/views/CanvasItemView.h"
 #include "windows/views/TextField.h"
 #include "windows/views/ViewTree.h"
@@ -19,8 +19,12 @@ constexpr LONG BorderReach = 4;
 // How far a point lies from the nearest pixel of a rectangle, in one direction.
 LONG Distance(LONG at, LONG low, LONG high) { return std::max({low - at, at - (high - 1), LONG{0}}); }
 
-// Mice tell of a thousand moves a second, and no screen shows as many pictures. What changes later than this after a
-// painting shows at once, and what changes sooner after this time.
+bool Covers(const PixelRect& pixels, POINT point) {
+  return Distance(point.x, pixels.left, pixels.right) == 0 && Distance(point.y, pixels.top, pixels.bottom) == 0;
+}
+
+// The least pause between two paintings. A mouse may send a thousand moves a second, more than a screen can show. If
+// the last painting is longer ago, a change is painted at once, else after this time.
 constexpr auto LeastPause = std::chrono::milliseconds(10);
 constexpr UINT_PTR PaintTimer = 1;
 
@@ -65,7 +69,7 @@ void PictureBoxView::PaintItems() {
 
 bool PictureBoxView::WantsKey(WPARAM key) const {
   const HWND focus = GetFocus();
-  return IsChild(Handle(), focus) != FALSE ? TextField::WantsKey(focus, key) : HasUseFor(box, key);
+  return IsChild(Handle(), focus) != FALSE ? TextField::WantsKey(focus, key) : PaintedView::WantsKey(key);
 }
 
 LRESULT PictureBoxView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -94,14 +98,8 @@ LRESULT PictureBoxView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       if (SetPointerOf(box)) return TRUE;
       break;
     }
-    case WM_GETDLGCODE:
-      return DLGC_WANTCHARS;
     default:
       break;
-  }
-  if (SendKey(box, message, wParam)) {
-    const bool isSystemKey = message == WM_SYSKEYDOWN || message == WM_SYSKEYUP;
-    return isSystemKey && IsAttached() ? Default(message, wParam, lParam) : 0;
   }
   return PaintedView::OnMessage(message, wParam, lParam);
 }
@@ -155,15 +153,26 @@ POINT PictureBoxView::ModelPixelAt(POINT point) const {
 }
 
 CanvasItemView* PictureBoxView::ItemAt(POINT point) const {
-  const auto isHit = [point](const Control* child) {
-    if (!IsCanvasItem(*child) || !child->Visible() || !child->Enabled()) return false;
-    RECT bounds = ToRect(PixelsOf(*child));
-    if (const auto* layer = dynamic_cast<const TransparentPicture*>(child)) bounds = ToRect(PixelsOfLayer(*layer));
-    return PtInRect(&bounds, point) != FALSE;
+  const float unit = UnitsPerPixel(box);
+  const float x = static_cast<float>(point.x) * unit;
+  const float y = static_cast<float>(point.y) * unit;
+  const auto topmost = [this](const auto& isHit) {
+    const std::vector<Control*>& children = box.Children();
+    const auto found = std::find_if(children.rbegin(), children.rend(), [&](const Control* child) {
+      return IsCanvasItem(*child) && child->Visible() && child->Enabled() && isHit(*child);
+    });
+    return found == children.rend() ? nullptr : *found;
   };
-  const std::vector<Control*>& children = box.Children();
-  const auto top = std::find_if(children.rbegin(), children.rend(), isHit);
-  return top == children.rend() ? nullptr : dynamic_cast<CanvasItemView*>(Shared().ViewOf(**top));
+  const Control* item = topmost([x, y](const Control& child) { return IsPointInItem(child, x, y); });
+  const auto* const layer = dynamic_cast<const TransparentPicture*>(item);
+  if (layer != nullptr && !Covers(PixelsOfLayer(*layer), point)) {
+    // The last edges of a layer are beside its pixels. A border keeps its own pixels there: it adjoins the page.
+    const Control* const border = topmost([point](const Control& child) {
+      return dynamic_cast<const LightWeightMarker*>(&child) != nullptr && Covers(PixelsOf(child), point);
+    });
+    if (border != nullptr) item = border;
+  }
+  return item == nullptr ? nullptr : dynamic_cast<CanvasItemView*>(Shared().ViewOf(*item));
 }
 
 CanvasItemView* PictureBoxView::BorderBeside(POINT point) const {

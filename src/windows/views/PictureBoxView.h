@@ -19,7 +19,7 @@ class CanvasItemView;
 class PictureBoxView final : public PaintedView {
 public:
   PictureBoxView(ViewTree& shared, PictureBox& shown, ControlView* container)
-      : PaintedView(shared, shown, &shown, container), box(shown), compositor(shown.BackColor()) {}
+      : PaintedView(shared, shown, &shown, container, &shown), box(shown), compositor(shown.BackColor()) {}
 
   static void Draw(const Look& look, const RECT& bounds, const PictureBox& box);
 

@@ -2,7 +2,6 @@
 
 #include "components/controls/RangeControl.h"
 #include "windows/base/Gdi.h"
-#include "windows/base/Keys.h"
 #include "windows/base/Module.h"
 #include "windows/base/Mouse.h"
 #include "windows/views/ViewTree.h"
@@ -43,8 +42,6 @@ void RootView::ShowEnabled() {
 
 void RootView::Paint(HDC context, const RECT& client) { FillWithFace(context, client); }
 
-bool RootView::WantsKey(WPARAM key) const { return HasUseFor(root, key); }
-
 bool RootView::Scroll(WPARAM wheel) {
   ScrollBar* const bar = FindScrollBar(root, (LOWORD(wheel) & MK_SHIFT) == 0);
   if (bar == nullptr) return false;
@@ -56,10 +53,6 @@ bool RootView::Scroll(WPARAM wheel) {
 }
 
 LRESULT RootView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-  if (SendKey(root, message, wParam)) {
-    const bool isSystemKey = message == WM_SYSKEYDOWN || message == WM_SYSKEYUP;
-    return isSystemKey && IsAttached() ? Default(message, wParam, lParam) : 0;
-  }
   switch (message) {
     case WM_PAINT: {
       // The handler runs after the window is up to date: it may show a box, under which the window would else be
@@ -77,8 +70,6 @@ LRESULT RootView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_MOUSEWHEEL:
       if (Scroll(wParam)) return 0;
       break;
-    case WM_GETDLGCODE:
-      return DLGC_WANTCHARS;
     case WM_ENTERMENULOOP:
     case WM_EXITMENULOOP:
       Shared().NoteMenu(message == WM_ENTERMENULOOP);

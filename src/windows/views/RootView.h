@@ -10,9 +10,8 @@ class RootView final : public PaintedView {
 public:
   // `position` is where the window comes to lie in `parent`.
   RootView(ViewTree& shared, UserControl& shown, HWND parent, const RECT& position)
-      : PaintedView(shared, shown, nullptr, nullptr), root(shown), host(parent), start(position) {}
+      : PaintedView(shared, shown, nullptr, nullptr, &shown), root(shown), host(parent), start(position) {}
 
-  bool WantsKey(WPARAM key) const override;
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
 private:

@@ -54,6 +54,7 @@ void ViewTree::Close() {
   if (closing != nullptr) closing->Destroy();
   for (auto& [model, view] : views) Retire(std::move(view));
   views.clear();
+  windows.clear();
   DeleteObject(font);
 }
 
@@ -105,6 +106,7 @@ void ViewTree::Remove(Control& model) {
   for (Control* child : model.Children()) Remove(*child);
   std::unique_ptr<ControlView> view = std::move(found->second);
   views.erase(found);
+  ForgetWindow(view->Handle());
   view->Leave();
   view->Detach();
   view->Destroy();
@@ -127,10 +129,8 @@ void ViewTree::FreeRetired() {
 }
 
 ControlView* ViewTree::ViewOf(HWND window) const {
-  if (window == nullptr) return nullptr;
-  const auto found =
-      std::ranges::find_if(views, [window](const auto& entry) { return entry.second->Handle() == window; });
-  return found == views.end() ? nullptr : found->second.get();
+  const auto found = windows.find(window);
+  return found == windows.end() ? nullptr : found->second;
 }
 
 ControlView* ViewTree::ViewOf(const Control& model) const {

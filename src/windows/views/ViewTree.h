@@ -54,6 +54,9 @@ public:
 
   ControlView* ViewOf(HWND window) const;
   ControlView* ViewOf(const Control& model) const;
+  // From now on that view is found by its window, until the window is gone.
+  void NoteWindow(HWND window, ControlView& view) { windows[window] = &view; }
+  void ForgetWindow(HWND window) { windows.erase(window); }
 
   // How large the models' pixels are on the screen.
   const Scale& Scaling() const { return scale; }
@@ -78,7 +81,8 @@ public:
   void OnKeys(std::function<void()> listener) { keysListener = std::move(listener); }
   void NoteKeys();
   void NoteMenu(bool isUp);
-  // Of our own window class: a host may look for messages of its own among those for the windows in its window.
+  // In the range of the window class, WM_USER, because a host may look for messages of its own, from WM_APP on, among
+  // those for its child windows.
   static constexpr UINT KeysMessage = WM_USER;
   void TellKeys();
   // A menu of the windows is up, or one of them holds the mouse.
@@ -113,7 +117,8 @@ private:
   ControlView* rootView = nullptr;
   std::unique_ptr<ViewFactory> factory;  // outlives the views
   std::unordered_map<const Control*, std::unique_ptr<ControlView>> views;
-  std::unique_ptr<ControlView> retired;  // and those before it
+  std::unordered_map<HWND, ControlView*> windows;  // of the views that have one: few of the many
+  std::unique_ptr<ControlView> retired;            // and those before it
   int messages = 0;
   std::function<void()> keysListener;
   bool areKeysNoted = false;  // the message that tells of them is on its way
