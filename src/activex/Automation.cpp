@@ -9,7 +9,7 @@
 namespace kw::activex {
 namespace {
 
-// COM's Boolean and its 16-bit integer are one C++ type; the editor's own types tell them apart.
+// VARIANT_BOOL and SHORT are the same C++ type, so the editor's type decides which conversion is meant.
 void ToCom(bool value, VARIANT_BOOL* out) { *out = value ? VARIANT_TRUE : VARIANT_FALSE; }
 void ToCom(std::int16_t value, short* out) { *out = value; }
 void ToCom(const std::string& value, BSTR* out) {
@@ -80,7 +80,7 @@ STDMETHODIMP Automation::Invoke(DISPID id, REFIID iid, LCID /*locale*/, WORD fla
     ITypeInfo* info = nullptr;
     const HRESULT loaded = core.Members().Get(&info);
     if (FAILED(loaded)) return loaded;
-    SetErrorInfo(0, nullptr);  // what an earlier call left behind is not this call's error
+    SetErrorInfo(0, nullptr);  // an earlier call's error must not be taken for this call's
     return info->Invoke(static_cast<_KwEditorLayers*>(this), id, flags, parameters, result, exception, badArgument);
   });
 }

@@ -19,7 +19,7 @@ STDMETHODIMP ClassFactory::QueryInterface(REFIID iid, void** object) {
   return S_OK;
 }
 
-// The factory is never freed; its references only keep the library in memory.
+// The factory is never freed; its reference count only keeps the library loaded.
 STDMETHODIMP_(ULONG) ClassFactory::AddRef() {
   Module::Lock();
   return 2;

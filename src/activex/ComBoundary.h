@@ -9,12 +9,13 @@
 
 namespace kw::activex {
 
-// The HRESULT of an error. That of a run-time error is FACILITY_CONTROL and the number, or the number itself where it
-// is an HRESULT already. The error is put into the thread's IErrorInfo. Null stands for an error of a foreign kind.
+// Returns the HRESULT of an error and sets the thread's IErrorInfo. A run-time error becomes its number in
+// FACILITY_CONTROL, or the number itself if that is an HRESULT already. Null stands for an exception that is no
+// std::exception.
 HRESULT Report(const std::exception* error) noexcept;
 
-// Runs one call that came in through COM. `work` returns an HRESULT; no exception gets past here. The control lives at
-// least until the call is over, whatever the host does meanwhile.
+// Runs an incoming COM call: turns exceptions of `work` into an HRESULT and keeps the control alive until the call
+// returns, whatever the host does meanwhile.
 template <class Work>
 HRESULT AtComBoundary(Lifetime& life, Work work) noexcept {
   const Lifetime::Entry entry(life);

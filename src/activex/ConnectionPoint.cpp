@@ -58,7 +58,8 @@ STDMETHODIMP ConnectionPoint::Unadvise(DWORD cookie) {
     const auto found = std::find_if(connections.begin(), connections.end(),
                                     [&](const auto& connection) { return connection.second == cookie; });
     if (found == connections.end()) return CONNECT_E_NOCONNECTION;
-    const ComPtr<IUnknown> sink = std::move(found->first);  // let go of when the list is in order again
+    const ComPtr<IUnknown> sink =
+        std::move(found->first);  // released only after the list is consistent again: a release may call back
     connections.erase(found);
     return S_OK;
   });

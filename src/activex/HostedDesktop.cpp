@@ -5,8 +5,8 @@
 namespace kw::activex {
 namespace {
 
-// When a dialog goes, the system gives the keyboard to the window that owned it. It belongs to the control's window
-// that had it before; a host that sees to that itself has done so by then.
+// Gives the keyboard focus back to the control's window that had it before a dialog. The system would give it to the
+// dialog's owner. A host that restores the focus itself has done so by then.
 class KeptFocus {
 public:
   explicit KeptFocus(const InPlaceActivation& activation) : inPlace(activation), focus(GetFocus()) {}
@@ -27,7 +27,7 @@ private:
 
 HostedDesktop::HostedDesktop(Lifetime& calling, InPlaceActivation& activation) : life(calling), inPlace(activation) {}
 
-// While the control has a window the dialog belongs to the host's window around it.
+// While the control has a window, the host's top-level window owns the dialog.
 HWND HostedDesktop::DialogOwner() const {
   const HWND window = inPlace.Window();
   return window == nullptr ? WindowsDesktop::DialogOwner() : GetAncestor(window, GA_ROOT);
@@ -41,7 +41,7 @@ std::shared_ptr<void> HostedDesktop::EnterDialog() {
     const InPlaceActivation::Modal modal;
   };
   auto whileUp = std::make_shared<WhileUp>(life, inPlace);
-  // The button that is held now is released in the dialog, or beside it, where nobody hears of it.
+  // The user releases the held mouse button in the dialog or beside it, so the control never gets the message.
   if (inPlace.Window() != nullptr) windows::CancelMouse(inPlace.Window());
   return whileUp;
 }

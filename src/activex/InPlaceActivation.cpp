@@ -27,11 +27,11 @@ HWND InPlaceActivation::Window() const { return content == nullptr ? nullptr : c
 
 LRESULT CALLBACK InPlaceActivation::ContentProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
                                                      UINT_PTR /*id*/, DWORD_PTR self) {
-  constexpr UINT ScreenScaleChanged = 0x02E3;  // WM_DPICHANGED_AFTERPARENT, which older headers lack
+  constexpr UINT ScreenScaleChanged = 0x02E3;  // WM_DPICHANGED_AFTERPARENT; older headers lack it
   auto& activation = *reinterpret_cast<InPlaceActivation*>(self);
   std::optional<Lifetime::Outgoing> outgoing;
   if (message == WM_MOUSEACTIVATE || message == ScreenScaleChanged) outgoing.emplace(activation.core.Life());
-  // A click anywhere in the control, its children included, makes it the active object of its container.
+  // A click anywhere in the control or its children makes it the container's active object.
   if (message == WM_MOUSEACTIVATE) windows::Guard([&] { activation.ActivateUi(nullptr); });
   if (message == WM_NCDESTROY) RemoveWindowSubclass(window, &ContentProcedure, SubclassId);
   const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
@@ -78,7 +78,7 @@ HRESULT InPlaceActivation::MakeContent() {
   ComPtr<IOleInPlaceUIWindow> givenDocument;
   result = asked->GetWindowContext(&givenFrame, &givenDocument, &position, &clip, &frameInfo);
   if (FAILED(result)) return result;
-  // The container may have changed its mind meanwhile.
+  // The container may have deactivated the control meanwhile.
   if (!IsActive() || IsWindow(parent) == FALSE) return E_FAIL;
   frame = givenFrame;
   document = givenDocument;
@@ -101,7 +101,7 @@ HRESULT InPlaceActivation::ActivateUi(IOleClientSite* site) {
   if (asked == nullptr) return E_FAIL;
   const HRESULT allowed = asked->OnUIActivate();
   if (FAILED(allowed)) return allowed;
-  if (!IsActive()) return E_FAIL;  // the container changed its mind meanwhile
+  if (!IsActive()) return E_FAIL;  // the container deactivated the control meanwhile
   state = State::UiActive;
   ComPtr<IOleInPlaceActiveObject> active;
   core.Life().Unknown().QueryInterface(IID_PPV_ARGS(&active));
@@ -109,7 +109,7 @@ HRESULT InPlaceActivation::ActivateUi(IOleClientSite* site) {
   const ComPtr<IOleInPlaceUIWindow> activeDocument = document;
   if (activeFrame != nullptr) {
     activeFrame->SetActiveObject(active.Get(), nullptr);
-    activeFrame->SetBorderSpace(nullptr);  // no tool space of the container is wanted
+    activeFrame->SetBorderSpace(nullptr);  // the control needs no border space
   }
   if (activeDocument != nullptr) {
     activeDocument->SetActiveObject(active.Get(), nullptr);
@@ -121,7 +121,7 @@ HRESULT InPlaceActivation::ActivateUi(IOleClientSite* site) {
   return S_OK;
 }
 
-// The container keeps track of the control that has the keyboard, for its default button and its own events.
+// Containers track which control has the focus, for their default button and their own focus events.
 void InPlaceActivation::TellFocus(BOOL hasFocus) {
   if (const auto site = core.Site().As<IOleControlSite>()) site->OnFocus(hasFocus);
 }
@@ -161,7 +161,7 @@ HRESULT InPlaceActivation::DeactivateUi() {
 HRESULT InPlaceActivation::Deactivate() {
   if (!IsActive()) return S_OK;
   DeactivateUi();
-  if (!IsActive()) return S_OK;  // done by the container meanwhile
+  if (!IsActive()) return S_OK;  // the container did it meanwhile
   state = State::Inactive;
   CloseContent();
   const ComPtr<IOleInPlaceSite> asked = inPlaceSite;
@@ -197,7 +197,7 @@ void InPlaceActivation::FollowUiDead() {
 }
 
 HRESULT InPlaceActivation::SetRects(const RECT& position, const RECT& clip) {
-  if (Window() == nullptr) return E_UNEXPECTED;  // none yet, or the container destroyed its own with it
+  if (Window() == nullptr) return E_UNEXPECTED;  // not created yet, or destroyed with the container's window
   RECT visible = {};
   IntersectRect(&visible, &position, &clip);
   HRGN region = nullptr;
@@ -211,7 +211,7 @@ HRESULT InPlaceActivation::SetRects(const RECT& position, const RECT& clip) {
   return S_OK;
 }
 
-// The container may have moved its window to a screen with another scale.
+// The container may have moved its window to a screen with another DPI.
 void InPlaceActivation::ShowAt(SIZE size) {
   const Scale scale = windows::ScaleOf(GetParent(Window()));
   content->Rescale(scale);

@@ -9,7 +9,7 @@ namespace {
 
 DWORD KeyModifiers() {
   const auto held = [](int key, DWORD bit) { return GetKeyState(key) < 0 ? bit : 0; };
-  // The bits of IOleControlSite::TranslateAccelerator: Shift 1, Ctrl 2, Alt 4.
+  // The modifier bits of IOleControlSite::TranslateAccelerator: Shift 1, Ctrl 2, Alt 4.
   return held(VK_SHIFT, 1) | held(VK_CONTROL, 2) | held(VK_MENU, 4);
 }
 
@@ -53,7 +53,7 @@ STDMETHODIMP InPlaceObject::TranslateAccelerator(LPMSG message) {
 STDMETHODIMP InPlaceObject::OnFrameWindowActivate(BOOL /*activate*/) { return S_OK; }
 STDMETHODIMP InPlaceObject::OnDocWindowActivate(BOOL /*activate*/) { return S_OK; }
 
-// The control takes no space of its container's borders.
+// The control has no border tools, so there is nothing to resize.
 STDMETHODIMP InPlaceObject::ResizeBorder(LPCRECT /*border*/, IOleInPlaceUIWindow* /*window*/, BOOL /*frame*/) {
   return S_OK;
 }

@@ -14,8 +14,8 @@ namespace kw::activex {
 
 STDMETHODIMP OleObject::SetClientSite(IOleClientSite* site) {
   return AtComBoundary(core.Life(), [&] {
-    // A container that changes the site without deactivating first has the window taken down while the former site
-    // is still there to be told.
+    // If the container changes the site without deactivating first, the control deactivates while the old site is still
+    // there to be told.
     if (site != core.Site().Get()) core.Activation().Deactivate();
     core.Site().Set(site);
     return S_OK;
@@ -31,7 +31,7 @@ STDMETHODIMP OleObject::GetClientSite(IOleClientSite** site) {
   });
 }
 
-// The control shows neither name.
+// The control does not show the names.
 STDMETHODIMP OleObject::SetHostNames(LPCOLESTR /*application*/, LPCOLESTR /*document*/) { return S_OK; }
 
 STDMETHODIMP OleObject::Close(DWORD saveOption) {
@@ -77,9 +77,9 @@ STDMETHODIMP OleObject::DoVerb(LONG verb, LPMSG /*message*/, IOleClientSite* sit
       case OLEIVERB_HIDE:
         return activation.Hide();
       case OLEIVERB_DISCARDUNDOSTATE:
-        return S_OK;  // the object keeps none for its container
+        return S_OK;  // the control keeps no data for its container
       default:
-        // Also OLEIVERB_OPEN: the control has no window of its own to open in.
+        // OLEIVERB_OPEN too: the control has no window of its own to open in.
         return verb < 0 ? E_NOTIMPL : RunVerb(core, verb);
     }
   });
@@ -161,7 +161,7 @@ STDMETHODIMP OleObject::GetControlInfo(CONTROLINFO* info) {
   return AtComBoundary(core.Life(), [&] {
     if (info == nullptr) return E_POINTER;
     if (info->cb < sizeof(CONTROLINFO)) return E_INVALIDARG;
-    *info = {sizeof(CONTROLINFO), nullptr, 0, core.Activation().EatenKeys()};  // and no mnemonics
+    *info = {sizeof(CONTROLINFO), nullptr, 0, core.Activation().EatenKeys()};  // no mnemonics
     return S_OK;
   });
 }

@@ -10,7 +10,7 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// The stream in a storage that holds the properties.
+// The storage's stream that holds the properties.
 constexpr wchar_t StreamName[] = L"Contents";
 
 }  // namespace
@@ -41,7 +41,7 @@ STDMETHODIMP Persistence::GetClassID(CLSID* classId) {
 
 STDMETHODIMP Persistence::IsDirty() { return core.IsDirty() ? S_OK : S_FALSE; }
 
-// A new control has what its design and its start-up gave it.
+// A new control keeps the properties of its start-up.
 STDMETHODIMP Persistence::InitNew() {
   return AtComBoundary(core.Life(), [&] {
     core.SetDirty(false);
@@ -97,7 +97,7 @@ STDMETHODIMP Persistence::Load(IStorage* storage) {
 STDMETHODIMP Persistence::Save(IStorage* storage, BOOL /*sameAsLoad*/) {
   return AtComBoundary(core.Life(), [&] {
     if (storage == nullptr) return E_POINTER;
-    // No storage is held between calls, so one that never was loaded from may be saved to as well.
+    // No storage is held between calls, so the control can be saved to any storage.
     if (storageState == StorageState::NoScribble || storageState == StorageState::HandsOff) return E_UNEXPECTED;
     ComPtr<IStream> stream;
     HRESULT result = storage->CreateStream(StreamName, STGM_CREATE | STGM_WRITE | STGM_SHARE_EXCLUSIVE, 0, 0, &stream);

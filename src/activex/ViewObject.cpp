@@ -14,7 +14,8 @@ STDMETHODIMP ViewObject::Draw(DWORD aspect, LONG /*index*/, void* /*aspectInfo*/
     if (bounds != nullptr) {
       target = {bounds->left, bounds->top, bounds->right, bounds->bottom};
     } else if (core.Activation().IsActive()) {
-      GetClientRect(core.Activation().Window(), &target);  // without bounds an active object draws where its window is
+      GetClientRect(core.Activation().Window(),
+                    &target);  // without bounds an active object draws at its window's position
     } else {
       return E_INVALIDARG;
     }
@@ -91,7 +92,7 @@ STDMETHODIMP ViewObject::QueryHitRect(DWORD aspect, LPCRECT bounds, LPCRECT rect
   return S_OK;
 }
 
-// Any size suits the control: it lays itself out.
+// The control accepts any size, because it lays itself out.
 STDMETHODIMP ViewObject::GetNaturalExtent(DWORD /*aspect*/, LONG /*index*/, DVTARGETDEVICE* /*targetDevice*/,
                                           HDC /*targetContext*/, DVEXTENTINFO* /*info*/, LPSIZEL size) {
   if (size == nullptr) return E_POINTER;

@@ -20,8 +20,8 @@ constexpr Colour HandleColour = MakeColour(0, 0, 0);
 constexpr std::int32_t BandPixels = 64 * 1024;
 constexpr std::size_t None = std::numeric_limits<std::size_t>::max();
 
-// For each new item the old one that it is the unchanged continuation of, or None; the matched old ones come in rising
-// order and are as many as possible.
+// Finds for each new item the equal old item, or None. The matched old items are in rising order and as many as
+// possible: a longest increasing subsequence.
 std::vector<std::size_t> MatchUnchanged(const std::vector<DisplayItem>& before, const std::vector<DisplayItem>& after) {
   std::vector<std::size_t> matches(after.size(), None);
   std::size_t same = 0;
@@ -31,7 +31,7 @@ std::vector<std::size_t> MatchUnchanged(const std::vector<DisplayItem>& before, 
   }
   std::unordered_map<std::uint64_t, std::size_t> indexes;
   for (std::size_t i = same; i < before.size(); ++i) indexes[before[i].key] = i;
-  // The longest rising sequence: ends[n] is the new item that ends the best one of length n + 1.
+  // ends[n] is the new item that ends the best increasing sequence of length n + 1.
   std::vector<std::size_t> candidates(after.size(), None);
   std::vector<std::size_t> previous(after.size(), None);
   std::vector<std::size_t> ends;
@@ -52,14 +52,14 @@ std::vector<std::size_t> MatchUnchanged(const std::vector<DisplayItem>& before, 
   return matches;
 }
 
-// What painting needs for a while; used again from item to item.
+// Scratch memory for painting, shared by all items.
 struct Workspace {
   TextRenderer* texts = nullptr;
   Rasteriser rasteriser;
   CoverageMask mask;
 };
 
-// Most of a text's mask is empty: eight pixels are tested at once.
+// Tests eight pixels at once, because most of a text's mask is empty.
 bool IsEmptyFrom(std::span<const std::uint8_t> coverage, std::size_t at) {
   std::uint64_t eight = 1;
   if (at + sizeof eight <= coverage.size()) std::memcpy(&eight, &coverage[at], sizeof eight);
@@ -91,7 +91,7 @@ void PaintText(const FrameBuffer& target, const DisplayItem& item, const PixelRe
 
 bool Contains(const PixelRect& outer, const PixelRect& inner) { return Common(outer, inner) == inner; }
 
-// Whether nothing below the item shows in this part.
+// Whether the item is opaque in all of this part.
 bool Hides(const DisplayItem& item, const PixelRect& part) {
   const bool isPictureOpaque = !item.picture.IsEmpty() && item.picture.BitsPerPixel() < 32 && !item.options.transparent;
   return item.background ? Contains(item.bounds, part) : isPictureOpaque && Contains(ContentsOf(item), part);
@@ -123,7 +123,7 @@ void PaintItem(const FrameBuffer& target, const DisplayItem& item, const PixelRe
   }
 }
 
-// The parts of an item's place where it shows something. Of a bare frame that is little, however large it is.
+// Adds the parts of an item's bounds that it paints. A bare frame paints little, however large it is.
 void AddSeen(const DisplayItem& item, DirtyRegion& dirty) {
   const PixelRect& bounds = item.bounds;
   const std::int32_t line = item.frame == DisplayItem::Frame::None ? 0 : item.frameWidth;
@@ -163,13 +163,13 @@ std::vector<PixelRect> Compositor::Exchange(std::vector<DisplayItem>& newItems) 
 void Compositor::Paint(const FrameBuffer& target, const PixelRect& wanted, TextRenderer* texts) const {
   const PixelRect part = Common(wanted, target.area);
   if (part.IsEmpty()) return;
-  // Painting begins with the topmost item that hides all below it.
+  // Start with the topmost item that hides everything below it.
   std::size_t first = items.size();
   while (first > 0 && !Hides(items[first - 1], part)) --first;
   const bool isBackgroundSeen = first == 0;
   if (!isBackgroundSeen) --first;
   const auto visible = std::span(items).subspan(first);
-  // The plain pictures at the bottom, large as a rule, are stacked in bands that stay in the processor's cache.
+  // The bottom items are mostly large pictures: paint them band by band, so that a band stays in the cache.
   const auto plainEnd = std::ranges::find_if(visible, [](const DisplayItem& item) { return item.shape || item.text; });
   const std::size_t plain = static_cast<std::size_t>(plainEnd - visible.begin());
   Workspace space;

@@ -5,8 +5,7 @@
 namespace kw {
 namespace {
 
-// Pictures share their pixels until one is written to, which makes this both cheap and safe: a picture in the list
-// cannot change unseen.
+// Compares the shared pixel storage: bitmaps are copy-on-write, so a picture in the list cannot change unseen.
 bool HasSamePixels(const Bitmap& a, const Bitmap& b) {
   if (a.IsEmpty() || b.IsEmpty()) return a.IsEmpty() == b.IsEmpty();
   return a.Row(0).data() == b.Row(0).data() && a.Width() == b.Width() && a.Height() == b.Height() &&

@@ -6,11 +6,11 @@
 
 namespace kw {
 
-// How a layer's contents show.
+// How a layer's contents are drawn.
 struct DrawOptions {
-  // What has this colour shows what lies below.
+  // Pixels of this colour are transparent.
   std::optional<Colour> transparent = std::nullopt;
-  // Halfway to white.
+  // The colour halfway to white.
   bool isLightened = false;
   friend bool operator==(const DrawOptions&, const DrawOptions&) = default;
 };

@@ -39,7 +39,8 @@ void RowReader::Read(std::int32_t x, std::int32_t y, std::span<std::uint32_t> to
       for (std::size_t i = 0; i < to.size(); ++i) to[i] = colours[row[first + i]];
       return;
     case 24:
-      // The common look, a key alone, takes no second pass; otherwise what is to be hidden is no pixel's value.
+      // The common case, a transparent colour alone, needs no second pass. Otherwise `hidden` is a value that no pixel
+      // has.
       UnpackThreeBytes(row.subspan(first * 3), to, opaque, hasKey && !isLightened ? key | opaque : opaque ^ Opaque);
       if (!isLightened) return;
       break;

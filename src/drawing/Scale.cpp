@@ -7,8 +7,8 @@ namespace kw {
 
 std::int32_t Scale::ToDevice(double position) const {
   constexpr double Farthest = 0x1p30;
-  // Thirds and the like are stored a little too small: what is a half but for that counts as a half. Less than a 96th,
-  // the smallest difference between whole numbers that are scaled.
+  // Rounds up from slightly below one half, because thirds and the like are stored a little too small. The margin is
+  // less than 1/96, the smallest difference between scaled whole numbers.
   constexpr double Half = 0.5 + 0x1p-7;
   return static_cast<std::int32_t>(std::clamp(std::floor(position * Factor() + Half), -Farthest, Farthest));
 }
@@ -30,7 +30,7 @@ Font Scale::ToDevice(Font font) const {
 }
 
 std::int32_t Scale::ModelPixelAt(std::int32_t pixel) const {
-  // The last one whose left edge, (2 x dpi + 96) / 192 rounded down, is not right of the pixel.
+  // Find the last model pixel whose left edge, (2 x dpi + 96) / 192 rounded down, is not right of the pixel.
   const std::int64_t dividend = std::int64_t{ModelDpi} * (2 * std::int64_t{pixel} + 1) - 1;
   const std::int64_t divisor = 2 * std::int64_t{dpi};
   const std::int64_t quotient = dividend / divisor;

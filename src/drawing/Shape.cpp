@@ -9,12 +9,12 @@ namespace {
 
 constexpr std::int32_t PrefetchRows = 3;
 
-// Paints what was added to the rasteriser in a colour as the look shows it.
+// Paints the rasteriser's outlines in a colour, with the draw options applied.
 void Paint(const FrameBuffer& target, Rasteriser& rasteriser, Colour colour, const DrawOptions& options) {
   const std::uint32_t pixel = options.isLightened ? Lightened(PixelOf(colour)) : PixelOf(colour);
   rasteriser.Sweep([&](std::int32_t y, std::int32_t left, std::int32_t right, int coverage) {
     const auto row = target.Row(y, left, right);
-    // Edges run on downward: their pixels there are fetched while these are mixed.
+    // Prefetch the pixels some rows below: edges mostly continue there.
     if (y + PrefetchRows < target.area.bottom) __builtin_prefetch(row.data() + PrefetchRows * target.stride, 1);
     if (coverage == 255) {
       std::ranges::fill(row, pixel);

@@ -16,7 +16,7 @@ std::int32_t LineOf(const TransparentPicture& layer, const Scale& scale) {
   return scale.LengthOnDevice(layer.LineWidth());
 }
 
-// Where the contents of a layer lie on the device. What is as high or as wide as its line stays so.
+// The bounds of a layer's contents on the device. A side as long as the line is wide stays as long as the scaled line.
 PixelRect ContentsOnDevice(const TransparentPicture& layer, const Scale& scale) {
   const PixelRect own = ContentsOfLayer(layer);
   PixelRect contents = scale.ToDevice(own);
@@ -27,7 +27,7 @@ PixelRect ContentsOnDevice(const TransparentPicture& layer, const Scale& scale) 
   return contents;
 }
 
-// The figure that a layer draws, inset by half the line so that nothing of it is cut off.
+// The figure that a layer draws, inset by half the line width, so that nothing is cut off.
 std::optional<Shape> FigureOf(const TransparentPicture& layer, const Scale& scale) {
   const Figure& figure = layer.DrawnFigure();
   if (!IsDrawn(figure)) return std::nullopt;
@@ -61,7 +61,7 @@ DisplayItem ItemOf(const TransparentPicture& layer, const Scale& scale) {
   item.options = {.transparent = layer.TransparentColor(), .isLightened = layer.IsLightened()};
   const bool isText = layer.DrawnFigure().kind == FigureKind::Text;
   if (isText && layer.BackColor() != layer.TransparentColor()) item.background = layer.BackColor();
-  // While a text is typed, the field that takes the typing shows it.
+  // While the user types, the edit field shows the text.
   if (!layer.Caption().empty() && !layer.IsTyping()) {
     item.text = TextRun{.text = layer.Caption(), .font = scale.ToDevice(layer.TextFont()), .colour = layer.ForeColor()};
   }

@@ -56,7 +56,7 @@ std::string DecimalSeparator() {
   return length == 2 ? FromWide(text.data()) : ".";
 }
 
-// The dialog while it is up. The system calls Procedure; nothing of it is used after AskParameters.
+// The dialog's procedure and state; lives during AskParameters.
 class Dialog {
 public:
   Dialog(const ParameterQuestion& asked, std::span<double> start)
@@ -103,14 +103,14 @@ private:
   ParameterEntry entry;
   std::span<double> chosen;
   HWND dialog = nullptr;
-  bool isShowing = false;  // the dialog itself changes its controls
+  bool isShowing = false;  // the dialog, not the user, changes its controls
   ParameterQuestion::Preview preview;
-  DWORD previewTime = 0;  // milliseconds that the last one took
+  DWORD previewTime = 0;  // milliseconds of the last preview
   Bitmap picture;
   BackBuffer buffer;
 };
 
-// The sliders stand below the numbers beside a picture, else behind them.
+// With a picture the sliders are below the numbers, else to the right of them.
 DialogTemplate Dialog::Describe() const {
   const int left = Margin + (HasPicture() ? PictureSide + Margin : 0);
   const int below = HasPicture() ? FieldRowHeight : 0;
@@ -179,7 +179,7 @@ INT_PTR Dialog::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
       if (header.code != static_cast<UINT>(UDN_DELTAPOS)) break;
       Step(static_cast<std::size_t>(static_cast<int>(header.idFrom) - FieldId(0, LabelPart)) / PartCount,
            reinterpret_cast<const NMUPDOWN*>(lParam)->iDelta);
-      SetWindowLongPtrW(dialog, DWLP_MSGRESULT, TRUE);  // the spin button itself stays in the middle of its range
+      SetWindowLongPtrW(dialog, DWLP_MSGRESULT, TRUE);  // the spin button itself must not move
       return TRUE;
     }
     case WM_TIMER:
@@ -218,7 +218,7 @@ void Dialog::Initialise() {
   StartPreview();
 }
 
-// Over the owner, but on the screen.
+// Centres the dialog on its owner, but keeps it on the screen.
 void Dialog::Centre() const {
   const HWND owner = GetWindow(dialog, GW_OWNER);
   MONITORINFO screen = {};
@@ -337,7 +337,7 @@ void Dialog::Draw(const DRAWITEMSTRUCT& item) {
   const int top = (height - picture.Height()) / 2;
   const PixelRect bounds{left, top, left + picture.Width(), top + picture.Height()};
   const FrameBuffer pixels = buffer.Pixels(whole);
-  if (!picture.IsEmpty()) FillArea(pixels, bounds, MakeColour(255, 255, 255));  // below what is transparent
+  if (!picture.IsEmpty()) FillArea(pixels, bounds, MakeColour(255, 255, 255));  // below transparent pixels
   DrawPicture(pixels, picture, bounds, {});
   BitBlt(item.hDC, client.left, client.top, width, height, buffer.Context(), 0, 0, SRCCOPY);
 }

@@ -13,8 +13,8 @@
 namespace kw::windows {
 namespace {
 
-// The scale at which a form fills the width: not below its own, where stretching keeps more of thin lines, and not so
-// large that drawing takes long.
+// The scale at which a form fills the width. At least its own: below that, stretching keeps thin lines better. Limited,
+// so that drawing does not take long.
 Scale ScaleFor(int width, int ownWidth) {
   constexpr std::int32_t Largest = 3 * Scale::ModelDpi;
   return Scale(std::clamp(MulDiv(width, Scale::ModelDpi, ownWidth), Scale::ModelDpi, Largest));

@@ -23,7 +23,7 @@
 namespace kw::windows {
 namespace {
 
-// How one kind of model is shown: in a view, and drawn without a window.
+// How a kind of model is shown: in a view, and drawn without a window.
 struct Kind {
   bool (*isOf)(const Control& model);
   std::unique_ptr<ControlView> (*makeView)(ViewTree& tree, Control& model, ControlView* container, BarRows& bars);
@@ -47,7 +47,7 @@ constexpr Kind KindOf() {
           }};
 }
 
-// Every kind of model that has a look. Timers, logs and the like have none.
+// Every kind of model that has a view. Timers, logs and the like have none.
 constexpr Kind Kinds[] = {
     KindOf<PictureBox, PictureBoxView>(),
     KindOf<TransparentPicture, CanvasItemView>(),

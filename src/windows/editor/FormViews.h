@@ -7,7 +7,7 @@
 
 namespace kw::windows {
 
-// The views of the editor's form: one row of a table for each kind of model that has a look.
+// The views of the editor's form: a table with one row for each kind of model that has a view.
 class FormViews final : public ViewFactory {
 public:
   std::unique_ptr<ControlView> MakeView(ViewTree& tree, Control& model, ControlView* container) override;
@@ -17,7 +17,7 @@ private:
   BarRows bars;
 };
 
-// Draws what the model holds, all visible levels, with the model's upper left corner at (0, 0) of the context.
+// Draws all visible descendants of the model, with the model's top left corner at (0, 0) of the context.
 void DrawChildren(const Look& look, const Control& holder);
 
 }  // namespace kw::windows

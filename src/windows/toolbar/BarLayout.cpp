@@ -20,7 +20,7 @@ int WidthOf(const ToolBar::Button& button, const BarSizes& sizes, HDC measuring)
   return size.cx + 2 * sizes.textMargin + sizes.imageRoom;
 }
 
-// Each row but the first begins where the width did not do for one more button.
+// Starts a new row if the width does not suffice for the next button.
 std::vector<RECT> LayOutRows(const ToolBar& bar, int width, const BarSizes& sizes, HDC measuring) {
   std::vector<RECT> buttonBounds;
   LONG x = 0;
@@ -34,7 +34,7 @@ std::vector<RECT> LayOutRows(const ToolBar& bar, int width, const BarSizes& size
     buttonBounds.push_back({x, y, x + own, y + sizes.button});
     x += own;
   }
-  // A gap at the end of a row parts nothing.
+  // A separator at the end of a row has no width.
   for (std::size_t i = 0; i + 1 < buttonBounds.size(); ++i) {
     const bool isGap = bar.Buttons()[i].style == ButtonStyle::Separator;
     if (isGap && buttonBounds[i + 1].top > buttonBounds[i].top) buttonBounds[i].right = buttonBounds[i].left;
@@ -44,7 +44,8 @@ std::vector<RECT> LayOutRows(const ToolBar& bar, int width, const BarSizes& size
 
 bool HasRoom(const RECT& bounds) { return bounds.right > bounds.left; }
 
-// Takes away the buttons that do not end before `end`, and the gaps at the end of what stays. Tells where that ends.
+// Removes the buttons that do not fit before `end`, and the separators then left at the end. Returns the right edge of
+// the rest.
 LONG CutOff(const ToolBar& bar, LONG end, std::vector<RECT>& buttonBounds) {
   for (RECT& bounds : buttonBounds) {
     if (bounds.right > end) bounds.right = bounds.left;

@@ -25,7 +25,7 @@ std::vector<BarRows::Sight> BarRows::Look() const {
     if (!bar->IsAttached() || !IsShownWithContainers(bar->Model())) continue;
     const RECT bounds = bar->Bounds();
     POINT corner = {bounds.left, bounds.top};
-    LONG end = WidthOf(bounds);  // of what is to be seen, from the bar's left edge
+    LONG end = WidthOf(bounds);  // visible pixels from the bar's left edge
     const ControlView* holder = bar->Container();
     for (; holder != nullptr && holder->Container() != nullptr; holder = holder->Container()) {
       const RECT around = holder->Bounds();

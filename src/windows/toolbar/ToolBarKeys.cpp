@@ -1,5 +1,5 @@
-// The keyboard in a tool bar, which not every system's own bars know: the arrows, Home and End go from button to
-// button, the space bar and Enter click, Escape goes back to the form.
+// Keyboard use of a tool bar, which not every version of Windows has: arrows, Home and End move between buttons, the
+// space bar and Enter click, Escape returns to the form.
 
 #include <cstdlib>
 
@@ -29,7 +29,7 @@ void ToolBarView::SetHotButton(std::optional<std::size_t> index) {
   SendMessageW(Handle(), TB_SETHOTITEM, index.value_or(None), 0);
 }
 
-// The nearest button after `from`, or before it, that can be clicked.
+// The nearest clickable button after `from`, or before it.
 std::optional<std::size_t> ToolBarView::Next(int from, int step) const {
   for (int i = from + step; i >= 0 && i < static_cast<int>(shownStates.size()); i += step) {
     if (TakesKeys(static_cast<std::size_t>(i))) return static_cast<std::size_t>(i);
@@ -37,7 +37,7 @@ std::optional<std::size_t> ToolBarView::Next(int from, int step) const {
   return std::nullopt;
 }
 
-// The nearest one in the next row, or in the row before.
+// The nearest clickable button in the next row, or in the row before.
 std::optional<std::size_t> ToolBarView::Beside(std::size_t from, bool isBelow) const {
   const RECT here = ButtonBounds(from);
   const LONG row = isBelow ? here.top + HeightOf(here) : here.top - HeightOf(here);
@@ -50,7 +50,7 @@ std::optional<std::size_t> ToolBarView::Beside(std::size_t from, bool isBelow) c
   return nearest;
 }
 
-// A bar that is out of sight is in the menu of another.
+// The buttons of a hidden bar are in another bar's menu.
 bool ToolBarView::IsTabStop() const {
   const bool isSeen = !IsOfOneRow(HeightOf(Bounds()), Sizes()) || room.IsUsable(Sizes());
   return isSeen && Next(-1, 1).has_value();
@@ -89,13 +89,14 @@ bool ToolBarView::OnKey(WPARAM key) {
       SetFocus(Shared().Window());
       return true;
     default:
-      return true;  // clicks as a character
+      return true;  // the click comes with WM_CHAR
   }
   if (next) SetHotButton(next);
   return true;
 }
 
-// A click by the key itself would leave its character to what comes up next, as a menu, which takes it for a choice.
+// Clicks on WM_CHAR, not on the key itself: else a menu that the click opens would get the character and take it for a
+// choice.
 bool ToolBarView::OnCharacter(WPARAM character, LPARAM details) {
   if (character != L' ' && character != L'\r') return false;
   constexpr LPARAM IsHeldDown = LPARAM{1} << 30;

@@ -52,7 +52,7 @@ void CanvasItemView::Send(const MouseEvent& event, POINT at) {
                          ToTwips(static_cast<float>(at.y - start.y)));
     return;
   }
-  // Without the room for a frame: there the contents begin at the point (1, 1).
+  // The position is relative to the layer's Left and Top. If it has a frame, its contents begin at (1, 1).
   const PixelRect bounds = PixelsOf(Model());
   sender.Send(*this, mouse, event, {static_cast<double>(at.x - bounds.left), static_cast<double>(at.y - bounds.top)});
 }

@@ -13,12 +13,12 @@
 namespace kw::windows {
 namespace {
 
-constexpr int ViewOffset = 0;  // of the view among the extra bytes of a window
+constexpr int ViewOffset = 0;  // offset of the view in the window's extra bytes
 
 std::mutex classMutex;
 std::atomic<ATOM> classAtom = 0;  // 0: not registered
 
-// What the user does, which the system sends to a window that has the keyboard or lies below the mouse.
+// Whether it is user input: a key, a mouse message or a context menu.
 bool IsInput(UINT message) {
   return (message >= WM_KEYFIRST && message <= WM_KEYLAST) || (message >= WM_MOUSEFIRST && message <= WM_MOUSELAST) ||
          message == WM_CONTEXTMENU;
@@ -98,7 +98,7 @@ void ControlView::Open() {
   tree.NoteWindow(window, *this);
   Show(Aspect::Content);
   ShowEnabled();
-  if (container == nullptr) return;  // where the root lies, and whether it shows, is its host's business
+  if (container == nullptr) return;  // the host sets the root's position and visibility
   ShowBounds();
   ShowOrder();
   tree.AddToolTip(window, *model);
@@ -124,7 +124,7 @@ void ControlView::Changed(Aspect aspect) {
   if (aspect == Aspect::Enabled) {
     ShowEnabled();
     EnableDescendants(*model);
-    if (IsAttached()) tree.NoteKeys();  // also where a page came or went, which enables or disables the tool bars
+    if (IsAttached()) tree.NoteKeys();  // a page that opens or closes enables or disables the tool bars
   }
   if (aspect == Aspect::Focus && window != nullptr) SetFocus(window);
   if (IsAttached()) Show(aspect);
@@ -155,13 +155,13 @@ void ControlView::Rescale() {
   InvalidateRect(window, nullptr, TRUE);
 }
 
-// The form knows what to do with keys.
+// Gives the focus to the form's window, which handles keys.
 void ControlView::GiveKeyboardToForm() const {
   if (const ControlView* form = tree.ViewOf(tree.Root())) SetFocus(form->Handle());
 }
 
-// Of a hidden window the system hands the keyboard to what holds it, where keys do nothing. What was being dragged in
-// it would go on unseen.
+// Hides the window without losing keys or drags: the system would move the focus of a hidden window to its parent,
+// where keys have no use, and a drag in it would go on unseen.
 void ControlView::ShowVisibility() {
   if (model->Visible()) {
     ShowWindow(window, SW_SHOWNA);
@@ -177,7 +177,7 @@ void ControlView::ShowOrder() { SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, SWP_N
 
 void ControlView::ShowEnabled() {
   if (window == nullptr) return;
-  // A host that allows no input for a while wants the controls to look as they do.
+  // While the host allows no input, the controls must not look disabled: only the root's window is.
   const bool isEnabled = container == nullptr ? TakesInput() : IsEffectivelyEnabled();
   EnableWindow(window, isEnabled ? TRUE : FALSE);
 }
@@ -225,7 +225,7 @@ bool ControlView::SetPointerOf(const Control& shown) const {
 
 void ControlView::FocusCame() {
   tree.NoteKeys();
-  // A host gives the keyboard back to what had it before, which may be hidden by now.
+  // A host restores the focus to the window that had it before, which may be hidden by now.
   if (model->Visible() || container == nullptr)
     model->ReceiveFocus();
   else
@@ -234,12 +234,12 @@ void ControlView::FocusCame() {
 
 void ControlView::FocusWent(HWND to) {
   tree.NoteKeys();
-  // A field in which something of this window is typed belongs to it.
+  // The focus went to an edit field inside this window, which belongs to it.
   if (IsChild(window, to) != FALSE && tree.ViewOf(to) == nullptr) return;
-  // A dialog or another application takes the focus for a while only: the active control stays what it is.
+  // A dialog or another application takes the focus only for a while: the active control stays the same.
   const bool staysInWindow = to != nullptr && GetAncestor(to, GA_ROOT) == GetAncestor(window, GA_ROOT);
   if (staysInWindow || IsDropDown()) model->LoseFocus();
-  // But no drag outlasts the turn of its window.
+  // But a drag ends when its window loses the activation.
   if (!staysInWindow && IsAttached()) CancelMouse(tree.Window());
 }
 
@@ -261,12 +261,12 @@ LRESULT ControlView::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
     tree.ForgetWindow(window);
     const LRESULT result = Default(message, wParam, lParam);
     window = nullptr;
-    if (container == nullptr) tree.Close();  // the host destroyed its window with us in it
+    if (container == nullptr) tree.Close();  // the host destroyed its window and this one with it
     return result;
   }
   if (!IsAttached()) return Default(message, wParam, lParam);
   const bool isInput = IsInput(message);
-  // It may come all the same, from a window that kept the keyboard.
+  // Input may still come if a disabled window kept the focus.
   if (isInput && !TakesInput()) return DefWindowProcW(window, message, wParam, lParam);
   const bool isAct = isInput && message != WM_MOUSEMOVE;
   const auto held = isAct ? tree.Hold() : nullptr;
@@ -299,7 +299,7 @@ LRESULT ControlView::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
       if (reinterpret_cast<HWND>(wParam) == window && LOWORD(lParam) == HTCLIENT && SetPointerOf(*model)) return TRUE;
       break;
     case WM_GETDLGCODE: {
-      // For a host that offers its keys to the system's handling of dialogs.
+      // For a host that calls IsDialogMessage.
       const auto* const asked = reinterpret_cast<const MSG*>(lParam);
       const bool isWanted = asked != nullptr && asked->message == WM_KEYDOWN && WantsKey(asked->wParam);
       return OnMessage(message, wParam, lParam) | (isWanted ? DLGC_WANTMESSAGE : 0);

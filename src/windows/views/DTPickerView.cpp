@@ -7,7 +7,7 @@
 namespace kw::windows {
 namespace {
 
-// Month, day and year without leading zeros, whatever the user's own format is.
+// Month, day and year without leading zeros, whatever the user's format.
 constexpr const wchar_t* Format = L"M'/'d'/'yyyy";
 
 SYSTEMTIME ToSystemTime(const LocalDate& date) {

@@ -27,9 +27,9 @@ private:
   void ShowBounds() override;
   void ShowEnabled() override;
   void CentreEdit() const;
-  // Null for a combo that only offers its list.
+  // The edit field; null for a drop-down list.
   HWND Edit() const;
-  // The item chosen in the window, from 1; 0 for none.
+  // The window's selected item, from 1; 0 if none.
   std::int32_t Chosen() const;
   void ShowItems();
   void ShowText();

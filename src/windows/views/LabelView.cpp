@@ -7,7 +7,7 @@
 namespace kw::windows {
 namespace {
 
-// Half way from the form's ground to the colour, for a sample of it that cannot be clicked.
+// The colour halfway to the form's background, for a disabled sample.
 COLORREF Faint(COLORREF colour) {
   const COLORREF background = GetSysColor(COLOR_3DFACE);
   const auto middle = [](BYTE a, BYTE b) { return (a + b) / 2; };
@@ -31,7 +31,8 @@ void LabelView::Draw(const Look& look, const RECT& bounds, const Label& label) {
   if (label.HasBorder()) InflateRect(&inner, -look.scale.LengthOnDevice(3), 0);
   const std::wstring text = ToWide(label.Caption());
   SetBkMode(context, TRANSPARENT);
-  // A caption on the form's own ground, which is the system's, has the system's colour unless it is given another.
+  // A caption on the form's background, which has a system colour, takes the system's text colour unless it has one of
+  // its own.
   const bool isPlain = !label.IsOpaque() && label.ForeColor() == MakeColour(0, 0, 0);
   const COLORREF ink = isPlain ? GetSysColor(COLOR_BTNTEXT) : label.ForeColor();
   SetTextColor(context, isEnabled ? ink : GetSysColor(COLOR_GRAYTEXT));

@@ -21,7 +21,7 @@ void MenuView::Show(Aspect aspect) {
   }
   POINT mouse = {};
   GetCursorPos(&mouse);
-  // What runs while the menu is up may close the window or unload entries.
+  // Code that runs while the menu is up may close the window or unload menu entries.
   const auto held = Shared().Hold();
   const ViewTree::Message underWay(Shared());
   const BOOL chosen =

@@ -6,7 +6,7 @@
 
 namespace kw::windows {
 
-// Shows the menu at the mouse when the model pops up. Has no window.
+// Shows a pop-up menu at the mouse. Has no window.
 class MenuView final : public ControlView {
 public:
   MenuView(ViewTree& shared, Menu& shown, ControlView* container)

@@ -13,7 +13,7 @@ public:
 
   static void Draw(const Look& look, const RECT& bounds, const OptionButton& option);
 
-  // The keyboard stops at the chosen one; the arrows lead to the others.
+  // Tab stops at the chosen option only; the arrows lead to the others.
   bool IsTabStop() const override { return option.Value(); }
   bool WantsKey(WPARAM key) const override { return key >= VK_LEFT && key <= VK_DOWN; }
   void OnCommand(WORD notification, WORD id) override;

@@ -16,7 +16,7 @@ LRESULT PageSpinnerView::OnNotify(NMHDR& header) {
   if (header.code != static_cast<UINT>(UDN_DELTAPOS)) return 0;
   const auto& step = reinterpret_cast<const NMUPDOWN&>(header);
   if (TakesInput()) spinner.UserSetValue(spinner.Value() + (step.iDelta > 0 ? 1 : -1));
-  return TRUE;  // the model's answer moves the position
+  return TRUE;  // the model sets the position itself
 }
 
 void PageSpinnerView::Draw(const Look& look, const RECT& bounds, const PageSpinner& spinner) {

@@ -38,7 +38,7 @@ void PaintedView::Show(Aspect aspect) {
   }
 }
 
-// Also when what holds the control becomes disabled.
+// Also called if a container of the control was disabled.
 void PaintedView::ShowEnabled() {
   ControlView::ShowEnabled();
   if (Handle() != nullptr) InvalidateRect(Handle(), nullptr, FALSE);
@@ -69,7 +69,7 @@ LRESULT PaintedView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       if (keys != nullptr) return DLGC_WANTCHARS;
       break;
     case WM_ERASEBKGND: {
-      // Our own ground comes with the painting; a child that shows what lies below it asks with its own context.
+      // WM_PAINT paints the view's own background. A transparent child requests it with its own context.
       auto* const context = reinterpret_cast<HDC>(wParam);
       if (WindowFromDC(context) != Handle()) PaintWith(context);
       return TRUE;
@@ -89,7 +89,7 @@ LRESULT PaintedView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       break;
   }
   if (const auto event = MouseEvent::Of(message, wParam, lParam)) {
-    // Released before the model hears of it, because the handler may show a box.
+    // Release the mouse before the event, because the handler may show a message box.
     isReleasing = true;
     HoldMouse(Handle(), *event);
     isReleasing = false;
@@ -99,7 +99,7 @@ LRESULT PaintedView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   return Default(message, wParam, lParam);
 }
 
-// A finer position than the models' pixels: what is dragged by it stays below the pointer.
+// Passes fractions of model pixels, so that a dragged control stays below the pointer.
 void PaintedView::OnMouse(const MouseEvent& event) {
   const Scale& scale = Shared().Scaling();
   SendMouse(event, {scale.ToModel(event.at.x), scale.ToModel(event.at.y)});

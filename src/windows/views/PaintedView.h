@@ -7,7 +7,7 @@
 
 namespace kw::windows {
 
-// A view that paints its window itself, without flicker, and hands mouse and keyboard to its model.
+// A view that paints its window itself, double-buffered, and passes mouse and keyboard events to its model.
 class PaintedView : public ControlView {
 public:
   // `mouseInput` and `keyInput` are those of the model, null if it takes none.
@@ -19,12 +19,12 @@ public:
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
 protected:
-  // Paints the whole client area into a context that has the tree's font selected.
+  // Paints the whole client area; the context has the tree's font.
   virtual void Paint(HDC context, const RECT& client) = 0;
   virtual void OnMouse(const MouseEvent& event);
-  // Hands the event to the model, at a point of the view in the models' pixels.
+  // Passes the event to the model; `at` is a point of the view in model pixels.
   void SendMouse(const MouseEvent& event, Point at);
-  // Another window took the mouse while a button was down.
+  // Another window captured the mouse while a button was down.
   virtual void OnMouseLost() { sender.Lose(mouse); }
 
   HWND Create(HWND parent) override { return CreateOwnWindow(parent); }

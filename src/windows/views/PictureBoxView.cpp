@@ -13,10 +13,10 @@
 namespace kw::windows {
 namespace {
 
-// In the models' pixels. A page's borders are thin; they can be grabbed from a little further away, too.
+// In model pixels. The page's borders are thin, so they can be grabbed from this distance, too.
 constexpr LONG BorderReach = 4;
 
-// How far a point lies from the nearest pixel of a rectangle, in one direction.
+// The distance of a point from the nearest pixel of a rectangle, in one direction.
 LONG Distance(LONG at, LONG low, LONG high) { return std::max({low - at, at - (high - 1), LONG{0}}); }
 
 bool Covers(const PixelRect& pixels, POINT point) {
@@ -31,12 +31,12 @@ constexpr UINT_PTR PaintTimer = 1;
 }  // namespace
 
 bool PictureBoxView::IsTabStop() const {
-  // A box that only holds another one leaves the keyboard to that.
+  // A box that contains another box leaves the focus to that one.
   return std::ranges::none_of(box.Children(),
                               [](const Control* child) { return dynamic_cast<const PictureBox*>(child) != nullptr; });
 }
 
-// Whatever is shown differently shows by the next painting, in one go, and no more than that is painted.
+// Schedules one painting for all changes until then; it paints only what changed.
 void PictureBoxView::ItemsChanged() {
   if (Handle() == nullptr || isPaintingDue) return;
   isPaintingDue = true;
@@ -55,7 +55,7 @@ void PictureBoxView::PaintItems() {
     for (const RECT& part : paint.Parts()) compositor.Paint(paint.Pixels(), ToPixelRect(part), &texts);
   };
   if (GetUpdateRect(Handle(), nullptr, FALSE) == FALSE) {
-    // Quicker than to tell the system first what is out of date.
+    // Paint at once: faster than to invalidate the parts and wait for WM_PAINT.
     paintWith(BufferedPaint(Handle(), Shared().Buffer(), changed));
   } else {
     for (const PixelRect& part : changed) {
@@ -108,7 +108,7 @@ void PictureBoxView::Paint(HDC context, const RECT& client) { FillWith(context, 
 
 void PictureBoxView::OnMouse(const MouseEvent& message) {
   MouseEvent event = message;
-  // Strokes that begin at one place in quick succession are strokes; here nothing is double-clicked.
+  // The canvas has no double clicks: strokes may begin at the same point in quick succession.
   if (event.kind == MouseEvent::Kind::DoubleClick) event.kind = MouseEvent::Kind::Down;
   if (event.kind == MouseEvent::Kind::Down) TakeFocus();
   if (!IsAttached()) return;

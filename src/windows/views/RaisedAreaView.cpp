@@ -15,7 +15,7 @@ void DrawRaised(HDC context, const RECT& bounds, bool isPressed) {
 void RaisedAreaView::Draw(const Look& look, const RECT& bounds, const RaisedArea& area) {
   RECT inner = bounds;
   if (dynamic_cast<const UserControl*>(area.Container()) != nullptr) {
-    // What lies on the form may lie on a white page: an outline tells it apart.
+    // An outline sets the area off from a white page below it.
     FillWith(look.context, bounds, GetSysColor(COLOR_3DSHADOW));
     InflateRect(&inner, -1, -1);
   }
@@ -24,7 +24,7 @@ void RaisedAreaView::Draw(const Look& look, const RECT& bounds, const RaisedArea
 
 void RaisedAreaView::Show(Aspect aspect) {
   PaintedView::Show(aspect);
-  // Tool bars lie on raised areas.
+  // Raised areas contain tool bars, so lay these out again.
   if (aspect == Aspect::Geometry || aspect == Aspect::Visibility) Shared().LayOut();
 }
 

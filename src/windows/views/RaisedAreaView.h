@@ -30,7 +30,7 @@ private:
   void Paint(HDC context, const RECT& client) override;
 };
 
-// The ground of a raised frame and its border, or of one that is pressed in.
+// Draws the background and border of a raised, or pressed, frame.
 void DrawRaised(HDC context, const RECT& bounds, bool isPressed = false);
 
 }  // namespace kw::windows

@@ -9,7 +9,7 @@
 namespace kw::windows {
 namespace {
 
-// Pixels that one notch of the wheel scrolls.
+// Pixels to scroll for one notch of the wheel.
 constexpr int WheelStep = 48;
 
 ScrollBar* FindScrollBar(const Control& holder, bool isVertical) {
@@ -32,7 +32,7 @@ void RootView::Show(Aspect aspect) {
   if (aspect == Aspect::Pointer) RenewPointer();
 }
 
-// A field within a control does not hear that what holds it is disabled, and would keep the keyboard.
+// The system does not take the focus from an edit field if a container is disabled; do it here.
 void RootView::ShowEnabled() {
   PaintedView::ShowEnabled();
   if (TakesInput()) return;
@@ -55,8 +55,8 @@ bool RootView::Scroll(WPARAM wheel) {
 LRESULT RootView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_PAINT: {
-      // The handler runs after the window is up to date: it may show a box, under which the window would else be
-      // painted again and again.
+      // Run the handler after painting: it may show a message box, below which a window that is out of date would be
+      // painted forever.
       const LRESULT result = PaintedView::OnMessage(message, wParam, lParam);
       root.UserPaint();
       return result;

@@ -18,7 +18,7 @@ std::int32_t Clamped(std::int64_t value) {
 }  // namespace
 
 HWND ScrollBarView::Create(HWND parent) {
-  // As a tab stop the bar takes the focus when it is pressed, and its model may pass it on.
+  // With WS_TABSTOP the bar takes the focus when it is pressed; its model may pass it on.
   return CreateSystemWindow(parent, WC_SCROLLBARW,
                             WS_TABSTOP | static_cast<DWORD>(bar.IsVertical() ? SBS_VERT : SBS_HORZ));
 }
@@ -29,7 +29,7 @@ void ScrollBarView::Show(Aspect aspect) {
   info.cbSize = sizeof info;
   info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS | SIF_DISABLENOSCROLL;
   info.nMin = std::min(bar.Min(), bar.Max());
-  // The system counts the visible page as part of the range; the model's value runs up to its maximum.
+  // The system's range includes the visible page; the model's value runs up to its maximum.
   info.nMax = Clamped(std::int64_t{std::max(bar.Min(), bar.Max())} + bar.LargeChange() - 1);
   info.nPage = static_cast<UINT>(bar.LargeChange());
   info.nPos = bar.Value();

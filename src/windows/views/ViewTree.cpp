@@ -19,7 +19,7 @@ namespace kw::windows {
 void ViewTree::Open(HWND parent, const RECT& position) {
   const CommonControls controls;
   OwnWindowClass::Register();
-  // What was made before an error goes again.
+  // Closes the tree if Open throws.
   struct Opening {
     ViewTree* tree;
     explicit Opening(ViewTree& opened) : tree(&opened) {}
@@ -47,9 +47,9 @@ void ViewTree::Open(HWND parent, const RECT& position) {
 void ViewTree::Close() {
   if (!std::exchange(isMade, false)) return;
   ControlView* const closing = std::exchange(rootView, nullptr);
-  // No model hears of what the windows say while they go.
+  // Detach first: messages sent by dying windows must not reach the models.
   for (const auto& [model, view] : views) view->Detach();
-  // Before the windows that it watches, which it would keep something of.
+  // Destroy the tool tip window before the windows that it watches, because it keeps data about them.
   if (toolTips != nullptr) DestroyWindow(toolTips);
   if (closing != nullptr) closing->Destroy();
   for (auto& [model, view] : views) Retire(std::move(view));
@@ -85,7 +85,7 @@ void ViewTree::RescaleViews(const Control& model) {
 
 void ViewTree::Add(Control& model, ControlView* container) {
   if (!IsOpen()) return;
-  // What has no window needs no classes of the system; the markers of a stroke come too fast for that.
+  // Items without a window need no system classes, and activating them would be too slow for the markers of a stroke.
   std::optional<CommonControls> controls;
   if (!IsCanvasItem(model)) controls.emplace();
   MakeViews(model, container);
@@ -113,14 +113,14 @@ void ViewTree::Remove(Control& model) {
   Retire(std::move(view));
 }
 
-// Needs no memory: a view that could not be kept aside would go with its code on the stack.
+// A linked list, because it must not allocate: on failure the view would be destroyed with its code on the stack.
 void ViewTree::Retire(std::unique_ptr<ControlView> view) {
   if (messages == 0) return;
   view->retiredBefore = std::move(retired);
   retired = std::move(view);
 }
 
-// One after the other, however many they are.
+// Not recursive, because the list may be long.
 void ViewTree::FreeRetired() {
   while (retired != nullptr) {
     const std::unique_ptr<ControlView> last = std::move(retired);
@@ -142,20 +142,20 @@ void ViewTree::AddToolTip(HWND window, const Control& model) const {
   if (model.ToolTip().empty() || toolTips == nullptr) return;
   std::wstring text = ToWide(model.ToolTip());
   TTTOOLINFOW tool = {};
-  tool.cbSize = TTTOOLINFOW_V1_SIZE;  // the size that every version of the common controls knows
+  tool.cbSize = TTTOOLINFOW_V1_SIZE;  // a size that every version of the common controls accepts
   tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
   tool.hwnd = GetParent(window);
   tool.uId = reinterpret_cast<UINT_PTR>(window);
   tool.lpszText = text.data();
   SendMessageW(toolTips, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
-  // The text of a button is its caption, that of a combo what is chosen in it.
+  // A button's text is its caption, and a combo's is its selection: leave them.
   const bool hasText = GetWindowTextLengthW(window) > 0 || dynamic_cast<const ImageCombo*>(&model) != nullptr;
   if (!hasText) SetWindowTextW(window, text.c_str());
 }
 
 namespace {
 
-// In the order in which the keyboard visits them: as they were laid out, container before content.
+// Collects the tab stops in tab order: the order of creation, container before content.
 void CollectTabStops(const ViewTree& tree, const Control& holder, std::vector<const ControlView*>& stops) {
   for (const Control* child : holder.Children()) {
     const ControlView* const view = tree.ViewOf(*child);
@@ -175,7 +175,7 @@ bool ViewTree::MoveFocus(bool isBackward) {
   auto current = std::ranges::find_if(stops, [focus](const ControlView* view) {
     return view->Handle() == focus || IsChild(view->Handle(), focus) != FALSE;
   });
-  // From a window without a stop of its own the first one is next.
+  // If the focused window is no tab stop, the first stop is next.
   const auto next = current == stops.end() ? stops.begin() : current + 1;
   if (next == stops.end()) return false;
   SetFocus((*next)->Handle());
@@ -194,7 +194,7 @@ bool ViewTree::WantsKey(WPARAM key) const {
 }
 
 bool ViewTree::WantsKeyAt(HWND window, WPARAM key) const {
-  const ControlView* view = nullptr;  // of the window, or of the nearest one around it
+  const ControlView* view = nullptr;  // the view of the window or of its nearest ancestor
   for (HWND one = window; view == nullptr && one != nullptr; one = GetParent(one)) view = ViewOf(one);
   return view != nullptr && view->TakesInput() && view->WantsKey(key);
 }
