@@ -48,16 +48,16 @@ std::vector<DisplayItem> Layers(int count, int pageDepth, bool isPageTransparent
     return std::uniform_int_distribution<std::int32_t>(low, high)(random);
   };
   std::vector<DisplayItem> items;
-  DisplayItem page{.key = 1, .place = {0, 0, 2480, 3508}, .picture = Letter(2480, 3508, pageDepth)};
-  if (isPageTransparent) page.look.transparent = White;
+  DisplayItem page{.key = 1, .bounds = {0, 0, 2480, 3508}, .picture = Letter(2480, 3508, pageDepth)};
+  if (isPageTransparent) page.options.transparent = White;
   items.push_back(page);
   const Bitmap stamp = Letter(150, 100, 24);
   for (int i = 0; i < count; ++i) {
     DisplayItem layer{.key = static_cast<std::uint64_t>(i) + 2};
     const std::int32_t left = number(0, 1760);
     const std::int32_t top = number(0, 960);
-    layer.place = {left, top, left + 150, top + 100};
-    layer.look.transparent = White;
+    layer.bounds = {left, top, left + 150, top + 100};
+    layer.options.transparent = White;
     if (i % 5 == 4) {
       layer.text = TextRun{"Layer", {}, 0};
     } else if (i % 5 < 2) {
@@ -111,7 +111,7 @@ void CompositorDrag(benchmark::State& state) {
     ++step;
     const std::int32_t left = 3 * step % 1700;
     const std::int32_t top = 2 * step % 950;
-    items[250].place = {left, top, left + 150, top + 100};
+    items[250].bounds = {left, top, left + 150, top + 100};
     for (const PixelRect& part : compositor.Show(items)) {
       compositor.Paint(screen.buffer, part, &texts);
       painted += std::int64_t{part.Width()} * part.Height();
@@ -127,7 +127,7 @@ void CompositorReducedPage(benchmark::State& state) {
   Screen screen;
   Compositor compositor(White);
   compositor.Show(
-      {{.key = 1, .place = {0, 0, 763, 1080}, .picture = Letter(2480, 3508, static_cast<int>(state.range(0)))}});
+      {{.key = 1, .bounds = {0, 0, 763, 1080}, .picture = Letter(2480, 3508, static_cast<int>(state.range(0)))}});
   for (auto _ : state) {
     compositor.Paint(screen.buffer, {0, 0, 763, 1080}, nullptr);
     benchmark::ClobberMemory();

@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "activex/Edge.h"
+#include "activex/ComBoundary.h"
 #include "activex/Module.h"
 #include "activex/Text.h"
 
@@ -31,7 +31,7 @@ Value FromCom(ComType<Value> value) {
 
 template <class Value, class Read>
 HRESULT Automation::Get(Value* value, Read read) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (value == nullptr) return E_POINTER;
     *value = {};
     ToCom(std::invoke(read, core.Editor()), value);
@@ -41,7 +41,7 @@ HRESULT Automation::Get(Value* value, Read read) {
 
 template <class Owner, class Value>
 HRESULT Automation::Let(ComType<std::remove_cvref_t<Value>> value, void (Owner::*let)(Value)) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     (core.Editor().*let)(FromCom<std::remove_cvref_t<Value>>(value));
     return S_OK;
   });
@@ -49,7 +49,7 @@ HRESULT Automation::Let(ComType<std::remove_cvref_t<Value>> value, void (Owner::
 
 template <class Owner, class Value>
 HRESULT Automation::Let(ComType<Value> value, Value Owner::*variable) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     core.Editor().*variable = FromCom<Value>(value);
     return S_OK;
   });
@@ -62,7 +62,7 @@ STDMETHODIMP Automation::GetTypeInfoCount(UINT* count) {
 }
 
 STDMETHODIMP Automation::GetTypeInfo(UINT index, LCID /*locale*/, ITypeInfo** info) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (info == nullptr) return E_POINTER;
     *info = nullptr;
     if (index != 0) return DISP_E_BADINDEX;
@@ -73,7 +73,7 @@ STDMETHODIMP Automation::GetTypeInfo(UINT index, LCID /*locale*/, ITypeInfo** in
 }
 
 STDMETHODIMP Automation::GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID /*locale*/, DISPID* ids) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
     if (names == nullptr || ids == nullptr) return E_POINTER;
     ITypeInfo* info = nullptr;
@@ -84,19 +84,19 @@ STDMETHODIMP Automation::GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, 
 
 STDMETHODIMP Automation::Invoke(DISPID id, REFIID iid, LCID /*locale*/, WORD flags, DISPPARAMS* parameters,
                                 VARIANT* result, EXCEPINFO* exception, UINT* badArgument) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (iid != IID_NULL) return DISP_E_UNKNOWNINTERFACE;
     if (parameters == nullptr) return E_POINTER;
     ITypeInfo* info = nullptr;
     const HRESULT loaded = core.Members().Get(&info);
     if (FAILED(loaded)) return loaded;
-    SetErrorInfo(0, nullptr);  // what an earlier call left behind is not this call's error
+    SetErrorInfo(0, nullptr);  // an earlier call's error must not be taken for this call's
     return info->Invoke(static_cast<_KwEditorLayers*>(this), id, flags, parameters, result, exception, badArgument);
   });
 }
 
 STDMETHODIMP Automation::SavePage() {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     core.Editor().SavePage();
     return S_OK;
   });
@@ -115,7 +115,7 @@ STDMETHODIMP Automation::OpenFile(BSTR fPath) { return Let(fPath, &KwEditorLayer
 #include "members/Members.def"
 
 STDMETHODIMP Automation::GetClassInfo(ITypeInfo** info) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (info == nullptr) return E_POINTER;
     *info = nullptr;
     return Module::LoadTypeInfo(CLSID_KwEditorLayers, info);

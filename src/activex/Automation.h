@@ -32,7 +32,7 @@ struct ComTypeOf<std::string> {
 template <class Value>
 using ComType = typename ComTypeOf<Value>::Type;
 
-// The methods and properties of the control, and the description of itself that it gives.
+// The control's methods and properties, and its type information.
 class Automation : public _KwEditorLayers, public IProvideClassInfo2, public ISupportErrorInfo {
 public:
   STDMETHODIMP GetTypeInfoCount(UINT* count) override;
@@ -60,7 +60,7 @@ protected:
   ~Automation() = default;
 
 private:
-  // Reads or assigns through a member of the editor, between COM's types and its own.
+  // Calls a property procedure of the editor and converts between COM's types and its own.
   template <class Value, class Read>
   HRESULT Get(Value* value, Read read);
   template <class Owner, class Value>

@@ -1,6 +1,6 @@
 #include "activex/ClassFactory.h"
 
-#include "activex/Edge.h"
+#include "activex/ComBoundary.h"
 #include "activex/EditorObject.h"
 #include "activex/Module.h"
 
@@ -19,7 +19,7 @@ STDMETHODIMP ClassFactory::QueryInterface(REFIID iid, void** object) {
   return S_OK;
 }
 
-// The factory is never freed; its references only keep the library in memory.
+// The factory is never freed; its reference count only keeps the library loaded.
 STDMETHODIMP_(ULONG) ClassFactory::AddRef() {
   Module::Lock();
   return 2;
@@ -34,7 +34,7 @@ STDMETHODIMP ClassFactory::CreateInstance(IUnknown* controlling, REFIID iid, voi
   if (object == nullptr) return E_POINTER;
   *object = nullptr;
   Lifetime life(*this);
-  return AtEdge(life, [&] { return EditorObject::Create(controlling, iid, object); });
+  return AtComBoundary(life, [&] { return EditorObject::Create(controlling, iid, object); });
 }
 
 STDMETHODIMP ClassFactory::LockServer(BOOL lock) {

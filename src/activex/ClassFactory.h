@@ -6,7 +6,7 @@
 
 namespace kw::activex {
 
-// Makes controls. There is one, as long as the library is loaded.
+// Creates controls. The one factory lives as long as the library is loaded.
 class ClassFactory final : public IClassFactory {
 public:
   static ClassFactory& Only();

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "activex/Edge.h"
+#include "activex/ComBoundary.h"
 #include "activex/Enumerator.h"
 
 namespace kw::activex {
@@ -37,7 +37,7 @@ STDMETHODIMP ConnectionPoint::GetConnectionPointContainer(IConnectionPointContai
 }
 
 STDMETHODIMP ConnectionPoint::Advise(IUnknown* sink, DWORD* cookie) {
-  return AtEdge(life, [&] {
+  return AtComBoundary(life, [&] {
     if (cookie == nullptr) return E_POINTER;
     *cookie = 0;
     if (sink == nullptr) return E_POINTER;
@@ -54,18 +54,19 @@ STDMETHODIMP ConnectionPoint::Advise(IUnknown* sink, DWORD* cookie) {
 }
 
 STDMETHODIMP ConnectionPoint::Unadvise(DWORD cookie) {
-  return AtEdge(life, [&] {
+  return AtComBoundary(life, [&] {
     const auto found = std::find_if(connections.begin(), connections.end(),
                                     [&](const auto& connection) { return connection.second == cookie; });
     if (found == connections.end()) return CONNECT_E_NOCONNECTION;
-    const ComPtr<IUnknown> sink = std::move(found->first);  // let go of when the list is in order again
+    const ComPtr<IUnknown> sink =
+        std::move(found->first);  // released only after the list is consistent again: a release may call back
     connections.erase(found);
     return S_OK;
   });
 }
 
 STDMETHODIMP ConnectionPoint::EnumConnections(IEnumConnections** enumerator) {
-  return AtEdge(life, [&] {
+  return AtComBoundary(life, [&] {
     if (enumerator == nullptr) return E_POINTER;
     return Enumerator<IEnumConnections, CONNECTDATA, std::pair<ComPtr<IUnknown>, DWORD>>::Create(connections,
                                                                                                  enumerator);

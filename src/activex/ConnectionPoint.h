@@ -12,16 +12,16 @@
 
 namespace kw::activex {
 
-// One connection point of a control. It lives as long as the control, which its references keep alive.
+// A connection point of a control. It is part of the control: a reference to it keeps the control alive.
 class ConnectionPoint final : public IConnectionPoint {
 public:
-  // A sink is asked for `iid`, and for IDispatch if it does not know it and `takesDispatch` says so.
+  // A sink is queried for `iid`; if it lacks that and `takesDispatch` is set, for IDispatch.
   ConnectionPoint(Lifetime& owner, REFIID iid, bool takesDispatch)
       : life(owner), interfaceId(iid), takesDispatch(takesDispatch) {}
 
-  // The sinks as they are now; a sink may come or go while the others are being called.
+  // A copy of the list of sinks, because a sink may come or go while the others are called.
   std::vector<Microsoft::WRL::ComPtr<IUnknown>> Sinks() const;
-  // Lets go of all sinks. One of them may cut its connection meanwhile.
+  // Releases all sinks. A sink may disconnect itself during the call.
   void Clear() { std::exchange(connections, {}); }
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override;

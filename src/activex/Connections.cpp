@@ -2,7 +2,7 @@
 
 #include <olectl.h>
 
-#include "activex/Edge.h"
+#include "activex/ComBoundary.h"
 #include "activex/Enumerator.h"
 
 namespace kw::activex {
@@ -10,7 +10,7 @@ namespace kw::activex {
 using Microsoft::WRL::ComPtr;
 
 STDMETHODIMP Connections::EnumConnectionPoints(IEnumConnectionPoints** enumerator) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (enumerator == nullptr) return E_POINTER;
     return Enumerator<IEnumConnectionPoints, IConnectionPoint*, ComPtr<IConnectionPoint>>::Create(
         {&core.Events().EventPoint(), &core.Events().PropertyPoint()}, enumerator);
@@ -18,7 +18,7 @@ STDMETHODIMP Connections::EnumConnectionPoints(IEnumConnectionPoints** enumerato
 }
 
 STDMETHODIMP Connections::FindConnectionPoint(REFIID iid, IConnectionPoint** point) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (point == nullptr) return E_POINTER;
     *point = nullptr;
     for (ConnectionPoint* candidate : {&core.Events().EventPoint(), &core.Events().PropertyPoint()}) {

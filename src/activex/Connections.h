@@ -8,7 +8,7 @@
 
 namespace kw::activex {
 
-// Where a host connects its event sinks: the events, which are the default, and the property notifications.
+// The control's two connection points: its events (the default) and its property notifications.
 class Connections : public IConnectionPointContainer {
 public:
   STDMETHODIMP EnumConnectionPoints(IEnumConnectionPoints** enumerator) override;

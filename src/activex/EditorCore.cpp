@@ -8,9 +8,9 @@
 namespace kw::activex {
 namespace {
 
-// For start-up and shut-down, whose failure must neither refuse the control nor reach the one who lets go of it. An
-// error that the editor cannot even report leaves the procedure before its end. The editor is disabled by then and
-// reports nothing more, so a second run does the rest.
+// For start-up and shut-down: neither may fail, because the host could then not create or release the control. If the
+// procedure throws, the error could not even be reported; the editor is disabled by then and reports nothing more, so a
+// second run completes the work.
 template <class Procedure>
 void RunToItsEnd(Procedure procedure) {
   if (!windows::Guard(procedure)) windows::Guard(procedure);
@@ -40,7 +40,7 @@ EditorCore::~EditorCore() {
 
 void EditorCore::SetExtent(SIZEL himetric) {
   extent = himetric;
-  // A window gets its size from the container, in pixels of the screen.
+  // The container sets an active window's size itself, in screen pixels.
   if (activation.IsActive()) return;
   LayOut(HimetricToForm(himetric));
   TellViewChanged();
@@ -63,7 +63,7 @@ void EditorCore::LayOutOnce() {
 void EditorCore::LayOut(SIZE pixels) {
   UserControl& root = editor.Root();
   const SIZE current = FormSize();
-  // The first size is laid out even if it is that of the form.
+  // The first call lays out the form even if the size is the form's own.
   if (!laidOut && pixels.cx == current.cx && pixels.cy == current.cy) root.Resize.Raise();
   laidOut = true;
   root.UserResize(static_cast<float>(pixels.cx), static_cast<float>(pixels.cy));

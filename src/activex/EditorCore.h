@@ -5,8 +5,8 @@
 #include <ole2.h>
 #include <wrl/client.h>
 
+#include "activex/ClientSite.h"
 #include "activex/HostEvents.h"
-#include "activex/HostSite.h"
 #include "activex/HostedDesktop.h"
 #include "activex/InPlaceActivation.h"
 #include "activex/Lifetime.h"
@@ -16,7 +16,7 @@
 
 namespace kw::activex {
 
-// What the interface families of one control share: the editor itself and its relations to the container.
+// What a control's interface families share: the editor, the client site, and the state that the container sees.
 class EditorCore {
 public:
   explicit EditorCore(IUnknown& controlling);
@@ -25,39 +25,39 @@ public:
   ~EditorCore();
 
   Lifetime& Life() { return life; }
-  HostSite& Site() { return site; }
+  ClientSite& Site() { return site; }
   MemberDescription& Members() { return members; }
   HostEvents& Events() { return events; }
   KwEditorLayers& Editor() { return editor; }
   InPlaceActivation& Activation() { return activation; }
 
-  // The size of the control, also while it has no window; before the container gives one, that of the form.
+  // The control's size, with or without a window. Until the container sets one it is the form's.
   SIZEL Extent() const { return extent; }
   void SetExtent(SIZEL himetric);
-  // The same in pixels of the screen, as the container placed the window, which shows the form at that scale.
+  // The same in screen pixels: the size that the container gave the window, which shows the form at that scale.
   void SetWindowSize(SIZE pixels, const Scale& scale);
-  // The size at which the form is laid out now, in its own pixels.
+  // The size at which the form is laid out now, in form pixels (96 to the inch).
   SIZE FormSize();
-  // A control that nobody gave a size lays itself out when it is first drawn.
+  // Lays out the form before its first drawing if the container never set a size.
   void LayOutOnce();
 
   // Whether a persisted property was assigned since the last load or save.
   bool IsDirty() const { return dirty; }
   void SetDirty(bool value) { dirty = value; }
 
-  // Tells the container's view sink, if it asked for it, that the picture of the control is out of date.
+  // Tells the container's view sink, if there is one, that the control must be drawn again.
   void TellViewChanged();
   void AdviseView(DWORD aspects, DWORD flags, IAdviseSink* sink);
   void ViewAdvise(DWORD* aspects, DWORD* flags, IAdviseSink** sink) const;
 
-  // The sinks that want to know of saving, renaming and closing. Made when first asked for; null without memory.
+  // The advise sinks for saving, renaming and closing. Created on first use; null if memory runs out.
   IOleAdviseHolder* Advises();
 
 private:
   void LayOut(SIZE pixels);
 
   Lifetime life;
-  HostSite site;
+  ClientSite site;
   MemberDescription members;
   HostEvents events;
   InPlaceActivation activation;

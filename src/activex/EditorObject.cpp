@@ -2,12 +2,12 @@
 
 #include <memory>
 
-#include "activex/Edge.h"
+#include "activex/ComBoundary.h"
 #include "activex/Module.h"
 
 namespace kw::activex {
 
-// The interfaces as the outside sees them: their references and questions go to the controlling unknown.
+// The interfaces that clients get: AddRef, Release and QueryInterface go to the controlling unknown.
 class EditorObject::Families final : public EditorCore,
                                      public Automation,
                                      public Connections,
@@ -25,7 +25,7 @@ public:
         ViewObject(Core()),
         Persistence(Core()) {}
 
-  // The one table of what the control answers to. Null for an interface that it does not have.
+  // Looks up an interface in the control's one table; null if the control does not have it.
   IUnknown* Find(REFIID iid);
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
@@ -114,7 +114,7 @@ STDMETHODIMP_(ULONG) EditorObject::AddRef() { return ++references; }
 STDMETHODIMP_(ULONG) EditorObject::Release() {
   const ULONG left = --references;
   if (left > 0) return left;
-  references = 1;  // what the shut-down takes and gives back must not destroy the control a second time
+  references = 1;  // AddRef and Release during the shut-down must not destroy the control a second time
   families->Life().Detach(*this);
   delete this;
   return 0;

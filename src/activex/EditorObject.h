@@ -12,13 +12,13 @@
 
 namespace kw::activex {
 
-// The COM object: all interface families under one identity. It can be part of an aggregate.
+// The COM object: all interface families under one identity. It can be aggregated.
 class EditorObject final : public IUnknown {
 public:
-  // `controlling` is null or the aggregate's unknown; an aggregate may ask for IUnknown only.
+  // `controlling` is the aggregate's unknown, or null. An aggregate may request IUnknown only.
   static HRESULT Create(IUnknown* controlling, REFIID iid, void** object);
 
-  // The object's own references and interfaces, which an aggregate does not see.
+  // The object's own, non-delegating IUnknown.
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
   STDMETHODIMP_(ULONG) AddRef() override;
   STDMETHODIMP_(ULONG) Release() override;

@@ -16,7 +16,7 @@
 
 namespace kw::activex {
 
-// How an enumerator hands out one item: the reference or copy that the caller then owns. False without memory.
+// Copies an item for the caller of an enumerator, who then owns the copy or reference. False if memory runs out.
 inline bool HandOut(const Microsoft::WRL::ComPtr<IConnectionPoint>& item, IConnectionPoint*& given) {
   item.CopyTo(&given);
   return true;
@@ -27,7 +27,7 @@ inline bool HandOut(const std::pair<Microsoft::WRL::ComPtr<IUnknown>, DWORD>& it
   return true;
 }
 
-// The enumerator interface `Interface` over a snapshot of items.
+// Implements the enumerator interface `Interface` over a snapshot of items.
 template <class Interface, class Given, class Item>
 class Enumerator final : public Interface {
 public:
@@ -56,7 +56,7 @@ public:
     HRESULT shortage = S_FALSE;
     for (; count < wanted && position < items.size(); ++count, ++position) {
       if (HandOut(items[position], given[count])) continue;
-      shortage = count == 0 ? E_OUTOFMEMORY : S_FALSE;  // who asks for the rest learns why
+      shortage = count == 0 ? E_OUTOFMEMORY : S_FALSE;  // the caller who asks for the rest gets the reason
       break;
     }
     if (fetched != nullptr) *fetched = count;

@@ -9,7 +9,7 @@
 #include "windows/base/Guard.h"
 #include "windows/views/ControlView.h"
 
-// The procedures by which COM loads, unloads and registers the control.
+// The DLL's exports, by which COM loads, unloads and registers the control.
 
 using kw::activex::ClassFactory;
 namespace Module = kw::activex::Module;

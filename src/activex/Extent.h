@@ -4,8 +4,8 @@
 
 namespace kw::activex {
 
-// Sizes at the COM surface are in hundredths of a millimetre, those of windows in pixels of the screen, those of the
-// form in pixels of which there are 96 to the inch.
+// COM gives sizes in HIMETRIC (hundredths of a millimetre), windows have theirs in screen pixels, and the form in
+// pixels of 96 to the inch.
 SIZEL ScreenToHimetric(SIZE pixels);
 SIZEL FormToHimetric(SIZE pixels);
 SIZE HimetricToForm(SIZEL himetric);

@@ -12,7 +12,7 @@ bool HostBag::Read(const std::string& key, VARTYPE type, VARIANT& value) {
   const Bstr name(key);
   HRESULT got = bag.Read(name.Get(), &value, errors);
   if (got == DISP_E_TYPEMISMATCH) Raise(ErrorNumber::TypeMismatch);
-  if (FAILED(got)) return false;  // not there
+  if (FAILED(got)) return false;  // the bag lacks the property
   if (V_VT(&value) == VT_EMPTY || V_VT(&value) == VT_NULL) return false;
   got = VariantChangeTypeEx(&value, &value, LOCALE_INVARIANT, 0, type);
   if (SUCCEEDED(got)) return true;
@@ -68,7 +68,7 @@ void HostBag::WriteText(const std::string& key, const std::string& value, const 
   VARIANT held;
   VariantInit(&held);
   V_VT(&held) = VT_BSTR;
-  V_BSTR(&held) = text.Get();  // stays ours
+  V_BSTR(&held) = text.Get();  // borrowed; must not be freed with the variant
   Write(key, held);
 }
 

@@ -8,15 +8,15 @@
 
 namespace kw::activex {
 
-// Persisted properties in the bag of the host.
+// Persisted properties in the host's IPropertyBag.
 class HostBag final : public PropertyBag {
 public:
-  // For reading; the host's bag reports to `log`, which may be null.
+  // For reading. The host's bag reports errors to `log`, which may be null.
   HostBag(IPropertyBag& hostBag, IErrorLog* log) : bag(hostBag), errors(log) {}
-  // For writing; without `writesDefaults` a property that equals its default is left out.
+  // For writing. A property with its default value is written only if `writesDefaults` is set.
   HostBag(IPropertyBag& hostBag, bool writesDefaults) : bag(hostBag), writeAll(writesDefaults) {}
 
-  // The first failure of a write.
+  // The result of the first write that failed, else S_OK.
   HRESULT Result() const { return result; }
 
   bool ReadBoolean(const std::string& key, bool defaultValue) override;
@@ -27,7 +27,7 @@ public:
   void WriteText(const std::string& key, const std::string& value, const std::string& defaultValue) override;
 
 private:
-  // Whether the bag has the key; `value` is then of that type and the caller's to clear.
+  // Reads a value of that type; the caller must clear it. False if the bag does not have the key.
   bool Read(const std::string& key, VARTYPE type, VARIANT& value);
   void Write(const std::string& key, VARIANT& value);
 

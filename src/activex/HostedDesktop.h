@@ -8,8 +8,8 @@
 
 namespace kw::activex {
 
-// The Windows desktop as a control in a container uses it: while a dialog is up the container's own modeless windows
-// are disabled, and the control stays alive even if the container lets go of it meanwhile.
+// The Windows desktop for a control in a container. While a dialog is up, the container's modeless windows are disabled
+// and the control stays alive, even if the container releases it meanwhile.
 class HostedDesktop final : public windows::WindowsDesktop {
 public:
   HostedDesktop(Lifetime& calling, InPlaceActivation& activation);
@@ -21,7 +21,7 @@ protected:
 
 private:
   Lifetime& life;
-  InPlaceActivation& place;
+  InPlaceActivation& inPlace;
 };
 
 }  // namespace kw::activex

@@ -7,7 +7,7 @@
 #include <optional>
 #include <utility>
 
-#include "activex/Edge.h"
+#include "activex/ComBoundary.h"
 #include "activex/EditorCore.h"
 #include "windows/base/Guard.h"
 #include "windows/base/ScreenScale.h"
@@ -23,17 +23,17 @@ SIZE SizeOf(const RECT& rectangle) { return {rectangle.right - rectangle.left, r
 
 }  // namespace
 
-HWND InPlaceActivation::Window() const { return pane == nullptr ? nullptr : pane->Handle(); }
+HWND InPlaceActivation::Window() const { return content == nullptr ? nullptr : content->Handle(); }
 
-LRESULT CALLBACK InPlaceActivation::PaneProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
-                                                  UINT_PTR /*id*/, DWORD_PTR self) {
-  constexpr UINT ScreenScaleChanged = 0x02E3;  // WM_DPICHANGED_AFTERPARENT, which older headers lack
+LRESULT CALLBACK InPlaceActivation::ContentProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
+                                                     UINT_PTR /*id*/, DWORD_PTR self) {
+  constexpr UINT ScreenScaleChanged = 0x02E3;  // WM_DPICHANGED_AFTERPARENT; older headers lack it
   auto& activation = *reinterpret_cast<InPlaceActivation*>(self);
   std::optional<Lifetime::Outgoing> outgoing;
   if (message == WM_MOUSEACTIVATE || message == ScreenScaleChanged) outgoing.emplace(activation.core.Life());
-  // A click anywhere in the control, its children included, makes it the active object of its container.
+  // A click anywhere in the control or its children makes it the container's active object.
   if (message == WM_MOUSEACTIVATE) windows::Guard([&] { activation.ActivateUi(nullptr); });
-  if (message == WM_NCDESTROY) RemoveWindowSubclass(window, &PaneProcedure, SubclassId);
+  if (message == WM_NCDESTROY) RemoveWindowSubclass(window, &ContentProcedure, SubclassId);
   const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
   if (message == ScreenScaleChanged && activation.Window() == window) {
     RECT client = {};
@@ -45,7 +45,7 @@ LRESULT CALLBACK InPlaceActivation::PaneProcedure(HWND window, UINT message, WPA
 
 HRESULT InPlaceActivation::Activate(IOleClientSite* site) {
   if (IsActive()) {
-    if (pane != nullptr) pane->Show(true);
+    if (content != nullptr) content->Show(true);
     return S_OK;
   }
   const ComPtr<IOleClientSite> client(site != nullptr ? site : core.Site().Get());
@@ -54,9 +54,9 @@ HRESULT InPlaceActivation::Activate(IOleClientSite* site) {
   if (asked->CanInPlaceActivate() != S_OK) return E_FAIL;
   HRESULT result = asked->OnInPlaceActivate();
   if (FAILED(result)) return result;
-  place = asked;
+  inPlaceSite = asked;
   state = State::Active;
-  result = AtEdge(core.Life(), [this] { return MakePane(); });
+  result = AtComBoundary(core.Life(), [this] { return MakeContent(); });
   if (FAILED(result)) {
     Deactivate();
     return result;
@@ -65,31 +65,31 @@ HRESULT InPlaceActivation::Activate(IOleClientSite* site) {
   return S_OK;
 }
 
-HRESULT InPlaceActivation::MakePane() {
+HRESULT InPlaceActivation::MakeContent() {
   HWND parent = nullptr;
   RECT position = {};
   RECT clip = {};
   OLEINPLACEFRAMEINFO frameInfo = {};
   frameInfo.cb = sizeof frameInfo;
-  const ComPtr<IOleInPlaceSite> asked = place;
+  const ComPtr<IOleInPlaceSite> asked = inPlaceSite;
   HRESULT result = asked->GetWindow(&parent);
   if (FAILED(result)) return result;
   ComPtr<IOleInPlaceFrame> givenFrame;
   ComPtr<IOleInPlaceUIWindow> givenDocument;
   result = asked->GetWindowContext(&givenFrame, &givenDocument, &position, &clip, &frameInfo);
   if (FAILED(result)) return result;
-  // The container may have changed its mind meanwhile.
+  // The container may have deactivated the control meanwhile.
   if (!IsActive() || IsWindow(parent) == FALSE) return E_FAIL;
   frame = givenFrame;
   document = givenDocument;
   core.SetWindowSize(SizeOf(position), windows::ScaleOf(parent));
-  pane = std::make_unique<windows::EditorWindow>(core.Editor().Root(), parent, position);
-  pane->HoldWith([this] { return std::make_shared<Lifetime::Outgoing>(core.Life()); });
-  pane->OnKeys([this] { TellEatenKeys(); });
-  SetWindowSubclass(Window(), &PaneProcedure, SubclassId, reinterpret_cast<DWORD_PTR>(this));
+  content = std::make_unique<windows::EditorWindow>(core.Editor().Root(), parent, position);
+  content->HoldWith([this] { return std::make_shared<Lifetime::Outgoing>(core.Life()); });
+  content->OnKeys([this] { TellEatenKeys(); });
+  SetWindowSubclass(Window(), &ContentProcedure, SubclassId, reinterpret_cast<DWORD_PTR>(this));
   SetRects(position, clip);
   FollowUiDead();
-  if (pane != nullptr) pane->Show(true);
+  if (content != nullptr) content->Show(true);
   return S_OK;
 }
 
@@ -97,11 +97,11 @@ HRESULT InPlaceActivation::ActivateUi(IOleClientSite* site) {
   if (IsUiActive()) return S_OK;
   const HRESULT result = Activate(site);
   if (FAILED(result)) return result;
-  const ComPtr<IOleInPlaceSite> asked = place;
+  const ComPtr<IOleInPlaceSite> asked = inPlaceSite;
   if (asked == nullptr) return E_FAIL;
   const HRESULT allowed = asked->OnUIActivate();
   if (FAILED(allowed)) return allowed;
-  if (!IsActive()) return E_FAIL;  // the container changed its mind meanwhile
+  if (!IsActive()) return E_FAIL;  // the container deactivated the control meanwhile
   state = State::UiActive;
   ComPtr<IOleInPlaceActiveObject> active;
   core.Life().Unknown().QueryInterface(IID_PPV_ARGS(&active));
@@ -109,7 +109,7 @@ HRESULT InPlaceActivation::ActivateUi(IOleClientSite* site) {
   const ComPtr<IOleInPlaceUIWindow> activeDocument = document;
   if (activeFrame != nullptr) {
     activeFrame->SetActiveObject(active.Get(), nullptr);
-    activeFrame->SetBorderSpace(nullptr);  // no tool space of the container is wanted
+    activeFrame->SetBorderSpace(nullptr);  // the control needs no border space
   }
   if (activeDocument != nullptr) {
     activeDocument->SetActiveObject(active.Get(), nullptr);
@@ -121,15 +121,15 @@ HRESULT InPlaceActivation::ActivateUi(IOleClientSite* site) {
   return S_OK;
 }
 
-// The container keeps track of the control that has the keyboard, for its default button and its own events.
+// Containers track which control has the focus, for their default button and their own focus events.
 void InPlaceActivation::TellFocus(BOOL hasFocus) {
   if (const auto site = core.Site().As<IOleControlSite>()) site->OnFocus(hasFocus);
 }
 
 DWORD InPlaceActivation::EatenKeys() const {
-  if (pane == nullptr) return 0;
-  return (pane->WantsKey(VK_RETURN) ? DWORD{CTRLINFO_EATS_RETURN} : 0) |
-         (pane->WantsKey(VK_ESCAPE) ? DWORD{CTRLINFO_EATS_ESCAPE} : 0);
+  if (content == nullptr) return 0;
+  return (content->WantsKey(VK_RETURN) ? DWORD{CTRLINFO_EATS_RETURN} : 0) |
+         (content->WantsKey(VK_ESCAPE) ? DWORD{CTRLINFO_EATS_ESCAPE} : 0);
 }
 
 void InPlaceActivation::TellEatenKeys() {
@@ -141,14 +141,14 @@ void InPlaceActivation::TellEatenKeys() {
 
 HRESULT InPlaceActivation::Hide() {
   DeactivateUi();
-  if (pane != nullptr) pane->Show(false);
+  if (content != nullptr) content->Show(false);
   return S_OK;
 }
 
 HRESULT InPlaceActivation::DeactivateUi() {
   if (!IsUiActive()) return S_OK;
   state = State::Active;
-  const ComPtr<IOleInPlaceSite> asked = place;
+  const ComPtr<IOleInPlaceSite> asked = inPlaceSite;
   TellFocus(FALSE);
   const ComPtr<IOleInPlaceFrame> activeFrame = frame;
   const ComPtr<IOleInPlaceUIWindow> activeDocument = document;
@@ -161,11 +161,11 @@ HRESULT InPlaceActivation::DeactivateUi() {
 HRESULT InPlaceActivation::Deactivate() {
   if (!IsActive()) return S_OK;
   DeactivateUi();
-  if (!IsActive()) return S_OK;  // done by the container meanwhile
+  if (!IsActive()) return S_OK;  // the container did it meanwhile
   state = State::Inactive;
-  ClosePane();
-  const ComPtr<IOleInPlaceSite> asked = place;
-  ReleasePlaces();
+  CloseContent();
+  const ComPtr<IOleInPlaceSite> asked = inPlaceSite;
+  ReleaseSites();
   if (asked != nullptr) asked->OnInPlaceDeactivate();
   TellEatenKeys();
   return S_OK;
@@ -173,19 +173,19 @@ HRESULT InPlaceActivation::Deactivate() {
 
 void InPlaceActivation::Abandon() {
   state = State::Inactive;
-  ClosePane();
-  ReleasePlaces();
+  CloseContent();
+  ReleaseSites();
 }
 
-void InPlaceActivation::ClosePane() {
-  if (pane == nullptr) return;
-  if (Window() != nullptr) RemoveWindowSubclass(Window(), &PaneProcedure, SubclassId);
-  pane->Close();
-  pane.reset();
+void InPlaceActivation::CloseContent() {
+  if (content == nullptr) return;
+  if (Window() != nullptr) RemoveWindowSubclass(Window(), &ContentProcedure, SubclassId);
+  content->Close();
+  content.reset();
 }
 
-void InPlaceActivation::ReleasePlaces() {
-  place.Reset();
+void InPlaceActivation::ReleaseSites() {
+  inPlaceSite.Reset();
   frame.Reset();
   document.Reset();
 }
@@ -193,11 +193,11 @@ void InPlaceActivation::ReleasePlaces() {
 void InPlaceActivation::FollowUiDead() {
   if (Window() == nullptr) return;
   const bool isDead = core.Site().AmbientBoolean(DISPID_AMBIENT_UIDEAD).value_or(false);
-  if (pane != nullptr) pane->AllowInput(!isDead);
+  if (content != nullptr) content->AllowInput(!isDead);
 }
 
 HRESULT InPlaceActivation::SetRects(const RECT& position, const RECT& clip) {
-  if (Window() == nullptr) return E_UNEXPECTED;  // none yet, or the container destroyed its own with it
+  if (Window() == nullptr) return E_UNEXPECTED;  // not created yet, or destroyed with the container's window
   RECT visible = {};
   IntersectRect(&visible, &position, &clip);
   HRGN region = nullptr;
@@ -206,19 +206,19 @@ HRESULT InPlaceActivation::SetRects(const RECT& position, const RECT& clip) {
     region = CreateRectRgnIndirect(&visible);
   }
   SetWindowRgn(Window(), region, TRUE);  // the system owns the region now
-  pane->Resize(position);
+  content->Resize(position);
   ShowAt(SizeOf(position));
   return S_OK;
 }
 
-// The container may have moved its window to a screen with another scale.
+// The container may have moved its window to a screen with another DPI.
 void InPlaceActivation::ShowAt(SIZE size) {
   const Scale scale = windows::ScaleOf(GetParent(Window()));
-  pane->Rescale(scale);
+  content->Rescale(scale);
   core.SetWindowSize(size, scale);
 }
 
-InPlaceActivation::Modal::Modal(const InPlaceActivation& place) : frame(place.frame) {
+InPlaceActivation::Modal::Modal(const InPlaceActivation& activation) : frame(activation.frame) {
   if (frame != nullptr) frame->EnableModeless(FALSE);
 }
 

@@ -13,9 +13,9 @@ namespace kw::activex {
 
 class EditorCore;
 
-// The control's state in its container's window: without a window, in place active, or user-interface active.
+// The control's in-place state: inactive (without a window), in-place active, or UI active.
 //
-// A container may take the states down in any order, destroy its own window first, or forget to take them down.
+// A container may leave the states in any order, destroy its own window first, or never deactivate the control.
 class InPlaceActivation {
 public:
   explicit InPlaceActivation(EditorCore& owner) : core(owner) {}
@@ -25,31 +25,31 @@ public:
 
   bool IsActive() const { return state != State::Inactive; }
   bool IsUiActive() const { return state == State::UiActive; }
-  // Null without a window.
+  // Null if there is no window.
   HWND Window() const;
-  windows::EditorWindow* Pane() const { return pane.get(); }
-  // Whether the control, and not the container's default or cancel button, has Enter and Escape, as CTRLINFO says it.
+  windows::EditorWindow* Content() const { return content.get(); }
+  // The keys that the control wants before the container's default and cancel buttons: CTRLINFO_EATS_* flags.
   DWORD EatenKeys() const;
 
-  // Gets the window, or shows it again. E_FAIL when the site refuses or there is none.
+  // Creates the window, or shows it again. E_FAIL if there is no site or it refuses.
   HRESULT Activate(IOleClientSite* site);
-  // Takes the focus and the container's menu and tool space too.
+  // Also takes the focus and becomes the container's active object.
   HRESULT ActivateUi(IOleClientSite* site);
   HRESULT Hide();
   HRESULT DeactivateUi();
   HRESULT Deactivate();
-  // The window goes and nobody is told: the control is being destroyed.
+  // Destroys the window without a call to the container: the control is being destroyed.
   void Abandon();
 
-  // The container may ask its controls to ignore the user for a while.
+  // Reads the ambient UIDead property: if it is set, the control ignores the user's input.
   void FollowUiDead();
 
   HRESULT SetRects(const RECT& position, const RECT& clip);
 
-  // While one of these lives the container's modeless windows are disabled, for a dialog of the control.
+  // Disables the container's modeless windows during its life, for a dialog of the control.
   class Modal {
   public:
-    explicit Modal(const InPlaceActivation& place);
+    explicit Modal(const InPlaceActivation& activation);
     Modal(const Modal&) = delete;
     Modal& operator=(const Modal&) = delete;
     ~Modal();
@@ -61,21 +61,21 @@ public:
 private:
   enum class State : unsigned char { Inactive, Active, UiActive };
 
-  static LRESULT CALLBACK PaneProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
-                                        DWORD_PTR self);
-  HRESULT MakePane();
-  void ClosePane();
+  static LRESULT CALLBACK ContentProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                           DWORD_PTR self);
+  HRESULT MakeContent();
+  void CloseContent();
   void ShowAt(SIZE size);
   void TellFocus(BOOL hasFocus);
-  void ReleasePlaces();
-  // Tells the container when the answer of EatenKeys is another one than it was told last.
+  void ReleaseSites();
+  // Tells the container if EatenKeys has changed since it was told last.
   void TellEatenKeys();
 
   EditorCore& core;
   State state = State::Inactive;
   DWORD toldKeys = 0;
-  std::unique_ptr<windows::EditorWindow> pane;
-  Microsoft::WRL::ComPtr<IOleInPlaceSite> place;
+  std::unique_ptr<windows::EditorWindow> content;
+  Microsoft::WRL::ComPtr<IOleInPlaceSite> inPlaceSite;
   Microsoft::WRL::ComPtr<IOleInPlaceFrame> frame;
   Microsoft::WRL::ComPtr<IOleInPlaceUIWindow> document;
 };

@@ -2,14 +2,14 @@
 
 #include <ocidl.h>
 
-#include "activex/Edge.h"
+#include "activex/ComBoundary.h"
 
 namespace kw::activex {
 namespace {
 
 DWORD KeyModifiers() {
   const auto held = [](int key, DWORD bit) { return GetKeyState(key) < 0 ? bit : 0; };
-  // The bits of IOleControlSite::TranslateAccelerator: Shift 1, Ctrl 2, Alt 4.
+  // The modifier bits of IOleControlSite::TranslateAccelerator: Shift 1, Ctrl 2, Alt 4.
   return held(VK_SHIFT, 1) | held(VK_CONTROL, 2) | held(VK_MENU, 4);
 }
 
@@ -24,15 +24,15 @@ STDMETHODIMP InPlaceObject::GetWindow(HWND* window) {
 STDMETHODIMP InPlaceObject::ContextSensitiveHelp(BOOL /*enter*/) { return E_NOTIMPL; }
 
 STDMETHODIMP InPlaceObject::InPlaceDeactivate() {
-  return AtEdge(core.Life(), [&] { return core.Activation().Deactivate(); });
+  return AtComBoundary(core.Life(), [&] { return core.Activation().Deactivate(); });
 }
 
 STDMETHODIMP InPlaceObject::UIDeactivate() {
-  return AtEdge(core.Life(), [&] { return core.Activation().DeactivateUi(); });
+  return AtComBoundary(core.Life(), [&] { return core.Activation().DeactivateUi(); });
 }
 
 STDMETHODIMP InPlaceObject::SetObjectRects(LPCRECT position, LPCRECT clip) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (position == nullptr || clip == nullptr) return E_POINTER;
     return core.Activation().SetRects(*position, *clip);
   });
@@ -41,10 +41,10 @@ STDMETHODIMP InPlaceObject::SetObjectRects(LPCRECT position, LPCRECT clip) {
 STDMETHODIMP InPlaceObject::ReactivateAndUndo() { return INPLACE_E_NOTUNDOABLE; }
 
 STDMETHODIMP InPlaceObject::TranslateAccelerator(LPMSG message) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (message == nullptr) return E_POINTER;
-    windows::EditorWindow* const pane = core.Activation().Pane();
-    if (pane != nullptr && pane->TranslateAccelerator(*message)) return S_OK;
+    windows::EditorWindow* const content = core.Activation().Content();
+    if (content != nullptr && content->TranslateAccelerator(*message)) return S_OK;
     const auto site = core.Site().As<IOleControlSite>();
     return site == nullptr ? S_FALSE : site->TranslateAccelerator(message, KeyModifiers());
   });
@@ -53,7 +53,7 @@ STDMETHODIMP InPlaceObject::TranslateAccelerator(LPMSG message) {
 STDMETHODIMP InPlaceObject::OnFrameWindowActivate(BOOL /*activate*/) { return S_OK; }
 STDMETHODIMP InPlaceObject::OnDocWindowActivate(BOOL /*activate*/) { return S_OK; }
 
-// The control takes no space of its container's borders.
+// The control has no border tools, so there is nothing to resize.
 STDMETHODIMP InPlaceObject::ResizeBorder(LPCRECT /*border*/, IOleInPlaceUIWindow* /*window*/, BOOL /*frame*/) {
   return S_OK;
 }

@@ -8,7 +8,7 @@
 
 namespace kw::activex {
 
-// The control in its container's window: placing and taking down, keys, frame activation.
+// The control in its container's window: position, deactivation, keys, frame activation.
 class InPlaceObject : public IOleInPlaceObject, public IOleInPlaceActiveObject {
 public:
   STDMETHODIMP GetWindow(HWND* window) override;

@@ -24,7 +24,7 @@ Lifetime::~Lifetime() {
   if (postbox != nullptr) DestroyWindow(postbox);
 }
 
-// Besides the one reference that asks.
+// One of the references is the caller's own.
 bool Lifetime::IsHeldByOthers() const {
   if (!isCountOwn) return false;
   unknown->AddRef();
@@ -37,19 +37,19 @@ void Lifetime::ReleaseOwed() {
   for (ULONG left = std::exchange(owed, 0); left > 0; --left) held.Release();
 }
 
-// One message is enough for all, however many come before it is handled.
+// One message serves all releases that come before it is handled.
 void Lifetime::ReleaseLater() {
   ++owed;
   if (isPosted) return;
   if (postbox == nullptr) {
-    // A class that Windows has: one of our own would outlive the library that holds its procedure.
+    // A system class: a class of our own would outlive the library that holds its procedure.
     postbox = CreateWindowExW(0, L"Static", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
-    // The reference stays then: a control that is never freed is better than one freed too early.
+    // Without a window the reference stays: a leak is better than a control that is freed too early.
     if (postbox == nullptr) return;
     SetWindowLongPtrW(postbox, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     SetWindowLongPtrW(postbox, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&PostboxProcedure));
   }
-  // A full queue takes no message; a timer needs no room in it.
+  // If the queue is full, use a timer, which takes no space in it.
   isPosted = PostMessageW(postbox, ReleaseMessage, 0, 0) != FALSE ||
              SetTimer(postbox, ReleaseTimer, USER_TIMER_MINIMUM, nullptr) != 0;
 }
@@ -61,14 +61,14 @@ Lifetime::Entry::Entry(Lifetime& entered) : life(entered) {
 
 Lifetime::Entry::~Entry() {
   --life.entries;
-  life.unknown->Release();  // the last thing that touches the control
+  life.unknown->Release();  // nothing may touch the control after this
 }
 
 Lifetime::Outgoing::Outgoing(Lifetime& calling) : life(calling) { life.unknown->AddRef(); }
 
 Lifetime::Outgoing::~Outgoing() {
   if (life.entries > 0 || life.IsHeldByOthers()) {
-    life.unknown->Release();  // an incoming call still holds its own, or the host does
+    life.unknown->Release();  // an incoming call or the host holds another reference
   } else {
     life.ReleaseLater();
   }

@@ -6,28 +6,28 @@
 
 namespace kw::activex {
 
-// What keeps one control alive while its code is on the stack.
+// Keeps a control alive while its code is on the stack.
 //
-// A host may let go of the control inside an event or while a message box is up. The editor's
-// procedure that raised the event has then not ended, so the control must outlive it: a call that came in through COM
-// holds a reference to its end, and a call out to the host holds one. If that is the last one and no incoming call is
-// under way, it is dropped at the message loop.
+// A host may release the control during an event or a message box. The editor's procedure that raised the event has not
+// returned then, so the control must outlive it. Therefore an incoming COM call holds a reference until it returns, and
+// so does an outgoing call to the host. If an outgoing call holds the last reference and no incoming call is running,
+// the message loop releases it later.
 class Lifetime {
 public:
-  // `controlling` is the aggregate's unknown, or the control's own.
+  // `controlling` is the aggregate's unknown, or the control's own if it is not aggregated.
   explicit Lifetime(IUnknown& controlling) : unknown(&controlling) {}
   Lifetime(const Lifetime&) = delete;
   Lifetime& operator=(const Lifetime&) = delete;
   ~Lifetime();
 
   IUnknown& Unknown() const { return *unknown; }
-  // The references count with the control itself and not with an aggregate, which may answer what it likes when asked
-  // how many there are.
+  // From now on the reference count is the control's own. Before, it may be an aggregate's, whose AddRef and Release
+  // may return any number.
   void CountIsOwn() { isCountOwn = true; }
-  // From now on the references count with `own` only: the control is being destroyed.
+  // From now on only `own` counts references: the control is being destroyed.
   void Detach(IUnknown& own) { unknown = &own; }
 
-  // A call came in through COM.
+  // An incoming COM call: holds a reference during its life.
   class Entry {
   public:
     explicit Entry(Lifetime& entered);
@@ -39,7 +39,7 @@ public:
     Lifetime& life;
   };
 
-  // The control calls its host, which may do anything before it returns.
+  // An outgoing call to the host, which may do anything before it returns: holds a reference during its life.
   class Outgoing {
   public:
     explicit Outgoing(Lifetime& calling);
@@ -61,8 +61,8 @@ private:
   bool isCountOwn = false;
   int entries = 0;
   HWND postbox = nullptr;
-  ULONG owed = 0;         // references that are dropped at the message loop
-  bool isPosted = false;  // the message that drops them is on its way
+  ULONG owed = 0;         // references for the message loop to release
+  bool isPosted = false;  // the message that releases them is posted
 };
 
 }  // namespace kw::activex

@@ -6,12 +6,12 @@
 
 namespace kw::activex {
 
-// How the control behaves in a container, in its answer to GetMiscStatus and in the registry alike.
-inline constexpr DWORD MiscStatus = OLEMISC_RECOMPOSEONRESIZE  // it lays itself out anew, it is not stretched
+// The control's OLEMISC flags, both for GetMiscStatus and for the registry.
+inline constexpr DWORD MiscStatus = OLEMISC_RECOMPOSEONRESIZE  // it lays itself out anew instead of being stretched
                                     | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT | OLEMISC_ACTIVATEWHENVISIBLE |
                                     OLEMISC_SETCLIENTSITEFIRST;
 
-// The name of the control for people.
+// The control's display name.
 inline constexpr wchar_t UserTypeName[] = L"Kw image annotation editor";
 
 }  // namespace kw::activex

@@ -9,18 +9,18 @@
 
 namespace kw::activex::Module {
 
-// The library that holds this code.
+// The DLL that holds this code.
 HINSTANCE Instance();
 void SetInstance(HINSTANCE instance);
-// Its full path, however long it is.
+// The DLL's full path, of any length.
 std::wstring Path();
 
-// Objects and locks that keep the library in memory.
+// Lock counts an object or a server lock that keeps the DLL loaded; Unlock takes it back.
 void Lock();
 void Unlock();
 bool IsUnused();
 
-// The embedded type library, and the description of one interface or class in it. They need no registration.
+// The embedded type library, and the type information of one interface or class in it. Neither needs registration.
 HRESULT LoadLibraryOfTypes(ITypeLib** library);
 HRESULT LoadTypeInfo(REFGUID guid, ITypeInfo** info);
 

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "activex/Edge.h"
+#include "activex/ComBoundary.h"
 #include "activex/KwEditor.h"
 #include "activex/MiscStatus.h"
 #include "activex/Verbs.h"
@@ -13,9 +13,9 @@
 namespace kw::activex {
 
 STDMETHODIMP OleObject::SetClientSite(IOleClientSite* site) {
-  return AtEdge(core.Life(), [&] {
-    // A container that changes the site without deactivating first has the window taken down while the former site
-    // is still there to be told.
+  return AtComBoundary(core.Life(), [&] {
+    // If the container changes the site without deactivating first, the control deactivates while the old site is still
+    // there to be told.
     if (site != core.Site().Get()) core.Activation().Deactivate();
     core.Site().Set(site);
     return S_OK;
@@ -23,7 +23,7 @@ STDMETHODIMP OleObject::SetClientSite(IOleClientSite* site) {
 }
 
 STDMETHODIMP OleObject::GetClientSite(IOleClientSite** site) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (site == nullptr) return E_POINTER;
     *site = core.Site().Get();
     if (*site != nullptr) (*site)->AddRef();
@@ -31,11 +31,11 @@ STDMETHODIMP OleObject::GetClientSite(IOleClientSite** site) {
   });
 }
 
-// The control shows neither name.
+// The control does not show the names.
 STDMETHODIMP OleObject::SetHostNames(LPCOLESTR /*application*/, LPCOLESTR /*document*/) { return S_OK; }
 
 STDMETHODIMP OleObject::Close(DWORD saveOption) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     const auto site = core.Site().As<IOleClientSite>();
     if (saveOption != OLECLOSE_NOSAVE && core.IsDirty() && site != nullptr) site->SaveObject();
     core.Activation().Deactivate();
@@ -47,7 +47,7 @@ STDMETHODIMP OleObject::Close(DWORD saveOption) {
 STDMETHODIMP OleObject::SetMoniker(DWORD /*which*/, IMoniker* /*moniker*/) { return E_NOTIMPL; }
 
 STDMETHODIMP OleObject::GetMoniker(DWORD assign, DWORD which, IMoniker** moniker) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (moniker == nullptr) return E_POINTER;
     *moniker = nullptr;
     const auto site = core.Site().As<IOleClientSite>();
@@ -65,7 +65,7 @@ STDMETHODIMP OleObject::GetClipboardData(DWORD /*reserved*/, IDataObject** data)
 
 STDMETHODIMP OleObject::DoVerb(LONG verb, LPMSG /*message*/, IOleClientSite* site, LONG /*index*/, HWND /*parent*/,
                                LPCRECT /*position*/) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     InPlaceActivation& activation = core.Activation();
     switch (verb) {
       case OLEIVERB_PRIMARY:
@@ -77,16 +77,16 @@ STDMETHODIMP OleObject::DoVerb(LONG verb, LPMSG /*message*/, IOleClientSite* sit
       case OLEIVERB_HIDE:
         return activation.Hide();
       case OLEIVERB_DISCARDUNDOSTATE:
-        return S_OK;  // the object keeps none for its container
+        return S_OK;  // the control keeps no data for its container
       default:
-        // Also OLEIVERB_OPEN: the control has no window of its own to open in.
+        // OLEIVERB_OPEN too: the control has no window of its own to open in.
         return verb < 0 ? E_NOTIMPL : RunVerb(core, verb);
     }
   });
 }
 
 STDMETHODIMP OleObject::EnumVerbs(IEnumOLEVERB** enumerator) {
-  return AtEdge(core.Life(), [&] { return enumerator == nullptr ? E_POINTER : EnumerateVerbs(enumerator); });
+  return AtComBoundary(core.Life(), [&] { return enumerator == nullptr ? E_POINTER : EnumerateVerbs(enumerator); });
 }
 
 STDMETHODIMP OleObject::Update() { return S_OK; }
@@ -107,7 +107,7 @@ STDMETHODIMP OleObject::GetUserType(DWORD /*form*/, LPOLESTR* type) {
 }
 
 STDMETHODIMP OleObject::SetExtent(DWORD aspect, SIZEL* size) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (size == nullptr) return E_POINTER;
     if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
     if (size->cx < 0 || size->cy < 0) return E_INVALIDARG;
@@ -124,7 +124,7 @@ STDMETHODIMP OleObject::GetExtent(DWORD aspect, SIZEL* size) {
 }
 
 STDMETHODIMP OleObject::Advise(IAdviseSink* sink, DWORD* connection) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (connection == nullptr) return E_POINTER;
     *connection = 0;
     if (sink == nullptr) return E_POINTER;
@@ -134,14 +134,14 @@ STDMETHODIMP OleObject::Advise(IAdviseSink* sink, DWORD* connection) {
 }
 
 STDMETHODIMP OleObject::Unadvise(DWORD connection) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     IOleAdviseHolder* const advises = core.Advises();
     return advises == nullptr ? E_OUTOFMEMORY : advises->Unadvise(connection);
   });
 }
 
 STDMETHODIMP OleObject::EnumAdvise(IEnumSTATDATA** enumerator) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (enumerator == nullptr) return E_POINTER;
     *enumerator = nullptr;
     IOleAdviseHolder* const advises = core.Advises();
@@ -158,10 +158,10 @@ STDMETHODIMP OleObject::GetMiscStatus(DWORD aspect, DWORD* status) {
 STDMETHODIMP OleObject::SetColorScheme(LOGPALETTE* /*palette*/) { return E_NOTIMPL; }
 
 STDMETHODIMP OleObject::GetControlInfo(CONTROLINFO* info) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (info == nullptr) return E_POINTER;
     if (info->cb < sizeof(CONTROLINFO)) return E_INVALIDARG;
-    *info = {sizeof(CONTROLINFO), nullptr, 0, core.Activation().EatenKeys()};  // and no mnemonics
+    *info = {sizeof(CONTROLINFO), nullptr, 0, core.Activation().EatenKeys()};  // no mnemonics
     return S_OK;
   });
 }
@@ -169,14 +169,14 @@ STDMETHODIMP OleObject::GetControlInfo(CONTROLINFO* info) {
 STDMETHODIMP OleObject::OnMnemonic(MSG* /*message*/) { return S_OK; }
 
 STDMETHODIMP OleObject::OnAmbientPropertyChange(DISPID property) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (property == DISPID_AMBIENT_UIDEAD || property == DISPID_UNKNOWN) core.Activation().FollowUiDead();
     return S_OK;
   });
 }
 
 STDMETHODIMP OleObject::FreezeEvents(BOOL freeze) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (freeze != 0) {
       core.Events().Freeze();
     } else {

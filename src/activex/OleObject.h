@@ -9,7 +9,7 @@
 
 namespace kw::activex {
 
-// The control as an embedded object of its container, and as a control.
+// The control as an embedded object (IOleObject) and as a control (IOleControl).
 class OleObject : public IOleObject, public IOleControl {
 public:
   STDMETHODIMP SetClientSite(IOleClientSite* site) override;

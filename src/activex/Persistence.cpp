@@ -1,6 +1,6 @@
 #include "activex/Persistence.h"
 
-#include "activex/Edge.h"
+#include "activex/ComBoundary.h"
 #include "activex/HostBag.h"
 #include "activex/KwEditor.h"
 #include "activex/StreamBag.h"
@@ -10,7 +10,7 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// The stream in a storage that holds the properties.
+// The storage's stream that holds the properties.
 constexpr wchar_t StreamName[] = L"Contents";
 
 }  // namespace
@@ -41,20 +41,20 @@ STDMETHODIMP Persistence::GetClassID(CLSID* classId) {
 
 STDMETHODIMP Persistence::IsDirty() { return core.IsDirty() ? S_OK : S_FALSE; }
 
-// A new control has what its design and its start-up gave it.
+// A new control keeps the properties of its start-up.
 STDMETHODIMP Persistence::InitNew() {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     core.SetDirty(false);
     return S_OK;
   });
 }
 
 STDMETHODIMP Persistence::Load(IStream* stream) {
-  return AtEdge(core.Life(), [&] { return stream == nullptr ? E_POINTER : LoadStream(*stream); });
+  return AtComBoundary(core.Life(), [&] { return stream == nullptr ? E_POINTER : LoadStream(*stream); });
 }
 
 STDMETHODIMP Persistence::Save(IStream* stream, BOOL clearDirty) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (stream == nullptr) return E_POINTER;
     const HRESULT result = SaveStream(*stream);
     if (SUCCEEDED(result) && clearDirty != 0) core.SetDirty(false);
@@ -63,7 +63,7 @@ STDMETHODIMP Persistence::Save(IStream* stream, BOOL clearDirty) {
 }
 
 STDMETHODIMP Persistence::GetSizeMax(ULARGE_INTEGER* size) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (size == nullptr) return E_POINTER;
     StreamBag bag;
     core.Editor().UserControl_WriteProperties(bag);
@@ -73,7 +73,7 @@ STDMETHODIMP Persistence::GetSizeMax(ULARGE_INTEGER* size) {
 }
 
 STDMETHODIMP Persistence::InitNew(IStorage* storage) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (storage == nullptr) return E_POINTER;
     if (storageState != StorageState::None) return CO_E_ALREADYINITIALIZED;
     const HRESULT result = InitNew();
@@ -83,7 +83,7 @@ STDMETHODIMP Persistence::InitNew(IStorage* storage) {
 }
 
 STDMETHODIMP Persistence::Load(IStorage* storage) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (storage == nullptr) return E_POINTER;
     if (storageState != StorageState::None) return CO_E_ALREADYINITIALIZED;
     ComPtr<IStream> stream;
@@ -95,9 +95,9 @@ STDMETHODIMP Persistence::Load(IStorage* storage) {
 }
 
 STDMETHODIMP Persistence::Save(IStorage* storage, BOOL /*sameAsLoad*/) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (storage == nullptr) return E_POINTER;
-    // No storage is held between calls, so one that never was loaded from may be saved to as well.
+    // No storage is held between calls, so the control can be saved to any storage.
     if (storageState == StorageState::NoScribble || storageState == StorageState::HandsOff) return E_UNEXPECTED;
     ComPtr<IStream> stream;
     HRESULT result = storage->CreateStream(StreamName, STGM_CREATE | STGM_WRITE | STGM_SHARE_EXCLUSIVE, 0, 0, &stream);
@@ -108,7 +108,7 @@ STDMETHODIMP Persistence::Save(IStorage* storage, BOOL /*sameAsLoad*/) {
 }
 
 STDMETHODIMP Persistence::SaveCompleted(IStorage* storage) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (storageState == StorageState::HandsOff && storage == nullptr) return E_INVALIDARG;
     if (storageState != StorageState::NoScribble && storageState != StorageState::HandsOff) return E_UNEXPECTED;
     storageState = StorageState::Scribble;
@@ -125,7 +125,7 @@ STDMETHODIMP Persistence::HandsOffStorage() {
 }
 
 STDMETHODIMP Persistence::Load(IPropertyBag* bag, IErrorLog* errors) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (bag == nullptr) return E_POINTER;
     HostBag hostBag(*bag, errors);
     Read(hostBag);
@@ -134,7 +134,7 @@ STDMETHODIMP Persistence::Load(IPropertyBag* bag, IErrorLog* errors) {
 }
 
 STDMETHODIMP Persistence::Save(IPropertyBag* bag, BOOL clearDirty, BOOL saveAll) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (bag == nullptr) return E_POINTER;
     HostBag hostBag(*bag, saveAll != 0);
     core.Editor().UserControl_WriteProperties(hostBag);

@@ -9,8 +9,8 @@
 
 namespace kw::activex {
 
-// How a container keeps the persisted properties: in a stream, in a storage or in a bag. All three hold the same
-// properties, which the control itself reads and writes.
+// How a container persists the control: in a stream, a storage or a property bag. All three hold the same properties,
+// which the control itself reads and writes.
 class Persistence : public IPersistStreamInit, public IPersistStorage, public IPersistPropertyBag {
 public:
   STDMETHODIMP GetClassID(CLSID* classId) override;
@@ -35,7 +35,7 @@ protected:
   ~Persistence() = default;
 
 private:
-  // What the container allows between its calls when it keeps the control in a storage.
+  // What the container allows the control to do with its storage between calls.
   enum class StorageState : unsigned char { None, Scribble, NoScribble, HandsOff };
 
   void Read(PropertyBag& bag);

@@ -37,7 +37,7 @@ std::wstring ClassKey() { return L"CLSID\\" + ToText(CLSID_KwEditorLayers); }
 
 struct RegistryRow {
   std::wstring key;
-  const wchar_t* name;  // null for the key's default value
+  const wchar_t* name;  // null: the key's default value
   std::wstring value;
 };
 

@@ -4,11 +4,11 @@
 
 namespace kw::activex {
 
-// Enters the control, its names and its type library into the registry. On failure nothing is left behind.
-// E_ACCESSDENIED where the caller may not write there.
+// Registers the control and its type library. On failure it leaves nothing behind. E_ACCESSDENIED if the caller may not
+// write to the registry.
 HRESULT Register();
 
-// Removes all that Register writes; what is not there any more is no error.
+// Removes everything that Register writes; a missing key is no error.
 HRESULT Unregister();
 
 }  // namespace kw::activex

@@ -11,7 +11,7 @@ namespace {
 
 constexpr char Magic[4] = {'K', 'w', 'E', 'P'};
 constexpr std::uint16_t Version = 1;
-// A path is at most 32767 UTF-16 units; a longer text is no property of ours.
+// The longest text is a path of 32767 UTF-16 units; longer data is no property of ours.
 constexpr std::uint32_t LongestText = 4 * 32767;
 
 enum class Type : unsigned char { Boolean = 1, Integer = 2, Text = 3 };
@@ -23,7 +23,7 @@ void Put(std::string& bytes, Number number) {
   }
 }
 
-// Reads from a stream; after the first failure everything else fails too.
+// Reads from a stream. After the first failure every further read fails, too.
 class Reader {
 public:
   explicit Reader(IStream& source) : stream(source) {}
@@ -145,7 +145,7 @@ std::string StreamBag::ReadText(const std::string& key, const std::string& defau
   return Read(key, defaultValue);
 }
 
-// A stream holds every property, those at their default too, so that it stays valid when a default changes.
+// A stream holds every property, even with its default value, so that it stays valid if a default changes.
 void StreamBag::WriteBoolean(const std::string& key, bool value, bool /*defaultValue*/) {
   entries.emplace_back(key, value);
 }

@@ -16,17 +16,16 @@ namespace kw::activex {
 
 // Persisted properties in a stream.
 //
-// All numbers are little-endian. A header: "KwEP", the 16-bit version of the form (1), the 16-bit count of entries.
-// Each entry: the 16-bit length of the key and the key, a byte for the type (1 Boolean, 2 integer, 3 text), and the
-// value: a byte, 16 bits, or a 32-bit length and a text. Keys and texts are UTF-8. The order of the entries does not
-// matter.
+// The format, all numbers little-endian: a header of "KwEP", the 16-bit format version (1) and the 16-bit number of
+// entries. Each entry is the key's 16-bit length and the key, a type byte (1 Boolean, 2 integer, 3 text), and the
+// value: one byte, 16 bits, or a 32-bit length and the text. Keys and texts are UTF-8. Entries may come in any order.
 class StreamBag final : public PropertyBag {
 public:
-  // Reads all of the stream's entries. On any failure the bag stays as it was: STG_E_INVALIDHEADER for another form,
-  // STG_E_OLDDLL for a later version, E_FAIL for entries cut short or of an unknown type.
+  // Reads all entries of the stream. On failure the bag stays unchanged: STG_E_INVALIDHEADER for another format,
+  // STG_E_OLDDLL for a later version, E_FAIL for truncated entries or an unknown type.
   HRESULT Load(IStream& stream);
   HRESULT Save(IStream& stream) const;
-  // The size that Save writes.
+  // The number of bytes that Save writes.
   std::uint64_t Size() const;
 
   bool ReadBoolean(const std::string& key, bool defaultValue) override;
@@ -39,7 +38,7 @@ public:
 private:
   using Value = std::variant<bool, std::int16_t, std::string>;
 
-  // Raises TypeMismatch where the value under `key` is of another type.
+  // Raises TypeMismatch if the key's value has another type.
   template <class Wanted>
   Wanted Read(const std::string& key, Wanted defaultValue) const;
   std::string Encode() const;

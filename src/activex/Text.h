@@ -9,10 +9,10 @@
 namespace kw::activex {
 
 std::string FromWide(const wchar_t* text, std::size_t length);
-// A null pointer is an empty text.
+// A null pointer counts as an empty text.
 std::string FromBstr(BSTR text);
 
-// An owned BSTR. Where there is no memory for it, it is null.
+// An owned BSTR; null if memory ran out.
 class Bstr {
 public:
   Bstr() = default;
@@ -22,9 +22,9 @@ public:
   ~Bstr() { SysFreeString(value); }
 
   BSTR Get() const { return value; }
-  // For a callee that may replace the text, as a by-reference argument of an event.
+  // For a callee that may replace the text: a by-reference argument of an event.
   BSTR* Address() { return &value; }
-  // Hands the ownership over.
+  // Passes the ownership to the caller.
   BSTR Detach() noexcept {
     const BSTR detached = value;
     value = nullptr;

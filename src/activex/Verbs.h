@@ -11,24 +11,24 @@
 
 namespace kw::activex {
 
-// A command of the editor that a container runs by its number and may offer in a menu.
+// An OLE verb: a command of the editor that a container runs by number and may offer in a menu.
 struct Verb {
   LONG number;
   std::wstring menuText;
 
-  // As the registry tells of it: menu text, flags of the menu entry, attributes.
+  // The verb's registry value: menu text, menu flags, attributes.
   std::wstring RegistryText() const;
 };
 
-// In the order of their numbers.
+// All verbs, by rising number.
 std::vector<Verb> Verbs();
 
-// For an enumerator. False without memory.
+// Copies a verb for an enumerator's caller. False if memory runs out.
 bool HandOut(const Verb& verb, OLEVERB& given);
 HRESULT EnumerateVerbs(IEnumOLEVERB** enumerator);
 
-// Runs the command of that number, with a window or without. OLEOBJ_S_INVALIDVERB where there is none,
-// OLEOBJ_S_CANNOT_DOVERB_NOW where the editor is not free for it.
+// Runs a verb's command, with or without a window. OLEOBJ_S_INVALIDVERB if there is no such verb,
+// OLEOBJ_S_CANNOT_DOVERB_NOW if the editor is busy.
 HRESULT RunVerb(EditorCore& core, LONG number);
 
 }  // namespace kw::activex

@@ -1,20 +1,21 @@
 #include "activex/ViewObject.h"
 
-#include "activex/Edge.h"
+#include "activex/ComBoundary.h"
 
 namespace kw::activex {
 
 STDMETHODIMP ViewObject::Draw(DWORD aspect, LONG /*index*/, void* /*aspectInfo*/, DVTARGETDEVICE* /*targetDevice*/,
                               HDC /*targetContext*/, HDC drawContext, LPCRECTL bounds, LPCRECTL /*windowBounds*/,
                               BOOL(STDMETHODCALLTYPE* /*proceed*/)(ULONG_PTR), ULONG_PTR /*cookie*/) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
     if (drawContext == nullptr) return E_INVALIDARG;
     RECT target = {};
     if (bounds != nullptr) {
       target = {bounds->left, bounds->top, bounds->right, bounds->bottom};
     } else if (core.Activation().IsActive()) {
-      GetClientRect(core.Activation().Window(), &target);  // without bounds an active object draws where its window is
+      GetClientRect(core.Activation().Window(),
+                    &target);  // without bounds an active object draws at its window's position
     } else {
       return E_INVALIDARG;
     }
@@ -42,14 +43,14 @@ STDMETHODIMP ViewObject::Freeze(DWORD /*aspect*/, LONG /*index*/, void* /*aspect
 STDMETHODIMP ViewObject::Unfreeze(DWORD /*freeze*/) { return E_NOTIMPL; }
 
 STDMETHODIMP ViewObject::SetAdvise(DWORD aspects, DWORD flags, IAdviseSink* sink) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     core.AdviseView(aspects, flags, sink);
     return S_OK;
   });
 }
 
 STDMETHODIMP ViewObject::GetAdvise(DWORD* aspects, DWORD* flags, IAdviseSink** sink) {
-  return AtEdge(core.Life(), [&] {
+  return AtComBoundary(core.Life(), [&] {
     core.ViewAdvise(aspects, flags, sink);
     return S_OK;
   });
@@ -91,7 +92,7 @@ STDMETHODIMP ViewObject::QueryHitRect(DWORD aspect, LPCRECT bounds, LPCRECT rect
   return S_OK;
 }
 
-// Any size suits the control: it lays itself out.
+// The control accepts any size, because it lays itself out.
 STDMETHODIMP ViewObject::GetNaturalExtent(DWORD /*aspect*/, LONG /*index*/, DVTARGETDEVICE* /*targetDevice*/,
                                           HDC /*targetContext*/, DVEXTENTINFO* /*info*/, LPSIZEL size) {
   if (size == nullptr) return E_POINTER;

@@ -8,11 +8,10 @@
 
 namespace kw::activex {
 
-// The picture of the control, also while it has no window.
+// Draws the control, with or without a window.
 //
-// IDataObject is not there on purpose: a container that draws an inactive control asks this interface, and the one use
-// that containers have for the other, a cached metafile beside an embedded object, is for objects that a user inserts,
-// which this control does not register as.
+// IDataObject is left out on purpose. Containers draw an inactive control through this interface. They use IDataObject
+// only to cache a metafile of an object that the user inserted, and the control does not register as insertable.
 class ViewObject : public IViewObjectEx {
 public:
   STDMETHODIMP Draw(DWORD aspect, LONG index, void* aspectInfo, DVTARGETDEVICE* device, HDC deviceContext,

@@ -5,20 +5,9 @@
 #include <vector>
 
 #include "components/base/Units.h"
-#include "layers/PointInRect.h"
+#include "scene/HitTest.h"
 
 namespace kw {
-namespace {
-
-// Picking shifts a layer by its frame of one pixel. What counts as inside must not shift, so the old edges count too.
-bool IsOnLayer(const TransparentPicture& layer, float x, float y) {
-  if (layer.SelectionFrame() == 0) return IsPointIn(layer, x, y);
-  return IsPointIn(layer, x, y) || IsPointIn(layer, x - 1, y - 1) || IsPointIn(layer, x - 1, y) ||
-         IsPointIn(layer, x, y - 1);
-}
-
-}  // namespace
-
 DrawingTools::DrawingTools(const EditorContext& context, ToolKit& tools) : EditorContext(context), kit(tools) {
   const auto connect = [this](auto& event, auto handler) {
     event.Connect([this, handler](std::int16_t button, std::int16_t shift, float x, float y) {
@@ -162,7 +151,7 @@ std::int16_t DrawingTools::LayerAt(float x, float y) const {
   const auto found = std::find_if(order.rbegin(), order.rend(), [&](std::int16_t index) {
     if (index == Layers::PageLayer) return false;  // a press on the page is a press on the canvas
     const TransparentPicture& layer = form.TransLayers(index);
-    return layer.Visible() && IsOnLayer(layer, x, y);
+    return layer.Visible() && IsPointInLayer(layer, x, y);
   });
   return found == order.rend() ? std::int16_t{0} : *found;
 }

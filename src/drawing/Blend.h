@@ -4,14 +4,15 @@
 
 namespace kw {
 
-// Pixels as a frame buffer holds them: blue, green and red from the lowest byte up, nothing in the highest.
+// Masks the colour of a frame buffer's pixel: blue, green and red from the lowest byte up; the highest byte is unused.
 inline constexpr std::uint32_t ColourBits = 0x00FFFFFFU;
-// In the highest byte of a pixel on its way into a buffer: alpha (straight).
+// The alpha byte (straight alpha) of an opaque pixel that is about to be blended.
 inline constexpr std::uint32_t Opaque = 0xFF000000U;
 
-// `above` over `below` with alpha 0 to 255; each channel rounded to the nearest. Alpha in the pixels is ignored.
+// Blends `above` over `below` with alpha 0 to 255; each channel is rounded to nearest. The pixels' own alpha is
+// ignored.
 constexpr std::uint32_t Mix(std::uint32_t below, std::uint32_t above, std::uint32_t alpha) {
-  // Two channels at a time, each with 16 bits to itself; t + t / 256 + 1 / 2 divides by 255 exactly.
+  // Blends two channels at once, each in 16 bits. With t = x + 128, (t + t / 256) / 256 is x / 255 rounded to nearest.
   constexpr std::uint32_t Pair = 0x00FF00FFU;
   constexpr std::uint32_t Half = 0x00800080U;
   const std::uint32_t rest = 255U - alpha;
@@ -22,7 +23,7 @@ constexpr std::uint32_t Mix(std::uint32_t below, std::uint32_t above, std::uint3
   return redBlue | green;
 }
 
-// Halfway to white.
+// The colour halfway to white.
 constexpr std::uint32_t Lightened(std::uint32_t pixel) {
   return (pixel & Opaque) | (((pixel >> 1U) & 0x7F7F7FU) + 0x808080U);
 }

@@ -20,8 +20,8 @@ constexpr Colour HandleColour = MakeColour(0, 0, 0);
 constexpr std::int32_t BandPixels = 64 * 1024;
 constexpr std::size_t None = std::numeric_limits<std::size_t>::max();
 
-// For each new item the old one that it is the unchanged continuation of, or None; the matched old ones come in rising
-// order and are as many as possible.
+// Finds for each new item the equal old item, or None. The matched old items are in rising order and as many as
+// possible: a longest increasing subsequence.
 std::vector<std::size_t> MatchUnchanged(const std::vector<DisplayItem>& before, const std::vector<DisplayItem>& after) {
   std::vector<std::size_t> matches(after.size(), None);
   std::size_t same = 0;
@@ -29,15 +29,15 @@ std::vector<std::size_t> MatchUnchanged(const std::vector<DisplayItem>& before, 
     matches[same] = same;
     ++same;
   }
-  std::unordered_map<std::uint64_t, std::size_t> places;
-  for (std::size_t i = same; i < before.size(); ++i) places[before[i].key] = i;
-  // The longest rising sequence: ends[n] is the new item that ends the best one of length n + 1.
+  std::unordered_map<std::uint64_t, std::size_t> indexes;
+  for (std::size_t i = same; i < before.size(); ++i) indexes[before[i].key] = i;
+  // ends[n] is the new item that ends the best increasing sequence of length n + 1.
   std::vector<std::size_t> candidates(after.size(), None);
   std::vector<std::size_t> previous(after.size(), None);
   std::vector<std::size_t> ends;
   for (std::size_t i = same; i < after.size(); ++i) {
-    const auto found = places.find(after[i].key);
-    if (found == places.end() || !(before[found->second] == after[i])) continue;
+    const auto found = indexes.find(after[i].key);
+    if (found == indexes.end() || !(before[found->second] == after[i])) continue;
     candidates[i] = found->second;
     const auto longer =
         std::ranges::lower_bound(ends, candidates[i], {}, [&](std::size_t at) { return candidates[at]; });
@@ -52,30 +52,30 @@ std::vector<std::size_t> MatchUnchanged(const std::vector<DisplayItem>& before, 
   return matches;
 }
 
-// What painting needs for a while; used again from item to item.
+// Scratch memory for painting, shared by all items.
 struct Workspace {
   TextRenderer* texts = nullptr;
   Rasteriser rasteriser;
   CoverageMask mask;
 };
 
-// Most of a text's mask is empty: eight pixels are tested at once.
+// Tests eight pixels at once, because most of a text's mask is empty.
 bool IsEmptyFrom(std::span<const std::uint8_t> coverage, std::size_t at) {
   std::uint64_t eight = 1;
   if (at + sizeof eight <= coverage.size()) std::memcpy(&eight, &coverage[at], sizeof eight);
   return eight == 0;
 }
 
-PixelRect ContentsOf(const DisplayItem& item) { return Inset(item.place, item.rim); }
+PixelRect ContentsOf(const DisplayItem& item) { return Inset(item.bounds, item.rim); }
 
 void PaintText(const FrameBuffer& target, const DisplayItem& item, const PixelRect& part, Workspace& space) {
   const TextRun& run = *item.text;
-  if (run.text.empty() || item.look.transparent == run.colour) return;
+  if (run.text.empty() || item.options.transparent == run.colour) return;
   CoverageMask& mask = space.mask;
   mask.area = part;
   mask.coverage.assign(static_cast<std::size_t>(part.Width()) * static_cast<std::size_t>(part.Height()), 0);
   space.texts->Render(run, ContentsOf(item), mask);
-  const std::uint32_t pixel = item.look.isLightened ? Lightened(PixelOf(run.colour)) : PixelOf(run.colour);
+  const std::uint32_t pixel = item.options.isLightened ? Lightened(PixelOf(run.colour)) : PixelOf(run.colour);
   for (std::int32_t y = part.top; y < part.bottom; ++y) {
     const auto row = target.Row(y, part.left, part.right);
     const auto coverage = mask.Row(y);
@@ -91,53 +91,53 @@ void PaintText(const FrameBuffer& target, const DisplayItem& item, const PixelRe
 
 bool Contains(const PixelRect& outer, const PixelRect& inner) { return Common(outer, inner) == inner; }
 
-// Whether nothing below the item shows in this part.
+// Whether the item is opaque in all of this part.
 bool Hides(const DisplayItem& item, const PixelRect& part) {
-  const bool isPictureOpaque = !item.picture.IsEmpty() && item.picture.BitsPerPixel() < 32 && !item.look.transparent;
-  return item.ground ? Contains(item.place, part) : isPictureOpaque && Contains(ContentsOf(item), part);
+  const bool isPictureOpaque = !item.picture.IsEmpty() && item.picture.BitsPerPixel() < 32 && !item.options.transparent;
+  return item.background ? Contains(item.bounds, part) : isPictureOpaque && Contains(ContentsOf(item), part);
 }
 
 void PaintItem(const FrameBuffer& target, const DisplayItem& item, const PixelRect& part, Workspace& space) {
-  const PixelRect inside = Common(item.place, part);
+  const PixelRect inside = Common(item.bounds, part);
   if (inside.IsEmpty()) return;
   FrameBuffer window = target;
   window.pixels = target.Row(inside.top, inside.left, inside.right).data();
   window.area = inside;
-  if (item.ground) FillArea(window, inside, *item.ground);
+  if (item.background) FillArea(window, inside, *item.background);
   const PixelRect contents = ContentsOf(item);
   if (const PixelRect seen = Common(contents, inside); !seen.IsEmpty()) {
-    DrawPicture(window, item.picture, contents, item.look);
+    DrawPicture(window, item.picture, contents, item.options);
     if (item.shape) {
       const Point origin = {static_cast<double>(contents.left), static_cast<double>(contents.top)};
-      DrawShape(window, *item.shape, origin, seen, item.look, space.rasteriser);
+      DrawShape(window, *item.shape, origin, seen, item.options, space.rasteriser);
     }
     if (item.text && space.texts != nullptr) PaintText(window, item, seen, space);
   }
   if (item.frame != DisplayItem::Frame::None) {
-    FrameArea(window, item.place, item.frameColour, item.frame == DisplayItem::Frame::Dotted, item.frameWidth);
+    FrameArea(window, item.bounds, item.frameColour, item.frame == DisplayItem::Frame::Dotted, item.frameWidth);
   }
   if (!item.hasHandles) return;
-  for (const PixelRect& handle : HandlesOf(item.place, item.handleSize)) {
+  for (const PixelRect& handle : HandlesOf(item.bounds, item.handleSize)) {
     FillArea(window, handle, White);
     FrameArea(window, handle, HandleColour, false, item.frameWidth);
   }
 }
 
-// The parts of an item's place where it shows something. Of a bare frame that is little, however large it is.
+// Adds the parts of an item's bounds that it paints. A bare frame paints little, however large it is.
 void AddSeen(const DisplayItem& item, DirtyRegion& dirty) {
-  const PixelRect& place = item.place;
+  const PixelRect& bounds = item.bounds;
   const std::int32_t line = item.frame == DisplayItem::Frame::None ? 0 : item.frameWidth;
-  const bool isBare = !item.ground && item.picture.IsEmpty() && !item.shape && !item.text;
-  if (!isBare || place.Width() <= 2 * line || place.Height() <= 2 * line) {
-    dirty.Add(place);
+  const bool isBare = !item.background && item.picture.IsEmpty() && !item.shape && !item.text;
+  if (!isBare || bounds.Width() <= 2 * line || bounds.Height() <= 2 * line) {
+    dirty.Add(bounds);
     return;
   }
-  dirty.Add({place.left, place.top, place.right, place.top + line});
-  dirty.Add({place.left, place.bottom - line, place.right, place.bottom});
-  dirty.Add({place.left, place.top + line, place.left + line, place.bottom - line});
-  dirty.Add({place.right - line, place.top + line, place.right, place.bottom - line});
+  dirty.Add({bounds.left, bounds.top, bounds.right, bounds.top + line});
+  dirty.Add({bounds.left, bounds.bottom - line, bounds.right, bounds.bottom});
+  dirty.Add({bounds.left, bounds.top + line, bounds.left + line, bounds.bottom - line});
+  dirty.Add({bounds.right - line, bounds.top + line, bounds.right, bounds.bottom - line});
   if (!item.hasHandles) return;
-  for (const PixelRect& handle : HandlesOf(place, item.handleSize)) dirty.Add(Common(handle, place));
+  for (const PixelRect& handle : HandlesOf(bounds, item.handleSize)) dirty.Add(Common(handle, bounds));
 }
 
 }  // namespace
@@ -163,13 +163,13 @@ std::vector<PixelRect> Compositor::Exchange(std::vector<DisplayItem>& newItems) 
 void Compositor::Paint(const FrameBuffer& target, const PixelRect& wanted, TextRenderer* texts) const {
   const PixelRect part = Common(wanted, target.area);
   if (part.IsEmpty()) return;
-  // Painting begins with the topmost item that hides all below it.
+  // Start with the topmost item that hides everything below it.
   std::size_t first = items.size();
   while (first > 0 && !Hides(items[first - 1], part)) --first;
-  const bool isGroundSeen = first == 0;
-  if (!isGroundSeen) --first;
+  const bool isBackgroundSeen = first == 0;
+  if (!isBackgroundSeen) --first;
   const auto visible = std::span(items).subspan(first);
-  // The plain pictures at the bottom, large as a rule, are stacked in bands that stay in the processor's cache.
+  // The bottom items are mostly large pictures: paint them band by band, so that a band stays in the cache.
   const auto plainEnd = std::ranges::find_if(visible, [](const DisplayItem& item) { return item.shape || item.text; });
   const std::size_t plain = static_cast<std::size_t>(plainEnd - visible.begin());
   Workspace space;
@@ -177,7 +177,7 @@ void Compositor::Paint(const FrameBuffer& target, const PixelRect& wanted, TextR
   const std::int32_t rows = std::max(1, BandPixels / part.Width());
   for (std::int32_t top = part.top; top < part.bottom; top += rows) {
     const PixelRect band = {part.left, top, part.right, std::min(top + rows, part.bottom)};
-    if (isGroundSeen) FillArea(target, band, ground);
+    if (isBackgroundSeen) FillArea(target, band, background);
     for (const DisplayItem& item : visible.first(plain)) PaintItem(target, item, band, space);
   }
   for (const DisplayItem& item : visible.subspan(plain)) PaintItem(target, item, part, space);

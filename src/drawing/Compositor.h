@@ -8,30 +8,29 @@
 
 namespace kw {
 
-// Composes the items of a canvas, from back to front, into frame buffers, and says which pixels are out of date.
+// Composes a canvas's items, back to front, into frame buffers and reports which pixels are out of date.
 //
-// A pixel depends on the items alone and not on the part that is painted: painting the parts that Show returns over
-// what was painted before gives the same buffer as painting all of it.
+// A pixel depends on the items only, not on the part that is painted. So painting the parts that Show returns over the
+// previous picture gives the same buffer as painting everything.
 class Compositor {
 public:
-  // What is below all items; the canvas has no bounds of its own.
-  explicit Compositor(Colour backColour) : ground(backColour) {}
+  // `backColour` fills the canvas below all items; the canvas has no bounds of its own.
+  explicit Compositor(Colour backColour) : background(backColour) {}
 
-  // Takes the new list of items, back to front, and returns the parts of the canvas that have changed by it: no more
-  // than the old and new places of the items that are new, gone, different or restacked. Parts do not overlap by more
-  // than painting twice is worth.
+  // Takes the new list of items, back to front, and returns the parts of the canvas that changed: at most the old and
+  // new bounds of items that are new, removed, different or restacked. Parts overlap only if one larger part would cost
+  // more.
   std::vector<PixelRect> Show(std::vector<DisplayItem> newItems) { return Exchange(newItems); }
-  // The same; gives the former list back, for its memory.
+  // As above; returns the old list in `newItems`, so that its memory can be reused.
   std::vector<PixelRect> Exchange(std::vector<DisplayItem>& newItems);
   const std::vector<DisplayItem>& Items() const { return items; }
-  Colour Ground() const { return ground; }
-  void SetGround(Colour backColour) { ground = backColour; }
+  void SetBackground(Colour backColour) { background = backColour; }
 
-  // Paints what the canvas shows in a part of the buffer's area. Texts are left out where there is no renderer.
+  // Paints a part of the canvas. Without a renderer texts are left out.
   void Paint(const FrameBuffer& target, const PixelRect& wanted, TextRenderer* texts) const;
 
 private:
-  Colour ground;
+  Colour background;
   std::vector<DisplayItem> items;
 };
 

@@ -11,12 +11,12 @@ PixelRect Union(const PixelRect& a, const PixelRect& b) {
   return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right), std::max(a.bottom, b.bottom)};
 }
 
-// As a floating-point number: places may be larger than any whole number holds.
+// A double, because the area may exceed every integer type.
 double Area(const PixelRect& r) {
   return (static_cast<double>(r.right) - r.left) * (static_cast<double>(r.bottom) - r.top);
 }
 
-// How many pixels more are painted when both become one.
+// The number of extra pixels to paint if both become one.
 double Waste(const PixelRect& a, const PixelRect& b) { return Area(Union(a, b)) - Area(a) - Area(b); }
 
 }  // namespace

@@ -6,8 +6,8 @@
 
 namespace kw {
 
-// Collects the rectangles that are out of date. Those that overlap, or lie so close that one is hardly more to paint
-// than two, become one; a great number of them become few.
+// Collects rectangles that are out of date. It joins rectangles that overlap or are so close that joining costs little,
+// and limits their number to MostParts.
 class DirtyRegion {
 public:
   static constexpr std::size_t MostParts = 32;

@@ -12,25 +12,24 @@
 
 namespace kw {
 
-// One thing on a canvas (the page, the background picture, a layer, a marker, the rubber band): what it shows in its
-// place, each part of it above the one before. Nothing shows outside the place. A value; the picture's pixels are
-// shared.
+// An item on a canvas: the page, the background picture, a layer, a marker or the rubber band. Its parts are painted in
+// the order of the members and clipped to its bounds. A value type; the picture's pixels are shared.
 struct DisplayItem {
   enum class Frame : std::uint8_t { None, Solid, Dotted };
 
-  // Names the item from one showing to the next; each item of a canvas has its own.
+  // Identifies the item from one list to the next; unique on its canvas.
   std::uint64_t key = 0;
-  PixelRect place = {};
-  std::int32_t rim = 0;                         // pixels that picture, shape and text keep from the place's edges
-  std::optional<Colour> ground = std::nullopt;  // fills the place
-  Bitmap picture = {};                          // scaled to the place within the rim
-  std::optional<Shape> shape = std::nullopt;    // counted from the left top corner within the rim
+  PixelRect bounds = {};
+  std::int32_t rim = 0;                             // inset of picture, shape and text from the bounds, in pixels
+  std::optional<Colour> background = std::nullopt;  // fills the bounds
+  Bitmap picture = {};                              // scaled to the bounds without the rim
+  std::optional<Shape> shape = std::nullopt;        // relative to the top left corner within the rim
   std::optional<TextRun> text = std::nullopt;
-  PictureLook look = {};      // of picture, shape and text
-  Frame frame = Frame::None;  // along the inside of the place
+  DrawOptions options = {};   // of picture, shape and text
+  Frame frame = Frame::None;  // along the inside of the bounds
   Colour frameColour = 0;
   std::int32_t frameWidth = 1;
-  bool hasHandles = false;  // to size it by
+  bool hasHandles = false;  // for resizing
   std::int32_t handleSize = HandleSize;
 
   static constexpr std::int32_t HandleSize = 5;
@@ -39,7 +38,7 @@ struct DisplayItem {
   friend bool operator==(const DisplayItem& a, const DisplayItem& b);
 };
 
-// Where an item's eight handles are, inside its place: from the left top corner clockwise.
-std::array<PixelRect, 8> HandlesOf(const PixelRect& place, std::int32_t size = DisplayItem::HandleSize);
+// An item's eight resize handles, inside its bounds, clockwise from the top left corner.
+std::array<PixelRect, 8> HandlesOf(const PixelRect& bounds, std::int32_t size = DisplayItem::HandleSize);
 
 }  // namespace kw

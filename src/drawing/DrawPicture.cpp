@@ -16,7 +16,7 @@ constexpr float RoundingHalf = 0.5F;
 
 std::int64_t Span(std::int32_t from, std::int32_t to) { return std::int64_t{to} - from; }
 
-// Pixels with straight alpha over a row of the buffer.
+// Blends pixels with straight alpha over a row of the buffer.
 void BlendRow(std::span<std::uint32_t> row, std::span<const std::uint32_t> above, bool isMasked) {
   if (isMasked) {
     for (std::size_t i = 0; i < row.size(); ++i) row[i] = above[i] == 0 ? row[i] : above[i] & ColourBits;
@@ -32,20 +32,20 @@ void BlendRow(std::span<std::uint32_t> row, std::span<const std::uint32_t> above
   }
 }
 
-// The short rows of a small picture lie far apart in the buffer: they are fetched ahead of the blending.
+// Prefetches the next rows of a small picture, because its short rows are far apart in the buffer.
 void PrefetchShort(std::span<const std::uint32_t> row) {
   if (row.size() > 512) return;
   constexpr std::size_t step = 64 / sizeof(std::uint32_t);
   for (std::size_t i = 0; i < row.size(); i += step) __builtin_prefetch(&row[i], 1);
 }
 
-void DrawUnscaled(const FrameBuffer& target, const RowReader& reader, const PixelRect& place, const PixelRect& part) {
-  const auto x = static_cast<std::int32_t>(Span(place.left, part.left));
+void DrawUnscaled(const FrameBuffer& target, const RowReader& reader, const PixelRect& bounds, const PixelRect& part) {
+  const auto x = static_cast<std::int32_t>(Span(bounds.left, part.left));
   std::vector<std::uint32_t> pixels;
   if (!reader.IsOpaque()) pixels.resize(static_cast<std::size_t>(part.Width()));
   for (std::int32_t y = part.top; y < part.bottom; ++y) {
     const auto row = target.Row(y, part.left, part.right);
-    const auto sourceY = static_cast<std::int32_t>(Span(place.top, y));
+    const auto sourceY = static_cast<std::int32_t>(Span(bounds.top, y));
     if (reader.IsOpaque()) {
       reader.Read(x, sourceY, row);
     } else {
@@ -56,7 +56,7 @@ void DrawUnscaled(const FrameBuffer& target, const RowReader& reader, const Pixe
   }
 }
 
-// The source pixels that make up one pixel of the target in one direction, and their weights, which add up to 1.
+// The source pixels that one target pixel averages in one direction; their weights add up to 1.
 struct Taps {
   std::int32_t first = 0;
   std::vector<float> weights;
@@ -70,7 +70,7 @@ Taps TapsOf(std::int64_t at, std::int32_t sourceSize, std::int64_t targetSize) {
     const double low = std::floor(middle);
     const auto share = static_cast<float>(middle - low);
     taps.first = static_cast<std::int32_t>(low);
-    // Before the first and behind the last pixel the picture goes on as it ends.
+    // Beyond the picture's edges its edge pixels repeat.
     if (taps.first < 0 || taps.first + 1 >= sourceSize) {
       taps.first = std::clamp(taps.first, 0, sourceSize - 1);
       taps.weights = {1.0F};
@@ -90,10 +90,10 @@ Taps TapsOf(std::int64_t at, std::int32_t sourceSize, std::int64_t targetSize) {
   return taps;
 }
 
-// The channels of a pixel, blue first, then alpha; colours are multiplied by alpha.
+// A pixel's channels in the order blue, green, red, alpha; premultiplied.
 using Channels = std::array<float, 4>;
 
-// Straight to multiplied alpha; an opaque picture's pixels have nothing in the place of alpha and stay as they are.
+// Converts straight to premultiplied alpha. Not for opaque pictures: their alpha byte is 0.
 void Multiply(std::span<std::uint32_t> pixels) {
   for (std::uint32_t& pixel : pixels) {
     const std::uint32_t alpha = pixel >> 24U;
@@ -108,24 +108,24 @@ void AddWeighted(std::span<Channels> sums, std::span<const std::uint32_t> pixels
     to[i] += weight * static_cast<float>(static_cast<std::uint8_t>(bytes[i]));
 }
 
-// The nearest whole number, faster than the library finds it.
+// Rounds to nearest, faster than the library.
 std::uint32_t RoundedByte(float value) {
   return static_cast<std::uint32_t>(static_cast<std::int32_t>(value + RoundingHalf));
 }
 
-void DrawScaled(const FrameBuffer& target, const Bitmap& picture, const RowReader& reader, const PixelRect& place,
+void DrawScaled(const FrameBuffer& target, const Bitmap& picture, const RowReader& reader, const PixelRect& bounds,
                 const PixelRect& part) {
   std::vector<Taps> columns;
   columns.reserve(static_cast<std::size_t>(part.Width()));
   for (std::int32_t x = part.left; x < part.right; ++x) {
-    columns.push_back(TapsOf(Span(place.left, x), picture.Width(), Span(place.left, place.right)));
+    columns.push_back(TapsOf(Span(bounds.left, x), picture.Width(), Span(bounds.left, bounds.right)));
   }
   const std::int32_t firstColumn = columns.front().first;
   const auto count = static_cast<std::size_t>(columns.back().first - firstColumn) + columns.back().weights.size();
   std::vector<std::uint32_t> source(count);
   std::vector<Channels> sums(count);
   for (std::int32_t y = part.top; y < part.bottom; ++y) {
-    const Taps rows = TapsOf(Span(place.top, y), picture.Height(), Span(place.top, place.bottom));
+    const Taps rows = TapsOf(Span(bounds.top, y), picture.Height(), Span(bounds.top, bounds.bottom));
     std::ranges::fill(sums, Channels{});
     for (std::size_t i = 0; i < rows.weights.size(); ++i) {
       reader.Read(firstColumn, rows.first + static_cast<std::int32_t>(i), source);
@@ -154,14 +154,15 @@ void DrawScaled(const FrameBuffer& target, const Bitmap& picture, const RowReade
 
 }  // namespace
 
-void DrawPicture(const FrameBuffer& target, const Bitmap& picture, const PixelRect& place, const PictureLook& look) {
-  const PixelRect part = Common(place, target.area);
+void DrawPicture(const FrameBuffer& target, const Bitmap& picture, const PixelRect& bounds,
+                 const DrawOptions& options) {
+  const PixelRect part = Common(bounds, target.area);
   if (picture.IsEmpty() || part.IsEmpty()) return;
-  const RowReader reader(picture, look);
-  if (Span(place.left, place.right) == picture.Width() && Span(place.top, place.bottom) == picture.Height()) {
-    DrawUnscaled(target, reader, place, part);
+  const RowReader reader(picture, options);
+  if (Span(bounds.left, bounds.right) == picture.Width() && Span(bounds.top, bounds.bottom) == picture.Height()) {
+    DrawUnscaled(target, reader, bounds, part);
   } else {
-    DrawScaled(target, picture, reader, place, part);
+    DrawScaled(target, picture, reader, bounds, part);
   }
 }
 

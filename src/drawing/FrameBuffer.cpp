@@ -15,7 +15,7 @@ void FillArea(const FrameBuffer& target, const PixelRect& rectangle, Colour colo
 void FrameArea(const FrameBuffer& target, const PixelRect& rectangle, Colour colour, bool isDotted,
                std::int32_t width) {
   if (rectangle.IsEmpty()) return;
-  // The dots are squares as wide as the line; places of a frame buffer are rarely negative, but may be.
+  // The dots are squares as wide as the line. Coordinates may be negative.
   const auto dot = [width](std::int32_t at) { return at >= 0 ? at / width : (at + 1) / width - 1; };
   const PixelRect sides[] = {
       {rectangle.left, rectangle.top, rectangle.right, rectangle.top + width},

@@ -9,11 +9,11 @@
 
 namespace kw {
 
-// Pixels to draw into, owned by somebody else: blue, green, red and an unused byte each, rows from the top downward.
-// They show `area` of a larger surface; all drawing takes coordinates of that surface and is clipped to the area.
+// A view of pixels to draw into, owned by somebody else: 4 bytes each (blue, green, red, unused), top row first. They
+// show `area` of a larger surface; all drawing takes the surface's coordinates and is clipped to the area.
 struct FrameBuffer {
   std::uint32_t* pixels = nullptr;
-  std::size_t stride = 0;  // pixels from one row to the next
+  std::size_t stride = 0;  // pixels from row to row
   PixelRect area;
 
   // Pixels `left` to `right` of row `y`; all three must lie inside the area.
@@ -23,13 +23,13 @@ struct FrameBuffer {
   }
 };
 
-// A colour as a frame buffer's pixel.
+// The frame buffer's pixel of a colour.
 constexpr std::uint32_t PixelOf(Colour colour) {
   return ((colour & 0xFFU) << 16U) | (colour & 0xFF00U) | ((colour >> 16U) & 0xFFU);
 }
 
 void FillArea(const FrameBuffer& target, const PixelRect& rectangle, Colour colour);
-// A frame of that width, at least 1, inside the rectangle; dotted: every second square of it is left as it is.
+// Draws a frame of that width (at least 1) inside the rectangle. A dotted frame skips every second square.
 void FrameArea(const FrameBuffer& target, const PixelRect& rectangle, Colour colour, bool isDotted = false,
                std::int32_t width = 1);
 

@@ -9,13 +9,13 @@ namespace kw {
 namespace {
 
 constexpr double Flatness = 1.0 / 160;
-// Sharper bends than this have no useful point where their inner sides meet.
+// If a bend is sharper than this, the point where its inner sides meet is numerically useless.
 constexpr double LeastCosine = -0.999;
 constexpr int LeastDepth = 2;
 constexpr int MostDepth = 24;
-// Ellipses up to this radius in pixels are small enough to be divided without regard to the clip.
+// Ellipses up to this radius, in pixels, are divided whole, without regard to the clip.
 constexpr double LargestMirrored = 4096;
-// Beyond this the rasteriser takes all for equally far; keeping to it here keeps every product finite.
+// Coordinates are clamped to this, as the rasteriser does; so every product stays finite.
 constexpr double FarthestPoint = 1e9;
 
 double LimitedCoordinate(double value) {
@@ -28,27 +28,27 @@ Point operator*(Point a, double factor) { return {a.x * factor, a.y * factor}; }
 double Dot(Point a, Point b) { return a.x * b.x + a.y * b.y; }
 double Cross(Point a, Point b) { return a.x * b.y - a.y * b.x; }
 double Length(Point a) { return std::sqrt(Dot(a, a)); }
-// A quarter turn, from right to down.
+// Turns a vector by a quarter, from right to down.
 Point Turned(Point a) { return {-a.y, a.x}; }
 
-// A point of the line that runs at a distance outside (or, negative, inside) an ellipse. The unit normal names it.
+// A point of an offset curve of an ellipse, outside it (or inside, if the distance is negative), given by its unit
+// normal.
 struct ArcPoint {
   Point normal;
   Point onEllipse;
   Point at;
 };
 
-// Divides such a line into chords. An ellipse without radii is all in its centre: the line around it is a circle.
+// Divides an offset curve into chords. If the radii are 0, the curve is a circle around the centre.
 template <class Sink>
 class ArcDivider {
 public:
-  // sink(from, to) gets the ends of each chord in turn. What lies wholly above, below or to one side of the bounds is
-  // not divided; above and below it is left out.
+  // Calls sink(from, to) for each chord in turn. An arc that lies wholly above, below or beside the bounds is not
+  // divided; above or below it is left out.
   ArcDivider(Point ellipseCentre, Point ellipseRadii, double signedDistance, const PixelRect& within, Sink& to)
       : centre(ellipseCentre), radii(ellipseRadii), distance(signedDistance), bounds(within), sink(to) {}
 
-  // The arc between two normals that are not more than a quarter turn apart and, where there are radii, in one
-  // quadrant.
+  // Divides the arc between two normals at most a quarter turn apart; if there are radii, both in one quadrant.
   void Divide(Point from, Point to) { Divide(PointWith(from), PointWith(to), 0); }
 
 private:
@@ -61,8 +61,8 @@ private:
   }
 
   void Divide(const ArcPoint& from, const ArcPoint& to, int depth) {
-    // The line stays within the bounds of its ends, except by what the ellipse moves on while the normal turns, and by
-    // less than a quarter of the chord of a circle's arc of up to a quarter turn.
+    // The arc leaves the bounding box of its ends by less than the ellipse moves while the normal turns, plus a quarter
+    // of the chord of a circle's arc of up to a quarter turn.
     const double bulge = std::abs(distance) * Length(to.normal - from.normal) / 4;
     const double spreadY = bulge + std::abs(to.onEllipse.y - from.onEllipse.y);
     const auto [lowY, highY] = std::minmax(from.at.y, to.at.y);
@@ -105,7 +105,7 @@ Ellipse EllipseIn(const Box& box) {
   return {{(left + right) / 2, (top + bottom) / 2}, {(right - left) / 2, (bottom - top) / 2}};
 }
 
-// Adds the closed line at a distance from an ellipse; backward it is a hole in another one.
+// Adds the closed offset curve of an ellipse; backward it cuts a hole.
 void AddEllipseLine(Rasteriser& rasteriser, const Ellipse& ellipse, double distance, bool isBackward) {
   constexpr std::array<Point, 5> axes = {{{1, 0}, {0, 1}, {-1, 0}, {0, -1}, {1, 0}}};
   const auto add = [&](Point from, Point to) {
@@ -117,7 +117,7 @@ void AddEllipseLine(Rasteriser& rasteriser, const Ellipse& ellipse, double dista
     for (std::size_t i = 0; i + 1 < axes.size(); ++i) divider.Divide(axes[i], axes[i + 1]);
     return;
   }
-  // One quadrant is divided, around the origin, and mirrored into the others.
+  // Divide one quadrant around the origin and mirror it into the others.
   std::vector<Point> points = {{ellipse.radii.x + distance, 0}};
   points.reserve(128);
   const auto collect = [&](Point, Point to) { points.push_back(to); };
@@ -150,7 +150,7 @@ void AddBox(Rasteriser& rasteriser, const Box& box, bool isBackward) {
   rasteriser.AddEdge(leftBottom, leftTop);
 }
 
-// A half circle or less around a joint or an end, from one normal to another, in the direction of Turned.
+// Adds a half circle or less around a joint or an end, from one normal to another, in the direction of Turned.
 void AddRound(Rasteriser& rasteriser, Point centre, double radius, Point from, Point to) {
   if (from == to) return;
   const auto add = [&](Point a, Point b) { rasteriser.AddEdge(a, b); };
@@ -159,14 +159,14 @@ void AddRound(Rasteriser& rasteriser, Point centre, double radius, Point from, P
     divider.Divide(from, to);
     return;
   }
-  // More than a quarter turn: by way of the direction halfway, which also serves normals that are opposite.
+  // Split arcs of more than a quarter turn at the direction halfway; this also handles opposite normals.
   Point middle = Turned(from - to);
   middle = middle * (1 / Length(middle));
   divider.Divide(from, middle);
   divider.Divide(middle, to);
 }
 
-// One side of a stroke in the making: an open chain of edges that both sides' rounds will close.
+// One side of a stroke: an open chain of edges, which the round joins and ends of both sides close.
 class StrokeSide {
 public:
   StrokeSide(Rasteriser& to, Point start, bool runsBackward) : rasteriser(to), at(start), isBackward(runsBackward) {}
@@ -181,7 +181,7 @@ public:
   }
   void JumpTo(Point next) { at = next; }
 
-  // How much of the present segment's length a joint at its start has cut off on this side.
+  // The length that the join at the segment's start has cut off on this side.
   double used = 0;
 
 private:
@@ -193,12 +193,12 @@ private:
 struct Segment {
   Point from;
   Point to;
-  Point normal;  // unit, a quarter turn from the direction
+  Point normal;  // unit length, a quarter turn from the direction
   double length = 0;
 };
 
-// The inner side of a bend: the two sides are cut where they meet, or, where the segments are too short for that, both
-// run to the joint itself, so that nothing is covered that lies outside the stroke.
+// Joins the inner side of a bend: cuts both sides where they meet. If the segments are too short for that, both sides
+// run to the joint itself, so that nothing outside the stroke is covered.
 void JoinInside(StrokeSide& side, const Segment& a, const Segment& b, double signedHalf) {
   const double cosine = Dot(a.normal, b.normal);
   const double cut = std::abs(signedHalf * Cross(a.normal, b.normal)) / (1 + cosine);
@@ -259,12 +259,12 @@ void AddEllipseStroke(Rasteriser& rasteriser, const Box& box, double width) {
   const double half = LimitedCoordinate(width) / 2;
   const Ellipse ellipse = EllipseIn(box);
   AddEllipseLine(rasteriser, ellipse, half, false);
-  // No point inside is farther from the line than the shorter radius.
+  // Every point inside is at most the shorter radius away from the line.
   if (half < std::min(ellipse.radii.x, ellipse.radii.y)) AddEllipseLine(rasteriser, ellipse, -half, true);
 }
 
-// The outline is the sum of the segments' rectangles and the joints' sectors, all with the same inside, without the
-// edges that two of them share.
+// The outline is the union of the segments' rectangles and the joints' sectors, without the edges that two of them
+// share.
 void AddPolylineStroke(Rasteriser& rasteriser, std::span<const Point> points, double width) {
   if (!(width > 0) || points.empty()) return;
   const double half = LimitedCoordinate(width) / 2;

@@ -6,11 +6,11 @@
 
 namespace kw {
 
-// Outlines of figures for a rasteriser, all with the inside to the same side, so that figures given together unite.
-// Sizes below zero count as zero; a figure without an area covers nothing.
+// Outlines of figures for a rasteriser, all with the same winding, so that figures added together unite. Negative sizes
+// count as 0; a figure without an area covers nothing.
 //
-// Curves are replaced by chords that stay within 1/160 pixel of them. What lies outside the rasteriser's clip is not
-// divided into chords, so a curve of any size takes time in the size of the clip only.
+// Curves become chords with an error of at most 1/160 pixel. Outside the rasteriser's clip curves are not divided, so
+// the time depends on the clip, not on the curve's size.
 
 struct Box {
   double left = 0;
@@ -20,18 +20,18 @@ struct Box {
   friend bool operator==(const Box&, const Box&) = default;
 };
 
-// The box, or nothing where left is not below right or top not below bottom.
+// Adds the box; nothing unless left < right and top < bottom.
 void AddRectangle(Rasteriser& rasteriser, const Box& box);
-// A band of the given width along the box's edges, half of it on each side, with square corners.
+// Adds a band of the given width along the box's edges, half of it on each side, with square corners.
 void AddRectangleStroke(Rasteriser& rasteriser, const Box& box, double width);
 
-// The ellipse that touches the four sides of the box.
+// Adds the ellipse inscribed in the box.
 void AddEllipse(Rasteriser& rasteriser, const Box& box);
-// All points that lie no farther than half the width from the ellipse's line.
+// Adds all points at most half the width away from the ellipse's line.
 void AddEllipseStroke(Rasteriser& rasteriser, const Box& box, double width);
 
-// All points that lie no farther than half the width from the lines that join the points in their order: round joins
-// and round ends. A single point gives a disc.
+// Adds all points at most half the width away from the polyline: round joins and round ends. A single point gives a
+// disc.
 void AddPolylineStroke(Rasteriser& rasteriser, std::span<const Point> points, double width);
 
 }  // namespace kw

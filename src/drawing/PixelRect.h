@@ -5,7 +5,7 @@
 
 namespace kw {
 
-// Whole pixels from (left, top) up to, without, (right, bottom).
+// Whole pixels from (left, top) to (right, bottom), half open.
 struct PixelRect {
   std::int32_t left = 0;
   std::int32_t top = 0;
@@ -18,7 +18,7 @@ struct PixelRect {
   friend bool operator==(const PixelRect&, const PixelRect&) = default;
 };
 
-// What both cover; empty where they do not meet.
+// The intersection; empty if they do not overlap.
 inline PixelRect Common(const PixelRect& a, const PixelRect& b) {
   return {std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right), std::min(a.bottom, b.bottom)};
 }

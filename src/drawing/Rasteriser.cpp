@@ -8,12 +8,12 @@ namespace kw {
 namespace {
 
 constexpr double FarthestCell = 1e9;
-// Rows are worked on in bands of this many cells, which stay in the processor's cache.
+// Rows are processed in bands of this many cells, so that a band stays in the cache.
 constexpr std::size_t BandCells = 32768;
-// Added to a number that is not negative before it is cut to a whole one: the library rounds too slowly for every cell.
+// Added before truncation to round a non-negative number: the library's rounding is too slow for every cell.
 constexpr double CellHalf = 0.5;
 
-// Not a number counts as farthest to the left or top.
+// NaN counts as the leftmost or topmost position.
 double LimitedCell(double value) { return std::min(std::max(-FarthestCell, value), FarthestCell); }
 
 std::int32_t Floor(double value) {
@@ -54,7 +54,7 @@ bool Rasteriser::OpenWindow() {
   window.right = static_cast<std::int32_t>(std::min<double>(clip.right, std::floor(highestX) + 1));
   window.bottom = static_cast<std::int32_t>(std::min<double>(clip.bottom, std::ceil(highestY)));
   if (window.IsEmpty()) return false;
-  // One cell more than there are columns takes what flows out to the right.
+  // One extra cell takes the coverage beyond the last column.
   rowCells = static_cast<std::size_t>(window.right - window.left) + 1;
   rowWords = (rowCells + 63) / 64;
   const std::size_t rows = std::max<std::size_t>(1, BandCells / rowCells);
@@ -72,7 +72,7 @@ void Rasteriser::AccumulateBand(std::int32_t top, std::int32_t bottom) {
   }
 }
 
-// `cover`: how high the edge is in the cell; `share`: how much of the cell, on average, lies to the left of the edge.
+// `cover` is the edge's height in the cell; `share` is the mean part of the cell to the left of the edge.
 inline void Rasteriser::AddToCell(std::size_t row, std::int32_t x, std::int32_t cover, double share) {
   if (cover == 0) return;
   const auto outside = static_cast<std::int32_t>(cover * share + CellHalf);
@@ -81,11 +81,10 @@ inline void Rasteriser::AddToCell(std::size_t row, std::int32_t x, std::int32_t 
   if (outside != 0) Add(row, column + 1, direction * outside);
 }
 
-// Every figure below is computed from the edge's own ends and never carried on from row to row, so that it is the same
-// wherever the clip begins.
+// Compute every value from the edge's own ends, never from the row before, so that it does not depend on the clip.
 void Rasteriser::Accumulate(const Edge& edge, std::int32_t top, std::int32_t bottom) {
   const double slope = (edge.x1 - edge.x0) / (edge.y1 - edge.y0);
-  const double rise = (edge.y1 - edge.y0) / (edge.x1 - edge.x0);  // infinite where no row has more than one cell
+  const double rise = (edge.y1 - edge.y0) / (edge.x1 - edge.x0);  // infinite if no row has more than one cell
   const std::int32_t firstRow = edge.y0 <= top ? top : Floor(edge.y0);
   const auto lastRow = edge.y1 >= bottom ? bottom : static_cast<std::int32_t>(std::ceil(edge.y1));
   direction = edge.isUpward ? -1 : 1;
@@ -109,8 +108,8 @@ void Rasteriser::Accumulate(const Edge& edge, std::int32_t top, std::int32_t bot
   }
 }
 
-// The part of an edge inside one row, from a down to b; qa and qb are their heights from the row's top in steps of
-// 1 / One. The cells' covers are differences of such steps: whatever is cut off, the rest adds up exactly.
+// Adds the part of an edge inside one row, from a down to b; qa and qb are their heights from the row's top in steps of
+// 1 / One. The cells' covers are differences of such steps, so they add up exactly, whatever is clipped.
 void Rasteriser::AccumulateRow(Point a, Point b, double rise, std::int32_t qa, std::int32_t qb, std::int32_t y) {
   if (qa == qb) return;
   const auto row = static_cast<std::size_t>(y - bandTop);

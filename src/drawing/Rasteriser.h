@@ -9,33 +9,34 @@
 
 namespace kw {
 
-// A place on the drawing surface in pixels; whole numbers are the corners of pixels, not their centres.
+// A point of the drawing surface in pixels; whole numbers are pixel corners, not centres.
 struct Point {
   double x = 0;
   double y = 0;
   friend bool operator==(const Point&, const Point&) = default;
 };
 
-// Turns outlines into coverage: for every pixel the exact part of its area that lies inside (non-zero winding), kept in
-// steps of 2^-15 and never sampled. A pixel's coverage depends on the outlines alone and not on the clip, so a part
-// that is drawn anew fits what is around it to the last bit.
+// Turns outlines into coverage: for every pixel the exact area inside (non-zero winding rule) in steps of 2^-15,
+// without sampling. A pixel's coverage depends on the outlines only and not on the clip, so a part that is drawn again
+// fits its surroundings to the last bit.
 //
-// Outlines are closed chains of edges. Where two parts of an outline cross inside one pixel, their areas in that pixel
-// are added up. More than 65,000 edges above one pixel in the same direction are beyond the counters.
+// Outlines are closed chains of edges. If two parts of an outline cross inside one pixel, their areas in it are added
+// up. The counters hold up to 65,000 edges of the same direction above one pixel.
 //
-// Coordinates may be anything: beyond a thousand million pixels they count as that far away. Time and memory depend on
-// the number of edges and on the part of the clip that they enclose.
+// Coordinates may have any value; they are clamped to a thousand million pixels. Time and memory depend on the number
+// of edges and on the part of the clip that they enclose.
 class Rasteriser {
 public:
-  // Forgets all edges; what is added from now on is clipped to these pixels.
+  // Removes all edges; later ones are clipped to these pixels.
   void Begin(const PixelRect& clipTo);
   const PixelRect& Clip() const { return clip; }
 
-  // An edge from a to b. The inside is to the same side of all edges of an outline; its direction does not matter else.
+  // Adds an edge from a to b. All edges of an outline must have the inside on the same side; which side does not
+  // matter.
   void AddEdge(Point a, Point b);
 
-  // Calls sink(y, left, right, coverage) for each run of pixels of one coverage (1 to 255), from the top downward and
-  // from left to right, and forgets the edges.
+  // Calls sink(y, left, right, coverage) for each run of pixels of equal coverage (1 to 255), row by row, left to
+  // right, and removes the edges.
   template <class Sink>
   void Sweep(Sink&& sink);
 
@@ -45,10 +46,10 @@ private:
 
   struct Edge {
     double x0, y0, x1, y1;  // y0 < y1
-    bool isUpward;          // as it was added
+    bool isUpward;          // direction before the ends were sorted
   };
 
-  // The window of the clip in which the edges can cover anything, and how many of its rows are worked on at a time.
+  // Finds the part of the clip that the edges can cover, and the number of rows in a band. False if there is none.
   bool OpenWindow();
   void AccumulateBand(std::int32_t top, std::int32_t bottom);
   void Accumulate(const Edge& edge, std::int32_t top, std::int32_t bottom);
@@ -65,17 +66,17 @@ private:
 
   PixelRect clip;
   std::vector<Edge> edges;
-  double lowestX = 0, highestX = 0, lowestY = 0, highestY = 0;  // of the edges
+  double lowestX = 0, highestX = 0, lowestY = 0, highestY = 0;  // bounding box of the edges
 
   PixelRect window;
   std::int32_t bandRows = 0;
   std::int32_t bandTop = 0;
   std::size_t rowCells = 0;
   std::size_t rowWords = 0;
-  // Differences of coverage from one cell to the next, in steps of 1 / One; modulo 2^32, so that no sum overflows.
+  // Differences of coverage from cell to cell, in steps of 1 / One, modulo 2^32, so that no sum overflows.
   std::vector<std::uint32_t> cells;
-  std::vector<std::uint64_t> touched;  // one bit a cell; cells that are not touched are zero
-  std::int32_t direction = 1;          // of the edge that is being accumulated
+  std::vector<std::uint64_t> touched;  // one bit for each cell; untouched cells are zero
+  std::int32_t direction = 1;          // direction of the edge that is being accumulated
 };
 
 template <class Sink>

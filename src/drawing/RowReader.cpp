@@ -10,9 +10,9 @@
 namespace kw {
 static_assert(std::endian::native == std::endian::little, "pixels are read as little-endian words");
 
-RowReader::RowReader(const Bitmap& source, const PictureLook& look)
-    : picture(source), isLightened(look.isLightened), hasKey(look.transparent.has_value()) {
-  if (hasKey) key = PixelOf(*look.transparent);
+RowReader::RowReader(const Bitmap& source, const DrawOptions& options)
+    : picture(source), isLightened(options.isLightened), hasKey(options.transparent.has_value()) {
+  if (hasKey) key = PixelOf(*options.transparent);
   if (hasKey || picture.BitsPerPixel() == 32) opaque = Opaque;
   if (picture.BitsPerPixel() > 8) return;
   const auto palette = picture.Palette();
@@ -39,7 +39,8 @@ void RowReader::Read(std::int32_t x, std::int32_t y, std::span<std::uint32_t> to
       for (std::size_t i = 0; i < to.size(); ++i) to[i] = colours[row[first + i]];
       return;
     case 24:
-      // The common look, a key alone, takes no second pass; otherwise what is to be hidden is no pixel's value.
+      // The common case, a transparent colour alone, needs no second pass. Otherwise `hidden` is a value that no pixel
+      // has.
       UnpackThreeBytes(row.subspan(first * 3), to, opaque, hasKey && !isLightened ? key | opaque : opaque ^ Opaque);
       if (!isLightened) return;
       break;

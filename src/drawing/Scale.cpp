@@ -7,19 +7,19 @@ namespace kw {
 
 std::int32_t Scale::ToDevice(double position) const {
   constexpr double Farthest = 0x1p30;
-  // Thirds and the like are stored a little too small: what is a half but for that counts as a half. Less than a 96th,
-  // the smallest difference between whole numbers that are scaled.
+  // Rounds up from slightly below one half, because thirds and the like are stored a little too small. The margin is
+  // less than 1/96, the smallest difference between scaled whole numbers.
   constexpr double Half = 0.5 + 0x1p-7;
   return static_cast<std::int32_t>(std::clamp(std::floor(position * Factor() + Half), -Farthest, Farthest));
 }
 
-PixelRect Scale::ToDevice(const PixelRect& place) const {
-  return ToDevice(Box{static_cast<double>(place.left), static_cast<double>(place.top), static_cast<double>(place.right),
-                      static_cast<double>(place.bottom)});
+PixelRect Scale::ToDevice(const PixelRect& bounds) const {
+  return ToDevice(Box{static_cast<double>(bounds.left), static_cast<double>(bounds.top),
+                      static_cast<double>(bounds.right), static_cast<double>(bounds.bottom)});
 }
 
-PixelRect Scale::ToDevice(const Box& place) const {
-  return {ToDevice(place.left), ToDevice(place.top), ToDevice(place.right), ToDevice(place.bottom)};
+PixelRect Scale::ToDevice(const Box& bounds) const {
+  return {ToDevice(bounds.left), ToDevice(bounds.top), ToDevice(bounds.right), ToDevice(bounds.bottom)};
 }
 
 std::int32_t Scale::LengthOnDevice(std::int32_t length) const { return length > 0 ? std::max(ToDevice(length), 1) : 0; }
@@ -30,7 +30,7 @@ Font Scale::ToDevice(Font font) const {
 }
 
 std::int32_t Scale::ModelPixelAt(std::int32_t pixel) const {
-  // The last one whose left edge, (2 x dpi + 96) / 192 rounded down, is not right of the pixel.
+  // Find the last model pixel whose left edge, (2 x dpi + 96) / 192 rounded down, is not right of the pixel.
   const std::int64_t dividend = std::int64_t{ModelDpi} * (2 * std::int64_t{pixel} + 1) - 1;
   const std::int64_t divisor = 2 * std::int64_t{dpi};
   const std::int64_t quotient = dividend / divisor;

@@ -8,33 +8,31 @@
 
 namespace kw {
 
-// How large the models' pixels, of which there are 96 to the inch, are on a device with another number of them.
+// Maps the models' pixels, 96 to the inch, to the pixels of a device.
 //
-// Edges are scaled, not sizes: what meets in the models meets on the device too, and what does not overlap there does
-// not here.
+// It scales edges, not sizes: rectangles that meet in the models meet on the device, and none overlap that did not.
 class Scale {
 public:
   static constexpr std::int32_t ModelDpi = 96;
 
-  // Pixels of the device to the inch; what is no such number counts as 96.
+  // The device's dots to the inch; a number that is not positive counts as 96.
   explicit Scale(std::int32_t dotsPerInch = ModelDpi) : dpi(dotsPerInch > 0 ? dotsPerInch : ModelDpi) {}
 
   std::int32_t Dpi() const { return dpi; }
   double Factor() const { return static_cast<double>(dpi) / ModelDpi; }
 
-  // The device's nearest edge between two pixels, of two the one farther right or down. At most 2^30 to each side, so
-  // that no sum or difference of two leaves the range.
+  // The nearest pixel edge of the device; a tie goes right or down. Clamped to 2^30 on each side, so that sums and
+  // differences of two do not overflow.
   std::int32_t ToDevice(double position) const;
-  PixelRect ToDevice(const PixelRect& place) const;
-  PixelRect ToDevice(const Box& place) const;
-  // What is to be seen at all is at least one pixel.
+  PixelRect ToDevice(const PixelRect& bounds) const;
+  PixelRect ToDevice(const Box& bounds) const;
+  // A positive length is at least one pixel.
   std::int32_t LengthOnDevice(std::int32_t length) const;
   Font ToDevice(Font font) const;
 
-  // A device position in the models' pixels.
+  // Converts a device position to model pixels.
   double ToModel(std::int32_t position) const { return static_cast<double>(position) / Factor(); }
-  // The pixel of the models that shows at a pixel of the device. For a device's size: the greatest one in the models
-  // that fits.
+  // The model pixel that is shown at a device pixel. For a size on the device: the largest model size that fits.
   std::int32_t ModelPixelAt(std::int32_t pixel) const;
 
 private:

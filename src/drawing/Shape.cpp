@@ -9,12 +9,12 @@ namespace {
 
 constexpr std::int32_t PrefetchRows = 3;
 
-// Paints what was added to the rasteriser in a colour as the look shows it.
-void Paint(const FrameBuffer& target, Rasteriser& rasteriser, Colour colour, const PictureLook& look) {
-  const std::uint32_t pixel = look.isLightened ? Lightened(PixelOf(colour)) : PixelOf(colour);
+// Paints the rasteriser's outlines in a colour, with the draw options applied.
+void Paint(const FrameBuffer& target, Rasteriser& rasteriser, Colour colour, const DrawOptions& options) {
+  const std::uint32_t pixel = options.isLightened ? Lightened(PixelOf(colour)) : PixelOf(colour);
   rasteriser.Sweep([&](std::int32_t y, std::int32_t left, std::int32_t right, int coverage) {
     const auto row = target.Row(y, left, right);
-    // Edges run on downward: their pixels there are fetched while these are mixed.
+    // Prefetch the pixels some rows below: edges mostly continue there.
     if (y + PrefetchRows < target.area.bottom) __builtin_prefetch(row.data() + PrefetchRows * target.stride, 1);
     if (coverage == 255) {
       std::ranges::fill(row, pixel);
@@ -31,22 +31,22 @@ void PaintCoverage(const FrameBuffer& target, Rasteriser& rasteriser, Colour col
 }
 
 void DrawShape(const FrameBuffer& target, const Shape& shape, Point origin, const PixelRect& part,
-               const PictureLook& look, Rasteriser& rasteriser) {
+               const DrawOptions& options, Rasteriser& rasteriser) {
   const PixelRect clip = Common(part, target.area);
   if (clip.IsEmpty()) return;
   const Box box = {shape.box.left + origin.x, shape.box.top + origin.y, shape.box.right + origin.x,
                    shape.box.bottom + origin.y};
   const bool hasInside = shape.kind == Shape::Kind::Rectangle || shape.kind == Shape::Kind::Ellipse;
-  if (hasInside && shape.fill && shape.fill != look.transparent) {
+  if (hasInside && shape.fill && shape.fill != options.transparent) {
     rasteriser.Begin(clip);
     if (shape.kind == Shape::Kind::Ellipse) {
       AddEllipse(rasteriser, box);
     } else {
       AddRectangle(rasteriser, box);
     }
-    Paint(target, rasteriser, *shape.fill, look);
+    Paint(target, rasteriser, *shape.fill, options);
   }
-  if (!(shape.lineWidth > 0) || look.transparent == shape.lineColour) return;
+  if (!(shape.lineWidth > 0) || options.transparent == shape.lineColour) return;
   rasteriser.Begin(clip);
   switch (shape.kind) {
     case Shape::Kind::Rectangle:
@@ -67,7 +67,7 @@ void DrawShape(const FrameBuffer& target, const Shape& shape, Point origin, cons
       break;
     }
   }
-  Paint(target, rasteriser, shape.lineColour, look);
+  Paint(target, rasteriser, shape.lineColour, options);
 }
 
 }  // namespace kw

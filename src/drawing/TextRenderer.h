@@ -12,7 +12,7 @@
 
 namespace kw {
 
-// A text to be shown from the upper left corner of its place on, its lines broken at line ends and at the right edge.
+// A text drawn from the top left corner of its bounds, with lines broken at line ends and at the right edge.
 struct TextRun {
   std::string text = {};  // UTF-8
   Font font = {};
@@ -20,10 +20,10 @@ struct TextRun {
   friend bool operator==(const TextRun&, const TextRun&) = default;
 };
 
-// Coverage (0 none to 255 full) of the pixels of one area.
+// The coverage of an area's pixels, 0 (none) to 255 (full).
 struct CoverageMask {
   PixelRect area;
-  std::vector<std::uint8_t> coverage;  // row by row, without gaps
+  std::vector<std::uint8_t> coverage;  // row by row, without padding
 
   std::span<std::uint8_t> Row(std::int32_t y) {
     const auto width = static_cast<std::size_t>(area.Width());
@@ -31,7 +31,7 @@ struct CoverageMask {
   }
 };
 
-// Where text comes from is a matter of the platform.
+// Renders text; each platform has its own.
 class TextRenderer {
 public:
   TextRenderer() = default;
@@ -39,9 +39,9 @@ public:
   TextRenderer& operator=(const TextRenderer&) = delete;
   virtual ~TextRenderer() = default;
 
-  // Renders a text that is laid out in `place` into a mask of zeroes whose area is the part of `place` that is wanted.
-  // A pixel's coverage must not depend on which part that is.
-  virtual void Render(const TextRun& run, const PixelRect& place, CoverageMask& mask) = 0;
+  // Renders a text that is laid out in `bounds` into a mask of zeroes, whose area is the wanted part of `bounds`. A
+  // pixel's coverage must not depend on that part.
+  virtual void Render(const TextRun& run, const PixelRect& bounds, CoverageMask& mask) = 0;
 };
 
 }  // namespace kw

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "components/base/RunTimeError.h"
-#include "layers/PointInRect.h"
+#include "scene/HitTest.h"
 
 namespace kw {
 namespace {

@@ -16,7 +16,7 @@ std::int32_t LineOf(const TransparentPicture& layer, const Scale& scale) {
   return scale.LengthOnDevice(layer.LineWidth());
 }
 
-// Where the contents of a layer lie on the device. What is as high or as wide as its line stays so.
+// The bounds of a layer's contents on the device. A side as long as the line is wide stays as long as the scaled line.
 PixelRect ContentsOnDevice(const TransparentPicture& layer, const Scale& scale) {
   const PixelRect own = ContentsOfLayer(layer);
   PixelRect contents = scale.ToDevice(own);
@@ -27,7 +27,7 @@ PixelRect ContentsOnDevice(const TransparentPicture& layer, const Scale& scale) 
   return contents;
 }
 
-// The figure that a layer draws, inset by half the line so that nothing of it is cut off.
+// The figure that a layer draws, inset by half the line width, so that nothing is cut off.
 std::optional<Shape> FigureOf(const TransparentPicture& layer, const Scale& scale) {
   const Figure& figure = layer.DrawnFigure();
   if (!IsDrawn(figure)) return std::nullopt;
@@ -55,13 +55,13 @@ DisplayItem ItemOf(const TransparentPicture& layer, const Scale& scale) {
   item.key = KeyOf(&layer);
   item.frameWidth = scale.LengthOnDevice(FrameWidth);
   item.rim = layer.SelectionFrame() != 0 ? item.frameWidth : 0;
-  item.place = Inset(ContentsOnDevice(layer, scale), -item.rim);
+  item.bounds = Inset(ContentsOnDevice(layer, scale), -item.rim);
   item.picture = layer.Picture();
   item.shape = FigureOf(layer, scale);
-  item.look = {.transparent = layer.TransparentColor(), .isLightened = layer.IsLightened()};
+  item.options = {.transparent = layer.TransparentColor(), .isLightened = layer.IsLightened()};
   const bool isText = layer.DrawnFigure().kind == FigureKind::Text;
-  if (isText && layer.BackColor() != layer.TransparentColor()) item.ground = layer.BackColor();
-  // While a text is typed, the field that takes the typing shows it.
+  if (isText && layer.BackColor() != layer.TransparentColor()) item.background = layer.BackColor();
+  // While the user types, the edit field shows the text.
   if (!layer.Caption().empty() && !layer.IsTyping()) {
     item.text = TextRun{.text = layer.Caption(), .font = scale.ToDevice(layer.TextFont()), .colour = layer.ForeColor()};
   }
@@ -78,9 +78,11 @@ DisplayItem ItemOf(const TransparentPicture& layer, const Scale& scale) {
 
 }  // namespace
 
+float UnitsPerPixel(const Control& container) { return container.ScaleUnit() == Unit::Twips ? TwipsPerPixel : 1.0F; }
+
 Box BoundsOf(const Control& control) {
   const Control* const container = control.Container();
-  const float unit = container != nullptr && container->ScaleUnit() == Unit::Twips ? TwipsPerPixel : 1.0F;
+  const float unit = container == nullptr ? 1.0F : UnitsPerPixel(*container);
   return {control.Left() / unit, control.Top() / unit, (control.Left() + control.Width()) / unit,
           (control.Top() + control.Height()) / unit};
 }
@@ -88,12 +90,12 @@ Box BoundsOf(const Control& control) {
 PixelRect PixelsOf(const Control& control) { return Scale().ToDevice(BoundsOf(control)); }
 
 PixelRect PixelsOfLayer(const TransparentPicture& layer) {
-  PixelRect place = PixelsOf(layer);
+  PixelRect bounds = PixelsOf(layer);
   if (layer.SelectionFrame() != 0) {
-    place.right += 2 * FrameWidth;
-    place.bottom += 2 * FrameWidth;
+    bounds.right += 2 * FrameWidth;
+    bounds.bottom += 2 * FrameWidth;
   }
-  return place;
+  return bounds;
 }
 
 PixelRect ContentsOfLayer(const TransparentPicture& layer) {
@@ -116,7 +118,7 @@ void CollectItems(const PictureBox& canvas, const Scale& scale, std::vector<Disp
   if (const Bitmap& picture = canvas.Picture(); !picture.IsEmpty()) {
     DisplayItem& item = items.emplace_back();
     item.key = KeyOf(&canvas);
-    item.place = scale.ToDevice(PixelRect{0, 0, picture.Width(), picture.Height()});
+    item.bounds = scale.ToDevice(PixelRect{0, 0, picture.Width(), picture.Height()});
     item.picture = picture;
   }
   for (const Control* child : canvas.Children()) {
@@ -126,8 +128,8 @@ void CollectItems(const PictureBox& canvas, const Scale& scale, std::vector<Disp
     } else if (const auto* marker = dynamic_cast<const LightWeightMarker*>(child)) {
       DisplayItem& item = items.emplace_back();
       item.key = KeyOf(marker);
-      item.place = scale.ToDevice(PixelsOf(*marker));
-      item.ground = marker->Color();
+      item.bounds = scale.ToDevice(PixelsOf(*marker));
+      item.background = marker->Color();
     }
   }
 }

@@ -9,27 +9,28 @@
 
 namespace kw {
 
-// A control's place in its container, in pixels.
+// A control's bounds in its container, in pixels.
 Box BoundsOf(const Control& control);
-// The whole pixels that it covers there.
+// Units of the container's coordinates in a pixel.
+float UnitsPerPixel(const Control& container);
+// The whole pixels that a control covers in its container.
 PixelRect PixelsOf(const Control& control);
 
-// The whole pixels in which a layer shows itself. A layer in a frame keeps its contents where they were: the frame lies
-// around them, so it shows two pixels more than it measures in each direction.
+// The whole pixels that a layer covers. A frame lies around the contents, so a framed layer covers two pixels more than
+// its width and its height.
 PixelRect PixelsOfLayer(const TransparentPicture& layer);
-// Where the contents of a layer lie in that.
+// The part of these pixels that the layer's contents cover.
 PixelRect ContentsOfLayer(const TransparentPicture& layer);
 
-// What a canvas shows, back to front: its picture, and then the visible layers and markers that lie directly on it.
-// Other children have windows of their own. Pixels of pictures are shared, not copied. On a device with another scale
-// figures, frames and texts are those of that size, lines a whole number of its pixels wide; pictures come to lie in
-// larger places.
+// A canvas's display list, back to front: its picture, then the visible layers and markers that are its direct
+// children. Other children have windows of their own. Pixels of pictures are shared, not copied. On a scaled device
+// figures, frames and texts are drawn at that size, with lines a whole number of device pixels wide; pictures get
+// larger bounds.
 std::vector<DisplayItem> ItemsOf(const PictureBox& canvas, const Scale& scale = Scale());
-// The same into a list that may have held others before: a long stroke has thousands of markers, and the memory for so
-// many is not taken anew each time.
+// As above, but reuses the memory of `items`, because a long stroke has thousands of markers.
 void CollectItems(const PictureBox& canvas, const Scale& scale, std::vector<DisplayItem>& items);
 
-// Whether this child of a canvas is one of its items.
+// Whether this child of a canvas is drawn by the canvas: a layer or a marker.
 bool IsCanvasItem(const Control& child);
 
 }  // namespace kw

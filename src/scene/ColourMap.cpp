@@ -6,10 +6,10 @@
 namespace kw {
 namespace {
 
-// Where the greys begin.
+// The x coordinate at which the strip of greys begins.
 constexpr double GreysFrom = 0.92;
 
-// How much of a primary colour a hue holds; `peak` is the primary's own hue. Hues run from 0 to 6.
+// The share of a primary colour in a hue; `peak` is the primary's own hue. Hues run from 0 to 6.
 double Share(double hue, double peak) {
   const double direct = std::abs(hue - peak);
   const double distance = std::min(direct, 6 - direct);

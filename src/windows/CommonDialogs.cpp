@@ -1,4 +1,4 @@
-// The system's own dialogs for files, colours, fonts and printers, and ours for numbers.
+// The system's dialogs for files, colours, fonts and printers, and our own for parameters.
 
 #include <windows.h>
 
@@ -20,7 +20,7 @@
 namespace kw::windows {
 namespace {
 
-// A filter as the system takes it: its parts end in null characters, the last in two.
+// The filter in the system's format: each part ends in a null character, the last one in two.
 std::wstring SystemFilter(const std::string& filter) {
   std::wstring parts = ToWide(filter);
   std::replace(parts.begin(), parts.end(), L'|', L'\0');
@@ -28,7 +28,7 @@ std::wstring SystemFilter(const std::string& filter) {
   return parts;
 }
 
-// Points of a font as a height in pixels of the screen, and back.
+// Converts a font size in points to a height in screen pixels, and back.
 LONG HeightOfPoints(float points, int perInch) { return -std::lround(points * static_cast<float>(perInch) / 72); }
 
 int ScreenPixelsPerInch() {
@@ -70,7 +70,7 @@ bool WindowsDesktop::ShowOpen(OpenDialog& dialog) {
 
 bool WindowsDesktop::ShowColor(Colour& colour) {
   const auto whileUp = EnterDialog();
-  static std::array<COLORREF, 16> customColours = {};  // kept from one dialog to the next
+  static std::array<COLORREF, 16> customColours = {};  // kept from dialog to dialog
   CHOOSECOLORW fields = {};
   fields.lStructSize = sizeof fields;
   fields.hwndOwner = TopLevelOwner();
@@ -110,7 +110,7 @@ bool WindowsDesktop::ShowFont(Font& font) {
 
 bool WindowsDesktop::ShowPrinter(PrinterDialog& dialog) {
   const auto whileUp = EnterDialog();
-  // The error says so; the dialog would say it once more.
+  // Raise before the dialog: it would report the missing printer a second time.
   if (!HasPrinter()) Raise(ErrorNumber::PrinterError, ERROR_PRINTER_NOT_FOUND);
   const auto page = [](std::int32_t number) { return static_cast<WORD>(std::clamp(number, 1, 0xFFFF)); };
   PRINTDLGW fields = {};

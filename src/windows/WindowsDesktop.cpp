@@ -25,7 +25,7 @@ struct RunningTimer {
   const WindowsDesktop* desktop;
 };
 
-// The thread's running timers by the system's number. The system calls a timer back with nothing but that number.
+// The thread's running timers by their system ids: the id is all that the system passes to the callback.
 std::map<UINT_PTR, RunningTimer>& RunningTimers() {
   thread_local std::map<UINT_PTR, RunningTimer> timers;
   return timers;
@@ -33,7 +33,7 @@ std::map<UINT_PTR, RunningTimer>& RunningTimers() {
 
 void CALLBACK TimeIsUp(HWND /*window*/, UINT /*message*/, UINT_PTR id, DWORD /*time*/) {
   const auto found = RunningTimers().find(id);
-  if (found == RunningTimers().end()) return;  // stopped after the message was posted
+  if (found == RunningTimers().end()) return;  // it was stopped after the message was posted
   Timer* const timer = found->second.timer;
   Guard([timer] { timer->Fire(); });
 }
@@ -47,7 +47,7 @@ std::wstring ExecutablePath() {
   }
 }
 
-// The name of the running application, for boxes without a title of their own.
+// The application's name, the default title of message boxes.
 std::wstring ApplicationName() {
   std::wstring name = ExecutablePath();
   if (const auto slash = name.rfind(L'\\'); slash != std::wstring::npos) name.erase(0, slash + 1);
@@ -86,7 +86,7 @@ MessageAnswer WindowsDesktop::ShowMessageBox(const std::string& prompt, const st
   const UINT type = buttons == MessageButtons::YesNoCancel ? MB_YESNOCANCEL : MB_OK;
   const auto whileUp = EnterDialog();
   const int answer = MessageBoxW(TopLevelOwner(), ToWide(prompt).c_str(), caption.c_str(), type);
-  RenewPointer();  // what follows may take long
+  RenewPointer();  // what follows may take long: show the pointer now
   switch (answer) {
     case IDYES:
       return MessageAnswer::Yes;
@@ -104,7 +104,7 @@ void WindowsDesktop::ShowModal(DialogForm& dialog) {
   ModalWindow(dialog, TopLevelOwner()).Run();
 }
 
-// The screen as the models see it: 96 pixels to the inch. The views scale it to the real one.
+// For the models the screen has 96 pixels to the inch; the views scale to its real DPI.
 float WindowsDesktop::TwipsPerPixelX() const { return TwipsPerPixel; }
 float WindowsDesktop::TwipsPerPixelY() const { return TwipsPerPixel; }
 
@@ -143,7 +143,7 @@ LocalTime WindowsDesktop::Time() const {
   return {now.wHour, now.wMinute, now.wSecond};
 }
 
-// The C library's own calls refuse the prefix of long paths, so these two ask the system.
+// These two call the system, because the C library rejects the prefix of long paths.
 
 void WindowsDesktop::RemoveFile(const std::string& path) {
   if (DeleteFileW(ToFilesystemPath(path).c_str()) != FALSE) return;
@@ -171,7 +171,7 @@ void WindowsDesktop::DoEvents() {
   const auto underWay = EnterEvents();
   MSG message;
   while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) {
-    if (message.message == WM_QUIT) {  // of the loop that called
+    if (message.message == WM_QUIT) {  // for the calling message loop
       PostQuitMessage(static_cast<int>(message.wParam));
       return;
     }

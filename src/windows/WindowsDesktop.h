@@ -11,7 +11,7 @@ namespace kw::windows {
 
 class Printer;
 
-// The Windows desktop. Its timers run in the message loop of the thread that starts them.
+// The Windows desktop. A timer runs in the message loop of the thread that starts it.
 class WindowsDesktop : public Desktop {
 public:
   WindowsDesktop();
@@ -50,15 +50,15 @@ public:
   bool IsProcessRunning(std::int64_t number) const override;
 
 protected:
-  // The window that dialogs belong to; the thread's active window where nobody knows better.
+  // The owner window of dialogs; by default the thread's active window.
   virtual HWND DialogOwner() const;
-  // Called before a modal dialog is shown, or before the message queue is emptied; what it returns lives until that is
+  // Called before a modal dialog is shown or the message queue is emptied. The returned object lives until that is
   // over.
   virtual std::shared_ptr<void> EnterDialog() { return {}; }
   virtual std::shared_ptr<void> EnterEvents() { return {}; }
 
 private:
-  // The top-level window that a dialog belongs to; a child cannot own one.
+  // The top-level window that owns a dialog; a child window cannot own one.
   HWND TopLevelOwner() const;
 
   std::unique_ptr<Printer> printer;

@@ -61,6 +61,16 @@ TEST_F(InputLayers, APressPicksTheTopmostAndAPressBesideReleasesIt) {
   EXPECT_TRUE(ShowsAgain(before));
 }
 
+TEST_F(InputLayers, TheLastEdgeBelongsToALayerForThePressAndForThePointer) {
+  const POINT edge = {BlueSquare.right, BlueSquare.top + 20};
+  Pick(edge.x + 1, edge.y);
+  EXPECT_FALSE(Shows(BlueSquare.left - 1, edge.y, Black)) << "beside it";
+  Pick(edge.x, edge.y);
+  EXPECT_TRUE(Shows(BlueSquare.left - 1, edge.y, Black)) << "the editor's layer";
+  hand.GlideTo(OnCanvas(edge.x, edge.y));
+  EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_SIZEALL)) << "the view's layer";
+}
+
 TEST_F(InputLayers, UnderAnotherToolThePointerOverALayerIsThatOfTheTool) {
   const POINT over = OnCanvas(Overlap.x + 10, Overlap.y + 10);
   Pick(Overlap.x, Overlap.y);

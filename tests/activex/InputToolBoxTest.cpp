@@ -36,7 +36,7 @@ bool IsShown(HWND window) { return IsWindowVisible(window) != FALSE; }
 class InputToolBox : public InputTest {
 protected:
   // Of the tool box, beside everything that lies on it.
-  static constexpr POINT Ground = {60, 9};
+  static constexpr POINT Background = {60, 9};
 
   void SetUp() override {
     InputTest::SetUp();
@@ -70,7 +70,9 @@ protected:
     ADD_FAILURE() << "a part of the tool box is missing";
     return nullptr;
   }
-  POINT OnGround(int right = 0, int down = 0) const { return OnScreen(toolBox, Ground.x + right, Ground.y + down); }
+  POINT OnBackground(int right = 0, int down = 0) const {
+    return OnScreen(toolBox, Background.x + right, Background.y + down);
+  }
   void PressAt(POINT point) {
     hand.MoveTo(point);
     hand.GlideTo(point);
@@ -128,40 +130,40 @@ protected:
   HWND lowerCaption = nullptr;
 };
 
-TEST_F(InputToolBox, FollowsTheMouseThatDragsItsGround) {
+TEST_F(InputToolBox, FollowsTheMouseThatDragsItsBackground) {
   const RECT before = PlaceIn(toolBox);
-  PressAt(OnGround());
+  PressAt(OnBackground());
   EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_SIZEALL));
-  hand.GlideTo(OnGround(-50, -40));
+  hand.GlideTo(OnBackground(-50, -40));
   RECT moved = before;
   OffsetRect(&moved, -50, -40);
   EXPECT_TRUE(Is(PlaceIn(toolBox), moved));
   hand.Release();
   EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_ARROW));
-  hand.GlideTo(OnGround(20, 20));
+  hand.GlideTo(OnBackground(20, 20));
   EXPECT_TRUE(Is(PlaceIn(toolBox), moved));
   for (const char* name : {"kwraTools_MouseDown", "kwraTools_MouseUp"}) EXPECT_EQ(TimesTraced(name), 1) << name;
 }
 
 TEST_F(InputToolBox, StopsSixPixelsFromTheEdgeUntilTheNextPress) {
-  PressAt(OnGround());
-  hand.GlideTo(OnGround(100, 0));
+  PressAt(OnBackground());
+  hand.GlideTo(OnBackground(100, 0));
   EXPECT_EQ(PlaceIn(toolBox).right, PlaceIn(GetParent(canvas)).right - 6);
   const RECT stopped = PlaceIn(toolBox);
-  hand.GlideTo(OnGround(-80, 0));
+  hand.GlideTo(OnBackground(-80, 0));
   EXPECT_TRUE(Is(PlaceIn(toolBox), stopped));
   hand.Release();
-  hand.DragFrom(OnGround(), OnGround(-30, 0));
+  hand.DragFrom(OnBackground(), OnBackground(-30, 0));
   EXPECT_EQ(PlaceIn(toolBox).right, stopped.right - 30);
 }
 
 TEST_F(InputToolBox, ADragEndsWhereTheMouseIsTakenAway) {
   const auto dragAndLose = [this](const std::function<void()>& lose) {
-    PressAt(OnGround());
-    hand.GlideTo(OnGround(-20, -20));
+    PressAt(OnBackground());
+    hand.GlideTo(OnBackground(-20, -20));
     const RECT there = PlaceIn(toolBox);
     lose();
-    hand.GlideTo(OnGround(-30, -30));
+    hand.GlideTo(OnBackground(-30, -30));
     EXPECT_TRUE(Is(PlaceIn(toolBox), there));
     EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_ARROW));
     hand.Release();
@@ -200,7 +202,7 @@ TEST_F(InputToolBox, APressOnItsButtonThatEndsBesideItHidesNothing) {
   EXPECT_TRUE(IsShown(toolBox));
   EXPECT_EQ(TimesTraced("kwrpHideToolBox_MouseDown"), 1);
   // The other way round it is no press on the button.
-  PressAt(OnGround());
+  PressAt(OnBackground());
   hand.GlideTo(MiddleOf(hideButton));
   hand.Release();
   EXPECT_TRUE(IsShown(toolBox));
@@ -218,7 +220,7 @@ TEST_F(InputToolBox, APressOnItsButtonThatLosesTheMouseIsNone) {
   EXPECT_EQ(TimesTraced("kwrpHideToolBox_MouseDown"), 0);
 }
 
-TEST_F(InputToolBox, APressOnTheGroundOfTheStripChangesItsRows) {
+TEST_F(InputToolBox, APressOnTheBackgroundOfTheStripChangesItsRows) {
   const HWND first = GetParent(ButtonOf(L"Save File").bar);
   const HWND second = GetParent(ButtonOf(L"Next Page").bar);
   const HWND viewport = GetParent(canvas);
@@ -298,7 +300,7 @@ TEST_F(InputColours, TheRightButtonPicksAndOpensTheDialogOnThem) {
 }
 
 TEST_F(InputColours, ThePaletteClosesWhateverElseTheUserDoes) {
-  const POINT ways[] = {OnGround(), ButtonOf(L"Line").Middle(), ButtonOf(L"Zoom In").Middle(), OnCanvas(300, 300)};
+  const POINT ways[] = {OnBackground(), ButtonOf(L"Line").Middle(), ButtonOf(L"Zoom In").Middle(), OnCanvas(300, 300)};
   for (const POINT& way : ways) {
     OpenPalette(foreground);
     hand.ClickAt(way);

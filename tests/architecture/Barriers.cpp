@@ -12,7 +12,7 @@ using SafeNames = std::set<std::string_view>;
 bool IsOfAWord(char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_'; }
 
 // A barrier, or what has one around all that it does.
-const SafeNames Barriers = {"Guard", "GuardOr", "AtEdge", "RunToItsEnd", "Get", "Let"};
+const SafeNames Barriers = {"Guard", "GuardOr", "AtComBoundary", "RunToItsEnd", "Get", "Let"};
 
 // What may be called without one. Of the control's own procedures, those that only free, count or hand out what is
 // there; of the system's, all: they are written in another language.

@@ -105,7 +105,7 @@ TEST(OpenBarriersRule, AllowsBarriersAndWhatThrowsNothing) {
   for (const std::string text : {
            "void CALLBACK Run(int id) { Guard([id] { Timer(id).Fire(); }); }",
            "static LRESULT CALLBACK Procedure(HWND window, UINT message);",
-           "STDMETHODIMP A::Load(I* stream) { return AtEdge(life, [&] { return Read(stream); }); }",
+           "STDMETHODIMP A::Load(I* stream) { return AtComBoundary(life, [&] { return Read(stream); }); }",
            "STDMETHODIMP A::Freeze(BOOL on) { if (on != 0) return E_NOTIMPL; return S_OK; }",
            "STDMETHODIMP Load(I* stream) override;\nvoid F() { Any(); }",
            "~A() { if (window != nullptr) DestroyWindow(window); }",

@@ -91,12 +91,12 @@ public:
   }
 
   void Change(DisplayItem& item) {
-    item.place = Place();
-    item.ground = Number(0, 5) == 0 ? std::optional(AnyColour()) : std::nullopt;
+    item.bounds = Place();
+    item.background = Number(0, 5) == 0 ? std::optional(AnyColour()) : std::nullopt;
     item.picture = Number(0, 1) == 0 ? pictures[static_cast<std::size_t>(Number(0, 4))] : Bitmap();
-    item.look = {};
-    if (Number(0, 1) == 0) item.look.transparent = Number(0, 1) == 0 ? White : Colour{0};
-    item.look.isLightened = Number(0, 3) == 0;
+    item.options = {};
+    if (Number(0, 1) == 0) item.options.transparent = Number(0, 1) == 0 ? White : Colour{0};
+    item.options.isLightened = Number(0, 3) == 0;
     item.shape.reset();
     if (Number(0, 1) == 0) {
       Shape shape;
@@ -147,7 +147,7 @@ TEST(CompositorTest, PaintingDirtyPartsEqualsPaintingAll) {
       case 3: {
         DisplayItem& moved = items[static_cast<std::size_t>(pick())];
         const PixelRect place = make.Place();
-        moved.place = {place.left, place.top, place.left + moved.place.Width(), place.top + moved.place.Height()};
+        moved.bounds = {place.left, place.top, place.left + moved.bounds.Width(), place.top + moved.bounds.Height()};
         break;
       }
       case 4: {  // brought to the front
@@ -190,11 +190,11 @@ TEST(CompositorTest, PaintingAPartTouchesNothingElse) {
 TEST(CompositorTest, AMovedItemDirtiesItsOldAndItsNewPlaceOnly) {
   RandomItems make(3);
   std::vector<DisplayItem> items = make.Many(500);
-  items[250].place = {10, 10, 30, 30};
+  items[250].bounds = {10, 10, 30, 30};
   Compositor compositor(White);
   compositor.Show(items);
   EXPECT_TRUE(compositor.Show(items).empty());
-  items[250].place = {60, 50, 80, 70};
+  items[250].bounds = {60, 50, 80, 70};
   const auto parts = compositor.Show(items);
   ASSERT_EQ(parts.size(), 2U);
   EXPECT_TRUE((parts[0] == PixelRect{60, 50, 80, 70} && parts[1] == PixelRect{10, 10, 30, 30}) ||
@@ -204,7 +204,7 @@ TEST(CompositorTest, AMovedItemDirtiesItsOldAndItsNewPlaceOnly) {
 TEST(CompositorTest, ABareFrameDirtiesItsLinesOnly) {
   DisplayItem band;
   band.key = 1;
-  band.place = {10, 10, 110, 90};
+  band.bounds = {10, 10, 110, 90};
   band.frame = DisplayItem::Frame::Solid;
   const auto areaOf = [](const std::vector<PixelRect>& parts) {
     std::int32_t area = 0;
@@ -216,13 +216,13 @@ TEST(CompositorTest, ABareFrameDirtiesItsLinesOnly) {
   band.hasHandles = true;
   compositor.Show({band});
   band.hasHandles = false;
-  band.place = {20, 20, 100, 80};
+  band.bounds = {20, 20, 100, 80};
   EXPECT_LT(areaOf(compositor.Show({band})), 100 * 80 / 5);
-  band.ground = White;
+  band.background = White;
   EXPECT_EQ(areaOf(compositor.Show({band})), 80 * 60) << "what fills its place shows in all of it";
-  band.ground.reset();
+  band.background.reset();
   EXPECT_EQ(areaOf(compositor.Show({band})), 80 * 60);
-  band.place = {20, 20, 22, 80};
+  band.bounds = {20, 20, 22, 80};
   compositor.Show({});
   EXPECT_EQ(areaOf(compositor.Show({band})), 2 * 60) << "no more than its place";
 }
@@ -242,7 +242,7 @@ TEST(CompositorTest, TheFormerListComesBackForItsMemory) {
 TEST(CompositorTest, ARestackedItemDirtiesItsOwnPlaceOnly) {
   RandomItems make(4);
   std::vector<DisplayItem> items = make.Many(50);
-  items[7].place = {5, 6, 25, 26};
+  items[7].bounds = {5, 6, 25, 26};
   Compositor compositor(White);
   compositor.Show(items);
   std::rotate(items.begin() + 7, items.begin() + 8, items.end());
@@ -252,7 +252,7 @@ TEST(CompositorTest, ARestackedItemDirtiesItsOwnPlaceOnly) {
 }
 
 TEST(CompositorTest, APictureThatWasWrittenToIsNoticed) {
-  DisplayItem item{.key = 1, .place = {0, 0, 4, 4}, .picture = Plain(4, 4, {10, 20, 30})};
+  DisplayItem item{.key = 1, .bounds = {0, 0, 4, 4}, .picture = Plain(4, 4, {10, 20, 30})};
   Compositor compositor(White);
   compositor.Show({item});
   EXPECT_TRUE(compositor.Show({item}).empty());
@@ -262,12 +262,12 @@ TEST(CompositorTest, APictureThatWasWrittenToIsNoticed) {
 
 TEST(CompositorTest, LayersLieAboveThePageAndItAboveItsBackground) {
   const DisplayItem background{
-      .key = 1, .place = {0, 0, 10, 10}, .picture = Plain(10, 10, {0, 0, 0}), .look = {.isLightened = true}};
+      .key = 1, .bounds = {0, 0, 10, 10}, .picture = Plain(10, 10, {0, 0, 0}), .options = {.isLightened = true}};
   Bitmap paper = Plain(8, 8, {255, 255, 255});
   paper.MutableRow(2)[6] = 0;  // a yellow dot
-  const DisplayItem page{.key = 2, .place = {0, 0, 8, 8}, .picture = paper, .look = {.transparent = White}};
+  const DisplayItem page{.key = 2, .bounds = {0, 0, 8, 8}, .picture = paper, .options = {.transparent = White}};
   const DisplayItem layer{
-      .key = 3, .place = {4, 4, 9, 9}, .ground = MakeColour(255, 0, 0), .frame = DisplayItem::Frame::Solid};
+      .key = 3, .bounds = {4, 4, 9, 9}, .background = MakeColour(255, 0, 0), .frame = DisplayItem::Frame::Solid};
   Compositor compositor(White);
   compositor.Show({background, page, layer});
   const Canvas canvas({0, 0, 12, 12});
@@ -287,21 +287,21 @@ TEST(CompositorTest, AFillOfTheTransparentColourIsNotThere) {
   circle.box = {2, 2, 18, 18};
   circle.lineWidth = 2;
   circle.fill = Colour{20};
-  DisplayItem layer{.key = 1, .place = {0, 0, 20, 20}, .shape = circle, .look = {.transparent = Colour{20}}};
+  DisplayItem layer{.key = 1, .bounds = {0, 0, 20, 20}, .shape = circle, .options = {.transparent = Colour{20}}};
   Compositor compositor(White);
   compositor.Show({layer});
   const Canvas canvas({0, 0, 20, 20});
   compositor.Paint(canvas.Buffer(), {0, 0, 20, 20}, nullptr);
   EXPECT_EQ(canvas.At(10, 10), 0xFFFFFFU);
   EXPECT_EQ(canvas.At(2, 10), 0U);
-  layer.look.transparent = Colour{21};
+  layer.options.transparent = Colour{21};
   compositor.Show({layer});
   compositor.Paint(canvas.Buffer(), {0, 0, 20, 20}, nullptr);
   EXPECT_EQ(canvas.At(10, 10), PixelOf(Colour{20}));
 }
 
 TEST(CompositorTest, TextIsBlendedByItsMask) {
-  const DisplayItem layer{.key = 1, .place = {0, 0, 8, 4}, .text = TextRun{"@", {}, MakeColour(0, 0, 0)}};
+  const DisplayItem layer{.key = 1, .bounds = {0, 0, 8, 4}, .text = TextRun{"@", {}, MakeColour(0, 0, 0)}};
   Compositor compositor(White);
   compositor.Show({layer});
   const Canvas canvas({0, 0, 8, 4});
@@ -338,7 +338,7 @@ TEST(CompositorTest, EnormousPlacesAreSafe) {
   for (const PixelRect& place : {PixelRect{least, least, most, most}, PixelRect{most - 1, most - 1, most, most},
                                  PixelRect{least, least, least + 1, least + 1}, PixelRect{most, most, least, least}}) {
     items.push_back({.key = ++key,
-                     .place = place,
+                     .bounds = place,
                      .picture = Plain(2, 2, {1, 2, 3}),
                      .shape = shape,
                      .text = TextRun{"x", {}, 0},

@@ -182,16 +182,16 @@ TEST(DrawPictureTest, APartIsTheSameAsThatPartOfTheWhole) {
     const Bitmap picture = RandomPicture(31, 27, depth, 6);
     for (const PixelRect& place :
          {PixelRect{3, 4, 34, 31}, PixelRect{1, 2, 18, 15}, PixelRect{-9, -20, 90, 70}, PixelRect{0, 0, 12, 60}}) {
-      for (const PictureLook& look : {PictureLook{}, PictureLook{.transparent = ColourAt(picture, 0, 0)}}) {
+      for (const DrawOptions& options : {DrawOptions{}, DrawOptions{.transparent = ColourAt(picture, 0, 0)}}) {
         const Canvas whole({0, 0, 60, 60});
-        DrawPicture(whole.Buffer(), picture, place, look);
+        DrawPicture(whole.Buffer(), picture, place, options);
         for (int round = 0; round < 20; ++round) {
           const auto left = static_cast<std::int32_t>(random() % 50);
           const auto top = static_cast<std::int32_t>(random() % 50);
           const PixelRect area = {left, top, left + 1 + static_cast<std::int32_t>(random() % 10),
                                   top + 1 + static_cast<std::int32_t>(random() % 10)};
           const Canvas part(area);
-          DrawPicture(part.Buffer(), picture, place, look);
+          DrawPicture(part.Buffer(), picture, place, options);
           for (std::int32_t y = area.top; y < area.bottom; ++y) {
             for (std::int32_t x = area.left; x < area.right; ++x) ASSERT_EQ(part.At(x, y), whole.At(x, y)) << depth;
           }

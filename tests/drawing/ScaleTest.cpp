@@ -91,8 +91,8 @@ protected:
 TEST_F(ItemsOfACanvas, PlacesAndTextsAreLarger) {
   layer.SetCaption("text");
   layer.SetTextFont({.size = 10});
-  EXPECT_EQ(At(144).place, (PixelRect{17, 32, 168, 78}));
-  EXPECT_EQ(At(192).place, (PixelRect{22, 42, 224, 104}));
+  EXPECT_EQ(At(144).bounds, (PixelRect{17, 32, 168, 78}));
+  EXPECT_EQ(At(192).bounds, (PixelRect{22, 42, 224, 104}));
   EXPECT_EQ(At(144).text->font.size, 15);
 }
 
@@ -113,7 +113,7 @@ TEST_F(ItemsOfACanvas, ALevelLineStaysLevel) {
       layer.Move(10, static_cast<float>(top), 100, 3);
       const DisplayItem item = At(dpi);
       EXPECT_EQ(item.shape->box.top, item.shape->box.bottom) << dpi;
-      EXPECT_EQ(item.place.Height(), item.shape->lineWidth) << dpi;
+      EXPECT_EQ(item.bounds.Height(), item.shape->lineWidth) << dpi;
     }
   }
 }
@@ -122,12 +122,12 @@ TEST_F(ItemsOfACanvas, AFrameLiesAroundTheContentsAtEveryScale) {
   for (const std::int32_t dpi : Dpis) {
     layer.SetSelectionFrame(0);
     layer.Move(11, 21, 101, 31);
-    const PixelRect contents = At(dpi).place;
+    const PixelRect contents = At(dpi).bounds;
     layer.SetSelectionFrame(1);
     layer.Move(10, 20, 101, 31);  // makes room for the frame
     const DisplayItem framed = At(dpi);
     EXPECT_EQ(framed.rim, framed.frameWidth);
-    EXPECT_EQ(Inset(framed.place, framed.rim), contents) << dpi;
+    EXPECT_EQ(Inset(framed.bounds, framed.rim), contents) << dpi;
   }
 }
 
@@ -135,7 +135,7 @@ TEST_F(ItemsOfACanvas, HandlesGrow) {
   layer.SetIsToShowResize(true);
   EXPECT_EQ(At(96).handleSize, 5);
   EXPECT_EQ(At(192).handleSize, 10);
-  EXPECT_EQ(HandlesOf(At(192).place, 10)[0], (PixelRect{22, 42, 32, 52}));
+  EXPECT_EQ(HandlesOf(At(192).bounds, 10)[0], (PixelRect{22, 42, 32, 52}));
 }
 
 }  // namespace

@@ -14,10 +14,10 @@ constexpr PixelRect Area = {-10, -10, 30, 30};
 constexpr Colour Red = MakeColour(255, 0, 0);
 constexpr Colour Blue = MakeColour(0, 0, 255);
 
-std::vector<std::uint32_t> Drawn(const Shape& shape, const PictureLook& look = {}, Point origin = {}) {
+std::vector<std::uint32_t> Drawn(const Shape& shape, const DrawOptions& options = {}, Point origin = {}) {
   const Canvas canvas(Area, PixelOf(White));
   Rasteriser rasteriser;
-  DrawShape(canvas.Buffer(), shape, origin, Area, look, rasteriser);
+  DrawShape(canvas.Buffer(), shape, origin, Area, options, rasteriser);
   return canvas.Pixels();
 }
 

@@ -3,7 +3,6 @@
 #include <map>
 #include <random>
 
-#include "layers/PointInRect.h"
 #include "tests/support/Errors.h"
 #include "tests/support/LayersFixture.h"
 
@@ -11,19 +10,6 @@ namespace kw::test {
 namespace {
 
 using Order = std::vector<std::int16_t>;
-
-TEST(IsPointInRectTest, IncludesAllFourEdges) {
-  EXPECT_TRUE(IsPointInRect(10, 20, 10, 20, 5, 5));
-  EXPECT_TRUE(IsPointInRect(15, 25, 10, 20, 5, 5));
-  EXPECT_FALSE(IsPointInRect(16, 25, 10, 20, 5, 5));
-  EXPECT_FALSE(IsPointInRect(9, 20, 10, 20, 5, 5));
-}
-
-TEST(IsPointInRectTest, RaisesOverflowWhereAnEdgeDoesNotFit) {
-  constexpr std::int32_t most = std::numeric_limits<std::int32_t>::max();
-  EXPECT_EQ(ErrorOf([] { IsPointInRect(0, 0, most, 0, 1, 1); }), 6);
-  EXPECT_EQ(ErrorOf([] { IsPointInRect(0, 0, 0, most - 1, 1, 2); }), 6);
-}
 
 TEST_F(LayersTest, ANewLayerIsLoadedOnTopWithTheLineSize) {
   Form().sldLineHeight.SetValue(7);

@@ -26,7 +26,7 @@ protected:
     Form().BorderBottom.MouseDown.Connect(note("bottom"));
     Form().BorderCorner.MouseDown.Connect(note("corner"));
     Form().TransLayers(1).MouseDown.Connect(note("page"));
-    Form().picFrame.MouseDown.Connect(note("ground"));
+    Form().picFrame.MouseDown.Connect(note("background"));
     desktop.boxes.clear();
   }
   // Sends a message of the mouse at a point of the viewport to the window that lies there, or holds the mouse.
@@ -76,10 +76,10 @@ TEST_F(GrabbedBorder, IsFoundOnItsTwoPixelsAndUpToFourBeyond) {
     EXPECT_EQ(PressAt(PageWidth - 1, PageHeight + beyond), "bottom") << beyond;
     EXPECT_EQ(PressAt(PageWidth + beyond, PageHeight - 1), "right") << beyond;
   }
-  EXPECT_EQ(PressAt(PageWidth + 6, 100), "ground");
-  EXPECT_EQ(PressAt(100, PageHeight + 6), "ground");
-  EXPECT_EQ(PressAt(PageWidth + 6, PageHeight + 6), "ground");
-  EXPECT_EQ(PressAt(PageWidth + 6, PageHeight), "ground");
+  EXPECT_EQ(PressAt(PageWidth + 6, 100), "background");
+  EXPECT_EQ(PressAt(100, PageHeight + 6), "background");
+  EXPECT_EQ(PressAt(PageWidth + 6, PageHeight + 6), "background");
+  EXPECT_EQ(PressAt(PageWidth + 6, PageHeight), "background");
 }
 
 TEST_F(GrabbedBorder, LeavesWhatLiesInsideThePageToTheLayersAndThePage) {
@@ -164,10 +164,10 @@ TEST_F(GrabbedBorder, AnotherWindowThatBecomesActiveEndsTheDrag) {
 
 TEST_F(GrabbedBorder, ABorderThatIsHiddenOrDisabledOrGoneIsNotGrabbed) {
   Form().BorderRight.SetVisible(false);
-  EXPECT_EQ(PressAt(PageWidth + 3, 50), "ground");
+  EXPECT_EQ(PressAt(PageWidth + 3, 50), "background");
   Form().BorderRight.SetVisible(true);
   Form().BorderRight.SetEnabled(false);
-  EXPECT_EQ(PressAt(PageWidth + 3, 50), "ground");
+  EXPECT_EQ(PressAt(PageWidth + 3, 50), "background");
   Form().BorderRight.SetEnabled(true);
   // It goes while it is dragged.
   Send(WM_LBUTTONDOWN, PageWidth + 3, 50);

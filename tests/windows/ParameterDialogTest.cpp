@@ -12,7 +12,6 @@
 #include "tests/windows/PostedMessages.h"
 #include "tests/windows/TestForm.h"
 #include "windows/base/Text.h"
-#include "windows/dialogs/ParameterText.h"
 
 namespace kw::test {
 namespace {
@@ -271,19 +270,6 @@ TEST_F(ParameterDialog, ManyFieldsFitOnASmallScreen) {
     PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
   });
   EXPECT_FALSE(AskParameters(owner, question, many));
-}
-
-TEST(ParameterText, LabelsAreWordsWithALetterEach) {
-  EXPECT_EQ(LabelOf("BlurSigma"), "Blur sigma");
-  const std::vector<Parameter> fields{{"Angle"}, {"Area"}, {"Ra"}, {"Ar"}};
-  EXPECT_EQ(WithMnemonics(fields, "d"), (std::vector<std::string>{"&Angle", "A&rea", "Ra", "Ar"}));
-}
-
-TEST(ParameterText, NumbersHaveNoMoreDigitsThanTheyNeed) {
-  EXPECT_EQ(NumberText(90), L"90");
-  EXPECT_EQ(NumberText(-0.3), L"-0.3");
-  EXPECT_EQ(NumberText(0.1 + 0.2), L"0.3");
-  EXPECT_EQ(NumberText(100000), L"100000");
 }
 
 }  // namespace

@@ -69,13 +69,13 @@ RECT PictureArea(const ToolBar& bar, int buttons) {
   const HWND window = WindowOf(bar);
   Paint(window);
   const RECT first = ButtonAt(bar, 0);
-  const COLORREF ground = PixelOf(window, first.left + 1, first.top + 1);
+  const COLORREF background = PixelOf(window, first.left + 1, first.top + 1);
   RECT area = {};
   for (int i = 0; i < buttons; ++i) {
     const RECT button = ButtonAt(bar, i);
     for (int y = 0; y < button.bottom - button.top; ++y) {
       for (int x = 0; x < button.right - button.left; ++x) {
-        if (PixelOf(window, button.left + x, button.top + y) == ground) continue;
+        if (PixelOf(window, button.left + x, button.top + y) == background) continue;
         const RECT pixel = {x, y, x + 1, y + 1};
         UnionRect(&area, &area, &pixel);
       }

@@ -140,21 +140,21 @@ COLORREF PixelOf(HWND window, int x, int y) {
   return colour;
 }
 
-bool ShowsText(const Control& control, HWND ground) {
-  Paint(ground);
+bool ShowsText(const Control& control, HWND background) {
+  Paint(background);
   const bool isInTwips = control.Container() != nullptr && control.Container()->ScaleUnit() == Unit::Twips;
   const auto inPixels = [isInTwips](float place) { return static_cast<int>(isInTwips ? ToPixels(place) : place); };
   const int right = inPixels(control.Left() + control.Width());
   const int bottom = inPixels(control.Top() + control.Height());
   constexpr int fewestOfAWord = 30;
   int ink = 0;
-  const HDC context = GetDC(ground);
+  const HDC context = GetDC(background);
   for (int y = inPixels(control.Top()); y < bottom; ++y) {
     for (int x = inPixels(control.Left()); x < right; ++x) {
       ink += GetPixel(context, x, y) == GetSysColor(COLOR_BTNTEXT) ? 1 : 0;
     }
   }
-  ReleaseDC(ground, context);
+  ReleaseDC(background, context);
   return ink >= fewestOfAWord;
 }
 

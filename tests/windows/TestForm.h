@@ -92,7 +92,7 @@ LONG FontHeightOf(HWND window);
 COLORREF PixelOf(HWND window, int x, int y);
 void Paint(HWND window);
 // Whether the ground that a control without a window lies on shows some text in its place.
-bool ShowsText(const Control& control, HWND ground);
+bool ShowsText(const Control& control, HWND background);
 // A press and a release of the left button at a point of the window.
 void ClickAt(HWND window, int x, int y);
 // A picture of one colour.

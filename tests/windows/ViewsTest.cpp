@@ -5,6 +5,8 @@
 #include <commctrl.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <chrono>
 #include <string>
 
 #include "tests/windows/TestForm.h"
@@ -188,6 +190,33 @@ TEST(Views, ALoadedControlGetsAWindowAndLosesItWhenItIsUnloaded) {
   EXPECT_TRUE(IsWindowVisible(window));
   form.panels.Unload(3);
   EXPECT_FALSE(IsWindow(window));
+}
+
+// The shortest of some rounds, in microseconds: what a command of a window costs.
+double TimeOfCommands(HWND sender) {
+  constexpr int Rounds = 20;
+  constexpr int Commands = 50;
+  constexpr WORD Unknown = 0x7777;
+  double least = 1e9;
+  for (int round = 0; round < Rounds; ++round) {
+    const auto start = std::chrono::steady_clock::now();
+    for (int i = 0; i < Commands; ++i)
+      SendMessageW(GetParent(sender), WM_COMMAND, MAKEWPARAM(0, Unknown), reinterpret_cast<LPARAM>(sender));
+    const std::chrono::duration<double, std::micro> taken = std::chrono::steady_clock::now() - start;
+    least = std::min(least, taken.count() / Commands);
+  }
+  return least;
+}
+
+TEST(Views, ACommandCostsTheSameWithThirtyThousandMarkersOnTheCanvas) {
+  TestForm form;
+  const HWND sender = WindowOf(form.tick);
+  const double before = TimeOfCommands(sender);
+  ControlArray<LightWeightMarker> markers("markers", 1);
+  markers(0).SetContainer(&form.canvas);
+  for (int i = 1; i <= 30000; ++i) markers.Load(i);
+  const double after = TimeOfCommands(sender);
+  EXPECT_LT(after, 4 * before + 5) << before << " microseconds before";
 }
 
 TEST(Views, ResizingMovesTheWindowAndHidingHidesIt) {

@@ -4,12 +4,13 @@
 #include <utility>
 
 #include "components/controls/Control.h"
+#include "components/controls/KeyInput.h"
 
 namespace kw {
 
 // The editor itself as its container sees it: the root of the form. It measures its own size in twips and places its
 // children in pixels.
-class UserControl : public Control {
+class UserControl : public Control, public KeyInput {
 public:
   explicit UserControl(std::string controlName) : Control(std::move(controlName), "UserControl") {}
 
@@ -22,11 +23,6 @@ public:
 
   Event<> Resize;
   Event<> Paint;
-  Event<std::int16_t, std::int16_t> KeyDown;
-  Event<std::int16_t> KeyPress;
-  Event<std::int16_t, std::int16_t> KeyUp;
-  // Asks whether that key, with that shift state, has a use now; else it is the host's.
-  Event<std::int16_t, std::int16_t, bool&> KeyUse;
 
 protected:
   void Resized() override { Resize.Raise(); }

@@ -22,7 +22,8 @@ bool HoldDeviceIndependentBitmap(std::span<const UINT> formats) {
   if (dib == formats.end()) return false;
   const auto first = std::find_if(formats.begin(), dib, [](UINT one) { return one == CF_BITMAP || one == CF_DIBV5; });
   if (first == dib || *first == CF_DIBV5) return true;
-  // Both may have been left, the old one first. The system makes a palette of a device-independent bitmap only.
+  // A program may have put both there, the old one first. The system synthesises a palette only from a
+  // device-independent bitmap.
   return std::find(dib, formats.end(), UINT{CF_PALETTE}) != formats.end();
 }
 

@@ -4,8 +4,8 @@
 
 namespace kw::windows {
 
-// While one of these lives, windows of the system's control classes are those of version 6 if the module carries the
-// manifest that asks for it (resource 2), whatever the host uses; else they are the host's.
+// During its life new windows of the system's control classes come from version 6 of the common controls if the module
+// has a manifest for it (resource 2), whatever the host uses; else from the host's version.
 class CommonControls {
 public:
   CommonControls();

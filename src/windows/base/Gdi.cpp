@@ -12,7 +12,7 @@ bool BackBuffer::Reserve(int newWidth, int newHeight) {
   BITMAPINFO info = {};
   info.bmiHeader.biSize = sizeof info.bmiHeader;
   info.bmiHeader.biWidth = newWidth;
-  info.bmiHeader.biHeight = -newHeight;  // rows from the top downward
+  info.bmiHeader.biHeight = -newHeight;  // negative: the top row first
   info.bmiHeader.biPlanes = 1;
   info.bmiHeader.biBitCount = 32;
   info.bmiHeader.biCompression = BI_RGB;
@@ -48,7 +48,7 @@ FrameBuffer BackBuffer::Pixels(const RECT& area) const {
 
 namespace {
 
-// The rectangles of what is out of date; one around them all where they are many.
+// The rectangles of the window's update region; if they are many, their bounding box.
 std::vector<RECT> UpdatePartsOf(HWND window) {
   constexpr DWORD Many = 16;
   std::vector<RECT> parts;
@@ -119,8 +119,8 @@ void FillWith(HDC context, const RECT& rectangle, COLORREF colour) {
 }
 
 HFONT CreateCaptionFont(const Scale& scale) {
-  constexpr int Height = 11;  // pixels: 8.25 points at 96 per inch, like the pixels in which the form is laid out
-  // Rounded down: what fits at 96 per inch fits at every scale.
+  constexpr int Height = 11;  // pixels: 8.25 points at 96 to the inch, the pixels of the form
+  // Rounded down: a caption that fits at 96 to the inch fits at every scale.
   return CreateFontW(-Height * scale.Dpi() / Scale::ModelDpi, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
                      OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY, DEFAULT_PITCH | FF_DONTCARE,
                      L"MS Shell Dlg 2");

@@ -11,7 +11,8 @@
 
 namespace kw::windows {
 
-// A device context with a 32-bit bitmap whose pixels are at hand. Keeps its memory until a larger one is asked for.
+// A memory device context with a 32-bit bitmap and access to its pixels. It keeps its memory until a larger one is
+// needed.
 class BackBuffer {
 public:
   BackBuffer() = default;
@@ -19,10 +20,10 @@ public:
   BackBuffer& operator=(const BackBuffer&) = delete;
   ~BackBuffer() { Free(); }
 
-  // Makes it at least that large; false where the system has no memory left. The content is undefined.
+  // Makes it at least that large; false if memory runs out. The content is undefined.
   bool Reserve(int width, int height);
   HDC Context() const { return context; }
-  // The pixels as a piece of a larger surface, whose upper left corner is at (left, top).
+  // The pixels as the part `area` of a larger surface.
   FrameBuffer Pixels(const RECT& area) const;
 
 private:
@@ -36,20 +37,21 @@ private:
   int height = 0;
 };
 
-// Paints a window without flicker: what is drawn into Context(), in the coordinates of the window, appears at once, and
-// only in its parts.
+// Double-buffered painting: the destructor copies to the window what was drawn into Context(), in window coordinates,
+// but only the out-of-date parts.
 class BufferedPaint {
 public:
-  // The answer to WM_PAINT: where the system says that the window is out of date.
+  // For WM_PAINT: paints the system's update region.
   BufferedPaint(HWND painted, BackBuffer& frame);
-  // Where its owner says so, at any time.
+  // At any other time: paints the given parts.
   BufferedPaint(HWND painted, BackBuffer& frame, const std::vector<PixelRect>& changed);
   BufferedPaint(const BufferedPaint&) = delete;
   BufferedPaint& operator=(const BufferedPaint&) = delete;
   ~BufferedPaint();
 
   HDC Context() const { return buffer.Context(); }
-  // What is out of date: few rectangles, of the system's none that overlap; none when there is nothing to paint.
+  // The out-of-date rectangles. They are few, those of an update region do not overlap, and there are none if there is
+  // nothing to paint.
   const std::vector<RECT>& Parts() const { return parts; }
   FrameBuffer Pixels() const { return buffer.Pixels(paint.rcPaint); }
   bool IsNeeded() const { return !parts.empty(); }
@@ -74,7 +76,7 @@ inline void FillWithFace(HDC context, const RECT& rectangle) {
   FillWith(context, rectangle, GetSysColor(COLOR_3DFACE));
 }
 
-// The font of every caption. Owned by the caller.
+// The font of all captions. The caller owns it.
 HFONT CreateCaptionFont(const Scale& scale);
 
 }  // namespace kw::windows

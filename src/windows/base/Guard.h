@@ -5,9 +5,9 @@
 
 namespace kw::windows {
 
-// The barrier: runs what the system or a host called us for. No error gets past here; it would run into frames that
-// know nothing of it and end the process. What the action answers is the answer; where it failed, that of `answer`,
-// which gets the error, or null for one of a foreign kind.
+// The exception barrier: runs an action that the system or a host called. An exception that left it would unwind
+// foreign stack frames and end the process. Returns the action's result or, if it threw, the result of `answer`, which
+// gets the exception, or null if that is no std::exception.
 template <class Action, class Answer>
 auto Guard(Action&& action, Answer&& answer) noexcept {
   try {
@@ -19,7 +19,7 @@ auto Guard(Action&& action, Answer&& answer) noexcept {
   }
 }
 
-// Where nobody is left to hear of an error: the editor has reported it already, or could not. True when the action ran
+// For actions whose errors nobody handles: the editor has reported them already, or could not. True if the action ran
 // to its end.
 template <class Action>
 bool Guard(Action&& action) noexcept {
@@ -31,7 +31,7 @@ bool Guard(Action&& action) noexcept {
       [](const std::exception*) { return false; });
 }
 
-// The action's answer, or `otherwise` where it failed.
+// The action's result, or `otherwise` if it threw.
 template <class Value, class Action>
 Value GuardOr(Value otherwise, Action&& action) noexcept {
   Guard([&] { otherwise = std::forward<Action>(action)(); });

@@ -4,7 +4,7 @@
 
 namespace kw::windows {
 
-// While one of these lives the mouse pointer is the hourglass, for work that keeps the thread from its messages.
+// Shows the hourglass during its life, for work during which the thread handles no messages.
 class Hourglass {
 public:
   Hourglass() : before(SetCursor(LoadCursorW(nullptr, IDC_WAIT))) {}

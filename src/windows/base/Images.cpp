@@ -15,14 +15,15 @@
 namespace kw::windows {
 namespace {
 
-// What a tool bar adds to a picture's size for its button, half of it before the picture, whatever size is asked for.
+// The space that a tool bar adds to the image size for a button, half of it before the image, whatever size is
+// requested.
 constexpr SIZE ToolBarPadding = {8, 6};
 
 constexpr int CursorSizes[] = {32, 48, 64};
 
-using IconPixels = std::vector<std::uint32_t>;  // a square; rows downward, straight alpha
+using IconPixels = std::vector<std::uint32_t>;  // a square; top row first, straight alpha
 
-// The largest of rising sizes that is not larger than the first one scaled.
+// The largest of the sizes, which rise, that is not larger than the first one scaled.
 int Fitting(std::span<const int> sizes, const Scale& scale) {
   const int wanted = scale.ToDevice(sizes.front());
   int fitting = sizes.front();
@@ -39,17 +40,17 @@ std::uint32_t BrightnessOf(std::uint32_t pixel) {
   return (red * 77U + green * 151U + blue * 28U) >> 8U;
 }
 
-// Whether what lies on a button's face must be bright to be seen.
+// Whether the button face is so dark that icons on it must be bright.
 bool IsFaceDark() {
   constexpr std::uint32_t Middle = 128;
   return BrightnessOf(PixelOf(GetSysColor(COLOR_3DFACE))) < Middle;
 }
 
-// On a dark face dark ink becomes as bright as it was dark. A picture with paper of its own is seen as it is.
+// For a dark button face: inverts the brightness of dark ink. An icon with a paper of its own stays as it is.
 void BrightenInk(IconPixels& icon) {
   constexpr std::uint32_t Opaque = 200;
   constexpr std::uint32_t PaperBrightness = 200;
-  constexpr int PaperShare = 5;  // of the picture
+  constexpr int PaperShare = 5;  // an icon has paper if it is one of so many pixels
   constexpr std::uint32_t LeastAlpha = 1U << 24U;
   const auto paper = std::ranges::count_if(
       icon, [](std::uint32_t pixel) { return (pixel >> 24U) >= Opaque && BrightnessOf(pixel) >= PaperBrightness; });
@@ -66,14 +67,14 @@ void BrightenInk(IconPixels& icon) {
   }
 }
 
-// Grey of the same brightness, and paler.
+// A pale grey of the same brightness.
 std::uint32_t Disable(std::uint32_t pixel) {
   const std::uint32_t grey = BrightnessOf(pixel);
   const std::uint32_t alpha = (pixel >> 24U) * 2U / 5U;
   return (alpha << 24U) | (grey << 16U) | (grey << 8U) | grey;
 }
 
-// The pixels of an icon resource, read as they are stored: making an icon of the system for each is slow.
+// Reads the pixels of an icon resource from its data: creating a system icon for each would be slow.
 std::optional<IconPixels> ReadIcon(int id, int side) {
   const auto load = [](int number, const wchar_t* type) -> std::span<const std::byte> {
     const HRSRC found = FindResourceW(Module(), MAKEINTRESOURCEW(number), type);
@@ -83,7 +84,7 @@ std::optional<IconPixels> ReadIcon(int id, int side) {
   };
   const auto directory = load(id, RT_GROUP_ICON);
   if (directory.empty()) return std::nullopt;
-  // The function takes its argument as writable, but only reads.
+  // The function only reads, although its parameter is not const.
   auto* const entries = reinterpret_cast<BYTE*>(const_cast<std::byte*>(directory.data()));
   const auto icon = load(LookupIconIdFromDirectoryEx(entries, TRUE, side, side, LR_DEFAULTCOLOR), RT_ICON);
   BITMAPINFOHEADER header = {};
@@ -93,13 +94,13 @@ std::optional<IconPixels> ReadIcon(int id, int side) {
   if (icon.size() < sizeof header + width * rowSize) return std::nullopt;
   std::memcpy(&header, icon.data(), sizeof header);
   if (header.biSize != sizeof header || header.biWidth != side || header.biBitCount != 32) return std::nullopt;
-  for (std::size_t y = 0; y < width; ++y) {  // rows are stored from the bottom upward
+  for (std::size_t y = 0; y < width; ++y) {  // the bottom row is stored first
     std::memcpy(&pixels[y * width], &icon[sizeof header + (width - 1 - y) * rowSize], rowSize);
   }
   return pixels;
 }
 
-// An image list of these icons, in the middle of cells.
+// Makes an image list of these icons, each centred in its cell.
 HIMAGELIST MakeList(const std::vector<IconPixels>& icons, int side, SIZE cell) {
   const int count = static_cast<int>(icons.size());
   const HIMAGELIST list = ImageList_Create(cell.cx, cell.cy, ILC_COLOR32, count, 1);
@@ -128,7 +129,7 @@ HIMAGELIST MakeList(const std::vector<IconPixels>& icons, int side, SIZE cell) {
   return list;
 }
 
-// Stands for a key that has no drawing.
+// The image of a key that has no icon.
 IconPixels Placeholder(int side) {
   const auto width = static_cast<std::size_t>(side);
   IconPixels pixels(width * width);
@@ -219,9 +220,10 @@ int Images::IndexOf(const std::string& key) const {
   return found == indexes.end() ? 0 : found->second;
 }
 
-void Images::Draw(HDC context, const RECT& place, const std::string& key, bool isEnabled) const {
-  ImageList_Draw(isEnabled ? Normal() : Disabled(), IndexOf(key), context, (place.left + place.right - cellSize.cx) / 2,
-                 (place.top + place.bottom - cellSize.cy) / 2, ILD_TRANSPARENT);
+void Images::Draw(HDC context, const RECT& bounds, const std::string& key, bool isEnabled) const {
+  ImageList_Draw(isEnabled ? Normal() : Disabled(), IndexOf(key), context,
+                 (bounds.left + bounds.right - cellSize.cx) / 2, (bounds.top + bounds.bottom - cellSize.cy) / 2,
+                 ILD_TRANSPARENT);
 }
 
 HCURSOR Images::CursorOf(MousePointer pointer, const std::string& icon) const {

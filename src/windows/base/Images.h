@@ -12,28 +12,28 @@
 
 namespace kw::windows {
 
-// The pictures of the tool bars and the mouse pointers, made from the module's resources when they are first needed.
+// The tool bars' images and the mouse pointers, loaded from the module's resources on first use.
 class Images {
 public:
-  // Of a tool bar's button, in the models' pixels.
+  // Side of a tool bar button, in model pixels.
   static constexpr int ButtonSize = 24;
 
-  // In the largest size of theirs that is not too large at that scale.
+  // Uses the icons' largest size that fits at that scale.
   explicit Images(const Scale& scale);
   Images(const Images&) = delete;
   Images& operator=(const Images&) = delete;
   ~Images();
 
-  // Image lists for tool bars, with the same indexes; the disabled one holds pale grey copies. Each picture has a
-  // margin that brings it into the middle of its button.
+  // Image lists for tool bars with the same indexes; the disabled one holds pale grey copies. Each image has a margin
+  // that centres it in its button.
   HIMAGELIST Normal() const;
   HIMAGELIST Disabled() const;
-  // The place of that picture in both; a plain square stands for a key without a drawing.
+  // The key's index in both lists; a key without an icon has that of a plain square.
   int IndexOf(const std::string& key) const;
-  // Draws one of them in the middle of a place, which may be smaller.
-  void Draw(HDC context, const RECT& place, const std::string& key, bool isEnabled) const;
+  // Draws an image centred in `bounds`, which may be smaller.
+  void Draw(HDC context, const RECT& bounds, const std::string& key, bool isEnabled) const;
 
-  // Null for the default pointer.
+  // Returns null for the default pointer.
   HCURSOR CursorOf(MousePointer pointer, const std::string& icon) const;
 
 private:

@@ -4,7 +4,7 @@
 
 namespace kw::windows {
 
-// The DLL or executable that holds this code.
+// The DLL or executable that contains this code.
 HINSTANCE Module();
 
 }  // namespace kw::windows

@@ -8,8 +8,7 @@ namespace kw::windows {
 
 namespace {
 
-// Shift and Ctrl came with the message. Moves come so often that they do without Alt, for which the system would have
-// to be asked.
+// The message carries Shift and Ctrl. Alt would need a system call, which moves, being frequent, do without.
 std::int16_t ShiftStateAt(MouseEvent::Kind kind, WPARAM keys) {
   std::int16_t state = 0;
   if ((keys & MK_SHIFT) != 0) state |= Mouse::ShiftKey;

@@ -42,7 +42,7 @@ bool WriteAll(const std::filesystem::path& path, const std::wstring& text) {
          FlushToDisk(file.get()) == 0;
 }
 
-// Where this fails the file stays as it is.
+// On failure the file stays unchanged.
 void ChangeToUtf16(const std::filesystem::path& path) {
   std::string content;
   OpenedFile file;
@@ -69,7 +69,7 @@ std::wstring_view WithoutBlanks(std::wstring_view text) {
                                           : text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-// Of several lines with one key the first counts.
+// If several lines have the same key, the first one counts.
 void AddValue(std::wstring_view line, std::map<std::string, std::string>& values) {
   const std::size_t equals = line.find(L'=');
   if (equals == std::wstring_view::npos || line.starts_with(L';')) return;
@@ -89,7 +89,7 @@ std::map<std::string, std::string> ReadPlainProfileValues(const std::string& sec
   for (;;) {
     length = GetPrivateProfileSectionW(ToWide(section).c_str(), lines.data(), static_cast<DWORD>(lines.size()),
                                        ToWide(path).c_str());
-    // What does not fit is cut off, and two characters stay free.
+    // The system truncates what does not fit and leaves two characters free.
     if (length + 2 < lines.size()) break;
     if (lines.size() == most) return {};
     lines.resize(lines.size() * 2);

@@ -3,7 +3,7 @@
 namespace kw::windows {
 
 Scale ScaleOf(HWND window) {
-  // Systems before Windows 10 know one scale for all windows.
+  // Before Windows 10 all windows have the same DPI.
   using DpiOfWindow = UINT(WINAPI*)(HWND);
   static const auto dpiOfWindow = reinterpret_cast<DpiOfWindow>(
       reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"user32.dll"), "GetDpiForWindow")));

@@ -7,7 +7,7 @@
 
 namespace kw::windows {
 
-// Text as the system's wide functions take and give it.
+// Conversions between UTF-8 and the text of the system's wide functions.
 inline std::wstring ToWide(std::string_view text) {
   const std::u16string utf16 = Utf16FromUtf8(text);
   return {utf16.begin(), utf16.end()};

@@ -22,7 +22,7 @@ HFONT CreateLayerFont(const Font& font) {
   wanted.lfUnderline = font.underline ? TRUE : FALSE;
   wanted.lfStrikeOut = font.strikeThrough ? TRUE : FALSE;
   wanted.lfCharSet = DEFAULT_CHARSET;
-  // Coverage is one number a pixel: the three of ClearType have no place in it.
+  // Coverage is one number for each pixel; ClearType would need three.
   wanted.lfQuality = ANTIALIASED_QUALITY;
   ToWide(font.name).copy(wanted.lfFaceName, LF_FACESIZE - 1);
   return CreateFontIndirectW(&wanted);
@@ -33,7 +33,7 @@ TextExtent MeasureText(const std::string& text, const Font& font, std::int32_t w
   const HDC context = CreateCompatibleDC(nullptr);
   const HFONT handle = CreateLayerFont(scale.ToDevice(font));
   const HGDIOBJ before = SelectObject(context, handle);
-  // A line end at the end opens a line, which only a character on it makes count.
+  // A final line end opens one more line, but the system counts it only if it has a character.
   std::wstring wide = ToWide(text);
   if (wide.empty() || wide.back() == L'\n') wide += L' ';
   RECT room = {0, 0, widest > 0 ? static_cast<LONG>(widest * scale.Factor()) : Unbounded, 0};
@@ -58,7 +58,7 @@ HFONT GdiTextRenderer::FontFor(const Font& wanted) {
   return handle;
 }
 
-void GdiTextRenderer::Render(const TextRun& run, const PixelRect& place, CoverageMask& mask) {
+void GdiTextRenderer::Render(const TextRun& run, const PixelRect& bounds, CoverageMask& mask) {
   const RECT area = ToRect(mask.area);
   if (!buffer.Reserve(WidthOf(area), HeightOf(area))) return;
   const HDC context = buffer.Context();
@@ -68,13 +68,13 @@ void GdiTextRenderer::Render(const TextRun& run, const PixelRect& place, Coverag
   SetBkMode(context, TRANSPARENT);
   SetTextColor(context, RGB(255, 255, 255));
   const std::wstring text = ToWide(run.text);
-  RECT within = ToRect(place);
+  RECT within = ToRect(bounds);
   DrawTextW(context, text.c_str(), static_cast<int>(text.size()), &within, Layout);
   SelectObject(context, before);
   SetViewportOrgEx(context, 0, 0, nullptr);
   GdiFlush();
   const FrameBuffer drawn = buffer.Pixels(area);
-  constexpr std::uint32_t Green = 8;  // bits to its place in a pixel
+  constexpr std::uint32_t Green = 8;  // bit position in a pixel
   for (std::int32_t y = mask.area.top; y < mask.area.bottom; ++y) {
     std::ranges::transform(drawn.Row(y, mask.area.left, mask.area.right), mask.Row(y).begin(),
                            [](std::uint32_t pixel) { return static_cast<std::uint8_t>(pixel >> Green); });

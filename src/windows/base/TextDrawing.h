@@ -11,16 +11,16 @@
 
 namespace kw::windows {
 
-// A font of a layer, for pixels of 96 to the inch, in which layers are placed. Owned by the caller. A name that is not
-// installed gets the system's nearest font.
+// A layer's font, for pixels of 96 to the inch. The caller owns it. If the name is not installed, the system takes its
+// nearest font.
 HFONT CreateLayerFont(const Font& font);
 
-// The room that a text takes as GdiTextRenderer draws it at that scale, in the models' pixels: as large as it is drawn,
-// because the letters of a larger font are not exactly as much wider.
+// The extent of a text as GdiTextRenderer draws it at that scale, in model pixels. It is measured at that scale,
+// because the letters of a larger font do not grow exactly with it.
 TextExtent MeasureText(const std::string& text, const Font& font, std::int32_t widest, const Scale& scale);
 
-// Draws texts with the system's fonts. GDI knows no alpha: the text is drawn white on black, and its brightness is the
-// coverage.
+// Renders texts with the system's fonts. GDI has no alpha, so the text is drawn white on black, and its brightness is
+// the coverage.
 class GdiTextRenderer final : public TextRenderer {
 public:
   GdiTextRenderer() = default;
@@ -28,13 +28,13 @@ public:
   GdiTextRenderer& operator=(const GdiTextRenderer&) = delete;
   ~GdiTextRenderer() override;
 
-  void Render(const TextRun& run, const PixelRect& place, CoverageMask& mask) override;
+  void Render(const TextRun& run, const PixelRect& bounds, CoverageMask& mask) override;
 
 private:
   HFONT FontFor(const Font& wanted);
 
   BackBuffer buffer;
-  // Consecutive texts mostly share a font.
+  // Cached, because consecutive texts mostly share a font.
   Font font;
   HFONT handle = nullptr;
 };

@@ -3,14 +3,14 @@
 namespace kw::windows {
 namespace {
 
-// Where the number of items stands, in words from the beginning.
+// Word offset of the number of items.
 constexpr std::size_t CountAt = 8;
 
 }  // namespace
 
 DialogTemplate::DialogTemplate(const std::wstring& title, int width, int height) {
   constexpr unsigned PointSize = 8;
-  AddWord(1);  // the extended form
+  AddWord(1);  // version of DLGTEMPLATEEX
   AddWord(0xFFFF);
   AddDouble(0);
   AddDouble(0);
@@ -18,7 +18,7 @@ DialogTemplate::DialogTemplate(const std::wstring& title, int width, int height)
   AddWord(0);
   for (const int value : {0, 0, width, height}) AddWord(static_cast<unsigned>(value));
   AddWord(0);  // no menu
-  AddWord(0);  // the class of dialogs
+  AddWord(0);  // the default dialog class
   AddText(title);
   AddWord(PointSize);
   AddWord(FW_NORMAL);
@@ -36,7 +36,7 @@ void DialogTemplate::Add(const Item& item) {
   AddDouble(static_cast<DWORD>(item.id));
   AddText(item.className);
   AddText(item.text);
-  AddWord(0);  // no data of its own
+  AddWord(0);  // no creation data
 }
 
 void DialogTemplate::AddDouble(DWORD value) {

@@ -7,13 +7,13 @@
 
 namespace kw::windows {
 
-// A dialog described in memory, in dialog units: the system lays it out by the size of its font on the screen.
+// Builds a DLGTEMPLATEEX in memory, in dialog units, which the system scales by the dialog's font.
 class DialogTemplate {
 public:
   struct Item {
     const wchar_t* className;
     std::wstring text;
-    DWORD style;  // a child that shows, and what is named here
+    DWORD style;  // added to WS_CHILD and WS_VISIBLE
     int id;
     int left;
     int top;
@@ -24,9 +24,9 @@ public:
 
   DialogTemplate(const std::wstring& title, int width, int height);
 
-  // In the order of the keyboard.
+  // Adds an item; the order is the tab order.
   void Add(const Item& item);
-  // The description that the system's functions take; valid until the next Add.
+  // The template for the system's functions; valid until the next Add.
   const DLGTEMPLATE* Get() const { return reinterpret_cast<const DLGTEMPLATE*>(words.data()); }
 
 private:

@@ -20,8 +20,8 @@ namespace {
 constexpr DWORD Style = WS_POPUP | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
 constexpr DWORD ExtendedStyle = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT;
 
-// In the middle of the owner, but wholly on its screen.
-POINT PlaceFor(int width, int height, HWND owner) {
+// Centres a window on its owner, but keeps it inside the owner's screen.
+POINT PositionFor(int width, int height, HWND owner) {
   MONITORINFO screen = {};
   screen.cbSize = sizeof screen;
   GetMonitorInfoW(MonitorFromWindow(owner, MONITOR_DEFAULTTOPRIMARY), &screen);
@@ -35,7 +35,7 @@ POINT PlaceFor(int width, int height, HWND owner) {
           within((around.top + around.bottom) / 2, height, work.top, work.bottom)};
 }
 
-// The letter that a caption marks, as a capital; 0 where it marks none.
+// A caption's mnemonic as a capital letter; 0 if it has none.
 wchar_t MnemonicOf(const std::wstring& caption) {
   for (std::size_t i = 0; i + 1 < caption.size(); ++i) {
     if (caption[i] != L'&') continue;
@@ -72,14 +72,15 @@ ModalWindow::ModalWindow(DialogForm& shown, HWND above) : form(shown), owner(abo
   const int height = scale.ToDevice(ToPixels(form.Height()));
   RECT frame = {0, 0, width, height};
   AdjustWindowRectEx(&frame, Style, FALSE, ExtendedStyle);
-  const POINT place = PlaceFor(WidthOf(frame), HeightOf(frame), owner);
+  const POINT position = PositionFor(WidthOf(frame), HeightOf(frame), owner);
   OwnWindowClass::Register();
-  const HWND made = CreateWindowExW(ExtendedStyle, OwnWindowClass::Name, ToWide(form.Caption()).c_str(), Style, place.x,
-                                    place.y, WidthOf(frame), HeightOf(frame), owner, nullptr, Module(), nullptr);
+  const HWND made =
+      CreateWindowExW(ExtendedStyle, OwnWindowClass::Name, ToWide(form.Caption()).c_str(), Style, position.x,
+                      position.y, WidthOf(frame), HeightOf(frame), owner, nullptr, Module(), nullptr);
   if (made == nullptr) Raise(ErrorNumber::OutOfMemory, static_cast<std::int32_t>(GetLastError()));
   window.reset(made);
   SetWindowSubclass(made, &Subclass, 0, reinterpret_cast<DWORD_PTR>(this));
-  // The frame that was reckoned with is that of the primary screen.
+  // AdjustWindowRectEx used the primary screen's frame; correct the size.
   RECT client = {};
   GetClientRect(made, &client);
   SetWindowPos(made, nullptr, 0, 0, WidthOf(frame) + width - client.right, HeightOf(frame) + height - client.bottom,
@@ -89,7 +90,7 @@ ModalWindow::ModalWindow(DialogForm& shown, HWND above) : form(shown), owner(abo
 }
 
 void ModalWindow::Run() {
-  // The owner is enabled again before the dialog goes, so that it becomes the active window and not another program's.
+  // Enables the owner before the dialog is destroyed; else the system would activate another program's window.
   struct Disabled {
     explicit Disabled(HWND disabled)
         : owner(disabled), wasEnabled(owner != nullptr && EnableWindow(owner, FALSE) == FALSE) {}
@@ -113,7 +114,7 @@ void ModalWindow::Loop() {
   MSG message = {};
   while (form.Visible() && window != nullptr) {
     const BOOL got = GetMessageW(&message, nullptr, 0, 0);
-    if (got == FALSE) PostQuitMessage(static_cast<int>(message.wParam));  // for the loop that called
+    if (got == FALSE) PostQuitMessage(static_cast<int>(message.wParam));  // for the calling message loop.
     if (got <= 0) return;
     if (IsTaken(message)) continue;
     TranslateMessage(&message);
@@ -134,7 +135,7 @@ bool ModalWindow::IsTaken(MSG& message) {
   return message.wParam == VK_RETURN || message.wParam == VK_ESCAPE || !form.Visible();
 }
 
-// A date picker takes what was typed into one of its fields when the keyboard leaves it.
+// A date picker takes what was typed only when it loses the focus.
 void ModalWindow::TakeTyping(HWND field) const {
   wchar_t name[64] = {};
   GetClassNameW(field, name, static_cast<int>(std::size(name)));
@@ -145,7 +146,7 @@ void ModalWindow::TakeTyping(HWND field) const {
 
 void ModalWindow::MoveFocus(MSG& tab) {
   if (content->TranslateAccelerator(tab)) return;
-  SetFocus(content->Handle());  // from here the first stop is next, or the last one
+  SetFocus(content->Handle());  // from here the first or last tab stop is next
   content->TranslateAccelerator(tab);
 }
 
@@ -175,7 +176,7 @@ LRESULT CALLBACK ModalWindow::Subclass(HWND window, UINT message, WPARAM wParam,
       break;
     case WM_NCDESTROY:
       RemoveWindowSubclass(window, &Subclass, 0);
-      static_cast<void>(dialog.window.release());  // gone with its owner, or going
+      static_cast<void>(dialog.window.release());  // destroyed with its owner, or being destroyed
       break;
     default:
       break;

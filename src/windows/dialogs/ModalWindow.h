@@ -10,18 +10,18 @@
 
 namespace kw::windows {
 
-// The window of a dialog form: a caption with a close box, and real controls for what the form holds. Tab goes round
-// the controls, Alt and a letter chooses the button whose caption marks that letter.
+// The window of a dialog form: a caption with a close box, and a real control for each of the form's. Tab cycles
+// through the controls; Alt and a mnemonic clicks its button.
 class ModalWindow {
 public:
-  // Not yet shown, in the middle of the window `above`, which may be null. Throws RunTimeError (OutOfMemory) where the
-  // system gives no window.
+  // Creates the window hidden, centred on its owner `above`, which may be null. Throws RunTimeError (OutOfMemory) if
+  // the system cannot create it.
   ModalWindow(DialogForm& shown, HWND above);
   ModalWindow(const ModalWindow&) = delete;
   ModalWindow& operator=(const ModalWindow&) = delete;
 
-  // Shows it, with the owner disabled, until the form is visible no more. When the window is destroyed or the thread
-  // is to end, the form is closed as by its close box.
+  // Shows the window, with its owner disabled, until the form is hidden. If the window is destroyed or the thread is to
+  // end, the form is closed as by its close box.
   void Run();
 
 private:
@@ -32,7 +32,7 @@ private:
   static LRESULT CALLBACK Subclass(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
                                    DWORD_PTR self);
   void Loop();
-  // Whether the message was for the dialog as a whole; then it is done with.
+  // Handles a message that is for the dialog as a whole; true if it was one.
   bool IsTaken(MSG& message);
   void TakeTyping(HWND field) const;
   void MoveFocus(MSG& tab);
@@ -40,8 +40,8 @@ private:
 
   DialogForm& form;
   HWND owner;
-  std::unique_ptr<std::remove_pointer_t<HWND>, Destroy> window;  // goes also where the content cannot be made
-  HWND focus = nullptr;                                          // had the keyboard when another window became active
+  std::unique_ptr<std::remove_pointer_t<HWND>, Destroy> window;  // destroyed even if the content cannot be created
+  HWND focus = nullptr;                                          // had the focus when another window became active
   std::unique_ptr<EditorWindow> content;
 };
 

@@ -3,10 +3,12 @@
 #include <commctrl.h>
 
 #include <algorithm>
-#include <cmath>
+#include <array>
 #include <optional>
 
 #include "components/base/RunTimeError.h"
+#include "components/parameters/ParameterEntry.h"
+#include "components/parameters/ParameterText.h"
 #include "drawing/DrawPicture.h"
 #include "windows/base/CommonControls.h"
 #include "windows/base/Gdi.h"
@@ -15,7 +17,6 @@
 #include "windows/base/Module.h"
 #include "windows/base/Text.h"
 #include "windows/dialogs/DialogTemplate.h"
-#include "windows/dialogs/ParameterText.h"
 
 namespace kw::windows {
 
@@ -46,13 +47,20 @@ constexpr int ButtonWidth = 50;
 constexpr int ButtonHeight = 14;
 
 constexpr UINT_PTR PreviewTimer = 1;
-constexpr UINT PreviewDelay = 15;  // milliseconds: so that a slider's way is not shown step by step
+constexpr UINT PreviewDelay = 15;  // milliseconds; a slider that moves on meanwhile starts only one preview
 
-// The dialog while it is up. The system calls Procedure; nothing of it is used after AskParameters.
+// The user's decimal separator.
+std::string DecimalSeparator() {
+  std::array<wchar_t, 4> text = {};
+  const int length = GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, text.data(), static_cast<int>(text.size()));
+  return length == 2 ? FromWide(text.data()) : ".";
+}
+
+// The dialog's procedure and state; lives during AskParameters.
 class Dialog {
 public:
   Dialog(const ParameterQuestion& asked, std::span<double> start)
-      : question(asked), values(start.begin(), start.end()), chosen(start) {}
+      : question(asked), entry(asked.fields, start, DecimalSeparator()), chosen(start) {}
 
   INT_PTR Run(HWND owner) {
     const CommonControls controls;
@@ -71,7 +79,7 @@ private:
   bool HasPicture() const { return question.makePreview != nullptr; }
   HWND Item(int id) const { return GetDlgItem(dialog, id); }
   HWND Item(std::size_t field, Part part) const { return Item(FieldId(field, part)); }
-  const Parameter& Field(std::size_t i) const { return question.fields[i]; }
+  const Parameter& Field(std::size_t i) const { return entry.Field(i); }
 
   DialogTemplate Describe() const;
   INT_PTR Handle(UINT message, WPARAM wParam, LPARAM lParam);
@@ -82,28 +90,27 @@ private:
 
   void ShowNumber(std::size_t i);
   void ShowSlider(std::size_t i) const;
-  void ShowRange(std::size_t i) const { SetWindowTextW(Item(Message), RangeText(Field(i)).c_str()); }
-  void Set(std::size_t i, double value);
+  void ShowRange(std::size_t i) const { SetWindowTextW(Item(Message), ToWide(entry.Range(i)).c_str()); }
   void ReadNumber(std::size_t i);
   void Step(std::size_t i, int steps);
-  void ValuesChanged() const {
+  void StartPreview() const {
     if (HasPicture()) SetTimer(dialog, PreviewTimer, PreviewDelay, nullptr);
   }
   void RenewPicture();
   void Draw(const DRAWITEMSTRUCT& item);
 
   const ParameterQuestion& question;
-  std::vector<std::optional<double>> values;  // empty: the text is no number that the field takes
+  ParameterEntry entry;
   std::span<double> chosen;
   HWND dialog = nullptr;
-  bool isShowing = false;  // the dialog itself changes its controls
+  bool isShowing = false;  // the dialog, not the user, changes its controls
   ParameterQuestion::Preview preview;
-  DWORD previewTime = 0;  // milliseconds that the last one took
+  DWORD previewTime = 0;  // milliseconds of the last preview
   Bitmap picture;
   BackBuffer buffer;
 };
 
-// The sliders stand below the numbers beside a picture, else behind them.
+// With a picture the sliders are below the numbers, else to the right of them.
 DialogTemplate Dialog::Describe() const {
   const int left = Margin + (HasPicture() ? PictureSide + Margin : 0);
   const int below = HasPicture() ? FieldRowHeight : 0;
@@ -123,7 +130,7 @@ DialogTemplate Dialog::Describe() const {
     const int number = left + LabelWidth;
     description.Add(
         {WC_STATICW, ToWide(labels[i]) + L":", SS_LEFT, FieldId(i, LabelPart), left, top + 2, LabelWidth, 9});
-    if (!Field(i).choices.empty()) {
+    if (entry.IsChoice(i)) {
       description.Add({WC_COMBOBOXW, L"", WS_TABSTOP | WS_VSCROLL | CBS_DROPDOWNLIST, FieldId(i, NumberPart), number,
                        top, NumberWidth + 4 + UnitWidth, 80});
     } else {
@@ -161,9 +168,8 @@ INT_PTR Dialog::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_HSCROLL: {
       const int id = GetDlgCtrlID(reinterpret_cast<HWND>(lParam));
       const auto i = static_cast<std::size_t>(id - FieldId(0, LabelPart)) / PartCount;
-      if (lParam == 0 || i >= values.size()) break;
-      const auto position = SendMessageW(Item(i, SliderPart), TBM_GETPOS, 0, 0);
-      Set(i, std::min(Field(i).least + static_cast<double>(position) * StepOf(Field(i)), Field(i).greatest));
+      if (lParam == 0 || i >= entry.Count()) break;
+      entry.SlideTo(i, static_cast<std::int32_t>(SendMessageW(Item(i, SliderPart), TBM_GETPOS, 0, 0)));
       ShowNumber(i);
       ShowRange(i);
       return TRUE;
@@ -173,7 +179,7 @@ INT_PTR Dialog::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
       if (header.code != static_cast<UINT>(UDN_DELTAPOS)) break;
       Step(static_cast<std::size_t>(static_cast<int>(header.idFrom) - FieldId(0, LabelPart)) / PartCount,
            reinterpret_cast<const NMUPDOWN*>(lParam)->iDelta);
-      SetWindowLongPtrW(dialog, DWLP_MSGRESULT, TRUE);  // the spin button itself stays in the middle of its range
+      SetWindowLongPtrW(dialog, DWLP_MSGRESULT, TRUE);  // the spin button itself must not move
       return TRUE;
     }
     case WM_TIMER:
@@ -190,29 +196,29 @@ INT_PTR Dialog::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 void Dialog::Initialise() {
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    const Parameter& field = Field(i);
-    for (const std::string_view choice : field.choices) {
+  for (std::size_t i = 0; i < entry.Count(); ++i) {
+    for (const std::string_view choice : Field(i).choices) {
       SendMessageW(Item(i, NumberPart), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(ToWide(choice).c_str()));
     }
-    if (field.choices.empty()) {
+    if (!entry.IsChoice(i)) {
       constexpr WPARAM TextLimit = 12;
       SendMessageW(Item(i, NumberPart), EM_LIMITTEXT, TextLimit, 0);
       SendMessageW(Item(i, SpinPart), UDM_SETBUDDY, reinterpret_cast<WPARAM>(Item(i, NumberPart)), 0);
       SendMessageW(Item(i, SpinPart), UDM_SETRANGE32, static_cast<WPARAM>(-1), 1);
       SendMessageW(Item(i, SpinPart), UDM_SETPOS32, 0, 0);
-      const auto steps = std::lround((field.greatest - field.least) / StepOf(field));
-      SendMessageW(Item(i, SliderPart), TBM_SETRANGEMAX, FALSE, steps);
-      SendMessageW(Item(i, SliderPart), TBM_SETPAGESIZE, 0, std::max(1L, steps / 10));
+      const std::int32_t last = entry.LastPosition(i);
+      SendMessageW(Item(i, SliderPart), TBM_SETRANGEMAX, FALSE, last);
+      SendMessageW(Item(i, SliderPart), TBM_SETPAGESIZE, 0, std::max(1, last / 10));
     }
     ShowNumber(i);
     ShowSlider(i);
   }
   Centre();
-  ValuesChanged();
+  entry.OnChange([this] { StartPreview(); });
+  StartPreview();
 }
 
-// Over the owner, but on the screen.
+// Centres the dialog on its owner, but keeps it on the screen.
 void Dialog::Centre() const {
   const HWND owner = GetWindow(dialog, GW_OWNER);
   MONITORINFO screen = {};
@@ -222,12 +228,12 @@ void Dialog::Centre() const {
   RECT own = {};
   if (owner != nullptr) GetWindowRect(owner, &around);
   GetWindowRect(dialog, &own);
-  const auto place = [](LONG low, LONG high, int size, LONG least, LONG greatest) {
+  const auto within = [](LONG low, LONG high, int size, LONG least, LONG greatest) {
     return std::max(least, std::min((low + high - size) / 2, greatest - size));
   };
   const RECT& work = screen.rcWork;
-  SetWindowPos(dialog, nullptr, place(around.left, around.right, WidthOf(own), work.left, work.right),
-               place(around.top, around.bottom, HeightOf(own), work.top, work.bottom), 0, 0,
+  SetWindowPos(dialog, nullptr, within(around.left, around.right, WidthOf(own), work.left, work.right),
+               within(around.top, around.bottom, HeightOf(own), work.top, work.bottom), 0, 0,
                SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
@@ -238,89 +244,72 @@ bool Dialog::Command(WORD id, WORD notification) {
   }
   if (id == IDCANCEL) return EndDialog(dialog, IDCANCEL) != FALSE;
   if (id == Defaults) {
-    for (std::size_t i = 0; i < values.size(); ++i) {
-      Set(i, Field(i).standard);
+    entry.SetDefaults();
+    for (std::size_t i = 0; i < entry.Count(); ++i) {
       ShowNumber(i);
       ShowSlider(i);
     }
     return true;
   }
   const auto i = static_cast<std::size_t>(id - FieldId(0, LabelPart)) / PartCount;
-  if (id < FieldId(0, LabelPart) || i >= values.size() || isShowing) return false;
-  const bool isChoice = !Field(i).choices.empty();
+  if (id < FieldId(0, LabelPart) || i >= entry.Count() || isShowing) return false;
+  const bool isChoice = entry.IsChoice(i);
   if (notification == (isChoice ? CBN_SETFOCUS : EN_SETFOCUS)) ShowRange(i);
   if (isChoice && notification == CBN_SELCHANGE) {
-    Set(i, Field(i).least + static_cast<double>(SendMessageW(Item(i, NumberPart), CB_GETCURSEL, 0, 0)));
+    entry.Choose(i, static_cast<std::size_t>(SendMessageW(Item(i, NumberPart), CB_GETCURSEL, 0, 0)));
   }
   if (!isChoice && notification == EN_CHANGE) ReadNumber(i);
   return true;
 }
 
 void Dialog::Accept() {
-  const auto wrong = std::ranges::find_if(values, [](const auto& value) { return !value; });
-  if (wrong == values.end()) {
-    std::ranges::transform(values, chosen.begin(), [](const auto& value) { return *value; });
+  if (const auto values = entry.Values()) {
+    std::ranges::copy(*values, chosen.begin());
     EndDialog(dialog, IDOK);
     return;
   }
-  const auto i = static_cast<std::size_t>(wrong - values.begin());
+  const std::size_t i = *entry.FirstInvalid();
   MessageBeep(MB_ICONEXCLAMATION);
   SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(Item(i, NumberPart)), TRUE);
   SendMessageW(Item(i, NumberPart), EM_SETSEL, 0, -1);
-  SetWindowTextW(Item(Message), (L"Not allowed. " + RangeText(Field(i))).c_str());
-}
-
-void Dialog::Set(std::size_t i, double value) {
-  if (values[i] == value) return;
-  values[i] = value;
-  ValuesChanged();
+  SetWindowTextW(Item(Message), ToWide("Not allowed. " + entry.Range(i)).c_str());
 }
 
 void Dialog::ShowNumber(std::size_t i) {
   isShowing = true;
-  if (Field(i).choices.empty()) {
-    SetWindowTextW(Item(i, NumberPart), NumberText(values[i].value_or(0)).c_str());
+  if (entry.IsChoice(i)) {
+    SendMessageW(Item(i, NumberPart), CB_SETCURSEL, entry.Choice(i), 0);
   } else {
-    SendMessageW(Item(i, NumberPart), CB_SETCURSEL, static_cast<WPARAM>(*values[i] - Field(i).least), 0);
+    SetWindowTextW(Item(i, NumberPart), ToWide(entry.Text(i)).c_str());
   }
   isShowing = false;
 }
 
 void Dialog::ShowSlider(std::size_t i) const {
-  if (!values[i] || !Field(i).choices.empty()) return;
-  SendMessageW(Item(i, SliderPart), TBM_SETPOS, TRUE, std::lround((*values[i] - Field(i).least) / StepOf(Field(i))));
+  if (entry.IsChoice(i)) return;
+  if (const auto position = entry.Position(i)) SendMessageW(Item(i, SliderPart), TBM_SETPOS, TRUE, *position);
 }
 
 void Dialog::ReadNumber(std::size_t i) {
   wchar_t text[32] = {};
   GetWindowTextW(Item(i, NumberPart), text, 32);
-  const auto value = NumberOf(text, Field(i));
-  if (!value) {
-    values[i].reset();
-    return;
-  }
-  Set(i, *value);
+  entry.Type(i, FromWide(text));
+  if (!entry.Position(i)) return;
   ShowRange(i);
   ShowSlider(i);
 }
 
-// From a number between two steps the first step goes to the next one; a text that is no number becomes the default.
 void Dialog::Step(std::size_t i, int steps) {
-  if (i >= values.size()) return;
-  const Parameter& field = Field(i);
-  const double next = values[i] ? *values[i] + steps * StepOf(field) : field.standard;
-  Set(i, std::clamp(std::round(next * 1000) / 1000, field.least, field.greatest));
+  if (i >= entry.Count()) return;
+  entry.Step(i, steps);
   ShowNumber(i);
   ShowSlider(i);
   ShowRange(i);
 }
 
 void Dialog::RenewPicture() {
-  std::vector<double> numbers;
-  for (const auto& value : values) {
-    if (!value) return;  // the last picture stays until the number is whole
-    numbers.push_back(*value);
-  }
+  const auto values = entry.Values();
+  if (!values) return;  // the last picture stays until all numbers are allowed
   RECT client = {};
   GetClientRect(Item(Picture), &client);
   constexpr DWORD LongTime = 50;
@@ -330,7 +319,7 @@ void Dialog::RenewPicture() {
   picture = {};
   Guard([&] {
     if (preview == nullptr) preview = question.makePreview(WidthOf(client), HeightOf(client));
-    picture = preview(numbers);
+    picture = preview(*values);
   });
   previewTime = GetTickCount() - start;
   InvalidateRect(Item(Picture), nullptr, FALSE);
@@ -346,10 +335,10 @@ void Dialog::Draw(const DRAWITEMSTRUCT& item) {
   GdiFlush();
   const int left = (width - picture.Width()) / 2;
   const int top = (height - picture.Height()) / 2;
-  const PixelRect place{left, top, left + picture.Width(), top + picture.Height()};
+  const PixelRect bounds{left, top, left + picture.Width(), top + picture.Height()};
   const FrameBuffer pixels = buffer.Pixels(whole);
-  if (!picture.IsEmpty()) FillArea(pixels, place, MakeColour(255, 255, 255));  // below what is transparent
-  DrawPicture(pixels, picture, place, {});
+  if (!picture.IsEmpty()) FillArea(pixels, bounds, MakeColour(255, 255, 255));  // below transparent pixels
+  DrawPicture(pixels, picture, bounds, {});
   BitBlt(item.hDC, client.left, client.top, width, height, buffer.Context(), 0, 0, SRCCOPY);
 }
 

@@ -9,13 +9,13 @@
 
 namespace kw::windows {
 
-// Asks for the numbers in a modal dialog: a field for each with a spin button and a slider, the preview beside them.
-// Enter takes the values, Escape cancels, "Defaults" brings back the standard ones. `values` holds one value a field;
-// it takes the chosen ones. False where the user cancelled, or the owner went; the values are then as they were.
-// Raises OutOfMemory where the system gives no window.
+// Shows a modal dialog for the parameters: a field with a spin button and a slider for each, and the preview beside
+// them. Enter accepts the values, Escape cancels, "Defaults" restores the standard values. `values` holds one value for
+// each field and takes the chosen ones. Returns false, with `values` unchanged, if the user cancelled or the owner was
+// destroyed. Raises OutOfMemory if the system cannot create the window.
 bool AskParameters(HWND owner, const ParameterQuestion& question, std::span<double> values);
 
-// The dialog's controls, for those that look for them: the parts of field i have FieldId(i) + a part.
+// The ids of the dialog's controls. Part p of field i has the id FieldId(i, p).
 namespace parameter_dialog {
 constexpr int Defaults = 100;
 constexpr int Picture = 101;

@@ -8,13 +8,13 @@
 #include "windows/base/Mouse.h"
 #include "windows/base/ScreenScale.h"
 #include "windows/editor/FormViews.h"
-#include "windows/views/Pane.h"
+#include "windows/views/ViewTree.h"
 
 namespace kw::windows {
 namespace {
 
-// The scale at which a form fills the width: not below its own, where stretching keeps more of thin lines, and not so
-// large that drawing takes long.
+// The scale at which a form fills the width. At least its own: below that, stretching keeps thin lines better. Limited,
+// so that drawing does not take long.
 Scale ScaleFor(int width, int ownWidth) {
   constexpr std::int32_t Largest = 3 * Scale::ModelDpi;
   return Scale(std::clamp(MulDiv(width, Scale::ModelDpi, ownWidth), Scale::ModelDpi, Largest));
@@ -23,16 +23,16 @@ Scale ScaleFor(int width, int ownWidth) {
 }  // namespace
 
 EditorWindow::EditorWindow(UserControl& root, HWND parent, const RECT& position, std::optional<Scale> scale)
-    : pane(std::make_shared<Pane>(root, scale.value_or(ScaleOf(parent)), std::make_unique<FormViews>())) {
-  pane->Open(parent, position);
+    : tree(std::make_shared<ViewTree>(root, scale.value_or(ScaleOf(parent)), std::make_unique<FormViews>())) {
+  tree->Open(parent, position);
 }
 
 EditorWindow::~EditorWindow() { Close(); }
 
-HWND EditorWindow::Handle() const { return pane->Window(); }
+HWND EditorWindow::Handle() const { return tree->Window(); }
 
 void EditorWindow::Rescale(const Scale& scale) {
-  const std::shared_ptr<Pane> kept = pane;
+  const std::shared_ptr<ViewTree> kept = tree;
   kept->Rescale(scale);
 }
 
@@ -47,27 +47,27 @@ void EditorWindow::Show(bool isVisible) const {
 }
 
 void EditorWindow::AllowInput(bool isAllowed) {
-  const std::shared_ptr<Pane> kept = pane;
+  const std::shared_ptr<ViewTree> kept = tree;
   kept->AllowInput(isAllowed);
 }
 
-void EditorWindow::HoldWith(std::function<std::shared_ptr<void>()> hold) { pane->HoldWith(std::move(hold)); }
+void EditorWindow::HoldWith(std::function<std::shared_ptr<void>()> hold) { tree->HoldWith(std::move(hold)); }
 
-void EditorWindow::OnKeys(std::function<void()> listener) { pane->OnKeys(std::move(listener)); }
+void EditorWindow::OnKeys(std::function<void()> listener) { tree->OnKeys(std::move(listener)); }
 
-bool EditorWindow::WantsKey(WPARAM key) const { return pane->WantsKey(key); }
+bool EditorWindow::WantsKey(WPARAM key) const { return tree->WantsKey(key); }
 
-bool EditorWindow::IsUserAtWork() const { return pane->IsUserAtWork(); }
+bool EditorWindow::IsUserAtWork() const { return tree->IsUserAtWork(); }
 
 void EditorWindow::Close() {
-  const std::shared_ptr<Pane> kept = pane;
+  const std::shared_ptr<ViewTree> kept = tree;
   kept->Close();
 }
 
 bool EditorWindow::TranslateAccelerator(MSG& message) {
-  if (message.message != WM_KEYDOWN || !pane->IsOpen() || !pane->TakesInput()) return false;
-  const std::shared_ptr<Pane> kept = pane;
-  const Pane::Message underWay(*kept);
+  if (message.message != WM_KEYDOWN || !tree->IsOpen() || !tree->TakesInput()) return false;
+  const std::shared_ptr<ViewTree> kept = tree;
+  const ViewTree::Message underWay(*kept);
   const HWND window = kept->Window();
   if (message.hwnd != window && IsChild(window, message.hwnd) == FALSE) return false;
   const std::int16_t shift = ShiftState();

@@ -23,31 +23,31 @@
 namespace kw::windows {
 namespace {
 
-// How one kind of model is shown: in a view, and drawn without a window.
+// How a kind of model is shown: in a view, and drawn without a window.
 struct Kind {
   bool (*isOf)(const Control& model);
-  std::unique_ptr<ControlView> (*makeView)(Pane& pane, Control& model, ControlView* container, BarRows& bars);
-  void (*draw)(const Look& look, const RECT& place, const Control& model);
+  std::unique_ptr<ControlView> (*makeView)(ViewTree& tree, Control& model, ControlView* container, BarRows& bars);
+  void (*draw)(const Look& look, const RECT& bounds, const Control& model);
 };
 
 template <class Model, class ViewOfModel>
 constexpr Kind KindOf() {
   return {[](const Control& model) { return dynamic_cast<const Model*>(&model) != nullptr; },
-          [](Pane& pane, Control& model, ControlView* container, BarRows& bars) -> std::unique_ptr<ControlView> {
+          [](ViewTree& tree, Control& model, ControlView* container, BarRows& bars) -> std::unique_ptr<ControlView> {
             auto& shown = static_cast<Model&>(model);
             if constexpr (std::is_same_v<ViewOfModel, ToolBarView>) {
-              return std::make_unique<ToolBarView>(pane, shown, container, bars);
+              return std::make_unique<ToolBarView>(tree, shown, container, bars);
             } else {
               static_cast<void>(bars);
-              return std::make_unique<ViewOfModel>(pane, shown, container);
+              return std::make_unique<ViewOfModel>(tree, shown, container);
             }
           },
-          [](const Look& look, const RECT& place, const Control& model) {
-            ViewOfModel::Draw(look, place, static_cast<const Model&>(model));
+          [](const Look& look, const RECT& bounds, const Control& model) {
+            ViewOfModel::Draw(look, bounds, static_cast<const Model&>(model));
           }};
 }
 
-// Every kind of model that has a look. Timers, logs and the like have none.
+// Every kind of model that has a view. Timers, logs and the like have none.
 constexpr Kind Kinds[] = {
     KindOf<PictureBox, PictureBoxView>(),
     KindOf<TransparentPicture, CanvasItemView>(),
@@ -76,20 +76,20 @@ const Kind* Find(const Control& model) {
 
 }  // namespace
 
-std::unique_ptr<ControlView> FormViews::MakeView(Pane& pane, Control& model, ControlView* container) {
+std::unique_ptr<ControlView> FormViews::MakeView(ViewTree& tree, Control& model, ControlView* container) {
   const Kind* const kind = Find(model);
-  return kind == nullptr ? nullptr : kind->makeView(pane, model, container, bars);
+  return kind == nullptr ? nullptr : kind->makeView(tree, model, container, bars);
 }
 
 void DrawChildren(const Look& look, const Control& holder) {
   for (const Control* child : holder.Children()) {
     const Kind* const kind = Find(*child);
     if (kind == nullptr || !child->Visible()) continue;
-    const RECT place = ToRect(look.scale.ToDevice(BoundsOf(*child)));
+    const RECT bounds = ToRect(look.scale.ToDevice(BoundsOf(*child)));
     const int saved = SaveDC(look.context);
-    IntersectClipRect(look.context, place.left, place.top, place.right, place.bottom);
-    OffsetViewportOrgEx(look.context, place.left, place.top, nullptr);
-    const RECT own = {0, 0, WidthOf(place), HeightOf(place)};
+    IntersectClipRect(look.context, bounds.left, bounds.top, bounds.right, bounds.bottom);
+    OffsetViewportOrgEx(look.context, bounds.left, bounds.top, nullptr);
+    const RECT own = {0, 0, WidthOf(bounds), HeightOf(bounds)};
     kind->draw(look, own, *child);
     DrawChildren(look, *child);
     RestoreDC(look.context, saved);

@@ -7,17 +7,17 @@
 
 namespace kw::windows {
 
-// The views of the editor's form: one row of a table for each kind of model that has a look.
+// The views of the editor's form: a table with one row for each kind of model that has a view.
 class FormViews final : public ViewFactory {
 public:
-  std::unique_ptr<ControlView> MakeView(Pane& pane, Control& model, ControlView* container) override;
+  std::unique_ptr<ControlView> MakeView(ViewTree& tree, Control& model, ControlView* container) override;
   void LayOut() override { bars.LayOut(); }
 
 private:
   BarRows bars;
 };
 
-// Draws what the model holds, all visible levels, with the model's upper left corner at (0, 0) of the context.
+// Draws all visible descendants of the model, with the model's top left corner at (0, 0) of the context.
 void DrawChildren(const Look& look, const Control& holder);
 
 }  // namespace kw::windows

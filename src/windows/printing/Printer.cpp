@@ -17,7 +17,7 @@ namespace {
 
 [[noreturn]] void RaisePrinterError() { Raise(ErrorNumber::PrinterError, static_cast<std::int32_t>(GetLastError())); }
 
-// The rows of a large page go to the driver in pieces of about so many bytes.
+// A large page goes to the driver in bands of about this many bytes.
 constexpr std::size_t BandBytes = std::size_t{4} << 20U;
 
 struct Extent {
@@ -35,7 +35,7 @@ Extent PrintedSize(const Bitmap& picture, HDC device) {
           std::max(1, static_cast<int>(std::lround(height * scale)))};
 }
 
-// The description of a picture's rows for the system, which holds at most 256 colours behind its head.
+// A BITMAPINFO with up to 256 colours.
 struct Description {
   BITMAPINFOHEADER head;
   RGBQUAD colours[256];
@@ -120,10 +120,10 @@ void Printer::NewPage() {
 void Printer::DrawBands(const Bitmap& picture) {
   const Extent size = PrintedSize(picture, device);
   Description description = DescriptionOf(picture);
-  const std::size_t stride = (picture.RowBytes() + 3) / 4 * 4;  // rows of the system begin at multiples of 4 bytes
+  const std::size_t stride = (picture.RowBytes() + 3) / 4 * 4;  // the system's rows are padded to multiples of 4 bytes
   const auto bandRows = static_cast<std::int32_t>(std::clamp<std::size_t>(BandBytes / stride, 1, 65536));
   std::vector<std::uint8_t> band;
-  // Reduced, the thin black lines of a bilevel page are kept, and the colours of others are averaged.
+  // When a picture is reduced, keep the thin black lines of a bilevel page and average the colours of others.
   SetStretchBltMode(device, picture.BitsPerPixel() == 1 ? BLACKONWHITE : HALFTONE);
   SetBrushOrgEx(device, 0, 0, nullptr);
   for (std::int32_t first = 0; first < picture.Height(); first += bandRows) {
@@ -145,7 +145,7 @@ void Printer::DrawBands(const Bitmap& picture) {
 void Printer::EndJob() {
   if (!isJobOpen) return;
   isJobOpen = false;
-  // A job that cannot be ended is given up.
+  // Aborts a job that cannot be ended.
   struct Ending {
     explicit Ending(HDC printed) : device(printed) {}
     Ending(const Ending&) = delete;

@@ -8,7 +8,7 @@
 
 namespace kw::windows {
 
-// One printer with at most one open job. Raises PrinterError where the system or the driver refuses.
+// A printer with at most one open job. Raises PrinterError if the system or the driver fails.
 class Printer {
 public:
   Printer() = default;
@@ -16,16 +16,15 @@ public:
   Printer& operator=(const Printer&) = delete;
   ~Printer();
 
-  // Prints on this device from now on and owns it; an open job goes to the printer first. Jobs then have that name,
-  // where it is not empty.
+  // Prints on this device from now on and owns it; an open job is ended first. If the name is not empty, later jobs
+  // have it.
   void Use(HDC device, std::wstring name = {});
-  // Paints on the open page, or on a new one of the open job, or of a new job: the picture in its true size where its
-  // resolution is known, else one pixel to 1/96 inch, but never larger than the printable area, from its upper left
-  // corner on.
+  // Prints a picture at the top left of the printable area; opens a job and a page if none is open. The picture has its
+  // true size if its resolution is known, else 96 pixels to the inch; it is reduced to fit the printable area.
   void PrintPicture(const Bitmap& picture);
-  // Ends the open page; without one a page stays blank.
+  // Ends the open page; if none is open, prints a blank page.
   void NewPage();
-  // Does nothing without an open job. A job that cannot be ended is given up.
+  // Ends the open job, if there is one. A job that cannot be ended is aborted.
   void EndJob();
 
 private:

@@ -28,13 +28,13 @@ std::uint32_t ColoursOf(const BITMAPINFOHEADER& head) {
   return head.biClrUsed == 0 ? most : head.biClrUsed;
 }
 
-// Bytes before the rows.
+// The number of bytes before the rows.
 std::uint64_t HeadBytes(const BITMAPINFOHEADER& head) {
   const bool hasMasks = head.biCompression == BI_BITFIELDS && head.biSize == sizeof head;
   return head.biSize + (hasMasks ? 12U : 0U) + std::uint64_t{ColoursOf(head)} * sizeof(RGBQUAD);
 }
 
-// Bytes of the whole; 0 for what is no such bitmap.
+// The number of bytes of the whole bitmap; 0 if the header is invalid.
 std::uint64_t BytesOf(const BITMAPINFOHEADER& head) {
   constexpr WORD depths[] = {1, 4, 8, 16, 24, 32};
   const bool isKnown = std::find(std::begin(depths), std::end(depths), head.biBitCount) != std::end(depths);
@@ -55,7 +55,7 @@ bool HaveSameColours(const PackedDib& a, const PackedDib& b) {
          std::memcmp(a.data() + headA.biSize, b.data() + headB.biSize, ColoursOf(headA) * sizeof(RGBQUAD)) == 0;
 }
 
-// A memory device context with a bitmap of its own to paint on.
+// A memory device context with a bitmap of its own.
 class Sheet {
 public:
   explicit Sheet(const BITMAPINFO& info) : context(CreateCompatibleDC(nullptr)) {
@@ -143,7 +143,7 @@ PackedDib ScannedPages::Joined() const {
   const std::uint64_t stride = StrideOf(head);
   PackedDib joined(static_cast<std::size_t>(strip.size() + stride * static_cast<std::uint64_t>(height)));
   std::memcpy(joined.data(), strip.data(), strip.size());
-  // The rows go from the bottom up.
+  // The bottom row is stored first.
   std::uint8_t* behind = joined.data() + joined.size();
   for (const PackedDib& page : pages) {
     const BITMAPINFOHEADER own = HeadOf(page);
@@ -166,7 +166,7 @@ void PutOnClipboard(const PackedDib& image, HWND owner) {
   if (memory == nullptr) Raise(ErrorNumber::OutOfMemory, static_cast<std::int32_t>(GetLastError()));
   std::memcpy(GlobalLock(memory), image.data(), image.size());
   GlobalUnlock(memory);
-  // Another program may have it open for a moment.
+  // Retry, because another program may have the clipboard open for a moment.
   bool isOpen = OpenClipboard(owner) != FALSE;
   for (int attempt = 0; !isOpen && attempt < 20; ++attempt) {
     Sleep(50);

@@ -7,19 +7,19 @@
 
 namespace kw::windows {
 
-// A device-independent bitmap as the clipboard holds it: the head, the colours, the rows.
+// A packed device-independent bitmap: header, colours, rows.
 using PackedDib = std::vector<std::uint8_t>;
 
-// The images of one acquisition, which end on the clipboard as one.
+// The pages of one acquisition, which go to the clipboard as one image.
 class ScannedPages {
 public:
-  // Takes a copy of the device-independent bitmap in `memory`; the memory stays the caller's. False for what is none.
+  // Copies the device-independent bitmap in `memory`, which stays the caller's. False if it is none.
   bool Add(HGLOBAL memory);
   bool IsEmpty() const { return pages.empty(); }
 
-  // A single page as it came. Several stand one below the other from the left edge, on white: in their own depth and
-  // colours where they agree in these, else in 24 bits; with the first page's resolution. Where there is not the memory
-  // for all of them, the last ones are left out. The pages are gone then. Raises OutOfMemory.
+  // Returns the pages as one image and removes them. A single page stays unchanged. Several are stacked, left-aligned
+  // on white, with the first page's resolution: in their own depth and colours if these agree, else in 24 bits. If
+  // memory does not suffice for all, the last ones are left out. Raises OutOfMemory.
   PackedDib TakeJoined();
 
 private:
@@ -28,8 +28,8 @@ private:
   std::vector<PackedDib> pages;
 };
 
-// Replaces what is on the clipboard. Raises CannotOpenClipboard, after some attempts, or OutOfMemory; the clipboard
-// then stays as it is.
+// Replaces the clipboard's content. Raises CannotOpenClipboard after some attempts, or OutOfMemory; the clipboard is
+// then unchanged.
 void PutOnClipboard(const PackedDib& image, HWND owner);
 
 }  // namespace kw::windows

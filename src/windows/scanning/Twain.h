@@ -2,8 +2,8 @@
 
 #include <windows.h>
 
-// The part of the TWAIN protocol that an application needs which takes pictures by native transfer: the structures as
-// they lie in memory, packed to two bytes, and the numbers of what is asked.
+// The part of the TWAIN protocol that an application needs for native transfer: the structures, packed to two bytes,
+// and the constants.
 namespace kw::windows::twain {
 
 #pragma pack(push, 2)
@@ -34,7 +34,7 @@ struct UserInterface {
   HANDLE parent;
 };
 
-// A message of the queue, and what the source has to say about it.
+// A message of the queue, and the source's notice about it.
 struct Event {
   void* message;
   WORD notice;
@@ -63,7 +63,7 @@ struct Status {
 
 #pragma pack(pop)
 
-// What a call is about.
+// Data groups.
 enum Group : DWORD { Control = 1, Image = 2 };
 enum Data : WORD {
   NoData = 0x0000,
@@ -77,7 +77,7 @@ enum Data : WORD {
   NativeTransferData = 0x0104,
 };
 
-// What is asked, and the notices of a source.
+// Messages to a source, and its notices.
 enum Message : WORD {
   NoMessage = 0x0000,
   Get = 0x0001,
@@ -123,7 +123,7 @@ inline constexpr WORD ProtocolMinor = 9;
 inline constexpr WORD LanguageEnglishUsa = 13;
 inline constexpr WORD CountryUsa = 1;
 
-// The one function of the manager, named DSM_Entry, and of a source (without the destination), named DS_Entry.
+// The entry point of the manager, DSM_Entry, and of a source (without the destination), DS_Entry.
 using ManagerEntry = WORD(FAR PASCAL*)(Identity* origin, Identity* destination, DWORD group, WORD data, WORD message,
                                        void* content);
 

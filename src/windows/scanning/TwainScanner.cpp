@@ -6,7 +6,7 @@
 namespace kw::windows {
 namespace {
 
-// Not every manager wakes the message loop when a source has something to say; this many milliseconds later it runs.
+// Not every manager wakes the message loop for a source's notice; so the loop polls at this interval in milliseconds.
 constexpr UINT LongestWait = 100;
 
 class WakeUpTimer {
@@ -20,7 +20,7 @@ private:
   UINT_PTR id;
 };
 
-// The window that a source's dialog belongs to: the desktop's, or a hidden one of its own.
+// The owner window of a source's dialog: the desktop's, or else a hidden window.
 class ParentWindow {
 public:
   explicit ParentWindow(HWND lent) : window(lent) {
@@ -43,7 +43,7 @@ private:
 
 HMODULE LoadFromWindowsFolder(const wchar_t* name) {
   wchar_t path[MAX_PATH] = {};
-  // The one of the machine: for old programs on a terminal server each user has a folder of his own beside it.
+  // Use the machine's folder: on a terminal server old programs see a private folder for each user.
   const UINT length = GetSystemWindowsDirectoryW(static_cast<wchar_t*>(path), MAX_PATH);
   if (length == 0 || length + 1 + lstrlenW(name) >= MAX_PATH) return nullptr;
   path[length] = L'\\';
@@ -52,7 +52,7 @@ HMODULE LoadFromWindowsFolder(const wchar_t* name) {
                         LOAD_LIBRARY_SEARCH_DLL_LOAD_DIR | LOAD_LIBRARY_SEARCH_SYSTEM32);
 }
 
-// Today's manager lies in the system's folder; the one of old 32-bit Windows lies in the Windows folder.
+// The current manager is in the system folder; the old 32-bit one is in the Windows folder.
 HMODULE LoadManagerLibrary() {
   for (const wchar_t* name : {L"TWAINDSM.dll", L"twain_32.dll"}) {
     HMODULE library = LoadLibraryExW(name, nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32);
@@ -89,7 +89,7 @@ bool TwainScanner::Acquire() {
   if (!LoadManager()) return false;
   const auto underWay = desktop.enterEvents();
   const ParentWindow parent(desktop.owner());
-  // The driver may take its time to connect; until then the control shows what is going on.
+  // Paint now, because the driver may take long to connect.
   RedrawWindow(parent.Handle(), nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
   ScannedPages pages;
   {
@@ -108,7 +108,7 @@ bool TwainScanner::Acquire() {
 
 void TwainScanner::CancelAcquisition() { isCancelled = true; }
 
-// Hands a message of the queue to the source, or to its window. False when the source wants to close.
+// Passes a message of the queue to the source or dispatches it. False if the source wants to close.
 bool TwainScanner::Handle(TwainSession& session, MSG& message) {
   WORD notice = twain::NoMessage;
   if (!session.Offer(message, notice)) {
@@ -118,13 +118,13 @@ bool TwainScanner::Handle(TwainSession& session, MSG& message) {
   return notice != twain::CloseSourceRequest && notice != twain::CloseSourceOk;
 }
 
-// Ends with state 6, or with 5 when nothing will come.
+// Ends in state 6, or in state 5 if no image will come.
 void TwainScanner::WaitForImage(TwainSession& session, HWND parent) {
   const WakeUpTimer timer;
   MSG message = {};
   while (session.State() == 5 && !isCancelled && IsWindow(parent) != FALSE) {
     if (GetMessageW(&message, nullptr, 0, 0) <= 0) {
-      PostQuitMessage(static_cast<int>(message.wParam));  // of the loop that called
+      PostQuitMessage(static_cast<int>(message.wParam));  // for the calling message loop
       return;
     }
     if (!Handle(session, message)) return;
@@ -137,7 +137,7 @@ void TwainScanner::TakeImages(TwainSession& session, ScannedPages& pages) {
     const auto outcome = session.Transfer(image);
     if (outcome == TwainSession::Outcome::Cancelled) isCancelled = true;
     if (outcome != TwainSession::Outcome::Image) return;
-    // Where the memory runs out the pages before it are the image.
+    // If memory runs out, the pages before are the image.
     bool isTaken = false;
     const bool hadMemory = Guard([&] { isTaken = pages.Add(image); });
     GlobalFree(image);

@@ -12,12 +12,12 @@
 
 namespace kw::windows {
 
-// The scanners of the system, by way of the TWAIN source manager that is installed. The manager is loaded when it is
-// first needed; while nothing is acquired no source is open.
+// The system's scanners, through the installed TWAIN source manager. The manager is loaded on first use; a source is
+// open only during an acquisition.
 class TwainScanner final : public ScannerDriver {
 public:
-  // What the desktop lends: the window that dialogs belong to (it may be null), and what has to live while a dialog is
-  // up or messages are handled.
+  // What the desktop provides: the owner window of dialogs (may be null), and an object that must live while a dialog
+  // is up or messages are handled.
   struct Surroundings {
     std::function<HWND()> owner;
     std::function<std::shared_ptr<void>()> enterDialog;
@@ -28,8 +28,7 @@ public:
   ~TwainScanner() override;
 
   void SelectSource() override;
-  // A feeder is emptied: all its pages come as one image, one below the other. When a later page fails, those before it
-  // are the image.
+  // Empties a feeder: all pages become one image, stacked. If a later page fails, the pages before it are the image.
   bool Acquire() override;
   void CancelAcquisition() override;
 
@@ -42,7 +41,7 @@ private:
   Surroundings desktop;
   HMODULE library = nullptr;
   twain::ManagerEntry manager = nullptr;
-  twain::Identity chosen = {};  // without a name: nothing was chosen yet
+  twain::Identity chosen = {};  // empty name: nothing was chosen yet
   bool isCancelled = false;
 };
 

@@ -52,7 +52,7 @@ bool TwainSession::OpenSource(const twain::Identity& chosen) {
   source = chosen;
   if (AskManager(twain::IdentityData, twain::OpenSource, &source) != twain::Success) return false;
   state = 4;
-  // Both are what a source does unless it is told otherwise; one that does not know them may say so.
+  // Both are the defaults of every source, so a source may reject them.
   SetCapability(twain::TransferCount, twain::Integer16, twain::AllImages);
   SetCapability(twain::TransferMechanism, twain::Unsigned16, twain::NativeTransfer);
   return true;
@@ -88,9 +88,9 @@ bool TwainSession::Offer(MSG& message, WORD& notice) {
 TwainSession::Outcome TwainSession::Transfer(HGLOBAL& image) {
   image = nullptr;
   const WORD result = AskSource(twain::Image, twain::NativeTransferData, twain::Get, &image);
-  if (result != twain::TransferDone && result != twain::Cancel) return Outcome::Failed;  // the state stays 6
+  if (result != twain::TransferDone && result != twain::Cancel) return Outcome::Failed;  // the state remains 6
   state = 7;
-  if (!EndTransfer()) GoDownTo(5);  // one that cannot end a transfer has no further image
+  if (!EndTransfer()) GoDownTo(5);  // a source that cannot end a transfer has no further image
   if (result == twain::TransferDone) return Outcome::Image;
   if (image != nullptr) GlobalFree(image);
   image = nullptr;
@@ -98,7 +98,7 @@ TwainSession::Outcome TwainSession::Transfer(HGLOBAL& image) {
 }
 
 void TwainSession::GoDownTo(int lower) {
-  // Ending one transfer leads back to state 6 while the source has more; from there all are dropped at once.
+  // Ending one transfer leads back to state 6 while the source has more images; from there all are dropped at once.
   while (state > lower) GoDown();
 }
 

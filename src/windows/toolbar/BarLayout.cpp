@@ -20,9 +20,9 @@ int WidthOf(const ToolBar::Button& button, const BarSizes& sizes, HDC measuring)
   return size.cx + 2 * sizes.textMargin + sizes.imageRoom;
 }
 
-// Each row but the first begins where the width did not do for one more button.
+// Starts a new row if the width does not suffice for the next button.
 std::vector<RECT> LayOutRows(const ToolBar& bar, int width, const BarSizes& sizes, HDC measuring) {
-  std::vector<RECT> places;
+  std::vector<RECT> buttonBounds;
   LONG x = 0;
   LONG y = 0;
   for (const ToolBar::Button& button : bar.Buttons()) {
@@ -31,28 +31,29 @@ std::vector<RECT> LayOutRows(const ToolBar& bar, int width, const BarSizes& size
       x = 0;
       y += sizes.button;
     }
-    places.push_back({x, y, x + own, y + sizes.button});
+    buttonBounds.push_back({x, y, x + own, y + sizes.button});
     x += own;
   }
-  // A gap at the end of a row parts nothing.
-  for (std::size_t i = 0; i + 1 < places.size(); ++i) {
+  // A separator at the end of a row has no width.
+  for (std::size_t i = 0; i + 1 < buttonBounds.size(); ++i) {
     const bool isGap = bar.Buttons()[i].style == ButtonStyle::Separator;
-    if (isGap && places[i + 1].top > places[i].top) places[i].right = places[i].left;
+    if (isGap && buttonBounds[i + 1].top > buttonBounds[i].top) buttonBounds[i].right = buttonBounds[i].left;
   }
-  return places;
+  return buttonBounds;
 }
 
-bool HasRoom(const RECT& place) { return place.right > place.left; }
+bool HasRoom(const RECT& bounds) { return bounds.right > bounds.left; }
 
-// Takes away the buttons that do not end before `end`, and the gaps at the end of what stays. Tells where that ends.
-LONG CutOff(const ToolBar& bar, LONG end, std::vector<RECT>& places) {
-  for (RECT& place : places) {
-    if (place.right > end) place.right = place.left;
+// Removes the buttons that do not fit before `end`, and the separators then left at the end. Returns the right edge of
+// the rest.
+LONG CutOff(const ToolBar& bar, LONG end, std::vector<RECT>& buttonBounds) {
+  for (RECT& bounds : buttonBounds) {
+    if (bounds.right > end) bounds.right = bounds.left;
   }
-  for (std::size_t i = places.size(); i-- > 0;) {
-    if (!HasRoom(places[i])) continue;
-    if (bar.Buttons()[i].style != ButtonStyle::Separator) return places[i].right;
-    places[i].right = places[i].left;
+  for (std::size_t i = buttonBounds.size(); i-- > 0;) {
+    if (!HasRoom(buttonBounds[i])) continue;
+    if (bar.Buttons()[i].style != ButtonStyle::Separator) return buttonBounds[i].right;
+    buttonBounds[i].right = buttonBounds[i].left;
   }
   return 0;
 }
@@ -71,24 +72,24 @@ BarLayout LayOut(const ToolBar& bar, SIZE size, const BarRoom& room, const BarSi
   if (!IsOfOneRow(size.cy, sizes)) return {LayOutRows(bar, size.cx, sizes, measuring), std::nullopt};
   BarLayout layout = {LayOutRows(bar, std::numeric_limits<int>::max(), sizes, measuring), std::nullopt};
   if (!room.IsUsable(sizes)) return layout;
-  const LONG end = CutOff(bar, std::numeric_limits<LONG>::max(), layout.places);
+  const LONG end = CutOff(bar, std::numeric_limits<LONG>::max(), layout.buttonBounds);
   if (end <= room.width && !room.hasOthers) return layout;
-  const LONG left = CutOff(bar, room.width - sizes.button, layout.places);
+  const LONG left = CutOff(bar, room.width - sizes.button, layout.buttonBounds);
   layout.more = RECT{left, 0, left + sizes.button, sizes.button};
   return layout;
 }
 
-void DrawCaptioned(const Look& look, RECT place, const ToolBar::Button& button, bool isEnabled) {
+void DrawCaptioned(const Look& look, RECT bounds, const ToolBar::Button& button, bool isEnabled) {
   const BarSizes sizes(look.scale);
   if (!button.image.empty()) {
-    const RECT square = {place.left, place.top, place.left + sizes.button, place.bottom};
+    const RECT square = {bounds.left, bounds.top, bounds.left + sizes.button, bounds.bottom};
     look.images.Draw(look.context, square, button.image, isEnabled);
-    place.left += sizes.imageRoom;
+    bounds.left += sizes.imageRoom;
   }
   const std::wstring text = ToWide(button.caption);
   SetBkMode(look.context, TRANSPARENT);
   SetTextColor(look.context, GetSysColor(isEnabled ? COLOR_BTNTEXT : COLOR_GRAYTEXT));
-  DrawTextW(look.context, text.c_str(), static_cast<int>(text.size()), &place, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
+  DrawTextW(look.context, text.c_str(), static_cast<int>(text.size()), &bounds, DT_CENTER | DT_VCENTER | DT_SINGLELINE);
 }
 
 }  // namespace kw::windows

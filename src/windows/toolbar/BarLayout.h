@@ -11,42 +11,42 @@
 
 namespace kw::windows {
 
-// Sizes of a tool bar's parts on the screen.
+// Sizes of a tool bar's parts in screen pixels.
 struct BarSizes {
   explicit BarSizes(const Scale& scale);
 
   int button;
   int gap;
-  int textMargin;  // left and right of a caption
-  int imageRoom;   // of the picture beside a caption
+  int textMargin;  // left and right margin of a caption
+  int imageRoom;   // width of the image beside a caption
 };
 
-// How much of a tool bar is to be seen, and what it has to show besides its own buttons.
+// How much of a tool bar is visible, and whether its menu also has buttons of other bars.
 struct BarRoom {
-  // A bar of which not even one button is to be seen is as good as out of sight.
+  // A bar that shows not even one button counts as hidden.
   bool IsUsable(const BarSizes& sizes) const { return width >= sizes.button; }
 
-  int width = 0;  // pixels from the bar's left edge on
-  // Other bars have buttons that are out of sight and belong into this bar's menu.
+  int width = 0;  // visible pixels from the bar's left edge
+  // Buttons of later bars overflow into this bar's menu.
   bool hasOthers = false;
 
   friend bool operator==(const BarRoom&, const BarRoom&) = default;
 };
 
-// Where the buttons of a tool bar lie.
+// The layout of a tool bar's buttons.
 struct BarLayout {
-  // For each button; empty for a hidden one and for one that does not fit.
-  std::vector<RECT> places;
-  // Of the button that opens the menu of what does not fit.
+  // The bounds of each button; empty if it is hidden or does not fit.
+  std::vector<RECT> buttonBounds;
+  // The bounds of the button that opens the overflow menu.
   std::optional<RECT> more;
 };
 
-// In a bar that is high enough, what is too wide for a row goes on in the next one. Another bar keeps to its one row,
-// and what is not to be seen there goes to a menu. `measuring` has the font of the captions.
+// A bar that is high enough wraps its buttons into rows. Another bar has one row; buttons that do not fit go to the
+// overflow menu. `measuring` has the font of the captions.
 BarLayout LayOut(const ToolBar& bar, SIZE size, const BarRoom& room, const BarSizes& sizes, HDC measuring);
 bool IsOfOneRow(int height, const BarSizes& sizes);
 
-// A picture and a caption beside each other.
-void DrawCaptioned(const Look& look, RECT place, const ToolBar::Button& button, bool isEnabled);
+// Draws a button's image with its caption beside it.
+void DrawCaptioned(const Look& look, RECT bounds, const ToolBar::Button& button, bool isEnabled);
 
 }  // namespace kw::windows

@@ -5,7 +5,7 @@
 #include "windows/base/Gdi.h"
 #include "windows/toolbar/BarLayout.h"
 #include "windows/toolbar/ToolBarView.h"
-#include "windows/views/Pane.h"
+#include "windows/views/ViewTree.h"
 
 namespace kw::windows {
 namespace {
@@ -23,12 +23,12 @@ std::vector<BarRows::Sight> BarRows::Look() const {
   std::vector<Sight> sights;
   for (ToolBarView* bar : bars) {
     if (!bar->IsAttached() || !IsShownWithContainers(bar->Model())) continue;
-    const RECT place = bar->Place();
-    POINT corner = {place.left, place.top};
-    LONG end = WidthOf(place);  // of what is to be seen, from the bar's left edge
+    const RECT bounds = bar->Bounds();
+    POINT corner = {bounds.left, bounds.top};
+    LONG end = WidthOf(bounds);  // visible pixels from the bar's left edge
     const ControlView* holder = bar->Container();
     for (; holder != nullptr && holder->Container() != nullptr; holder = holder->Container()) {
-      const RECT around = holder->Place();
+      const RECT around = holder->Bounds();
       end = std::min(end, WidthOf(around) - corner.x);
       corner.x += around.left;
       corner.y += around.top;
@@ -37,7 +37,7 @@ std::vector<BarRows::Sight> BarRows::Look() const {
     if (holder != nullptr) GetClientRect(holder->Handle(), &form);
     end = std::min(end, form.right - corner.x);
     const BarSizes sizes = bar->Sizes();
-    if (!IsOfOneRow(HeightOf(place), sizes)) continue;
+    if (!IsOfOneRow(HeightOf(bounds), sizes)) continue;
     const BarRoom room = {static_cast<int>(end), false};
     sights.push_back({bar, corner, room.width, room.IsUsable(sizes)});
   }

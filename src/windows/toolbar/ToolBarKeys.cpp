@@ -1,11 +1,11 @@
-// The keyboard in a tool bar, which not every system's own bars know: the arrows, Home and End go from button to
-// button, the space bar and Enter click, Escape goes back to the form.
+// Keyboard use of a tool bar, which not every version of Windows has: arrows, Home and End move between buttons, the
+// space bar and Enter click, Escape returns to the form.
 
 #include <cstdlib>
 
 #include "windows/base/Gdi.h"
 #include "windows/toolbar/ToolBarView.h"
-#include "windows/views/Pane.h"
+#include "windows/views/ViewTree.h"
 
 namespace kw::windows {
 
@@ -15,10 +15,10 @@ bool ToolBarView::TakesKeys(std::size_t index) const {
   return (shownStates[index] & TBSTATE_ENABLED) != 0 && bar.Buttons()[index].style != ButtonStyle::Separator;
 }
 
-RECT ToolBarView::PlaceOf(std::size_t index) const {
-  RECT place = {};
-  SendMessageW(Handle(), TB_GETITEMRECT, index, reinterpret_cast<LPARAM>(&place));
-  return place;
+RECT ToolBarView::ButtonBounds(std::size_t index) const {
+  RECT bounds = {};
+  SendMessageW(Handle(), TB_GETITEMRECT, index, reinterpret_cast<LPARAM>(&bounds));
+  return bounds;
 }
 
 int ToolBarView::HotButton() const { return static_cast<int>(SendMessageW(Handle(), TB_GETHOTITEM, 0, 0)); }
@@ -29,7 +29,7 @@ void ToolBarView::SetHotButton(std::optional<std::size_t> index) {
   SendMessageW(Handle(), TB_SETHOTITEM, index.value_or(None), 0);
 }
 
-// The nearest button after `from`, or before it, that can be clicked.
+// The nearest clickable button after `from`, or before it.
 std::optional<std::size_t> ToolBarView::Next(int from, int step) const {
   for (int i = from + step; i >= 0 && i < static_cast<int>(shownStates.size()); i += step) {
     if (TakesKeys(static_cast<std::size_t>(i))) return static_cast<std::size_t>(i);
@@ -37,22 +37,22 @@ std::optional<std::size_t> ToolBarView::Next(int from, int step) const {
   return std::nullopt;
 }
 
-// The nearest one in the next row, or in the row before.
+// The nearest clickable button in the next row, or in the row before.
 std::optional<std::size_t> ToolBarView::Beside(std::size_t from, bool isBelow) const {
-  const RECT here = PlaceOf(from);
+  const RECT here = ButtonBounds(from);
   const LONG row = isBelow ? here.top + HeightOf(here) : here.top - HeightOf(here);
   std::optional<std::size_t> nearest;
   for (std::size_t i = 0; i < shownStates.size(); ++i) {
-    if (!TakesKeys(i) || PlaceOf(i).top != row) continue;
-    const auto distance = [&](std::size_t one) { return std::labs(PlaceOf(one).left - here.left); };
+    if (!TakesKeys(i) || ButtonBounds(i).top != row) continue;
+    const auto distance = [&](std::size_t one) { return std::labs(ButtonBounds(one).left - here.left); };
     if (!nearest || distance(i) < distance(*nearest)) nearest = i;
   }
   return nearest;
 }
 
-// A bar that is out of sight is in the menu of another.
+// The buttons of a hidden bar are in another bar's menu.
 bool ToolBarView::IsTabStop() const {
-  const bool isSeen = !IsOfOneRow(HeightOf(Place()), Sizes()) || room.IsUsable(Sizes());
+  const bool isSeen = !IsOfOneRow(HeightOf(Bounds()), Sizes()) || room.IsUsable(Sizes());
   return isSeen && Next(-1, 1).has_value();
 }
 
@@ -89,13 +89,14 @@ bool ToolBarView::OnKey(WPARAM key) {
       SetFocus(Shared().Window());
       return true;
     default:
-      return true;  // clicks as a character
+      return true;  // the click comes with WM_CHAR
   }
   if (next) SetHotButton(next);
   return true;
 }
 
-// A click by the key itself would leave its character to what comes up next, as a menu, which takes it for a choice.
+// Clicks on WM_CHAR, not on the key itself: else a menu that the click opens would get the character and take it for a
+// choice.
 bool ToolBarView::OnCharacter(WPARAM character, LPARAM details) {
   if (character != L' ' && character != L'\r') return false;
   constexpr LPARAM IsHeldDown = LPARAM{1} << 30;

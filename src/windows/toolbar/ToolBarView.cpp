@@ -6,7 +6,7 @@
 
 #include "windows/base/Gdi.h"
 #include "windows/base/Text.h"
-#include "windows/views/Pane.h"
+#include "windows/views/ViewTree.h"
 
 namespace kw::windows {
 namespace {
@@ -20,7 +20,7 @@ BYTE StyleOf(const ToolBar::Button& button) {
       return BTNS_SEP;
     case ButtonStyle::Check:
     case ButtonStyle::Group:
-      // The model keeps the group's rule.
+      // Not a system check group: the model implements the group's rule.
       return BTNS_CHECK;
     case ButtonStyle::Push:
       break;
@@ -30,7 +30,7 @@ BYTE StyleOf(const ToolBar::Button& button) {
 
 }  // namespace
 
-ToolBarView::ToolBarView(Pane& shared, ToolBar& shown, ControlView* container, BarRows& fellows)
+ToolBarView::ToolBarView(ViewTree& shared, ToolBar& shown, ControlView* container, BarRows& fellows)
     : ControlView(shared, shown, container), bar(shown), rows(fellows) {
   rows.Add(*this);
 }
@@ -57,7 +57,7 @@ void ToolBarView::SetSizes(HWND shown) const {
 
 void ToolBarView::Rescale() {
   SetSizes(Handle());
-  shownStates.clear();  // their widths are others
+  shownStates.clear();  // the widths have changed
   ControlView::Rescale();
 }
 
@@ -74,8 +74,8 @@ void ToolBarView::Show(Aspect aspect) {
   if (aspect == Aspect::Visibility) rows.LayOut();
 }
 
-void ToolBarView::ShowPlace() {
-  ControlView::ShowPlace();
+void ToolBarView::ShowBounds() {
+  ControlView::ShowBounds();
   ShowButtons();
   rows.LayOut();
 }
@@ -88,8 +88,8 @@ void ToolBarView::ShowEnabled() {
 void ToolBarView::ShowButtons() {
   const HDC measuring = GetDC(Handle());
   const HGDIOBJ before = SelectObject(measuring, Shared().Font());
-  const RECT place = Place();
-  const BarLayout layout = LayOut(bar, {WidthOf(place), HeightOf(place)}, room, Sizes(), measuring);
+  const RECT bounds = Bounds();
+  const BarLayout layout = LayOut(bar, {WidthOf(bounds), HeightOf(bounds)}, room, Sizes(), measuring);
   SelectObject(measuring, before);
   ReleaseDC(Handle(), measuring);
   const std::vector<BYTE> states = States(layout);
@@ -106,34 +106,34 @@ void ToolBarView::ShowButtons() {
 
 std::vector<BYTE> ToolBarView::States(const BarLayout& layout) const {
   const bool isEnabled = IsEffectivelyEnabled();
-  const std::vector<RECT>& places = layout.places;
+  const std::vector<RECT>& buttonBounds = layout.buttonBounds;
   std::vector<BYTE> states;
-  for (std::size_t i = 0; i < places.size(); ++i) {
+  for (std::size_t i = 0; i < buttonBounds.size(); ++i) {
     const ToolBar::Button& button = bar.Buttons()[i];
     unsigned state = 0;
     if (isEnabled && button.enabled) state |= TBSTATE_ENABLED;
-    if (WidthOf(places[i]) == 0) state |= TBSTATE_HIDDEN;
+    if (WidthOf(buttonBounds[i]) == 0) state |= TBSTATE_HIDDEN;
     if (button.pressed) state |= TBSTATE_CHECKED;
     states.push_back(static_cast<BYTE>(state));
   }
-  // The last button of a row that shows carries the mark that a new row begins.
+  // The last visible button of a row has the wrap state.
   std::size_t last = 0;
-  for (std::size_t i = 0; i < places.size(); ++i) {
+  for (std::size_t i = 0; i < buttonBounds.size(); ++i) {
     if ((states[i] & TBSTATE_HIDDEN) != 0) continue;
-    if (places[i].top > places[last].top) states[last] = static_cast<BYTE>(states[last] | TBSTATE_WRAP);
+    if (buttonBounds[i].top > buttonBounds[last].top) states[last] = static_cast<BYTE>(states[last] | TBSTATE_WRAP);
     last = i;
   }
-  // A menu can be looked at while its entries are disabled.
+  // The overflow menu opens even if its entries are disabled.
   if (layout.more) states.push_back(TBSTATE_ENABLED);
   return states;
 }
 
-// The system lays a bar out when buttons are added, but not when one of them is to begin a new row.
+// Adds all buttons again: the system lays out a bar when buttons are added, but not when a wrap state changes.
 void ToolBarView::AddButtons(const BarLayout& layout, const std::vector<BYTE>& states) {
   SendMessageW(Handle(), WM_SETREDRAW, FALSE, 0);
   while (SendMessageW(Handle(), TB_DELETEBUTTON, 0, 0) != FALSE) continue;
   for (std::size_t i = 0; i < states.size(); ++i) {
-    AddButton(i, states[i], WidthOf(i < layout.places.size() ? layout.places[i] : *layout.more));
+    AddButton(i, states[i], WidthOf(i < layout.buttonBounds.size() ? layout.buttonBounds[i] : *layout.more));
   }
   SendMessageW(Handle(), TB_AUTOSIZE, 0, 0);
   SendMessageW(Handle(), WM_SETREDRAW, TRUE, 0);
@@ -141,7 +141,7 @@ void ToolBarView::AddButtons(const BarLayout& layout, const std::vector<BYTE>& s
   shownStates = states;
 }
 
-// The text of a button does not show, it is its name for those who cannot see it.
+// A button's text is not shown; screen readers use it as the button's name.
 void ToolBarView::AddButton(std::size_t index, BYTE state, int width) const {
   const bool isMore = index == bar.Buttons().size();
   const ToolBar::Button button =
@@ -163,14 +163,14 @@ void ToolBarView::AddButton(std::size_t index, BYTE state, int width) const {
   if (width > 0) SendMessageW(Handle(), TB_SETBUTTONINFOW, index + 1, reinterpret_cast<LPARAM>(&info));
 }
 
-// What a click runs may take the window down, which the system's code for a message does not survive: a click that it
-// tells of waits until that code is through.
+// A click's command may destroy the window while the system's code for the message is on the stack, which would crash.
+// So a click waits until that code has returned.
 LRESULT ToolBarView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   ++messagesUnderWay;
   const bool isTaken = (message == WM_KEYDOWN && OnKey(wParam)) || (message == WM_CHAR && OnCharacter(wParam, lParam));
   LRESULT result = message == WM_GETDLGCODE ? DLGC_WANTARROWS | DLGC_WANTCHARS : 0;
   if (!isTaken && result == 0) result = ControlView::OnMessage(message, wParam, lParam);
-  // The button that had the keyboard last has it again.
+  // The button that was hot last becomes hot again.
   if (message == WM_SETFOCUS) SetHotButton(TakesKeys(lastKeyed) ? lastKeyed : Next(-1, 1));
   if (message == WM_KILLFOCUS) SetHotButton(std::nullopt);
   --messagesUnderWay;
@@ -180,7 +180,7 @@ LRESULT ToolBarView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
 
 void ToolBarView::FinishMessage(UINT message) {
   if (message == WM_LBUTTONUP && clicked == 0) {
-    // Some systems press a disabled check button, without a word.
+    // Some versions of Windows press a disabled check button without a notification.
     ReadChecks();
     ShowButtons();
   }
@@ -197,7 +197,7 @@ void ToolBarView::OnCommand(WORD /*notification*/, WORD id) {
 void ToolBarView::Click(WORD id) {
   const auto index = static_cast<std::size_t>(id) - 1;
   if (index == bar.Buttons().size() && TakesInput()) return PopUpRest();
-  // The system has toggled a check button by itself; what the model makes of the click counts.
+  // The system has toggled a check button already; the model decides what the click does.
   ReadChecks();
   Choose(index);
 }
@@ -243,12 +243,12 @@ void ToolBarView::PopUpRest() {
     const UINT flags = (isEnabled ? 0U : unsigned{MF_GRAYED}) | (button.pressed ? unsigned{MF_CHECKED} : 0U);
     AppendMenuW(popUp, MF_STRING | flags, i + 1, ToWide(button.toolTip).c_str());
   }
-  RECT place = PlaceOf(bar.Buttons().size());
-  MapWindowPoints(Handle(), nullptr, reinterpret_cast<POINT*>(&place), 2);
-  TPMPARAMS besides = {sizeof besides, place};
-  // The menu may see the end of the window; the views of this message last until it is through.
+  RECT bounds = ButtonBounds(bar.Buttons().size());
+  MapWindowPoints(Handle(), nullptr, reinterpret_cast<POINT*>(&bounds), 2);
+  TPMPARAMS besides = {sizeof besides, bounds};
+  // The window may be destroyed while the menu is up; `held` keeps the control alive until then.
   const auto held = Shared().Hold();
-  const int chosen = TrackPopupMenuEx(popUp, TPM_RETURNCMD | TPM_RIGHTALIGN | TPM_VERTICAL, place.right, place.bottom,
+  const int chosen = TrackPopupMenuEx(popUp, TPM_RETURNCMD | TPM_RIGHTALIGN | TPM_VERTICAL, bounds.right, bounds.bottom,
                                       Shared().Window(), &besides);
   DestroyMenu(popUp);
   if (chosen <= 0 || !IsAttached()) return;
@@ -283,13 +283,13 @@ LRESULT ToolBarView::OnNotify(NMHDR& header) {
   return 0;
 }
 
-void ToolBarView::Draw(const Look& look, const RECT& place, const ToolBar& bar) {
+void ToolBarView::Draw(const Look& look, const RECT& bounds, const ToolBar& bar) {
   const BarSizes sizes(look.scale);
-  const SIZE size = {WidthOf(place), HeightOf(place)};
-  const std::vector<RECT> places = LayOut(bar, size, {size.cx, false}, sizes, look.context).places;
-  for (std::size_t i = 0; i < places.size(); ++i) {
+  const SIZE size = {WidthOf(bounds), HeightOf(bounds)};
+  const std::vector<RECT> buttonBounds = LayOut(bar, size, {size.cx, false}, sizes, look.context).buttonBounds;
+  for (std::size_t i = 0; i < buttonBounds.size(); ++i) {
     const ToolBar::Button& button = bar.Buttons()[i];
-    RECT own = places[i];
+    RECT own = buttonBounds[i];
     if (WidthOf(own) == 0 || button.style == ButtonStyle::Separator) continue;
     if (button.pressed) DrawEdge(look.context, &own, BDR_SUNKENOUTER, BF_RECT);
     const bool isEnabled = bar.Enabled() && button.enabled;

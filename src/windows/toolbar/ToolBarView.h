@@ -11,15 +11,15 @@
 
 namespace kw::windows {
 
-// The buttons of a tool bar have their places in the model's list as their ids, from 1 on; after them comes the button
-// that opens the menu of those that are out of sight, where there are any.
+// A tool bar. A button's id is its position in the model's list, from 1; the last one is the overflow button, if
+// buttons do not fit.
 class ToolBarView final : public ControlView {
 public:
   // The rows must outlive the view.
-  ToolBarView(Pane& shared, ToolBar& shown, ControlView* container, BarRows& fellows);
+  ToolBarView(ViewTree& shared, ToolBar& shown, ControlView* container, BarRows& fellows);
   ~ToolBarView() override;
 
-  static void Draw(const Look& look, const RECT& place, const ToolBar& bar);
+  static void Draw(const Look& look, const RECT& bounds, const ToolBar& bar);
 
   bool IsTabStop() const override;
   bool WantsKey(WPARAM key) const override;
@@ -39,7 +39,7 @@ private:
 
   HWND Create(HWND parent) override;
   void Show(Aspect aspect) override;
-  void ShowPlace() override;
+  void ShowBounds() override;
   void ShowEnabled() override;
   void SetSizes(HWND shown) const;
   void ShowButtons();
@@ -48,19 +48,19 @@ private:
   void AddButton(std::size_t index, BYTE state, int width) const;
   LRESULT DrawCaption(const NMTBCUSTOMDRAW& drawing) const;
 
-  // What a message asked for and what had to wait until it was through.
+  // Runs what had to wait until the system's code for the message returned.
   void FinishMessage(UINT message);
   void Click(WORD id);
   void Choose(std::size_t button);
-  // Which buttons the system shows pressed.
+  // Reads from the window which buttons are pressed.
   void ReadChecks();
 
   std::vector<MenuEntry> EntriesOfRest();
   void PopUpRest();
 
-  // The keyboard, in ToolBarKeys.cpp. A button that has it is the system's hot one.
+  // Keyboard use, in ToolBarKeys.cpp. The button with the focus is the system's hot item.
   bool TakesKeys(std::size_t index) const;
-  RECT PlaceOf(std::size_t index) const;
+  RECT ButtonBounds(std::size_t index) const;
   int HotButton() const;
   void SetHotButton(std::optional<std::size_t> index);
   std::optional<std::size_t> Next(int from, int step) const;
@@ -73,7 +73,7 @@ private:
   BarRoom room;
   std::vector<BYTE> shownStates;
   int messagesUnderWay = 0;
-  WORD clicked = 0;  // the button that waits; 0: none
+  WORD clicked = 0;  // the clicked button that waits; 0: none
   std::size_t lastKeyed = 0;
 };
 

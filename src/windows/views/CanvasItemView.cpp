@@ -1,8 +1,8 @@
 #include "windows/views/CanvasItemView.h"
 
 #include "components/controls/LightWeightMarker.h"
-#include "windows/views/Pane.h"
 #include "windows/views/PictureBoxView.h"
+#include "windows/views/ViewTree.h"
 
 namespace kw::windows {
 
@@ -52,9 +52,9 @@ void CanvasItemView::Send(const MouseEvent& event, POINT at) {
                          ToTwips(static_cast<float>(at.y - start.y)));
     return;
   }
-  // Without the room for a frame: there the contents begin at the point (1, 1).
-  const PixelRect place = PixelsOf(Model());
-  sender.Send(*this, mouse, event, {static_cast<double>(at.x - place.left), static_cast<double>(at.y - place.top)});
+  // The position is relative to the layer's Left and Top. If it has a frame, its contents begin at (1, 1).
+  const PixelRect bounds = PixelsOf(Model());
+  sender.Send(*this, mouse, event, {static_cast<double>(at.x - bounds.left), static_cast<double>(at.y - bounds.top)});
 }
 
 }  // namespace kw::windows

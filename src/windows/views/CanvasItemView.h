@@ -13,19 +13,19 @@ namespace kw::windows {
 
 class PictureBoxView;
 
-// A layer or a marker: it shows as a part of the canvas that holds it.
+// The view of a layer or a marker: it has no window, the canvas draws it.
 class CanvasItemView final : public ControlView {
 public:
   template <class Model>
-  CanvasItemView(Pane& shared, Model& shown, ControlView* container)
+  CanvasItemView(ViewTree& shared, Model& shown, ControlView* container)
       : ControlView(shared, shown, container), mouse(&shown) {}
 
   // The canvas draws it.
-  static void Draw(const Look& /*look*/, const RECT& /*place*/, const Control& /*item*/) {}
+  static void Draw(const Look& /*look*/, const RECT& /*bounds*/, const Control& /*item*/) {}
 
-  // A mouse event at that point of the canvas, in the models' pixels.
+  // Handles a mouse event at a point of the canvas, in model pixels.
   void Send(const MouseEvent& event, POINT at);
-  // What was pressed will not be released here.
+  // Forgets the press: its release will not come.
   void LosePress() { pressedAt.reset(); }
   void Leave() override;
   void Rescale() override;
@@ -39,7 +39,7 @@ private:
   MouseInput* mouse;
   MouseSender sender;
   std::optional<POINT> pressedAt;
-  std::unique_ptr<TextField> field;  // while it is typed into
+  std::unique_ptr<TextField> field;  // while the user types
 };
 
 }  // namespace kw::windows

@@ -20,17 +20,17 @@ void CheckBoxView::OnCommand(WORD notification, WORD /*id*/) {
   if (notification == BN_CLICKED && TakesInput()) box.UserToggle();
 }
 
-void CheckBoxView::Draw(const Look& look, const RECT& place, const CheckBox& box) {
+void CheckBoxView::Draw(const Look& look, const RECT& bounds, const CheckBox& box) {
   const int side = look.scale.LengthOnDevice(13);
-  RECT text = place;
+  RECT text = bounds;
   const UINT pressed = box.Value() ? DFCS_CHECKED : 0U;
   const UINT state = pressed | (box.Enabled() ? 0U : DFCS_INACTIVE);
   if (box.IsButton()) {
-    RECT button = place;
+    RECT button = bounds;
     DrawFrameControl(look.context, &button, DFC_BUTTON, DFCS_BUTTONPUSH | state);
   } else {
-    const int top = (place.top + place.bottom - side) / 2;
-    RECT tick = {place.left, top, place.left + side, top + side};
+    const int top = (bounds.top + bounds.bottom - side) / 2;
+    RECT tick = {bounds.left, top, bounds.left + side, top + side};
     DrawFrameControl(look.context, &tick, DFC_BUTTON, DFCS_BUTTONCHECK | state);
     text.left = tick.right + look.scale.LengthOnDevice(4);
   }

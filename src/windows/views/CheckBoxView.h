@@ -8,10 +8,10 @@ namespace kw::windows {
 
 class CheckBoxView final : public ControlView {
 public:
-  CheckBoxView(Pane& shared, CheckBox& shown, ControlView* container)
+  CheckBoxView(ViewTree& shared, CheckBox& shown, ControlView* container)
       : ControlView(shared, shown, container), box(shown) {}
 
-  static void Draw(const Look& look, const RECT& place, const CheckBox& box);
+  static void Draw(const Look& look, const RECT& bounds, const CheckBox& box);
 
   bool IsTabStop() const override { return true; }
   void OnCommand(WORD notification, WORD id) override;

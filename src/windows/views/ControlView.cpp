@@ -8,17 +8,17 @@
 #include "windows/base/Guard.h"
 #include "windows/base/Module.h"
 #include "windows/base/Mouse.h"
-#include "windows/views/Pane.h"
+#include "windows/views/ViewTree.h"
 
 namespace kw::windows {
 namespace {
 
-constexpr int ViewOffset = 0;  // of the view among the extra bytes of a window
+constexpr int ViewOffset = 0;  // offset of the view in the window's extra bytes
 
 std::mutex classMutex;
 std::atomic<ATOM> classAtom = 0;  // 0: not registered
 
-// What the user does, which the system sends to a window that has the keyboard or lies below the mouse.
+// Whether it is user input: a key, a mouse message or a context menu.
 bool IsInput(UINT message) {
   return (message >= WM_KEYFIRST && message <= WM_KEYLAST) || (message >= WM_MOUSEFIRST && message <= WM_MOUSELAST) ||
          message == WM_CONTEXTMENU;
@@ -61,8 +61,8 @@ LRESULT CALLBACK OwnWindowClass::Procedure(HWND window, UINT message, WPARAM wPa
   return GuardOr(LRESULT{0}, [&] { return view->Receive(message, wParam, lParam); });
 }
 
-ControlView::ControlView(Pane& shared, Control& shown, ControlView* holder)
-    : pane(shared), model(&shown), container(holder) {
+ControlView::ControlView(ViewTree& shared, Control& shown, ControlView* holder)
+    : tree(shared), model(&shown), container(holder) {
   model->AttachView(this);
 }
 
@@ -95,12 +95,13 @@ void ControlView::Open() {
     return;
   }
   Hook();
+  tree.NoteWindow(window, *this);
   Show(Aspect::Content);
   ShowEnabled();
-  if (container == nullptr) return;  // where the root lies, and whether it shows, is its host's business
-  ShowPlace();
+  if (container == nullptr) return;  // the host sets the root's position and visibility
+  ShowBounds();
   ShowOrder();
-  pane.AddToolTip(window, *model);
+  tree.AddToolTip(window, *model);
   if (model->Visible()) ShowWindow(window, SW_SHOWNA);
 }
 
@@ -116,14 +117,14 @@ void ControlView::Destroy() {
 
 void ControlView::Changed(Aspect aspect) {
   if (window != nullptr && container != nullptr) {
-    if (aspect == Aspect::Geometry) ShowPlace();
+    if (aspect == Aspect::Geometry) ShowBounds();
     if (aspect == Aspect::Visibility) ShowVisibility();
     if (aspect == Aspect::Order) ShowOrder();
   }
   if (aspect == Aspect::Enabled) {
     ShowEnabled();
     EnableDescendants(*model);
-    if (IsAttached()) pane.NoteKeys();  // also where a page came or went, which enables or disables the tool bars
+    if (IsAttached()) tree.NoteKeys();  // a page that opens or closes enables or disables the tool bars
   }
   if (aspect == Aspect::Focus && window != nullptr) SetFocus(window);
   if (IsAttached()) Show(aspect);
@@ -131,35 +132,36 @@ void ControlView::Changed(Aspect aspect) {
 
 void ControlView::EnableDescendants(const Control& holder) {
   for (const Control* child : holder.Children()) {
-    if (ControlView* view = pane.ViewOf(*child)) view->ShowEnabled();
+    if (ControlView* view = tree.ViewOf(*child)) view->ShowEnabled();
     EnableDescendants(*child);
   }
 }
 
-void ControlView::ChildAdded(Control& child) { pane.Add(child, this); }
-void ControlView::ChildRemoved(Control& child) { pane.Remove(child); }
+void ControlView::ChildAdded(Control& child) { tree.Add(child, this); }
+void ControlView::ChildRemoved(Control& child) { tree.Remove(child); }
 
-RECT ControlView::Place() const { return ToRect(pane.Scaling().ToDevice(BoundsOf(*model))); }
+RECT ControlView::Bounds() const { return ToRect(tree.Scaling().ToDevice(BoundsOf(*model))); }
 
-void ControlView::ShowPlace() {
-  const RECT place = Place();
-  SetWindowPos(window, nullptr, place.left, place.top, WidthOf(place), HeightOf(place), SWP_NOZORDER | SWP_NOACTIVATE);
+void ControlView::ShowBounds() {
+  const RECT bounds = Bounds();
+  SetWindowPos(window, nullptr, bounds.left, bounds.top, WidthOf(bounds), HeightOf(bounds),
+               SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void ControlView::Rescale() {
   if (window == nullptr) return;
-  SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(pane.Font()), FALSE);
-  if (container != nullptr) ShowPlace();
+  SendMessageW(window, WM_SETFONT, reinterpret_cast<WPARAM>(tree.Font()), FALSE);
+  if (container != nullptr) ShowBounds();
   InvalidateRect(window, nullptr, TRUE);
 }
 
-// The form knows what to do with keys.
+// Gives the focus to the form's window, which handles keys.
 void ControlView::GiveKeyboardToForm() const {
-  if (const ControlView* form = pane.ViewOf(pane.Root())) SetFocus(form->Handle());
+  if (const ControlView* form = tree.ViewOf(tree.Root())) SetFocus(form->Handle());
 }
 
-// Of a hidden window the system hands the keyboard to what holds it, where keys do nothing. What was being dragged in
-// it would go on unseen.
+// Hides the window without losing keys or drags: the system would move the focus of a hidden window to its parent,
+// where keys have no use, and a drag in it would go on unseen.
 void ControlView::ShowVisibility() {
   if (model->Visible()) {
     ShowWindow(window, SW_SHOWNA);
@@ -175,12 +177,12 @@ void ControlView::ShowOrder() { SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, SWP_N
 
 void ControlView::ShowEnabled() {
   if (window == nullptr) return;
-  // A host that allows no input for a while wants the controls to look as they do.
+  // While the host allows no input, the controls must not look disabled: only the root's window is.
   const bool isEnabled = container == nullptr ? TakesInput() : IsEffectivelyEnabled();
   EnableWindow(window, isEnabled ? TRUE : FALSE);
 }
 
-bool ControlView::TakesInput() const { return pane.TakesInput() && IsEffectivelyEnabled(); }
+bool ControlView::TakesInput() const { return tree.TakesInput() && IsEffectivelyEnabled(); }
 
 bool ControlView::IsEffectivelyEnabled(const Control& model) {
   for (const Control* one = &model; one != nullptr; one = one->Container()) {
@@ -198,7 +200,7 @@ LRESULT ControlView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) { ret
 HWND ControlView::CreateSystemWindow(HWND parent, const wchar_t* className, DWORD style, DWORD extendedStyle) {
   const HWND created = CreateWindowExW(extendedStyle, className, nullptr, WS_CHILD | WS_CLIPSIBLINGS | style, 0, 0, 1,
                                        1, parent, nullptr, Module(), nullptr);
-  if (created != nullptr) SendMessageW(created, WM_SETFONT, reinterpret_cast<WPARAM>(pane.Font()), FALSE);
+  if (created != nullptr) SendMessageW(created, WM_SETFONT, reinterpret_cast<WPARAM>(tree.Font()), FALSE);
   return created;
 }
 
@@ -214,16 +216,16 @@ LRESULT ControlView::Default(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 bool ControlView::SetPointerOf(const Control& shown) const {
-  const bool isBusy = pane.Root().Pointer() == MousePointer::Hourglass;
+  const bool isBusy = tree.Root().Pointer() == MousePointer::Hourglass;
   const HCURSOR cursor =
-      pane.Pictures().CursorOf(isBusy ? MousePointer::Hourglass : shown.Pointer(), shown.PointerIcon());
+      tree.Pictures().CursorOf(isBusy ? MousePointer::Hourglass : shown.Pointer(), shown.PointerIcon());
   if (cursor != nullptr) SetCursor(cursor);
   return cursor != nullptr;
 }
 
 void ControlView::FocusCame() {
-  pane.NoteKeys();
-  // A host gives the keyboard back to what had it before, which may be hidden by now.
+  tree.NoteKeys();
+  // A host restores the focus to the window that had it before, which may be hidden by now.
   if (model->Visible() || container == nullptr)
     model->ReceiveFocus();
   else
@@ -231,19 +233,19 @@ void ControlView::FocusCame() {
 }
 
 void ControlView::FocusWent(HWND to) {
-  pane.NoteKeys();
-  // A field in which something of this window is typed belongs to it.
-  if (IsChild(window, to) != FALSE && pane.ViewOf(to) == nullptr) return;
-  // A dialog or another application takes the focus for a while only: the active control stays what it is.
+  tree.NoteKeys();
+  // The focus went to an edit field inside this window, which belongs to it.
+  if (IsChild(window, to) != FALSE && tree.ViewOf(to) == nullptr) return;
+  // A dialog or another application takes the focus only for a while: the active control stays the same.
   const bool staysInWindow = to != nullptr && GetAncestor(to, GA_ROOT) == GetAncestor(window, GA_ROOT);
   if (staysInWindow || IsDropDown()) model->LoseFocus();
-  // But no drag outlasts the turn of its window.
-  if (!staysInWindow && IsAttached()) CancelMouse(pane.Window());
+  // But a drag ends when its window loses the activation.
+  if (!staysInWindow && IsAttached()) CancelMouse(tree.Window());
 }
 
 void ControlView::CloseDropDown() const {
-  Control* const active = pane.Root().ActiveControl();
-  const ControlView* const open = active == nullptr ? nullptr : pane.ViewOf(*active);
+  Control* const active = tree.Root().ActiveControl();
+  const ControlView* const open = active == nullptr ? nullptr : tree.ViewOf(*active);
   if (open != nullptr && open != this && open->IsDropDown()) active->LoseFocus();
 }
 
@@ -256,18 +258,19 @@ LRESULT CALLBACK ControlView::Subclass(HWND /*handle*/, UINT message, WPARAM wPa
 LRESULT ControlView::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_NCDESTROY) {
     Unhook();
+    tree.ForgetWindow(window);
     const LRESULT result = Default(message, wParam, lParam);
     window = nullptr;
-    if (container == nullptr) pane.Close();  // the host destroyed its window with us in it
+    if (container == nullptr) tree.Close();  // the host destroyed its window and this one with it
     return result;
   }
   if (!IsAttached()) return Default(message, wParam, lParam);
   const bool isInput = IsInput(message);
-  // It may come all the same, from a window that kept the keyboard.
+  // Input may still come if a disabled window kept the focus.
   if (isInput && !TakesInput()) return DefWindowProcW(window, message, wParam, lParam);
   const bool isAct = isInput && message != WM_MOUSEMOVE;
-  const auto held = isAct ? pane.Hold() : nullptr;
-  const Pane::Message underWay(pane);
+  const auto held = isAct ? tree.Hold() : nullptr;
+  const ViewTree::Message underWay(tree);
   if (isAct && IsPress(message)) CloseDropDown();
   return IsAttached() ? Handle(message, wParam, lParam) : Default(message, wParam, lParam);
 }
@@ -275,28 +278,28 @@ LRESULT ControlView::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
 LRESULT ControlView::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
   switch (message) {
     case WM_COMMAND:
-      if (ControlView* sender = pane.ViewOf(reinterpret_cast<HWND>(lParam))) {
+      if (ControlView* sender = tree.ViewOf(reinterpret_cast<HWND>(lParam))) {
         sender->OnCommand(HIWORD(wParam), LOWORD(wParam));
         return 0;
       }
       break;
     case WM_HSCROLL:
     case WM_VSCROLL:
-      if (ControlView* sender = pane.ViewOf(reinterpret_cast<HWND>(lParam))) {
+      if (ControlView* sender = tree.ViewOf(reinterpret_cast<HWND>(lParam))) {
         sender->OnScroll(LOWORD(wParam));
         return 0;
       }
       break;
     case WM_NOTIFY: {
       NMHDR& header = *reinterpret_cast<NMHDR*>(lParam);
-      if (ControlView* sender = pane.ViewOf(header.hwndFrom)) return sender->OnNotify(header);
+      if (ControlView* sender = tree.ViewOf(header.hwndFrom)) return sender->OnNotify(header);
       break;
     }
     case WM_SETCURSOR:
       if (reinterpret_cast<HWND>(wParam) == window && LOWORD(lParam) == HTCLIENT && SetPointerOf(*model)) return TRUE;
       break;
     case WM_GETDLGCODE: {
-      // For a host that offers its keys to the system's handling of dialogs.
+      // For a host that calls IsDialogMessage.
       const auto* const asked = reinterpret_cast<const MSG*>(lParam);
       const bool isWanted = asked != nullptr && asked->message == WM_KEYDOWN && WantsKey(asked->wParam);
       return OnMessage(message, wParam, lParam) | (isWanted ? DLGC_WANTMESSAGE : 0);

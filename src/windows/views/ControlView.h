@@ -11,29 +11,29 @@
 namespace kw::windows {
 
 class Images;
-class Pane;
+class ViewTree;
 
-// The view of one model. It shows the model in a window of its own, or on the window of the container's view.
+// The view of a model, with a window of its own or drawn in the window of its container's view.
 //
-// Once detached it has neither model nor window and does nothing any more; a view therefore looks again (IsAttached)
-// after everything that may have run code of the editor.
+// A detached view must not use its model. Therefore a view checks IsAttached after every call that may have run code of
+// the editor.
 class ControlView : public View {
 public:
-  ControlView(Pane& shared, Control& shown, ControlView* holder);
+  ControlView(ViewTree& shared, Control& shown, ControlView* holder);
   ~ControlView() override;
 
   bool IsAttached() const { return model != nullptr; }
   Control& Model() const { return *model; }
-  // Null for a view that draws on its container's window.
+  // Null for a view that is drawn in its container's window.
   HWND Handle() const { return window; }
   ControlView* Container() const { return container; }
 
-  // Makes the window, if the view has one, and shows the model as it is.
+  // Creates the window, if the view has one, and shows the model's present state.
   void Open();
-  // The model leaves its container: the last moment at which its place in it is known. Of the model only what every
-  // control has may still be used.
+  // Called before the model leaves its container. The model may be partly destroyed: only members of Control may be
+  // used.
   virtual void Leave() {}
-  // Lets go of the model; the window, if any, goes on without effect until Destroy.
+  // Disconnects the model; the window stays, without effect, until Destroy.
   void Detach();
   void Destroy();
 
@@ -41,52 +41,51 @@ public:
   void ChildAdded(Control& child) final;
   void ChildRemoved(Control& child) final;
 
-  // The pane's scale is another one, with another font and other pictures.
+  // Called after the tree's scale, font or images have changed.
   virtual void Rescale();
 
-  // A control that may get the focus from the keyboard.
+  // Whether Tab stops at the control.
   virtual bool IsTabStop() const { return false; }
-  // Open only as long as it has the keyboard. A press elsewhere takes that away, and so do a dialog and another
-  // program.
+  // Whether the control is open only while it has the focus: a press elsewhere, a dialog or another program closes it.
   virtual bool IsDropDown() const { return false; }
-  // Keys that the control wants before the host's accelerators.
+  // Whether the control wants the key before the host's accelerators.
   virtual bool WantsKey(WPARAM key) const;
 
-  // What the control's window told its parent.
+  // A notification of the control's window to its parent.
   virtual void OnCommand(WORD notification, WORD id);
   virtual LRESULT OnNotify(NMHDR& header);
   virtual void OnScroll(WORD code);
-  // A message to the view's own window. Unless a view handles it, the window's own class does.
+  // Handles a message to the view's window; by default its window class does.
   virtual LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam);
 
-  // The control, what holds it and what holds that, all are enabled.
+  // Whether the control and all its containers are enabled.
   static bool IsEffectivelyEnabled(const Control& model);
   bool IsEffectivelyEnabled() const { return IsEffectivelyEnabled(*model); }
-  // Enabled, and the host lets the user act.
+  // Whether it is enabled and the host allows input.
   bool TakesInput() const;
-  // The window's place in the container's window.
-  RECT Place() const;
+  // The window's bounds in the container's window.
+  RECT Bounds() const;
 
-  // For the pane, of views that are kept aside.
+  // Links the tree's list of retired views.
   std::unique_ptr<ControlView> retiredBefore;
 
 protected:
-  // Makes the window of a view that has one; null for others.
+  // Creates the view's window; null for a view without one.
   virtual HWND Create(HWND parent) = 0;
-  // Shows what one of the model's aspects now is; those that every window has are done already.
+  // Shows a changed aspect of the model. ControlView handles geometry, order, visibility and enabling itself.
   virtual void Show(Aspect aspect) = 0;
-  virtual void ShowPlace();
+  virtual void ShowBounds();
   virtual void ShowEnabled();
 
-  Pane& Shared() const { return pane; }
-  // A window of a system class with the pane's font.
+  ViewTree& Shared() const { return tree; }
+  // Creates a window of a system class, with the tree's font.
   HWND CreateSystemWindow(HWND parent, const wchar_t* className, DWORD style, DWORD extendedStyle = 0);
-  // A window of our own class, whose messages come to OnMessage.
+  // Creates a window of our own class.
   HWND CreateOwnWindow(HWND parent, DWORD extendedStyle = 0);
   LRESULT Default(UINT message, WPARAM wParam, LPARAM lParam);
-  // Sets the mouse pointer that the control wants; false for the default one.
+  // Sets the control's mouse pointer; false if it is the default one.
   bool SetPointerOf(const Control& shown) const;
-  // The window got the keyboard, or loses it to the window `to`.
+  // The window got the focus, or loses it to the window `to`.
   void FocusCame();
   void FocusWent(HWND to);
 
@@ -95,7 +94,7 @@ private:
 
   static LRESULT CALLBACK Subclass(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
                                    DWORD_PTR self);
-  // Has the window's messages come to this view, or no longer.
+  // Starts or stops the window's messages coming to this view.
   void Hook();
   void Unhook();
   LRESULT Receive(UINT message, WPARAM wParam, LPARAM lParam);
@@ -104,28 +103,28 @@ private:
   void ShowVisibility();
   void EnableDescendants(const Control& holder);
   void GiveKeyboardToForm() const;
-  // A press on this view closes what is dropped open elsewhere.
+  // Closes a control that is dropped down elsewhere: the user pressed on this view.
   void CloseDropDown() const;
 
-  Pane& pane;
+  ViewTree& tree;
   Control* model;
   ControlView* container;
   HWND window = nullptr;
   bool isOwnClass = false;
 };
 
-// The window class of views that paint themselves. A window of it knows its view, which is quicker than a subclass,
-// whose view is looked up at each message.
+// The window class of views that paint themselves. It stores the view in the window, which is faster than a subclass,
+// which the system looks up for each message.
 class OwnWindowClass {
 public:
   static constexpr const wchar_t* Name = L"KwEditorView";
-  // Before a window of it is made; does nothing a second time. Any thread may call it.
+  // Must be called before a window of it is created. A second call does nothing. Thread-safe.
   static void Register();
-  // When the DLL goes: a class that outlives it would call into memory that is no longer code. Not before, because the
-  // system keeps a class that has a window, and the last message of a window comes while it is still there.
+  // Called when the DLL is unloaded, because a class that outlives it would call into unmapped memory. Not earlier,
+  // because the system refuses while a window of the class exists, as it still does during the window's last message.
   static void Unregister();
   static bool IsOf(HWND window);
-  // Null for none.
+  // A null view disconnects the window.
   static void SetView(HWND window, ControlView* view);
 
 private:

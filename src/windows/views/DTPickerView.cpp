@@ -7,7 +7,7 @@
 namespace kw::windows {
 namespace {
 
-// Month, day and year without leading zeros, whatever the user's own format is.
+// Month, day and year without leading zeros, whatever the user's format.
 constexpr const wchar_t* Format = L"M'/'d'/'yyyy";
 
 SYSTEMTIME ToSystemTime(const LocalDate& date) {
@@ -49,9 +49,9 @@ LRESULT DTPickerView::OnNotify(NMHDR& header) {
   return 0;
 }
 
-void DTPickerView::Draw(const Look& look, const RECT& place, const DTPicker& picker) {
-  FillWith(look.context, place, GetSysColor(COLOR_WINDOW));
-  RECT edge = place;
+void DTPickerView::Draw(const Look& look, const RECT& bounds, const DTPicker& picker) {
+  FillWith(look.context, bounds, GetSysColor(COLOR_WINDOW));
+  RECT edge = bounds;
   DrawEdge(look.context, &edge, BDR_SUNKENOUTER, BF_RECT | BF_ADJUST);
   edge.left += look.scale.LengthOnDevice(3);
   const std::wstring text =

@@ -8,10 +8,10 @@ namespace kw::windows {
 
 class DTPickerView final : public ControlView {
 public:
-  DTPickerView(Pane& shared, DTPicker& shown, ControlView* container)
+  DTPickerView(ViewTree& shared, DTPicker& shown, ControlView* container)
       : ControlView(shared, shown, container), picker(shown) {}
 
-  static void Draw(const Look& look, const RECT& place, const DTPicker& picker);
+  static void Draw(const Look& look, const RECT& bounds, const DTPicker& picker);
 
   bool IsTabStop() const override { return true; }
   bool WantsKey(WPARAM key) const override { return key >= VK_PRIOR && key <= VK_DOWN; }

@@ -2,14 +2,14 @@
 
 #include "windows/base/Gdi.h"
 #include "windows/base/Text.h"
-#include "windows/views/Pane.h"
+#include "windows/views/ViewTree.h"
 
 namespace kw::windows {
 namespace {
 
-constexpr int ListRows = 16;  // shown at once when it drops down
+constexpr int ListRows = 16;  // rows of the dropped-down list
 constexpr int ComboRowHeight = 16;
-constexpr int BorderHeight = 6;  // of the closed combo, above and below its text together, at every scale
+constexpr int BorderHeight = 6;  // top and bottom border of the closed combo together, at every scale
 
 std::wstring WindowText(HWND window) {
   std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
@@ -26,13 +26,13 @@ HWND ImageComboView::Create(HWND parent) {
 
 HWND ImageComboView::Edit() const { return reinterpret_cast<HWND>(SendMessageW(Handle(), CBEM_GETEDITCONTROL, 0, 0)); }
 
-void ImageComboView::ShowPlace() {
-  const RECT place = Place();
-  SetWindowPos(Handle(), nullptr, place.left, place.top, WidthOf(place),
-               HeightOf(place) + ListRows * Shared().Scaling().LengthOnDevice(ComboRowHeight),
+void ImageComboView::ShowBounds() {
+  const RECT bounds = Bounds();
+  SetWindowPos(Handle(), nullptr, bounds.left, bounds.top, WidthOf(bounds),
+               HeightOf(bounds) + ListRows * Shared().Scaling().LengthOnDevice(ComboRowHeight),
                SWP_NOZORDER | SWP_NOACTIVATE);
   constexpr auto Closed = static_cast<WPARAM>(-1);
-  SendMessageW(Handle(), CB_SETITEMHEIGHT, Closed, HeightOf(place) - BorderHeight);
+  SendMessageW(Handle(), CB_SETITEMHEIGHT, Closed, HeightOf(bounds) - BorderHeight);
   CentreEdit();
 }
 
@@ -42,8 +42,8 @@ LRESULT ImageComboView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   return result;
 }
 
-// The field keeps its font's height; in a higher combo the system may put it at the bottom, whenever the combo is
-// placed or shown.
+// Centres the edit field. It is as high as its font, and the system may put it at the bottom of a higher combo whenever
+// it moves or shows the combo.
 void ImageComboView::CentreEdit() const {
   const HWND edit = Edit();
   if (edit == nullptr) return;
@@ -58,7 +58,7 @@ void ImageComboView::CentreEdit() const {
 
 void ImageComboView::ShowEnabled() {
   ControlView::ShowEnabled();
-  // The field is a window within the window within the combo, which does not hear of it everywhere.
+  // The edit field is nested two windows deep, and not every system repaints it.
   RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
@@ -71,7 +71,7 @@ void ImageComboView::Show(Aspect aspect) {
 }
 
 void ImageComboView::ShowItems() {
-  // Items are only added at the end or cleared all, apart from a start-up that fills the list in another order.
+  // Except during start-up, items are only appended, or all removed.
   auto count = static_cast<std::int32_t>(shownItems.size());
   bool isSame = count <= combo.ItemCount();
   for (std::int32_t i = 1; isSame && i <= count; ++i) {
@@ -105,7 +105,7 @@ void ImageComboView::ShowText() {
   if (edit == nullptr) return;
   const std::wstring text = ToWide(combo.Text());
   if (WindowText(edit) != text) SetWindowTextW(edit, text.c_str());
-  SendMessageW(edit, EM_SETSEL, start, static_cast<LPARAM>(end));  // who types goes on where he was
+  SendMessageW(edit, EM_SETSEL, start, static_cast<LPARAM>(end));  // the caret stays where the user types
 }
 
 bool ImageComboView::WantsKey(WPARAM key) const {
@@ -144,14 +144,14 @@ void ImageComboView::OnCommand(WORD notification, WORD /*id*/) {
   switch (notification) {
     case CBN_SELCHANGE:
       if (const std::int32_t chosen = Chosen(); chosen > 0) combo.UserChoose(chosen);
-      // A handler may have put the old choice back.
+      // A handler may have restored the old choice.
       if (IsAttached()) Show(Aspect::Content);
       break;
     case CBN_EDITCHANGE: {
       const HWND edit = Edit();
       if (edit == nullptr) break;
       const std::wstring text = WindowText(edit);
-      // A choice by the arrows tells of the field only.
+      // A choice by the arrow keys notifies only a change of the edit field.
       const std::int32_t chosen = Chosen();
       if (chosen == 0 || text != ToWide(combo.ItemText(chosen))) {
         combo.UserType(FromWide(text));
@@ -171,9 +171,9 @@ void ImageComboView::OnCommand(WORD notification, WORD /*id*/) {
   }
 }
 
-void ImageComboView::Draw(const Look& look, const RECT& place, const ImageCombo& combo) {
-  FillWith(look.context, place, GetSysColor(COLOR_WINDOW));
-  RECT edge = place;
+void ImageComboView::Draw(const Look& look, const RECT& bounds, const ImageCombo& combo) {
+  FillWith(look.context, bounds, GetSysColor(COLOR_WINDOW));
+  RECT edge = bounds;
   DrawEdge(look.context, &edge, BDR_SUNKENOUTER, BF_RECT | BF_ADJUST);
   RECT arrow = edge;
   arrow.left = arrow.right - HeightOf(arrow);

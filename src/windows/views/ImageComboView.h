@@ -11,10 +11,10 @@ namespace kw::windows {
 
 class ImageComboView final : public ControlView {
 public:
-  ImageComboView(Pane& shared, ImageCombo& shown, ControlView* container)
+  ImageComboView(ViewTree& shared, ImageCombo& shown, ControlView* container)
       : ControlView(shared, shown, container), combo(shown) {}
 
-  static void Draw(const Look& look, const RECT& place, const ImageCombo& combo);
+  static void Draw(const Look& look, const RECT& bounds, const ImageCombo& combo);
 
   bool IsTabStop() const override { return true; }
   bool WantsKey(WPARAM key) const override;
@@ -24,12 +24,12 @@ public:
 private:
   HWND Create(HWND parent) override;
   void Show(Aspect aspect) override;
-  void ShowPlace() override;
+  void ShowBounds() override;
   void ShowEnabled() override;
   void CentreEdit() const;
-  // Null for a combo that only offers its list.
+  // The edit field; null for a drop-down list.
   HWND Edit() const;
-  // The item chosen in the window, from 1; 0 for none.
+  // The window's selected item, from 1; 0 if none.
   std::int32_t Chosen() const;
   void ShowItems();
   void ShowText();

@@ -2,25 +2,25 @@
 
 #include "windows/base/Gdi.h"
 #include "windows/base/Text.h"
-#include "windows/views/Pane.h"
+#include "windows/views/ViewTree.h"
 
 namespace kw::windows {
 namespace {
 
-// Half way from the form's ground to the colour, for a sample of it that cannot be clicked.
+// The colour halfway to the form's background, for a disabled sample.
 COLORREF Faint(COLORREF colour) {
-  const COLORREF ground = GetSysColor(COLOR_3DFACE);
+  const COLORREF background = GetSysColor(COLOR_3DFACE);
   const auto middle = [](BYTE a, BYTE b) { return (a + b) / 2; };
-  return RGB(middle(GetRValue(colour), GetRValue(ground)), middle(GetGValue(colour), GetGValue(ground)),
-             middle(GetBValue(colour), GetBValue(ground)));
+  return RGB(middle(GetRValue(colour), GetRValue(background)), middle(GetGValue(colour), GetGValue(background)),
+             middle(GetBValue(colour), GetBValue(background)));
 }
 
 }  // namespace
 
-void LabelView::Draw(const Look& look, const RECT& place, const Label& label) {
+void LabelView::Draw(const Look& look, const RECT& bounds, const Label& label) {
   const HDC context = look.context;
   const bool isEnabled = IsEffectivelyEnabled(label);
-  RECT inner = place;
+  RECT inner = bounds;
   if (label.HasBorder()) {
     FillWith(context, inner, GetSysColor(COLOR_3DSHADOW));
     InflateRect(&inner, -1, -1);
@@ -31,7 +31,8 @@ void LabelView::Draw(const Look& look, const RECT& place, const Label& label) {
   if (label.HasBorder()) InflateRect(&inner, -look.scale.LengthOnDevice(3), 0);
   const std::wstring text = ToWide(label.Caption());
   SetBkMode(context, TRANSPARENT);
-  // A caption on the form's own ground, which is the system's, has the system's colour unless it is given another.
+  // A caption on the form's background, which has a system colour, takes the system's text colour unless it has one of
+  // its own.
   const bool isPlain = !label.IsOpaque() && label.ForeColor() == MakeColour(0, 0, 0);
   const COLORREF ink = isPlain ? GetSysColor(COLOR_BTNTEXT) : label.ForeColor();
   SetTextColor(context, isEnabled ? ink : GetSysColor(COLOR_GRAYTEXT));

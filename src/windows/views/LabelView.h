@@ -8,10 +8,10 @@ namespace kw::windows {
 
 class LabelView final : public PaintedView {
 public:
-  LabelView(Pane& shared, Label& shown, ControlView* container)
+  LabelView(ViewTree& shared, Label& shown, ControlView* container)
       : PaintedView(shared, shown, &shown, container), label(shown) {}
 
-  static void Draw(const Look& look, const RECT& place, const Label& label);
+  static void Draw(const Look& look, const RECT& bounds, const Label& label);
 
 private:
   void Paint(HDC context, const RECT& client) override;

@@ -7,7 +7,7 @@
 
 namespace kw::windows {
 
-// What drawing a control without a window needs.
+// What is needed to draw a control without a window.
 struct Look {
   HDC context;
   const Images& images;

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "windows/base/Text.h"
-#include "windows/views/Pane.h"
+#include "windows/views/ViewTree.h"
 
 namespace kw::windows {
 
@@ -21,9 +21,9 @@ void MenuView::Show(Aspect aspect) {
   }
   POINT mouse = {};
   GetCursorPos(&mouse);
-  // What runs while the menu is up may close the window or unload entries.
+  // Code that runs while the menu is up may close the window or unload menu entries.
   const auto held = Shared().Hold();
-  const Pane::Message underWay(Shared());
+  const ViewTree::Message underWay(Shared());
   const BOOL chosen =
       TrackPopupMenu(popUp, TPM_RETURNCMD | TPM_RIGHTBUTTON, mouse.x, mouse.y, 0, Shared().Window(), nullptr);
   DestroyMenu(popUp);

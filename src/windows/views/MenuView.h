@@ -6,12 +6,13 @@
 
 namespace kw::windows {
 
-// Shows the menu at the mouse when the model pops up. Has no window.
+// Shows a pop-up menu at the mouse. Has no window.
 class MenuView final : public ControlView {
 public:
-  MenuView(Pane& shared, Menu& shown, ControlView* container) : ControlView(shared, shown, container), menu(shown) {}
+  MenuView(ViewTree& shared, Menu& shown, ControlView* container)
+      : ControlView(shared, shown, container), menu(shown) {}
 
-  static void Draw(const Look& /*look*/, const RECT& /*place*/, const Menu& /*menu*/) {}
+  static void Draw(const Look& /*look*/, const RECT& /*bounds*/, const Menu& /*menu*/) {}
 
 private:
   HWND Create(HWND /*parent*/) override { return nullptr; }

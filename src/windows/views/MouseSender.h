@@ -7,17 +7,17 @@
 
 namespace kw::windows {
 
-// Hands mouse events to one view's model, in the units of the model's container, and makes clicks of them.
+// Raises a model's mouse events, in the units of the model's container, and detects clicks.
 class MouseSender {
 public:
-  // `at` counts in the models' pixels from the model's corner. Nothing happens when the model takes no mouse input or
-  // is disabled. The view may be detached afterwards.
+  // `at` is relative to the model's corner, in model pixels. Does nothing if the model takes no mouse input or is
+  // disabled. The view may be detached afterwards.
   void Send(const ControlView& view, MouseInput* input, const MouseEvent& event, Point at);
-  // The mouse was taken away: the release that the sender waited for, if any, will not come.
+  // Another window captured the mouse: an expected release will not come.
   void Lose(MouseInput* input);
 
 private:
-  bool isPressed = false;  // a release of the left button would be a click
+  bool isPressed = false;  // the next release of the left button is a click
 };
 
 }  // namespace kw::windows

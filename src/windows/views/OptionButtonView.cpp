@@ -44,14 +44,14 @@ void OptionButtonView::ChooseNeighbour(bool isBackward) {
   next.SetFocus();
 }
 
-void OptionButtonView::Draw(const Look& look, const RECT& place, const OptionButton& option) {
+void OptionButtonView::Draw(const Look& look, const RECT& bounds, const OptionButton& option) {
   const int side = look.scale.LengthOnDevice(13);
-  const int top = (place.top + place.bottom - side) / 2;
-  RECT circle = {place.left, top, place.left + side, top + side};
+  const int top = (bounds.top + bounds.bottom - side) / 2;
+  RECT circle = {bounds.left, top, bounds.left + side, top + side};
   const UINT chosen = option.Value() ? DFCS_CHECKED : 0U;
   DrawFrameControl(look.context, &circle, DFC_BUTTON,
                    DFCS_BUTTONRADIO | chosen | (option.Enabled() ? 0U : DFCS_INACTIVE));
-  RECT text = place;
+  RECT text = bounds;
   text.left = circle.right + look.scale.LengthOnDevice(4);
   const std::wstring caption = ToWide(option.Caption());
   SetBkMode(look.context, TRANSPARENT);

@@ -8,12 +8,12 @@ namespace kw::windows {
 
 class OptionButtonView final : public ControlView {
 public:
-  OptionButtonView(Pane& shared, OptionButton& shown, ControlView* container)
+  OptionButtonView(ViewTree& shared, OptionButton& shown, ControlView* container)
       : ControlView(shared, shown, container), option(shown) {}
 
-  static void Draw(const Look& look, const RECT& place, const OptionButton& option);
+  static void Draw(const Look& look, const RECT& bounds, const OptionButton& option);
 
-  // The keyboard stops at the chosen one; the arrows lead to the others.
+  // Tab stops at the chosen option only; the arrows lead to the others.
   bool IsTabStop() const override { return option.Value(); }
   bool WantsKey(WPARAM key) const override { return key >= VK_LEFT && key <= VK_DOWN; }
   void OnCommand(WORD notification, WORD id) override;

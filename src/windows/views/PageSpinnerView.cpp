@@ -16,14 +16,14 @@ LRESULT PageSpinnerView::OnNotify(NMHDR& header) {
   if (header.code != static_cast<UINT>(UDN_DELTAPOS)) return 0;
   const auto& step = reinterpret_cast<const NMUPDOWN&>(header);
   if (TakesInput()) spinner.UserSetValue(spinner.Value() + (step.iDelta > 0 ? 1 : -1));
-  return TRUE;  // the model's answer moves the position
+  return TRUE;  // the model sets the position itself
 }
 
-void PageSpinnerView::Draw(const Look& look, const RECT& place, const PageSpinner& spinner) {
+void PageSpinnerView::Draw(const Look& look, const RECT& bounds, const PageSpinner& spinner) {
   const UINT state = spinner.Enabled() ? 0U : DFCS_INACTIVE;
-  RECT up = place;
-  up.bottom = (place.top + place.bottom) / 2;
-  RECT down = place;
+  RECT up = bounds;
+  up.bottom = (bounds.top + bounds.bottom) / 2;
+  RECT down = bounds;
   down.top = up.bottom;
   DrawFrameControl(look.context, &up, DFC_SCROLL, state | DFCS_SCROLLUP);
   DrawFrameControl(look.context, &down, DFC_SCROLL, state | DFCS_SCROLLDOWN);

@@ -8,10 +8,10 @@ namespace kw::windows {
 
 class PageSpinnerView final : public ControlView {
 public:
-  PageSpinnerView(Pane& shared, PageSpinner& shown, ControlView* container)
+  PageSpinnerView(ViewTree& shared, PageSpinner& shown, ControlView* container)
       : ControlView(shared, shown, container), spinner(shown) {}
 
-  static void Draw(const Look& look, const RECT& place, const PageSpinner& spinner);
+  static void Draw(const Look& look, const RECT& bounds, const PageSpinner& spinner);
 
   LRESULT OnNotify(NMHDR& header) override;
 

@@ -1,9 +1,35 @@
 #include "windows/views/PaintedView.h"
 
+#include <cstdint>
+
 #include "windows/base/Gdi.h"
-#include "windows/views/Pane.h"
+#include "windows/base/Mouse.h"
+#include "windows/views/ViewTree.h"
 
 namespace kw::windows {
+namespace {
+
+// Raises the event of a key message; false for another message. The model may be gone afterwards.
+bool SendKey(const KeyInput& input, UINT message, WPARAM wParam) {
+  const auto code = static_cast<std::int16_t>(wParam);
+  switch (message) {
+    case WM_KEYDOWN:
+    case WM_SYSKEYDOWN:
+      input.KeyDown.Raise(code, ShiftState());
+      return true;
+    case WM_CHAR:
+      input.KeyPress.Raise(code);
+      return true;
+    case WM_KEYUP:
+    case WM_SYSKEYUP:
+      input.KeyUp.Raise(code, ShiftState());
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace
 
 void PaintedView::Show(Aspect aspect) {
   if (aspect == Aspect::Pointer) RenewPointer();
@@ -12,7 +38,7 @@ void PaintedView::Show(Aspect aspect) {
   }
 }
 
-// Also when what holds the control becomes disabled.
+// Also called if a container of the control was disabled.
 void PaintedView::ShowEnabled() {
   ControlView::ShowEnabled();
   if (Handle() != nullptr) InvalidateRect(Handle(), nullptr, FALSE);
@@ -26,10 +52,24 @@ void PaintedView::PaintWith(HDC context) {
   SelectObject(context, before);
 }
 
+bool PaintedView::WantsKey(WPARAM key) const {
+  bool isInUse = false;
+  if (keys != nullptr) keys->KeyUse.Raise(static_cast<std::int16_t>(key), ShiftState(), isInUse);
+  return isInUse;
+}
+
 LRESULT PaintedView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (keys != nullptr && SendKey(*keys, message, wParam)) {
+    // The system hears of keys with Alt, too: they open menus.
+    const bool isSystemKey = message == WM_SYSKEYDOWN || message == WM_SYSKEYUP;
+    return isSystemKey && IsAttached() ? Default(message, wParam, lParam) : 0;
+  }
   switch (message) {
+    case WM_GETDLGCODE:
+      if (keys != nullptr) return DLGC_WANTCHARS;
+      break;
     case WM_ERASEBKGND: {
-      // Our own ground comes with the painting; a child that shows what lies below it asks with its own context.
+      // WM_PAINT paints the view's own background. A transparent child requests it with its own context.
       auto* const context = reinterpret_cast<HDC>(wParam);
       if (WindowFromDC(context) != Handle()) PaintWith(context);
       return TRUE;
@@ -49,7 +89,7 @@ LRESULT PaintedView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       break;
   }
   if (const auto event = MouseEvent::Of(message, wParam, lParam)) {
-    // Released before the model hears of it, because the handler may show a box.
+    // Release the mouse before the event, because the handler may show a message box.
     isReleasing = true;
     HoldMouse(Handle(), *event);
     isReleasing = false;
@@ -59,7 +99,7 @@ LRESULT PaintedView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   return Default(message, wParam, lParam);
 }
 
-// A finer position than the models' pixels: what is dragged by it stays below the pointer.
+// Passes fractions of model pixels, so that a dragged control stays below the pointer.
 void PaintedView::OnMouse(const MouseEvent& event) {
   const Scale& scale = Shared().Scaling();
   SendMouse(event, {scale.ToModel(event.at.x), scale.ToModel(event.at.y)});

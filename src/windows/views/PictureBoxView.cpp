@@ -4,35 +4,39 @@
 #include <limits>
 
 #include "components/controls/LightWeightMarker.h"
+#include "scene/HitTest.h"
 #include "windows/base/Gdi.h"
-#include "windows/base/Keys.h"
 #include "windows/views/CanvasItemView.h"
-#include "windows/views/Pane.h"
 #include "windows/views/TextField.h"
+#include "windows/views/ViewTree.h"
 
 namespace kw::windows {
 namespace {
 
-// In the models' pixels. A page's borders are thin; they can be grabbed from a little further away, too.
+// In model pixels. The page's borders are thin, so they can be grabbed from this distance, too.
 constexpr LONG BorderReach = 4;
 
-// How far a point lies from the nearest pixel of a rectangle, in one direction.
+// The distance of a point from the nearest pixel of a rectangle, in one direction.
 LONG Distance(LONG at, LONG low, LONG high) { return std::max({low - at, at - (high - 1), LONG{0}}); }
 
-// Mice tell of a thousand moves a second, and no screen shows as many pictures. What changes later than this after a
-// painting shows at once, and what changes sooner after this time.
+bool Covers(const PixelRect& pixels, POINT point) {
+  return Distance(point.x, pixels.left, pixels.right) == 0 && Distance(point.y, pixels.top, pixels.bottom) == 0;
+}
+
+// The least pause between two paintings. A mouse may send a thousand moves a second, more than a screen can show. If
+// the last painting is longer ago, a change is painted at once, else after this time.
 constexpr auto LeastPause = std::chrono::milliseconds(10);
 constexpr UINT_PTR PaintTimer = 1;
 
 }  // namespace
 
 bool PictureBoxView::IsTabStop() const {
-  // A box that only holds another one leaves the keyboard to that.
+  // A box that contains another box leaves the focus to that one.
   return std::ranges::none_of(box.Children(),
                               [](const Control* child) { return dynamic_cast<const PictureBox*>(child) != nullptr; });
 }
 
-// Whatever is shown differently shows by the next painting, in one go, and no more than that is painted.
+// Schedules one painting for all changes until then; it paints only what changed.
 void PictureBoxView::ItemsChanged() {
   if (Handle() == nullptr || isPaintingDue) return;
   isPaintingDue = true;
@@ -45,13 +49,13 @@ void PictureBoxView::AskForPainting() const { RedrawWindow(Handle(), nullptr, nu
 void PictureBoxView::PaintItems() {
   isPaintingDue = false;
   CollectItems(box, Shared().Scaling(), formerItems);
-  compositor.SetGround(box.BackColor());
+  compositor.SetBackground(box.BackColor());
   const std::vector<PixelRect> changed = compositor.Exchange(formerItems);
   const auto paintWith = [this](const BufferedPaint& paint) {
     for (const RECT& part : paint.Parts()) compositor.Paint(paint.Pixels(), ToPixelRect(part), &texts);
   };
   if (GetUpdateRect(Handle(), nullptr, FALSE) == FALSE) {
-    // Quicker than to tell the system first what is out of date.
+    // Paint at once: faster than to invalidate the parts and wait for WM_PAINT.
     paintWith(BufferedPaint(Handle(), Shared().Buffer(), changed));
   } else {
     for (const PixelRect& part : changed) {
@@ -65,7 +69,7 @@ void PictureBoxView::PaintItems() {
 
 bool PictureBoxView::WantsKey(WPARAM key) const {
   const HWND focus = GetFocus();
-  return IsChild(Handle(), focus) != FALSE ? TextField::WantsKey(focus, key) : HasUseFor(box, key);
+  return IsChild(Handle(), focus) != FALSE ? TextField::WantsKey(focus, key) : PaintedView::WantsKey(key);
 }
 
 LRESULT PictureBoxView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -84,7 +88,7 @@ LRESULT PictureBoxView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       return 0;
     case WM_CTLCOLOREDIT:
       return reinterpret_cast<LRESULT>(
-          TextField::GroundOf(reinterpret_cast<HWND>(lParam), reinterpret_cast<HDC>(wParam)));
+          TextField::BackgroundOf(reinterpret_cast<HWND>(lParam), reinterpret_cast<HDC>(wParam)));
     case WM_SETCURSOR: {
       POINT mouse = {};
       GetCursorPos(&mouse);
@@ -94,14 +98,8 @@ LRESULT PictureBoxView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       if (SetPointerOf(box)) return TRUE;
       break;
     }
-    case WM_GETDLGCODE:
-      return DLGC_WANTCHARS;
     default:
       break;
-  }
-  if (SendKey(box, message, wParam)) {
-    const bool isSystemKey = message == WM_SYSKEYDOWN || message == WM_SYSKEYUP;
-    return isSystemKey && IsAttached() ? Default(message, wParam, lParam) : 0;
   }
   return PaintedView::OnMessage(message, wParam, lParam);
 }
@@ -110,7 +108,7 @@ void PictureBoxView::Paint(HDC context, const RECT& client) { FillWith(context, 
 
 void PictureBoxView::OnMouse(const MouseEvent& message) {
   MouseEvent event = message;
-  // Strokes that begin at one place in quick succession are strokes; here nothing is double-clicked.
+  // The canvas has no double clicks: strokes may begin at the same point in quick succession.
   if (event.kind == MouseEvent::Kind::DoubleClick) event.kind = MouseEvent::Kind::Down;
   if (event.kind == MouseEvent::Kind::Down) TakeFocus();
   if (!IsAttached()) return;
@@ -155,15 +153,26 @@ POINT PictureBoxView::ModelPixelAt(POINT point) const {
 }
 
 CanvasItemView* PictureBoxView::ItemAt(POINT point) const {
-  const auto isHit = [point](const Control* child) {
-    if (!IsCanvasItem(*child) || !child->Visible() || !child->Enabled()) return false;
-    RECT place = ToRect(PixelsOf(*child));
-    if (const auto* layer = dynamic_cast<const TransparentPicture*>(child)) place = ToRect(PixelsOfLayer(*layer));
-    return PtInRect(&place, point) != FALSE;
+  const float unit = UnitsPerPixel(box);
+  const float x = static_cast<float>(point.x) * unit;
+  const float y = static_cast<float>(point.y) * unit;
+  const auto topmost = [this](const auto& isHit) {
+    const std::vector<Control*>& children = box.Children();
+    const auto found = std::find_if(children.rbegin(), children.rend(), [&](const Control* child) {
+      return IsCanvasItem(*child) && child->Visible() && child->Enabled() && isHit(*child);
+    });
+    return found == children.rend() ? nullptr : *found;
   };
-  const std::vector<Control*>& children = box.Children();
-  const auto top = std::find_if(children.rbegin(), children.rend(), isHit);
-  return top == children.rend() ? nullptr : dynamic_cast<CanvasItemView*>(Shared().ViewOf(**top));
+  const Control* item = topmost([x, y](const Control& child) { return IsPointInItem(child, x, y); });
+  const auto* const layer = dynamic_cast<const TransparentPicture*>(item);
+  if (layer != nullptr && !Covers(PixelsOfLayer(*layer), point)) {
+    // The last edges of a layer are beside its pixels. A border keeps its own pixels there: it adjoins the page.
+    const Control* const border = topmost([point](const Control& child) {
+      return dynamic_cast<const LightWeightMarker*>(&child) != nullptr && Covers(PixelsOf(child), point);
+    });
+    if (border != nullptr) item = border;
+  }
+  return item == nullptr ? nullptr : dynamic_cast<CanvasItemView*>(Shared().ViewOf(*item));
 }
 
 CanvasItemView* PictureBoxView::BorderBeside(POINT point) const {
@@ -171,12 +180,12 @@ CanvasItemView* PictureBoxView::BorderBeside(POINT point) const {
   LONG least = std::numeric_limits<LONG>::max();
   for (const Control* inner : box.Children()) {
     if (dynamic_cast<const PictureBox*>(inner) == nullptr || !inner->Visible()) continue;
-    const PixelRect ground = PixelsOf(*inner);
+    const PixelRect innerBounds = PixelsOf(*inner);
     for (const Control* child : inner->Children()) {
       if (dynamic_cast<const LightWeightMarker*>(child) == nullptr || !child->Visible() || !child->Enabled()) continue;
-      const PixelRect place = PixelsOf(*child);
-      const LONG across = Distance(point.x - ground.left, place.left, place.right);
-      const LONG down = Distance(point.y - ground.top, place.top, place.bottom);
+      const PixelRect bounds = PixelsOf(*child);
+      const LONG across = Distance(point.x - innerBounds.left, bounds.left, bounds.right);
+      const LONG down = Distance(point.y - innerBounds.top, bounds.top, bounds.bottom);
       const LONG distance = across * across + down * down;
       if (across > BorderReach || down > BorderReach || distance >= least) continue;
       least = distance;
@@ -194,15 +203,15 @@ CanvasItemView* PictureBoxView::TargetAt(POINT point) const {
 POINT PictureBoxView::PointOnBoxOf(const CanvasItemView& item, POINT point) const {
   const Control* const holder = item.Model().Container();
   if (holder == nullptr || holder == &box) return point;
-  const PixelRect place = PixelsOf(*holder);
-  return {point.x - place.left, point.y - place.top};
+  const PixelRect bounds = PixelsOf(*holder);
+  return {point.x - bounds.left, point.y - bounds.top};
 }
 
-void PictureBoxView::Draw(const Look& look, const RECT& place, const PictureBox& box) {
+void PictureBoxView::Draw(const Look& look, const RECT& bounds, const PictureBox& box) {
   RECT part = {};
   GetClipBox(look.context, &part);
   BackBuffer frame;
-  if (IntersectRect(&part, &part, &place) == FALSE || !frame.Reserve(WidthOf(part), HeightOf(part))) return;
+  if (IntersectRect(&part, &part, &bounds) == FALSE || !frame.Reserve(WidthOf(part), HeightOf(part))) return;
   Compositor whole(box.BackColor());
   GdiTextRenderer texts;
   whole.Show(ItemsOf(box, look.scale));

@@ -14,47 +14,47 @@ namespace kw::windows {
 
 class CanvasItemView;
 
-// A picture box, and everything that is composed on it: it paints only what is out of date, in one piece, and gives the
-// mouse to the layer or marker below it.
+// The view of a picture box and its canvas items. It paints only what is out of date, double-buffered, and passes mouse
+// events to the layer or marker below the mouse.
 class PictureBoxView final : public PaintedView {
 public:
-  PictureBoxView(Pane& shared, PictureBox& shown, ControlView* container)
-      : PaintedView(shared, shown, &shown, container), box(shown), compositor(shown.BackColor()) {}
+  PictureBoxView(ViewTree& shared, PictureBox& shown, ControlView* container)
+      : PaintedView(shared, shown, &shown, container, &shown), box(shown), compositor(shown.BackColor()) {}
 
-  static void Draw(const Look& look, const RECT& place, const PictureBox& box);
+  static void Draw(const Look& look, const RECT& bounds, const PictureBox& box);
 
   bool IsTabStop() const override;
   bool WantsKey(WPARAM key) const override;
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
-  // An item that shows itself on this box looks different now, came or went.
+  // An item of this canvas changed, was added or removed.
   void ItemsChanged();
-  // An item, here or on a box inside, is going: it gets no more of the mouse.
+  // An item of this box, or of one inside, is being removed: it gets no more mouse events.
   void Forget(const CanvasItemView& item);
 
 private:
   void Paint(HDC context, const RECT& client) override;
   void OnMouse(const MouseEvent& message) override;
   void OnMouseLost() override;
-  // What is drawn is drawn in whole pixels of the models, like the page.
+  // Converts window pixels to whole model pixels: the user draws in page pixels.
   POINT ModelPixelAt(POINT point) const;
   CanvasItemView* ItemAt(POINT point) const;
-  // On the ground around a box inside this one: the border of it that can be grabbed at this point.
+  // If the point is beside a box inside this one: the inner box's border that can be grabbed there.
   CanvasItemView* BorderBeside(POINT point) const;
-  // The item that gets the mouse at this point.
+  // The item that gets mouse events at this point.
   CanvasItemView* TargetAt(POINT point) const;
-  // The point as it is on the box that shows the item: this one or one inside.
+  // Converts the point to the item's box: this one or one inside.
   POINT PointOnBoxOf(const CanvasItemView& item, POINT point) const;
   void TakeFocus();
   void AskForPainting() const;
-  // Paints what the box shows now, where that is out of date.
+  // Paints the out-of-date parts with the present items.
   void PaintItems();
 
   PictureBox& box;
   Compositor compositor;
   GdiTextRenderer texts;
-  CanvasItemView* held = nullptr;  // has the mouse while a button is down
+  CanvasItemView* held = nullptr;  // gets the mouse events while a button is down
   bool isHolding = false;
-  std::vector<DisplayItem> formerItems;  // for their memory
+  std::vector<DisplayItem> formerItems;  // kept to reuse its memory
   bool isPaintingDue = false;
   std::chrono::steady_clock::time_point lastPainting;
 };

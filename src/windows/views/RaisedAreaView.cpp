@@ -2,21 +2,21 @@
 
 #include "components/controls/UserControl.h"
 #include "windows/base/Gdi.h"
-#include "windows/views/Pane.h"
+#include "windows/views/ViewTree.h"
 
 namespace kw::windows {
 
-void DrawRaised(HDC context, const RECT& place, bool isPressed) {
-  FillWithFace(context, place);
-  RECT edge = place;
+void DrawRaised(HDC context, const RECT& bounds, bool isPressed) {
+  FillWithFace(context, bounds);
+  RECT edge = bounds;
   DrawEdge(context, &edge, isPressed ? BDR_SUNKENOUTER : BDR_RAISEDINNER, BF_RECT);
 }
 
-void RaisedAreaView::Draw(const Look& look, const RECT& place, const RaisedArea& area) {
-  RECT inner = place;
+void RaisedAreaView::Draw(const Look& look, const RECT& bounds, const RaisedArea& area) {
+  RECT inner = bounds;
   if (dynamic_cast<const UserControl*>(area.Container()) != nullptr) {
-    // What lies on the form may lie on a white page: an outline tells it apart.
-    FillWith(look.context, place, GetSysColor(COLOR_3DSHADOW));
+    // An outline sets the area off from a white page below it.
+    FillWith(look.context, bounds, GetSysColor(COLOR_3DSHADOW));
     InflateRect(&inner, -1, -1);
   }
   DrawRaised(look.context, inner);
@@ -24,7 +24,7 @@ void RaisedAreaView::Draw(const Look& look, const RECT& place, const RaisedArea&
 
 void RaisedAreaView::Show(Aspect aspect) {
   PaintedView::Show(aspect);
-  // Tool bars lie on raised areas.
+  // Raised areas contain tool bars, so lay these out again.
   if (aspect == Aspect::Geometry || aspect == Aspect::Visibility) Shared().LayOut();
 }
 
@@ -32,7 +32,9 @@ void RaisedAreaView::Paint(HDC context, const RECT& client) {
   Draw({context, Shared().Pictures(), Shared().Scaling()}, client, area);
 }
 
-void FrameView::Draw(const Look& look, const RECT& place, const Frame& /*frame*/) { FillWithFace(look.context, place); }
+void FrameView::Draw(const Look& look, const RECT& bounds, const Frame& /*frame*/) {
+  FillWithFace(look.context, bounds);
+}
 void FrameView::Paint(HDC context, const RECT& client) { FillWithFace(context, client); }
 
 }  // namespace kw::windows

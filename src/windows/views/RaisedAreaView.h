@@ -8,10 +8,10 @@ namespace kw::windows {
 
 class RaisedAreaView final : public PaintedView {
 public:
-  RaisedAreaView(Pane& shared, RaisedArea& shown, ControlView* container)
+  RaisedAreaView(ViewTree& shared, RaisedArea& shown, ControlView* container)
       : PaintedView(shared, shown, &shown, container), area(shown) {}
 
-  static void Draw(const Look& look, const RECT& place, const RaisedArea& area);
+  static void Draw(const Look& look, const RECT& bounds, const RaisedArea& area);
 
 private:
   void Show(Aspect aspect) override;
@@ -22,15 +22,15 @@ private:
 
 class FrameView final : public PaintedView {
 public:
-  FrameView(Pane& shared, Frame& shown, ControlView* container) : PaintedView(shared, shown, nullptr, container) {}
+  FrameView(ViewTree& shared, Frame& shown, ControlView* container) : PaintedView(shared, shown, nullptr, container) {}
 
-  static void Draw(const Look& look, const RECT& place, const Frame& frame);
+  static void Draw(const Look& look, const RECT& bounds, const Frame& frame);
 
 private:
   void Paint(HDC context, const RECT& client) override;
 };
 
-// The ground of a raised frame and its border, or of one that is pressed in.
-void DrawRaised(HDC context, const RECT& place, bool isPressed = false);
+// Draws the background and border of a raised, or pressed, frame.
+void DrawRaised(HDC context, const RECT& bounds, bool isPressed = false);
 
 }  // namespace kw::windows

@@ -5,18 +5,18 @@
 
 #include "scene/ColourMap.h"
 #include "windows/base/Gdi.h"
-#include "windows/views/Pane.h"
 #include "windows/views/RaisedAreaView.h"
+#include "windows/views/ViewTree.h"
 
 namespace kw::windows {
 namespace {
 
 constexpr std::string_view ColourChooser = "Chooser.Ico";
 
-void DrawColourMap(HDC context, const RECT& place) {
+void DrawColourMap(HDC context, const RECT& bounds) {
   BackBuffer map;
-  const int width = WidthOf(place);
-  const int height = HeightOf(place);
+  const int width = WidthOf(bounds);
+  const int height = HeightOf(bounds);
   if (width <= 0 || height <= 0 || !map.Reserve(width, height)) return;
   const FrameBuffer pixels = map.Pixels({0, 0, width, height});
   for (int y = 0; y < height; ++y) {
@@ -26,23 +26,23 @@ void DrawColourMap(HDC context, const RECT& place) {
           PixelOf(ColourOfMap(static_cast<double>(x) / width, static_cast<double>(y) / height));
     }
   }
-  BitBlt(context, place.left, place.top, width, height, map.Context(), 0, 0, SRCCOPY);
+  BitBlt(context, bounds.left, bounds.top, width, height, map.Context(), 0, 0, SRCCOPY);
 }
 
-void DrawRaisedIcon(const Look& look, const RECT& place, const std::string& icon, bool isPressed) {
-  DrawRaised(look.context, place, isPressed);
-  RECT paper = place;
+void DrawRaisedIcon(const Look& look, const RECT& bounds, const std::string& icon, bool isPressed) {
+  DrawRaised(look.context, bounds, isPressed);
+  RECT paper = bounds;
   if (isPressed) OffsetRect(&paper, 1, 1);
   if (!icon.empty()) look.images.Draw(look.context, paper, icon, true);
 }
 
 }  // namespace
 
-void RaisedPictureView::Draw(const Look& look, const RECT& place, const RaisedPicture& picture) {
+void RaisedPictureView::Draw(const Look& look, const RECT& bounds, const RaisedPicture& picture) {
   if (picture.Picture() == ColourChooser)
-    DrawColourMap(look.context, place);
+    DrawColourMap(look.context, bounds);
   else
-    DrawRaisedIcon(look, place, picture.Picture(), false);
+    DrawRaisedIcon(look, bounds, picture.Picture(), false);
 }
 
 void RaisedPictureView::Paint(HDC context, const RECT& client) {

@@ -8,14 +8,14 @@
 
 namespace kw::windows {
 
-// A raised frame with an icon, or with the colour map where its picture is that of the colour chooser. As a button it
+// The view of a raised frame with an icon, or with the colour map if its picture is the colour chooser's. A button
 // looks pressed while the mouse that pressed it is over it.
 class RaisedPictureView final : public PaintedView {
 public:
-  RaisedPictureView(Pane& shared, RaisedPicture& shown, ControlView* container)
+  RaisedPictureView(ViewTree& shared, RaisedPicture& shown, ControlView* container)
       : PaintedView(shared, shown, &shown, container), picture(shown) {}
 
-  static void Draw(const Look& look, const RECT& place, const RaisedPicture& picture);
+  static void Draw(const Look& look, const RECT& bounds, const RaisedPicture& picture);
 
   bool IsDropDown() const override { return !picture.IsButton(); }
   bool WantsKey(WPARAM key) const override;
@@ -28,7 +28,7 @@ private:
   void LookPressed(bool isPressed);
 
   RaisedPicture& picture;
-  std::int16_t pressedWith = 0;  // of a button; 0: it is not pressed
+  std::int16_t pressedWith = 0;  // mouse button; 0: not pressed
   bool looksPressed = false;
 };
 

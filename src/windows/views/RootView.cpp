@@ -2,15 +2,14 @@
 
 #include "components/controls/RangeControl.h"
 #include "windows/base/Gdi.h"
-#include "windows/base/Keys.h"
 #include "windows/base/Module.h"
 #include "windows/base/Mouse.h"
-#include "windows/views/Pane.h"
+#include "windows/views/ViewTree.h"
 
 namespace kw::windows {
 namespace {
 
-// Pixels that one notch of the wheel scrolls.
+// Pixels to scroll for one notch of the wheel.
 constexpr int WheelStep = 48;
 
 ScrollBar* FindScrollBar(const Control& holder, bool isVertical) {
@@ -33,7 +32,7 @@ void RootView::Show(Aspect aspect) {
   if (aspect == Aspect::Pointer) RenewPointer();
 }
 
-// A field within a control does not hear that what holds it is disabled, and would keep the keyboard.
+// The system does not take the focus from an edit field if a container is disabled; do it here.
 void RootView::ShowEnabled() {
   PaintedView::ShowEnabled();
   if (TakesInput()) return;
@@ -42,8 +41,6 @@ void RootView::ShowEnabled() {
 }
 
 void RootView::Paint(HDC context, const RECT& client) { FillWithFace(context, client); }
-
-bool RootView::WantsKey(WPARAM key) const { return HasUseFor(root, key); }
 
 bool RootView::Scroll(WPARAM wheel) {
   ScrollBar* const bar = FindScrollBar(root, (LOWORD(wheel) & MK_SHIFT) == 0);
@@ -56,14 +53,10 @@ bool RootView::Scroll(WPARAM wheel) {
 }
 
 LRESULT RootView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
-  if (SendKey(root, message, wParam)) {
-    const bool isSystemKey = message == WM_SYSKEYDOWN || message == WM_SYSKEYUP;
-    return isSystemKey && IsAttached() ? Default(message, wParam, lParam) : 0;
-  }
   switch (message) {
     case WM_PAINT: {
-      // The handler runs after the window is up to date: it may show a box, under which the window would else be
-      // painted again and again.
+      // Run the handler after painting: it may show a message box, below which a window that is out of date would be
+      // painted forever.
       const LRESULT result = PaintedView::OnMessage(message, wParam, lParam);
       root.UserPaint();
       return result;
@@ -77,13 +70,11 @@ LRESULT RootView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_MOUSEWHEEL:
       if (Scroll(wParam)) return 0;
       break;
-    case WM_GETDLGCODE:
-      return DLGC_WANTCHARS;
     case WM_ENTERMENULOOP:
     case WM_EXITMENULOOP:
       Shared().NoteMenu(message == WM_ENTERMENULOOP);
       break;
-    case Pane::KeysMessage:
+    case ViewTree::KeysMessage:
       Shared().TellKeys();
       return 0;
     default:

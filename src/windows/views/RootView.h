@@ -5,14 +5,13 @@
 
 namespace kw::windows {
 
-// The editor's own window, which holds the others.
+// The view of the form itself: the window that contains all others.
 class RootView final : public PaintedView {
 public:
-  // `position` is where the window comes to lie in `parent`.
-  RootView(Pane& shared, UserControl& shown, HWND parent, const RECT& position)
-      : PaintedView(shared, shown, nullptr, nullptr), root(shown), host(parent), start(position) {}
+  // `position` is the window's position in `parent`.
+  RootView(ViewTree& shared, UserControl& shown, HWND parent, const RECT& position)
+      : PaintedView(shared, shown, nullptr, nullptr, &shown), root(shown), host(parent), start(position) {}
 
-  bool WantsKey(WPARAM key) const override;
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
 private:
@@ -25,7 +24,7 @@ private:
   UserControl& root;
   HWND host;
   RECT start;
-  int wheelRest = 0;  // of a turn that was not yet enough for a step
+  int wheelRest = 0;  // wheel delta that did not yet suffice for a pixel
 };
 
 }  // namespace kw::windows

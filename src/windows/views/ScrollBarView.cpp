@@ -18,7 +18,7 @@ std::int32_t Clamped(std::int64_t value) {
 }  // namespace
 
 HWND ScrollBarView::Create(HWND parent) {
-  // As a tab stop the bar takes the focus when it is pressed, and its model may pass it on.
+  // With WS_TABSTOP the bar takes the focus when it is pressed; its model may pass it on.
   return CreateSystemWindow(parent, WC_SCROLLBARW,
                             WS_TABSTOP | static_cast<DWORD>(bar.IsVertical() ? SBS_VERT : SBS_HORZ));
 }
@@ -29,7 +29,7 @@ void ScrollBarView::Show(Aspect aspect) {
   info.cbSize = sizeof info;
   info.fMask = SIF_RANGE | SIF_PAGE | SIF_POS | SIF_DISABLENOSCROLL;
   info.nMin = std::min(bar.Min(), bar.Max());
-  // The system counts the visible page as part of the range; the model's value runs up to its maximum.
+  // The system's range includes the visible page; the model's value runs up to its maximum.
   info.nMax = Clamped(std::int64_t{std::max(bar.Min(), bar.Max())} + bar.LargeChange() - 1);
   info.nPage = static_cast<UINT>(bar.LargeChange());
   info.nPos = bar.Value();
@@ -80,11 +80,11 @@ void ScrollBarView::OnScroll(WORD code) {
   bar.UserSetValue(Clamped(value));
 }
 
-void ScrollBarView::Draw(const Look& look, const RECT& place, const ScrollBar& bar) {
-  FillWith(look.context, place, GetSysColor(COLOR_SCROLLBAR));
-  const int side = bar.IsVertical() ? WidthOf(place) : HeightOf(place);
-  RECT first = place;
-  RECT last = place;
+void ScrollBarView::Draw(const Look& look, const RECT& bounds, const ScrollBar& bar) {
+  FillWith(look.context, bounds, GetSysColor(COLOR_SCROLLBAR));
+  const int side = bar.IsVertical() ? WidthOf(bounds) : HeightOf(bounds);
+  RECT first = bounds;
+  RECT last = bounds;
   if (bar.IsVertical()) {
     first.bottom = first.top + side;
     last.top = last.bottom - side;
@@ -96,12 +96,12 @@ void ScrollBarView::Draw(const Look& look, const RECT& place, const ScrollBar& b
   DrawFrameControl(look.context, &first, DFC_SCROLL, state | (bar.IsVertical() ? DFCS_SCROLLUP : DFCS_SCROLLLEFT));
   DrawFrameControl(look.context, &last, DFC_SCROLL, state | (bar.IsVertical() ? DFCS_SCROLLDOWN : DFCS_SCROLLRIGHT));
   const int range = std::abs(bar.Max() - bar.Min());
-  const int track = (bar.IsVertical() ? HeightOf(place) : WidthOf(place)) - 2 * side;
+  const int track = (bar.IsVertical() ? HeightOf(bounds) : WidthOf(bounds)) - 2 * side;
   if (!bar.Enabled() || range == 0 || track < side) return;
   const int length = std::max(side / 2, MulDiv(track, bar.LargeChange(), range + bar.LargeChange()));
   const int start = side + MulDiv(track - length, bar.Value() - std::min(bar.Min(), bar.Max()), range);
-  RECT thumb = bar.IsVertical() ? RECT{place.left, place.top + start, place.right, place.top + start + length}
-                                : RECT{place.left + start, place.top, place.left + start + length, place.bottom};
+  RECT thumb = bar.IsVertical() ? RECT{bounds.left, bounds.top + start, bounds.right, bounds.top + start + length}
+                                : RECT{bounds.left + start, bounds.top, bounds.left + start + length, bounds.bottom};
   DrawFrameControl(look.context, &thumb, DFC_BUTTON, DFCS_BUTTONPUSH);
 }
 

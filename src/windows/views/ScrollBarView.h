@@ -8,10 +8,10 @@ namespace kw::windows {
 
 class ScrollBarView final : public ControlView {
 public:
-  ScrollBarView(Pane& shared, ScrollBar& shown, ControlView* container)
+  ScrollBarView(ViewTree& shared, ScrollBar& shown, ControlView* container)
       : ControlView(shared, shown, container), bar(shown) {}
 
-  static void Draw(const Look& look, const RECT& place, const ScrollBar& bar);
+  static void Draw(const Look& look, const RECT& bounds, const ScrollBar& bar);
 
   void OnScroll(WORD code) override;
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "windows/base/Gdi.h"
-#include "windows/views/Pane.h"
+#include "windows/views/ViewTree.h"
 
 namespace kw::windows {
 namespace {
@@ -46,13 +46,13 @@ void SliderView::OnScroll(WORD /*code*/) {
   slider.UserSetValue(static_cast<std::int32_t>(SendMessageW(Handle(), TBM_GETPOS, 0, 0)));
 }
 
-void SliderView::Draw(const Look& look, const RECT& place, const Slider& slider) {
+void SliderView::Draw(const Look& look, const RECT& bounds, const Slider& slider) {
   const int margin = look.scale.LengthOnDevice(12);
   const int halfGroove = look.scale.LengthOnDevice(2);
   const int halfThumb = look.scale.LengthOnDevice(4);
   const int halfLength = look.scale.LengthOnDevice(ThumbLength) / 2;
-  const int middle = (place.top + place.bottom) / 2;
-  RECT groove = {place.left + margin, middle - halfGroove, place.right - margin, middle + halfGroove};
+  const int middle = (bounds.top + bounds.bottom) / 2;
+  RECT groove = {bounds.left + margin, middle - halfGroove, bounds.right - margin, middle + halfGroove};
   DrawEdge(look.context, &groove, BDR_SUNKENOUTER, BF_RECT);
   const int steps = std::max(1, slider.Max() - slider.Min());
   const int x = groove.left + WidthOf(groove) * (slider.Value() - slider.Min()) / steps;

@@ -8,10 +8,10 @@ namespace kw::windows {
 
 class SliderView final : public ControlView {
 public:
-  SliderView(Pane& shared, Slider& shown, ControlView* container)
+  SliderView(ViewTree& shared, Slider& shown, ControlView* container)
       : ControlView(shared, shown, container), slider(shown) {}
 
-  static void Draw(const Look& look, const RECT& place, const Slider& slider);
+  static void Draw(const Look& look, const RECT& bounds, const Slider& slider);
 
   bool IsTabStop() const override { return true; }
   bool WantsKey(WPARAM key) const override;

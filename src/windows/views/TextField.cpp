@@ -18,10 +18,10 @@ namespace kw::windows {
 
 namespace {
 
-// The property of a field's window that holds its object.
+// The window property that holds the field's object.
 constexpr const wchar_t* PropertyName = L"KwTextField";
 
-// A field ends its lines with two characters, a caption that came from elsewhere may end them with one.
+// Converts line ends to CR LF, which edit fields need; a caption may have LF only.
 std::wstring WithFieldsLineEnds(const std::wstring& text) {
   std::wstring result;
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -58,7 +58,7 @@ TextField::~TextField() {
     Release(window);
     ShowWindow(window, SW_HIDE);
     if (hadKeyboard) SetFocus(canvas);
-    // Not at once: the field's own code may be on the stack.
+    // Do not destroy the window at once: its code may be on the stack.
     PostMessageW(window, WM_CLOSE, 0, 0);
     SendMessageW(window, WM_SETFONT, 0, FALSE);
   }
@@ -67,8 +67,8 @@ TextField::~TextField() {
 
 void TextField::Show() {
   if (window == nullptr) return;
-  const RECT place = ToRect(scale.ToDevice(ContentsOfLayer(*layer)));
-  SetWindowPos(window, nullptr, place.left, place.top, std::max(1, WidthOf(place)), std::max(1, HeightOf(place)),
+  const RECT bounds = ToRect(scale.ToDevice(ContentsOfLayer(*layer)));
+  SetWindowPos(window, nullptr, bounds.left, bounds.top, std::max(1, WidthOf(bounds)), std::max(1, HeightOf(bounds)),
                SWP_NOZORDER | SWP_NOACTIVATE);
   const HFONT before = font;
   font = CreateLayerFont(scale.ToDevice(layer->TextFont()));
@@ -118,7 +118,7 @@ void TextField::TakeText() {
   layer->Type(FromWide(text));
 }
 
-HBRUSH TextField::GroundOf(HWND field, HDC context) {
+HBRUSH TextField::BackgroundOf(HWND field, HDC context) {
   const TextField* const found = FieldOf(field);
   if (found == nullptr) return static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
   SetTextColor(context, found->layer->ForeColor());
@@ -132,7 +132,7 @@ LRESULT CALLBACK TextField::Subclass(HWND window, UINT message, WPARAM wParam, L
   TransparentPicture* const layer = reinterpret_cast<TextField*>(self)->layer;
   switch (message) {
     case WM_NCDESTROY:
-      // Its canvas went with it in it.
+      // The canvas's window was destroyed, and this one with it.
       reinterpret_cast<TextField*>(self)->window = nullptr;
       Release(window);
       break;

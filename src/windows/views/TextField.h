@@ -7,29 +7,27 @@
 
 namespace kw::windows {
 
-// The field of the system in which a layer's text is typed, over the layer, with all that a field can do: caret,
-// selection, input methods, clipboard. What is typed is the layer's caption at once. Escape ends the typing, and so
-// does the loss of the keyboard.
+// The edit field for typing a layer's text, over the layer: a system control, with caret, selection, input methods and
+// clipboard. The layer's caption follows at once. Escape or the loss of the focus ends the typing.
 class TextField {
 public:
-  // Opens over the layer with the keyboard on it. `shownOn` is the window on which the layer shows itself, at
-  // that scale.
+  // Opens over the layer and takes the focus. `shownOn` is the window that shows the layer, at that scale.
   TextField(HWND shownOn, TransparentPicture& typedInto, const Scale& shownAt);
   TextField(const TextField&) = delete;
   TextField& operator=(const TextField&) = delete;
   ~TextField();
 
-  // Shows the layer's place, font and colours as they are now.
+  // Follows the layer's bounds, font and colours.
   void Show();
   void Rescale(const Scale& newScale);
 
-  // Whether the window is such a field and uses that key: to move in the text, to change it or to end the typing.
+  // Whether the window is such a field and uses the key to move in the text, change it or end the typing.
   static bool WantsKey(HWND window, WPARAM key);
 
-  // For the canvas: takes over what is typed in one of these fields; nothing for another window.
+  // For the canvas: takes the text of one of these fields into its layer; ignores other windows.
   static void TakeTextOf(HWND field);
-  // For the canvas: sets a field's colours and returns the brush of its ground.
-  static HBRUSH GroundOf(HWND field, HDC context);
+  // For the canvas: sets a field's colours and returns its background brush.
+  static HBRUSH BackgroundOf(HWND field, HDC context);
 
 private:
   static TextField* FieldOf(HWND window);

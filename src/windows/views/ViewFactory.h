@@ -7,9 +7,9 @@
 namespace kw::windows {
 
 class ControlView;
-class Pane;
+class ViewTree;
 
-// Makes the views of one window, each when its model joins the form.
+// Creates the views of a window, each when its model joins the form.
 class ViewFactory {
 public:
   ViewFactory() = default;
@@ -17,9 +17,9 @@ public:
   ViewFactory& operator=(const ViewFactory&) = delete;
   virtual ~ViewFactory() = default;
 
-  // The view that suits the model's type; null for a model without a look.
-  virtual std::unique_ptr<ControlView> MakeView(Pane& pane, Control& model, ControlView* container) = 0;
-  // Size or visibility of a view that holds others changed: views whose layout depends on each other are laid out.
+  // Creates the view for the model's type; null if the type has none.
+  virtual std::unique_ptr<ControlView> MakeView(ViewTree& tree, Control& model, ControlView* container) = 0;
+  // Lays out views whose layout depends on each other, after the size or visibility of a container changed.
   virtual void LayOut() = 0;
 };
 

@@ -1,4 +1,4 @@
-#include "windows/views/Pane.h"
+#include "windows/views/ViewTree.h"
 
 #include <algorithm>
 #include <optional>
@@ -16,17 +16,17 @@
 
 namespace kw::windows {
 
-void Pane::Open(HWND parent, const RECT& position) {
+void ViewTree::Open(HWND parent, const RECT& position) {
   const CommonControls controls;
   OwnWindowClass::Register();
-  // What was made before an error goes again.
+  // Closes the tree if Open throws.
   struct Opening {
-    Pane* pane;
-    explicit Opening(Pane& opened) : pane(&opened) {}
+    ViewTree* tree;
+    explicit Opening(ViewTree& opened) : tree(&opened) {}
     Opening(const Opening&) = delete;
     Opening& operator=(const Opening&) = delete;
     ~Opening() {
-      if (pane != nullptr) pane->Close();
+      if (tree != nullptr) tree->Close();
     }
   };
   Opening opening(*this);
@@ -41,35 +41,36 @@ void Pane::Open(HWND parent, const RECT& position) {
   rootView->Open();
   if (rootView->Handle() == nullptr) Raise(ErrorNumber::OutOfMemory, static_cast<std::int32_t>(GetLastError()));
   for (Control* child : root->Children()) MakeViews(*child, rootView);
-  opening.pane = nullptr;
+  opening.tree = nullptr;
 }
 
-void Pane::Close() {
+void ViewTree::Close() {
   if (!std::exchange(isMade, false)) return;
   ControlView* const closing = std::exchange(rootView, nullptr);
-  // No model hears of what the windows say while they go.
+  // Detach first: messages sent by dying windows must not reach the models.
   for (const auto& [model, view] : views) view->Detach();
-  // Before the windows that it watches, which it would keep something of.
+  // Destroy the tool tip window before the windows that it watches, because it keeps data about them.
   if (toolTips != nullptr) DestroyWindow(toolTips);
   if (closing != nullptr) closing->Destroy();
   for (auto& [model, view] : views) Retire(std::move(view));
   views.clear();
+  windows.clear();
   DeleteObject(font);
 }
 
-void Pane::AllowInput(bool isAllowed) {
+void ViewTree::AllowInput(bool isAllowed) {
   if (isInputAllowed == isAllowed) return;
   isInputAllowed = isAllowed;
   if (IsOpen()) rootView->Changed(Aspect::Enabled);
 }
 
-void Pane::Rescale(const Scale& newScale) {
+void ViewTree::Rescale(const Scale& newScale) {
   if (!IsOpen() || newScale.Dpi() == scale.Dpi()) return;
   scale = newScale;
   Refresh();
 }
 
-void Pane::Refresh() {
+void ViewTree::Refresh() {
   const Message underWay(*this);
   const HFONT oldFont = std::exchange(font, CreateCaptionFont(scale));
   const auto oldImages = std::exchange(images, std::make_unique<Images>(scale));
@@ -77,20 +78,20 @@ void Pane::Refresh() {
   DeleteObject(oldFont);
 }
 
-void Pane::RescaleViews(const Control& model) {
+void ViewTree::RescaleViews(const Control& model) {
   if (ControlView* view = ViewOf(model)) view->Rescale();
   for (const Control* child : model.Children()) RescaleViews(*child);
 }
 
-void Pane::Add(Control& model, ControlView* container) {
+void ViewTree::Add(Control& model, ControlView* container) {
   if (!IsOpen()) return;
-  // What has no window needs no classes of the system; the markers of a stroke come too fast for that.
+  // Items without a window need no system classes, and activating them would be too slow for the markers of a stroke.
   std::optional<CommonControls> controls;
   if (!IsCanvasItem(model)) controls.emplace();
   MakeViews(model, container);
 }
 
-void Pane::MakeViews(Control& model, ControlView* container) {
+void ViewTree::MakeViews(Control& model, ControlView* container) {
   std::unique_ptr<ControlView> made = factory->MakeView(*this, model, container);
   if (made == nullptr) return;
   ControlView* const view = made.get();
@@ -99,75 +100,74 @@ void Pane::MakeViews(Control& model, ControlView* container) {
   for (Control* child : model.Children()) MakeViews(*child, view);
 }
 
-void Pane::Remove(Control& model) {
+void ViewTree::Remove(Control& model) {
   const auto found = views.find(&model);
   if (found == views.end()) return;
   for (Control* child : model.Children()) Remove(*child);
   std::unique_ptr<ControlView> view = std::move(found->second);
   views.erase(found);
+  ForgetWindow(view->Handle());
   view->Leave();
   view->Detach();
   view->Destroy();
   Retire(std::move(view));
 }
 
-// Needs no memory: a view that could not be kept aside would go with its code on the stack.
-void Pane::Retire(std::unique_ptr<ControlView> view) {
+// A linked list, because it must not allocate: on failure the view would be destroyed with its code on the stack.
+void ViewTree::Retire(std::unique_ptr<ControlView> view) {
   if (messages == 0) return;
   view->retiredBefore = std::move(retired);
   retired = std::move(view);
 }
 
-// One after the other, however many they are.
-void Pane::FreeRetired() {
+// Not recursive, because the list may be long.
+void ViewTree::FreeRetired() {
   while (retired != nullptr) {
     const std::unique_ptr<ControlView> last = std::move(retired);
     retired = std::move(last->retiredBefore);
   }
 }
 
-ControlView* Pane::ViewOf(HWND window) const {
-  if (window == nullptr) return nullptr;
-  const auto found =
-      std::ranges::find_if(views, [window](const auto& entry) { return entry.second->Handle() == window; });
-  return found == views.end() ? nullptr : found->second.get();
+ControlView* ViewTree::ViewOf(HWND window) const {
+  const auto found = windows.find(window);
+  return found == windows.end() ? nullptr : found->second;
 }
 
-ControlView* Pane::ViewOf(const Control& model) const {
+ControlView* ViewTree::ViewOf(const Control& model) const {
   const auto found = views.find(&model);
   return found == views.end() ? nullptr : found->second.get();
 }
 
-void Pane::AddToolTip(HWND window, const Control& model) const {
+void ViewTree::AddToolTip(HWND window, const Control& model) const {
   if (model.ToolTip().empty() || toolTips == nullptr) return;
   std::wstring text = ToWide(model.ToolTip());
   TTTOOLINFOW tool = {};
-  tool.cbSize = TTTOOLINFOW_V1_SIZE;  // the size that every version of the common controls knows
+  tool.cbSize = TTTOOLINFOW_V1_SIZE;  // a size that every version of the common controls accepts
   tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
   tool.hwnd = GetParent(window);
   tool.uId = reinterpret_cast<UINT_PTR>(window);
   tool.lpszText = text.data();
   SendMessageW(toolTips, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
-  // The text of a button is its caption, that of a combo what is chosen in it.
+  // A button's text is its caption, and a combo's is its selection: leave them.
   const bool hasText = GetWindowTextLengthW(window) > 0 || dynamic_cast<const ImageCombo*>(&model) != nullptr;
   if (!hasText) SetWindowTextW(window, text.c_str());
 }
 
 namespace {
 
-// In the order in which the keyboard visits them: as they were laid out, container before content.
-void CollectTabStops(const Pane& pane, const Control& holder, std::vector<const ControlView*>& stops) {
+// Collects the tab stops in tab order: the order of creation, container before content.
+void CollectTabStops(const ViewTree& tree, const Control& holder, std::vector<const ControlView*>& stops) {
   for (const Control* child : holder.Children()) {
-    const ControlView* const view = pane.ViewOf(*child);
+    const ControlView* const view = tree.ViewOf(*child);
     if (view == nullptr || !child->Visible() || !child->Enabled()) continue;
     if (view->IsTabStop() && view->Handle() != nullptr) stops.push_back(view);
-    CollectTabStops(pane, *child, stops);
+    CollectTabStops(tree, *child, stops);
   }
 }
 
 }  // namespace
 
-bool Pane::MoveFocus(bool isBackward) {
+bool ViewTree::MoveFocus(bool isBackward) {
   std::vector<const ControlView*> stops;
   CollectTabStops(*this, *root, stops);
   if (isBackward) std::ranges::reverse(stops);
@@ -175,44 +175,44 @@ bool Pane::MoveFocus(bool isBackward) {
   auto current = std::ranges::find_if(stops, [focus](const ControlView* view) {
     return view->Handle() == focus || IsChild(view->Handle(), focus) != FALSE;
   });
-  // From a window without a stop of its own the first one is next.
+  // If the focused window is no tab stop, the first stop is next.
   const auto next = current == stops.end() ? stops.begin() : current + 1;
   if (next == stops.end()) return false;
   SetFocus((*next)->Handle());
   return true;
 }
 
-bool Pane::IsOwn(HWND window) const {
+bool ViewTree::IsOwn(HWND window) const {
   return window != nullptr && (window == Window() || IsChild(Window(), window) != FALSE);
 }
 
-bool Pane::WantsKey(WPARAM key) const {
+bool ViewTree::WantsKey(WPARAM key) const {
   if (!IsOpen() || !TakesInput()) return false;
   if (isInMenu) return true;
   const HWND focus = GetFocus();
   return IsOwn(focus) && WantsKeyAt(focus, key);
 }
 
-bool Pane::WantsKeyAt(HWND window, WPARAM key) const {
-  const ControlView* view = nullptr;  // of the window, or of the nearest one around it
+bool ViewTree::WantsKeyAt(HWND window, WPARAM key) const {
+  const ControlView* view = nullptr;  // the view of the window or of its nearest ancestor
   for (HWND one = window; view == nullptr && one != nullptr; one = GetParent(one)) view = ViewOf(one);
   return view != nullptr && view->TakesInput() && view->WantsKey(key);
 }
 
-void Pane::NoteKeys() {
+void ViewTree::NoteKeys() {
   if (!areKeysNoted && Window() != nullptr) areKeysNoted = PostMessageW(Window(), KeysMessage, 0, 0) != FALSE;
 }
 
-void Pane::NoteMenu(bool isUp) {
+void ViewTree::NoteMenu(bool isUp) {
   isInMenu = isUp;
   NoteKeys();
 }
 
-void Pane::TellKeys() {
+void ViewTree::TellKeys() {
   areKeysNoted = false;
   if (const auto listener = keysListener) listener();
 }
 
-bool Pane::IsUserAtWork() const { return IsOpen() && (isInMenu || IsOwn(GetCapture())); }
+bool ViewTree::IsUserAtWork() const { return IsOpen() && (isInMenu || IsOwn(GetCapture())); }
 
 }  // namespace kw::windows

@@ -1,10 +1,10 @@
-#include "activex/HostSite.h"
+#include "activex/ClientSite.h"
 
 #include <oleauto.h>
 
 namespace kw::activex {
 
-std::optional<bool> HostSite::AmbientBoolean(DISPID property) const {
+std::optional<bool> ClientSite::AmbientBoolean(DISPID property) const {
   const auto ambient = As<IDispatch>();
   if (ambient == nullptr) return std::nullopt;
   DISPPARAMS none = {};

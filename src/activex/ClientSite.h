@@ -9,13 +9,13 @@
 
 namespace kw::activex {
 
-// The place that the container gave the control, and what it says about itself there. Everything has an answer when
-// there is no site or the container does not know the question.
-class HostSite {
+// The client site that the container gave the control. Every question has an answer, even if there is no site or the
+// container does not know the question.
+class ClientSite {
 public:
   void Set(IOleClientSite* newSite) { site = newSite; }
   IOleClientSite* Get() const { return site.Get(); }
-  // Null when there is no site or it has no such interface.
+  // Null if there is no site or the site lacks the interface.
   template <class Interface>
   Microsoft::WRL::ComPtr<Interface> As() const {
     Microsoft::WRL::ComPtr<Interface> found;
@@ -23,7 +23,7 @@ public:
     return found;
   }
 
-  // An ambient property of the container; empty where it has none.
+  // An ambient property of the container; empty if the container does not have it.
   std::optional<bool> AmbientBoolean(DISPID property) const;
 
 private:

@@ -16,78 +16,82 @@
 
 namespace kw::windows {
 
-// What the views of one editor window share. It owns the views; each is known by its model and, if it has one, by its
-// window.
+// The views of an editor window and what they share. It owns the views and finds them by model or by window.
 //
-// Views that go while a message is under way are kept aside until it has ended, because their code may be on the stack.
-class Pane : public std::enable_shared_from_this<Pane> {
+// Views that are removed while a message is handled are retired: they live until it has been handled, because their
+// code may be on the stack.
+class ViewTree : public std::enable_shared_from_this<ViewTree> {
 public:
-  Pane(UserControl& root, const Scale& scale, std::unique_ptr<ViewFactory> factory)
+  ViewTree(UserControl& root, const Scale& scale, std::unique_ptr<ViewFactory> factory)
       : root(&root), scale(scale), factory(std::move(factory)), images(std::make_unique<Images>(scale)) {}
-  Pane(const Pane&) = delete;
-  Pane& operator=(const Pane&) = delete;
-  // The pane must be closed.
-  ~Pane() = default;
+  ViewTree(const ViewTree&) = delete;
+  ViewTree& operator=(const ViewTree&) = delete;
+  // The tree must be closed before.
+  ~ViewTree() = default;
 
-  // Makes the root's window and everything below.
+  // Creates the root's window and everything below.
   void Open(HWND parent, const RECT& position);
   void Close();
-  // Shows everything in the system's present colours.
+  // Shows everything again, after a change of the system's colours.
   void Refresh();
-  // Shows everything at another scale, where it is another one: the window has come to another screen.
+  // Shows everything at another scale, if it differs: the window has moved to another screen.
   void Rescale(const Scale& newScale);
   bool IsOpen() const { return rootView != nullptr; }
-  // Whether the host lets the user do anything; see EditorWindow.
+  // Whether the host allows the user's input; see EditorWindow.
   void AllowInput(bool isAllowed);
   bool TakesInput() const { return isInputAllowed && root->Enabled(); }
   void HoldWith(std::function<std::shared_ptr<void>()> newHold) { hold = std::move(newHold); }
   std::shared_ptr<void> Hold() const { return hold ? hold() : nullptr; }
   HWND Window() const { return rootView == nullptr ? nullptr : rootView->Handle(); }
-  // Only while the pane is open.
+  // Valid only while the tree is open.
   UserControl& Root() const { return *root; }
 
-  // Makes the views of a model and of what it holds, the model in front of its siblings. A model without a look gets
-  // none.
+  // Creates the views of a model and its descendants; the model is in front of its siblings. A model without a kind of
+  // view gets none.
   void Add(Control& model, ControlView* container);
-  // Lets go of the views of a model and of what it holds.
+  // Removes the views of a model and its descendants.
   void Remove(Control& model);
 
   ControlView* ViewOf(HWND window) const;
   ControlView* ViewOf(const Control& model) const;
+  // Makes the view findable by its window, until ForgetWindow.
+  void NoteWindow(HWND window, ControlView& view) { windows[window] = &view; }
+  void ForgetWindow(HWND window) { windows.erase(window); }
 
-  // How large the models' pixels are on the screen.
+  // The scale from model pixels to screen pixels.
   const Scale& Scaling() const { return scale; }
-  // Painting one window is over before the next is painted, so one buffer serves them all.
+  // One buffer serves all windows, because they are painted one after the other.
   BackBuffer& Buffer() { return buffer; }
   HFONT Font() const { return font; }
   HWND ToolTips() const { return toolTips; }
   const Images& Pictures() const { return *images; }
   // See ViewFactory.
   void LayOut() { factory->LayOut(); }
-  // Gives the control's tool tip, if it has one, to the mouse, and to those who cannot see as the window's name.
+  // Adds the control's tool tip, if it has one, and makes it the window's name for screen readers.
   void AddToolTip(HWND window, const Control& model) const;
 
-  // The focus goes to the next control that takes it, or to the one before; false past the last.
+  // Moves the focus to the next or previous tab stop; false past the last one.
   bool MoveFocus(bool isBackward);
 
-  // Whether the keyboard is in one of the windows, or in a menu of theirs, and that key is wanted there.
+  // Whether a window of the tree, or its menu, has the focus and wants the key.
   bool WantsKey(WPARAM key) const;
-  // The same of a key that comes to that window.
+  // Whether a window that gets the key wants it.
   bool WantsKeyAt(HWND window, WPARAM key) const;
-  // The wish for keys may be another one now. Who listens is told at the message loop, because he may do anything.
+  // The result of WantsKey may have changed. The listener is called from the message loop, because it may do anything.
   void OnKeys(std::function<void()> listener) { keysListener = std::move(listener); }
   void NoteKeys();
   void NoteMenu(bool isUp);
-  // Of our own window class: a host may look for messages of its own among those for the windows in its window.
+  // In the range of the window class, WM_USER, because a host may look for messages of its own, from WM_APP on, among
+  // those for its child windows.
   static constexpr UINT KeysMessage = WM_USER;
   void TellKeys();
-  // A menu of the windows is up, or one of them holds the mouse.
+  // Whether a menu is up or a window of the tree has captured the mouse.
   bool IsUserAtWork() const;
 
-  // While one of these lives a message is under way, and the pane and its views exist.
+  // A message that is being handled: keeps the tree and its views alive during its life.
   class Message {
   public:
-    explicit Message(Pane& pane) : kept(pane.shared_from_this()) { ++kept->messages; }
+    explicit Message(ViewTree& tree) : kept(tree.shared_from_this()) { ++kept->messages; }
     Message(const Message&) = delete;
     Message& operator=(const Message&) = delete;
     ~Message() {
@@ -95,7 +99,7 @@ public:
     }
 
   private:
-    std::shared_ptr<Pane> kept;
+    std::shared_ptr<ViewTree> kept;
   };
 
 private:
@@ -109,14 +113,15 @@ private:
   Scale scale;
   bool isInputAllowed = true;
   std::function<std::shared_ptr<void>()> hold;
-  bool isMade = false;  // something is there for Close to take down
+  bool isMade = false;  // Close has something to destroy
   ControlView* rootView = nullptr;
-  std::unique_ptr<ViewFactory> factory;  // outlives the views
+  std::unique_ptr<ViewFactory> factory;  // must outlive the views
   std::unordered_map<const Control*, std::unique_ptr<ControlView>> views;
-  std::unique_ptr<ControlView> retired;  // and those before it
+  std::unordered_map<HWND, ControlView*> windows;  // index of the views that have a window
+  std::unique_ptr<ControlView> retired;            // the head of the list of retired views
   int messages = 0;
   std::function<void()> keysListener;
-  bool areKeysNoted = false;  // the message that tells of them is on its way
+  bool areKeysNoted = false;  // KeysMessage is posted
   bool isInMenu = false;
   HFONT font = nullptr;
   HWND toolTips = nullptr;

@@ -1,4 +1,4 @@
-#include "activex/Edge.h"
+#include "activex/ComBoundary.h"
 
 #include <oleauto.h>
 #include <wrl/client.h>
@@ -12,7 +12,7 @@
 namespace kw::activex {
 namespace {
 
-// Null without memory; unlike Bstr it throws nothing, since an error is being handled already.
+// Returns null if memory runs out. It does not throw, unlike Bstr, because an error is being handled already.
 BSTR ToBstr(std::string_view text) noexcept {
   const auto length = static_cast<int>(text.size());
   const int count = MultiByteToWideChar(CP_UTF8, 0, text.data(), length, nullptr, 0);
@@ -47,7 +47,7 @@ HRESULT Report(const std::exception* error) noexcept {
   }
   SetErrorText(known->Description(), known->Source());
   const std::int32_t number = known->Number();
-  if (number < 0) return number;  // an automation error keeps its own code
+  if (number < 0) return number;  // it is an HRESULT already
   return MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, static_cast<unsigned>(number) & 0xFFFFU);
 }
 

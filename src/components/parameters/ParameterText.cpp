@@ -1,0 +1,87 @@
+#include "components/parameters/ParameterText.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <cstddef>
+#include <system_error>
+
+namespace kw {
+namespace {
+
+bool IsCapital(char c) { return c >= 'A' && c <= 'Z'; }
+char Small(char c) { return IsCapital(c) ? static_cast<char>(c - 'A' + 'a') : c; }
+
+std::string_view Trimmed(std::string_view text) {
+  while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
+  while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
+  return text;
+}
+
+}  // namespace
+
+std::string LabelOf(std::string_view name) {
+  std::string label;
+  for (const char c : name) {
+    if (!label.empty() && IsCapital(c)) label += ' ';
+    label += label.empty() ? c : Small(c);
+  }
+  return label;
+}
+
+std::vector<std::string> WithMnemonics(std::span<const Parameter> fields, std::string_view taken) {
+  std::string used(taken);
+  std::vector<std::string> labels;
+  for (const Parameter& field : fields) {
+    std::string label = LabelOf(field.name);
+    const auto isFree = [&](char c) { return c != ' ' && used.find(Small(c)) == std::string::npos; };
+    const auto letter = std::ranges::find_if(label, isFree);
+    if (letter != label.end()) {
+      used += Small(*letter);
+      label.insert(letter, '&');
+    }
+    labels.push_back(label);
+  }
+  return labels;
+}
+
+std::string NumberText(double value, std::string_view separator) {
+  std::array<char, 512> digits = {};  // the largest double has 309
+  const double rounded = std::round(value * 1000) / 1000;
+  const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), rounded, std::chars_format::fixed);
+  std::string text(digits.data(), result.ptr);
+  if (const auto point = text.find('.'); point != std::string::npos) text.replace(point, 1, separator);
+  return text;
+}
+
+std::optional<double> NumberOf(std::string_view text, const Parameter& field, std::string_view separator) {
+  std::string digits(Trimmed(text));
+  if (const auto at = digits.find(separator); !separator.empty() && at != std::string::npos)
+    digits.replace(at, separator.size(), ".");
+  std::ranges::replace(digits, ',', '.');
+  if (digits.starts_with('+') && !digits.starts_with("+-")) digits.erase(0, 1);
+  double value = 0;
+  const char* const end = digits.data() + digits.size();
+  const auto [next, error] = std::from_chars(digits.data(), end, value, std::chars_format::fixed);
+  if (error != std::errc() || next != end) return std::nullopt;
+  // The text may say "nan", for which every comparison is false.
+  if (!(value >= field.least && value <= field.greatest)) return std::nullopt;
+  if (field.whole && std::floor(value) != value) return std::nullopt;
+  return value;
+}
+
+std::string RangeText(const Parameter& field, std::string_view separator) {
+  const auto number = [&](double value) { return NumberText(value, separator); };
+  std::string text = LabelOf(field.name) + ": ";
+  if (!field.choices.empty()) {
+    text += "default ";
+    return text += field.choices[static_cast<std::size_t>(field.standard - field.least)];
+  }
+  text += number(field.least) + " to " + number(field.greatest);
+  if (!field.unit.empty()) text.append(" ").append(field.unit);
+  if (!field.zero.empty()) text.append("; 0: ").append(field.zero);
+  return text + "; default " + number(field.standard);
+}
+
+}  // namespace kw
