@@ -9,8 +9,8 @@
 namespace kw::test {
 namespace {
 
-constexpr Parameter Angle{"Angle", -360, 360, 90, false, "degrees"};
-constexpr Parameter Level{"Level", 0, 255, 0, true, "", "found"};
+constexpr Parameter AngleField{"Angle", -360, 360, 90, false, "degrees"};
+constexpr Parameter LevelField{"Level", 0, 255, 0, true, "", "found"};
 
 TEST(ParameterText, LabelsAreWordsWithALetterEach) {
   EXPECT_EQ(LabelOf("BlurSigma"), "Blur sigma");
@@ -37,14 +37,14 @@ TEST(ParameterText, NumbersHaveNoMoreDigitsThanTheyNeed) {
 TEST(ParameterText, ReadsWhatItWritesWithAnySeparator) {
   for (const char* separator : {".", ",", "\xD9\xAB"}) {
     for (const double value : {-360.0, -0.125, 0.0, 2.5, 90.0, 359.999}) {
-      EXPECT_EQ(NumberOf(NumberText(value, separator), Angle, separator), value) << separator;
+      EXPECT_EQ(NumberOf(NumberText(value, separator), AngleField, separator), value) << separator;
     }
   }
-  EXPECT_EQ(NumberOf(" 0,75 ", Angle, "."), 0.75);
-  EXPECT_EQ(NumberOf("0.75", Angle, ","), 0.75);
-  EXPECT_EQ(NumberOf("+4", Angle, "."), 4);
-  EXPECT_EQ(NumberOf(".5", Angle, "."), 0.5);
-  EXPECT_EQ(NumberOf("5.", Angle, ""), 5);
+  EXPECT_EQ(NumberOf(" 0,75 ", AngleField, "."), 0.75);
+  EXPECT_EQ(NumberOf("0.75", AngleField, ","), 0.75);
+  EXPECT_EQ(NumberOf("+4", AngleField, "."), 4);
+  EXPECT_EQ(NumberOf(".5", AngleField, "."), 0.5);
+  EXPECT_EQ(NumberOf("5.", AngleField, ""), 5);
 }
 
 TEST(ParameterText, ReadsNoTextThatIsNoNumberOfTheField) {
@@ -68,16 +68,16 @@ TEST(ParameterText, ReadsNoTextThatIsNoNumberOfTheField) {
                            "\xFF",
                            "4\xE2\x82\xAC",
                            "99999999999999999999999999999999999999999999999999999999999999999999999999"})
-    EXPECT_EQ(NumberOf(text, Angle, "."), std::nullopt) << text;
-  EXPECT_EQ(NumberOf(std::string_view("5\0", 2), Angle, "."), std::nullopt);
-  EXPECT_EQ(NumberOf("1.5", Level, "."), std::nullopt);
-  EXPECT_EQ(NumberOf("1.0", Level, "."), 1);
-  EXPECT_EQ(NumberOf("256", Level, "."), std::nullopt);
+    EXPECT_EQ(NumberOf(text, AngleField, "."), std::nullopt) << text;
+  EXPECT_EQ(NumberOf(std::string_view("5\0", 2), AngleField, "."), std::nullopt);
+  EXPECT_EQ(NumberOf("1.5", LevelField, "."), std::nullopt);
+  EXPECT_EQ(NumberOf("1.0", LevelField, "."), 1);
+  EXPECT_EQ(NumberOf("256", LevelField, "."), std::nullopt);
 }
 
 TEST(ParameterText, TellsTheRangeInALine) {
-  EXPECT_EQ(RangeText(Angle, "."), "Angle: -360 to 360 degrees; default 90");
-  EXPECT_EQ(RangeText(Level, "."), "Level: 0 to 255; 0: found; default 0");
+  EXPECT_EQ(RangeText(AngleField, "."), "AngleField: -360 to 360 degrees; default 90");
+  EXPECT_EQ(RangeText(LevelField, "."), "Level: 0 to 255; 0: found; default 0");
   EXPECT_EQ(RangeText({"BlurSigma", 0.3, 50, 1.5, false, "pixels"}, ","), "Blur sigma: 0,3 to 50 pixels; default 1,5");
   static constexpr std::string_view choices[] = {"First", "Second"};
   EXPECT_EQ(RangeText({"Kernel", 3, 4, 4, true, "", "", choices}, "."), "Kernel: default Second");

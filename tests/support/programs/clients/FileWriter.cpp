@@ -24,12 +24,19 @@ void AppendLines(const std::string& path, const std::string& name, int count) {
   for (int i = 0; i < count; ++i) kw::AppendToFile(path, name + std::to_string(i) + "\r\n");
 }
 
+// Stamps are added without a container.
+class NoEvents : public kw::EditorEvents {
+  void Raise(kw::EventId /*event*/, std::span<const Argument> /*arguments*/) override {}
+  void PropertyChanged(kw::PropertyId /*property*/) override {}
+};
+
 void AddStamps(const std::string& folder, const std::string& name, int count) {
   kw::AppDir = folder;
   kw::windows::WindowsDesktop desktop;
   kw::LightWeightMarker anyControl("anyControl");
   kw::Log log("log");
-  kw::Trap trap(desktop, anyControl, anyControl, anyControl, log);
+  NoEvents events;
+  kw::Trap trap(desktop, events, anyControl, anyControl, anyControl, log);
   kw::StampList list(desktop, trap);
   for (int i = 0; i < count; ++i) list.AddStamp(name + std::to_string(i));
 }
