@@ -5,9 +5,9 @@
 #include <commctrl.h>
 #include <olectl.h>
 
-#include "tests/activex/BoxAnswerer.h"
 #include "tests/activex/Fixture.h"
 #include "tests/activex/StrictContainer.h"
+#include "tests/support/win32/BoxAnswerer.h"
 
 namespace kw::test {
 namespace {

@@ -12,10 +12,10 @@
 #include <thread>
 #include <vector>
 
-#include "tests/activex/BoxAnswerer.h"
 #include "tests/activex/Ocx.h"
 #include "tests/activex/StrictContainer.h"
-#include "tests/activex/ToolBarButtons.h"
+#include "tests/support/win32/BoxAnswerer.h"
+#include "tests/support/win32/ToolBarButtons.h"
 
 namespace kw::test {
 namespace {

@@ -4,9 +4,9 @@
 
 #include <ole2.h>
 
-#include "tests/activex/BoxAnswerer.h"
 #include "tests/activex/Fixture.h"
 #include "tests/activex/Sinks.h"
+#include "tests/support/win32/BoxAnswerer.h"
 
 namespace kw::test {
 namespace {

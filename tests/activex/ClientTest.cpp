@@ -3,7 +3,7 @@
 #include <windows.h>
 
 #include "tests/activex/Fixture.h"
-#include "tests/windows/Process.h"
+#include "tests/support/win32/Process.h"
 
 namespace kw::test {
 namespace {

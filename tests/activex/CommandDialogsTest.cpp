@@ -10,11 +10,11 @@
 #include <string>
 #include <vector>
 
-#include "tests/activex/BoxAnswerer.h"
 #include "tests/activex/CommandFixture.h"
 #include "tests/activex/MainThread.h"
 #include "tests/activex/Sinks.h"
 #include "tests/support/CommandScene.h"
+#include "tests/support/win32/BoxAnswerer.h"
 
 namespace kw::test {
 namespace {

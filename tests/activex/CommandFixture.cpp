@@ -6,9 +6,9 @@
 #include <filesystem>
 
 #include "picture/PictureDocument.h"
-#include "tests/activex/BoxAnswerer.h"
 #include "tests/support/CommandScene.h"
 #include "tests/support/TemporaryFolder.h"
+#include "tests/support/win32/BoxAnswerer.h"
 
 namespace kw::test {
 namespace {

@@ -10,8 +10,8 @@
 #include "components/base/Bitmap.h"
 #include "tests/activex/Fixture.h"
 #include "tests/activex/StrictContainer.h"
-#include "tests/activex/ToolBarButtons.h"
 #include "tests/support/CommandCases.h"
+#include "tests/support/win32/ToolBarButtons.h"
 
 namespace kw::test {
 

@@ -9,11 +9,11 @@
 #include <iterator>
 #include <map>
 
-#include "tests/activex/BoxAnswerer.h"
 #include "tests/activex/Fixture.h"
 #include "tests/activex/MainThread.h"
 #include "tests/activex/Sinks.h"
 #include "tests/data/TestData.h"
+#include "tests/support/win32/BoxAnswerer.h"
 
 namespace kw::test {
 namespace {

@@ -7,9 +7,9 @@
 
 #include <algorithm>
 
-#include "tests/activex/BoxAnswerer.h"
 #include "tests/activex/Fixture.h"
 #include "tests/activex/Sinks.h"
+#include "tests/support/win32/BoxAnswerer.h"
 
 namespace kw::test {
 namespace {

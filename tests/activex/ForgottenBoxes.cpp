@@ -6,7 +6,7 @@
 #include <mutex>
 #include <thread>
 
-#include "tests/activex/BoxAnswerer.h"
+#include "tests/support/win32/BoxAnswerer.h"
 
 namespace kw::test {
 namespace {

@@ -4,20 +4,12 @@
 
 #include <cwctype>
 
+#include "tests/support/win32/ChildWindows.h"
+
 namespace kw::test {
 namespace {
 
 constexpr DWORD LongestWait = 10000;
-
-INPUT KeyInput(WORD key, bool isUp) {
-  INPUT input = {};
-  input.type = INPUT_KEYBOARD;
-  input.ki.wVk = key;
-  input.ki.wScan = static_cast<WORD>(MapVirtualKeyW(key, MAPVK_VK_TO_VSC));
-  input.ki.dwFlags = isUp ? KEYEVENTF_KEYUP : 0;
-  if (key == VK_DELETE) input.ki.dwFlags |= KEYEVENTF_EXTENDEDKEY;
-  return input;
-}
 
 INPUT ButtonInput(Hand::Button button, bool isUp) {
   INPUT input = {};
@@ -80,8 +72,6 @@ bool Hand::Await(const std::function<bool()>& condition) const {
 }
 
 void Hand::SendOnly(INPUT input) { EXPECT_EQ(SendInput(1, &input, sizeof input), 1U) << GetLastError(); }
-
-void Hand::SendKey(WORD key, bool isUp) { SendOnly(KeyInput(key, isUp)); }
 
 void Hand::SendRelease() { SendOnly(ButtonInput(Button::Left, true)); }
 
@@ -157,8 +147,14 @@ void Hand::DragAtOnce(POINT start, POINT end) {
   Rest();
 }
 
-void Hand::Hold(WORD key) const { Send(KeyInput(key, false)); }
-void Hand::LetGo(WORD key) const { Send(KeyInput(key, true)); }
+void Hand::Hold(WORD key) const {
+  SendKey(key, false);
+  Pump();
+}
+void Hand::LetGo(WORD key) const {
+  SendKey(key, true);
+  Pump();
+}
 
 // The display server knows nothing of the key that is held: it would be let go when a window that goes or comes makes
 // the server tell which keys are down. So that is waited for.

@@ -47,7 +47,6 @@ public:
   // Types letters, digits and blanks.
   void Type(const std::wstring& text) const;
   // Only sends it; for other threads.
-  static void SendKey(WORD key, bool isUp);
   static void SendRelease();
 
 private:

@@ -5,8 +5,8 @@
 #include <memory>
 #include <string>
 
-#include "tests/activex/BoxAnswerer.h"
 #include "tests/activex/InputFixture.h"
+#include "tests/support/win32/BoxAnswerer.h"
 
 namespace kw::test {
 namespace {
@@ -44,7 +44,7 @@ protected:
   }
   // A click on the button of a tool that does not come from the mouse.
   void ChooseAside(const std::wstring& toolTip) const {
-    const BarButton button = ButtonOf(toolTip);
+    const ToolBarButton button = ButtonOf(toolTip);
     SendMessageW(GetParent(button.bar), WM_COMMAND, static_cast<WPARAM>(button.id),
                  reinterpret_cast<LPARAM>(button.bar));
   }

@@ -2,8 +2,8 @@
 
 #include <cstdlib>
 
-#include "tests/activex/BoxAnswerer.h"
 #include "tests/activex/InputFixture.h"
+#include "tests/support/win32/BoxAnswerer.h"
 
 namespace kw::test {
 namespace {
@@ -256,7 +256,7 @@ TEST_F(InputDrawing, ASignatureLetsItsPaperThrough) {
   const std::wstring path = scratch.WriteBitmap(L"signature.bmp", 60, 30, [](int x, int y) {
     return x > 4 && x < 55 && y > 12 && y < 18 ? RGB(0, 0, 0) : White;
   });
-  const BarButton tool = ButtonOf(L"Signature");
+  const ToolBarButton tool = ButtonOf(L"Signature");
   EXPECT_FALSE(tool.IsEnabled());
   control->put_SignatureFilePath(Text(path));
   EXPECT_TRUE(tool.IsEnabled());

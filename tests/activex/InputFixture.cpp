@@ -5,9 +5,10 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <map>
 
-#include "tests/activex/BoxAnswerer.h"
 #include "tests/activex/EditorWindows.h"
+#include "tests/support/win32/BoxAnswerer.h"
 
 namespace kw::test {
 namespace {
@@ -23,31 +24,7 @@ std::ostream& Write(std::ostream& out, const RECT& place) {
   return out << place.left << ", " << place.top << " to " << place.right << ", " << place.bottom;
 }
 
-// What the tool bar says about a button when the mouse rests on it.
-std::wstring ToolTipOf(HWND bar, int id) {
-  wchar_t text[128] = {};
-  NMTBGETINFOTIPW asked = {};
-  asked.hdr.hwndFrom = bar;
-  asked.hdr.code = static_cast<UINT>(TBN_GETINFOTIPW);
-  asked.pszText = static_cast<wchar_t*>(text);
-  asked.cchTextMax = static_cast<int>(std::size(text));
-  asked.iItem = id;
-  SendMessageW(GetParent(bar), WM_NOTIFY, 0, reinterpret_cast<LPARAM>(&asked));
-  return static_cast<const wchar_t*>(text);
-}
-
 }  // namespace
-
-bool BarButton::IsEnabled() const { return SendMessageW(bar, TB_ISBUTTONENABLED, static_cast<WPARAM>(id), 0) != 0; }
-bool BarButton::IsPressed() const { return SendMessageW(bar, TB_ISBUTTONCHECKED, static_cast<WPARAM>(id), 0) != 0; }
-
-POINT BarButton::Middle() const {
-  RECT place = {};
-  SendMessageW(bar, TB_GETRECT, static_cast<WPARAM>(id), reinterpret_cast<LPARAM>(&place));
-  POINT middle = {(place.left + place.right) / 2, (place.top + place.bottom) / 2};
-  ClientToScreen(bar, &middle);
-  return middle;
-}
 
 testing::AssertionResult Is(const RECT& found, const RECT& expected) {
   if (EqualRect(&found, &expected) != FALSE) return testing::AssertionSuccess();
@@ -131,19 +108,17 @@ std::string InputTest::TraceEnd() const {
   return text.size() <= Enough ? text : text.substr(text.size() - Enough);
 }
 
-BarButton InputTest::ButtonOf(const std::wstring& toolTip) const {
-  for (const HWND bar : ChildWindows(editor, TOOLBARCLASSNAMEW)) {
-    const auto count = static_cast<int>(SendMessageW(bar, TB_BUTTONCOUNT, 0, 0));
-    for (int id = 1; id <= count; ++id) {
-      if (ToolTipOf(bar, id) == toolTip) return {bar, id};
-    }
-  }
-  ADD_FAILURE() << "no button " << std::string(toolTip.begin(), toolTip.end());
+ToolBarButton InputTest::ButtonOf(const std::wstring& toolTip) const {
+  const std::map<std::string, ToolBarButton> buttons = ToolBarButtons(editor);
+  const std::string name(toolTip.begin(), toolTip.end());
+  const auto found = buttons.find(name);
+  if (found != buttons.end()) return found->second;
+  ADD_FAILURE() << "no button " << name;
   return {};
 }
 
 void InputTest::Choose(const std::wstring& toolTip) {
-  const BarButton button = ButtonOf(toolTip);
+  const ToolBarButton button = ButtonOf(toolTip);
   ASSERT_TRUE(button.IsFound() && button.IsEnabled());
   const BoxAnswerer user;
   hand.ClickAt(button.Middle());

@@ -6,25 +6,14 @@
 #include <string>
 #include <vector>
 
-#include "tests/activex/Bystander.h"
 #include "tests/activex/Fixture.h"
 #include "tests/activex/Hand.h"
-#include "tests/activex/Snapshot.h"
 #include "tests/activex/StrictContainer.h"
+#include "tests/support/win32/Bystander.h"
+#include "tests/support/win32/Snapshot.h"
+#include "tests/support/win32/ToolBarButtons.h"
 
 namespace kw::test {
-
-// A button of a tool bar of the control.
-struct BarButton {
-  HWND bar = nullptr;
-  int id = 0;
-
-  bool IsFound() const { return bar != nullptr; }
-  bool IsEnabled() const;
-  bool IsPressed() const;
-  // Its middle on the screen.
-  POINT Middle() const;
-};
 
 // The control in an active container that shows a page, and a user's hand. The page is white and has parts to work on.
 class InputTest : public ControlTest {
@@ -52,7 +41,7 @@ protected:
   void OpenPage();
 
   // The button with that tool tip.
-  BarButton ButtonOf(const std::wstring& toolTip) const;
+  ToolBarButton ButtonOf(const std::wstring& toolTip) const;
   // Clicks the button of a tool and waits until it is pressed. The notice of the selection tool is answered.
   void Choose(const std::wstring& toolTip);
   // Takes the colours of the page's patches with the colour picker.

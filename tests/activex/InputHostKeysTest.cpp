@@ -9,10 +9,10 @@
 #include <string>
 #include <vector>
 
-#include "tests/activex/BoxAnswerer.h"
 #include "tests/activex/EditorWindows.h"
 #include "tests/activex/InputFixture.h"
-#include "tests/activex/Soon.h"
+#include "tests/support/win32/BoxAnswerer.h"
+#include "tests/support/win32/Soon.h"
 
 namespace kw::test {
 namespace {

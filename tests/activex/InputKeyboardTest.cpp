@@ -4,9 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "tests/activex/BoxAnswerer.h"
 #include "tests/activex/InputFixture.h"
 #include "tests/activex/OtherProgram.h"
+#include "tests/support/win32/BoxAnswerer.h"
 
 namespace kw::test {
 namespace {

@@ -83,7 +83,7 @@ TEST_F(InputLayers, UnderAnotherToolThePointerOverALayerIsThatOfTheTool) {
   hand.GlideTo(over);
   EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_SIZEALL));
   // Chosen with the keyboard while the mouse stays where it is.
-  const BarButton line = ButtonOf(L"Line");
+  const ToolBarButton line = ButtonOf(L"Line");
   PostMessageW(GetParent(line.bar), WM_COMMAND, static_cast<WPARAM>(line.id), reinterpret_cast<LPARAM>(line.bar));
   EXPECT_TRUE(hand.Await([&] { return line.IsPressed(); }));
   EXPECT_EQ(GetCursor(), LoadCursorW(nullptr, IDC_CROSS)) << "before it moves";

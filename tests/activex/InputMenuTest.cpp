@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-#include "tests/activex/BoxAnswerer.h"
 #include "tests/activex/InputFixture.h"
 #include "tests/activex/OtherProgram.h"
+#include "tests/support/win32/BoxAnswerer.h"
 
 namespace kw::test {
 namespace {
@@ -59,8 +59,8 @@ protected:
     Entries shown;
     const Bystander user(MenuClass, {}, [&](HWND menu) {
       shown = EntriesOf(menu);
-      Hand::SendKey(key, false);
-      Hand::SendKey(key, true);
+      SendKey(key, false);
+      SendKey(key, true);
     });
     hand.ClickAt(OnCanvas(OnLayer.x, OnLayer.y), Hand::Button::Right);
     EXPECT_TRUE(hand.Await([&] { return user.HasActed(); }));

@@ -1,11 +1,11 @@
 // A user scans with the buttons of the tool bar.
 
-#include "tests/activex/BoxAnswerer.h"
 #include "tests/activex/InputFixture.h"
 #include "tests/activex/OtherProgram.h"
-#include "tests/activex/Soon.h"
 #include "tests/support/programs/twain/TestScanner.h"
 #include "tests/support/programs/twain/TestSheet.h"
+#include "tests/support/win32/BoxAnswerer.h"
+#include "tests/support/win32/Soon.h"
 
 namespace kw::test {
 namespace {
@@ -19,7 +19,7 @@ protected:
   }
   // Clicks the button and answers what comes up.
   std::vector<std::string> BoxesOf(const std::wstring& toolTip) {
-    const BarButton button = ButtonOf(toolTip);
+    const ToolBarButton button = ButtonOf(toolTip);
     EXPECT_TRUE(button.IsFound() && button.IsEnabled());
     const BoxAnswerer user;
     hand.ClickAt(button.Middle());

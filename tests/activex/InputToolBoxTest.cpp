@@ -4,9 +4,9 @@
 #include <functional>
 #include <vector>
 
-#include "tests/activex/BoxAnswerer.h"
 #include "tests/activex/EditorWindows.h"
 #include "tests/activex/InputFixture.h"
+#include "tests/support/win32/BoxAnswerer.h"
 
 namespace kw::test {
 namespace {

@@ -9,13 +9,13 @@
 #include <map>
 
 #include "tests/activex/Aggregate.h"
-#include "tests/activex/BoxAnswerer.h"
 #include "tests/activex/EditorWindows.h"
 #include "tests/activex/Fixture.h"
 #include "tests/activex/MainThread.h"
 #include "tests/activex/Sinks.h"
 #include "tests/activex/StrictContainer.h"
-#include "tests/activex/ToolBarButtons.h"
+#include "tests/support/win32/BoxAnswerer.h"
+#include "tests/support/win32/ToolBarButtons.h"
 #include "tests/windows/ImportPatch.h"
 
 namespace kw::test {

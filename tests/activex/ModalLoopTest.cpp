@@ -5,8 +5,8 @@
 
 #include <commctrl.h>
 
-#include "tests/activex/BoxAnswerer.h"
 #include "tests/activex/InputFixture.h"
+#include "tests/support/win32/BoxAnswerer.h"
 
 namespace kw::test {
 namespace {

@@ -17,18 +17,6 @@ std::wstring ProgramPath() {
   return path;
 }
 
-struct ChildSearch {
-  std::wstring className;
-  std::vector<HWND> found;
-};
-
-BOOL CALLBACK Collect(HWND window, LPARAM search) {
-  auto& asked = *reinterpret_cast<ChildSearch*>(search);
-  wchar_t name[128];
-  if (GetClassNameW(window, name, 128) > 0 && asked.className == name) asked.found.push_back(window);
-  return TRUE;
-}
-
 template <class Procedure>
 Procedure Find(const char* name) {
   return reinterpret_cast<Procedure>(reinterpret_cast<void*>(GetProcAddress(Ocx::Library(), name)));
@@ -158,40 +146,11 @@ std::wstring ScratchFolder::WriteBitmap(const std::wstring& name, int width, int
 
 bool FileExists(const std::wstring& path) { return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES; }
 
-void PumpMessages(DWORD milliseconds) {
-  const DWORD start = GetTickCount();
-  for (;;) {
-    MSG message = {};
-    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != 0) {
-      TranslateMessage(&message);
-      DispatchMessageW(&message);
-    }
-    const DWORD gone = GetTickCount() - start;
-    if (gone >= milliseconds) return;
-    MsgWaitForMultipleObjects(0, nullptr, FALSE, milliseconds - gone, QS_ALLINPUT);
-  }
-}
-
-bool PumpUntil(const std::function<bool()>& condition) {
-  for (const DWORD start = GetTickCount(); GetTickCount() - start < 10000;) {
-    PumpMessages();
-    if (condition()) return true;
-    MsgWaitForMultipleObjects(0, nullptr, FALSE, 10, QS_ALLINPUT);
-  }
-  return false;
-}
-
 int TracedTimes(const std::wstring& folder, const std::string& name) {
   std::ifstream trace(std::filesystem::path(folder + L"FunctionsInExecution.txt"), std::ios::binary);
   int times = 0;
   for (std::string line; std::getline(trace, line);) times += line == name + "\r" ? 1 : 0;
   return times;
-}
-
-std::vector<HWND> ChildWindows(HWND parent, const std::wstring& className) {
-  ChildSearch search{className, {}};
-  EnumChildWindows(parent, &Collect, reinterpret_cast<LPARAM>(&search));
-  return search.found;
 }
 
 std::wstring Take(BSTR text) {

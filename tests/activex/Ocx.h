@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "activex/KwEditor.h"
+#include "tests/support/win32/ChildWindows.h"
 
 namespace kw::test {
 
@@ -52,16 +53,8 @@ private:
 
 bool FileExists(const std::wstring& path);
 
-// Handles the messages of this thread that are there and those that come within the time.
-void PumpMessages(DWORD milliseconds = 0);
-// Handles messages until the condition holds; false where that takes longer than ten seconds.
-bool PumpUntil(const std::function<bool()>& condition);
-
 // How often the control's trace in that folder has a line.
 int TracedTimes(const std::wstring& folder, const std::string& name);
-
-// The windows of a class below a window.
-std::vector<HWND> ChildWindows(HWND parent, const std::wstring& className);
 
 // A BSTR for one call.
 class Text {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "tests/windows/Process.h"
+#include "tests/support/win32/Process.h"
 
 namespace kw::test {
 

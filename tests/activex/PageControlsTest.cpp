@@ -6,10 +6,10 @@
 
 #include <algorithm>
 
-#include "tests/activex/BoxAnswerer.h"
 #include "tests/activex/EditorWindows.h"
 #include "tests/activex/InputFixture.h"
 #include "tests/activex/Sinks.h"
+#include "tests/support/win32/BoxAnswerer.h"
 
 namespace kw::test {
 namespace {

@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "tests/activex/BoxAnswerer.h"
 #include "tests/activex/Fixture.h"
 #include "tests/activex/Sinks.h"
+#include "tests/support/win32/BoxAnswerer.h"
 
 namespace kw::test {
 namespace {

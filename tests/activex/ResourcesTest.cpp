@@ -15,10 +15,10 @@
 #include <utility>
 #include <vector>
 
-#include "tests/activex/BoxAnswerer.h"
 #include "tests/activex/EditorWindows.h"
 #include "tests/activex/InputFixture.h"
-#include "tests/windows/SystemObjects.h"
+#include "tests/support/win32/BoxAnswerer.h"
+#include "tests/support/win32/SystemObjects.h"
 
 namespace kw::test {
 namespace {
@@ -81,7 +81,7 @@ protected:
     PumpMessages(30);
   }
   void Press(const std::wstring& toolTip) const {
-    const BarButton button = ButtonOf(toolTip);
+    const ToolBarButton button = ButtonOf(toolTip);
     ASSERT_TRUE(button.IsFound());
     POINT at = button.Middle();
     ScreenToClient(button.bar, &at);

@@ -9,11 +9,11 @@
 #include <string>
 #include <vector>
 
-#include "tests/activex/BoxAnswerer.h"
 #include "tests/activex/CommandFixture.h"
 #include "tests/activex/Sinks.h"
-#include "tests/activex/Soon.h"
 #include "tests/support/CommandScene.h"
+#include "tests/support/win32/BoxAnswerer.h"
+#include "tests/support/win32/Soon.h"
 
 namespace kw::test {
 namespace {

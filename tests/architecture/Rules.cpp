@@ -86,6 +86,7 @@ bool MayTalkToTheSystem(std::string_view path) {
   if (path.starts_with("src/components/base/SystemFile")) return true;   // what files need of each system
   if (path.starts_with("tests/support/programs/twain/")) return true;    // a driver for Windows
   if (path.starts_with("tests/support/programs/clients/")) return true;  // programs for Windows
+  if (path.starts_with("tests/support/win32/")) return true;             // what tests of real windows share
   return folder == "windows" || folder == "activex" || folder == "host" ||
          (folder == "tools" && file.starts_with("Platform"));
 }

@@ -4,7 +4,8 @@
 
 #include <string>
 
-#include "tests/windows/Answerer.h"
+#include "tests/support/win32/Answerer.h"
+#include "tests/windows/OwnedDesktop.h"
 #include "tests/windows/TestForm.h"
 
 namespace kw::test {

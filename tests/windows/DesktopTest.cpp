@@ -10,7 +10,8 @@
 
 #include "components/base/RunTimeError.h"
 #include "components/controls/Timer.h"
-#include "tests/windows/Answerer.h"
+#include "tests/support/win32/Answerer.h"
+#include "tests/windows/OwnedDesktop.h"
 #include "tests/windows/TestForm.h"
 #include "windows/base/ClipboardFormats.h"
 #include "windows/base/Text.h"

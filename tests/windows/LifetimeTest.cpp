@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/windows/SystemObjects.h"
+#include "tests/support/win32/SystemObjects.h"
 #include "tests/windows/TestForm.h"
 
 namespace kw::test {

@@ -9,7 +9,7 @@
 #include <thread>
 
 #include "components/base/RunTimeError.h"
-#include "tests/windows/PostedMessages.h"
+#include "tests/support/win32/PostedMessages.h"
 #include "tests/windows/TestForm.h"
 #include "windows/base/Text.h"
 

@@ -14,7 +14,7 @@
 #include "stamps/frmApprovedXTimes.h"
 #include "tests/support/RecordedEvents.h"
 #include "tests/support/TemporaryFolder.h"
-#include "tests/windows/PostedMessages.h"
+#include "tests/support/win32/PostedMessages.h"
 #include "tests/windows/TestForm.h"
 #include "windows/WindowsDesktop.h"
 #include "windows/base/Text.h"

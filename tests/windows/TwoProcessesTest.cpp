@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "tests/support/TemporaryFolder.h"
-#include "tests/windows/Process.h"
+#include "tests/support/win32/Process.h"
 #include "windows/WindowsDesktop.h"
 #include "windows/base/Text.h"
 

@@ -17,7 +17,7 @@
 #include <string>
 
 #include "activex/KwEditor.h"
-#include "tests/activex/BoxAnswerer.h"
+#include "tests/support/win32/BoxAnswerer.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "tests/activex/Snapshot.h"
+#include "tests/support/win32/Snapshot.h"
 
 #include <algorithm>
 #include <cstddef>

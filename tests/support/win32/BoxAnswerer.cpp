@@ -1,4 +1,4 @@
-#include "tests/activex/BoxAnswerer.h"
+#include "tests/support/win32/BoxAnswerer.h"
 
 #include <utility>
 

@@ -17,6 +17,9 @@ struct ToolBarButton {
   void Click() const;
   // As a program does it that knows the button's command: by a message to the bar's parent.
   void Post() const;
+  // Its middle on the screen.
+  POINT Middle() const;
+  bool IsFound() const { return bar != nullptr; }
   bool IsShown() const;
   bool IsEnabled() const;
   bool IsPressed() const;

@@ -1,11 +1,11 @@
-#include "tests/activex/Bystander.h"
+#include "tests/support/win32/Bystander.h"
 
 #include <gtest/gtest.h>
 
 #include <iterator>
 #include <utility>
 
-#include "tests/activex/Hand.h"
+#include "tests/support/win32/ChildWindows.h"
 
 namespace kw::test {
 namespace {
@@ -71,8 +71,8 @@ void Bystander::Strike(HWND window, WORD key) {
     return GetGUIThreadInfo(thread, &info) != FALSE && GetForegroundWindow() == GetAncestor(info.hwndFocus, GA_ROOT) &&
            (info.hwndFocus == window || IsChild(window, info.hwndFocus) != FALSE);
   }));
-  Hand::SendKey(key, false);
-  Hand::SendKey(key, true);
+  SendKey(key, false);
+  SendKey(key, true);
 }
 
 HWND Bystander::FieldOf(HWND dialog) {

@@ -1,9 +1,9 @@
-#include "tests/activex/ToolBarButtons.h"
+#include "tests/support/win32/ToolBarButtons.h"
 
 #include <commctrl.h>
 
 #include "resources/KwIcons.h"
-#include "tests/activex/Ocx.h"
+#include "tests/support/win32/ChildWindows.h"
 
 namespace kw::test {
 namespace {
@@ -37,6 +37,14 @@ void ToolBarButton::Click() const {
 void ToolBarButton::Post() const {
   PostMessageW(GetParent(bar), WM_COMMAND, static_cast<WPARAM>(id), reinterpret_cast<LPARAM>(bar));
   PumpMessages();
+}
+
+POINT ToolBarButton::Middle() const {
+  RECT bounds = {};
+  SendMessageW(bar, TB_GETITEMRECT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&bounds));
+  POINT middle = {(bounds.left + bounds.right) / 2, (bounds.top + bounds.bottom) / 2};
+  ClientToScreen(bar, &middle);
+  return middle;
 }
 
 bool ToolBarButton::IsShown() const { return IsWindowVisible(bar) != FALSE && (StateOf(*this) & TBSTATE_HIDDEN) == 0; }
