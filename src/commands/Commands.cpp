@@ -24,6 +24,14 @@ void AddEffects(std::vector<Command>& rows, const std::vector<Command>& others,
   }
 }
 
+// Adds a row for each tool: one of these, or one that runs nothing, because the group of buttons has chosen the tool.
+void AddTools(std::vector<Command>& rows, const std::vector<Command>& running) {
+  for (const Tool* tool : ToolsBy(&Tool::buttonPlace)) {
+    const auto own = std::ranges::find(running, tool->key, &Command::key);
+    rows.push_back(own == running.end() ? Command{tool->key, nullptr} : *own);
+  }
+}
+
 }  // namespace
 
 // An effect has a row here only if it is a verb, if more than the effect runs, or if its order is not that of the keys.
@@ -55,22 +63,11 @@ std::vector<Dispatcher::Command> Dispatcher::AllCommands() {
       {"VerticalFlip", engine, {"VerticalFlip"}, 7, "&Vertical Flip"},
       {"Flip", engine, {"HorizontalFlip", "VerticalFlip"}, 8, "&Flip Both Ways"},
       {"Erode", engine, {"Erode"}, 9, "&Erode"},
-      {"NoTools", &Dispatcher::ShowKey},
-      {"Chooser", nullptr},
-      {"Fill", nullptr},
-      {"Pen", nullptr},
-      {"Text", nullptr},
-      {"Line", nullptr},
-      {"Rectangle", nullptr},
-      {"Circle", nullptr},
-      {"Rubber", nullptr},
-      {"Image", nullptr},
-      {"Signature", &Dispatcher::Signature},
-      {"Stamp", &Dispatcher::Stamp},
-      {"NoFillInside", nullptr},
-      {"FillInside", nullptr},
-      {"FontSettings", &Dispatcher::FontSettings},
   };
+  AddTools(commands,
+           {{"NoTools", &Dispatcher::ShowKey}, {"Signature", &Dispatcher::Signature}, {"Stamp", &Dispatcher::Stamp}});
+  commands.insert(commands.end(),
+                  {{"NoFillInside", nullptr}, {"FillInside", nullptr}, {"FontSettings", &Dispatcher::FontSettings}});
   std::vector<Command> effects{
       {"DecreaseBpp", depth, {"DecreaseBpp"}},
       {"IncreaseBpp", depth, {"IncreaseBpp"}},

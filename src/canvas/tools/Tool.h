@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "components/controls/Control.h"
 #include "trap/Procedure.h"
@@ -41,6 +42,8 @@ struct Tool {
 
 // Every tool, in the order in which the mouse looks for the pressed one.
 std::span<const Tool* const> Tools();
+// The tools in one of their other orders.
+std::vector<const Tool*> ToolsBy(int Tool::*place);
 
 // The tools. Each stands in the file of its family.
 #define KW_TOOLS(TOOL) \

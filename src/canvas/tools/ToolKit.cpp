@@ -13,12 +13,6 @@ namespace {
 
 std::string CursorOf(const Tool& tool) { return std::string(tool.key) + ".Ico"; }
 
-std::vector<const Tool*> SortedBy(int Tool::*place) {
-  std::vector<const Tool*> sorted(Tools().begin(), Tools().end());
-  std::ranges::sort(sorted, {}, [place](const Tool* tool) { return tool->*place; });
-  return sorted;
-}
-
 }  // namespace
 
 std::span<const Tool* const> Tools() {
@@ -28,9 +22,15 @@ std::span<const Tool* const> Tools() {
   return all;
 }
 
+std::vector<const Tool*> ToolsBy(int Tool::*place) {
+  std::vector<const Tool*> sorted(Tools().begin(), Tools().end());
+  std::ranges::sort(sorted, {}, [place](const Tool* tool) { return tool->*place; });
+  return sorted;
+}
+
 ToolKit::ToolKit(const EditorContext& context, ColoursAndLines& coloursAndLines)
     : EditorContext(context), colours(coloursAndLines), stroke(context.form, context.layers) {
-  for (const Tool* tool : SortedBy(&Tool::buttonPlace)) {
+  for (const Tool* tool : ToolsBy(&Tool::buttonPlace)) {
     const std::string key(tool->key);
     form.tbrEditingTools.AddButton(
         {.key = key, .toolTip = std::string(tool->toolTip), .image = key, .style = ButtonStyle::Group});
@@ -45,7 +45,7 @@ const Tool* ToolKit::CurrentTool() const {
 }
 
 void ToolKit::SetCursorFromPressedTool() {
-  static const std::vector<const Tool*> inOrder = SortedBy(&Tool::cursorPlace);
+  static const std::vector<const Tool*> inOrder = ToolsBy(&Tool::cursorPlace);
   for (const Tool* tool : inOrder) {
     if (!form.tbrEditingTools.ButtonOf(std::string(tool->key)).pressed) continue;
     if (tool->pointer == MousePointer::Custom) {

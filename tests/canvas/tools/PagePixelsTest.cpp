@@ -60,8 +60,10 @@ TEST_F(PagePixels, HaveTheColourOfTheirPlaceOnTheCanvas) {
   const Colour grey = MakeColour(100, 100, 100);
   const Colour spot = MakeColour(10, 20, 30);
   // The spot is 2 by 3 pixels of the canvas, from (9, 10) on.
-  for (float x = 8; x < 12; x += 0.5F) {
-    for (float y = 9; y < 14; y += 0.5F) {
+  for (int column = 16; column < 24; ++column) {
+    for (int row = 18; row < 28; ++row) {
+      const float x = static_cast<float>(column) / 2;
+      const float y = static_cast<float>(row) / 2;
       const bool isSpot = x >= 9 && x < 11 && y >= 10 && y < 13;
       EXPECT_EQ(ColourOfPageAt(page, x, y), isSpot ? spot : grey) << x << ", " << y;
     }

@@ -9,10 +9,8 @@ namespace kw::test {
 namespace {
 
 Names KeysBy(int Tool::*place) {
-  std::vector<const Tool*> tools(Tools().begin(), Tools().end());
-  std::ranges::sort(tools, {}, [place](const Tool* tool) { return tool->*place; });
   Names keys;
-  for (const Tool* tool : tools) keys.emplace_back(tool->key);
+  for (const Tool* tool : ToolsBy(place)) keys.emplace_back(tool->key);
   return keys;
 }
 
