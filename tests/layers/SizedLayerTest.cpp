@@ -25,13 +25,15 @@ protected:
     Release(100 + width / 2, 100 + height / 2);
   }
   TransparentPicture& Layer() { return Form().TransLayers(2); }
-  // The mouse pointers from (95, 95) on as characters, with the number of rows that are alike.
-  std::vector<std::pair<int, std::string>> PointersAround(float right, float bottom) {
+  // The mouse pointers from (95, 95) on as characters, ~ for the one from top left to bottom right, with the number of
+  // rows that are alike.
+  std::vector<std::pair<int, std::string>> PointersAround(int right, int bottom) {
     std::vector<std::pair<int, std::string>> rows;
-    for (float y = 95; y < bottom; ++y) {
+    for (int y = 95; y < bottom; ++y) {
       std::string row;
-      for (float x = 95; x < right; ++x) {
-        row += "....../|\\-.....o"[static_cast<std::size_t>(LayerDrag::PointerAt(Layer(), x, y))];
+      for (int x = 95; x < right; ++x) {
+        row += "....../|~-.....o"[static_cast<std::size_t>(
+            LayerDrag::PointerAt(Layer(), static_cast<float>(x), static_cast<float>(y)))];
       }
       if (!rows.empty() && rows.back().second == row)
         ++rows.back().first;
@@ -56,11 +58,11 @@ protected:
 TEST_F(SizedLayer, HasThePointerOfEachHandle) {
   const std::vector<std::pair<int, std::string>> expected{
       {2, "oooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooo"},
-      {9, "oo\\\\\\\\\\\\\\\\\\ooooooooooooooooooo|||||||||oooooooooooooooooooo/////////oooo"},
+      {9, "oo~~~~~~~~~ooooooooooooooooooo|||||||||oooooooooooooooooooo/////////oooo"},
       {9, "oooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooo"},
       {9, "oo---------oooooooooooooooooooooooooooooooooooooooooooooooo---------oooo"},
       {10, "oooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooo"},
-      {9, "oo/////////ooooooooooooooooooo|||||||||oooooooooooooooooooo\\\\\\\\\\\\\\\\\\oooo"},
+      {9, "oo/////////ooooooooooooooooooo|||||||||oooooooooooooooooooo~~~~~~~~~oooo"},
       {4, "oooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooooo"},
   };
   EXPECT_EQ(PointersAround(167, 147), expected);
@@ -69,11 +71,8 @@ TEST_F(SizedLayer, HasThePointerOfEachHandle) {
 TEST_F(SizedLayer, IsGraspedByItsCornersFirstWhereItIsSmall) {
   Pick(14, 10);
   const std::vector<std::pair<int, std::string>> expected{
-      {2, "oooooooooooooooooooooooo"},
-      {7, "oo\\\\\\\\\\\\\\\\\\||/////////oo"},
-      {2, "oo\\\\\\\\\\\\\\\\\\||\\\\\\\\\\\\\\\\\\oo"},
-      {7, "oo/////////||\\\\\\\\\\\\\\\\\\oo"},
-      {2, "oooooooooooooooooooooooo"},
+      {2, "oooooooooooooooooooooooo"}, {7, "oo~~~~~~~~~||/////////oo"}, {2, "oo~~~~~~~~~||~~~~~~~~~oo"},
+      {7, "oo/////////||~~~~~~~~~oo"}, {2, "oooooooooooooooooooooooo"},
   };
   EXPECT_EQ(PointersAround(119, 115), expected);
   EXPECT_EQ(Dragged(108, 105, 128, 117), "100 100 34 22");

@@ -31,7 +31,7 @@ TEST_F(Arranged, ATextLiesAtThePointAndMovesAwayFromTheEdges) {
 TEST_F(Arranged, ATextAsWideAsThePageBreaks) {
   stamp.text = std::string(26, 'x');
   EXPECT_EQ(At(50, 60).text, (PixelRect{10, 60, 210, 92}));
-  stamp.text = std::string(25 * 7, 'x');
+  stamp.text = std::string(175, 'x');
   EXPECT_EQ(At(50, 60).text, (PixelRect{10, 20, 210, 120})) << "seven lines are more than the page";
 }
 
