@@ -2,7 +2,7 @@
 
 #include <windowsx.h>
 
-#include "components/controls/MouseInput.h"
+#include "components/controls/Control.h"
 
 namespace kw::windows {
 
