@@ -76,7 +76,7 @@ TEST(ParameterText, ReadsNoTextThatIsNoNumberOfTheField) {
 }
 
 TEST(ParameterText, TellsTheRangeInALine) {
-  EXPECT_EQ(RangeText(AngleField, "."), "AngleField: -360 to 360 degrees; default 90");
+  EXPECT_EQ(RangeText(AngleField, "."), "Angle: -360 to 360 degrees; default 90");
   EXPECT_EQ(RangeText(LevelField, "."), "Level: 0 to 255; 0: found; default 0");
   EXPECT_EQ(RangeText({"BlurSigma", 0.3, 50, 1.5, false, "pixels"}, ","), "Blur sigma: 0,3 to 50 pixels; default 1,5");
   static constexpr std::string_view choices[] = {"First", "Second"};
