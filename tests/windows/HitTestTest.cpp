@@ -13,11 +13,7 @@ namespace {
 
 class PressedLayer : public WholeEditor {
 protected:
-  PressedLayer() {
-    const std::string path = folder.File("page.bmp");
-    SavePicture(Bitmap(300, 200, 24), path);
-    control->OpenFile(path);
-    layer = control->LayerRoom().NewLayer();
+  PressedLayer() : layer(NewLayerOnAPage()) {
     layer->Move(50, 60, 20, 30);
     layer->SetVisible(true);
     // As the editor handles it, but counted.
@@ -27,6 +23,12 @@ protected:
     });
     Form().tbrEditingTools.SetButtonPressed("NoTools", true);
     TestForm::Pump();
+  }
+  TransparentPicture* NewLayerOnAPage() {
+    const std::string path = folder.File("page.bmp");
+    SavePicture(Bitmap(300, 200, 24), path);
+    control->OpenFile(path);
+    return control->LayerRoom().NewLayer();
   }
   // Who takes a press at that point of the canvas: "view" if the view hands it to the layer, "editor" if the editor
   // picks the layer.
@@ -41,7 +43,7 @@ protected:
     return takers;
   }
 
-  TransparentPicture* layer = nullptr;
+  TransparentPicture* layer;
   int presses = 0;
 };
 
