@@ -9,6 +9,7 @@
 #include "components/controls/Log.h"
 #include "components/controls/PictureBox.h"
 #include "components/controls/UserControl.h"
+#include "tests/support/RecordedEvents.h"
 #include "tests/support/ScriptedDesktop.h"
 #include "tests/support/TemporaryFolder.h"
 #include "trap/Procedure.h"
@@ -37,7 +38,8 @@ void TracedCall(benchmark::State& state) {
   PictureBox frame("picFrame");
   PictureBox canvas("picCanvas");
   Log log("KwLogCtl1");
-  Trap trap(desktop, editor, frame, canvas, log);
+  test::RecordedEvents events;
+  Trap trap(desktop, events, editor, frame, canvas, log);
   for (auto _ : state) {
     const Procedure run(trap, Name);
     benchmark::DoNotOptimize(&run);
