@@ -6,6 +6,7 @@
 
 #include "tests/activex/Fixture.h"
 #include "tests/activex/Sinks.h"
+#include "tests/containers/ContainerWalk.h"
 #include "tests/support/win32/BoxAnswerer.h"
 
 namespace kw::test {
@@ -85,6 +86,28 @@ TEST_F(AtlHostTest, OpensADocument) {
   EXPECT_EQ(control->OpenFile(Text(scratch.WriteTiff(L"D.tif", 2))), S_OK);
   EXPECT_EQ(sink.events.size(), 3U);
   PumpMessages(50);
+}
+
+TEST_F(AtlHostTest, IsWalkedThrough) {
+  MoveWindow(frame, 0, 0, 900, 640, TRUE);
+  MoveWindow(host, 0, 0, 900, 640, TRUE);
+  SetForegroundWindow(frame);
+  ContainerWalk walk(control.Get(), scratch, &PumpMessages);
+  walk.WalkThrough();
+}
+
+TEST_F(AtlHostTest, ClosesTheControlBeforeItsWindowGoes) {
+  EXPECT_EQ(As<IOleObject>()->Close(OLECLOSE_NOSAVE), S_OK);
+  PumpMessages(50);
+  DestroyWindow(frame);
+  frame = nullptr;
+  PumpMessages(50);
+}
+
+TEST_F(AtlHostTest, DestroysTheContainersWindowAndKeepsItsFrame) {
+  DestroyWindow(host);
+  PumpMessages(50);
+  EXPECT_TRUE(IsWindow(frame) != FALSE);
 }
 
 TEST_F(AtlHostTest, TakesTheControlDownWithItsWindow) {
