@@ -35,8 +35,8 @@ constexpr Kind KindOf() {
   return {[](const Control& model) { return dynamic_cast<const Model*>(&model) != nullptr; },
           [](ViewTree& tree, Control& model, ControlView* container, BarRows& bars) -> std::unique_ptr<ControlView> {
             auto& shown = static_cast<Model&>(model);
-            if constexpr (std::is_same_v<ViewOfModel, ToolBarView>) {
-              return std::make_unique<ToolBarView>(tree, shown, container, bars);
+            if constexpr (std::is_constructible_v<ViewOfModel, ViewTree&, Model&, ControlView*, BarRows&>) {
+              return std::make_unique<ViewOfModel>(tree, shown, container, bars);
             } else {
               static_cast<void>(bars);
               return std::make_unique<ViewOfModel>(tree, shown, container);
