@@ -23,9 +23,15 @@ ScrollBar* FindScrollBar(const Control& holder, bool isVertical) {
 }  // namespace
 
 HWND RootView::Create(HWND /*parent*/) {
-  return CreateWindowExW(WS_EX_CONTROLPARENT, OwnWindowClass::Name, nullptr,
-                         WS_CHILD | WS_CLIPSIBLINGS | WS_CLIPCHILDREN, start.left, start.top, WidthOf(start),
-                         HeightOf(start), host, nullptr, Module(), nullptr);
+  const HWND created = CreateWindowExW(WS_EX_CONTROLPARENT, OwnWindowClass::Name, nullptr,
+                                       WS_CHILD | WS_CLIPSIBLINGS | WS_CLIPCHILDREN, start.left, start.top,
+                                       WidthOf(start), HeightOf(start), host, nullptr, Module(), nullptr);
+  // A window takes the direction of a mirrored parent. Pages, drawings and English captions are not mirrored.
+  if (created != nullptr) {
+    const LONG style = GetWindowLongW(created, GWL_EXSTYLE);
+    if ((style & WS_EX_LAYOUTRTL) != 0) SetWindowLongW(created, GWL_EXSTYLE, style & ~WS_EX_LAYOUTRTL);
+  }
+  return created;
 }
 
 void RootView::Show(Aspect aspect) {
@@ -65,6 +71,8 @@ LRESULT RootView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       Shared().LayOut();
       break;
     case WM_SYSCOLORCHANGE:
+    case WM_SETTINGCHANGE:
+    case WM_THEMECHANGED:
       Shared().Refresh();
       break;
     case WM_MOUSEWHEEL:
