@@ -1,5 +1,5 @@
 // Reading and writing a page of A4 at 300 dpi, from memory into memory, beside the bare codec libraries on the same
-// bytes. What ours does more is what makes a page of it: rows aligned, the order of the colours, the checks.
+// bytes. Ours also makes a page of it: it aligns rows, orders colours and checks.
 
 #include <cstdio>
 #include <cstdlib>

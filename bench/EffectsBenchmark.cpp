@@ -71,7 +71,7 @@ void RunEffect(benchmark::State& state, const std::string& command, int bitsPerP
   Bitmap own = PageOf(bitsPerPixel);
   own.MutableRow(0);
   for (auto _ : state) {
-    // What changes pixels in place goes on with its own result; what makes a new picture begins with the page.
+    // An effect that works in place goes on with its own result; one that makes a new picture begins with the page.
     Bitmap picture = std::move(own);
     ApplyEffect(effect, picture, values);
     benchmark::DoNotOptimize(picture.Row(0).data());

@@ -1,4 +1,4 @@
-// What more threads can give on the machine that measures: arithmetic that needs no memory. If this scales badly,
+// The most that more threads can give on this machine: arithmetic that needs no memory. If this scales badly,
 // the rows of two threads tell of the machine's neighbours and not of the effects.
 
 #include <benchmark/benchmark.h>

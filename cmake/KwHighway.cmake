@@ -7,7 +7,7 @@ if(WIN32)
   endif()
   target_link_libraries(kw_highway INTERFACE "${KW_DEPS}/lib/libhwy.a")
   target_include_directories(kw_highway SYSTEM INTERFACE "${KW_DEPS}/include")
-  # GCC aligns the stack of 64-bit Windows programs to 16 bytes only, yet takes it for aligned to 32 and 64 where it
+  # GCC aligns the stack of 64-bit Windows programs to 16 bytes only, yet takes it for aligned to 32 and 64 when it
   # stores wide registers.
   target_compile_options(kw_highway INTERFACE "$<$<COMPILE_LANGUAGE:CXX>:-Wa,-muse-unaligned-vector-move>")
 else()

@@ -1,4 +1,4 @@
-# What holds for every target, GoogleTest included.
+# Settings of every target, GoogleTest included.
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
 set(CMAKE_CXX_EXTENSIONS OFF)

@@ -1,5 +1,5 @@
 # Warnings are errors in everything that is ours; included after third-party sources were added.
-# GCC 12 sees overlapping copies inside its own std::string where there are none (-Wrestrict).
+# GCC 12 reports overlapping copies inside its own std::string, wrongly (-Wrestrict).
 # Clang counts an explicit double{x} as a silent promotion, too.
 # GCC's full -Wshadow refuses a constructor's parameter that is named like the member it sets; that is our style.
 add_compile_options(

@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# What every long step of ./kw shows; to be sourced. The steps' times go to build/times, from which the next run tells how
+# The progress display of ./kw; to be sourced. The steps' times go to build/times, from which the next run tells how
 # long it will take.
 
 say() { printf 'kw: %s\n' "$*"; }
@@ -68,7 +68,7 @@ remember() {
 }
 
 # expect NAME SECONDS...: pairs of steps and the seconds that each took in a fresh clone on a machine of two processors. Says
-# what will happen and about how long it takes here, where a step that ran before is expected to take that long again.
+# what will happen and about how long it takes here; a step that ran before is expected to take that long again.
 expect() {
   local names="" sum=0 seconds
   while [ $# -gt 0 ]; do

@@ -27,7 +27,7 @@ apt_step() {
   done
 }
 
-# What there is to set up, for expect(): names and seconds in the array `plan`.
+# The steps of the set-up, for expect(): names and seconds in the array `plan`.
 plan=()
 plan_packages() { [ -z "$(missing_packages "$@" | tr -d ' ')" ] || plan+=("packages" 150); }
 plan_codecs() { scripts/codecs --check "$@" >/dev/null 2>&1 || plan+=("codec libraries, $*" $((10 + 60 * $#))); }

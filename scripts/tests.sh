@@ -23,7 +23,7 @@ outcomes() {
     }'
 }
 
-# what_failed LOG: the failing cases with the first words of each, for whoever has nothing but this output.
+# what_failed LOG: the failing cases with the first words of each, for a reader who has nothing but this output.
 what_failed() {
   tr -d '\r' <"$1" |
     awk '/: Failure$/ || /ERROR: AddressSanitizer|runtime error:/ { left = 8 }

@@ -118,7 +118,7 @@ void CommandTest::SetScene() {
   if (ComboText(false) == "1") Button("Next Page").Click();
 }
 
-// What the combo shows whose texts do, or do not, end in a percent sign.
+// The text of the combo whose entries end in a percent sign, or of the one whose entries do not.
 std::string CommandTest::ComboText(bool isZoom) const {
   for (const HWND combo : ChildWindows(container.ControlWindow(), WC_COMBOBOXEXW)) {
     wchar_t text[40] = {};

@@ -23,7 +23,7 @@ protected:
     control->put_Enabled(VARIANT_TRUE);
     InputTest::TearDown();
   }
-  // What the control did since the trace was forgotten, but for what the clock and the screen have it do.
+  // The procedures traced since the trace was forgotten, without those that the clock and the screen start.
   std::set<std::string> Done() const {
     std::ifstream trace(std::filesystem::path(scratch.File(L"FunctionsInExecution.txt")), std::ios::binary);
     std::set<std::string> names;

@@ -34,10 +34,10 @@ public:
   void GlideTo(POINT point);
   void Press(Button button = Button::Left) const;
   void Release(Button button = Button::Left) const;
-  // Clicks, with a key held where one is given.
+  // Clicks, with a key held if one is given.
   void ClickAt(POINT point, Button button = Button::Left, WORD held = 0);
   void DragFrom(POINT start, POINT end);
-  // The same where a control handles all of it in a loop of its own: press, moves and release wait before it begins.
+  // The same for a control that handles all of it in a loop of its own: press, moves and release wait before it begins.
   void DragAtOnce(POINT start, POINT end);
 
   // Presses and releases a key while another one, if any, is held.

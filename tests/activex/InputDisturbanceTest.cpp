@@ -1,4 +1,4 @@
-// What comes between the press and the release of a button on the real control: it goes back to rest, and nothing of
+// Disturbances between the press and the release of a button on the real control: it goes back to rest, and nothing of
 // the drag stays on the canvas.
 
 #include <array>

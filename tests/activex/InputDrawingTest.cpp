@@ -133,7 +133,7 @@ TEST_F(InputDrawing, ADragOfFivePixelsInOneDirectionMakesNothingAndOneOfSixInBot
   EXPECT_TRUE(Is(Look().ChangesSince(before), {100, 100, 106, 106}));
 }
 
-// What is painted of a change alone looks as when everything is painted.
+// A painting of the change alone looks like a painting of everything.
 TEST_F(InputDrawing, EachOfSixtyStepsOfADragShowsWhatAWholePaintingShows) {
   ChooseRedOnBlue();
   Choose(L"Circle");

@@ -59,7 +59,7 @@ protected:
     InputTest::TearDown();
   }
 
-  // What the host got of the key.
+  // The messages of the key that the host got.
   std::vector<WORD> HostsShareOf(WORD key, WORD held = 0) const {
     hostCommands.clear();
     hand.Strike(key, held);
@@ -67,7 +67,7 @@ protected:
     return hostCommands;
   }
   bool IsHosts(WORD key, WORD held = 0) const { return !HostsShareOf(key, held).empty(); }
-  // What the control says of Enter and Escape, after the container was told of it if it is something new.
+  // The keys among Enter and Escape that the control claims; the container was told if they changed.
   DWORD EatenKeys() {
     hand.Pump();
     CONTROLINFO info = {};

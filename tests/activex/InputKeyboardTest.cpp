@@ -45,7 +45,7 @@ protected:
     DestroyAcceleratorTable(table);
     InputTest::TearDown();
   }
-  // What a key brings up: the prompt of its box, or nothing.
+  // The prompt of the box that a key brings up, or nothing.
   std::string BoxOf(WORD key, WORD held = 0) {
     const BoxAnswerer user;
     hand.Strike(key, held);
@@ -109,7 +109,7 @@ TEST_F(InputKeyboard, TheControlIsAskedBeforeTheContainersAcceleratorsForItsOwnK
 
 TEST_F(InputKeyboard, TheContainerGetsTheTabKeyAfterTheLastControl) {
   SetFocus(editor);  // before the first one
-  // The container is asked for the release of the key in any case, and for the press where the control does not take
+  // The container is asked for the release of the key in any case, and for the press if the control does not take
   // it.
   bool isContainersTurn = false;
   std::vector<HWND> visited;

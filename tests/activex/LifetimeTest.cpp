@@ -23,7 +23,7 @@ namespace {
 
 class LifetimeTest : public ControlTest {
 public:
-  // What a host does that closes its window: the polite order, then the last reference and the window.
+  // Closes as a host does with its window: the polite order, then the last reference and the window.
   void LetGoOfEverything() {
     if (container.As<IOleObject>() != nullptr) container.LetGo();
     control.Reset();

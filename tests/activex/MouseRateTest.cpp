@@ -1,6 +1,6 @@
-// What mouse moves cost the real control with 100 layers on its page, beside two windows that have nothing to do with
-// it and get the same moves. Tested are what the moves did and how often the canvas was painted for it; the times are
-// the machine's, and are only printed. KW_MOVES asks for more moves and so for finer times.
+// The cost of mouse moves on the real control with 100 layers on its page, beside two windows that have nothing to do
+// with it and get the same moves. Tested are what the moves did and how often the canvas was painted for it; the times
+// are the machine's, and are only printed. KW_MOVES asks for more moves and so for finer times.
 
 #include <windowsx.h>
 
@@ -17,7 +17,7 @@ namespace {
 constexpr int Side = 10;  // layers in a row, and rows
 constexpr SIZE Cell = {48, 38};
 constexpr SIZE LayerSize = {40, 30};
-constexpr POINT Beside = {4, 4};  // of the page, where no layer lies
+constexpr POINT Beside = {4, 4};  // on the page, beside all layers
 
 int Moves() {
   const char* const text = std::getenv("KW_MOVES");
@@ -189,7 +189,7 @@ protected:
     EXPECT_GE(painting.Paintings(), Moves() / 2);
   }
 
-  // What was measured last.
+  // The last measurement.
   double milliseconds = 0;
   int paintings = 0;
 };

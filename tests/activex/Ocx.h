@@ -21,7 +21,7 @@ namespace Ocx {
 std::wstring Path();
 HMODULE Library();
 ComPtr<IClassFactory> Factory();
-// A new control; fails the test and returns null where there is none.
+// A new control; fails the test and returns null if it cannot be made.
 ComPtr<_KwEditorLayers> Create();
 // Whether the library says that nobody uses it.
 bool CanUnload();

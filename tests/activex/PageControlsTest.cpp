@@ -52,7 +52,7 @@ protected:
     hand.Strike(VK_RETURN);
     ASSERT_TRUE(hand.Await([&] { return SendMessageW(list, CB_GETDROPPEDSTATE, 0, 0) == FALSE; }));
   }
-  // Whether a label of the strip shows this text where nothing lies above the label.
+  // Whether a label of the strip shows this text and nothing covers it.
   bool ShowsLabel(const std::wstring& text) const {
     for (const HWND window : VisibleWindows(editor)) {
       wchar_t name[40] = {};

@@ -281,7 +281,7 @@ TEST_F(PersistenceTest, StreamIsReadBack) {
   const auto copy = Ocx::Create();
   EXPECT_EQ(Of<IPersistStreamInit>(copy)->Load(stream.Get()), S_OK);
   ExpectEverythingChanged(copy);
-  // What it read ends where it ended writing: the second copy follows directly.
+  // A load reads exactly the bytes of a save: the second copy follows directly.
   EXPECT_EQ(Of<IPersistStreamInit>(copy)->Load(stream.Get()), S_OK);
   EXPECT_EQ(Of<IPersistStreamInit>(copy)->IsDirty(), S_FALSE);
 }

@@ -1,5 +1,5 @@
-// What the control takes of the system it gives back: pages, layers of every kind, menus and whole lives of the control
-// leave nothing behind.
+// The control gives back all that it takes of the system: pages, layers of every kind, menus and whole lives of the
+// control leave nothing behind.
 
 #include <windows.h>
 
@@ -131,7 +131,7 @@ protected:
     PumpMessages();
   }
 
-  // What so many rounds take and do not give back, after some that fill what is kept for later use. A leak shows in
+  // The objects that so many rounds take and do not give back, after some rounds that fill caches. A leak shows in
   // every series of rounds, what is filled once in some of them: a series that keeps more than the system does is
   // followed by another, and the least of each figure counts.
   template <class Round>
@@ -196,7 +196,7 @@ protected:
 };
 
 TEST_F(Resources, AreCountedHere) {
-  // What the first thread of a program takes is kept.
+  // The system keeps what the first thread of a program takes.
   std::thread([] {}).join();
   std::binary_semaphore isOver(0);
   EXPECT_FALSE(isOver.try_acquire_for(std::chrono::milliseconds(1)));

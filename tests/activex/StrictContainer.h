@@ -23,11 +23,11 @@ public:
   StrictContainer();
   ~StrictContainer();
 
-  // What it does differently.
+  // Ways to differ from a polite container.
   bool hasAmbients = true;  // answers for ambient properties at all
   bool refusesActivation = false;
   bool uiDead = false;
-  std::optional<bool> userMode;  // unknown to it where empty
+  std::optional<bool> userMode;  // unknown to it if empty
   RECT place = {10, 20, 410, 320};
   RECT clip = {0, 0, 1000, 1000};
 

@@ -41,7 +41,7 @@ TEST(Unload, TakesTheWindowClassAlongWhicheverWindowWentFirst) {
     ASSERT_NE(library, nullptr);
     WNDCLASSEXW found = {};
     found.cbSize = sizeof found;
-    // What belongs to a thread keeps the library until the thread ends.
+    // Data of a thread keep the library until the thread ends.
     std::thread user([&] { UseControl(library, isHostFirst); });
     user.join();
     ASSERT_NE(FreeLibrary(library), FALSE);

@@ -14,7 +14,7 @@ bool IsOfAWord(char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0
 // A barrier, or what has one around all that it does.
 const SafeNames Barriers = {"Guard", "GuardOr", "AtComBoundary", "RunToItsEnd", "Get", "Let"};
 
-// What may be called without one. Of the control's own procedures, those that only free, count or hand out what is
+// Calls that need no barrier. Of the control's own procedures, those that only free, count or hand out what is
 // there; of the system's, all: they are written in another language.
 const SafeNames Safe = {
     // The system's and the libraries' own.
@@ -54,7 +54,7 @@ std::string_view BodyFrom(std::string_view code, std::size_t from) {
   return code.substr(next, BehindBrackets(code, next, '{', '}') - next);
 }
 
-// The first name that is called in the body and may throw; empty where there is none.
+// The first name that is called in the body and may throw; empty if there is none.
 std::string_view FirstUnsafeCall(std::string_view body) {
   std::string_view unsafe;
   for (std::size_t at = body.find('('); at != std::string_view::npos; at = body.find('(', at + 1)) {

@@ -30,7 +30,7 @@ TEST_F(Drags, AClickOrADragOfFivePixelsMakesNothing) {
   EXPECT_EQ(Form().TransLayers.UBound(), 2);
 }
 
-// 5 pixels are 2.5 units of the canvas where a pixel has half as many twips, and 10 where it has twice as many.
+// 5 pixels are 2.5 units of the canvas if a pixel has half as many twips, and 10 if it has twice as many.
 TEST_F(Drags, TheLeastDragIsFivePixelsOfTheScreenByItsHorizontalTwips) {
   Choose("Rectangle");
   desktop.twipsPerPixelX = 7.5F;

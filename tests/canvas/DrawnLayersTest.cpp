@@ -1,4 +1,4 @@
-// What each tool makes of a drag: the new layer, and nothing else that could be seen.
+// Each tool makes a new layer of a drag, and changes nothing else that could be seen.
 
 #include <array>
 #include <functional>
@@ -37,7 +37,7 @@ protected:
   TransparentPicture& Newest() { return Form().TransLayers(Form().TransLayers.UBound()); }
 };
 
-// The opacity of each pixel in two hexadecimal digits, a row a line; blank where it lets all through.
+// The opacity of each pixel in two hexadecimal digits, a row a line; blank for a transparent pixel.
 Lines OpacityOf(const Bitmap& picture) {
   Lines rows;
   for (std::int32_t y = 0; y < picture.Height(); ++y) {

@@ -219,7 +219,7 @@ TEST_F(LayerTool, ASelectionHoldsThePagesPixelsUnderIt) {
   }
 }
 
-// Stands where the menu's window would be and looks at the menu when it opens.
+// The menu's view: looks at the menu when it opens.
 class MenuWatcher : public View {
 public:
   explicit MenuWatcher(std::function<void()> whatToDo) : look(std::move(whatToDo)) {}

@@ -63,7 +63,7 @@ protected:
     }
   }
 
-  // As the user does by the button or, where there is none, as a caller does that has only the key.
+  // As the user does by the button; if there is none, as a caller that has only the key.
   void Run(const CommandCase& row) {
     if (row.bar.empty()) return control->CommandRoom().ToolbarButtonClick(row.key);
     for (ToolBar* bar : Bars()) {

@@ -51,7 +51,7 @@ TEST_F(KeyUse, IsThatOfEnterEscapeDeleteAndTheShortcuts) {
   }
 }
 
-// What has a use does something: the letters are those that the handler of characters knows.
+// Each key with a use does something: the letters are those that the handler of characters knows.
 TEST_F(KeyUse, OfALetterIsACommand) {
   control->OpenFile(MakeImage("scan.bmp"));
   for (const char* key : {"Copy", "Cut", "Paste", "Undo", "Redo"}) BasicBar(key).SetButtonEnabled(key, true);

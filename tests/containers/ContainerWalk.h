@@ -11,8 +11,8 @@
 
 namespace kw::test {
 
-// What a host and its user do with the control in any container: they keep its properties, open a document, turn a page,
-// draw with the mouse, and print through IViewObject. The container has made the control and shows it.
+// The steps of a host and its user with the control in any container: they keep its properties, open a document, turn a
+// page, draw with the mouse, and print through IViewObject. The container has made the control and shows it.
 class ContainerWalk {
 public:
   // Lets the container's own message loop run for so many milliseconds.

@@ -7,7 +7,7 @@
 
 namespace kw::test {
 
-// What came of a program that ran to its end.
+// The outcome of a program that ran to its end.
 struct ForeignRun {
   DWORD exitCode = 0;
   std::string output;
@@ -15,7 +15,7 @@ struct ForeignRun {
 };
 
 // Runs a command line, answers the message boxes of its process, and waits for its end, at most a minute; then it is
-// ended, with the exit code 99. `outputFile` is where its output is kept meanwhile.
+// ended, with the exit code 99. `outputFile` keeps its output meanwhile.
 ForeignRun RunForeignProgram(std::wstring command, const std::wstring& outputFile);
 
 }  // namespace kw::test

@@ -126,7 +126,7 @@ public:
     Form().hScroll.UserSetValue(Below(400));
   }
   void SetLine() { Form().sldLineHeight.UserSetValue(Below(30)); }
-  // What shows on the tool box and in the strip, as a window passes the mouse on to it.
+  // The visible controls of the tool box and the strip get the mouse as from a window.
   void UseToolBox() {
     EditorForm& form = Form();
     const std::pair<Control*, MouseInput*> parts[] = {
@@ -261,7 +261,7 @@ TEST_F(Monkey, NothingItDoesBreaksTheEditor) {
     if (i % 1000 == 999) ForgetTrace();
     desktop.boxes.clear();
   }
-  // What absurd coordinates, a missing file and a cancelled dialog are to raise.
+  // The errors that absurd coordinates, a missing file and a cancelled dialog are to raise.
   for (const auto& [number, count] : errorCounts) {
     std::cout << "error " << number << ": " << count << " times\n";
     EXPECT_TRUE(number == 6 || number == 380 || number == 481 || number == 53 || number == 32755 || number == 91)

@@ -1,4 +1,4 @@
-// Start-up puts right whatever it finds, and the layout holds where nothing else would put it right.
+// Start-up corrects any state that it finds, and the layout stays right without further help.
 
 #include <type_traits>
 

@@ -148,7 +148,7 @@ TEST_F(Keys, OfTheControlGoToTheCanvas) {
                             "UserControl_KeyUp", "picCanvas_KeyUp"}));
 }
 
-// What a key does tells which one it was.
+// The effect of a key tells which key it was.
 TEST_F(Keys, OfTheControlGoThereUnchanged) {
   control->OpenFile(MakeImage("scan.bmp"));
   const auto effectOf = [&](const auto& event, auto... key) {

@@ -17,7 +17,7 @@ protected:
     SavePicture(Bitmap(30, 20, depth), path);
     return path;
   }
-  // What a command, run now, leaves in the engine.
+  // The depth that a command, run now, leaves in the engine.
   int DepthAfterACommand() {
     Form().tbrMoreTools.ButtonClick.Raise("Invert");
     return control->Engine().Current().BitsPerPixel();

@@ -1,4 +1,4 @@
-// The scratch bitmap where others are at work in the same folder: controls of other threads, processes and machines.
+// The scratch bitmap beside others at work in the same folder: controls of other threads, processes and machines.
 
 #include <array>
 #include <thread>

@@ -1,4 +1,4 @@
-// Splitting where something is in the way: a full disk, a damaged page, the document itself, an unfit format.
+// Splitting with something in the way: a full disk, a damaged page, the document itself, an unfit format.
 
 #include <algorithm>
 

@@ -15,7 +15,7 @@ using test::White;
 
 constexpr PixelRect Screen = {0, 0, 120, 90};
 
-// Stands in for the platform's text: a pattern that depends on the text and on where it lies.
+// Stands in for the platform's text: a pattern that depends on the text and its place.
 class PatternText final : public TextRenderer {
 public:
   void Render(const TextRun& run, const PixelRect& place, CoverageMask& mask) override {

@@ -10,7 +10,7 @@
 
 namespace kw::test {
 
-// What a rasteriser covers of its clip, pixel by pixel; sweeping must neither leave the clip nor meet a pixel twice.
+// The pixels of its clip that a rasteriser covers; sweeping must neither leave the clip nor meet a pixel twice.
 class Coverage {
 public:
   explicit Coverage(Rasteriser& rasteriser) : area(rasteriser.Clip()) {
@@ -51,7 +51,7 @@ inline void AddPolygon(Rasteriser& rasteriser, const std::vector<Point>& corners
   for (std::size_t i = 0; i < corners.size(); ++i) rasteriser.AddEdge(corners[i], corners[(i + 1) % corners.size()]);
 }
 
-// The part of a polygon on one side of an axis-parallel line: where sign * (x or y - limit) is not negative.
+// The part of a polygon on one side of an axis-parallel line: the points with sign * (x or y - limit) >= 0.
 inline std::vector<Point> Cut(const std::vector<Point>& polygon, double Point::*axis, double limit, double sign) {
   std::vector<Point> result;
   for (std::size_t i = 0; i < polygon.size(); ++i) {

@@ -25,7 +25,7 @@ constexpr Colour Ink = MakeColour(20, 60, 200);
 constexpr Colour Yellow = MakeColour(250, 220, 60);
 constexpr Colour Sand = MakeColour(236, 228, 208);
 
-// Stripes for letters: what a text covers, where its lines break, and its colour are seen without a font.
+// Stripes for letters: they show a text's place, line breaks and colour without a font.
 class StripedText final : public TextRenderer {
 public:
   void Render(const TextRun& run, const PixelRect& place, CoverageMask& mask) override {

@@ -1,4 +1,4 @@
-// The form as it is designed: where each control lies, what it holds, which buttons the tool bars have.
+// The form as it is designed: the place and contents of each control, the buttons of the tool bars.
 
 #include "tests/support/FormLook.h"
 
@@ -17,8 +17,8 @@ protected:
   EditorForm& form = control.Form();
 };
 
-// What lies on the form and in the viewport is placed in pixels; what lies in a container of the tool bars, in the tool
-// box or in a status panel in twips, 15 to a pixel.
+// Controls on the form and in the viewport are placed in pixels; those in a container of the tool bars, in the tool box
+// or in a status panel in twips, 15 to a pixel.
 TEST_F(DesignedForm, HasEachControlInItsPlaceFromBackToFront) {
   const Lines expected{
       "KwEditorLayers > KwLogCtl1: 0 0 0 0 hidden",

@@ -23,7 +23,7 @@ Bytes BytesOf(const std::filesystem::path& path) {
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-// Runs every file of the folder through a target. What it is told of a file that breaks a promise is the file's name;
+// Runs every file of the folder through a target. A file that breaks a promise is reported by its name;
 // the last line before a sanitizer's report is the name of its file.
 void RunCorpus(const std::string& folder, const std::function<void(const Bytes&)>& target) {
   std::vector<std::filesystem::path> files;

@@ -107,7 +107,7 @@ public:
 
   bool IsStarted() const { return isStarted; }
 
-  // The program's visible top-level window of that class; null where there is none.
+  // The program's visible top-level window of that class; null if there is none.
   HWND WindowOf(const wchar_t* className) const {
     Search search = {process.dwProcessId, className, nullptr};
     EnumWindows(&IsWanted, reinterpret_cast<LPARAM>(&search));
@@ -124,7 +124,7 @@ public:
     return false;
   }
 
-  // The exit code; STILL_ACTIVE where it does not end within the time.
+  // The exit code; STILL_ACTIVE if it does not end within the time.
   DWORD ExitCode(DWORD milliseconds) const {
     WaitForSingleObject(process.hProcess, milliseconds);
     DWORD code = STILL_ACTIVE;

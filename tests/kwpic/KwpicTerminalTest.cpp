@@ -1,4 +1,4 @@
-// What shows on a terminal: a bar while long work is under way, and nothing of it afterwards.
+// The display on a terminal: a bar while long work is under way, and nothing of it afterwards.
 
 #include <functional>
 

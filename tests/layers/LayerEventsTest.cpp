@@ -1,4 +1,4 @@
-// What layers tell the editor and what the two layer labels do.
+// The events of layers, and the two layer labels.
 
 #include <algorithm>
 #include <set>

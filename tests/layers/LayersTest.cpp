@@ -162,7 +162,7 @@ TEST_F(LayersTest, RandomStepsKeepTheOrderAPermutationAndEachLayerInItsPlace) {
   std::mt19937 random(20261121);
   const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
   const auto any = [&] { return static_cast<std::int16_t>(1 + below(Form().TransLayers.UBound())); };
-  std::map<std::int16_t, std::pair<float, float>> homes;  // where each floating layer lies while it is not picked
+  std::map<std::int16_t, std::pair<float, float>> homes;  // the place of each floating layer while it is not picked
   float width = 400;
   float height = 300;
   for (int step = 0; step < 3000; ++step) {

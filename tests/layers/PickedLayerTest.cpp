@@ -1,4 +1,4 @@
-// What the mouse does to a layer that is picked: moving, sizing, typing.
+// The mouse on a picked layer: moving, sizing, typing.
 
 #include "tests/support/LayersFixture.h"
 

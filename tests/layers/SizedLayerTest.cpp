@@ -1,4 +1,4 @@
-// Where exactly a picked layer can be grasped, and where it lies after each kind of drag.
+// The exact handles of a picked layer, and its place after each kind of drag.
 
 #include <tuple>
 #include <utility>

@@ -1,4 +1,4 @@
-// What stays of a file when the machine, a process or the disk stops, and what a replaced file hands on.
+// Files survive the stop of the machine, a process or the disk; a replaced file hands on its attributes.
 
 #ifdef _WIN32
 #include <windows.h>
@@ -25,7 +25,7 @@
 namespace kw {
 namespace {
 
-// What the system was asked for while it lives, in order. A flush fails with `flushError` where it is set.
+// The calls of the system while it lives, in order. A flush fails with `flushError` if that is set.
 class SystemCalls {
 public:
   SystemCalls() { current = this; }

@@ -14,7 +14,7 @@ TEST_P(CodecsOfTheLibrary, CodecIsBuiltIn) {
   EXPECT_EQ(1, TIFFIsCODECConfigured(static_cast<std::uint16_t>(GetParam())));
 }
 
-// What every build reads, on every system.
+// The codecs that every build reads, on every system.
 INSTANTIATE_TEST_SUITE_P(All, CodecsOfTheLibrary,
                          testing::Values(COMPRESSION_NONE, COMPRESSION_CCITTRLE, COMPRESSION_CCITTRLEW,
                                          COMPRESSION_CCITTFAX3, COMPRESSION_CCITTFAX4, COMPRESSION_LZW,
@@ -149,7 +149,7 @@ TEST_P(DamagedPixels, PageIsReadOrRefusedWithAReason) {
 INSTANTIATE_TEST_SUITE_P(All, DamagedPixels,
                          testing::Values(COMPRESSION_LERC, COMPRESSION_LZMA, COMPRESSION_ZSTD, COMPRESSION_WEBP));
 
-// A page of 16 x 8 pixels, which libtiff cannot write where it has no JBIG.
+// A page of 16 x 8 pixels, which a libtiff without JBIG cannot write.
 Bytes SmallJbigFile() {
   const Bytes code{0x00, 0x00, 0x80, 0x00, 0x00, 0x00, 0x00, 0x08, 0x00, 0x00, 0x00, 0x10, 0x00,
                    0x00, 0x00, 0x40, 0x10, 0x00, 0xC0, 0x38, 0xFF, 0x00, 0xCF, 0xD9, 0x1F, 0xFF,

@@ -35,7 +35,7 @@ TEST_F(TiffKinds, FaxRowsThatBeginAtWholeWords) {
   }
 }
 
-// What 1 x 1 pixel of each kind is to be decoded to.
+// A file of 1 x 1 pixel of each kind, and the pixel that it is to be decoded to.
 struct Kind {
   const char* name;
   int bits;

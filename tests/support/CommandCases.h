@@ -14,23 +14,23 @@ struct CommandBox {
   std::string title{};
 };
 
-// What one command does to the scene (see CommandScene.h), whoever runs it.
+// The outcome of one command on the scene (see CommandScene.h), for every way to run it.
 struct CommandCase {
   std::string key;
-  // The bar that carries the key and the tool tip of its button there; empty where no bar shows one.
+  // The bar that carries the key and the tool tip of its button there; empty if no bar shows one.
   std::string bar{};
   std::string toolTip{};
-  // What the trace holds behind the bar's handler and the dispatcher.
+  // The trace behind the bar's handler and the dispatcher.
   std::vector<std::string> trace{};
   std::vector<CommandBox> boxes{};
-  // What the engine does between the two halves of the bracket.
+  // The engine's operations between the two halves of the bracket.
   std::vector<std::string> operations{};
   // The dialog that asks the user: "Open", "Font", "Printer", that of the system's scanners or the engine's for that
   // operation.
   std::string dialog{};
-  // What of the state of the scene is another one afterwards. Everything else stays.
+  // The changes of the scene's state. Everything else stays.
   std::map<std::string, std::string> changes{};
-  // The key of another button of the bar to be pressed first, where the scene has this one pressed already.
+  // The key of another button of the bar to be pressed first, if the scene has this one pressed already.
   std::string insteadOf{};
   // The number by which a host runs it and its text in a menu of the host; 0 and no text for the others.
   int verb = 0;

@@ -39,8 +39,8 @@ inline void WriteSceneDocument(const std::string& path) {
   }
 }
 
-// What the engine holds after the operations on page 2 and the second half of the bracket, which brings the picture
-// back to the depth of the page; the two commands that change the depth keep theirs.
+// The engine's picture after the operations on page 2 and the second half of the bracket, which brings it back to the
+// depth of the page; the two commands that change the depth keep theirs.
 inline Bitmap AfterOperations(const std::vector<std::string>& operations) {
   PictureDocument engine;
   engine.Replace(ScenePage(2));

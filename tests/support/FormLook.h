@@ -10,7 +10,7 @@
 
 namespace kw::test {
 
-// What can be seen of a form, as text.
+// A form's look as text.
 
 using Lines = std::vector<std::string>;
 
@@ -27,8 +27,8 @@ inline std::string PlaceOf(const Control& control) {
   return place.str();
 }
 
-// Each control with what holds it, its left, top, width and height there and whether it is hidden. What a control holds
-// follows it, from back to front.
+// Each control with its container, its left, top, width and height there and whether it is hidden. The controls in it
+// follow it, from back to front.
 inline Lines PlacesOf(EditorForm& form) {
   Lines lines;
   for (const Control* control : form.Controls()) {
@@ -114,7 +114,7 @@ inline void Describe(const TransparentPicture& layer, Values& values) {
 
 }  // namespace form_look
 
-// What a control holds or shows that differs from what one has that was just made.
+// The values of a control that differ from those of a new one.
 inline std::string ValuesOf(const Control& control) {
   form_look::Values values;
   values.Add("twips", control.ScaleUnit() == Unit::Twips);

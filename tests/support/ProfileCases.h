@@ -11,7 +11,7 @@
 
 namespace kw::test {
 
-// What a desktop's profile functions promise, whatever stands behind them. Text beyond ASCII is written by the desktop
+// The promises of a desktop's profile functions, for every implementation. Text beyond ASCII is written by the desktop
 // itself, because the encoding of the file is its own affair.
 
 struct ProfileReading {

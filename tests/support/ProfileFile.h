@@ -23,7 +23,7 @@ class ProfileFile {
 public:
   explicit ProfileFile(const std::string& path) : path(path), lines(LinesOf(ReadAll(path))) {}
 
-  // At most 511 characters; the default where there is no such key.
+  // At most 511 characters; the default if there is no such key.
   std::string Read(std::string_view section, std::string_view key, const std::string& defaultValue) const {
     const Range range = Find(section);
     const std::size_t at = FindKey(range, key);
@@ -50,8 +50,8 @@ public:
     return values;
   }
 
-  // Changes the key's line, or adds one at the end of the section, which is added where it is missing; all other lines
-  // stay. False where the file cannot be written.
+  // Changes the key's line, or adds one at the end of the section, which is added if it is missing; all other lines
+  // stay. False if the file cannot be written.
   bool Write(std::string_view section, std::string_view key, std::string_view value) {
     Range range = Find(section);
     if (!range.isFound) {

@@ -35,7 +35,7 @@ public:
     friend bool operator==(const Box&, const Box&) = default;
   };
 
-  // What was shown, in order.
+  // The boxes that were shown, in order.
   std::vector<Box> boxes;
   // Answers to the boxes to come; when none is left, a box is answered with Ok.
   std::deque<MessageAnswer> answers;
@@ -50,8 +50,7 @@ public:
   std::function<void()> onProcessNumber;
   // What the user does in the dialogs of parameters: true for OK. Without it the values that are offered are taken.
   std::function<bool(const ParameterQuestion&, std::span<double>)> onParameters;
-  // What the user does in the common dialogs to come: a change of the fields and OK, or Cancel where there is none
-  // left.
+  // The user's actions in the common dialogs to come: a change of the fields and OK; Cancel if none is left.
   std::deque<std::function<void(OpenDialog&)>> openAnswers;
   std::deque<std::function<void(Colour&)>> colourAnswers;
   std::deque<std::function<void(Font&)>> fontAnswers;
@@ -71,7 +70,7 @@ public:
   std::function<void()> onDoEvents;
   // Makes the way to the scanners; without it there is none.
   std::function<std::unique_ptr<ScannerDriver>()> scannerMaker;
-  // What the user does in the forms to come; a form that is still visible then, or finds nothing here, is closed.
+  // The user's actions in the forms to come; a form that is still visible then, or finds none here, is closed.
   std::deque<std::function<void(DialogForm&)>> formAnswers;
   float twipsPerPixelX = 15;
   float twipsPerPixelY = 15;

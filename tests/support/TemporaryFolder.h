@@ -11,7 +11,7 @@
 
 namespace kw::test {
 
-// Where the folders of tests lie: in memory where there is room, since a disk holds up each file that takes another's
+// The parent of the folders of tests: in memory if there is room, since a disk delays each file that takes another's
 // place.
 inline std::filesystem::path RoomForTests() {
   constexpr std::uintmax_t enough = std::uintmax_t{1} << 30U;
@@ -58,7 +58,7 @@ private:
   std::filesystem::path folder;
 };
 
-// The whole of a file; empty where there is none.
+// The bytes of a file; empty if there is none.
 inline std::string ReadWhole(const std::string& path) {
   std::ifstream file(ToFilesystemPath(path), std::ios::binary);
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};

@@ -15,7 +15,7 @@ constexpr bool IsWatched = true;
 constexpr bool IsWatched = false;
 #endif
 
-// How much of something a test does: all of it, or, where every access is watched, so much that each kind still occurs.
+// The amount of work of a test: all of it, or under a sanitizer enough that each kind still occurs.
 template <class Number>
 constexpr Number Amount(Number all, Number watched) {
   return IsWatched ? watched : all;

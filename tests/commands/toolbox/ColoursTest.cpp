@@ -7,8 +7,8 @@
 namespace kw::test {
 namespace {
 
-// What the palette, 152 by 96 pixels, shows two pixels inside its upper left corner, five inside the lower right one,
-// and at a point between.
+// The colours of the palette, 152 by 96 pixels, two pixels inside its upper left corner, five inside the lower right
+// one, and at a point between.
 constexpr Colour NearCorner = MakeColour(255, 245, 244);
 constexpr Colour FarCorner = MakeColour(13, 13, 13);
 constexpr float PaleGreenX = 700;
@@ -194,7 +194,7 @@ TEST_F(Colours, ACancelledDialogLeavesTheColour) {
   Form().SampleForeGroundColor.DblClick.Raise();
   desktop.colourAnswers.emplace_back([](Colour& colour) { colour = MakeColour(40, 50, 60); });
   Form().SampleBackGroundColor.DblClick.Raise();
-  // What a preview left behind is put right as well.
+  // The colour that a preview left behind is put right as well.
   Form().lblSampleColor.SetForeColor(1);
   Form().lblSampleColor.SetBackColor(1);
   Form().SampleForeGroundColor.DblClick.Raise();

@@ -115,7 +115,7 @@ TEST_F(ToolBoxTest, TheLossOfTheMouseEndsTheDrag) {
   EXPECT_EQ(Box().Left(), left - 5);
 }
 
-// The button tells of a press when it has ended, with the place where it ended.
+// The button reports a press at its end, with the place of the end.
 TEST_F(ToolBoxTest, ItsButtonHidesItUnlessThePressEndsOutside) {
   const RaisedPicture& button = Form().kwrpHideToolBox;
   EXPECT_TRUE(button.IsButton());

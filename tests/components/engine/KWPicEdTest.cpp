@@ -44,7 +44,7 @@ TEST_F(EngineEffects, AsksForParameters) {
     EXPECT_TRUE(effect.command != "Rotate" || engine.Width() == 40);
   }
   EXPECT_EQ((std::vector<std::string>{"Colorize", "Option", "Resize", "Rotate", "Threshold"}), asked);
-  // What was chosen once does not hold for the next time.
+  // Values that were chosen once do not hold for the next time.
   desktop.onParameters = {};
   engine.Replace(before);
   engine.Apply("Rotate");

@@ -35,7 +35,7 @@ TEST_F(Printing, CancellingWhilePageTwoIsRenderedKeepsItOffThePaper) {
   ExpectOver();
 }
 
-// What waits behind the last page of a cancelled job is no blank sheet.
+// A job that is cancelled behind its last page leaves no blank sheet.
 TEST_F(Printing, CancellingBehindAPageStartsNoNewOne) {
   Open(5);
   desktop.onPrintPicture = [&](const Bitmap& picture) {

@@ -29,7 +29,7 @@ protected:
       if (whileWaiting) whileWaiting();
     };
   }
-  // What the user chooses in the next printer dialog.
+  // The user's choice in the next printer dialog.
   void Choose(std::int32_t from, std::int32_t to) {
     desktop.printerAnswers.emplace_back([=](PrinterDialog& dialog) {
       dialog.fromPage = from;

@@ -13,7 +13,7 @@ namespace {
 
 using Names = std::vector<std::string>;
 
-// What a test says about the scanner and learns from it.
+// The scanner as a test scripts it, and the calls that it got.
 struct Script {
   int drivers = 0;
   Names calls;
@@ -49,7 +49,7 @@ protected:
     ForgetTrace();
   }
   void Command(const std::string& key) { Form().tbrMoreTools.ButtonClick.Raise(key); }
-  // What a scan does that has an image.
+  // A scan that has an image.
   bool Deliver() {
     desktop.clipboardFormats.insert(ClipboardDib);
     return true;

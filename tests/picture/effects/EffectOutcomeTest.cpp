@@ -1,4 +1,4 @@
-// What effects make of pages as users have them.
+// Effects on pages as users have them.
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-// What effects promise beyond their formulas.
+// Promises of the effects beyond their formulas.
 
 #include <gtest/gtest.h>
 

@@ -177,7 +177,7 @@ TEST(EffectTable, TooLargeAResult) {
   EXPECT_TRUE(SamePicture(before, picture));
 }
 
-// What shares pixels with the picture does not change with it.
+// A copy that shares pixels with the picture does not change with it.
 TEST(EffectTable, CopiesStay) {
   for (const int depth : {1, 4, 8, 24, 32}) {
     for (const Effect& effect : Effects()) {

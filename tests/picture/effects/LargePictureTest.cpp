@@ -1,4 +1,4 @@
-// What is done differently for pictures too large for the caches, or on several threads.
+// The other ways for pictures that are too large for the caches, and for several threads.
 
 #include <gtest/gtest.h>
 
@@ -63,7 +63,7 @@ Bitmap FewColours(std::int32_t width, std::int32_t height, unsigned colours) {
 }
 
 TEST(LargePicture, DepthsAreTheSameOnSeveralThreads) {
-  // Of the whole size where it does not take long; where it does, less work is worth a thread.
+  // The whole size if that is quick; under a sanitizer less work is worth a thread.
   constexpr std::int32_t part = test::Amount(1, 10);
   SetLeastWork(test::IsWatched ? 1U << 12U : 0U);
   for (const char* const command : {"DecreaseBpp", "IncreaseBpp"}) {

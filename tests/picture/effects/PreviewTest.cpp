@@ -53,7 +53,7 @@ TEST(EffectPreview, OfAPictureThatFitsIsTheEffectInThePagesDepth) {
   }
 }
 
-// What the screen shows is the part in the middle of the page as the command leaves it, only reduced.
+// The preview shows the middle of the page as the command leaves it, only reduced.
 TEST(EffectPreview, OfALargePageIsAPartOfWhatBecomesOfIt) {
   constexpr std::int32_t side = 1024;
   for (const int depth : {1, 8, 24}) {

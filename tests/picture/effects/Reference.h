@@ -11,7 +11,7 @@
 
 namespace kw::reference {
 
-// Blue, green, red and alpha (255 where the picture has none) of one pixel.
+// Blue, green, red and alpha (255 if the picture has none) of one pixel.
 using Pixel = std::array<std::int32_t, 4>;
 
 // A picture without rows, bits or palettes.
@@ -39,7 +39,7 @@ struct Plain {
 
 Plain Read(const Bitmap& picture);
 
-// What an effect must make of the picture, pixel by pixel from the formulas in docs/effects.md.
+// The expected result of an effect, pixel by pixel from the formulas in docs/effects.md.
 Plain Expected(std::string_view command, const Bitmap& picture, std::span<const double> values);
 
 }  // namespace kw::reference

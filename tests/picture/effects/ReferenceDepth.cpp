@@ -47,7 +47,7 @@ struct Box {
 
 std::array<std::int32_t, 3> ColourOf(const Pixel& p) { return {p[2], p[1], p[0]}; }
 
-// The half of fewer pixels and the rest, by the place along the channel where the box is widest.
+// The half of fewer pixels and the rest, by the place along the box's widest channel.
 std::array<Box, 2> Halves(Box box) {
   const std::size_t channel = box.WidestChannel();
   std::ranges::sort(box.cells, [channel](const Cell& a, const Cell& b) {

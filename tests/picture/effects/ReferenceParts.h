@@ -6,7 +6,7 @@
 
 #include "tests/picture/effects/Reference.h"
 
-// What the formulas of the reference are written with.
+// The building blocks of the reference's formulas.
 namespace kw::reference {
 
 using Values = std::span<const double>;

@@ -6,7 +6,7 @@
 //   unload     lets go of the control and unloads the library
 //   nothing    ends while it has the control
 //   open FILE  opens the document and lets go of the control
-// Boxes that come up are answered and written to the output, one a line. The exit code is 7 where the program came to
+// Boxes that come up are answered and written to the output, one a line. The exit code is 7 if the program came to
 // its own end.
 
 #include <windows.h>

@@ -1,10 +1,10 @@
 // Another program at the clipboard: ClipboardUser image | bitmap | text | empty | hold EVENT EVENT
 //   image  copies an image, as the device-independent bitmap that programs exchange
-//   bitmap copies an image as a plain bitmap, of which the system makes a device-independent one for who asks
+//   bitmap copies an image as a plain bitmap, of which the system makes a device-independent one if asked
 //   text   copies a text
 //   empty  leaves nothing on it
 //   hold   keeps it open: sets the first event when it has it, and lets it go when the second one is set
-// The exit code is 0 where that was done.
+// The exit code is 0 if that was done.
 
 #include <windows.h>
 
