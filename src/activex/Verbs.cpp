@@ -3,6 +3,8 @@
 #include <olectl.h>
 
 #include "activex/Enumerator.h"
+#include "components/base/Texts.h"
+#include "windows/base/Text.h"
 
 namespace kw::activex {
 namespace {
@@ -21,7 +23,7 @@ std::vector<Verb> Verbs() {
   for (LONG number = 1;; ++number) {
     const Dispatcher::Command* const command = Dispatcher::CommandOfVerb(number);
     if (command == nullptr) return verbs;
-    verbs.push_back({number, {command->menuText.begin(), command->menuText.end()}});
+    verbs.push_back({number, windows::ToWide(TranslatedIfOwn(command->menuText))});
   }
 }
 

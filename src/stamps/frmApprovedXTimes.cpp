@@ -3,6 +3,7 @@
 #include <charconv>
 
 #include "components/base/Blank.h"
+#include "components/base/Texts.h"
 #include "trap/Procedure.h"
 
 namespace kw {
@@ -62,18 +63,18 @@ void frmApprovedXTimes::PlaceControls() {
 
 void frmApprovedXTimes::SetDesignValues() {
   form.SetCaption("Stamp");
-  opt(StampOption).SetCaption("&Stamp");
-  opt(CountOption).SetCaption("A&pproved for a number of times");
-  opt(DateOption).SetCaption("OK &until a date");
+  opt(StampOption).SetCaption(Translated("&Stamp"));
+  opt(CountOption).SetCaption(Translated("A&pproved for a number of times"));
+  opt(DateOption).SetCaption(Translated("OK &until a date"));
   cmbStamps.SetEditable(true);
   cmbNoOfTimes.SetEditable(true);
   Label1.SetCaption("APPROVED");
   lblOKUntil.SetCaption("OK UNTIL");
-  chkAttachSignature.SetCaption("&Attach signature");
+  chkAttachSignature.SetCaption(Translated("&Attach signature"));
   picPreview.SetBackColor(MakeColour(255, 255, 255));
   picPreview.SetEnabled(false);  // display only
-  chkOK.SetCaption("&OK");
-  chkCancel.SetCaption("&Cancel");
+  chkOK.SetCaption(Translated("&OK"));
+  chkCancel.SetCaption(Translated("&Cancel"));
   for (CheckBox* button : {&chkOK, &chkCancel}) button->SetIsButton(true);
   opt(StampOption).SetValue(true);
   EnableForOption(StampOption);

@@ -4,6 +4,7 @@
 #include <cwchar>
 #include <utility>
 
+#include "components/base/Texts.h"
 #include "windows/base/Gdi.h"
 #include "windows/base/Text.h"
 #include "windows/views/ViewTree.h"
@@ -11,7 +12,6 @@
 namespace kw::windows {
 namespace {
 
-constexpr const wchar_t* MoreText = L"More Buttons";
 constexpr const char* MoreImage = "More";
 
 BYTE StyleOf(const ToolBar::Button& button) {
@@ -145,7 +145,7 @@ void ToolBarView::AddButtons(const BarLayout& layout, const std::vector<BYTE>& s
 void ToolBarView::AddButton(std::size_t index, BYTE state, int width) const {
   const bool isMore = index == bar.Buttons().size();
   const ToolBar::Button button =
-      isMore ? ToolBar::Button{.toolTip = FromWide(MoreText), .image = MoreImage} : bar.Buttons()[index];
+      isMore ? ToolBar::Button{.toolTip = Translated("More Buttons"), .image = MoreImage} : bar.Buttons()[index];
   const std::wstring name = ToWide(button.toolTip);
   TBBUTTON added = {};
   added.idCommand = static_cast<int>(index) + 1;
@@ -277,7 +277,8 @@ LRESULT ToolBarView::OnNotify(NMHDR& header) {
   auto& asked = reinterpret_cast<NMTBGETINFOTIPW&>(header);
   const auto index = static_cast<std::size_t>(asked.iItem) - 1;
   if (index > bar.Buttons().size() || asked.cchTextMax <= 0) return 0;
-  const std::wstring text = index == bar.Buttons().size() ? MoreText : ToWide(bar.Buttons()[index].toolTip);
+  const std::wstring text = ToWide(index == bar.Buttons().size() ? Translated("More Buttons")
+                                                                 : TranslatedIfOwn(bar.Buttons()[index].toolTip));
   std::wcsncpy(asked.pszText, text.c_str(), static_cast<std::size_t>(asked.cchTextMax));
   asked.pszText[asked.cchTextMax - 1] = L'\0';
   return 0;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "components/base/RunTimeError.h"
+#include "components/base/Texts.h"
 #include "components/controls/ImageCombo.h"
 #include "scene/CanvasItems.h"
 #include "windows/base/CommonControls.h"
@@ -140,7 +141,7 @@ ControlView* ViewTree::ViewOf(const Control& model) const {
 
 void ViewTree::AddToolTip(HWND window, const Control& model) const {
   if (model.ToolTip().empty() || toolTips == nullptr) return;
-  std::wstring text = ToWide(model.ToolTip());
+  std::wstring text = ToWide(TranslatedIfOwn(model.ToolTip()));
   TTTOOLINFOW tool = {};
   tool.cbSize = TTTOOLINFOW_V1_SIZE;  // a size that every version of the common controls accepts
   tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
