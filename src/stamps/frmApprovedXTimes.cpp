@@ -3,6 +3,7 @@
 #include <charconv>
 
 #include "components/base/Blank.h"
+#include "components/controls/AccessibleTexts.h"
 #include "trap/Procedure.h"
 
 namespace kw {
@@ -74,6 +75,11 @@ void frmApprovedXTimes::SetDesignValues() {
   picPreview.SetEnabled(false);  // display only
   chkOK.SetCaption("&OK");
   chkCancel.SetCaption("&Cancel");
+  cmbStamps.SetAccessibleName(accessible::StampList);
+  cmbNoOfTimes.SetAccessibleName(accessible::StampCount);
+  lblTimes.SetAccessibleName(accessible::StampTimes);
+  DTPicker1.SetAccessibleName(accessible::StampDate);
+  picPreview.SetAccessibleName(accessible::StampPreview);
   for (CheckBox* button : {&chkOK, &chkCancel}) button->SetIsButton(true);
   opt(StampOption).SetValue(true);
   EnableForOption(StampOption);
