@@ -174,7 +174,7 @@ TEST_F(AccessibleFaults, LackOfMemoryIsTold) {
       hasFailed = memory.HasFailed();
     }
     if (!hasFailed) {
-      EXPECT_EQ(Take(name), L"Rectangle layer 1");
+      EXPECT_EQ(TakeText(name), L"Rectangle layer 1");
       break;
     }
     EXPECT_EQ(result, E_OUTOFMEMORY) << which;

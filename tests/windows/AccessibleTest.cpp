@@ -184,7 +184,7 @@ TEST_F(AccessibleCanvas, PicksALayerForTheClient) {
   const LONG second = IdOf(L"Rectangle layer 2");
   BSTR action = nullptr;
   EXPECT_EQ(canvas->get_accDefaultAction(ChildId(second), &action), S_OK);
-  EXPECT_EQ(Take(action), L"Pick");
+  EXPECT_EQ(TakeText(action), L"Pick");
   EXPECT_EQ(canvas->accDoDefaultAction(ChildId(second)), S_OK);
   EXPECT_EQ(picks, 1);
   EXPECT_EQ(canvas->accSelect(SELFLAG_TAKEFOCUS | SELFLAG_TAKESELECTION, ChildId(second)), S_OK);
@@ -215,7 +215,7 @@ TEST_F(AccessibleCanvas, ServesLateBoundClients) {
   EXPECT_EQ(late->Invoke(id, IID_NULL, LOCALE_NEUTRAL, DISPATCH_PROPERTYGET, &arguments, &result, nullptr, nullptr),
             S_OK);
   ASSERT_EQ(result.vt, VT_BSTR);
-  EXPECT_EQ(Take(result.bstrVal), L"Rectangle layer 1");
+  EXPECT_EQ(TakeText(result.bstrVal), L"Rectangle layer 1");
 }
 
 TEST_F(AccessibleForm, NamesOtherWindowsByCaptionAndToolTip) {

@@ -27,7 +27,7 @@ inline Accessible AccessibleOf(HWND window, LONG object = OBJID_CLIENT) {
   return found;
 }
 
-inline std::wstring Take(BSTR text) {
+inline std::wstring TakeText(BSTR text) {
   std::wstring taken(text == nullptr ? L"" : text, SysStringLen(text));
   SysFreeString(text);
   return taken;
@@ -36,13 +36,13 @@ inline std::wstring Take(BSTR text) {
 inline std::wstring NameOf(const Accessible& object, LONG id = CHILDID_SELF) {
   BSTR name = nullptr;
   object->get_accName(ChildId(id), &name);
-  return Take(name);
+  return TakeText(name);
 }
 
 inline std::wstring ValueOf(const Accessible& object, LONG id = CHILDID_SELF) {
   BSTR value = nullptr;
   object->get_accValue(ChildId(id), &value);
-  return Take(value);
+  return TakeText(value);
 }
 
 inline LONG RoleOf(const Accessible& object, LONG id = CHILDID_SELF) {
