@@ -261,6 +261,14 @@ TEST_F(AccessibleFaults, AnObjectThatAClientHoldsKeepsTheCodeLoaded) {
   EXPECT_FALSE(windows::AccessibleWindow::AreObjectsHeld());
 }
 
+TEST_F(AccessibleFaults, AClientThatAsksAndNeverTakesTheObjectKeepsNoCodeLoaded) {
+  canvas.Reset();
+  for (const HWND one : {window, WindowOf(form.label), WindowOf(form.combo)})
+    EXPECT_GT(SendMessageW(one, WM_GETOBJECT, GetCurrentProcessId(), OBJID_CLIENT), 0);
+  form.window.reset();
+  EXPECT_FALSE(windows::AccessibleWindow::AreObjectsHeld());
+}
+
 TEST_F(AccessibleFaults, AClientMayAskInTheMiddleOfAnEvent) {
   std::vector<std::wstring> heard;
   form.canvas.MouseDown.Connect([&](auto...) {
