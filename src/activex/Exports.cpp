@@ -7,6 +7,7 @@
 #include "activex/Module.h"
 #include "activex/Registration.h"
 #include "windows/base/Guard.h"
+#include "windows/views/AccessibleSource.h"
 #include "windows/views/ControlView.h"
 
 // The DLL's exports, by which COM loads, unloads and registers the control.
@@ -26,7 +27,9 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID iid, LPVOID* object) {
   return classId == CLSID_KwEditorLayers ? ClassFactory::Only().QueryInterface(iid, object) : CLASS_E_CLASSNOTAVAILABLE;
 }
 
-STDAPI DllCanUnloadNow() { return Module::IsUnused() ? S_OK : S_FALSE; }
+STDAPI DllCanUnloadNow() {
+  return Module::IsUnused() && !kw::windows::AccessibleWindow::AreObjectsHeld() ? S_OK : S_FALSE;
+}
 
 STDAPI DllRegisterServer() { return kw::windows::GuardOr(E_OUTOFMEMORY, &kw::activex::Register); }
 

@@ -17,13 +17,15 @@ constexpr std::int16_t Ctrl(char letter) { return static_cast<std::int16_t>(lett
 
 }  // namespace
 
-Keyboard::Keyboard(const EditorContext& context, Dispatcher& commands) : EditorContext(context), dispatcher(commands) {
+Keyboard::Keyboard(const EditorContext& context, Dispatcher& commands)
+    : EditorContext(context), dispatcher(commands), layerKeys(context.form, context.layers) {
   form.picCanvas.KeyDown.Connect([this](std::int16_t code, std::int16_t shift) { picCanvas_KeyDown(code, shift); });
   form.picCanvas.KeyPress.Connect([this](std::int16_t character) { picCanvas_KeyPress(character); });
   form.picCanvas.KeyUp.Connect([this](std::int16_t code, std::int16_t shift) { picCanvas_KeyUp(code, shift); });
-  const auto askUse = [this](std::int16_t code, std::int16_t shift, bool& isInUse) { isInUse = IsInUse(code, shift); };
-  form.picCanvas.KeyUse.Connect(askUse);
-  form.editor.KeyUse.Connect(askUse);
+  form.picCanvas.KeyUse.Connect(
+      [this](std::int16_t code, std::int16_t shift, bool& isInUse) { isInUse = IsInUseOnCanvas(code, shift); });
+  form.editor.KeyUse.Connect(
+      [this](std::int16_t code, std::int16_t shift, bool& isInUse) { isInUse = IsInUse(code, shift); });
   form.mnuSelectAll.Click.Connect([this] { mnuSelectAll_Click(); });
   form.mnuMergeDown.Click.Connect([this] { mnuMergeDown_Click(); });
 }
@@ -33,6 +35,10 @@ bool Keyboard::IsInUse(std::int16_t keyCode, std::int16_t shift) const {
   if (keyCode == Enter || keyCode == Escape || keyCode == DeleteKey) return true;
   const bool isLetter = keyCode >= 'A' && keyCode <= 'Z';
   return isLetter && shift == Mouse::ControlKey && ShortcutOf(Ctrl(static_cast<char>(keyCode))) != nullptr;
+}
+
+bool Keyboard::IsInUseOnCanvas(std::int16_t keyCode, std::int16_t shift) const {
+  return IsInUse(keyCode, shift) || layerKeys.HasUseOf(keyCode, shift);
 }
 
 const Keyboard::Shortcut* Keyboard::ShortcutOf(std::int16_t character) {
@@ -53,9 +59,10 @@ const Keyboard::Shortcut* Keyboard::ShortcutOf(std::int16_t character) {
 }
 
 void Keyboard::picCanvas_KeyDown(std::int16_t keyCode, std::int16_t shift) {
-  static_cast<void>(keyCode);
-  static_cast<void>(shift);
-  const Procedure run(trap, "picCanvas_KeyDown");
+  Procedure run(trap, "picCanvas_KeyDown");
+  // The form's own keys come here, too.
+  if (form.editor.ActiveControl() != &form.picCanvas) return;
+  run([&] { layerKeys.Strike(keyCode, shift); });
 }
 
 void Keyboard::picCanvas_KeyPress(std::int16_t keyAscii) {

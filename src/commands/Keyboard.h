@@ -5,6 +5,7 @@
 #include "commands/Dispatcher.h"
 #include "document/EditorContext.h"
 #include "form/EditorForm.h"
+#include "layers/LayerKeys.h"
 #include "layers/Layers.h"
 #include "trap/Trap.h"
 #include "view/Zoom.h"
@@ -20,8 +21,10 @@ public:
   void picCanvas_KeyPress(std::int16_t keyAscii);
   void picCanvas_KeyUp(std::int16_t keyCode, std::int16_t shift);
 
-  // Whether that key has a use now; else it is the host's.
+  // Whether that key has a use now, wherever in the control the keyboard is; else it is the host's.
   bool IsInUse(std::int16_t keyCode, std::int16_t shift) const;
+  // The same for the canvas, which has keys for layers.
+  bool IsInUseOnCanvas(std::int16_t keyCode, std::int16_t shift) const;
 
   void mnuSelectAll_Click();
   void mnuMergeDown_Click();
@@ -38,6 +41,7 @@ private:
   void ClickIfEnabled(const char* key);
 
   Dispatcher& dispatcher;
+  LayerKeys layerKeys;
   // Set to 0 by Escape, and read by nobody.
   std::int16_t m_EscapeFlag = 0;
 };

@@ -4,6 +4,7 @@
 
 #include "components/base/Arithmetic.h"
 #include "components/base/Blank.h"
+#include "components/controls/AccessibleTexts.h"
 #include "document/PageFiles.h"
 
 namespace kw {
@@ -49,6 +50,7 @@ void Document::OpenFile(const std::string& fPath) {
     if (IsBlank(m_FirstFilePath)) m_FirstFilePath = m_FilePath;
   });
   run([&] { form.TransLayers(Layers::PageLayer).SetPicture({}); });
+  run([&] { form.editor.SetAccessibleName(accessible::Editor); });
   run([&] { form.TransBackImage.SetPicture({}); });
   ResetView(run);
   run([&] { m_IgnorePageChange = true; });
@@ -169,6 +171,8 @@ void Document::PageIndex_Change() {
 void Document::ShowPageControls(DocumentProcedure& run) {
   const auto page = std::max<std::int32_t>(1, form.PageIndex.Value());
   const std::int32_t count = PageCount();
+  run([&] { form.editor.SetAccessibleName(accessible::EditorWithPage(page, count)); });
+  run([&] { form.TransLayers(Layers::PageLayer).SetAccessibleName(accessible::PageOf(page, count)); });
   run([&] { BarOf(form.tbrBasicTools, "PrevPage").SetButtonEnabled("PrevPage", page > 1); });
   run([&] { BarOf(form.tbrBasicTools, "NextPage").SetButtonEnabled("NextPage", page < count); });
   run([&] { form.lblPageNo.SetCaption("Page" + std::string(20, ' ') + "of " + std::to_string(count)); });

@@ -45,6 +45,7 @@ EditorForm::EditorForm(Desktop& desktop)
   AddButtons();
   Place();
   SetDesignValues();
+  NameControls();
 }
 
 void EditorForm::AddButtons() {

@@ -115,6 +115,7 @@ private:
   void AddButtons();
   void Place();
   void SetDesignValues();
+  void NameControls();
 };
 
 }  // namespace kw

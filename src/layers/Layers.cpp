@@ -26,6 +26,7 @@ Layers::Layers(Desktop& platform, EditorForm& editorForm, Trap& errorTrap)
     layer.Typed.Connect([this, &layer] { GrowToText(layer); });
     layer.Activate.Connect([this, index] { TransLayers_Activate(index); });
     layer.Deactivate.Connect([this, index] { TransLayers_Deactivate(index); });
+    layer.Pick.Connect([this, index] { PickByUser(index); });
     ConnectMouse(layer);
   });
   ConnectMouse(form.TransBackImage);
@@ -106,6 +107,20 @@ void Layers::PassPress(std::int16_t index) {
   activeLayer = index;
   if (before != index && before != 0) form.TransLayers(before).GiveUpActivation();
   if (index != 0) form.TransLayers(index).TakePress();
+}
+
+void Layers::PickByUser(std::int16_t index) {
+  Procedure run(trap);
+  const bool isPointer = run.Ask<bool>([&] { return form.tbrEditingTools.ButtonOf("NoTools").pressed; }, false);
+  const bool isFree = !drag.m_IsMouseDown && !pickedDrag.IsUnderWay();
+  const bool isFloating = index > PageLayer && form.TransLayers.IsLoaded(index) && form.TransLayers(index).Visible();
+  if (isPointer && isFree && isFloating) run([&] { PassPress(index); });
+}
+
+std::int16_t Layers::PickedLayer() const {
+  const bool isPicked = activeLayer > PageLayer && form.TransLayers.IsLoaded(activeLayer) &&
+                        form.TransLayers(activeLayer).Visible() && form.TransLayers(activeLayer).SelectionFrame() != 0;
+  return isPicked ? activeLayer : std::int16_t{0};
 }
 
 void Layers::PassPress(std::int16_t index, float x, float y) {

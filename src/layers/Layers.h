@@ -56,6 +56,10 @@ public:
   void RaiseAboveOthers(std::int16_t index);
   // Hands a press to a layer, or to none with index 0: it becomes the active one, and the one that was is released.
   void PassPress(std::int16_t index);
+  // A user who presses on nothing picks a layer: with the pointer tool it takes a press, else nothing happens.
+  void PickByUser(std::int16_t index);
+  // The active layer if it is picked; 0 if there is none.
+  std::int16_t PickedLayer() const;
   // Hands it a press of the left button at a point of the canvas: with the pointer tool a drag of the layer begins.
   void PassPress(std::int16_t index, float x, float y);
   // The release of that button: the layer lands. A second press on a layer of text that moves nothing begins typing.

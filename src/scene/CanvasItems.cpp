@@ -1,7 +1,5 @@
 #include "scene/CanvasItems.h"
 
-#include "components/controls/LightWeightMarker.h"
-
 namespace kw {
 namespace {
 
@@ -25,6 +23,10 @@ PixelRect ContentsOnDevice(const TransparentPicture& layer, const Scale& scale) 
     if (own.Height() == layer.LineWidth()) contents.bottom = contents.top + LineOf(layer, scale);
   }
   return contents;
+}
+
+std::int32_t RimOf(const TransparentPicture& layer, const Scale& scale) {
+  return layer.SelectionFrame() != 0 ? scale.LengthOnDevice(FrameWidth) : 0;
 }
 
 // The figure that a layer draws, inset by half the line width, so that nothing is cut off.
@@ -54,8 +56,8 @@ DisplayItem ItemOf(const TransparentPicture& layer, const Scale& scale) {
   DisplayItem item;
   item.key = KeyOf(&layer);
   item.frameWidth = scale.LengthOnDevice(FrameWidth);
-  item.rim = layer.SelectionFrame() != 0 ? item.frameWidth : 0;
-  item.bounds = Inset(ContentsOnDevice(layer, scale), -item.rim);
+  item.rim = RimOf(layer, scale);
+  item.bounds = BoundsOnDevice(layer, scale);
   item.picture = layer.Picture();
   item.shape = FigureOf(layer, scale);
   item.options = {.transparent = layer.TransparentColor(), .isLightened = layer.IsLightened()};
@@ -102,6 +104,14 @@ PixelRect ContentsOfLayer(const TransparentPicture& layer) {
   return Inset(PixelsOfLayer(layer), layer.SelectionFrame() != 0 ? FrameWidth : 0);
 }
 
+PixelRect BoundsOnDevice(const TransparentPicture& layer, const Scale& scale) {
+  return Inset(ContentsOnDevice(layer, scale), -RimOf(layer, scale));
+}
+
+PixelRect BoundsOnDevice(const LightWeightMarker& marker, const Scale& scale) {
+  return scale.ToDevice(PixelsOf(marker));
+}
+
 bool IsCanvasItem(const Control& child) {
   return dynamic_cast<const TransparentPicture*>(&child) != nullptr ||
          dynamic_cast<const LightWeightMarker*>(&child) != nullptr;
@@ -128,7 +138,7 @@ void CollectItems(const PictureBox& canvas, const Scale& scale, std::vector<Disp
     } else if (const auto* marker = dynamic_cast<const LightWeightMarker*>(child)) {
       DisplayItem& item = items.emplace_back();
       item.key = KeyOf(marker);
-      item.bounds = scale.ToDevice(PixelsOf(*marker));
+      item.bounds = BoundsOnDevice(*marker, scale);
       item.background = marker->Color();
     }
   }

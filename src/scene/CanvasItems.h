@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "components/controls/LightWeightMarker.h"
 #include "components/controls/PictureBox.h"
 #include "components/controls/TransparentPicture.h"
 #include "drawing/DisplayItem.h"
@@ -21,6 +22,10 @@ PixelRect PixelsOf(const Control& control);
 PixelRect PixelsOfLayer(const TransparentPicture& layer);
 // The part of these pixels that the layer's contents cover.
 PixelRect ContentsOfLayer(const TransparentPicture& layer);
+
+// The pixels of the device that a layer's display item, frame included, or a marker covers.
+PixelRect BoundsOnDevice(const TransparentPicture& layer, const Scale& scale);
+PixelRect BoundsOnDevice(const LightWeightMarker& marker, const Scale& scale);
 
 // A canvas's display list, back to front: its picture, then the visible layers and markers that are its direct
 // children. Other children have windows of their own. Pixels of pictures are shared, not copied. On a scaled device

@@ -4,6 +4,7 @@
 
 #include "components/base/Blank.h"
 #include "components/base/Texts.h"
+#include "components/controls/AccessibleTexts.h"
 #include "trap/Procedure.h"
 
 namespace kw {
@@ -75,6 +76,11 @@ void frmApprovedXTimes::SetDesignValues() {
   picPreview.SetEnabled(false);  // display only
   chkOK.SetCaption(Translated("&OK"));
   chkCancel.SetCaption(Translated("&Cancel"));
+  cmbStamps.SetAccessibleName(accessible::StampList);
+  cmbNoOfTimes.SetAccessibleName(accessible::StampCount);
+  lblTimes.SetAccessibleName(accessible::StampTimes);
+  DTPicker1.SetAccessibleName(accessible::StampDate);
+  picPreview.SetAccessibleName(accessible::StampPreview);
   for (CheckBox* button : {&chkOK, &chkCancel}) button->SetIsButton(true);
   opt(StampOption).SetValue(true);
   EnableForOption(StampOption);

@@ -12,7 +12,7 @@ using SafeNames = std::set<std::string_view>;
 bool IsOfAWord(char c) { return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_'; }
 
 // A barrier, or what has one around all that it does.
-const SafeNames Barriers = {"Guard", "GuardOr", "AtComBoundary", "RunToItsEnd", "Get", "Let"};
+const SafeNames Barriers = {"Guard", "GuardOr", "AtComBoundary", "AtClient", "RunToItsEnd", "Get", "Let"};
 
 // Calls that need no barrier. Of the control's own procedures, those that only free, count or hand out what is
 // there; of the system's, all: they are written in another language.
@@ -24,9 +24,10 @@ const SafeNames Safe = {
     "QueryInterface", "Release", "ReleaseActCtx", "ReleaseDC", "SendMessageW", "SetCursor", "SetFocus",
     "SetViewportOrgEx", "ShowWindow", "SysFreeString", "__uuidof", "begin", "copy", "end", "erase_if", "size",
     // Ours.
-    "Abandon", "Activation", "Bars", "Close", "Context", "Detach", "Extent", "Find", "Free", "FreeRetired", "GoDownTo",
-    "HandOut", "HeightOf", "IsDirty", "IsHeldByOthers", "IsNeeded", "IsUnused", "Life", "Lock", "Only", "ReleaseLater",
-    "Remove", "RunningTimers", "Shared", "Unhook", "Unknown", "Unlock", "WidthOf", "Window"};
+    "Abandon", "Activation", "AreObjectsHeld", "Bars", "Close", "Context", "Detach", "Disconnect", "Extent", "Find",
+    "Free", "FreeRetired", "GoDownTo", "HandOut", "HeightOf", "IsDirty", "IsHeldByOthers", "IsNeeded", "IsUnused",
+    "Life", "Lock", "Only", "ReleaseLater", "Remove", "RunningTimers", "Shared", "Unhook", "Unknown", "Unlock",
+    "WidthOf", "Window"};
 
 const SafeNames Keywords = {"if", "for", "while", "switch", "return", "sizeof", "catch"};
 

@@ -28,6 +28,7 @@ enum class Aspect : std::uint8_t {
   Focus,    // it became the active control by a procedure, not by the user
   PopUp,    // a menu is to be shown at the mouse
   Typing,   // typing into it begins or ends
+  Name,     // its accessible name
 };
 
 // The one window or drawing that may show a model. A model works the same with none.
@@ -42,6 +43,19 @@ public:
   // A child was loaded into, or is about to be unloaded from, the model that this view shows.
   virtual void ChildAdded(Control& child) { static_cast<void>(child); }
   virtual void ChildRemoved(Control& child) { static_cast<void>(child); }
+};
+
+// What a control is to a screen reader.
+enum class AccessibleRole : std::uint8_t {
+  Standard,  // what its kind of control is
+  Pane,
+  Group,
+  Separator,
+  Text,
+  Graphic,
+  Document,
+  Button,
+  Grip,
 };
 
 // Codes of the mouse pointers that the editor sets.
@@ -111,6 +125,12 @@ public:
   void SetPointerIcon(const std::string& key);
   const std::string& ToolTip() const { return toolTip; }
   void SetToolTip(std::string text) { toolTip = std::move(text); }
+  // What a screen reader calls it; if empty, its caption or its tool tip.
+  const std::string& AccessibleName() const { return accessibleName; }
+  void SetAccessibleName(std::string text) { AssignIfNew(accessibleName, std::move(text), Aspect::Name); }
+  // A matter of design time.
+  AccessibleRole RoleOfDesign() const { return role; }
+  void SetRoleOfDesign(AccessibleRole value) { role = value; }
 
   // Moves this control in front of its siblings.
   void ZOrder();
@@ -181,6 +201,8 @@ private:
   MousePointer pointer = MousePointer::Default;
   std::string pointerIcon;
   std::string toolTip;
+  std::string accessibleName;
+  AccessibleRole role = AccessibleRole::Standard;
   Unit scaleUnit = Unit::Pixels;
   Control* container = nullptr;
   // Restacking many children one by one must not move all the others each time: a child that comes to the front gets

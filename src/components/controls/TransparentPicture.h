@@ -87,11 +87,14 @@ public:
 
   // Input procedure: the layer takes a press, which activates it.
   void TakePress() const { Activate.Raise(); }
+  // Input procedure: the user picks the layer without pressing on it.
+  void UserPick() const { Pick.Raise(); }
   // Another layer, or none, is the active one from now on.
   void GiveUpActivation() const { Deactivate.Raise(); }
 
   Event<> Activate;
   Event<> Deactivate;
+  Event<> Pick;
   Event<> Typed;
   Event<> Change;  // its size or its picture changed
 

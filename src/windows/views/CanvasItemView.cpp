@@ -1,10 +1,24 @@
 #include "windows/views/CanvasItemView.h"
 
+#include <oleacc.h>
+
 #include "components/controls/LightWeightMarker.h"
+#include "scene/Accessible.h"
 #include "windows/views/PictureBoxView.h"
 #include "windows/views/ViewTree.h"
 
 namespace kw::windows {
+
+// What screen readers know of the item.
+struct CanvasItemView::Told {
+  AccessibleItem item;
+  bool isPicked = false;
+};
+
+CanvasItemView::CanvasItemView(ViewTree& shared, Control& shown, MouseInput& input, ControlView* container)
+    : ControlView(shared, shown, container), mouse(&input) {}
+
+CanvasItemView::~CanvasItemView() = default;
 
 PictureBoxView* CanvasItemView::Canvas() const { return dynamic_cast<PictureBoxView*>(Container()); }
 
@@ -14,7 +28,43 @@ void CanvasItemView::Show(Aspect aspect) {
   if (aspect == Aspect::Typing) ShowTyping();
   if (!IsAttached()) return;
   if (field != nullptr) field->Show();
-  if (PictureBoxView* canvas = Canvas()) canvas->ItemsChanged();
+  if (PictureBoxView* canvas = Canvas()) {
+    canvas->ItemsChanged();
+    TellReaders(*canvas);
+  }
+}
+
+LONG CanvasItemView::AccessibleId() {
+  constexpr LONG IdsOfItem = 16;  // the item and its handles
+  if (itemNumber == 0) itemNumber = Shared().NextItemNumber();
+  return itemNumber * IdsOfItem;
+}
+
+void CanvasItemView::TellReaders(const PictureBoxView& canvas) {
+  if (!IsAccessiblePart(Model())) return TellReadersThatItGoes();
+  const auto tell = [&](DWORD event) { Shared().Announce(event, canvas.Handle(), AccessibleId()); };
+  AccessibleItem now = AccessibleOf(Model());
+  if (told == nullptr) {
+    told = std::make_unique<Told>();
+    tell(EVENT_OBJECT_CREATE);
+  } else {
+    if (now.name != told->item.name) tell(EVENT_OBJECT_NAMECHANGE);
+    if (now.value != told->item.value) tell(EVENT_OBJECT_VALUECHANGE);
+  }
+  told->item = std::move(now);
+  const auto* const layer = dynamic_cast<const TransparentPicture*>(&Model());
+  const bool isPicked = layer != nullptr && layer->SelectionFrame() != 0;
+  if (told->isPicked == isPicked) return;
+  told->isPicked = isPicked;
+  tell(isPicked ? EVENT_OBJECT_SELECTION : EVENT_OBJECT_SELECTIONREMOVE);
+  if (isPicked && GetFocus() == canvas.Handle()) tell(EVENT_OBJECT_FOCUS);
+}
+
+void CanvasItemView::TellReadersThatItGoes() {
+  if (told == nullptr) return;
+  told.reset();
+  if (const PictureBoxView* const canvas = Canvas())
+    Shared().Announce(EVENT_OBJECT_DESTROY, canvas->Handle(), AccessibleId());
 }
 
 void CanvasItemView::ShowTyping() {
@@ -29,6 +79,7 @@ void CanvasItemView::ShowTyping() {
 
 void CanvasItemView::Leave() {
   field.reset();
+  TellReadersThatItGoes();
   if (PictureBoxView* canvas = Canvas()) {
     canvas->ItemsChanged();
     canvas->Forget(*this);

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <mutex>
 
+#include "scene/Accessible.h"
 #include "scene/CanvasItems.h"
 #include "windows/base/Gdi.h"
 #include "windows/base/Guard.h"
@@ -97,6 +98,7 @@ void ControlView::Open() {
   Hook();
   tree.NoteWindow(window, *this);
   Show(Aspect::Content);
+  ShowName();
   ShowEnabled();
   if (container == nullptr) return;  // the host sets the root's position and visibility
   ShowBounds();
@@ -106,6 +108,7 @@ void ControlView::Open() {
 }
 
 void ControlView::Detach() {
+  accessibleWindow.Disconnect();
   if (model == nullptr) return;
   model->DetachView();
   model = nullptr;
@@ -127,7 +130,10 @@ void ControlView::Changed(Aspect aspect) {
     if (IsAttached()) tree.NoteKeys();  // a page that opens or closes enables or disables the tool bars
   }
   if (aspect == Aspect::Focus && window != nullptr) SetFocus(window);
-  if (IsAttached()) Show(aspect);
+  if (!IsAttached()) return;
+  Show(aspect);
+  const bool isSpoken = aspect == Aspect::Content || aspect == Aspect::Colours || aspect == Aspect::Name;
+  if (isSpoken && IsAttached() && window != nullptr) ShowName();
 }
 
 void ControlView::EnableDescendants(const Control& holder) {
@@ -258,6 +264,7 @@ LRESULT CALLBACK ControlView::Subclass(HWND /*handle*/, UINT message, WPARAM wPa
 LRESULT ControlView::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == WM_NCDESTROY) {
     Unhook();
+    accessibleWindow.Disconnect();
     tree.ForgetWindow(window);
     const LRESULT result = Default(message, wParam, lParam);
     window = nullptr;
@@ -304,6 +311,9 @@ LRESULT ControlView::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
       const bool isWanted = asked != nullptr && asked->message == WM_KEYDOWN && WantsKey(asked->wParam);
       return OnMessage(message, wParam, lParam) | (isWanted ? DLGC_WANTMESSAGE : 0);
     }
+    case WM_GETOBJECT:
+      if (const LRESULT answer = accessibleWindow.Answer(window, *this, wParam, lParam); answer != 0) return answer;
+      break;
     case WM_SETFOCUS: {
       const LRESULT result = OnMessage(message, wParam, lParam);
       if (IsAttached()) FocusCame();

@@ -7,6 +7,11 @@
 #include <memory>
 
 #include "components/controls/Control.h"
+#include "windows/views/AccessibleSource.h"
+
+namespace kw {
+struct AccessibleItem;
+}  // namespace kw
 
 namespace kw::windows {
 
@@ -17,7 +22,7 @@ class ViewTree;
 //
 // A detached view must not use its model. Therefore a view checks IsAttached after every call that may have run code of
 // the editor.
-class ControlView : public View {
+class ControlView : public View, protected AccessibleSource {
 public:
   ControlView(ViewTree& shared, Control& shown, ControlView* holder);
   ~ControlView() override;
@@ -77,6 +82,10 @@ protected:
   virtual void ShowBounds();
   virtual void ShowEnabled();
 
+  AccessibleAnswer Whole() const override;
+  bool HasSystemsParts() const override { return !isOwnClass; }
+  void Do(LONG id) override;
+
   ViewTree& Shared() const { return tree; }
   // Creates a window of a system class, with the tree's font.
   HWND CreateSystemWindow(HWND parent, const wchar_t* className, DWORD style, DWORD extendedStyle = 0);
@@ -101,6 +110,8 @@ private:
   LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
   void ShowOrder();
   void ShowVisibility();
+  // Shows the accessible name as the window's text, and tells screen readers if name or value changed.
+  void ShowName();
   void EnableDescendants(const Control& holder);
   void GiveKeyboardToForm() const;
   // Closes a control that is dropped down elsewhere: the user pressed on this view.
@@ -111,7 +122,12 @@ private:
   ControlView* container;
   HWND window = nullptr;
   bool isOwnClass = false;
+  AccessibleWindow accessibleWindow;
+  std::unique_ptr<AccessibleItem> told;  // to screen readers
 };
+
+// ROLE_SYSTEM_...; 0 for Standard.
+LONG SystemRoleOf(AccessibleRole role);
 
 // The window class of views that paint themselves. It stores the view in the window, which is faster than a subclass,
 // which the system looks up for each message.

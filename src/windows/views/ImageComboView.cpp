@@ -1,5 +1,6 @@
 #include "windows/views/ImageComboView.h"
 
+#include "scene/Accessible.h"
 #include "windows/base/Gdi.h"
 #include "windows/base/Text.h"
 #include "windows/views/ViewTree.h"
@@ -20,8 +21,15 @@ std::wstring WindowText(HWND window) {
 }  // namespace
 
 HWND ImageComboView::Create(HWND parent) {
-  return CreateSystemWindow(parent, WC_COMBOBOXEXW,
-                            WS_VSCROLL | static_cast<DWORD>(combo.IsEditable() ? CBS_DROPDOWN : CBS_DROPDOWNLIST));
+  const HWND created = CreateSystemWindow(
+      parent, WC_COMBOBOXEXW, WS_VSCROLL | static_cast<DWORD>(combo.IsEditable() ? CBS_DROPDOWN : CBS_DROPDOWNLIST));
+  const auto nameInner = [&](UINT message) {
+    return std::make_unique<NamedWindow>(reinterpret_cast<HWND>(SendMessageW(created, message, 0, 0)),
+                                         ToWide(AccessibleOf(combo).name));
+  };
+  namedList = nameInner(CBEM_GETCOMBOCONTROL);
+  namedEdit = nameInner(CBEM_GETEDITCONTROL);
+  return created;
 }
 
 HWND ImageComboView::Edit() const { return reinterpret_cast<HWND>(SendMessageW(Handle(), CBEM_GETEDITCONTROL, 0, 0)); }

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "components/controls/ImageCombo.h"
 #include "windows/views/ControlView.h"
 #include "windows/views/Look.h"
+#include "windows/views/NamedWindow.h"
 
 namespace kw::windows {
 
@@ -36,6 +38,9 @@ private:
 
   ImageCombo& combo;
   std::vector<std::string> shownItems;
+  // The windows inside; null until the combo has one.
+  std::unique_ptr<NamedWindow> namedList;
+  std::unique_ptr<NamedWindow> namedEdit;
   bool isShowing = false;
   bool isDropped = false;
 };

@@ -77,6 +77,9 @@ LRESULT PictureBoxView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_PAINT:
       PaintItems();
       return 0;
+    case WM_SETFOCUS:
+      TellFocus();
+      break;
     case WM_TIMER:
       if (wParam != PaintTimer) break;
       KillTimer(Handle(), PaintTimer);

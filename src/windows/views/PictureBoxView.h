@@ -5,6 +5,7 @@
 
 #include "components/controls/PictureBox.h"
 #include "drawing/Compositor.h"
+#include "scene/Accessible.h"
 #include "scene/CanvasItems.h"
 #include "windows/base/TextDrawing.h"
 #include "windows/views/Look.h"
@@ -32,6 +33,13 @@ public:
   void Forget(const CanvasItemView& item);
 
 private:
+  std::vector<AccessibleAnswer> Parts() const override;
+  LONG PartAt(POINT point) const override;
+  void Do(LONG id) override;
+  LONG IdOf(const AccessiblePart& part) const;
+  // Tells screen readers which layer has the keyboard with the canvas.
+  void TellFocus() const;
+
   void Paint(HDC context, const RECT& client) override;
   void OnMouse(const MouseEvent& message) override;
   void OnMouseLost() override;

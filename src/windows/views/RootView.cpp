@@ -85,6 +85,9 @@ LRESULT RootView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case ViewTree::KeysMessage:
       Shared().TellKeys();
       return 0;
+    case Announcements::Message:
+      Shared().TellAnnouncements();
+      return 0;
     default:
       break;
   }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "scene/Accessible.h"
 #include "scene/CanvasItems.h"
 #include "windows/base/Gdi.h"
 #include "windows/base/Guard.h"
@@ -39,7 +40,8 @@ TextField::TextField(HWND shownOn, TransparentPicture& typedInto, const Scale& s
       scale(shownAt),
       window(CreateWindowExW(0, WC_EDITW, nullptr,
                              WS_CHILD | WS_CLIPSIBLINGS | ES_MULTILINE | ES_WANTRETURN | ES_AUTOVSCROLL, 0, 0, 1, 1,
-                             canvas, nullptr, Module(), nullptr)) {
+                             canvas, nullptr, Module(), nullptr)),
+      named(window, ToWide(AccessibleOf(typedInto).name)) {
   if (window == nullptr) return;
   SetPropW(window, PropertyName, this);
   SetWindowSubclass(window, &Subclass, 0, reinterpret_cast<DWORD_PTR>(this));

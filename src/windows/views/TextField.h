@@ -4,6 +4,7 @@
 
 #include "components/controls/TransparentPicture.h"
 #include "drawing/Scale.h"
+#include "windows/views/NamedWindow.h"
 
 namespace kw::windows {
 
@@ -40,6 +41,7 @@ private:
   TransparentPicture* layer;
   Scale scale;
   HWND window;
+  NamedWindow named;
   HFONT font = nullptr;
   bool isFilling = false;
 };

@@ -7,7 +7,6 @@
 
 #include "components/base/RunTimeError.h"
 #include "components/base/Texts.h"
-#include "components/controls/ImageCombo.h"
 #include "scene/CanvasItems.h"
 #include "windows/base/CommonControls.h"
 #include "windows/base/Gdi.h"
@@ -149,9 +148,6 @@ void ViewTree::AddToolTip(HWND window, const Control& model) const {
   tool.uId = reinterpret_cast<UINT_PTR>(window);
   tool.lpszText = text.data();
   SendMessageW(toolTips, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
-  // A button's text is its caption, and a combo's is its selection: leave them.
-  const bool hasText = GetWindowTextLengthW(window) > 0 || dynamic_cast<const ImageCombo*>(&model) != nullptr;
-  if (!hasText) SetWindowTextW(window, text.c_str());
 }
 
 namespace {
@@ -212,6 +208,11 @@ void ViewTree::NoteMenu(bool isUp) {
 void ViewTree::TellKeys() {
   areKeysNoted = false;
   if (const auto listener = keysListener) listener();
+}
+
+void ViewTree::TellAnnouncements() {
+  const auto held = Hold();
+  announcements.Tell(Window());
 }
 
 bool ViewTree::IsUserAtWork() const { return IsOpen() && (isInMenu || IsOwn(GetCapture())); }

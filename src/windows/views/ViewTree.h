@@ -11,6 +11,7 @@
 #include "drawing/Scale.h"
 #include "windows/base/Gdi.h"
 #include "windows/base/Images.h"
+#include "windows/views/Announcements.h"
 #include "windows/views/ControlView.h"
 #include "windows/views/ViewFactory.h"
 
@@ -67,7 +68,7 @@ public:
   const Images& Pictures() const { return *images; }
   // See ViewFactory.
   void LayOut() { factory->LayOut(); }
-  // Adds the control's tool tip, if it has one, and makes it the window's name for screen readers.
+  // Adds the control's tool tip, if it has one.
   void AddToolTip(HWND window, const Control& model) const;
 
   // Moves the focus to the next or previous tab stop; false past the last one.
@@ -85,6 +86,13 @@ public:
   // those for its child windows.
   static constexpr UINT KeysMessage = WM_USER;
   void TellKeys();
+  // Lets the message loop raise an event (EVENT_OBJECT_...) for screen readers: of a window or, by its child id, of a
+  // part of it.
+  void Announce(DWORD event, HWND window, LONG child) { announcements.Note(Window(), event, window, child); }
+  void TellAnnouncements();
+  // A number that no item of the tree's canvases had before.
+  LONG NextItemNumber() { return ++lastItemNumber; }
+
   // Whether a menu is up or a window of the tree has captured the mouse.
   bool IsUserAtWork() const;
 
@@ -123,6 +131,8 @@ private:
   std::function<void()> keysListener;
   bool areKeysNoted = false;  // KeysMessage is posted
   bool isInMenu = false;
+  Announcements announcements;
+  LONG lastItemNumber = 0;
   HFONT font = nullptr;
   HWND toolTips = nullptr;
   std::unique_ptr<Images> images;
