@@ -78,6 +78,13 @@ DisplayItem ItemOf(const TransparentPicture& layer, const Scale& scale) {
   return item;
 }
 
+// Where a picture lies in the middle of a room of that size, pixel for pixel.
+PixelRect MiddleOf(const PixelRect& room, const Bitmap& picture) {
+  const std::int32_t left = (room.Width() - picture.Width()) / 2;
+  const std::int32_t top = (room.Height() - picture.Height()) / 2;
+  return {left, top, left + picture.Width(), top + picture.Height()};
+}
+
 }  // namespace
 
 float UnitsPerPixel(const Control& container) { return container.ScaleUnit() == Unit::Twips ? TwipsPerPixel : 1.0F; }
@@ -128,7 +135,9 @@ void CollectItems(const PictureBox& canvas, const Scale& scale, std::vector<Disp
   if (const Bitmap& picture = canvas.Picture(); !picture.IsEmpty()) {
     DisplayItem& item = items.emplace_back();
     item.key = KeyOf(&canvas);
-    item.bounds = scale.ToDevice(PixelRect{0, 0, picture.Width(), picture.Height()});
+    item.bounds = canvas.IsPreview() ? MiddleOf(scale.ToDevice(BoundsOf(canvas)), picture)
+                                     : scale.ToDevice(PixelRect{0, 0, picture.Width(), picture.Height()});
+    if (canvas.IsPreview()) item.background = MakeColour(255, 255, 255);
     item.picture = picture;
   }
   for (const Control* child : canvas.Children()) {

@@ -10,8 +10,6 @@
 namespace kw {
 namespace {
 
-constexpr std::int16_t EnterKey = 13;
-constexpr std::int16_t EscapeKey = 27;
 constexpr int HighestCount = 100;
 constexpr int DaysOffered = 90;
 
@@ -199,8 +197,8 @@ void frmApprovedXTimes::chkCancel_Click() {
 
 void frmApprovedXTimes::Form_KeyDown(std::int16_t keyCode) {
   Procedure run(trap, "Form_KeyDown");
-  if (keyCode == EnterKey) run([&] { chkOK_Click(); });
-  if (keyCode == EscapeKey) run([&] { chkCancel_Click(); });
+  if (keyCode == DialogForm::EnterKey) run([&] { chkOK_Click(); });
+  if (keyCode == DialogForm::EscapeKey) run([&] { chkCancel_Click(); });
 }
 
 }  // namespace kw

@@ -1,4 +1,4 @@
-// The system's dialogs for files, colours, fonts and printers, and our own for parameters.
+// The system's dialogs for files, colours, fonts and printers.
 
 #include <windows.h>
 
@@ -12,9 +12,7 @@
 
 #include "components/base/RunTimeError.h"
 #include "windows/WindowsDesktop.h"
-#include "windows/base/Mouse.h"
 #include "windows/base/Text.h"
-#include "windows/dialogs/ParameterDialog.h"
 #include "windows/printing/Printer.h"
 
 namespace kw::windows {
@@ -140,13 +138,6 @@ bool WindowsDesktop::ShowPrinter(PrinterDialog& dialog) {
   dialog.toPage = isRange ? fields.nToPage : fields.nMaxPage;
   dialog.copies = fields.nCopies;
   return true;
-}
-
-bool WindowsDesktop::ShowParameters(const ParameterQuestion& question, std::span<double> values) {
-  const auto whileUp = EnterDialog();
-  const bool isChosen = AskParameters(TopLevelOwner(), question, values);
-  RenewPointer();
-  return isChosen;
 }
 
 }  // namespace kw::windows

@@ -1,5 +1,6 @@
 #include "windows/WindowsDesktop.h"
 
+#include <array>
 #include <map>
 #include <vector>
 
@@ -102,6 +103,15 @@ MessageAnswer WindowsDesktop::ShowMessageBox(const std::string& prompt, const st
 void WindowsDesktop::ShowModal(DialogForm& dialog) {
   const auto whileUp = EnterDialog();
   ModalWindow(dialog, TopLevelOwner()).Run();
+  RenewPointer();
+}
+
+void WindowsDesktop::Beep() { MessageBeep(MB_ICONEXCLAMATION); }
+
+std::string WindowsDesktop::DecimalSeparator() const {
+  std::array<wchar_t, 4> text = {};  // at most three characters
+  const int length = GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_SDECIMAL, text.data(), static_cast<int>(text.size()));
+  return length > 1 ? FromWide(text.data()) : ".";
 }
 
 // For the models the screen has 96 pixels to the inch; the views scale to its real DPI.

@@ -22,8 +22,9 @@ public:
   bool ShowColor(Colour& colour) override;
   bool ShowFont(Font& font) override;
   bool ShowPrinter(PrinterDialog& dialog) override;
-  bool ShowParameters(const ParameterQuestion& question, std::span<double> values) override;
   void ShowModal(DialogForm& dialog) override;
+  void Beep() override;
+  std::string DecimalSeparator() const override;
   void PrintPicture(const Bitmap& picture) override;
   void NewPrinterPage() override;
   void EndPrintJob() override;

@@ -30,7 +30,7 @@ protected:
     CommandTest::TearDown();
   }
 
-  static void Cancel(HWND box) { PostMessageW(box, WM_COMMAND, IDCANCEL, 0); }
+  static void Cancel(HWND box) { AnswerBox(box, false); }
   // The field for the name is an edit control or, in the system's newer dialogs, a combo.
   static void TypeName(HWND box, const std::wstring& name) {
     HWND field = GetDlgItem(box, edt1);

@@ -38,7 +38,7 @@ private:
       last = box;
       if (seconds != Patience) continue;
       ADD_FAILURE() << "a box that nobody answers: " << WordsOf(box);
-      PostMessageW(box, WM_COMMAND, IDOK, 0);
+      AnswerBox(box, true);
       seconds = 0;
     }
   }

@@ -14,6 +14,7 @@
 #include "tests/activex/EditorWindows.h"
 #include "tests/activex/Fixture.h"
 #include "tests/activex/StrictContainer.h"
+#include "tests/support/win32/BoxAnswerer.h"
 
 namespace kw::test {
 namespace {
@@ -42,7 +43,7 @@ void CALLBACK CloseWhatIsModal(HWND /*window*/, UINT /*message*/, UINT_PTR /*id*
                               (GetWindowLongW(window, GWL_STYLE) & WS_CAPTION) == WS_CAPTION;
         if (isDialog) {
           static int closed = 0;
-          PostMessageW(window, WM_COMMAND, ++closed % 3 == 0 ? IDOK : IDCANCEL, 0);
+          AnswerBox(window, ++closed % 3 == 0);
           PostMessageW(window, WM_COMMAND, IDNO, 0);
           PostMessageW(window, WM_CLOSE, 0, 0);
         }

@@ -42,10 +42,7 @@ protected:
     // So that it shows who sets the pointer.
     Form().picCanvas.SetPointer(MousePointer::SizeAll);
     Form().picCanvas.SetPointerIcon("");
-    desktop.onParameters = [this](const ParameterQuestion& question, std::span<double>) {
-      asked.push_back(question.title);
-      return true;
-    };
+    desktop.onParameters = [this](const DialogForm& dialog) { asked.push_back(dialog.Caption()); };
     desktop.whileBoxIsUp = [this](const ScriptedDesktop::Box& box) { LookAround(box); };
     desktop.boxes.clear();
     desktop.printersShown.clear();

@@ -8,7 +8,6 @@
 #include <map>
 #include <memory>
 #include <set>
-#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -19,7 +18,6 @@
 #include "components/controls/Scanner.h"
 #include "components/controls/Timer.h"
 #include "components/platform/Desktop.h"
-#include "components/platform/ParameterQuestion.h"
 #include "components/platform/ScannerDriver.h"
 #include "tests/support/ProfileFile.h"
 
@@ -48,8 +46,8 @@ public:
   mutable int timeReads = 0;
   // Runs whenever the editor asks for the number of its process, which is part of a scratch file's name.
   std::function<void()> onProcessNumber;
-  // What the user does in the dialogs of parameters: true for OK. Without it the values that are offered are taken.
-  std::function<bool(const ParameterQuestion&, std::span<double>)> onParameters;
+  // The user's actions in the dialogs of parameters before Enter, unless the dialog is left by then.
+  std::function<void(DialogForm&)> onParameters;
   // The user's actions in the common dialogs to come: a change of the fields and OK; Cancel if none is left.
   std::deque<std::function<void(OpenDialog&)>> openAnswers;
   std::deque<std::function<void(Colour&)>> colourAnswers;
@@ -72,6 +70,8 @@ public:
   std::function<std::unique_ptr<ScannerDriver>()> scannerMaker;
   // The user's actions in the forms to come; a form that is still visible then, or finds none here, is closed.
   std::deque<std::function<void(DialogForm&)>> formAnswers;
+  int beeps = 0;
+  std::string decimalSeparator = ".";
   float twipsPerPixelX = 15;
   float twipsPerPixelY = 15;
   std::string applicationFolder = R"(C:\Program Files\Host)";
@@ -81,6 +81,11 @@ public:
   std::map<Timer*, std::int32_t> runningTimers;
   std::map<std::string, int> timerStarts;
 
+  // Lets the time of all timers come that run now.
+  void FireTimers() const {
+    const auto running = runningTimers;
+    for (const auto& [timer, interval] : running) FireTimer(*timer);
+  }
   // Lets the time of a running timer come, as the message loop would. False when it does not run.
   bool FireTimer(Timer& timer) const {
     if (!runningTimers.contains(&timer)) return false;
@@ -112,15 +117,19 @@ public:
     printersShown.push_back(dialog);
     return Answer(printerAnswers, dialog);
   }
-  bool ShowParameters(const ParameterQuestion& question, std::span<double> values) override {
-    return !onParameters || onParameters(question, values);
-  }
   void ShowModal(DialogForm& dialog) override {
     dialog.SetVisible(true);
     dialog.Activate.Raise();
-    Answer(formAnswers, dialog);
+    if (dialog.Name() == "frmParameters") {
+      if (onParameters) onParameters(dialog);
+      if (dialog.Visible()) dialog.KeyDown.Raise(DialogForm::EnterKey, 0);
+    } else {
+      Answer(formAnswers, dialog);
+    }
     if (dialog.Visible()) dialog.UserClose();
   }
+  void Beep() override { ++beeps; }
+  std::string DecimalSeparator() const override { return decimalSeparator; }
   void PrintPicture(const Bitmap& picture) override {
     if (onPrintPicture) onPrintPicture(picture);
     if (isNewPage || openJob.empty()) openJob.emplace_back();

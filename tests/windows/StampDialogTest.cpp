@@ -5,113 +5,43 @@
 #include <commctrl.h>
 #include <gtest/gtest.h>
 
-#include <chrono>
-#include <filesystem>
 #include <functional>
 #include <optional>
-#include <thread>
+#include <string>
+#include <vector>
 
 #include "stamps/frmApprovedXTimes.h"
 #include "tests/support/RecordedEvents.h"
 #include "tests/support/TemporaryFolder.h"
-#include "tests/support/win32/PostedMessages.h"
-#include "tests/windows/TestForm.h"
-#include "windows/WindowsDesktop.h"
-#include "windows/base/Text.h"
+#include "tests/windows/RealDialog.h"
 
 namespace kw::test {
 namespace {
 
-class DialogDesktop final : public windows::WindowsDesktop {
-public:
-  HWND owner = nullptr;
-
+class RealStampDialog : public RealDialog {
 protected:
-  HWND DialogOwner() const override { return owner; }
-};
-
-class RealStampDialog : public testing::Test {
-protected:
-  RealStampDialog() { AppDir = folder.Path(); }
+  RealStampDialog() : RealDialog(L"Stamp") { AppDir = folder.Path(); }
   ~RealStampDialog() override { AppDir.clear(); }
 
   // Shows a new dialog while a user does this on a thread of his own.
   void Show(const std::function<void()>& user) {
     made.emplace(desktop, trap);
     made->LastStampSelected = lastStamp;
-    desktop.owner = form.host;
-    thread = GetCurrentThreadId();
-    std::thread hand([&] {
-      const bool isUp =
-          WaitFor([&] { return IsWindowVisible(Dialog()) != FALSE && Focus() == Inner(made->cmbStamps); });
-      EXPECT_TRUE(isUp);
-      if (isUp) user();
-      // Whatever went wrong, the dialog goes.
-      if (!WaitFor([] { return Dialog() == nullptr; })) {
-        ADD_FAILURE() << "the dialog is still up";
-        PostMessageW(Dialog(), WM_CLOSE, 0, 0);
-      }
-    });
-    made->ShowModal();
-    hand.join();
-  }
-  static HWND Dialog() { return FindWindowW(nullptr, L"Stamp"); }
-  template <class Condition>
-  static bool WaitFor(Condition isDone) {
-    for (int i = 0; i < 1000; ++i) {
-      if (isDone()) return true;
-      Sleep(10);
-    }
-    return false;
-  }
-  HWND Focus() const {
-    GUITHREADINFO info = {};
-    info.cbSize = sizeof info;
-    GetGUIThreadInfo(thread, &info);
-    return info.hwndFocus;
+    Use([&] { made->ShowModal(); }, [&] { return Focus() == Inner(made->cmbStamps); }, user);
   }
   // The field of a combo that takes the typing.
   static HWND Inner(const ImageCombo& combo) {
     return reinterpret_cast<HWND>(SendMessageW(WindowOf(combo), CBEM_GETEDITCONTROL, 0, 0));
   }
-  // What the field shows.
-  static std::string TextIn(const ImageCombo& combo) {
-    wchar_t text[600] = {};
-    SendMessageW(Inner(combo), WM_GETTEXT, std::size(text), reinterpret_cast<LPARAM>(text));
-    return windows::FromWide(text);
-  }
-  void Press(WPARAM key) const {
-    PostMessageW(Focus(), WM_KEYDOWN, key, 1);
-    PostMessageW(Focus(), WM_KEYUP, key, static_cast<LPARAM>(0xC0000001));
-    Settle();
-  }
-  void Mnemonic(wchar_t letter) const {
-    PostMessageW(Focus(), WM_SYSCHAR, letter, 1 << 29);
-    Settle();
-  }
-  void Type(const std::wstring& text) const {
-    for (const wchar_t one : text) PostMessageW(Focus(), WM_CHAR, one, 1);
-    Settle();
-  }
-  static void Settle() {
-    if (Dialog() != nullptr) PostedMessages::AreHandled(Dialog());
-  }
-  static void Click(const Control& control) {
-    PostMessageW(WindowOf(control), WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(8, 8));
-    PostMessageW(WindowOf(control), WM_LBUTTONUP, 0, MAKELPARAM(8, 8));
-    Settle();
-  }
+  static std::string TextIn(const ImageCombo& combo) { return RealDialog::TextIn(Inner(combo)); }
   std::string ListFile() const { return ReadWhole(folder.File("stamps.lst")); }
 
   const TemporaryFolder folder;
-  TestForm form;
-  DialogDesktop desktop;
   Log log{"log"};
   RecordedEvents events;
   Trap trap{desktop, events, form.root, form.frame, form.canvas, log};
   std::optional<frmApprovedXTimes> made;
   std::string lastStamp;
-  DWORD thread = 0;
 };
 
 TEST_F(RealStampDialog, StampsTheItemChosenWithTheKeyboard) {

@@ -16,7 +16,7 @@
 
 namespace kw::test {
 
-// The real desktop, but for its message boxes and questions for parameters, which are answered at once.
+// The real desktop, but for its message boxes and dialogs, which are answered at once.
 class QuietDesktop : public windows::WindowsDesktop {
 public:
   MessageAnswer ShowMessageBox(const std::string& prompt, const std::string& /*title*/,
@@ -24,7 +24,10 @@ public:
     boxes.push_back(prompt);
     return MessageAnswer::Ok;
   }
-  bool ShowParameters(const ParameterQuestion& /*question*/, std::span<double> /*values*/) override { return true; }
+  void ShowModal(DialogForm& dialog) override {
+    dialog.SetVisible(true);
+    dialog.KeyDown.Raise(DialogForm::EnterKey, 0);
+  }
   void DoEvents() override {
     if (beforeEvents) beforeEvents();
     WindowsDesktop::DoEvents();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "components/controls/Control.h"
@@ -26,6 +27,11 @@ public:
     value = newValue;
     Tell(Aspect::Content);
     Click.Raise();
+  }
+  std::string_view MnemonicCaption() const override { return caption; }
+  void UserMnemonic() override {
+    SetFocus();
+    UserToggle();
   }
   // Input procedure: the user toggled it.
   void UserToggle() {

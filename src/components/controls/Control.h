@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -157,6 +158,11 @@ public:
   // Shut-down sets these by name on every control; one that has no such member ignores it.
   virtual bool TrySetInterval(std::int32_t milliseconds);
   virtual bool TryClearPicture();
+
+  // The caption in which "&" marks the control's letter in a dialog; empty if it has none.
+  virtual std::string_view MnemonicCaption() const { return {}; }
+  // Input procedure: the user pressed Alt and that letter.
+  virtual void UserMnemonic() {}
 
   // Input procedures, called by a view for what the user did.
   void ReceiveFocus();

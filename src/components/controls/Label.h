@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "components/base/Font.h"
@@ -24,6 +25,13 @@ public:
   bool IsOpaque() const { return isOpaque; }
   bool HasBorder() const { return hasBorder; }
   void SetBorder(bool value) { hasBorder = value; }
+  // Whether "&" in the caption marks a letter, which gives the focus to the control behind the label. A matter of
+  // design time.
+  bool HasMnemonic() const { return hasMnemonic; }
+  void SetHasMnemonic(bool value) { hasMnemonic = value; }
+
+  std::string_view MnemonicCaption() const override { return hasMnemonic ? caption : std::string_view(); }
+  void UserMnemonic() override;
 
 private:
   std::string caption;
@@ -31,6 +39,7 @@ private:
   Colour backColor = 0;
   bool isOpaque = false;
   bool hasBorder = false;
+  bool hasMnemonic = false;
 };
 
 }  // namespace kw

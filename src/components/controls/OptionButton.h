@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "components/controls/Control.h"
@@ -26,6 +27,11 @@ public:
   // Raises Click when it becomes chosen.
   void SetValue(bool newValue);
 
+  std::string_view MnemonicCaption() const override { return caption; }
+  void UserMnemonic() override {
+    SetFocus();
+    UserChoose();
+  }
   // Input procedure: the user chose it. Ignored while it is disabled.
   void UserChoose() {
     if (Enabled()) SetValue(true);

@@ -20,6 +20,10 @@ public:
   bool TryClearPicture() override;
   Colour BackColor() const { return backColor; }
   void SetBackColor(Colour value);
+  // Whether the picture lies in the middle, on white, and a pixel of it is a pixel of the screen whatever its scale. A
+  // matter of design time.
+  bool IsPreview() const { return isPreview; }
+  void SetIsPreview(bool value) { isPreview = value; }
 
   Event<> Resize;
 
@@ -29,6 +33,7 @@ protected:
 private:
   Bitmap picture;
   Colour backColor = MakeColour(255, 255, 255);
+  bool isPreview = false;
 };
 
 }  // namespace kw

@@ -40,6 +40,17 @@ private:
 class Slider : public RangeControl {
 public:
   explicit Slider(std::string controlName) : RangeControl(std::move(controlName), "Slider") {}
+
+  // Ticks, and a tip that shows the value while it is dragged. A matter of design time.
+  bool HasTicks() const { return hasTicks; }
+  void SetHasTicks(bool value) { hasTicks = value; }
+  // How far a press beside the thumb moves it; 0: as far as the system likes. A matter of design time.
+  std::int32_t LargeChange() const { return largeChange; }
+  void SetLargeChange(std::int32_t amount) { largeChange = amount; }
+
+private:
+  bool hasTicks = true;
+  std::int32_t largeChange = 0;
 };
 
 // The page number: a range control that the tool bar's page buttons and the page list move. Setting its range afresh

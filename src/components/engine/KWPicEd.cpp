@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "components/base/RunTimeError.h"
-#include "components/platform/ParameterQuestion.h"
+#include "components/parameters/dialog/ParameterDialog.h"
 #include "picture/effects/Preview.h"
 
 namespace kw {
@@ -34,7 +34,8 @@ void KWPicEd::Apply(std::string_view command) {
     // While the user is asked, the pixels are held, so that another picture has other pixels.
     const Bitmap asked = Current();
     if (asked.IsEmpty() && !HoldsSettings(*effect)) Raise(ErrorNumber::ObjectVariableNotSet);
-    if (!desktop.ShowParameters(QuestionOf(*effect, asked), values) || !Current().SharesPixelsWith(asked)) return;
+    const ParameterQuestion question = QuestionOf(*effect, asked);
+    if (!ParameterDialog(desktop, question, values).ShowModal() || !Current().SharesPixelsWith(asked)) return;
   }
   if (HoldsSettings(*effect)) {
     settings.Set(*effect, values);

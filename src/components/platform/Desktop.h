@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <span>
 #include <string>
 
 #include "components/base/Bitmap.h"
@@ -16,7 +15,6 @@ namespace kw {
 class DialogForm;
 class ScannerDriver;
 class Timer;
-struct ParameterQuestion;
 
 enum class MessageButtons : std::uint8_t { Ok, YesNoCancel };
 enum class MessageAnswer : std::uint8_t { Ok, Yes, No, Cancel };
@@ -75,13 +73,15 @@ public:
   virtual bool ShowFont(Font& font) = 0;
   virtual bool ShowPrinter(PrinterDialog& dialog) = 0;
 
-  // Asks for numbers in a modal dialog, one value a field, and takes over what the user chose; false, with the values
-  // as they were, if the user cancelled. Raises OutOfMemory if the system gives no window.
-  virtual bool ShowParameters(const ParameterQuestion& question, std::span<double> values) = 0;
-
   // Makes the form visible in a window of its own, before all others of the editor, and waits until it is visible no
-  // more. Every way of closing the window that is not the form's own raises its CloseBox first.
+  // more. Every way of closing the window that is not the form's own raises its CloseBox first. Raises OutOfMemory if
+  // the system gives no window.
   virtual void ShowModal(DialogForm& dialog) = 0;
+
+  // The sound of a wrong entry.
+  virtual void Beep() = 0;
+  // The user's, in UTF-8.
+  virtual std::string DecimalSeparator() const = 0;
 
   // Paints a picture on the current page of the printer chosen last, or of the default one, beginning a job and a page
   // if none is open: from the upper left corner of the printable area on, in its true size if its resolution is

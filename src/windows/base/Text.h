@@ -1,5 +1,8 @@
 #pragma once
 
+#include <windows.h>
+
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -14,5 +17,12 @@ inline std::wstring ToWide(std::string_view text) {
 }
 
 inline std::string FromWide(std::wstring_view text) { return Utf8FromUtf16(std::u16string(text.begin(), text.end())); }
+
+// All of a window's text.
+inline std::wstring TextOf(HWND window) {
+  std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
+  text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
+  return text;
+}
 
 }  // namespace kw::windows

@@ -35,39 +35,11 @@ POINT PositionFor(int width, int height, HWND owner) {
           within((around.top + around.bottom) / 2, height, work.top, work.bottom)};
 }
 
-// A caption's mnemonic as a capital letter; 0 if it has none.
-wchar_t MnemonicOf(const std::wstring& caption) {
-  for (std::size_t i = 0; i + 1 < caption.size(); ++i) {
-    if (caption[i] != L'&') continue;
-    if (caption[i + 1] != L'&') return static_cast<wchar_t>(towupper(static_cast<wint_t>(caption[i + 1])));
-    ++i;
-  }
-  return 0;
-}
-
-struct MnemonicSearch {
-  wchar_t letter;
-  HWND found = nullptr;
-};
-
-BOOL CALLBACK FindButton(HWND child, LPARAM parameter) {
-  return GuardOr(TRUE, [&] {
-    auto& search = *reinterpret_cast<MnemonicSearch*>(parameter);
-    wchar_t text[256] = {};
-    GetClassNameW(child, text, static_cast<int>(std::size(text)));
-    if (std::wstring(text) != WC_BUTTONW || IsWindowVisible(child) == FALSE || IsWindowEnabled(child) == FALSE)
-      return TRUE;
-    GetWindowTextW(child, text, static_cast<int>(std::size(text)));
-    if (MnemonicOf(text) != search.letter) return TRUE;
-    search.found = child;
-    return FALSE;
-  });
-}
-
 }  // namespace
 
 ModalWindow::ModalWindow(DialogForm& shown, HWND above) : form(shown), owner(above) {
   const Scale scale = ScaleOf(owner);
+  form.UserScale(scale.Factor());
   const int width = scale.ToDevice(ToPixels(form.Width()));
   const int height = scale.ToDevice(ToPixels(form.Height()));
   RECT frame = {0, 0, width, height};
@@ -124,12 +96,13 @@ void ModalWindow::Loop() {
 
 bool ModalWindow::IsTaken(MSG& message) {
   if (message.hwnd != window.get() && IsChild(window.get(), message.hwnd) == FALSE) return false;
-  if (message.message == WM_SYSCHAR) return PressMnemonic(static_cast<wchar_t>(message.wParam));
+  if (message.message == WM_SYSCHAR) return form.UserAltKey(static_cast<char16_t>(message.wParam));
   if (message.message != WM_KEYDOWN) return false;
   if (message.wParam == VK_TAB) {
     MoveFocus(message);
     return true;
   }
+  if (!form.KeyPreview() && content->WantsKey(message.wParam)) return false;
   if (message.wParam == VK_RETURN) TakeTyping(message.hwnd);
   form.KeyDown.Raise(static_cast<std::int16_t>(message.wParam), ShiftState());
   return message.wParam == VK_RETURN || message.wParam == VK_ESCAPE || !form.Visible();
@@ -148,15 +121,6 @@ void ModalWindow::MoveFocus(MSG& tab) {
   if (content->TranslateAccelerator(tab)) return;
   SetFocus(content->Handle());  // from here the first or last tab stop is next
   content->TranslateAccelerator(tab);
-}
-
-bool ModalWindow::PressMnemonic(wchar_t letter) const {
-  MnemonicSearch search{static_cast<wchar_t>(towupper(static_cast<wint_t>(letter)))};
-  EnumChildWindows(window.get(), &FindButton, reinterpret_cast<LPARAM>(&search));
-  if (search.found == nullptr) return false;
-  SetFocus(search.found);
-  SendMessageW(search.found, BM_CLICK, 0, 0);
-  return true;
 }
 
 LRESULT CALLBACK ModalWindow::Subclass(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR /*id*/,

@@ -11,7 +11,7 @@
 namespace kw::windows {
 
 // The window of a dialog form: a caption with a close box, and a real control for each of the form's. Tab cycles
-// through the controls; Alt and a mnemonic clicks its button.
+// through the controls; Alt and a mnemonic chooses its control.
 class ModalWindow {
 public:
   // Creates the window hidden, centred on its owner `above`, which may be null. Throws RunTimeError (OutOfMemory) if
@@ -36,7 +36,6 @@ private:
   bool IsTaken(MSG& message);
   void TakeTyping(HWND field) const;
   void MoveFocus(MSG& tab);
-  bool PressMnemonic(wchar_t letter) const;
 
   DialogForm& form;
   HWND owner;

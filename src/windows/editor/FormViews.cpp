@@ -8,10 +8,12 @@
 #include "windows/toolbar/ToolBarView.h"
 #include "windows/views/CanvasItemView.h"
 #include "windows/views/CheckBoxView.h"
+#include "windows/views/CommandButtonView.h"
 #include "windows/views/DTPickerView.h"
 #include "windows/views/ImageComboView.h"
 #include "windows/views/LabelView.h"
 #include "windows/views/MenuView.h"
+#include "windows/views/NumberFieldView.h"
 #include "windows/views/OptionButtonView.h"
 #include "windows/views/PageSpinnerView.h"
 #include "windows/views/PictureBoxView.h"
@@ -62,6 +64,8 @@ constexpr Kind Kinds[] = {
     KindOf<Slider, SliderView>(),
     KindOf<PageSpinner, PageSpinnerView>(),
     KindOf<CheckBox, CheckBoxView>(),
+    KindOf<CommandButton, CommandButtonView>(),
+    KindOf<NumberField, NumberFieldView>(),
     KindOf<OptionButton, OptionButtonView>(),
     KindOf<DTPicker, DTPickerView>(),
     KindOf<Menu, MenuView>(),

@@ -12,12 +12,6 @@ constexpr int ListRows = 16;  // rows of the dropped-down list
 constexpr int ComboRowHeight = 16;
 constexpr int BorderHeight = 6;  // top and bottom border of the closed combo together, at every scale
 
-std::wstring WindowText(HWND window) {
-  std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
-  text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
-  return text;
-}
-
 }  // namespace
 
 HWND ImageComboView::Create(HWND parent) {
@@ -112,7 +106,7 @@ void ImageComboView::ShowText() {
   }
   if (edit == nullptr) return;
   const std::wstring text = ToWide(combo.Text());
-  if (WindowText(edit) != text) SetWindowTextW(edit, text.c_str());
+  if (TextOf(edit) != text) SetWindowTextW(edit, text.c_str());
   SendMessageW(edit, EM_SETSEL, start, static_cast<LPARAM>(end));  // the caret stays where the user types
 }
 
@@ -158,7 +152,7 @@ void ImageComboView::OnCommand(WORD notification, WORD /*id*/) {
     case CBN_EDITCHANGE: {
       const HWND edit = Edit();
       if (edit == nullptr) break;
-      const std::wstring text = WindowText(edit);
+      const std::wstring text = TextOf(edit);
       // A choice by the arrow keys notifies only a change of the edit field.
       const std::int32_t chosen = Chosen();
       if (chosen == 0 || text != ToWide(combo.ItemText(chosen))) {

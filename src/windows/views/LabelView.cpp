@@ -36,7 +36,8 @@ void LabelView::Draw(const Look& look, const RECT& bounds, const Label& label) {
   const bool isPlain = !label.IsOpaque() && label.ForeColor() == MakeColour(0, 0, 0);
   const COLORREF ink = isPlain ? GetSysColor(COLOR_BTNTEXT) : label.ForeColor();
   SetTextColor(context, isEnabled ? ink : GetSysColor(COLOR_GRAYTEXT));
-  DrawTextW(context, text.c_str(), static_cast<int>(text.size()), &inner, DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX);
+  DrawTextW(context, text.c_str(), static_cast<int>(text.size()), &inner,
+            DT_SINGLELINE | DT_VCENTER | (label.HasMnemonic() ? 0U : DT_NOPREFIX));
 }
 
 void LabelView::Paint(HDC context, const RECT& client) {

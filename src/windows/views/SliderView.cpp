@@ -13,8 +13,10 @@ constexpr int ThumbLength = 18;
 }  // namespace
 
 HWND SliderView::Create(HWND parent) {
-  const HWND created = CreateSystemWindow(parent, TRACKBAR_CLASSW,
-                                          TBS_HORZ | TBS_AUTOTICKS | TBS_TOOLTIPS | TBS_FIXEDLENGTH | WS_TABSTOP);
+  const HWND created =
+      CreateSystemWindow(parent, TRACKBAR_CLASSW,
+                         TBS_HORZ | TBS_FIXEDLENGTH | WS_TABSTOP |
+                             static_cast<DWORD>(slider.HasTicks() ? TBS_AUTOTICKS | TBS_TOOLTIPS : TBS_NOTICKS));
   if (created != nullptr) SetThumbLength(created);
   return created;
 }
@@ -34,6 +36,7 @@ void SliderView::Show(Aspect aspect) {
   const std::int32_t high = std::max(slider.Min(), slider.Max());
   if (SendMessageW(Handle(), TBM_GETRANGEMIN, 0, 0) != low) SendMessageW(Handle(), TBM_SETRANGEMIN, TRUE, low);
   if (SendMessageW(Handle(), TBM_GETRANGEMAX, 0, 0) != high) SendMessageW(Handle(), TBM_SETRANGEMAX, TRUE, high);
+  if (slider.LargeChange() > 0) SendMessageW(Handle(), TBM_SETPAGESIZE, 0, slider.LargeChange());
   if (SendMessageW(Handle(), TBM_GETPOS, 0, 0) != slider.Value()) {
     SendMessageW(Handle(), TBM_SETPOS, TRUE, slider.Value());
   }

@@ -115,9 +115,7 @@ void TextField::TakeTextOf(HWND field) {
 
 void TextField::TakeText() {
   if (isFilling) return;
-  std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
-  text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
-  layer->Type(FromWide(text));
+  layer->Type(FromWide(TextOf(window)));
 }
 
 HBRUSH TextField::BackgroundOf(HWND field, HDC context) {

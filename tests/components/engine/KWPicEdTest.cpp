@@ -1,8 +1,12 @@
 #include "components/engine/KWPicEd.h"
 
+#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "components/controls/NumberField.h"
+#include "components/controls/PictureBox.h"
+#include "picture/effects/Preview.h"
 #include "tests/picture/Scratch.h"
 #include "tests/support/ScriptedDesktop.h"
 
@@ -10,6 +14,16 @@ namespace kw {
 namespace {
 
 using test::ScriptedDesktop;
+
+constexpr double Angle45[] = {45};
+
+NumberField& NumberIn(const DialogForm& dialog, const std::string& name) {
+  for (Control* const child : dialog.Children()) {
+    auto* const number = dynamic_cast<NumberField*>(child);
+    if (number != nullptr && number->Name() == name) return *number;
+  }
+  throw std::out_of_range(name);
+}
 
 class EngineEffects : public ScratchTest {
 protected:
@@ -33,10 +47,9 @@ TEST_F(EngineEffects, RunWithDefaults) {
 
 TEST_F(EngineEffects, AsksForParameters) {
   std::vector<std::string> asked;
-  desktop.onParameters = [&](const ParameterQuestion& question, std::span<double> values) {
-    asked.push_back(question.title);
-    if (question.title == "Rotate") values[0] = 180;
-    return true;
+  desktop.onParameters = [&](DialogForm& dialog) {
+    asked.push_back(dialog.Caption());
+    if (dialog.Caption() == "Rotate") NumberIn(dialog, "Angle").UserType("180");
   };
   for (const Effect& effect : Effects()) {
     engine.Replace(before);
@@ -52,9 +65,11 @@ TEST_F(EngineEffects, AsksForParameters) {
 }
 
 TEST_F(EngineEffects, CancellingLeavesThePicture) {
-  desktop.onParameters = [](const ParameterQuestion&, std::span<double> values) {
-    for (double& value : values) value += 1;
-    return false;
+  desktop.onParameters = [](DialogForm& dialog) {
+    for (Control* const child : dialog.Children()) {
+      if (auto* const number = dynamic_cast<NumberField*>(child)) number->UserStep(1);
+    }
+    dialog.KeyDown.Raise(DialogForm::EscapeKey, 0);
   };
   const std::string path = At("page.bmp");
   engine.Save(path);
@@ -72,23 +87,43 @@ TEST_F(EngineEffects, CancellingLeavesThePicture) {
 
 TEST_F(EngineEffects, AnotherPictureMeanwhileIsLeftAlone) {
   const Bitmap other = Noise(7, 9, 8);
-  desktop.onParameters = [&](const ParameterQuestion&, std::span<double>) {
-    engine.Replace(other);
-    return true;
-  };
+  desktop.onParameters = [&](DialogForm&) { engine.Replace(other); };
   engine.Apply("Rotate");
   EXPECT_TRUE(SamePicture(other, engine.Current()));
 }
 
-TEST_F(EngineEffects, BadValuesAndFailuresLeaveThePicture) {
-  desktop.onParameters = [](const ParameterQuestion&, std::span<double> values) {
-    values[0] = 1e9;
-    return true;
+TEST_F(EngineEffects, BadValuesAreNotTakenAndFailuresLeaveThePicture) {
+  desktop.onParameters = [](DialogForm& dialog) {
+    for (Control* const child : dialog.Children()) {
+      if (auto* const number = dynamic_cast<NumberField*>(child)) number->UserType("1000000000");
+    }
   };
   for (const char* const command : {"Rotate", "Resize", "Colorize", "Threshold", "Option"}) {
-    EXPECT_EQ(NumberOf(ErrorNumber::InvalidProcedureCall), ErrorOf([&] { engine.Apply(command); })) << command;
+    engine.Apply(command);
     EXPECT_TRUE(SamePicture(before, engine.Current())) << command;
   }
+  EXPECT_EQ(desktop.beeps, 5);
+  desktop.onParameters = [](DialogForm& dialog) {
+    NumberIn(dialog, "Width").UserType("100000");
+    NumberIn(dialog, "Height").UserType("100000");
+  };
+  EXPECT_EQ(NumberOf(ErrorNumber::OutOfMemory), ErrorOf([&] { engine.Apply("Resize"); }));
+  EXPECT_TRUE(SamePicture(before, engine.Current()));
+}
+
+TEST_F(EngineEffects, ShowAPreviewOfThePageAsLargeAsTheScreenAllows) {
+  desktop.onParameters = [&](DialogForm& dialog) {
+    dialog.UserScale(2);
+    NumberIn(dialog, "Angle").UserType("45");
+    for (Control* const child : dialog.Children()) {
+      auto* const preview = dynamic_cast<PictureBox*>(child);
+      if (preview == nullptr) continue;
+      desktop.FireTimers();
+      EXPECT_EQ(preview->Picture().Width(),
+                EffectPreview(*FindEffect("Rotate"), before, {480, 480}).Of(Angle45).Width());
+    }
+  };
+  engine.Apply("Rotate");
 }
 
 TEST_F(EngineEffects, UnknownCommandAndNoPicture) {

@@ -5,21 +5,14 @@
 #include <array>
 #include <vector>
 
+#include "tests/support/Numbers.h"
+
 namespace kw::test {
 namespace {
 
-constexpr std::string_view Choices[] = {"First", "Second", "Third"};
-constexpr Parameter Fields[] = {{"Angle", -360, 360, 90, false, "degrees"},
-                                {"BlurSigma", 0.3, 50, 1.5, false, "pixels"},
-                                {"Level", 0, 255, 0, true, "", "found"},
-                                {"Kernel", 1, 3, 1, true, "", "", Choices}};
-constexpr std::size_t Angle = 0;
-constexpr std::size_t Sigma = 1;
-constexpr std::size_t Level = 2;
-constexpr std::size_t Kernel = 3;
 constexpr std::array<double, 4> Start{10, 2.5, 7, 2};
 
-class Entry : public testing::Test {
+class Entry : public testing::Test, protected Numbers {
 protected:
   Entry() {
     entry.OnChange([this] { ++changes; });

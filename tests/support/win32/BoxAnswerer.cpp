@@ -5,13 +5,23 @@
 namespace kw::test {
 namespace {
 
+// The class of a message box and of the system's dialogs, and that of the control's own.
+constexpr const wchar_t* SystemDialog = L"#32770";
+constexpr const wchar_t* OwnDialog = L"KwEditorView";
+
+std::wstring ClassOf(HWND window) {
+  wchar_t name[64] = {};
+  GetClassNameW(window, name, 64);
+  return name;
+}
+
 struct Search {
   HWND box = nullptr;
 };
 
 BOOL CALLBACK FindBox(HWND window, LPARAM search) {
-  wchar_t name[16];
-  if (GetClassNameW(window, name, 16) > 0 && std::wstring(name) == L"#32770" && IsWindowVisible(window) != 0) {
+  const std::wstring name = ClassOf(window);
+  if ((name == SystemDialog || name == OwnDialog) && IsWindowVisible(window) != 0) {
     reinterpret_cast<Search*>(search)->box = window;
     return FALSE;
   }
@@ -50,6 +60,13 @@ HWND BoxOf(DWORD thread) {
 
 std::string WordsOf(HWND box) { return TextOf(box) + ": " + PromptOf(box); }
 
+void AnswerBox(HWND box, bool isOk) {
+  if (ClassOf(box) == OwnDialog)
+    PostMessageW(box, WM_KEYDOWN, isOk ? VK_RETURN : VK_ESCAPE, 1);
+  else
+    PostMessageW(box, WM_COMMAND, isOk ? IDOK : IDCANCEL, 0);
+}
+
 BoxAnswerer::BoxAnswerer(std::function<void(HWND)> beforeAnswer)
     : owner(GetCurrentThreadId()), act(std::move(beforeAnswer)), watcher([this] { Watch(); }) {}
 
@@ -74,7 +91,7 @@ void BoxAnswerer::Watch() {
       }
       if (act) act(box);
       answered = box;
-      PostMessageW(box, WM_COMMAND, IDOK, 0);
+      AnswerBox(box, true);
     }
     if (answered != nullptr && IsWindow(answered) == 0) answered = nullptr;
     Sleep(5);

@@ -11,12 +11,14 @@
 
 namespace kw::test {
 
-// The message box that is up on a thread; null where there is none.
+// The message box or dialog that is up on a thread; null where there is none.
 HWND BoxOf(DWORD thread);
+// Presses OK or Cancel in it, once the thread gets there.
+void AnswerBox(HWND box, bool isOk);
 // "title: text", the lines of the text joined by a slash.
 std::string WordsOf(HWND box);
 
-// Closes the message boxes of the thread that made it, as a user would, and keeps their titles and texts.
+// Closes the message boxes and dialogs of the thread that made it, as a user would, and keeps their titles and texts.
 class BoxAnswerer {
 public:
   // `beforeAnswer` runs on a thread of its own each time a box is up, before it is closed.
