@@ -22,6 +22,10 @@ PixelRect PixelsOfLayer(const TransparentPicture& layer);
 // The part of these pixels that the layer's contents cover.
 PixelRect ContentsOfLayer(const TransparentPicture& layer);
 
+// What a layer shows of itself: its picture, figure and text, the text also while it is typed, but no frame, no marks
+// and no handles.
+DisplayItem ContentsItemOf(const TransparentPicture& layer, const Scale& scale = Scale());
+
 // A canvas's display list, back to front: its picture, then the visible layers and markers that are its direct
 // children. Other children have windows of their own. Pixels of pictures are shared, not copied. On a scaled device
 // figures, frames and texts are drawn at that size, with lines a whole number of device pixels wide; pictures get
