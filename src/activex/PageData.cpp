@@ -46,8 +46,7 @@ DWORD MediaOf(CLIPFORMAT id) {
 }
 
 std::uint64_t DibBytes(const AnnotatedPage& page) {
-  return static_cast<std::uint64_t>(windows::DibStride(page.Width(), DibDepth)) *
-         static_cast<std::uint64_t>(page.Height());
+  return windows::DibStride(page.Width(), DibDepth) * static_cast<std::uint64_t>(page.Height());
 }
 
 bool PassesMemory(std::uint64_t bytes) { return bytes > ReadLimits().pageMemory; }
@@ -122,7 +121,7 @@ void WriteDibHeader(const AnnotatedPage& page, CLIPFORMAT id, std::byte* to) {
 void WriteDib(const AnnotatedPage& page, CLIPFORMAT id, std::byte* to) {
   WriteDibHeader(page, id, to);
   std::byte* const rows = to + DibHeaderBytes(id);
-  const std::size_t stride = windows::DibStride(page.Width(), DibDepth);
+  const auto stride = static_cast<std::size_t>(windows::DibStride(page.Width(), DibDepth));
   windows::GdiTextRenderer texts;
   page.Draw(texts, [&](std::int32_t top, const Bitmap& band) {
     for (std::int32_t y = 0; y < band.Height(); ++y) {

@@ -14,7 +14,7 @@ namespace {
 
 // What drawing a pixel takes at most: four bytes in the frame buffer, three in the band, and for a text its drawing and
 // its mask.
-constexpr std::size_t BytesPerPixel = 4 + 3 + 4 + 1;
+constexpr std::uint64_t BytesPerPixel = 4 + 3 + 4 + 1;
 
 void PackRow(std::span<const std::uint32_t> from, std::span<std::uint8_t> to) {
   std::size_t at = 0;
@@ -42,8 +42,8 @@ AnnotatedPage::AnnotatedPage(const EditorForm& form) : paper(form.picCanvas.Back
 bool AnnotatedPage::Draw(TextRenderer& texts, const BandTaker& take, std::size_t mostBytes) const {
   Compositor compositor(paper);
   compositor.Show(items);
-  const std::size_t rowBytes = static_cast<std::size_t>(width) * BytesPerPixel;
-  const auto rows = static_cast<std::int32_t>(std::clamp<std::size_t>(mostBytes / rowBytes, 1, INT32_MAX));
+  const std::uint64_t rowBytes = static_cast<std::uint64_t>(width) * BytesPerPixel;
+  const auto rows = static_cast<std::int32_t>(std::clamp<std::uint64_t>(mostBytes / rowBytes, 1, INT32_MAX));
   for (std::int32_t top = 0; top < height;) {
     const std::int32_t count = std::min(rows, height - top);
     if (!take(top, DrawBand(compositor, top, count, texts))) return false;

@@ -4,9 +4,15 @@
 
 #include "tests/activex/GivenPage.h"
 #include "tests/activex/InputFixture.h"
+#include "tests/windows/ImportPatch.h"
 
 namespace kw::test {
 namespace {
+
+HBITMAP WINAPI NoSection(HDC /*context*/, const BITMAPINFO* /*info*/, UINT /*usage*/, void** /*bits*/, HANDLE /*file*/,
+                         DWORD /*offset*/) {
+  return nullptr;
+}
 
 class DataLayersTest : public InputTest {
 protected:
@@ -66,6 +72,12 @@ TEST_F(DataLayersTest, HasTheTextThatIsBeingTyped) {
   EXPECT_GT(std::count(typed.pixels.begin(), typed.pixels.end(), Red),
             std::count(empty.pixels.begin(), empty.pixels.end(), Red))
       << "the letters";
+  {
+    const ImportPatch patch(Ocx::Library(), "CreateDIBSection", &NoSection);
+    FORMATETC format = FormatOf(CF_DIB, TYMED_HGLOBAL);
+    Given given;
+    EXPECT_EQ(As<IDataObject>()->GetData(&format, &given), E_OUTOFMEMORY) << "rather than a page without its text";
+  }
   hand.Strike(VK_ESCAPE);
   hand.Pump();
   hand.MoveTo(OnCanvas(400, 380));

@@ -61,6 +61,10 @@ protected:
   ComPtr<IDataObject> data;
 };
 
+HGLOBAL WINAPI NoBlock(UINT /*flags*/, SIZE_T /*bytes*/) { return nullptr; }
+HDC WINAPI NoMetafile(HDC /*reference*/, LPCWSTR /*file*/, const RECT* /*frame*/, LPCWSTR /*name*/) { return nullptr; }
+BOOL CALLBACK Stop(ULONG_PTR /*argument*/) { return FALSE; }
+
 void ExpectThePage(const GivenPicture& picture) {
   ASSERT_EQ(picture.width, Width);
   ASSERT_EQ(picture.height, Height);
@@ -259,7 +263,7 @@ TEST_F(DataObjectTest, PrintsThePage) {
   }
   EXPECT_EQ(paper.At(4, 3), RGB(255, 0, 255));
   EXPECT_EQ(paper.At(5 + Width, 3 + Height - 1), RGB(255, 0, 255));
-  EXPECT_EQ(Draw(paper.Context(), {0, 0, 5, 5}, [](ULONG_PTR) -> BOOL { return FALSE; }), E_ABORT);
+  EXPECT_EQ(Draw(paper.Context(), {0, 0, 5, 5}, &Stop), E_ABORT);
   EXPECT_EQ(Draw(nullptr, {0, 0, 5, 5}), E_INVALIDARG);
   SIZEL size = {};
   EXPECT_EQ(As<IViewObject2>()->GetExtent(DVASPECT_DOCPRINT, -1, nullptr, &size), S_OK);
@@ -301,15 +305,12 @@ TEST_F(DataObjectTest, SaysThatThereIsNoMemory) {
     return Get(FormatOf(id, medium), given);
   };
   {
-    const ImportPatch patch(
-        Ocx::Library(), "GlobalAlloc", +[](UINT, SIZE_T) WINAPI -> HGLOBAL { return nullptr; });
+    const ImportPatch patch(Ocx::Library(), "GlobalAlloc", &NoBlock);
     EXPECT_EQ(get(CF_DIB, TYMED_HGLOBAL), E_OUTOFMEMORY);
     EXPECT_EQ(get(CF_TIFF, TYMED_HGLOBAL), E_OUTOFMEMORY);
   }
   {
-    const ImportPatch patch(
-        Ocx::Library(), "CreateEnhMetaFileW",
-        +[](HDC, LPCWSTR, const RECT*, LPCWSTR) WINAPI -> HDC { return nullptr; });
+    const ImportPatch patch(Ocx::Library(), "CreateEnhMetaFileW", &NoMetafile);
     EXPECT_EQ(get(CF_ENHMETAFILE, TYMED_ENHMF), E_OUTOFMEMORY);
   }
   EXPECT_EQ(get(CF_DIB, TYMED_HGLOBAL), S_OK) << "later there is memory again";

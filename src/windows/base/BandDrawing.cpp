@@ -36,7 +36,7 @@ LONG BandDrawing::EdgeAt(std::int32_t row) const {
 }
 
 bool BandDrawing::Draw(const Bitmap& rows, std::int32_t first, std::int32_t count) {
-  const std::size_t stride = DibStride(rows.Width(), rows.BitsPerPixel());
+  const auto stride = static_cast<std::size_t>(DibStride(rows.Width(), rows.BitsPerPixel()));
   memory.assign(stride * static_cast<std::size_t>(count), 0);
   for (std::int32_t y = 0; y < count; ++y) {
     const auto row = rows.Row(first + y);

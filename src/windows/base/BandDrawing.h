@@ -2,7 +2,6 @@
 
 #include <windows.h>
 
-#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -10,9 +9,9 @@
 
 namespace kw::windows {
 
-// Bytes from one row to the next of a device-independent bitmap.
-constexpr std::size_t DibStride(std::int32_t width, int bitsPerPixel) {
-  return (static_cast<std::size_t>(width) * static_cast<std::size_t>(bitsPerPixel) + 31) / 32 * 4;
+// Bytes from one row to the next of a device-independent bitmap. 64 bits, because a page may have any width.
+constexpr std::uint64_t DibStride(std::int32_t width, int bitsPerPixel) {
+  return (static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(bitsPerPixel) + 31) / 32 * 4;
 }
 
 // Draws a picture on any device in bands, so that its pixels need not be in one block.
