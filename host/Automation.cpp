@@ -1,18 +1,12 @@
 #include "Automation.h"
 
+#include <wrl/client.h>
+
 #include <algorithm>
 #include <array>
-#include <utility>
 
 namespace kw::host {
 namespace {
-
-// Takes the text over.
-std::wstring Take(BSTR text) {
-  std::wstring taken(text, SysStringLen(text));
-  SysFreeString(text);
-  return taken;
-}
 
 Property& Entry(std::vector<Property>& properties, DISPID id) {
   const auto known = std::find_if(properties.begin(), properties.end(), [id](const Property& p) { return p.id == id; });
@@ -23,20 +17,15 @@ Property& Entry(std::vector<Property>& properties, DISPID id) {
 
 }  // namespace
 
-Variant::Variant(bool value) : Variant() {
-  V_VT(this) = VT_BOOL;
-  V_BOOL(this) = value ? VARIANT_TRUE : VARIANT_FALSE;
+std::wstring Take(BSTR text) {
+  const _bstr_t taken(text, false);
+  return {text, taken.length()};
 }
 
-Variant::Variant(const std::wstring& value) : Variant() {
-  V_VT(this) = VT_BSTR;
-  V_BSTR(this) = SysAllocStringLen(value.data(), static_cast<UINT>(value.size()));
-}
-
-std::wstring Variant::Text() {
-  Variant text;
-  if (FAILED(VariantChangeType(&text, this, VARIANT_ALPHABOOL, VT_BSTR))) return {};
-  return Take(std::exchange(V_BSTR(&text), nullptr));
+std::wstring TextOf(const VARIANT& value) {
+  _variant_t text;
+  if (FAILED(VariantChangeType(&text, const_cast<VARIANT*>(&value), VARIANT_ALPHABOOL, VT_BSTR))) return {};
+  return {V_BSTR(&text), SysStringLen(V_BSTR(&text))};
 }
 
 std::vector<Property> SettableProperties(ITypeInfo& info) {
@@ -59,12 +48,12 @@ std::vector<Property> SettableProperties(ITypeInfo& info) {
   return properties;
 }
 
-HRESULT GetProperty(IDispatch& object, DISPID id, Variant& value) {
+HRESULT GetProperty(IDispatch& object, DISPID id, _variant_t& value) {
   DISPPARAMS none = {};
   return object.Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &none, &value, nullptr, nullptr);
 }
 
-HRESULT PutProperty(IDispatch& object, DISPID id, Variant& value, std::wstring& error) {
+HRESULT PutProperty(IDispatch& object, DISPID id, _variant_t& value, std::wstring& error) {
   DISPID put = DISPID_PROPERTYPUT;
   DISPPARAMS arguments = {&value, &put, 1, 1};
   EXCEPINFO exception = {};
@@ -89,9 +78,9 @@ std::wstring EventText(ITypeInfo& info, DISPID event, const DISPPARAMS& argument
     if (index == 0) {
       text = name;
     } else if (index <= arguments.cArgs) {
-      Variant value;
+      _variant_t value;
       VariantCopyInd(&value, &arguments.rgvarg[arguments.cArgs - index]);  // the last argument comes first
-      text += (index == 1 ? L": " : L", ") + name + L" = " + value.Text();
+      text += (index == 1 ? L": " : L", ") + name + L" = " + TextOf(value);
     }
   }
   return text;
@@ -106,6 +95,17 @@ std::wstring ErrorText(HRESULT error) {
   LocalFree(message);
   text.erase(text.find_last_not_of(L"\r\n ") + 1);
   return text.empty() ? L"Error " + std::to_wstring(error) : text;
+}
+
+std::wstring ErrorText(HRESULT error, IUnknown& object, REFIID iid) {
+  Microsoft::WRL::ComPtr<ISupportErrorInfo> support;
+  IErrorInfo* info = nullptr;
+  if (FAILED(object.QueryInterface(IID_PPV_ARGS(&support))) || support->InterfaceSupportsErrorInfo(iid) != S_OK ||
+      GetErrorInfo(0, &info) != S_OK) {
+    return ErrorText(error);
+  }
+  const _bstr_t described = _com_error(error, info).Description();  // it takes `info` over
+  return described.length() == 0 ? ErrorText(error) : std::wstring(described);
 }
 
 }  // namespace kw::host

@@ -2,25 +2,18 @@
 
 #include <windows.h>
 
-#include <oaidl.h>
+#include <comdef.h>
 
 #include <string>
 #include <vector>
 
 namespace kw::host {
 
-// A VARIANT that frees what it holds.
-struct Variant : VARIANT {
-  Variant() { VariantInit(this); }
-  explicit Variant(bool value);
-  explicit Variant(const std::wstring& value);
-  ~Variant() { VariantClear(this); }
-  Variant(const Variant&) = delete;
-  Variant& operator=(const Variant&) = delete;
+// A value as a user reads it; empty if it has no text. (_variant_t itself would make -1 and 0 of a Boolean.)
+std::wstring TextOf(const VARIANT& value);
 
-  // As a user reads it; empty when it has no text.
-  std::wstring Text();
-};
+// The text of a BSTR, which the call takes over.
+std::wstring Take(BSTR text);
 
 // A property as the type library describes it.
 struct Property {
@@ -34,15 +27,18 @@ struct Property {
 // Every property that can be set, in the order of the type library.
 std::vector<Property> SettableProperties(ITypeInfo& info);
 
-HRESULT GetProperty(IDispatch& object, DISPID id, Variant& value);
+HRESULT GetProperty(IDispatch& object, DISPID id, _variant_t& value);
 
 // Sets a property, converting the value to its type. In case of failure `error` says what is wrong.
-HRESULT PutProperty(IDispatch& object, DISPID id, Variant& value, std::wstring& error);
+HRESULT PutProperty(IDispatch& object, DISPID id, _variant_t& value, std::wstring& error);
 
 // "PageChanged: PageNo = 2" for an event of `info` with these arguments.
 std::wstring EventText(ITypeInfo& info, DISPID event, const DISPPARAMS& arguments);
 
 // What the system says about a failure.
 std::wstring ErrorText(HRESULT error);
+// What the object itself says about the failure of its interface `iid`, by IErrorInfo, else the system. To be called
+// before any other call of COM.
+std::wstring ErrorText(HRESULT error, IUnknown& object, REFIID iid);
 
 }  // namespace kw::host

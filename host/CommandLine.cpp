@@ -34,6 +34,8 @@ CommandLine ParseCommandLine(const std::vector<std::wstring>& arguments) {
       line.background = FullPath(value());
     } else if (name == L"--signature") {
       line.signature = FullPath(value());
+    } else if (name == L"--settings") {
+      line.settings = FullPath(value());
     } else if (name == L"--editable") {
       line.isEditable = YesOrNo(value());
     } else if (name.starts_with(L"-") || name.empty()) {

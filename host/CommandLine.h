@@ -1,12 +1,14 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace kw::host {
 
 inline constexpr wchar_t Usage[] =
-    L"KwHost.exe [FILE] [--appdir DIR] [--background FILE] [--signature FILE] [--editable yes|no]";
+    L"KwHost.exe [FILE] [--appdir DIR] [--background FILE] [--signature FILE] [--editable yes|no] "
+    L"[--settings FILE]";
 
 // What the program is started with. Paths are complete, an empty one was not given.
 struct CommandLine {
@@ -14,7 +16,8 @@ struct CommandLine {
   std::wstring appDir;  // ends with a backslash
   std::wstring background;
   std::wstring signature;
-  bool isEditable = true;
+  std::wstring settings;  // the file in which the control is kept from one run to the next
+  std::optional<bool> isEditable;
 };
 
 // Arguments that make no sense; the message says which.

@@ -19,6 +19,10 @@ public:
   virtual void LeaveControl(bool backwards) = 0;
   // The control raised an event; the text names it and its arguments.
   virtual void EventRaised(const std::wstring& event) = 0;
+  // The control reported an error and disabled itself. The text may be changed: who hears the event later gets that.
+  virtual void ErrorOccured(SHORT number, std::wstring& message) = 0;
+  // Another page is shown.
+  virtual void PageChanged(SHORT page) = 0;
   // Some property of the control has a new value.
   virtual void PropertyChanged() = 0;
 

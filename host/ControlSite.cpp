@@ -18,9 +18,12 @@ HRESULT Answer(VARIANT& result, bool value) {
   return S_OK;
 }
 
+// The number of a colour of the system, not its value: a control that keeps it follows when the user changes the
+// colour.
 HRESULT Answer(VARIANT& result, int systemColour) {
+  constexpr ULONG ofTheSystem = 0x80000000U;
   V_VT(&result) = VT_I4;
-  V_I4(&result) = static_cast<LONG>(GetSysColor(systemColour));
+  V_I4(&result) = static_cast<LONG>(ofTheSystem | static_cast<ULONG>(systemColour));
   return S_OK;
 }
 

@@ -3,6 +3,9 @@
 #include <ocidl.h>
 #include <wrl/client.h>
 
+#include <functional>
+#include <utility>
+
 #include "ComObject.h"
 #include "Container.h"
 
@@ -41,11 +44,13 @@ private:
 // The place of the control in the window: its client site, and the ambient properties as IDispatch.
 class ControlSite final : public ComObject<IOleClientSite, IOleInPlaceSite, IOleControlSite, IDispatch> {
 public:
-  ControlSite(Container& owner, ControlFrame& windowFrame) : container(owner), frame(&windowFrame) {}
+  // `save` keeps the control where it was loaded from.
+  ControlSite(Container& owner, ControlFrame& windowFrame, std::function<HRESULT()> save)
+      : container(owner), frame(&windowFrame), saveControl(std::move(save)) {}
 
   STDMETHODIMP QueryInterface(REFIID iid, void** object) override;
 
-  STDMETHODIMP SaveObject() override { return E_NOTIMPL; }
+  STDMETHODIMP SaveObject() override { return saveControl(); }
   STDMETHODIMP GetMoniker(DWORD /*assign*/, DWORD /*which*/, IMoniker** moniker) override;
   STDMETHODIMP GetContainer(IOleContainer** object) override;
   STDMETHODIMP ShowObject() override { return S_OK; }
@@ -88,6 +93,7 @@ public:
 private:
   Container& container;
   Microsoft::WRL::ComPtr<ControlFrame> frame;
+  std::function<HRESULT()> saveControl;
 };
 
 }  // namespace kw::host

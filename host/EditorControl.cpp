@@ -1,8 +1,13 @@
 #include "EditorControl.h"
 
+#include <olectl.h>
+#include <shlwapi.h>
+
 #include <filesystem>
+#include <utility>
 
 #include "Resource.h"
+#include "StreamFile.h"
 
 namespace kw::host {
 namespace {
@@ -49,7 +54,8 @@ private:
 
 }  // namespace
 
-EditorControl::EditorControl(Container& owner) : container(owner) {
+EditorControl::EditorControl(Container& owner, std::wstring settings)
+    : container(owner), settingsFile(std::move(settings)) {
   {
     const WithoutRegistration manifest;
     Check(CoCreateInstance(CLSID_KwEditorLayers, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&editor)),
@@ -57,12 +63,52 @@ EditorControl::EditorControl(Container& owner) : container(owner) {
   }
   Check(editor.As(&object), L"Asking for IOleObject");
   frame.Attach(new ControlFrame(container));
-  site.Attach(new ControlSite(container, *frame.Get()));
+  site.Attach(new ControlSite(container, *frame.Get(), [this] { return Save(); }));
   Check(object->SetClientSite(site.Get()), L"Siting the control");
+  SetHostNames({});
+  LoadOrInitialise();
+  ConnectSinks();
+  const RECT area = container.ControlArea();
+  Check(object->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, site.Get(), 0, container.Window(), &area),
+        L"Activating the control");
+  Check(editor.As(&place), L"Asking for IOleInPlaceObject");
+}
 
-  ComPtr<IPersistStreamInit> persistence;  // or Load, from where the properties were saved
-  if (SUCCEEDED(editor.As(&persistence))) Check(persistence->InitNew(), L"Initialising the control");
+// A control gets its properties once, before it is used: from where they were saved, or as a new one.
+void EditorControl::LoadOrInitialise() {
+  ComPtr<IPersistStreamInit> persistence;
+  Check(editor.As(&persistence), L"Asking for IPersistStreamInit");
+  ComPtr<IStream> file;
+  if (settingsFile.empty() || !std::filesystem::exists(settingsFile))
+    return Check(persistence->InitNew(), L"Initialising the control");
+  Check(SHCreateStreamOnFileEx(settingsFile.c_str(), STGM_READ | STGM_SHARE_DENY_WRITE, 0, FALSE, nullptr, &file),
+        L"Opening the file of settings");
+  CLSID id = {};
+  Check(ReadClassStm(file.Get(), &id), L"Reading the file of settings");
+  Check(id == CLSID_KwEditorLayers ? S_OK : STG_E_INVALIDHEADER, L"Reading the file of settings");
+  Check(persistence->Load(file.Get()), L"Loading the control");
+  isLoaded = true;
+}
 
+HRESULT EditorControl::Save() const {
+  if (settingsFile.empty()) return S_FALSE;
+  ComPtr<IPersistStreamInit> persistence;
+  const HRESULT asked = editor.As(&persistence);
+  if (FAILED(asked)) return asked;
+  return WriteFileByStream(settingsFile, [&persistence](IStream& stream) {
+    const HRESULT named = WriteClassStm(&stream, CLSID_KwEditorLayers);
+    return FAILED(named) ? named : persistence->Save(&stream, TRUE);
+  });
+}
+
+HRESULT EditorControl::SaveIfDirty() const {
+  ComPtr<IPersistStreamInit> persistence;
+  const HRESULT asked = editor.As(&persistence);
+  if (FAILED(asked)) return asked;
+  return persistence->IsDirty() == S_OK ? Save() : S_FALSE;
+}
+
+void EditorControl::ConnectSinks() {
   ComPtr<ITypeInfo> members;
   ComPtr<ITypeLib> library;
   ComPtr<ITypeInfo> eventInfo;
@@ -74,13 +120,33 @@ EditorControl::EditorControl(Container& owner) : container(owner) {
   ComPtr<PropertySink> propertySink;
   eventSink.Attach(new EventSink(container, *eventInfo.Get(), DIID___KwEditorLayers));
   propertySink.Attach(new PropertySink(container));
-  events.emplace(*editor.Get(), DIID___KwEditorLayers, *eventSink.Get());
-  properties.emplace(*editor.Get(), IID_IPropertyNotifySink, *propertySink.Get());
+  try {
+    events.emplace(*editor.Get(), DIID___KwEditorLayers, *eventSink.Get());
+    properties.emplace(*editor.Get(), IID_IPropertyNotifySink, *propertySink.Get());
+  } catch (const _com_error& error) {
+    Check(error.Error(), L"Connecting to the events of the control");
+  }
+}
 
-  const RECT area = container.ControlArea();
-  Check(object->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, site.Get(), 0, container.Window(), &area),
-        L"Activating the control");
-  Check(editor.As(&place), L"Asking for IOleInPlaceObject");
+EditorControl::FrozenEvents::FrozenEvents(const EditorControl& control) {
+  if (SUCCEEDED(control.editor.As(&frozen))) frozen->FreezeEvents(TRUE);
+}
+
+EditorControl::FrozenEvents::~FrozenEvents() {
+  if (frozen != nullptr) frozen->FreezeEvents(FALSE);
+}
+
+void EditorControl::SetHostNames(const std::wstring& document) const {
+  object->SetHostNames(L"KwHost", document.empty() ? nullptr : document.c_str());
+}
+
+void EditorControl::SystemChanged(UINT message, WPARAM wParam, LPARAM lParam) const {
+  HWND window = nullptr;
+  if (SUCCEEDED(place->GetWindow(&window))) SendMessageW(window, message, wParam, lParam);
+  ComPtr<IOleControl> control;
+  if (FAILED(editor.As(&control))) return;
+  for (const DISPID ambient : {DISPID_AMBIENT_BACKCOLOR, DISPID_AMBIENT_FORECOLOR, DISPID_AMBIENT_FONT})
+    control->OnAmbientPropertyChange(ambient);
 }
 
 EditorControl::~EditorControl() {

@@ -22,8 +22,9 @@ struct ControlError {
 // The control in its container, from creation to the end, in the order of calls that OLE asks for.
 class EditorControl {
 public:
-  // Makes the control, as a child of the container's window. Throws ControlError.
-  explicit EditorControl(Container& owner);
+  // Makes the control, as a child of the container's window. If the file `settings` is there, the control's properties
+  // are loaded from it; an empty path is for a control that is not kept. Throws ControlError.
+  EditorControl(Container& owner, std::wstring settings);
   ~EditorControl();
   EditorControl(const EditorControl&) = delete;
   EditorControl& operator=(const EditorControl&) = delete;
@@ -31,6 +32,29 @@ public:
   // Methods and properties.
   _KwEditorLayers& Members() const { return *editor.Get(); }
   std::vector<Property> Properties() const;
+
+  // Whether the properties come from the file of settings.
+  bool IsLoaded() const { return isLoaded; }
+  // Keeps the properties in that file, if one of them has changed; S_FALSE if there was nothing to do.
+  HRESULT SaveIfDirty() const;
+
+  // While it lives, the control raises no events. What the container sets many properties under comes as one notice of
+  // each changed property, at the end.
+  class FrozenEvents {
+  public:
+    explicit FrozenEvents(const EditorControl& control);
+    ~FrozenEvents();
+    FrozenEvents(const FrozenEvents&) = delete;
+    FrozenEvents& operator=(const FrozenEvents&) = delete;
+
+  private:
+    Microsoft::WRL::ComPtr<IOleControl> frozen;
+  };
+
+  // Tells the control the names that belong into the titles of its windows.
+  void SetHostNames(const std::wstring& document) const;
+  // Passes a message on that the system sends to top-level windows only: other colours, settings, themes.
+  void SystemChanged(UINT message, WPARAM wParam, LPARAM lParam) const;
 
   // The control's own commands for a menu of the container.
   struct Verb {
@@ -51,7 +75,13 @@ public:
   bool TranslateAccelerator(MSG& message) const;
 
 private:
+  HRESULT Save() const;
+  void LoadOrInitialise();
+  void ConnectSinks();
+
   Container& container;
+  std::wstring settingsFile;
+  bool isLoaded = false;
   Microsoft::WRL::ComPtr<_KwEditorLayers> editor;
   Microsoft::WRL::ComPtr<IOleObject> object;
   Microsoft::WRL::ComPtr<IOleInPlaceObject> place;

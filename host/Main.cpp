@@ -19,7 +19,7 @@ using kw::host::Usage;
 using kw::host::UsageError;
 
 struct Ole {
-  Ole() { OleInitialize(nullptr); }
+  Ole() { _com_util::CheckError(OleInitialize(nullptr)); }
   ~Ole() { OleUninitialize(); }
   Ole(const Ole&) = delete;
   Ole& operator=(const Ole&) = delete;
@@ -51,17 +51,23 @@ int Complain(const std::wstring& message, int exitCode) {
 int WINAPI wWinMain(HINSTANCE instance, HINSTANCE /*previous*/, PWSTR /*arguments*/, int showCmd) {
   try {
     CommandLine line = ParseCommandLine(Arguments());
-    if (line.appDir.empty()) line.appDir = DefaultAppDir();
+    // A control that is loaded has its folder from there.
+    const bool isKept = !line.settings.empty() && std::filesystem::exists(line.settings);
+    if (line.appDir.empty() && !isKept) line.appDir = DefaultAppDir();
     // Until AppDir is set the control writes its trace into the current folder.
-    SetCurrentDirectoryW(line.appDir.c_str());
+    const std::wstring folder = line.appDir.empty() ? DefaultAppDir() : line.appDir;
+    if (SetCurrentDirectoryW(folder.c_str()) == FALSE)
+      return Complain(L"The folder " + folder + L" cannot be used.", 1);
     const Ole ole;
-    MainWindow window(instance);
+    MainWindow window(instance, line.settings);
     window.Start(line, showCmd);
     return window.Run();
   } catch (const UsageError& error) {
     return Complain(error.message + L"\n\n" + Usage, 2);
   } catch (const ControlError& error) {
     return Complain(error.message, 1);
+  } catch (const _com_error& error) {
+    return Complain(kw::host::ErrorText(error.Error()), 1);
   } catch (const std::exception& error) {
     MessageBoxA(nullptr, error.what(), "KwHost", MB_OK | MB_ICONERROR);
     return 1;

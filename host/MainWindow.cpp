@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <cwchar>
+#include <filesystem>
 #include <utility>
 
+#include "AnnotatedPage.h"
 #include "OpenFilter.h"
 #include "Resource.h"
 
@@ -15,30 +17,18 @@ namespace {
 constexpr wchar_t MainClassName[] = L"KwHost";
 constexpr wchar_t Title[] = L"KwHost - Kw image annotation editor";
 constexpr UINT RefreshMessage = WM_APP;
+constexpr UINT EnableMessage = WM_APP + 1;
 
 // Sizes at 96 dots per inch.
 constexpr SIZE FirstSize = {1200, 820};
 constexpr int EventsHeight = 132;
 constexpr int LeastControlWidth = 320;
 
-// A BSTR for the time of a call.
-class Bstr {
-public:
-  explicit Bstr(const std::wstring& from) : text(SysAllocStringLen(from.data(), static_cast<UINT>(from.size()))) {}
-  ~Bstr() { SysFreeString(text); }
-  Bstr(const Bstr&) = delete;
-  Bstr& operator=(const Bstr&) = delete;
-  BSTR Get() const { return text; }
-
-private:
-  BSTR text;
-};
-
 VARIANT_BOOL ToCom(bool value) { return value ? VARIANT_TRUE : VARIANT_FALSE; }
 
 }  // namespace
 
-MainWindow::MainWindow(HINSTANCE program) : instance(program) {
+MainWindow::MainWindow(HINSTANCE program, const std::wstring& settings) : instance(program) {
   WNDCLASSW windowClass = {};
   windowClass.lpfnWndProc = &Procedure;
   windowClass.hInstance = instance;
@@ -51,7 +41,7 @@ MainWindow::MainWindow(HINSTANCE program) : instance(program) {
   CreateWindowExW(0, MainClassName, Title, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, 0, CW_USEDEFAULT, 0,
                   nullptr, nullptr, instance, this);
   events = std::make_unique<EventList>(window);
-  control = std::make_unique<EditorControl>(*this);
+  control = std::make_unique<EditorControl>(*this, settings);
   panel = std::make_unique<PropertyPanel>(
       window, control->Members(), control->Properties(),
       PropertyPanel::Callbacks{[this](const std::wstring& error) { events->Add(L"Refused - " + error); },
@@ -73,16 +63,21 @@ void MainWindow::Start(const CommandLine& line, int show) {
   ShowWindow(window, show);
   UpdateWindow(window);
   _KwEditorLayers& editor = control->Members();
-  Expect(editor.put_AppDir(Bstr(line.appDir).Get()), L"Setting AppDir");
-  Expect(editor.put_IsOpenButtonVisible(VARIANT_TRUE), L"Setting IsOpenButtonVisible");
-  Expect(editor.put_IsEditable(ToCom(line.isEditable)), L"Setting IsEditable");
-  Expect(editor.put_IsToolboxVisible(VARIANT_TRUE), L"Setting IsToolboxVisible");
-  if (!line.signature.empty())
-    Expect(editor.put_SignatureFilePath(Bstr(line.signature).Get()), L"Setting SignatureFilePath");
+  {
+    const EditorControl::FrozenEvents quiet(*control);
+    if (!line.appDir.empty()) Expect(editor.put_AppDir(_bstr_t(line.appDir.c_str())), L"Setting AppDir");
+    if (!control->IsLoaded()) {
+      Expect(editor.put_IsOpenButtonVisible(VARIANT_TRUE), L"Setting IsOpenButtonVisible");
+      Expect(editor.put_IsToolboxVisible(VARIANT_TRUE), L"Setting IsToolboxVisible");
+    }
+    if (line.isEditable) Expect(editor.put_IsEditable(ToCom(*line.isEditable)), L"Setting IsEditable");
+    if (!line.signature.empty())
+      Expect(editor.put_SignatureFilePath(_bstr_t(line.signature.c_str())), L"Setting SignatureFilePath");
+  }
   if (!line.file.empty()) Open(line.file);
   if (control == nullptr) return;  // closed meanwhile
   if (!line.background.empty()) {  // after opening, which removes the background
-    Expect(editor.put_BGImage(Bstr(line.background).Get()), L"Setting BGImage");
+    Expect(editor.put_BGImage(_bstr_t(line.background.c_str())), L"Setting BGImage");
     Expect(editor.put_IsToShowBackImage(VARIANT_TRUE), L"Setting IsToShowBackImage");
   }
   PropertyChanged();
@@ -153,11 +148,71 @@ void MainWindow::ChooseFile() {
 }
 
 void MainWindow::Open(const std::wstring& path) {
-  Expect(control->Members().OpenFile(Bstr(path).Get()), L"Opening the file");
+  document = std::filesystem::path(path).filename().wstring();
+  control->SetHostNames(document);
+  Expect(control->Members().OpenFile(_bstr_t(path.c_str())), L"Opening the file");
 }
 
-void MainWindow::Expect(HRESULT result, const wchar_t* action) {
-  if (FAILED(result)) events->Add(std::wstring(action) + L" failed - " + ErrorText(result));
+void MainWindow::Expect(HRESULT result, const wchar_t* action, REFIID interfaceId) {
+  if (SUCCEEDED(result)) return;
+  const std::wstring reason =
+      control == nullptr ? ErrorText(result) : ErrorText(result, control->Members(), interfaceId);
+  if (events != nullptr) events->Add(std::wstring(action) + L" failed - " + reason);
+}
+
+void MainWindow::SaveAnnotatedPage() {
+  std::wstring path(32768, L'\0');
+  OPENFILENAMEW dialog = {};
+  dialog.lStructSize = sizeof dialog;
+  dialog.hwndOwner = window;
+  dialog.lpstrFilter = L"TIFF (*.tif)\0*.tif\0";
+  dialog.lpstrDefExt = L"tif";
+  dialog.lpstrFile = path.data();
+  dialog.nMaxFile = static_cast<DWORD>(path.size());
+  dialog.Flags = OFN_OVERWRITEPROMPT | OFN_PATHMUSTEXIST | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;
+  if (GetSaveFileNameW(&dialog) == FALSE || control == nullptr) return;
+  path.resize(std::wcslen(path.c_str()));
+  const HRESULT result = host::SaveAnnotatedPage(control->Members(), path);
+  Expect(result, L"Saving the annotated page", IID_IDataObject);
+  if (SUCCEEDED(result)) events->Add(L"Saved - " + path);
+}
+
+void MainWindow::CopyAnnotatedPage() {
+  const HRESULT result = host::CopyAnnotatedPage(control->Members());
+  Expect(result, L"Copying the annotated page", IID_IDataObject);
+  if (SUCCEEDED(result)) events->Add(L"Copied - the annotated page is on the clipboard");
+}
+
+void MainWindow::EnableMenu(HMENU menu) const {
+  const UINT state = control != nullptr && HasAnnotatedPage(control->Members()) ? MF_ENABLED : MF_GRAYED;
+  for (const UINT command : {COMMAND_SAVE_PAGE, COMMAND_COPY_PAGE}) EnableMenuItem(menu, command, MF_BYCOMMAND | state);
+}
+
+// The control is disabled now. It is enabled when its procedure is over: until then each further error of the procedure
+// would be reported, too. The list shows the message, which has lines of its own, in one line.
+void MainWindow::ErrorOccured(SHORT /*number*/, std::wstring& message) {
+  std::replace_if(
+      message.begin(), message.end(), [](wchar_t c) { return c == L'\r' || c == L'\n'; }, L' ');
+  PostMessageW(window, EnableMessage, 0, 0);
+}
+
+void MainWindow::EnableControl() {
+  if (control == nullptr) return;
+  Expect(control->Members().put_Enabled(VARIANT_TRUE), L"Enabling the control");
+  events->Add(L"Enabled - the control can be used again after its error");
+}
+
+void MainWindow::PageChanged(SHORT page) {
+  std::wstring title = Title;
+  if (!document.empty()) title = document + (page > 0 ? L", page " + std::to_wstring(page) : L"") + L" - " + Title;
+  SetWindowTextW(window, title.c_str());
+}
+
+void MainWindow::OnSystemChange(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (panel == nullptr) return;
+  control->SystemChanged(message, wParam, lParam);
+  Rescale();  // the font may be another one, too
+  RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 void MainWindow::OnActivate(bool isActive) {
@@ -172,6 +227,8 @@ void MainWindow::OnActivate(bool isActive) {
 
 void MainWindow::OnCommand(int command) {
   if (command == COMMAND_OPEN) ChooseFile();
+  if (command == COMMAND_SAVE_PAGE) SaveAnnotatedPage();
+  if (command == COMMAND_COPY_PAGE) CopyAnnotatedPage();
   if (command == COMMAND_EXIT) OnClose();
   if (command > COMMAND_VERB) RunVerb(command - COMMAND_VERB);
 }
@@ -187,16 +244,21 @@ void MainWindow::AddVerbMenu() const {
 void MainWindow::RunVerb(LONG number) {
   const HRESULT result = control->RunVerb(number);
   if (result == OLEOBJ_S_CANNOT_DOVERB_NOW) events->Add(L"Refused - the control cannot run this command now");
-  Expect(result, L"Running the command");
+  Expect(result, L"Running the command", IID_IOleObject);
 }
 
 // A box of the control has to be answered first.
 void MainWindow::OnClose() {
   if (modalDepth > 0) {
     MessageBeep(MB_OK);
-  } else {
-    DestroyWindow(window);
+    return;
   }
+  const HRESULT saved = control->SaveIfDirty();
+  if (FAILED(saved)) {
+    const std::wstring question = L"The settings cannot be saved.\n" + ErrorText(saved) + L"\n\nEnd all the same?";
+    if (MessageBoxW(window, question.c_str(), L"KwHost", MB_YESNO | MB_ICONWARNING) != IDYES) return;
+  }
+  DestroyWindow(window);
 }
 
 LRESULT MainWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -214,6 +276,17 @@ LRESULT MainWindow::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       panel.reset();
       control.reset();
       PostQuitMessage(0);
+      return 0;
+    case WM_INITMENUPOPUP:
+      EnableMenu(reinterpret_cast<HMENU>(wParam));
+      return 0;
+    case WM_SYSCOLORCHANGE:
+    case WM_SETTINGCHANGE:
+    case WM_THEMECHANGED:
+      OnSystemChange(message, wParam, lParam);
+      return 0;
+    case EnableMessage:
+      EnableControl();
       return 0;
     case WM_NCDESTROY:
       SetWindowLongPtrW(window, GWLP_USERDATA, 0);
@@ -249,7 +322,15 @@ LRESULT CALLBACK MainWindow::Procedure(HWND handle, UINT message, WPARAM wParam,
     SetWindowLongPtrW(handle, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(created));
   }
   auto* const self = reinterpret_cast<MainWindow*>(GetWindowLongPtrW(handle, GWLP_USERDATA));
-  return self == nullptr ? DefWindowProcW(handle, message, wParam, lParam) : self->OnMessage(message, wParam, lParam);
+  if (self == nullptr) return DefWindowProcW(handle, message, wParam, lParam);
+  try {
+    return self->OnMessage(message, wParam, lParam);
+  } catch (const _com_error& error) {  // no exception may leave a window procedure
+    self->Expect(error.Error(), L"The command");
+  } catch (const std::exception&) {
+    self->Expect(E_OUTOFMEMORY, L"The command");
+  }
+  return 0;
 }
 
 }  // namespace kw::host

@@ -17,7 +17,8 @@ namespace kw::host {
 class MainWindow final : public Container {
 public:
   // Makes the window, not shown yet, with the control in it. Throws ControlError.
-  explicit MainWindow(HINSTANCE program);
+  // `settings` is the file in which the control is kept; empty for none.
+  MainWindow(HINSTANCE program, const std::wstring& settings);
   ~MainWindow();
   MainWindow(const MainWindow&) = delete;
   MainWindow& operator=(const MainWindow&) = delete;
@@ -33,6 +34,8 @@ private:
   void ControlIsModal(bool isModal) override;
   void LeaveControl(bool backwards) override;
   void EventRaised(const std::wstring& event) override { events->Add(event); }
+  void ErrorOccured(SHORT number, std::wstring& message) override;
+  void PageChanged(SHORT page) override;
   void PropertyChanged() override;
 
   static LRESULT CALLBACK Procedure(HWND handle, UINT message, WPARAM wParam, LPARAM lParam);
@@ -48,13 +51,20 @@ private:
   void Arrange();
   int Scale(int size) const { return MulDiv(size, dpi, USER_DEFAULT_SCREEN_DPI); }
   void ChooseFile();
+  void SaveAnnotatedPage();
+  void CopyAnnotatedPage();
+  void EnableMenu(HMENU menu) const;
+  void EnableControl();
+  void OnSystemChange(UINT message, WPARAM wParam, LPARAM lParam);
   void Open(const std::wstring& path);
-  void Expect(HRESULT result, const wchar_t* action);
+  // Lists a failure, with what the control says about it. `interfaceId` is the interface that was called.
+  void Expect(HRESULT result, const wchar_t* action, REFIID interfaceId = IID__KwEditorLayers);
 
   HINSTANCE instance;
   HWND window = nullptr;
   HFONT font = nullptr;
   HWND lastFocus = nullptr;
+  std::wstring document;  // its file's name
   int dpi = USER_DEFAULT_SCREEN_DPI;
   int modalDepth = 0;
   SIZE panelSize = {};

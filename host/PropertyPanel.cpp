@@ -19,14 +19,14 @@ constexpr int FieldHeight = 23;
 constexpr int FieldPitch = 28;
 constexpr int FieldWidth = 150;
 
-std::wstring TextOf(HWND window) {
+std::wstring WindowText(HWND window) {
   std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
   text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));
   return text;
 }
 
 SIZE TextSize(HWND window, HFONT font) {
-  const std::wstring text = TextOf(window);
+  const std::wstring text = WindowText(window);
   const HDC context = GetDC(window);
   const HGDIOBJ before = SelectObject(context, font);
   SIZE size = {};
@@ -132,20 +132,20 @@ SIZE PropertyPanel::Arrange(HFONT font, int dpi) {
 
 void PropertyPanel::Refresh() {
   for (const Row& row : rows) {
-    Variant value;
+    _variant_t value;
     if (!row.property.isReadable || FAILED(GetProperty(*object.Get(), row.property.id, value))) continue;
     if (row.IsSwitch()) {
       SendMessageW(row.control, BM_SETCHECK, V_BOOL(&value) != VARIANT_FALSE ? BST_CHECKED : BST_UNCHECKED, 0);
     } else if (GetFocus() != row.control || SendMessageW(row.control, EM_GETMODIFY, 0, 0) == 0) {
       // What the user is typing stays.
-      if (TextOf(row.control) != value.Text()) SetWindowTextW(row.control, value.Text().c_str());
+      if (WindowText(row.control) != TextOf(value)) SetWindowTextW(row.control, TextOf(value).c_str());
     }
   }
 }
 
 void PropertyPanel::Apply(const Row& row) {
-  Variant text(TextOf(row.control));
-  Variant value(SendMessageW(row.control, BM_GETCHECK, 0, 0) != BST_CHECKED);
+  _variant_t text(WindowText(row.control).c_str());
+  _variant_t value(SendMessageW(row.control, BM_GETCHECK, 0, 0) != BST_CHECKED);
   std::wstring error;
   if (FAILED(PutProperty(*object.Get(), row.property.id, row.IsSwitch() ? value : text, error)))
     told.failed(row.property.name + L": " + error);

@@ -5,6 +5,8 @@
 #define EDITOR_MANIFEST 100
 #define MAIN_MENU 101
 #define COMMAND_OPEN 201
-#define COMMAND_EXIT 202
+#define COMMAND_SAVE_PAGE 202
+#define COMMAND_COPY_PAGE 203
+#define COMMAND_EXIT 204
 // From here on the control's verbs, by their numbers.
 #define COMMAND_VERB 300

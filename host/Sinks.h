@@ -8,7 +8,8 @@
 
 namespace kw::host {
 
-// Receives the events of a control, of whatever names the type library has for them.
+// Receives the events of the control: some have a typed handler in the container, and all are listed by the names that
+// the type library has for them.
 class EventSink final : public ComObject<IDispatch> {
 public:
   // `events` describes the dispatch interface of the events, whose identifier is `eventsId`.
@@ -24,6 +25,8 @@ public:
                       EXCEPINFO* exception, UINT* badArgument) override;
 
 private:
+  void CallHandler(DISPID event, const DISPPARAMS& arguments);
+
   Container& container;
   Microsoft::WRL::ComPtr<ITypeInfo> info;
   IID id;
@@ -44,6 +47,7 @@ private:
 // A sink connected to a control for as long as this object lives.
 class Connection {
 public:
+  // Throws _com_error.
   Connection(IUnknown& source, REFIID sinkId, IUnknown& sink);
   ~Connection();
   Connection(const Connection&) = delete;

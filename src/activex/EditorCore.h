@@ -30,6 +30,7 @@ public:
   HostEvents& Events() { return events; }
   KwEditorLayers& Editor() { return editor; }
   InPlaceActivation& Activation() { return activation; }
+  Desktop& Platform() { return desktop; }
 
   // The control's size, with or without a window. Until the container sets one it is the form's.
   SIZEL Extent() const { return extent; }

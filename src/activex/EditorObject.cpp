@@ -14,7 +14,8 @@ class EditorObject::Families final : public EditorCore,
                                      public OleObject,
                                      public InPlaceObject,
                                      public ViewObject,
-                                     public Persistence {
+                                     public Persistence,
+                                     public DataObject {
 public:
   explicit Families(IUnknown& controlling)
       : EditorCore(controlling),
@@ -23,7 +24,8 @@ public:
         OleObject(Core()),
         InPlaceObject(Core()),
         ViewObject(Core()),
-        Persistence(Core()) {}
+        Persistence(Core()),
+        DataObject(Core()) {}
 
   // Looks up an interface in the control's one table; null if the control does not have it.
   IUnknown* Find(REFIID iid);
@@ -69,6 +71,7 @@ IUnknown* EditorObject::Families::Find(REFIID iid) {
       {&IID_IViewObject, &As<F, ViewObject>},
       {&IID_IViewObject2, &As<F, ViewObject>},
       {&IID_IViewObjectEx, &As<F, ViewObject>},
+      {&IID_IDataObject, &As<F, DataObject>},
       {&IID_IPersist, &As<F, Persistence, IPersistStreamInit>},
       {&IID_IPersistStreamInit, &As<F, Persistence, IPersistStreamInit>},
       {&IID_IPersistStorage, &As<F, Persistence, IPersistStorage>},

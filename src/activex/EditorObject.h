@@ -4,6 +4,7 @@
 
 #include "activex/Automation.h"
 #include "activex/Connections.h"
+#include "activex/DataObject.h"
 #include "activex/EditorCore.h"
 #include "activex/InPlaceObject.h"
 #include "activex/OleObject.h"

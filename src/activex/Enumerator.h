@@ -26,6 +26,11 @@ inline bool HandOut(const std::pair<Microsoft::WRL::ComPtr<IUnknown>, DWORD>& it
   item.first.CopyTo(&given.pUnk);
   return true;
 }
+// It names no target device, so there is nothing to copy.
+inline bool HandOut(const FORMATETC& item, FORMATETC& given) {
+  given = item;
+  return true;
+}
 
 // Implements the enumerator interface `Interface` over a snapshot of items.
 template <class Interface, class Given, class Item>

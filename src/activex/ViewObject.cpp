@@ -1,13 +1,21 @@
 #include "activex/ViewObject.h"
 
 #include "activex/ComBoundary.h"
+#include "activex/PageData.h"
 
 namespace kw::activex {
 
 STDMETHODIMP ViewObject::Draw(DWORD aspect, LONG /*index*/, void* /*aspectInfo*/, DVTARGETDEVICE* /*targetDevice*/,
                               HDC /*targetContext*/, HDC drawContext, LPCRECTL bounds, LPCRECTL /*windowBounds*/,
-                              BOOL(STDMETHODCALLTYPE* /*proceed*/)(ULONG_PTR), ULONG_PTR /*cookie*/) {
+                              BOOL(STDMETHODCALLTYPE* proceed)(ULONG_PTR), ULONG_PTR cookie) {
   return AtComBoundary(core.Life(), [&] {
+    if (aspect == DVASPECT_DOCPRINT) {
+      if (drawContext == nullptr || bounds == nullptr) return E_INVALIDARG;
+      const AnnotatedPage page(core.Editor().Form());
+      if (page.IsEmpty()) return OLE_E_BLANK;
+      return DrawPage(page, drawContext, {bounds->left, bounds->top, bounds->right, bounds->bottom},
+                      [&] { return proceed == nullptr || proceed(cookie) != FALSE; });
+    }
     if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
     if (drawContext == nullptr) return E_INVALIDARG;
     RECT target = {};
@@ -57,10 +65,18 @@ STDMETHODIMP ViewObject::GetAdvise(DWORD* aspects, DWORD* flags, IAdviseSink** s
 }
 
 STDMETHODIMP ViewObject::GetExtent(DWORD aspect, LONG /*index*/, DVTARGETDEVICE* /*targetDevice*/, LPSIZEL size) {
-  if (size == nullptr) return E_POINTER;
-  if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
-  *size = core.Extent();
-  return S_OK;
+  return AtComBoundary(core.Life(), [&] {
+    if (size == nullptr) return E_POINTER;
+    if (aspect == DVASPECT_DOCPRINT) {
+      const AnnotatedPage page(core.Editor().Form());
+      if (page.IsEmpty()) return OLE_E_BLANK;
+      *size = PageExtent(page);
+      return S_OK;
+    }
+    if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
+    *size = core.Extent();
+    return S_OK;
+  });
 }
 
 STDMETHODIMP ViewObject::GetRect(DWORD aspect, LPRECTL rectangle) {

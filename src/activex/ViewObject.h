@@ -8,10 +8,10 @@
 
 namespace kw::activex {
 
-// Draws the control, with or without a window.
+// Draws the control, with or without a window, and the page for a printer (DVASPECT_DOCPRINT).
 //
-// IDataObject is left out on purpose. Containers draw an inactive control through this interface. They use IDataObject
-// only to cache a metafile of an object that the user inserted, and the control does not register as insertable.
+// Containers draw an inactive control through this interface. DataObject gives the annotated page, not the control's
+// look: a container that would cache a picture of the control there is told OLE_E_BLANK until a page is open.
 class ViewObject : public IViewObjectEx {
 public:
   STDMETHODIMP Draw(DWORD aspect, LONG index, void* aspectInfo, DVTARGETDEVICE* device, HDC deviceContext,

@@ -42,6 +42,15 @@ public:
   // Renders a text that is laid out in `bounds` into a mask of zeroes, whose area is the wanted part of `bounds`. A
   // pixel's coverage must not depend on that part.
   virtual void Render(const TextRun& run, const PixelRect& bounds, CoverageMask& mask) = 0;
+
+  // Whether a text was left out, because there was no memory for it.
+  bool HasFailed() const { return hasFailed; }
+
+protected:
+  void Fail() { hasFailed = true; }
+
+private:
+  bool hasFailed = false;
 };
 
 }  // namespace kw

@@ -17,6 +17,8 @@ public:
   std::uint64_t Size() noexcept override { return end; }
   bool Settle() noexcept override { return target.Settle(); }
 
+  // Whether a write did not fit.
+  bool IsFull() const { return isFull; }
   // Raises DiskFull if a write did not fit.
   void RaiseIfFull() const;
 

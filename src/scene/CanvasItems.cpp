@@ -52,21 +52,13 @@ std::optional<Shape> FigureOf(const TransparentPicture& layer, const Scale& scal
   return shape;
 }
 
+// The contents with everything that shows how a layer is worked on.
 DisplayItem ItemOf(const TransparentPicture& layer, const Scale& scale) {
-  DisplayItem item;
-  item.key = KeyOf(&layer);
+  DisplayItem item = ContentsItemOf(layer, scale);
   item.frameWidth = scale.LengthOnDevice(FrameWidth);
   item.rim = RimOf(layer, scale);
   item.bounds = BoundsOnDevice(layer, scale);
-  item.picture = layer.Picture();
-  item.shape = FigureOf(layer, scale);
-  item.options = {.transparent = layer.TransparentColor(), .isLightened = layer.IsLightened()};
-  const bool isText = layer.DrawnFigure().kind == FigureKind::Text;
-  if (isText && layer.BackColor() != layer.TransparentColor()) item.background = layer.BackColor();
-  // While the user types, the edit field shows the text.
-  if (!layer.Caption().empty() && !layer.IsTyping()) {
-    item.text = TextRun{.text = layer.Caption(), .font = scale.ToDevice(layer.TextFont()), .colour = layer.ForeColor()};
-  }
+  if (layer.IsTyping()) item.text.reset();  // the edit field shows it
   if (layer.SelectionFrame() != 0) {
     item.frame = DisplayItem::Frame::Solid;
   } else if (layer.IsToShowBorderMarks()) {
@@ -122,6 +114,21 @@ PixelRect BoundsOnDevice(const LightWeightMarker& marker, const Scale& scale) {
 bool IsCanvasItem(const Control& child) {
   return dynamic_cast<const TransparentPicture*>(&child) != nullptr ||
          dynamic_cast<const LightWeightMarker*>(&child) != nullptr;
+}
+
+DisplayItem ContentsItemOf(const TransparentPicture& layer, const Scale& scale) {
+  DisplayItem item;
+  item.key = KeyOf(&layer);
+  item.bounds = ContentsOnDevice(layer, scale);
+  item.picture = layer.Picture();
+  item.shape = FigureOf(layer, scale);
+  item.options = {.transparent = layer.TransparentColor(), .isLightened = layer.IsLightened()};
+  const bool isText = layer.DrawnFigure().kind == FigureKind::Text;
+  if (isText && layer.BackColor() != layer.TransparentColor()) item.background = layer.BackColor();
+  if (!layer.Caption().empty()) {
+    item.text = TextRun{.text = layer.Caption(), .font = scale.ToDevice(layer.TextFont()), .colour = layer.ForeColor()};
+  }
+  return item;
 }
 
 std::vector<DisplayItem> ItemsOf(const PictureBox& canvas, const Scale& scale) {

@@ -23,6 +23,10 @@ PixelRect PixelsOfLayer(const TransparentPicture& layer);
 // The part of these pixels that the layer's contents cover.
 PixelRect ContentsOfLayer(const TransparentPicture& layer);
 
+// What a layer shows of itself: its picture, figure and text, the text also while it is typed, but no frame, no marks
+// and no handles.
+DisplayItem ContentsItemOf(const TransparentPicture& layer, const Scale& scale = Scale());
+
 // The pixels of the device that a layer's display item, frame included, or a marker covers.
 PixelRect BoundsOnDevice(const TransparentPicture& layer, const Scale& scale);
 PixelRect BoundsOnDevice(const LightWeightMarker& marker, const Scale& scale);

@@ -30,6 +30,7 @@ TEST_F(ObjectTest, AnswersToEveryInterfaceOfItsTable) {
                                    &IID_IViewObject,
                                    &IID_IViewObject2,
                                    &IID_IViewObjectEx,
+                                   &IID_IDataObject,
                                    &IID_IPersist,
                                    &IID_IPersistStreamInit,
                                    &IID_IPersistStorage,
@@ -46,8 +47,8 @@ TEST_F(ObjectTest, AnswersToEveryInterfaceOfItsTable) {
   }
 }
 
-TEST_F(ObjectTest, DoesNotClaimToBeSafeForScriptsOrToGiveData) {
-  for (const IID* const iid : {&IID_IObjectSafety, &IID_IDataObject, &IID_IOleLink, &IID_IMarshal}) {
+TEST_F(ObjectTest, DoesNotClaimToBeSafeForScripts) {
+  for (const IID* const iid : {&IID_IObjectSafety, &IID_IOleLink, &IID_IMarshal}) {
     void* object = this;
     EXPECT_EQ(control->QueryInterface(*iid, &object), E_NOINTERFACE);
     EXPECT_EQ(object, nullptr);

@@ -6,29 +6,16 @@
 #include <gtest/gtest.h>
 
 #include "tests/drawing/Canvas.h"
+#include "tests/drawing/PatternText.h"
 
 namespace kw {
 namespace {
 
 using test::Canvas;
+using test::PatternText;
 using test::White;
 
 constexpr PixelRect Screen = {0, 0, 120, 90};
-
-// Stands in for the platform's text: a pattern that depends on the text and its place.
-class PatternText final : public TextRenderer {
-public:
-  void Render(const TextRun& run, const PixelRect& place, CoverageMask& mask) override {
-    for (std::int32_t y = mask.area.top; y < mask.area.bottom; ++y) {
-      const auto row = mask.Row(y);
-      for (std::size_t i = 0; i < row.size(); ++i) {
-        const auto x = static_cast<std::size_t>(mask.area.left - place.left) + i;
-        const auto letter = static_cast<unsigned char>(run.text[(x / 4) % run.text.size()]);
-        row[i] = static_cast<std::uint8_t>((y - place.top) % 6 < 4 ? letter * (x % 4) : 0);
-      }
-    }
-  }
-};
 
 Bitmap Plain(std::int32_t width, std::int32_t height, Rgb colour) {
   Bitmap picture(width, height, 24);

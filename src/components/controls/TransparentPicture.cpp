@@ -1,17 +1,34 @@
 #include "components/controls/TransparentPicture.h"
 
+#include <algorithm>
+#include <atomic>
+
 #include "components/base/RunTimeError.h"
 
 namespace kw {
+namespace {
+
+std::uint64_t NextPictureNumber() {
+  static std::atomic<std::uint64_t> last = 0;
+  return ++last;
+}
+
+bool IsSamePicture(const Bitmap& a, const Bitmap& b) {
+  return a.SharesPixelsWith(b) && std::ranges::equal(a.Palette(), b.Palette());
+}
+
+}  // namespace
 
 void TransparentPicture::LoadFrom(const TransparentPicture& other) {
   CopyDesign(other);
   picture = other.picture;
+  pictureNumber = other.pictureNumber;
   sourcePicture = other.sourcePicture;
   design = other.design;
 }
 
 void TransparentPicture::SetPicture(Bitmap newPicture) {
+  if (!IsSamePicture(newPicture, picture)) pictureNumber = NextPictureNumber();
   picture = std::move(newPicture);
   sourcePicture = picture;
   Tell(Aspect::Content);

@@ -32,6 +32,8 @@ public:
   // because it makes the control draw itself anew.
   const Bitmap& Picture() const { return picture; }
   void SetPicture(Bitmap newPicture);
+  // Another picture has another number; no two pictures of a process have the same.
+  std::uint64_t PictureNumber() const { return pictureNumber; }
   bool HasPicture() const { return !picture.IsEmpty(); }
   bool TryClearPicture() override;
   // What the displayed picture is reset from when the view is rebuilt.
@@ -121,6 +123,7 @@ private:
 
   Bitmap picture;
   Bitmap sourcePicture;
+  std::uint64_t pictureNumber = 0;
   Design design;
   bool isLightened = false;
   bool isTyping = false;

@@ -4,6 +4,7 @@
 #include <array>
 #include <vector>
 
+#include "picture/TiffPageWriter.h"
 #include "picture/formats/TiffHandle.h"
 
 namespace kw {
@@ -41,13 +42,14 @@ void SetPalette(const TiffHandle& tiff, const Bitmap& picture) {
   tiff.Set(TIFFTAG_COLORMAP, channels[0].data(), channels[1].data(), channels[2].data());
 }
 
-void Describe(const TiffHandle& tiff, const Bitmap& picture) {
+// `picture` may be the first band of a page of that height.
+void Describe(const TiffHandle& tiff, const Bitmap& picture, std::int32_t pageHeight) {
   const int depth = picture.BitsPerPixel();
   const bool indexed = depth <= 8;
   const int photometric = indexed ? PhotometricOf(picture) : PHOTOMETRIC_RGB;
   const bool fax = depth == 1 && photometric != PHOTOMETRIC_PALETTE;
   tiff.Set(TIFFTAG_IMAGEWIDTH, static_cast<std::uint32_t>(picture.Width()));
-  tiff.Set(TIFFTAG_IMAGELENGTH, static_cast<std::uint32_t>(picture.Height()));
+  tiff.Set(TIFFTAG_IMAGELENGTH, static_cast<std::uint32_t>(pageHeight));
   tiff.Set(TIFFTAG_BITSPERSAMPLE, indexed ? depth : 8);
   tiff.Set(TIFFTAG_SAMPLESPERPIXEL, indexed ? 1 : depth / 8);
   tiff.Set(TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
@@ -60,7 +62,7 @@ void Describe(const TiffHandle& tiff, const Bitmap& picture) {
     std::uint16_t alpha = EXTRASAMPLE_UNASSALPHA;
     tiff.Set(TIFFTAG_EXTRASAMPLES, 1, &alpha);
   }
-  const auto height = static_cast<std::size_t>(picture.Height());
+  const auto height = static_cast<std::size_t>(pageHeight);
   const std::size_t rows = fax ? height : std::clamp<std::size_t>(StripBytes / picture.RowBytes(), 1, height);
   tiff.Set(TIFFTAG_ROWSPERSTRIP, static_cast<std::uint32_t>(rows));
   if (picture.HorizontalResolution() > 0 && picture.VerticalResolution() > 0) {
@@ -72,18 +74,29 @@ void Describe(const TiffHandle& tiff, const Bitmap& picture) {
 
 }  // namespace
 
-void WriteTiff(const Bitmap& picture, Stream& to, const WriteOptions& /*options*/) {
-  const TiffHandle tiff(to, TiffHandle::Use::Write);
-  Describe(tiff, picture);
+TiffPageWriter::TiffPageWriter(Stream& to, std::int32_t pageHeight)
+    : tiff(std::make_unique<TiffHandle>(to, TiffHandle::Use::Write)), height(pageHeight) {}
+
+TiffPageWriter::~TiffPageWriter() = default;
+
+void TiffPageWriter::Add(const Bitmap& band) {
+  if (next == 0) Describe(*tiff, band, height);
   // The library changes the rows that it gets.
-  std::vector<std::uint8_t> row(picture.RowBytes());
-  const std::size_t pixelBytes = picture.BitsPerPixel() > 8 ? static_cast<std::size_t>(picture.BitsPerPixel() / 8) : 0;
-  for (std::int32_t y = 0; y < picture.Height(); ++y) {
-    std::ranges::copy(picture.Row(y), row.begin());
+  std::vector<std::uint8_t> row(band.RowBytes());
+  const std::size_t pixelBytes = band.BitsPerPixel() > 8 ? static_cast<std::size_t>(band.BitsPerPixel() / 8) : 0;
+  for (std::int32_t y = 0; y < band.Height(); ++y, ++next) {
+    std::ranges::copy(band.Row(y), row.begin());
     for (std::size_t at = 0; pixelBytes != 0 && at < row.size(); at += pixelBytes) std::swap(row[at], row[at + 2]);
-    tiff.Require(TIFFWriteScanline(tiff.Get(), row.data(), static_cast<std::uint32_t>(y), 0) == 1);
+    tiff->Require(TIFFWriteScanline(tiff->Get(), row.data(), static_cast<std::uint32_t>(next), 0) == 1);
   }
-  tiff.Require(TIFFWriteDirectory(tiff.Get()) == 1);
+}
+
+void TiffPageWriter::Finish() { tiff->Require(TIFFWriteDirectory(tiff->Get()) == 1); }
+
+void WriteTiff(const Bitmap& picture, Stream& to, const WriteOptions& /*options*/) {
+  TiffPageWriter writer(to, picture.Height());
+  writer.Add(picture);
+  writer.Finish();
 }
 
 }  // namespace kw

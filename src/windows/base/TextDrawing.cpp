@@ -60,11 +60,12 @@ HFONT GdiTextRenderer::FontFor(const Font& wanted) {
 
 void GdiTextRenderer::Render(const TextRun& run, const PixelRect& bounds, CoverageMask& mask) {
   const RECT area = ToRect(mask.area);
-  if (!buffer.Reserve(WidthOf(area), HeightOf(area))) return;
+  const HFONT asked = FontFor(run.font);
+  if (asked == nullptr || !buffer.Reserve(WidthOf(area), HeightOf(area))) return Fail();
   const HDC context = buffer.Context();
   SetViewportOrgEx(context, -area.left, -area.top, nullptr);
   FillWith(context, area, RGB(0, 0, 0));
-  const HGDIOBJ before = SelectObject(context, FontFor(run.font));
+  const HGDIOBJ before = SelectObject(context, asked);
   SetBkMode(context, TRANSPARENT);
   SetTextColor(context, RGB(255, 255, 255));
   const std::wstring text = ToWide(run.text);

@@ -4,13 +4,13 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <memory>
 #include <type_traits>
 #include <utility>
 #include <vector>
 
 #include "components/base/RunTimeError.h"
+#include "windows/base/BandDrawing.h"
 
 namespace kw::windows {
 namespace {
@@ -33,26 +33,6 @@ Extent PrintedSize(const Bitmap& picture, HDC device) {
   const double scale = std::min({1.0, GetDeviceCaps(device, HORZRES) / width, GetDeviceCaps(device, VERTRES) / height});
   return {std::max(1, static_cast<int>(std::lround(width * scale))),
           std::max(1, static_cast<int>(std::lround(height * scale)))};
-}
-
-// A BITMAPINFO with up to 256 colours.
-struct Description {
-  BITMAPINFOHEADER head;
-  RGBQUAD colours[256];
-};
-
-Description DescriptionOf(const Bitmap& picture) {
-  Description description = {};
-  description.head.biSize = sizeof description.head;
-  description.head.biWidth = picture.Width();
-  description.head.biPlanes = 1;
-  description.head.biBitCount = static_cast<WORD>(picture.BitsPerPixel());
-  const auto palette = picture.Palette();
-  description.head.biClrUsed = static_cast<DWORD>(palette.size());
-  for (std::size_t i = 0; i < palette.size(); ++i) {
-    description.colours[i] = {palette[i].blue, palette[i].green, palette[i].red, 0};
-  }
-  return description;
 }
 
 }  // namespace
@@ -119,26 +99,10 @@ void Printer::NewPage() {
 
 void Printer::DrawBands(const Bitmap& picture) {
   const Extent size = PrintedSize(picture, device);
-  Description description = DescriptionOf(picture);
-  const std::size_t stride = (picture.RowBytes() + 3) / 4 * 4;  // the system's rows are padded to multiples of 4 bytes
-  const auto bandRows = static_cast<std::int32_t>(std::clamp<std::size_t>(BandBytes / stride, 1, 65536));
-  std::vector<std::uint8_t> band;
-  // When a picture is reduced, keep the thin black lines of a bilevel page and average the colours of others.
-  SetStretchBltMode(device, picture.BitsPerPixel() == 1 ? BLACKONWHITE : HALFTONE);
-  SetBrushOrgEx(device, 0, 0, nullptr);
+  const auto bandRows = static_cast<std::int32_t>(std::clamp<std::size_t>(BandBytes / picture.RowBytes(), 1, 65536));
+  BandDrawing bands(device, {0, 0, size.width, size.height}, picture.Height());
   for (std::int32_t first = 0; first < picture.Height(); first += bandRows) {
-    const std::int32_t rows = std::min(bandRows, picture.Height() - first);
-    band.assign(stride * static_cast<std::size_t>(rows), 0);
-    for (std::int32_t y = 0; y < rows; ++y) {
-      const auto row = picture.Row(first + y);
-      std::memcpy(band.data() + stride * static_cast<std::size_t>(y), row.data(), row.size());
-    }
-    const auto at = [&](std::int32_t y) { return static_cast<int>(std::int64_t{size.height} * y / picture.Height()); };
-    description.head.biHeight = -rows;  // top-down
-    const int drawn =
-        StretchDIBits(device, 0, at(first), size.width, at(first + rows) - at(first), 0, 0, picture.Width(), rows,
-                      band.data(), reinterpret_cast<BITMAPINFO*>(&description), DIB_RGB_COLORS, SRCCOPY);
-    if (drawn == 0 || drawn == static_cast<int>(GDI_ERROR)) RaisePrinterError();
+    if (!bands.Draw(picture, first, std::min(bandRows, picture.Height() - first))) RaisePrinterError();
   }
 }
 

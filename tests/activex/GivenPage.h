@@ -1,0 +1,74 @@
+#pragma once
+
+#include <windows.h>
+
+#include <objidl.h>
+#include <wrl/client.h>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <vector>
+
+#include "tests/activex/Ocx.h"
+#include "tests/support/win32/BoxAnswerer.h"
+
+namespace kw::test {
+
+inline FORMATETC FormatOf(CLIPFORMAT id, DWORD medium) { return {id, nullptr, DVASPECT_CONTENT, -1, medium}; }
+
+// What a data object gave, freed with it.
+struct Given : STGMEDIUM {
+  Given() : STGMEDIUM{} {}
+  Given(const Given&) = delete;
+  Given& operator=(const Given&) = delete;
+  ~Given() { ReleaseStgMedium(this); }
+};
+
+// A picture's colours from the top left on, and the head of the bitmap that they came in.
+struct GivenPicture {
+  BITMAPV5HEADER head = {};
+  int width = 0;
+  int height = 0;
+  std::vector<COLORREF> pixels;
+
+  COLORREF At(int x, int y) const { return pixels[static_cast<std::size_t>(y * width + x)]; }
+};
+
+// Reads a packed bitmap of 24 bits with a head of 40 or 124 bytes.
+inline GivenPicture PictureOf(HGLOBAL block) {
+  GivenPicture picture;
+  const auto* const bytes = static_cast<const BYTE*>(GlobalLock(block));
+  DWORD headBytes = 0;
+  std::memcpy(&headBytes, bytes, sizeof headBytes);
+  EXPECT_TRUE(headBytes == sizeof(BITMAPINFOHEADER) || headBytes == sizeof(BITMAPV5HEADER)) << headBytes;
+  std::memcpy(&picture.head, bytes, headBytes);
+  EXPECT_EQ(picture.head.bV5BitCount, 24);
+  EXPECT_EQ(picture.head.bV5Compression, static_cast<DWORD>(BI_RGB));
+  picture.width = picture.head.bV5Width;
+  picture.height = picture.head.bV5Height;
+  const std::size_t stride = (static_cast<std::size_t>(picture.width) * 3 + 3) / 4 * 4;
+  EXPECT_GE(GlobalSize(block), headBytes + stride * static_cast<std::size_t>(picture.height));
+  EXPECT_EQ(picture.head.bV5SizeImage, stride * static_cast<std::size_t>(picture.height));
+  for (int y = 0; y < picture.height; ++y) {
+    const BYTE* const row = bytes + headBytes + stride * static_cast<std::size_t>(picture.height - 1 - y);
+    for (int x = 0; x < picture.width; ++x) picture.pixels.push_back(RGB(row[3 * x + 2], row[3 * x + 1], row[3 * x]));
+  }
+  GlobalUnlock(block);
+  return picture;
+}
+
+inline GivenPicture DibOf(IDataObject& data, CLIPFORMAT id = CF_DIB) {
+  FORMATETC format = FormatOf(id, TYMED_HGLOBAL);
+  Given given;
+  const HRESULT result = data.GetData(&format, &given);
+  EXPECT_EQ(result, S_OK);
+  return result == S_OK ? PictureOf(given.hGlobal) : GivenPicture();
+}
+
+inline void OpenDocument(_KwEditorLayers& control, const std::wstring& path) {
+  const BoxAnswerer user;
+  ASSERT_EQ(control.OpenFile(Text(path)), S_OK);
+}
+
+}  // namespace kw::test
