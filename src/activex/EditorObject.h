@@ -30,7 +30,7 @@ private:
   ~EditorObject();
 
   ULONG references = 1;
-  Families* families = nullptr;
+  Families* families;
 };
 
 }  // namespace kw::activex
