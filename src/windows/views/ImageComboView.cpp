@@ -20,8 +20,12 @@ std::wstring WindowText(HWND window) {
 }  // namespace
 
 HWND ImageComboView::Create(HWND parent) {
-  return CreateSystemWindow(parent, WC_COMBOBOXEXW,
-                            WS_VSCROLL | static_cast<DWORD>(combo.IsEditable() ? CBS_DROPDOWN : CBS_DROPDOWNLIST));
+  const HWND made = CreateSystemWindow(
+      parent, WC_COMBOBOXEXW, WS_VSCROLL | static_cast<DWORD>(combo.IsEditable() ? CBS_DROPDOWN : CBS_DROPDOWNLIST));
+  // One of these has the focus.
+  for (const UINT part : {CBEM_GETCOMBOCONTROL, CBEM_GETEDITCONTROL})
+    ViewTree::ClaimTabOf(reinterpret_cast<HWND>(SendMessageW(made, part, 0, 0)));
+  return made;
 }
 
 HWND ImageComboView::Edit() const { return reinterpret_cast<HWND>(SendMessageW(Handle(), CBEM_GETEDITCONTROL, 0, 0)); }

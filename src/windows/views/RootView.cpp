@@ -23,9 +23,9 @@ ScrollBar* FindScrollBar(const Control& holder, bool isVertical) {
 }  // namespace
 
 HWND RootView::Create(HWND /*parent*/) {
-  return CreateWindowExW(WS_EX_CONTROLPARENT, OwnWindowClass::Name, nullptr,
-                         WS_CHILD | WS_CLIPSIBLINGS | WS_CLIPCHILDREN, start.left, start.top, WidthOf(start),
-                         HeightOf(start), host, nullptr, Module(), nullptr);
+  // One stop of the host's Tab key: within the form the tree moves the focus.
+  return CreateWindowExW(0, OwnWindowClass::Name, nullptr, WS_CHILD | WS_CLIPSIBLINGS | WS_CLIPCHILDREN | WS_TABSTOP,
+                         start.left, start.top, WidthOf(start), HeightOf(start), host, nullptr, Module(), nullptr);
 }
 
 void RootView::Show(Aspect aspect) {

@@ -1,9 +1,7 @@
 #include "windows/views/ViewTree.h"
 
-#include <algorithm>
 #include <optional>
 #include <utility>
-#include <vector>
 
 #include "components/base/RunTimeError.h"
 #include "components/controls/ImageCombo.h"
@@ -151,35 +149,6 @@ void ViewTree::AddToolTip(HWND window, const Control& model) const {
   // A button's text is its caption, and a combo's is its selection: leave them.
   const bool hasText = GetWindowTextLengthW(window) > 0 || dynamic_cast<const ImageCombo*>(&model) != nullptr;
   if (!hasText) SetWindowTextW(window, text.c_str());
-}
-
-namespace {
-
-// Collects the tab stops in tab order: the order of creation, container before content.
-void CollectTabStops(const ViewTree& tree, const Control& holder, std::vector<const ControlView*>& stops) {
-  for (const Control* child : holder.Children()) {
-    const ControlView* const view = tree.ViewOf(*child);
-    if (view == nullptr || !child->Visible() || !child->Enabled()) continue;
-    if (view->IsTabStop() && view->Handle() != nullptr) stops.push_back(view);
-    CollectTabStops(tree, *child, stops);
-  }
-}
-
-}  // namespace
-
-bool ViewTree::MoveFocus(bool isBackward) {
-  std::vector<const ControlView*> stops;
-  CollectTabStops(*this, *root, stops);
-  if (isBackward) std::ranges::reverse(stops);
-  const HWND focus = GetFocus();
-  auto current = std::ranges::find_if(stops, [focus](const ControlView* view) {
-    return view->Handle() == focus || IsChild(view->Handle(), focus) != FALSE;
-  });
-  // If the focused window is no tab stop, the first stop is next.
-  const auto next = current == stops.end() ? stops.begin() : current + 1;
-  if (next == stops.end()) return false;
-  SetFocus((*next)->Handle());
-  return true;
 }
 
 bool ViewTree::IsOwn(HWND window) const {
