@@ -30,9 +30,10 @@ void ViewTree::Open(HWND parent, const RECT& position) {
   Opening opening(*this);
   isMade = true;
   font = CreateCaptionFont(scale);
+  // Without an owner: the host may give the window another parent, and destroy the former one.
   toolTips =
       CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT,
-                      CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, parent, nullptr, Module(), nullptr);
+                      CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, nullptr, nullptr, Module(), nullptr);
   auto made = std::make_unique<RootView>(*this, *root, parent, position);
   rootView = made.get();
   views[root] = std::move(made);
