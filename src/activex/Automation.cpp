@@ -1,6 +1,7 @@
 #include "activex/Automation.h"
 
 #include <functional>
+#include <variant>
 
 #include "activex/ComBoundary.h"
 #include "activex/Module.h"
@@ -34,23 +35,36 @@ HRESULT Automation::Get(Value* value, Read read) {
   return AtComBoundary(core.Life(), [&] {
     if (value == nullptr) return E_POINTER;
     *value = {};
+    core.Start();
     ToCom(std::invoke(read, core.Editor()), value);
     return S_OK;
   });
 }
 
-template <class Owner, class Value>
-HRESULT Automation::Let(ComType<std::remove_cvref_t<Value>> value, void (Owner::*let)(Value)) {
+template <class Value>
+HRESULT Automation::GetProperty(PropertyId property, ComType<Value>* value, Value (KwEditorLayers::*get)()) {
+  return Get(value,
+             [&](KwEditorLayers& editor) { return std::get<Value>(editor.Designed(property, (editor.*get)())); });
+}
+
+template <class Value>
+HRESULT Automation::Let(ComType<Value> value, Value KwEditorLayers::*variable) {
   return AtComBoundary(core.Life(), [&] {
-    (core.Editor().*let)(FromCom<std::remove_cvref_t<Value>>(value));
+    core.Start();
+    core.Editor().*variable = FromCom<Value>(value);
     return S_OK;
   });
 }
 
-template <class Owner, class Value>
-HRESULT Automation::Let(ComType<Value> value, Value Owner::*variable) {
+template <class Value, class Procedure>
+HRESULT Automation::LetProperty(PropertyId property, ComType<Value> value, Procedure let) {
   return AtComBoundary(core.Life(), [&] {
-    core.Editor().*variable = FromCom<Value>(value);
+    core.Start();
+    if (core.Editor().IsDesigned()) {
+      core.Editor().Design(property, FromCom<Value>(value));
+    } else {
+      std::invoke(let, core.Editor(), FromCom<Value>(value));
+    }
     return S_OK;
   });
 }
@@ -97,21 +111,34 @@ STDMETHODIMP Automation::Invoke(DISPID id, REFIID iid, LCID /*locale*/, WORD fla
 
 STDMETHODIMP Automation::SavePage() {
   return AtComBoundary(core.Life(), [&] {
+    core.NeedRunTime("SavePage");
     core.Editor().SavePage();
     return S_OK;
   });
 }
 
-STDMETHODIMP Automation::OpenFile(BSTR fPath) { return Let(fPath, &KwEditorLayers::OpenFile); }
+STDMETHODIMP Automation::OpenFile(BSTR fPath) {
+  return AtComBoundary(core.Life(), [&] {
+    core.NeedRunTime("OpenFile");
+    core.Editor().OpenFile(FromBstr(fPath));
+    return S_OK;
+  });
+}
 
 #define VARIABLE(name, number, type, help)                                                                       \
   STDMETHODIMP Automation::get_##name(ComType<types::type>* value) { return Get(value, &KwEditorLayers::name); } \
-  STDMETHODIMP Automation::put_##name(ComType<types::type> value) { return Let(value, &KwEditorLayers::name); }
-#define PROPERTY(name, number, type, help)                                                                            \
-  STDMETHODIMP Automation::get_##name(ComType<types::type>* value) { return Get(value, &KwEditorLayers::Get##name); } \
+  STDMETHODIMP Automation::put_##name(ComType<types::type> value) {                                              \
+    return Let<types::type>(value, &KwEditorLayers::name);                                                       \
+  }
+#define PROPERTY(name, number, type, help)                                                \
+  STDMETHODIMP Automation::get_##name(ComType<types::type>* value) {                      \
+    return GetProperty<types::type>(PropertyId::name, value, &KwEditorLayers::Get##name); \
+  }                                                                                       \
   LET_PROPERTY(name, number, type, help)
-#define LET_PROPERTY(name, number, type, help) \
-  STDMETHODIMP Automation::put_##name(ComType<types::type> value) { return Let(value, &KwEditorLayers::Let##name); }
+#define LET_PROPERTY(name, number, type, help)                                            \
+  STDMETHODIMP Automation::put_##name(ComType<types::type> value) {                       \
+    return LetProperty<types::type>(PropertyId::name, value, &KwEditorLayers::Let##name); \
+  }
 #include "members/Members.def"
 
 STDMETHODIMP Automation::GetClassInfo(ITypeInfo** info) {

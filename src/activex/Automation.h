@@ -60,13 +60,16 @@ protected:
   ~Automation() = default;
 
 private:
-  // Calls a property procedure of the editor and converts between COM's types and its own.
+  // Reads or assigns a variable of the editor and converts between COM's types and its own.
   template <class Value, class Read>
   HRESULT Get(Value* value, Read read);
-  template <class Owner, class Value>
-  HRESULT Let(ComType<std::remove_cvref_t<Value>> value, void (Owner::*let)(Value));
-  template <class Owner, class Value>
-  HRESULT Let(ComType<Value> value, Value Owner::*variable);
+  template <class Value>
+  HRESULT Let(ComType<Value> value, Value KwEditorLayers::*variable);
+  // The same by a property procedure. In design mode the value is kept instead.
+  template <class Value>
+  HRESULT GetProperty(PropertyId property, ComType<Value>* value, Value (KwEditorLayers::*get)());
+  template <class Value, class Procedure>
+  HRESULT LetProperty(PropertyId property, ComType<Value> value, Procedure let);
 
   EditorCore& core;
 };

@@ -1,8 +1,13 @@
 #include "activex/EditorCore.h"
 
+#include <olectl.h>
+
 #include <cmath>
+#include <string>
+#include <utility>
 
 #include "activex/Extent.h"
+#include "components/base/RunTimeError.h"
 #include "windows/base/Guard.h"
 
 namespace kw::activex {
@@ -20,14 +25,11 @@ void RunToItsEnd(Procedure procedure) {
 
 EditorCore::EditorCore(IUnknown& controlling)
     : life(controlling), events(life), activation(*this), desktop(life, activation), editor(desktop, events) {
-  const Lifetime::Entry entry(life);
   events.OnChange([this](PropertyId property) {
     if (KwEditorLayers::IsPersisted(property)) dirty = true;
     TellViewChanged();
   });
-  RunToItsEnd([this] { editor.UserControl_Initialize(); });
   extent = FormToHimetric(FormSize());
-  SetDirty(false);
 }
 
 EditorCore::~EditorCore() {
@@ -35,14 +37,55 @@ EditorCore::~EditorCore() {
   activation.Abandon();
   events.EventPoint().Clear();
   events.PropertyPoint().Clear();
-  RunToItsEnd([this] { editor.UserControl_Terminate(); });
+  if (hasStarted) RunToItsEnd([this] { editor.UserControl_Terminate(); });
+}
+
+void EditorCore::Start() {
+  if (hasStarted || editor.IsDesigned()) return;
+  hasStarted = true;
+  {
+    const HostEvents::WithoutChanges values(events);  // they are new, not changed
+    RunToItsEnd([this] { editor.UserControl_Initialize(); });
+  }
+  LayOutExtent();
+}
+
+void EditorCore::NeedRunTime(const char* method) {
+  Start();
+  if (!editor.IsDesigned()) return;
+  throw RunTimeError(static_cast<std::int32_t>(ErrorNumber::InvalidProcedureCall),
+                     std::string(method) + " is not available in design mode");
+}
+
+void EditorCore::FollowUserMode() {
+  const IOleClientSite* const asked = site.Get();
+  if (asked == nullptr) return;
+  const bool isDesigned = !site.AmbientBoolean(DISPID_AMBIENT_USERMODE).value_or(true);
+  if (asked != site.Get()) return;  // the container changed the site meanwhile, and the new one was asked
+  if (isDesigned == editor.IsDesigned()) return Start();
+  if (isDesigned) {
+    editor.BeginDesign();
+    LayOutExtent();
+  } else {
+    editor.EndDesign();
+    Start();
+    windows::Guard([this] { editor.LetDesigned(); });
+  }
+  activation.FollowUiDead();
+  TellViewChanged();
 }
 
 void EditorCore::SetExtent(SIZEL himetric) {
   extent = himetric;
   // The container sets an active window's size itself, in screen pixels.
   if (activation.IsActive()) return;
-  LayOut(HimetricToForm(himetric));
+  isExtentWaiting = true;
+  if (hasStarted || editor.IsDesigned()) LayOutExtent();
+}
+
+void EditorCore::LayOutExtent() {
+  if (!std::exchange(isExtentWaiting, false)) return;
+  LayOut(HimetricToForm(extent));
   TellViewChanged();
 }
 

@@ -32,6 +32,15 @@ public:
   InPlaceActivation& Activation() { return activation; }
   Desktop& Platform() { return desktop; }
 
+  // Runs the editor's start-up unless it has run or the container designs its form. Whatever needs a started editor
+  // calls it first: a method or a property, a verb, loading, saving, drawing.
+  void Start();
+  // The same for what cannot be had in design mode: raises InvalidProcedureCall there.
+  void NeedRunTime(const char* method);
+  // Asks the container for the ambient UserMode, and begins or ends design mode. A container that does not answer does
+  // not design.
+  void FollowUserMode();
+
   // The control's size, with or without a window. Until the container sets one it is the form's.
   SIZEL Extent() const { return extent; }
   void SetExtent(SIZEL himetric);
@@ -56,6 +65,8 @@ public:
 
 private:
   void LayOut(SIZE pixels);
+  // Lays out the form for the container's extent if that has not been done.
+  void LayOutExtent();
 
   Lifetime life;
   ClientSite site;
@@ -65,6 +76,8 @@ private:
   HostedDesktop desktop;
   KwEditorLayers editor;
   SIZEL extent = {};
+  bool hasStarted = false;
+  bool isExtentWaiting = false;
   bool laidOut = false;
   bool dirty = false;
   DWORD viewAspects = 0;

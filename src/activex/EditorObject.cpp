@@ -83,9 +83,8 @@ IUnknown* EditorObject::Families::Find(REFIID iid) {
   return nullptr;
 }
 
-EditorObject::EditorObject(IUnknown* controlling) {
-  // NOLINTNEXTLINE(cppcoreguidelines-prefer-member-initializer): null for who asks while the families are being made
-  families = new Families(controlling == nullptr ? *this : *controlling);
+EditorObject::EditorObject(IUnknown* controlling)
+    : families(new Families(controlling == nullptr ? *this : *controlling)) {
   if (controlling == nullptr) families->Life().CountIsOwn();
   Module::Lock();
 }
@@ -105,7 +104,7 @@ HRESULT EditorObject::Create(IUnknown* controlling, REFIID iid, void** object) {
 
 STDMETHODIMP EditorObject::QueryInterface(REFIID iid, void** object) {
   if (object == nullptr) return E_POINTER;
-  IUnknown* const found = iid == IID_IUnknown ? this : families == nullptr ? nullptr : families->Find(iid);
+  IUnknown* const found = iid == IID_IUnknown ? this : families->Find(iid);
   *object = found;
   if (found == nullptr) return E_NOINTERFACE;
   found->AddRef();

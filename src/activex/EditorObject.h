@@ -31,7 +31,7 @@ private:
   ~EditorObject();
 
   ULONG references = 1;
-  Families* families = nullptr;
+  Families* families;
 };
 
 }  // namespace kw::activex

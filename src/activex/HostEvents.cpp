@@ -81,6 +81,7 @@ void HostEvents::TellChanged(DISPID property) {
 }
 
 void HostEvents::PropertyChanged(PropertyId changedProperty) {
+  if (silences > 0) return;
   if (changed) changed(changedProperty);
   const auto property = static_cast<DISPID>(changedProperty);
   if (freezes == 0) {

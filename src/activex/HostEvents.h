@@ -25,6 +25,18 @@ public:
   void Freeze() { ++freezes; }
   void Thaw();
 
+  // While it lives, changes of properties are not told to anyone.
+  class WithoutChanges {
+  public:
+    explicit WithoutChanges(HostEvents& kept) : events(kept) { ++events.silences; }
+    WithoutChanges(const WithoutChanges&) = delete;
+    WithoutChanges& operator=(const WithoutChanges&) = delete;
+    ~WithoutChanges() { --events.silences; }
+
+  private:
+    HostEvents& events;
+  };
+
   // Called for each assigned property, frozen or not.
   void OnChange(std::function<void(PropertyId)> handler) { changed = std::move(handler); }
 
@@ -39,6 +51,7 @@ private:
   ConnectionPoint eventPoint;
   ConnectionPoint propertyPoint;
   int freezes = 0;
+  int silences = 0;
   std::vector<DISPID> changedWhileFrozen;
   std::function<void(PropertyId)> changed;
 };

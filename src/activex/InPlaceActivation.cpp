@@ -30,11 +30,13 @@ LRESULT CALLBACK InPlaceActivation::ContentProcedure(HWND window, UINT message, 
   constexpr UINT ScreenScaleChanged = 0x02E3;  // WM_DPICHANGED_AFTERPARENT; older headers lack it
   auto& activation = *reinterpret_cast<InPlaceActivation*>(self);
   std::optional<Lifetime::Outgoing> outgoing;
-  if (message == WM_MOUSEACTIVATE || message == ScreenScaleChanged) outgoing.emplace(activation.core.Life());
+  if (message == WM_MOUSEACTIVATE || message == WM_SETFOCUS || message == ScreenScaleChanged)
+    outgoing.emplace(activation.core.Life());
   // A click anywhere in the control or its children makes it the container's active object.
-  if (message == WM_MOUSEACTIVATE) windows::Guard([&] { activation.ActivateUi(nullptr); });
+  if (message == WM_MOUSEACTIVATE) windows::Guard([&] { activation.UserCame(); });
   if (message == WM_NCDESTROY) RemoveWindowSubclass(window, &ContentProcedure, SubclassId);
   const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
+  if (message == WM_SETFOCUS && activation.HasFocus()) windows::Guard([&] { activation.UserCame(); });
   if (message == ScreenScaleChanged && activation.Window() == window) {
     RECT client = {};
     GetClientRect(window, &client);
@@ -85,7 +87,11 @@ HRESULT InPlaceActivation::MakeContent() {
   core.SetWindowSize(SizeOf(position), windows::ScaleOf(parent));
   content = std::make_unique<windows::EditorWindow>(core.Editor().Root(), parent, position);
   content->HoldWith([this] { return std::make_shared<Lifetime::Outgoing>(core.Life()); });
-  content->OnKeys([this] { TellEatenKeys(); });
+  content->OnKeys([this] {
+    const Lifetime::Outgoing outgoing(core.Life());
+    FollowFocus();
+    TellEatenKeys();
+  });
   SetWindowSubclass(Window(), &ContentProcedure, SubclassId, reinterpret_cast<DWORD_PTR>(this));
   SetRects(position, clip);
   FollowUiDead();
@@ -93,8 +99,11 @@ HRESULT InPlaceActivation::MakeContent() {
   return S_OK;
 }
 
-HRESULT InPlaceActivation::ActivateUi(IOleClientSite* site) {
-  if (IsUiActive()) return S_OK;
+HRESULT InPlaceActivation::ActivateUi(IOleClientSite* site, const MSG* message) {
+  if (IsUiActive()) {
+    if (message != nullptr) TakeFocus(message);
+    return S_OK;
+  }
   const HRESULT result = Activate(site);
   if (FAILED(result)) return result;
   const ComPtr<IOleInPlaceSite> asked = inPlaceSite;
@@ -115,10 +124,35 @@ HRESULT InPlaceActivation::ActivateUi(IOleClientSite* site) {
     activeDocument->SetActiveObject(active.Get(), nullptr);
     activeDocument->SetBorderSpace(nullptr);
   }
-  const HWND focus = GetFocus();
-  if (IsUiActive() && focus != Window() && IsChild(Window(), focus) == FALSE) SetFocus(Window());
+  if (IsUiActive()) TakeFocus(message);
   TellFocus(TRUE);
   return S_OK;
+}
+
+bool InPlaceActivation::HasFocus() const {
+  const HWND focus = GetFocus();
+  return Window() != nullptr && focus != nullptr && (focus == Window() || IsChild(Window(), focus) != FALSE);
+}
+
+// A container that got the Tab key hands it over: the focus goes to the first stop or, with Shift, to the last one.
+void InPlaceActivation::TakeFocus(const MSG* message) {
+  if (Window() == nullptr) return;  // the container destroyed it with its own
+  if (!HasFocus()) {
+    const bool isByTab = message != nullptr && message->message == WM_KEYDOWN && message->wParam == VK_TAB;
+    if (!isByTab || !content->EnterByTab(GetKeyState(VK_SHIFT) < 0)) SetFocus(Window());
+  }
+  hadFocus = HasFocus();
+}
+
+void InPlaceActivation::UserCame() {
+  if (!core.Editor().IsDesigned()) ActivateUi(nullptr);
+}
+
+// The focus may come without a click: by the Tab key, or because the container restores it. If it stays in the control
+// after the container has deactivated it, that is no reason to become active again.
+void InPlaceActivation::FollowFocus() {
+  const bool hasFocus = HasFocus();
+  if (!std::exchange(hadFocus, hasFocus) && hasFocus) UserCame();
 }
 
 // Containers track which control has the focus, for their default button and their own focus events.
@@ -135,7 +169,6 @@ DWORD InPlaceActivation::EatenKeys() const {
 void InPlaceActivation::TellEatenKeys() {
   const DWORD now = EatenKeys();
   if (std::exchange(toldKeys, now) == now) return;
-  const Lifetime::Outgoing outgoing(core.Life());
   if (const auto site = core.Site().As<IOleControlSite>()) site->OnControlInfoChanged();
 }
 
@@ -193,7 +226,7 @@ void InPlaceActivation::ReleaseSites() {
 void InPlaceActivation::FollowUiDead() {
   if (Window() == nullptr) return;
   const bool isDead = core.Site().AmbientBoolean(DISPID_AMBIENT_UIDEAD).value_or(false);
-  if (content != nullptr) content->AllowInput(!isDead);
+  if (content != nullptr) content->AllowInput(!isDead && !core.Editor().IsDesigned());
 }
 
 HRESULT InPlaceActivation::SetRects(const RECT& position, const RECT& clip) {

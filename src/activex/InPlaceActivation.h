@@ -33,15 +33,16 @@ public:
 
   // Creates the window, or shows it again. E_FAIL if there is no site or it refuses.
   HRESULT Activate(IOleClientSite* site);
-  // Also takes the focus and becomes the container's active object.
-  HRESULT ActivateUi(IOleClientSite* site);
+  // Also takes the focus and becomes the container's active object. `message`, which may be null, is the container's
+  // reason for it.
+  HRESULT ActivateUi(IOleClientSite* site, const MSG* message = nullptr);
   HRESULT Hide();
   HRESULT DeactivateUi();
   HRESULT Deactivate();
   // Destroys the window without a call to the container: the control is being destroyed.
   void Abandon();
 
-  // Reads the ambient UIDead property: if it is set, the control ignores the user's input.
+  // Reads the ambient UIDead property: if it is set, or in design mode, the control ignores the user's input.
   void FollowUiDead();
 
   HRESULT SetRects(const RECT& position, const RECT& clip);
@@ -68,12 +69,18 @@ private:
   void ShowAt(SIZE size);
   void TellFocus(BOOL hasFocus);
   void ReleaseSites();
+  bool HasFocus() const;
+  void TakeFocus(const MSG* message);
+  // The user clicked into the control or moved the focus there.
+  void UserCame();
+  void FollowFocus();
   // Tells the container if EatenKeys has changed since it was told last.
   void TellEatenKeys();
 
   EditorCore& core;
   State state = State::Inactive;
   DWORD toldKeys = 0;
+  bool hadFocus = false;  // when FollowFocus looked last
   std::unique_ptr<windows::EditorWindow> content;
   Microsoft::WRL::ComPtr<IOleInPlaceSite> inPlaceSite;
   Microsoft::WRL::ComPtr<IOleInPlaceFrame> frame;

@@ -18,6 +18,7 @@ STDMETHODIMP OleObject::SetClientSite(IOleClientSite* site) {
     // there to be told.
     if (site != core.Site().Get()) core.Activation().Deactivate();
     core.Site().Set(site);
+    core.FollowUserMode();
     return S_OK;
   });
 }
@@ -63,14 +64,16 @@ STDMETHODIMP OleObject::GetClipboardData(DWORD /*reserved*/, IDataObject** data)
   return E_NOTIMPL;
 }
 
-STDMETHODIMP OleObject::DoVerb(LONG verb, LPMSG /*message*/, IOleClientSite* site, LONG /*index*/, HWND /*parent*/,
+STDMETHODIMP OleObject::DoVerb(LONG verb, LPMSG message, IOleClientSite* site, LONG /*index*/, HWND /*parent*/,
                                LPCRECT /*position*/) {
   return AtComBoundary(core.Life(), [&] {
+    core.FollowUserMode();
+    core.Start();
     InPlaceActivation& activation = core.Activation();
     switch (verb) {
       case OLEIVERB_PRIMARY:
       case OLEIVERB_UIACTIVATE:
-        return activation.ActivateUi(site);
+        return activation.ActivateUi(site, message);
       case OLEIVERB_SHOW:
       case OLEIVERB_INPLACEACTIVATE:
         return activation.Activate(site);
@@ -170,6 +173,7 @@ STDMETHODIMP OleObject::OnMnemonic(MSG* /*message*/) { return S_OK; }
 
 STDMETHODIMP OleObject::OnAmbientPropertyChange(DISPID property) {
   return AtComBoundary(core.Life(), [&] {
+    if (property == DISPID_AMBIENT_USERMODE || property == DISPID_UNKNOWN) core.FollowUserMode();
     if (property == DISPID_AMBIENT_UIDEAD || property == DISPID_UNKNOWN) core.Activation().FollowUiDead();
     return S_OK;
   });

@@ -21,15 +21,21 @@ void Persistence::Read(PropertyBag& bag) {
 }
 
 HRESULT Persistence::LoadStream(IStream& stream) {
+  core.Start();
   StreamBag bag;
   const HRESULT result = bag.Load(stream);
   if (SUCCEEDED(result)) Read(bag);
   return result;
 }
 
+void Persistence::Write(PropertyBag& bag) {
+  core.Start();
+  core.Editor().UserControl_WriteProperties(bag);
+}
+
 HRESULT Persistence::SaveStream(IStream& stream) {
   StreamBag bag;
-  core.Editor().UserControl_WriteProperties(bag);
+  Write(bag);
   return bag.Save(stream);
 }
 
@@ -44,6 +50,7 @@ STDMETHODIMP Persistence::IsDirty() { return core.IsDirty() ? S_OK : S_FALSE; }
 // A new control keeps the properties of its start-up.
 STDMETHODIMP Persistence::InitNew() {
   return AtComBoundary(core.Life(), [&] {
+    core.Start();
     core.SetDirty(false);
     return S_OK;
   });
@@ -66,7 +73,7 @@ STDMETHODIMP Persistence::GetSizeMax(ULARGE_INTEGER* size) {
   return AtComBoundary(core.Life(), [&] {
     if (size == nullptr) return E_POINTER;
     StreamBag bag;
-    core.Editor().UserControl_WriteProperties(bag);
+    Write(bag);
     size->QuadPart = bag.Size();
     return S_OK;
   });
@@ -127,6 +134,7 @@ STDMETHODIMP Persistence::HandsOffStorage() {
 STDMETHODIMP Persistence::Load(IPropertyBag* bag, IErrorLog* errors) {
   return AtComBoundary(core.Life(), [&] {
     if (bag == nullptr) return E_POINTER;
+    core.Start();
     HostBag hostBag(*bag, errors);
     Read(hostBag);
     return S_OK;
@@ -137,7 +145,7 @@ STDMETHODIMP Persistence::Save(IPropertyBag* bag, BOOL clearDirty, BOOL saveAll)
   return AtComBoundary(core.Life(), [&] {
     if (bag == nullptr) return E_POINTER;
     HostBag hostBag(*bag, saveAll != 0);
-    core.Editor().UserControl_WriteProperties(hostBag);
+    Write(hostBag);
     if (SUCCEEDED(hostBag.Result()) && clearDirty != 0) core.SetDirty(false);
     return hostBag.Result();
   });

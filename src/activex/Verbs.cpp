@@ -44,11 +44,9 @@ HRESULT EnumerateVerbs(IEnumOLEVERB** enumerator) {
 HRESULT RunVerb(EditorCore& core, LONG number) {
   const Dispatcher::Command* const command = Dispatcher::CommandOfVerb(number);
   if (command == nullptr) return OLEOBJ_S_INVALIDVERB;
-  // Query the container first, because it may do anything before it answers.
-  const bool isDesigned = !core.Site().AmbientBoolean(DISPID_AMBIENT_USERMODE).value_or(true);
   const windows::EditorWindow* const content = core.Activation().Content();
   const bool isUserAtWork = content != nullptr && content->IsUserAtWork();
-  if (isDesigned || isUserAtWork || !core.Editor().TakesVerbs()) return OLEOBJ_S_CANNOT_DOVERB_NOW;
+  if (core.Editor().IsDesigned() || isUserAtWork || !core.Editor().TakesVerbs()) return OLEOBJ_S_CANNOT_DOVERB_NOW;
   core.Editor().CommandRoom().ToolbarButtonClick(std::string(command->key));
   return S_OK;
 }

@@ -28,6 +28,7 @@ STDMETHODIMP ViewObject::Draw(DWORD aspect, LONG /*index*/, void* /*aspectInfo*/
       return E_INVALIDARG;
     }
     if (target.right == target.left || target.bottom == target.top) return S_OK;
+    core.Start();
     core.LayOutOnce();
     windows::EditorWindow::Draw(core.Editor().Root(), drawContext, target);
     core.Editor().Root().UserPaint();

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <string>
+#include <variant>
 
 #include "canvas/DrawingTools.h"
 #include "commands/Dispatcher.h"
@@ -37,7 +39,7 @@ namespace kw {
 // a failed report. All calls come on one thread.
 class KwEditorLayers final : public EditorState {
 public:
-  // Both arguments must outlive the control. UserControl_Initialize has to follow before anything else.
+  // Both arguments must outlive the control. UserControl_Initialize or BeginDesign has to follow before anything else.
   KwEditorLayers(Desktop& platform, EditorEvents& container);
 
   // Life: initialised once, then the persisted properties are read unless the control is a new one, any number
@@ -48,6 +50,22 @@ public:
   void UserControl_Terminate();
   // Whether a property is one of those that are kept.
   static bool IsPersisted(PropertyId property);
+
+  // Design mode: the container designs the form on which the control lies, and nobody works with it. It traces and
+  // reports nothing, its timers rest, and the clipboard is left alone. The values of properties are kept, shown as far
+  // as that needs no file, and persisted. A control that has not been initialised looks as if it had been.
+  void BeginDesign();
+  // UserControl_Initialize must follow if it has not run yet, then LetDesigned.
+  void EndDesign();
+  bool IsDesigned() const { return trap.IsAtRest(); }
+  // Assigns a property in design mode.
+  using PropertyValue = std::variant<types::Boolean, types::Integer, types::Text>;
+  void Design(PropertyId property, const PropertyValue& value);
+  // The value that a persisted property was given in design mode, else the one that it has.
+  PropertyValue Designed(PropertyId property, const PropertyValue& present) const;
+  // Assigns what design mode kept by the property procedures: the persisted properties in the order of loading, then
+  // the others.
+  void LetDesigned();
 
   // Paths are UTF-8 and may be long.
   void OpenFile(const std::string& fPath);
@@ -95,6 +113,9 @@ private:
   bool m_IsToLightenBackImage = false;
   bool m_IsToSaveAsMultiPageFile = false;
   std::int16_t m_MaxUndoLevels = 5;
+  static std::int16_t UndoLevelsOf(std::int16_t value);
+  bool isInitialised = false;
+  std::map<PropertyId, PropertyValue> designed;
 
   void UserControl_Paint();
   void UserControl_Resize();
@@ -107,6 +128,11 @@ private:
   void Label2_Click();
   void lineRightBorderForSelectedArea_MouseUp();
 
+  void KeepDesigned(PropertyId property, const PropertyValue& value);
+  void ShowDesign();
+  void ReadDesign(PropertyBag& bag);
+  void LetEach(const std::map<PropertyId, PropertyValue>& values);
+  void SetStartUpValues();
   void ConnectEvents();
   void RunStartUpSteps(Procedure& run);
   void RemoveScratchFiles(Procedure& run);

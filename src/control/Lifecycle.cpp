@@ -27,6 +27,7 @@ void SwitchOffDisplayOptions(TransparentPicture& layer) {
 }  // namespace
 
 void KwEditorLayers::UserControl_Initialize() {
+  isInitialised = true;
   Procedure run(trap);
   run([&] { trap.TraceFunction(StarRule); });
   run([&] { trap.TraceFunction(trap.GetTimeStamp()); });

@@ -1,4 +1,5 @@
-// The properties that the container keeps, each by its row: read in one order and written in another.
+// The properties that the container keeps, each by its row: read in one order and written in another. Design mode keeps
+// the same rows, and those of the other properties, until run time.
 
 #include <algorithm>
 #include <array>
@@ -12,12 +13,16 @@
 namespace kw {
 namespace {
 
+using PropertyValue = KwEditorLayers::PropertyValue;
+
 struct KeptProperty {
   PropertyId id;
   int readPlace;
   int writePlace;
-  void (*read)(KwEditorLayers& control, PropertyBag& bag);
-  void (*write)(KwEditorLayers& control, PropertyBag& bag);
+  PropertyValue (*load)(PropertyBag& bag);
+  void (*save)(PropertyBag& bag, const PropertyValue& value);
+  PropertyValue (*get)(KwEditorLayers& control);
+  void (*let)(KwEditorLayers& control, const PropertyValue& value);
 };
 
 bool ReadFrom(PropertyBag& bag, const char* key, bool otherwise) { return bag.ReadBoolean(key, otherwise); }
@@ -45,14 +50,32 @@ void Assign([[maybe_unused]] KwEditorLayers& control, const Value& value) {
 }
 
 constexpr KeptProperty KeptProperties[] = {
-#define KEPT_PROPERTY(name, number, type, defaultValue, readPlace, writePlace, help)                                 \
-  {PropertyId::name, readPlace, writePlace,                                                                          \
-   [](KwEditorLayers& control, PropertyBag& bag) {                                                                   \
-     Assign<PropertyId::name, &KwEditorLayers::Let##name>(control, ReadFrom(bag, #name, types::type{defaultValue})); \
-   },                                                                                                                \
-   [](KwEditorLayers& control, PropertyBag& bag) {                                                                   \
-     WriteTo(bag, #name, control.Get##name(), types::type{defaultValue});                                            \
+#define KEPT_PROPERTY(name, number, type, defaultValue, readPlace, writePlace, help)                  \
+  {PropertyId::name,                                                                                  \
+   readPlace,                                                                                         \
+   writePlace,                                                                                        \
+   [](PropertyBag& bag) -> PropertyValue { return ReadFrom(bag, #name, types::type{defaultValue}); }, \
+   [](PropertyBag& bag, const PropertyValue& value) {                                                 \
+     WriteTo(bag, #name, std::get<types::type>(value), types::type{defaultValue});                    \
+   },                                                                                                 \
+   [](KwEditorLayers& control) -> PropertyValue { return control.Get##name(); },                      \
+   [](KwEditorLayers& control, const PropertyValue& value) {                                          \
+     Assign<PropertyId::name, &KwEditorLayers::Let##name>(control, std::get<types::type>(value));     \
    }},
+#include "members/Members.def"
+};
+
+struct OtherProperty {
+  PropertyId id;
+  void (*let)(KwEditorLayers& control, const PropertyValue& value);
+};
+
+constexpr OtherProperty OtherProperties[] = {
+#define PROPERTY(name, number, type, help) LET_PROPERTY(name, number, type, help)
+#define LET_PROPERTY(name, number, type, help) \
+  {PropertyId::name,                           \
+   [](KwEditorLayers& control, const PropertyValue& value) { control.Let##name(std::get<types::type>(value)); }},
+#define KEPT_PROPERTY(name, number, type, defaultValue, readPlace, writePlace, help)
 #include "members/Members.def"
 };
 
@@ -68,6 +91,11 @@ static_assert(std::ranges::adjacent_find(ReadOrder, {}, &KeptProperty::readPlace
                   std::ranges::adjacent_find(WriteOrder, {}, &KeptProperty::writePlace) == WriteOrder.end(),
               "two properties have one place in the order of reading or of writing");
 
+// The folder belongs to the thread, whose other controls may be at work, and pictures come from files.
+bool WaitsForRunTime(PropertyId property) {
+  return property == PropertyId::AppDir || property == PropertyId::SignatureFilePath || property == PropertyId::BGImage;
+}
+
 }  // namespace
 
 bool KwEditorLayers::IsPersisted(PropertyId property) {
@@ -76,16 +104,37 @@ bool KwEditorLayers::IsPersisted(PropertyId property) {
 
 void KwEditorLayers::UserControl_ReadProperties(PropertyBag& bag) {
   Procedure run(trap, "UserControl_ReadProperties");
+  if (IsDesigned()) return ReadDesign(bag);
   for (const KeptProperty& property : ReadOrder) {
-    run([&] { property.read(*this, bag); });
+    run([&] { property.let(*this, property.load(bag)); });
   }
 }
 
 void KwEditorLayers::UserControl_WriteProperties(PropertyBag& bag) {
   Procedure run(trap, "UserControl_WriteProperties");
   for (const KeptProperty& property : WriteOrder) {
-    run([&] { property.write(*this, bag); });
+    run([&] { property.save(bag, Designed(property.id, property.get(*this))); });
   }
+}
+
+void KwEditorLayers::ReadDesign(PropertyBag& bag) {
+  Procedure run(trap);
+  for (const KeptProperty& property : ReadOrder) {
+    run([&] { KeepDesigned(property.id, property.load(bag)); });
+  }
+  ShowDesign();
+  for (const KeptProperty& property : ReadOrder) context.events.PropertyChanged(property.id);
+}
+
+void KwEditorLayers::LetEach(const std::map<PropertyId, PropertyValue>& values) {
+  Procedure run(trap);
+  const auto let = [&](const auto& property) {
+    const auto found = values.find(property.id);
+    if (found == values.end() || (IsDesigned() && WaitsForRunTime(property.id))) return;
+    run([&] { property.let(*this, found->second); });
+  };
+  std::ranges::for_each(ReadOrder, let);
+  std::ranges::for_each(OtherProperties, let);
 }
 
 }  // namespace kw

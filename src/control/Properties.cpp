@@ -1,5 +1,6 @@
 // The property procedures. Each traces its name; a Let stores, applies its side effect and notifies the container.
 
+#include <algorithm>
 #include <utility>
 
 #include "components/base/Blank.h"
@@ -69,6 +70,8 @@ void KwEditorLayers::LetIsToAllowChooseColor(bool value) {
   PropertyChanged(run, PropertyId::IsToAllowChooseColor);
 }
 
+std::int16_t KwEditorLayers::UndoLevelsOf(std::int16_t value) { return std::max(value, std::int16_t{5}); }
+
 std::int16_t KwEditorLayers::GetMaxUndoLevels() {
   const Procedure run(trap, "Get MaxUndoLevels");
   return m_MaxUndoLevels;
@@ -76,7 +79,7 @@ std::int16_t KwEditorLayers::GetMaxUndoLevels() {
 
 void KwEditorLayers::LetMaxUndoLevels(std::int16_t value) {
   Procedure run(trap, "Let MaxUndoLevels");
-  run([&] { m_MaxUndoLevels = value > 5 ? value : std::int16_t{5}; });
+  run([&] { m_MaxUndoLevels = UndoLevelsOf(value); });
   run([&] { ReCreateUndoFileIndex(); });
   PropertyChanged(run, PropertyId::MaxUndoLevels);
 }

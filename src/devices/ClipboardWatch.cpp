@@ -12,7 +12,8 @@ void ClipboardWatch::tmrWatchClipBoard_Timer() {
   Procedure run(trap, "tmrWatchClipBoard_Timer");
   bool isAllowed = false;
   const bool isKnown = run([&] {
-    const bool hasBitmap = desktop.ClipboardHasFormat(ClipboardDib);
+    // In design mode the clipboard is left alone.
+    const bool hasBitmap = !trap.IsAtRest() && desktop.ClipboardHasFormat(ClipboardDib);
     const bool isEditable = state.GetIsEditable();
     isAllowed = hasBitmap && isEditable;
   });

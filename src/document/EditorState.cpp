@@ -81,6 +81,7 @@ void EditorState::LetIsToShowBackImage(bool value) {
 void EditorState::SavePage() { const Procedure run(trap, "SavePage"); }
 
 void EditorState::PropertyChanged(Procedure& run, PropertyId property) {
+  if (trap.IsAtRest()) return;  // design mode tells the container itself
   run([&] { events.PropertyChanged(property); });
 }
 

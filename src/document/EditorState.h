@@ -43,6 +43,7 @@ protected:
   void SetButton(Procedure& run, const char* key, bool isEnabled) const;
 
   bool m_IsEditable = true;
+  bool m_IsSaveButtonEnabled = true;
   bool m_IsToShowBackImage = false;
   Bitmap signatureImage;
 
@@ -51,7 +52,6 @@ private:
   EditorForm& form;
   Trap& trap;
   Zoom& zoom;
-  bool m_IsSaveButtonEnabled = true;
 };
 
 }  // namespace kw

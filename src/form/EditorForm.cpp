@@ -246,6 +246,10 @@ void Collect(Control& container, std::vector<Control*>& all) {
 
 }  // namespace
 
+void EditorForm::HoldTimers(bool value) {
+  for (Timer* const timer : {&tmrDefaultToolsSelection, &tmrWatchClipBoard, &tmrMoveLayer}) timer->Hold(value);
+}
+
 std::vector<Control*> EditorForm::Controls() {
   std::vector<Control*> all;
   Collect(editor, all);

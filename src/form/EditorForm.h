@@ -35,6 +35,8 @@ public:
   // The hosted controls, control array items and those loaded since included, menus too, the editor itself not: each
   // container before what it holds, from back to front.
   std::vector<Control*> Controls();
+  // Holds all timers, or lets them run again.
+  void HoldTimers(bool value);
 
   UserControl editor{"KwEditorLayers"};
   Log KwLogCtl1{"KwLogCtl1"};

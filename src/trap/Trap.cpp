@@ -57,6 +57,7 @@ std::string Trap::GetTimeStamp() const {
 std::string Trap::TraceFilePath() { return AppDir + std::string(TraceFileName); }
 
 void Trap::TraceFunction(std::string_view name) {
+  if (isAtRest) return;
   std::string line(name);
   line += NewLine;
   KwLogCtl1.Append(TraceFilePath(), line);
@@ -66,7 +67,7 @@ void Trap::TraceFunction(std::string_view name) {
 }
 
 void Trap::HandleCriticalError() {
-  if (!editor.Enabled()) return;
+  if (isAtRest || !editor.Enabled()) return;
   const RunTimeError error = currentError;  // whatever runs while the box is up has errors of its own
   editor.SetEnabled(false);
   picCanvas.SetPointer(MousePointer::NoDrop);

@@ -40,6 +40,10 @@ public:
   // that does not fit ErrorOccured.
   void HandleCriticalError();
 
+  // In design mode the trap rests: nothing is traced, and nothing is reported.
+  void Rest(bool value) { isAtRest = value; }
+  bool IsAtRest() const { return isAtRest; }
+
   // The run-time error that a trapped statement met last.
   const RunTimeError& CurrentError() const { return currentError; }
   void SetCurrentError(RunTimeError error) { currentError = std::move(error); }
@@ -62,6 +66,7 @@ private:
   Control& picCanvas;
   Log& KwLogCtl1;
   int procedures = 0;
+  bool isAtRest = false;
   std::string m_FunctionHistory;
   RunTimeError currentError{ErrorNumber::InternalError};
 };

@@ -7,11 +7,11 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
 #include <map>
 #include <thread>
 #include <vector>
 
+#include "tests/activex/DrawnPixels.h"
 #include "tests/activex/Ocx.h"
 #include "tests/activex/StrictContainer.h"
 #include "tests/support/win32/BoxAnswerer.h"
@@ -27,31 +27,13 @@ constexpr int TurnedPageHeight = 50;
 // How many pixels of each colour the control shows now.
 class Shown {
 public:
-  explicit Shown(IUnknown* control) : pixels(std::size_t{Width} * Height) {
-    BITMAPINFO info = {};
-    info.bmiHeader = {sizeof(BITMAPINFOHEADER), Width, -Height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-    void* bits = nullptr;
-    const HDC context = CreateCompatibleDC(nullptr);
-    const HBITMAP bitmap = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-    const HGDIOBJ before = SelectObject(context, bitmap);
-    const RECTL bounds = {0, 0, Width, Height};
-    ComPtr<IViewObject> view;
-    EXPECT_EQ(control->QueryInterface(IID_PPV_ARGS(&view)), S_OK);
-    EXPECT_EQ(view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, context, &bounds, nullptr, nullptr, 0), S_OK);
-    GdiFlush();
-    std::memcpy(pixels.data(), bits, pixels.size() * sizeof(DWORD));
-    SelectObject(context, before);
-    DeleteObject(bitmap);
-    DeleteDC(context);
-  }
+  explicit Shown(IUnknown* control) : pixels(DrawnPixels(control, 600, 450)) {}
   std::ptrdiff_t Count(COLORREF colour) const {
     const DWORD wanted = RGB(GetBValue(colour), GetGValue(colour), GetRValue(colour));
-    return std::ranges::count_if(pixels, [&](DWORD pixel) { return (pixel & 0xFFFFFFU) == wanted; });
+    return std::ranges::count(pixels, wanted);
   }
 
 private:
-  static constexpr int Width = 600;
-  static constexpr int Height = 450;
   std::vector<DWORD> pixels;
 };
 

@@ -6,12 +6,10 @@
 
 namespace kw::test {
 
-// A new control whose files lie in a folder of the test's own.
-class ControlTest : public testing::Test {
+// A new control that nobody has used yet, in a folder of the test's own.
+class NewControlTest : public testing::Test {
 protected:
-  ControlTest() : control(Ocx::Create()) {
-    if (control != nullptr) control->put_AppDir(Text(scratch.Path()));
-  }
+  NewControlTest() : control(Ocx::Create()) {}
 
   template <class Interface>
   ComPtr<Interface> As() const {
@@ -31,6 +29,14 @@ protected:
 
   ScratchFolder scratch;
   ComPtr<_KwEditorLayers> control;
+};
+
+// One whose files lie there.
+class ControlTest : public NewControlTest {
+protected:
+  ControlTest() {
+    if (control != nullptr) control->put_AppDir(Text(scratch.Path()));
+  }
 };
 
 }  // namespace kw::test

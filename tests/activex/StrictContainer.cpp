@@ -6,8 +6,10 @@
 namespace kw::test {
 
 StrictContainer::StrictContainer()
-    : window(CreateWindowExW(0, L"Static", L"Strict container", WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0, 700, 500,
-                             nullptr, nullptr, nullptr, nullptr)) {}
+    : StrictContainer(CreateWindowExW(0, L"Static", L"Strict container", WS_POPUP | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0,
+                                      700, 500, nullptr, nullptr, nullptr, nullptr)) {}
+
+StrictContainer::StrictContainer(HWND own) : window(own) {}
 
 StrictContainer::~StrictContainer() {
   // A test that was given up midway must not take the others with it: the control would call a container that is gone.
@@ -33,6 +35,11 @@ void StrictContainer::Take(IUnknown* newControl) {
   ASSERT_HRESULT_SUCCEEDED(As<IPersistStreamInit>()->InitNew());
   SIZEL extent = {10000, 8000};
   ASSERT_HRESULT_SUCCEEDED(control->SetExtent(DVASPECT_CONTENT, &extent));
+}
+
+void StrictContainer::SetUserMode(bool value) {
+  userMode = value;
+  EXPECT_EQ(As<IOleControl>()->OnAmbientPropertyChange(DISPID_AMBIENT_USERMODE), S_OK);
 }
 
 HRESULT StrictContainer::DoVerb(LONG verb) { return control->DoVerb(verb, nullptr, this, 0, window, &place); }
@@ -106,6 +113,9 @@ STDMETHODIMP StrictContainer::OnInPlaceActivate() {
 STDMETHODIMP StrictContainer::OnUIActivate() {
   calls.emplace_back("OnUIActivate");
   EXPECT_EQ(state, State::Active);
+  if (onUiActivate) {
+    if (const HRESULT allowed = onUiActivate(); FAILED(allowed)) return allowed;
+  }
   state = State::UiActive;
   return S_OK;
 }
@@ -186,7 +196,10 @@ STDMETHODIMP StrictContainer::Invoke(DISPID id, REFIID, LCID /*locale*/, WORD fl
   EXPECT_EQ(flags, DISPATCH_PROPERTYGET);
   std::optional<bool> value;
   if (id == DISPID_AMBIENT_UIDEAD) value = uiDead;
-  if (id == DISPID_AMBIENT_USERMODE) value = userMode;
+  if (id == DISPID_AMBIENT_USERMODE) {
+    if (onUserMode) onUserMode();
+    value = userMode;
+  }
   if (!value) return DISP_E_MEMBERNOTFOUND;
   V_VT(result) = VT_BOOL;
   V_BOOL(result) = *value ? VARIANT_TRUE : VARIANT_FALSE;

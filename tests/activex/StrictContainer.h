@@ -6,6 +6,7 @@
 #include <ole2.h>
 #include <wrl/client.h>
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -21,6 +22,8 @@ class StrictContainer final : public IOleClientSite,
                               public IDispatch {
 public:
   StrictContainer();
+  // With a window of the test's, which it destroys.
+  explicit StrictContainer(HWND own);
   ~StrictContainer();
 
   // Ways to differ from a polite container.
@@ -28,6 +31,10 @@ public:
   bool refusesActivation = false;
   bool uiDead = false;
   std::optional<bool> userMode;  // unknown to it if empty
+  // Called when the control wants to be its active object; it may refuse.
+  std::function<HRESULT()> onUiActivate;
+  // Called when it is asked for UserMode, before it answers.
+  std::function<void()> onUserMode;
   RECT place = {10, 20, 410, 320};
   RECT clip = {0, 0, 1000, 1000};
 
@@ -38,6 +45,9 @@ public:
   ULONG References() const { return references; }
   HWND Window() const { return window; }
   void DestroyWindowNow();
+
+  // Answers another UserMode from now on, and says so.
+  void SetUserMode(bool value);
 
   // Lets the control in as a designer's tool would: site, new or `stream`ed state, extent.
   void Take(IUnknown* newControl);

@@ -142,8 +142,9 @@ protected:
     const BoxAnswerer user;
     control = Ocx::Create();
     ASSERT_NE(control, nullptr);
-    EXPECT_EQ(user.Boxes().size(), 1U);
+    EXPECT_TRUE(user.Boxes().empty()) << "nobody has used it yet";
     EXPECT_FALSE(IsEnabled());
+    EXPECT_EQ(user.Boxes().size(), 1U);
     std::filesystem::create_directory(scratch.File(L"work"));
   }
   void TearDown() override {

@@ -28,12 +28,18 @@ bool Timer::TrySetInterval(std::int32_t milliseconds) {
   return true;
 }
 
+void Timer::Hold(bool value) {
+  if (isHeld == value) return;
+  isHeld = value;
+  Restart();
+}
+
 void Timer::Fire() {
-  if (Enabled() && interval > 0) Tick.Raise();
+  if (Runs()) Tick.Raise();
 }
 
 void Timer::Restart() {
-  if (Enabled() && interval > 0)
+  if (Runs())
     desktop.StartTimer(*this, interval);
   else
     desktop.StopTimer(*this);

@@ -22,6 +22,9 @@ public:
   // Starts or stops the clock; setting True again does not restart a running interval.
   void SetEnabled(bool value) override;
   bool TrySetInterval(std::int32_t milliseconds) override;
+  // While it is held it does not run, whatever its properties are. After that an enabled timer begins its interval
+  // afresh.
+  void Hold(bool value);
 
   // Input procedure: the desktop calls it when the time is up. A tick that was under way when the timer was stopped
   // is dropped.
@@ -30,10 +33,12 @@ public:
   Event<> Tick;
 
 private:
+  bool Runs() const { return Enabled() && interval > 0 && !isHeld; }
   void Restart();
 
   Desktop& desktop;
   std::int32_t interval = 0;
+  bool isHeld = false;
 };
 
 }  // namespace kw

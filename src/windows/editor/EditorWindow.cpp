@@ -78,6 +78,11 @@ bool EditorWindow::TranslateAccelerator(MSG& message) {
   return true;
 }
 
+bool EditorWindow::EnterByTab(bool isBackward) {
+  const std::shared_ptr<ViewTree> kept = tree;
+  return kept->IsOpen() && kept->TakesInput() && kept->MoveFocus(isBackward);
+}
+
 void EditorWindow::Draw(UserControl& root, HDC context, const RECT& bounds) {
   const auto ownWidth = static_cast<int>(std::lround(ToPixels(root.Width())));
   const auto ownHeight = static_cast<int>(std::lround(ToPixels(root.Height())));

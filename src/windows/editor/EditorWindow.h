@@ -45,6 +45,8 @@ public:
   // Offers a key message of the thread's queue to the focused control before the host's accelerators: keys that the
   // control uses, and Tab. True if it was handled.
   bool TranslateAccelerator(MSG& message);
+  // Moves the focus from outside to the first tab stop, or to the last one. False if there is none.
+  bool EnterByTab(bool isBackward);
   // Whether the focus is in this window and the key has a use there.
   bool WantsKey(WPARAM key) const;
   // The message loop calls the listener if the result of WantsKey may have changed.

@@ -279,6 +279,7 @@ LRESULT ControlView::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
   const auto held = isAct ? tree.Hold() : nullptr;
   const ViewTree::Message underWay(tree);
   if (isAct && IsPress(message)) CloseDropDown();
+  if (isAct && tree.TakeClaimedTab(message, wParam)) return 0;
   return IsAttached() ? Handle(message, wParam, lParam) : Default(message, wParam, lParam);
 }
 
@@ -308,15 +309,19 @@ LRESULT ControlView::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_GETDLGCODE: {
       // For a host that calls IsDialogMessage.
       const auto* const asked = reinterpret_cast<const MSG*>(lParam);
-      const bool isWanted = asked != nullptr && asked->message == WM_KEYDOWN && WantsKey(asked->wParam);
+      const bool isWanted =
+          asked != nullptr && ((asked->message == WM_KEYDOWN && WantsKey(asked->wParam)) || tree.ClaimsTab(*asked));
       return OnMessage(message, wParam, lParam) | (isWanted ? DLGC_WANTMESSAGE : 0);
     }
     case WM_GETOBJECT:
       if (const LRESULT answer = accessibleWindow.Answer(window, *this, wParam, lParam); answer != 0) return answer;
       break;
+    case ViewTree::TabMessage:
+      return tree.OnTabMessage(static_cast<UINT>(wParam), lParam);
     case WM_SETFOCUS: {
       const LRESULT result = OnMessage(message, wParam, lParam);
       if (IsAttached()) FocusCame();
+      if (IsAttached() && container == nullptr) tree.EnterByTab(reinterpret_cast<HWND>(wParam));
       return result;
     }
     case WM_KILLFOCUS: {

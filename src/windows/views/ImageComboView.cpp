@@ -23,6 +23,10 @@ HWND ImageComboView::Create(HWND parent) {
   };
   namedList = nameInner(CBEM_GETCOMBOCONTROL);
   namedEdit = nameInner(CBEM_GETEDITCONTROL);
+  // One of these has the focus.
+  for (const UINT part : {CBEM_GETCOMBOCONTROL, CBEM_GETEDITCONTROL}) {
+    ViewTree::ClaimTabOf(reinterpret_cast<HWND>(SendMessageW(created, part, 0, 0)));
+  }
   return created;
 }
 

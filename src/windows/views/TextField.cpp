@@ -14,6 +14,7 @@
 #include "windows/base/Text.h"
 #include "windows/base/TextDrawing.h"
 #include "windows/views/ControlView.h"
+#include "windows/views/ViewTree.h"
 
 namespace kw::windows {
 
@@ -45,6 +46,7 @@ TextField::TextField(HWND shownOn, TransparentPicture& typedInto, const Scale& s
   if (window == nullptr) return;
   SetPropW(window, PropertyName, this);
   SetWindowSubclass(window, &Subclass, 0, reinterpret_cast<DWORD_PTR>(this));
+  ViewTree::ClaimTabOf(window);
   Show();
   isFilling = true;
   SetWindowTextW(window, WithFieldsLineEnds(ToWide(layer->Caption())).c_str());

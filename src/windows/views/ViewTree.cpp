@@ -1,9 +1,7 @@
 #include "windows/views/ViewTree.h"
 
-#include <algorithm>
 #include <optional>
 #include <utility>
-#include <vector>
 
 #include "components/base/RunTimeError.h"
 #include "components/base/Texts.h"
@@ -32,9 +30,10 @@ void ViewTree::Open(HWND parent, const RECT& position) {
   Opening opening(*this);
   isMade = true;
   font = CreateCaptionFont(scale);
+  // Without an owner: the host may give the window another parent, and destroy the former one.
   toolTips =
       CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT,
-                      CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, parent, nullptr, Module(), nullptr);
+                      CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, nullptr, nullptr, Module(), nullptr);
   auto made = std::make_unique<RootView>(*this, *root, parent, position);
   rootView = made.get();
   views[root] = std::move(made);
@@ -148,35 +147,6 @@ void ViewTree::AddToolTip(HWND window, const Control& model) const {
   tool.uId = reinterpret_cast<UINT_PTR>(window);
   tool.lpszText = text.data();
   SendMessageW(toolTips, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
-}
-
-namespace {
-
-// Collects the tab stops in tab order: the order of creation, container before content.
-void CollectTabStops(const ViewTree& tree, const Control& holder, std::vector<const ControlView*>& stops) {
-  for (const Control* child : holder.Children()) {
-    const ControlView* const view = tree.ViewOf(*child);
-    if (view == nullptr || !child->Visible() || !child->Enabled()) continue;
-    if (view->IsTabStop() && view->Handle() != nullptr) stops.push_back(view);
-    CollectTabStops(tree, *child, stops);
-  }
-}
-
-}  // namespace
-
-bool ViewTree::MoveFocus(bool isBackward) {
-  std::vector<const ControlView*> stops;
-  CollectTabStops(*this, *root, stops);
-  if (isBackward) std::ranges::reverse(stops);
-  const HWND focus = GetFocus();
-  auto current = std::ranges::find_if(stops, [focus](const ControlView* view) {
-    return view->Handle() == focus || IsChild(view->Handle(), focus) != FALSE;
-  });
-  // If the focused window is no tab stop, the first stop is next.
-  const auto next = current == stops.end() ? stops.begin() : current + 1;
-  if (next == stops.end()) return false;
-  SetFocus((*next)->Handle());
-  return true;
 }
 
 bool ViewTree::IsOwn(HWND window) const {

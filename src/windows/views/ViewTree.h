@@ -74,6 +74,18 @@ public:
   // Moves the focus to the next or previous tab stop; false past the last one.
   bool MoveFocus(bool isBackward);
 
+  // For a host that calls IsDialogMessage, which asks before it takes the Tab key for itself. The tree moves the focus
+  // in its own order, and past the last stop to the host's next control.
+  bool ClaimsTab(const MSG& asked);
+  // Whether the message is a key that was claimed. If so, it is done with.
+  bool TakeClaimedTab(UINT message, WPARAM key);
+  // The same for a window within a system control, which is no view of its own.
+  static void ClaimTabOf(HWND inner);
+  static constexpr UINT TabMessage = WM_USER + 1;  // such a window's message and argument, sent to the view around it
+  LRESULT OnTabMessage(UINT message, LPARAM argument);
+  // The root got the focus from another window of the host. If that was by the Tab key, it goes on to a stop.
+  void EnterByTab(HWND from);
+
   // Whether a window of the tree, or its menu, has the focus and wants the key.
   bool WantsKey(WPARAM key) const;
   // Whether a window that gets the key wants it.
@@ -112,6 +124,7 @@ public:
 
 private:
   bool IsOwn(HWND window) const;
+  void LeaveByTab(bool isBackward);
   void MakeViews(Control& model, ControlView* container);
   void RescaleViews(const Control& model);
   void Retire(std::unique_ptr<ControlView> view);
@@ -133,6 +146,8 @@ private:
   bool isInMenu = false;
   Announcements announcements;
   LONG lastItemNumber = 0;
+  bool isTabClaimed = false;       // its message comes next
+  bool isTabCharacterDue = false;  // and then its character
   HFONT font = nullptr;
   HWND toolTips = nullptr;
   std::unique_ptr<Images> images;
