@@ -30,6 +30,8 @@ public:
   HostEvents& Events() { return events; }
   KwEditorLayers& Editor() { return editor; }
   InPlaceActivation& Activation() { return activation; }
+  // For dialogs of the control that are not the editor's.
+  HostedDesktop& Dialogs() { return desktop; }
 
   // The control's size, with or without a window. Until the container sets one it is the form's.
   SIZEL Extent() const { return extent; }

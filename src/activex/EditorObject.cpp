@@ -14,7 +14,8 @@ class EditorObject::Families final : public EditorCore,
                                      public OleObject,
                                      public InPlaceObject,
                                      public ViewObject,
-                                     public Persistence {
+                                     public Persistence,
+                                     public PropertyBrowsing {
 public:
   explicit Families(IUnknown& controlling)
       : EditorCore(controlling),
@@ -23,7 +24,8 @@ public:
         OleObject(Core()),
         InPlaceObject(Core()),
         ViewObject(Core()),
-        Persistence(Core()) {}
+        Persistence(Core()),
+        PropertyBrowsing(Core()) {}
 
   // Looks up an interface in the control's one table; null if the control does not have it.
   IUnknown* Find(REFIID iid);
@@ -73,6 +75,9 @@ IUnknown* EditorObject::Families::Find(REFIID iid) {
       {&IID_IPersistStreamInit, &As<F, Persistence, IPersistStreamInit>},
       {&IID_IPersistStorage, &As<F, Persistence, IPersistStorage>},
       {&IID_IPersistPropertyBag, &As<F, Persistence, IPersistPropertyBag>},
+      {&IID_ISpecifyPropertyPages, &As<F, PropertyBrowsing, ISpecifyPropertyPages>},
+      {&IID_IPerPropertyBrowsing, &As<F, PropertyBrowsing, IPerPropertyBrowsing>},
+      {&IID_ICategorizeProperties, &As<F, PropertyBrowsing, ICategorizeProperties>},
   };
   for (const InterfaceRow& row : rows) {
     if (*row.iid == iid) return row.find(this);

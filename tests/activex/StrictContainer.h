@@ -27,6 +27,7 @@ public:
   bool hasAmbients = true;  // answers for ambient properties at all
   bool refusesActivation = false;
   bool uiDead = false;
+  bool showsProperties = false;
   std::optional<bool> userMode;  // unknown to it where empty
   RECT place = {10, 20, 410, 320};
   RECT clip = {0, 0, 1000, 1000};
@@ -87,7 +88,7 @@ public:
   }
   STDMETHODIMP TranslateAccelerator(MSG* message, DWORD modifiers) override;
   STDMETHODIMP OnFocus(BOOL gotFocus) override;
-  STDMETHODIMP ShowPropertyFrame() override { return E_NOTIMPL; }
+  STDMETHODIMP ShowPropertyFrame() override;
 
   STDMETHODIMP GetBorder(LPRECT /*border*/) override { return INPLACE_E_NOTOOLSPACE; }
   STDMETHODIMP RequestBorderSpace(LPCBORDERWIDTHS /*widths*/) override { return INPLACE_E_NOTOOLSPACE; }

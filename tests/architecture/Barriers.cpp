@@ -18,14 +18,16 @@ const SafeNames Barriers = {"Guard", "GuardOr", "AtComBoundary", "RunToItsEnd", 
 // there; of the system's, all: they are written in another language.
 const SafeNames Safe = {
     // The system's and the libraries' own.
-    "AbortDoc", "AddRef", "BitBlt", "CoTaskMemAlloc", "DeactivateActCtx", "DeleteDC", "DeleteObject", "DestroyCursor",
-    "DestroyWindow", "EnableModeless", "EnableWindow", "EndPaint", "FreeLibrary", "GdiFlush", "GetAncestor", "GetFocus",
-    "IID_PPV_ARGS", "ImageList_Destroy", "IntersectRect", "IsChild", "KillTimer", "PostMessageW", "PtInRect",
-    "QueryInterface", "Release", "ReleaseActCtx", "ReleaseDC", "SendMessageW", "SetCursor", "SetFocus",
-    "SetViewportOrgEx", "ShowWindow", "SysFreeString", "__uuidof", "begin", "copy", "end", "erase_if", "size",
+    "AbortDoc", "AddRef", "BitBlt", "CoRevokeClassObject", "CoTaskMemAlloc", "CoUninitialize", "DeactivateActCtx",
+    "DeleteDC", "DeleteObject", "DestroyCursor", "DestroyWindow", "EnableModeless", "EnableWindow", "EndPaint",
+    "FreeLibrary", "GdiFlush", "GetAncestor", "GetFocus", "IID_PPV_ARGS", "ImageList_Destroy", "IntersectRect",
+    "IsChild", "KillTimer", "PostMessageW", "PtInRect", "QueryInterface", "RegCloseKey", "RegOverridePredefKey",
+    "Release", "ReleaseActCtx", "ReleaseDC", "SUCCEEDED", "SendMessageW", "SetCursor", "SetFocus", "SetViewportOrgEx",
+    "SetWindowLongPtrW", "ShowWindow", "SysFreeString", "VariantClear", "__uuidof", "begin", "copy", "end", "erase_if",
+    "size",
     // Ours.
     "Abandon", "Activation", "Bars", "Close", "Context", "Detach", "Extent", "Find", "Free", "FreeRetired", "GoDownTo",
-    "HandOut", "HeightOf", "IsDirty", "IsHeldByOthers", "IsNeeded", "IsUnused", "Life", "Lock", "Only", "ReleaseLater",
+    "HandOut", "HeightOf", "IsDirty", "IsHeldByOthers", "IsNeeded", "IsUnused", "Life", "Lock", "ReleaseLater",
     "Remove", "RunningTimers", "Shared", "Unhook", "Unknown", "Unlock", "WidthOf", "Window"};
 
 const SafeNames Keywords = {"if", "for", "while", "switch", "return", "sizeof", "catch"};
