@@ -77,6 +77,7 @@ STDMETHODIMP PropertyPage::Activate(HWND parent, LPCRECT place, BOOL /*modal*/) 
 STDMETHODIMP PropertyPage::Deactivate() {
   return AtComBoundary(life, [&] {
     if (!HasWindow()) return E_UNEXPECTED;
+    window->Close();
     window.reset();
     return S_OK;
   });

@@ -6,12 +6,14 @@
 #include <ole2.h>
 #include <olectl.h>
 
+#include <atomic>
 #include <map>
 #include <string>
 
 #include "tests/activex/Fixture.h"
 #include "tests/activex/StrictContainer.h"
 #include "tests/support/win32/Bystander.h"
+#include "tests/support/win32/Soon.h"
 #include "windows/properties/PropertyPageIds.h"
 
 namespace kw::test {
@@ -109,7 +111,7 @@ protected:
     container.calls.clear();
   }
   void TearDown() override {
-    container.LetGo();
+    if (control != nullptr) container.LetGo();
     ControlTest::TearDown();
     OleUninitialize();
   }
@@ -156,6 +158,30 @@ TEST_F(PropertiesVerb, OpensTheSystemsFrameWithThePage) {
     const std::vector<std::string> active = {"ShowPropertyFrame", "EnableModeless(false)", "EnableModeless"};
     EXPECT_EQ(container.calls, before == OLEIVERB_HIDE ? inactive : active);
   }
+}
+
+TEST_F(PropertiesVerb, WorksInDesignMode) {
+  container.userMode = false;
+  container.showsProperties = true;
+  EXPECT_EQ(container.DoVerb(OLEIVERB_PROPERTIES), S_OK);
+}
+
+TEST_F(PropertiesVerb, TheHostMayLetGoOfTheControlMeanwhile) {
+  auto object = As<IOleObject>();
+  const RECT place = {};
+  std::atomic<bool> isGone = false;
+  const Soon leave([&] {
+    container.LetGo();
+    control.Reset();
+    object.Reset();
+    isGone = true;
+  });
+  const Bystander user(DialogClass, L"", [&](HWND frame) {
+    Bystander::WaitFor([&] { return isGone.load(); });
+    PostMessageW(frame, WM_COMMAND, IDCANCEL, 0);
+  });
+  IOleObject* const held = object.Get();
+  EXPECT_EQ(held->DoVerb(OLEIVERB_PROPERTIES, nullptr, &container, 0, container.Window(), &place), S_OK);
 }
 
 }  // namespace

@@ -129,6 +129,7 @@ TEST_F(PropertyFrameTest, AFrameMayLetGoInTheMiddleOfACall) {
   frame.onStatusChange = [&] {
     if (frame.page == nullptr) return;
     frame.page->Deactivate();
+    EXPECT_FALSE(IsWindow(page));
     frame.page->SetPageSite(nullptr);
     frame.page.Reset();
   };
@@ -146,11 +147,27 @@ TEST_F(PropertyFrameTest, AFrameMayCloseWhileAFileIsLookedFor) {
     frame.page.Reset();
   });
   const Bystander user(DialogClass, L"", [&](HWND dialog) {
-    Bystander::WaitFor([&] { return frame.page == nullptr; });
+    EXPECT_TRUE(Bystander::WaitFor([&] { return frame.PageWindow() == nullptr; }));
     PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
   });
   frame.Click(PAGE_FOLDER_BROWSE);
   PumpMessages(20);
+}
+
+TEST_F(PropertyFrameTest, AFrameMayCloseWhileAComplaintIsUp) {
+  PageFrame frame;
+  frame.Open({control.Get()});
+  frame.Type(PAGE_UNDO_LEVELS, L"");
+  const Soon close([&] {
+    EXPECT_EQ(frame.page->Deactivate(), S_OK);
+    frame.page->SetPageSite(nullptr);
+    frame.page->SetObjects(0, nullptr);
+  });
+  const Bystander user(DialogClass, L"Frame", [&](HWND box) {
+    EXPECT_TRUE(Bystander::WaitFor([&] { return frame.PageWindow() == nullptr; }));
+    PostMessageW(box, WM_COMMAND, IDOK, 0);
+  });
+  EXPECT_EQ(frame.page->Apply(), E_INVALIDARG);
 }
 
 TEST_F(PropertyFrameTest, ABuildersPropertyGetsTheKeyboard) {

@@ -239,6 +239,26 @@ TEST_F(PropertyPageTest, AFailingPropertyIsToldAndCanBeMended) {
   frame.Close();
 }
 
+// A form may have been moved to a machine without its folder.
+TEST_F(PropertyPageTest, OpensForAControlWhoseFolderIsMissing) {
+  ASSERT_EQ(control->put_AppDir(Text(scratch.Path() + L"missing\\")), S_OK);
+  PageFrame frame;
+  {
+    const BoxAnswerer user;
+    frame.Open({control.Get()});
+    EXPECT_LE(user.Boxes().size(), 1U) << "the control's own report";
+  }
+  EXPECT_EQ(frame.page->IsPageDirty(), S_FALSE);
+  frame.Type(PAGE_FOLDER, scratch.Path());
+  frame.Click(PAGE_ENABLED);
+  if (frame.TickOf(PAGE_ENABLED) != BST_CHECKED) frame.Click(PAGE_ENABLED);
+  EXPECT_EQ(frame.page->Apply(), S_OK);
+  EXPECT_EQ(frame.TextOf(PAGE_UNDO_LEVELS), L"5") << "now it can tell";
+  EXPECT_EQ(frame.TickOf(PAGE_EDITABLE), UINT{BST_CHECKED});
+  EXPECT_TRUE(IsOn(control, &_KwEditorLayers::get_Enabled));
+  frame.Close();
+}
+
 TEST_F(PropertyPageTest, AControlThatIsGoneIsToldAndTheTextStays) {
   GoneControl gone;
   PageFrame frame;

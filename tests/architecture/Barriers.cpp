@@ -23,8 +23,7 @@ const SafeNames Safe = {
     "FreeLibrary", "GdiFlush", "GetAncestor", "GetFocus", "IID_PPV_ARGS", "ImageList_Destroy", "IntersectRect",
     "IsChild", "KillTimer", "PostMessageW", "PtInRect", "QueryInterface", "RegCloseKey", "RegOverridePredefKey",
     "Release", "ReleaseActCtx", "ReleaseDC", "SUCCEEDED", "SendMessageW", "SetCursor", "SetFocus", "SetViewportOrgEx",
-    "SetWindowLongPtrW", "ShowWindow", "SysFreeString", "VariantClear", "__uuidof", "begin", "copy", "end", "erase_if",
-    "size",
+    "ShowWindow", "SysFreeString", "VariantClear", "__uuidof", "begin", "copy", "end", "erase_if", "size",
     // Ours.
     "Abandon", "Activation", "Bars", "Close", "Context", "Detach", "Extent", "Find", "Free", "FreeRetired", "GoDownTo",
     "HandOut", "HeightOf", "IsDirty", "IsHeldByOthers", "IsNeeded", "IsUnused", "Life", "Lock", "ReleaseLater",

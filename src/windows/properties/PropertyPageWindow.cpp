@@ -38,10 +38,10 @@ std::shared_ptr<PropertyPageWindow> PropertyPageWindow::Create(HWND parent, std:
   return page;
 }
 
-PropertyPageWindow::~PropertyPageWindow() {
+void PropertyPageWindow::Close() {
   if (window == nullptr) return;
   SetWindowLongPtrW(window, DWLP_USER, 0);
-  DestroyWindow(window);
+  DestroyWindow(std::exchange(window, nullptr));
 }
 
 SIZE PropertyPageWindow::WantedSize() {

@@ -26,7 +26,10 @@ public:
   static std::shared_ptr<PropertyPageWindow> Create(HWND parent, std::shared_ptr<PropertyEntries> entries, Host host);
   PropertyPageWindow(const PropertyPageWindow&) = delete;
   PropertyPageWindow& operator=(const PropertyPageWindow&) = delete;
-  ~PropertyPageWindow();
+  ~PropertyPageWindow() { Close(); }
+
+  // Destroys the window, also in the middle of its own messages.
+  void Close();
 
   // The size in screen pixels that the page wants, which follows the size of the dialogs' font. Raises OutOfMemory.
   static SIZE WantedSize();
