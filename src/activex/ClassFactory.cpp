@@ -2,13 +2,17 @@
 
 #include "activex/ComBoundary.h"
 #include "activex/EditorObject.h"
+#include "activex/KwEditor.h"
 #include "activex/Module.h"
+#include "activex/PropertyPage.h"
 
 namespace kw::activex {
 
-ClassFactory& ClassFactory::Only() {
-  static ClassFactory factory;
-  return factory;
+ClassFactory* ClassFactory::Find(REFCLSID classId) {
+  static ClassFactory editor(&EditorObject::Create);
+  static ClassFactory page(&PropertyPage::Create);
+  if (classId == CLSID_KwEditorLayers) return &editor;
+  return classId == CLSID_KwEditorPage ? &page : nullptr;
 }
 
 STDMETHODIMP ClassFactory::QueryInterface(REFIID iid, void** object) {
@@ -34,7 +38,7 @@ STDMETHODIMP ClassFactory::CreateInstance(IUnknown* controlling, REFIID iid, voi
   if (object == nullptr) return E_POINTER;
   *object = nullptr;
   Lifetime life(*this);
-  return AtComBoundary(life, [&] { return EditorObject::Create(controlling, iid, object); });
+  return AtComBoundary(life, [&] { return create(controlling, iid, object); });
 }
 
 STDMETHODIMP ClassFactory::LockServer(BOOL lock) {

@@ -30,7 +30,8 @@ public:
   HostEvents& Events() { return events; }
   KwEditorLayers& Editor() { return editor; }
   InPlaceActivation& Activation() { return activation; }
-  Desktop& Platform() { return desktop; }
+  // The platform of the editor; also for dialogs of the control that are not the editor's.
+  HostedDesktop& Platform() { return desktop; }
 
   // Runs the editor's start-up unless it has run or the container designs its form. Whatever needs a started editor
   // calls it first: a method or a property, a verb, loading, saving, drawing.

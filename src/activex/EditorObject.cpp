@@ -15,7 +15,8 @@ class EditorObject::Families final : public EditorCore,
                                      public InPlaceObject,
                                      public ViewObject,
                                      public Persistence,
-                                     public DataObject {
+                                     public DataObject,
+                                     public PropertyBrowsing {
 public:
   explicit Families(IUnknown& controlling)
       : EditorCore(controlling),
@@ -25,7 +26,8 @@ public:
         InPlaceObject(Core()),
         ViewObject(Core()),
         Persistence(Core()),
-        DataObject(Core()) {}
+        DataObject(Core()),
+        PropertyBrowsing(Core()) {}
 
   // Looks up an interface in the control's one table; null if the control does not have it.
   IUnknown* Find(REFIID iid);
@@ -76,6 +78,9 @@ IUnknown* EditorObject::Families::Find(REFIID iid) {
       {&IID_IPersistStreamInit, &As<F, Persistence, IPersistStreamInit>},
       {&IID_IPersistStorage, &As<F, Persistence, IPersistStorage>},
       {&IID_IPersistPropertyBag, &As<F, Persistence, IPersistPropertyBag>},
+      {&IID_ISpecifyPropertyPages, &As<F, PropertyBrowsing, ISpecifyPropertyPages>},
+      {&IID_IPerPropertyBrowsing, &As<F, PropertyBrowsing, IPerPropertyBrowsing>},
+      {&IID_ICategorizeProperties, &As<F, PropertyBrowsing, ICategorizeProperties>},
   };
   for (const InterfaceRow& row : rows) {
     if (*row.iid == iid) return row.find(this);

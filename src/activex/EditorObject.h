@@ -9,6 +9,7 @@
 #include "activex/InPlaceObject.h"
 #include "activex/OleObject.h"
 #include "activex/Persistence.h"
+#include "activex/PropertyBrowsing.h"
 #include "activex/ViewObject.h"
 
 namespace kw::activex {

@@ -14,9 +14,10 @@ class HostedDesktop final : public windows::WindowsDesktop {
 public:
   HostedDesktop(Lifetime& calling, InPlaceActivation& activation);
 
+  std::shared_ptr<void> EnterDialog() override;
+
 protected:
   HWND DialogOwner() const override;
-  std::shared_ptr<void> EnterDialog() override;
   std::shared_ptr<void> EnterEvents() override;
 
 private:

@@ -8,6 +8,7 @@
 #include "activex/ComBoundary.h"
 #include "activex/KwEditor.h"
 #include "activex/MiscStatus.h"
+#include "activex/PropertyBrowsing.h"
 #include "activex/Verbs.h"
 
 namespace kw::activex {
@@ -64,7 +65,7 @@ STDMETHODIMP OleObject::GetClipboardData(DWORD /*reserved*/, IDataObject** data)
   return E_NOTIMPL;
 }
 
-STDMETHODIMP OleObject::DoVerb(LONG verb, LPMSG message, IOleClientSite* site, LONG /*index*/, HWND /*parent*/,
+STDMETHODIMP OleObject::DoVerb(LONG verb, LPMSG message, IOleClientSite* site, LONG /*index*/, HWND parent,
                                LPCRECT /*position*/) {
   return AtComBoundary(core.Life(), [&] {
     core.FollowUserMode();
@@ -79,6 +80,8 @@ STDMETHODIMP OleObject::DoVerb(LONG verb, LPMSG message, IOleClientSite* site, L
         return activation.Activate(site);
       case OLEIVERB_HIDE:
         return activation.Hide();
+      case OLEIVERB_PROPERTIES:
+        return ShowProperties(core, parent);
       case OLEIVERB_DISCARDUNDOSTATE:
         return S_OK;  // the control keeps no data for its container
       default:

@@ -1,16 +1,23 @@
 #include "activex/Registration.h"
 
+#include <comcat.h>
 #include <oleauto.h>
 #include <olectl.h>
 #include <wrl/client.h>
 
+#include <span>
 #include <string>
 
+#include "activex/ClassesRoot.h"
 #include "activex/KwEditor.h"
 #include "activex/MiscStatus.h"
 #include "activex/Module.h"
 #include "activex/Verbs.h"
 #include "resources/KwIcons.h"
+
+// The compiler's headers lack them.
+extern "C" HRESULT WINAPI RegisterTypeLibForUser(ITypeLib* library, OLECHAR* path, OLECHAR* helpFolder);
+extern "C" HRESULT WINAPI UnRegisterTypeLibForUser(REFGUID guid, WORD major, WORD minor, LCID locale, SYSKIND system);
 
 namespace kw::activex {
 namespace {
@@ -19,12 +26,15 @@ using Microsoft::WRL::ComPtr;
 
 constexpr wchar_t ProgId[] = L"KwEditor.KwEditorLayers";
 constexpr wchar_t VersionedProgId[] = L"KwEditor.KwEditorLayers.1";
+constexpr wchar_t PageName[] = L"Kw image annotation editor, property page";
 constexpr WORD TypeLibraryMajor = 1;
 constexpr WORD TypeLibraryMinor = 0;
 #ifdef _WIN64
 constexpr SYSKIND System = SYS_WIN64;
+constexpr wchar_t SystemKey[] = L"\\1.0\\0\\win64";
 #else
 constexpr SYSKIND System = SYS_WIN32;
+constexpr wchar_t SystemKey[] = L"\\1.0\\0\\win32";
 #endif
 
 std::wstring ToText(REFGUID guid) {
@@ -33,30 +43,23 @@ std::wstring ToText(REFGUID guid) {
   return text;
 }
 
-std::wstring ClassKey() { return L"CLSID\\" + ToText(CLSID_KwEditorLayers); }
+std::wstring KeyOfClass(REFCLSID classId) { return L"CLSID\\" + ToText(classId); }
+std::wstring KeyOfInterface(REFIID iid) { return L"Interface\\" + ToText(iid); }
+std::wstring KeyOfLibrary() { return L"TypeLib\\" + ToText(LIBID_KwEditor); }
 
-struct RegistryRow {
-  std::wstring key;
-  const wchar_t* name;  // null: the key's default value
-  std::wstring value;
-};
-
-HRESULT Write(const RegistryRow& row) {
-  HKEY key = nullptr;
-  LSTATUS status =
-      RegCreateKeyExW(HKEY_CLASSES_ROOT, row.key.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr);
-  if (status == ERROR_SUCCESS) {
-    status = RegSetValueExW(key, row.name, 0, REG_SZ, reinterpret_cast<const BYTE*>(row.value.c_str()),
-                            static_cast<DWORD>((row.value.size() + 1) * sizeof(wchar_t)));
-    RegCloseKey(key);
+HRESULT Write(const ClassesRoot& classes, std::span<const RegistryRow> rows) {
+  for (const RegistryRow& row : rows) {
+    const HRESULT result = classes.Write(row);
+    if (FAILED(result)) return result;
   }
-  return HRESULT_FROM_WIN32(static_cast<DWORD>(status));
+  return S_OK;
 }
 
-HRESULT WriteClass() {
+HRESULT WriteClass(const ClassesRoot& classes) {
   const std::wstring path = Module::Path();
   const std::wstring classId = ToText(CLSID_KwEditorLayers);
-  const std::wstring key = ClassKey();
+  const std::wstring key = KeyOfClass(CLSID_KwEditorLayers);
+  const std::wstring page = KeyOfClass(CLSID_KwEditorPage);
   const RegistryRow rows[] = {
       {key, nullptr, UserTypeName},
       {key + L"\\Control", nullptr, L""},
@@ -75,46 +78,88 @@ HRESULT WriteClass() {
       {std::wstring(ProgId) + L"\\CurVer", nullptr, VersionedProgId},
       {VersionedProgId, nullptr, UserTypeName},
       {std::wstring(VersionedProgId) + L"\\CLSID", nullptr, classId},
+      {page, nullptr, PageName},
+      {page + L"\\InprocServer32", nullptr, path},
+      {page + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
   };
-  for (const RegistryRow& row : rows) {
-    const HRESULT result = Write(row);
-    if (FAILED(result)) return result;
-  }
+  const HRESULT result = Write(classes, rows);
+  if (FAILED(result)) return result;
   for (const Verb& verb : Verbs()) {
-    const HRESULT result = Write({key + L"\\Verb\\" + std::to_wstring(verb.number), nullptr, verb.RegistryText()});
-    if (FAILED(result)) return result;
+    const RegistryRow row[] = {{key + L"\\Verb\\" + std::to_wstring(verb.number), nullptr, verb.RegistryText()}};
+    const HRESULT written = Write(classes, row);
+    if (FAILED(written)) return written;
   }
   return S_OK;
 }
 
-HRESULT RemoveTree(const std::wstring& key) {
-  const LSTATUS status = RegDeleteTreeW(HKEY_CLASSES_ROOT, key.c_str());
-  return status == ERROR_FILE_NOT_FOUND ? S_OK : HRESULT_FROM_WIN32(static_cast<DWORD>(status));
+// The system's manager of categories writes for all users only.
+HRESULT WriteCategory(const ClassesRoot& classes, Users users) {
+  if (users == Users::Current) {
+    return classes.Write(
+        {KeyOfClass(CLSID_KwEditorLayers) + L"\\Implemented Categories\\" + ToText(CATID_Control), nullptr, L""});
+  }
+  const ComApartment apartment;
+  ComPtr<ICatRegister> manager;
+  const HRESULT result =
+      CoCreateInstance(CLSID_StdComponentCategoriesMgr, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&manager));
+  CATID control = CATID_Control;
+  return FAILED(result) ? result : manager->RegisterClassImplCategories(CLSID_KwEditorLayers, 1, &control);
+}
+
+HRESULT WriteTypeLibrary(Users users) {
+  ComPtr<ITypeLib> library;
+  std::wstring path = Module::Path();
+  const HRESULT result = LoadTypeLibEx(path.c_str(), REGKIND_NONE, &library);
+  if (FAILED(result)) return result;
+  return users == Users::Current ? RegisterTypeLibForUser(library.Get(), path.data(), nullptr)
+                                 : RegisterTypeLib(library.Get(), path.data(), nullptr);
+}
+
+HRESULT RemoveTypeLibrary(const ClassesRoot& classes, Users users) {
+  if (!classes.Has(KeyOfLibrary() + SystemKey)) return S_OK;
+  const auto unregister = users == Users::Current ? &UnRegisterTypeLibForUser : &UnRegisterTypeLib;
+  return unregister(LIBID_KwEditor, TypeLibraryMajor, TypeLibraryMinor, LOCALE_NEUTRAL, System);
+}
+
+HRESULT WriteAll(Users users) {
+  const ClassesRoot classes(users);
+  HRESULT result = classes.Result();
+  if (SUCCEEDED(result)) result = WriteClass(classes);
+  if (SUCCEEDED(result)) result = WriteCategory(classes, users);
+  if (SUCCEEDED(result)) result = WriteTypeLibrary(users);
+  return result;
 }
 
 }  // namespace
 
-HRESULT Register() {
-  HRESULT result = WriteClass();
-  if (SUCCEEDED(result)) {
-    ComPtr<ITypeLib> library;
-    result = LoadTypeLibEx(Module::Path().c_str(), REGKIND_REGISTER, &library);
-  }
-  if (FAILED(result)) Unregister();
+HRESULT Register(Users users) {
+  const HRESULT result = WriteAll(users);
+  if (FAILED(result)) Unregister(users);
   return result;
 }
 
-HRESULT Unregister() {
-  HRESULT result = S_OK;
-  BSTR path = nullptr;
-  if (SUCCEEDED(QueryPathOfRegTypeLib(LIBID_KwEditor, TypeLibraryMajor, TypeLibraryMinor, LOCALE_NEUTRAL, &path))) {
-    SysFreeString(path);
-    result = UnRegisterTypeLib(LIBID_KwEditor, TypeLibraryMajor, TypeLibraryMinor, LOCALE_NEUTRAL, System);
-  }
-  for (const std::wstring& key : {ClassKey(), std::wstring(ProgId), std::wstring(VersionedProgId)}) {
-    const HRESULT removed = RemoveTree(key);
+HRESULT Unregister(Users users) {
+  const ClassesRoot classes(users);
+  HRESULT result = classes.Result();
+  if (FAILED(result)) return result;
+  const auto remove = [&](const std::wstring& key) {
+    const HRESULT removed = classes.Remove(key);
     if (FAILED(removed)) result = removed;
+  };
+  const std::wstring classKey = KeyOfClass(CLSID_KwEditorLayers);
+  remove(classKey);
+  remove(KeyOfClass(CLSID_KwEditorPage));
+  if (classes.OtherArchitectureHas(classKey)) {
+    // The system would also remove what the type library has in common for both.
+    remove(KeyOfLibrary() + SystemKey);
+  } else {
+    const HRESULT removed = RemoveTypeLibrary(classes, users);
+    if (FAILED(removed)) result = removed;
+    remove(ProgId);
+    remove(VersionedProgId);
   }
+  remove(KeyOfInterface(IID__KwEditorLayers));
+  remove(KeyOfInterface(DIID___KwEditorLayers));
   return result;
 }
 

@@ -22,9 +22,11 @@ std::vector<Verb> Verbs() {
   std::vector<Verb> verbs;
   for (LONG number = 1;; ++number) {
     const Dispatcher::Command* const command = Dispatcher::CommandOfVerb(number);
-    if (command == nullptr) return verbs;
+    if (command == nullptr) break;
     verbs.push_back({number, windows::ToWide(TranslatedIfOwn(command->menuText))});
   }
+  verbs.push_back({OLEIVERB_PROPERTIES, L"&Properties..."});
+  return verbs;
 }
 
 bool HandOut(const Verb& verb, OLEVERB& given) {

@@ -11,7 +11,7 @@
 
 namespace kw::activex {
 
-// An OLE verb: a command of the editor that a container runs by number and may offer in a menu.
+// An OLE verb that a container runs by number and may offer in a menu: a command of the editor, or its properties.
 struct Verb {
   LONG number;
   std::wstring menuText;
@@ -20,7 +20,7 @@ struct Verb {
   std::wstring RegistryText() const;
 };
 
-// All verbs, by rising number.
+// All verbs: the commands by rising number, then the properties.
 std::vector<Verb> Verbs();
 
 // Copies a verb for an enumerator's caller. False if memory runs out.

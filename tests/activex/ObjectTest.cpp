@@ -34,7 +34,10 @@ TEST_F(ObjectTest, AnswersToEveryInterfaceOfItsTable) {
                                    &IID_IPersist,
                                    &IID_IPersistStreamInit,
                                    &IID_IPersistStorage,
-                                   &IID_IPersistPropertyBag};
+                                   &IID_IPersistPropertyBag,
+                                   &IID_ISpecifyPropertyPages,
+                                   &IID_IPerPropertyBrowsing,
+                                   &IID_ICategorizeProperties};
   ComPtr<IUnknown> identity;
   ASSERT_HRESULT_SUCCEEDED(control.As(&identity));
   for (const IID* const iid : interfaces) {

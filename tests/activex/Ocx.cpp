@@ -34,14 +34,14 @@ HMODULE Ocx::Library() {
   return library;
 }
 
-ComPtr<IClassFactory> Ocx::Factory() {
+ComPtr<IClassFactory> Ocx::Factory(REFCLSID classId) {
   using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
   ComPtr<IClassFactory> factory;
   const auto get = Find<GetClassObject>("DllGetClassObject");
   if (get == nullptr) {
     ADD_FAILURE() << "no DllGetClassObject; last error " << GetLastError();
   } else {
-    EXPECT_HRESULT_SUCCEEDED(get(CLSID_KwEditorLayers, IID_PPV_ARGS(&factory)));
+    EXPECT_HRESULT_SUCCEEDED(get(classId, IID_PPV_ARGS(&factory)));
   }
   return factory;
 }

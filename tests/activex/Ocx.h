@@ -20,7 +20,7 @@ namespace Ocx {
 
 std::wstring Path();
 HMODULE Library();
-ComPtr<IClassFactory> Factory();
+ComPtr<IClassFactory> Factory(REFCLSID classId = CLSID_KwEditorLayers);
 // A new control; fails the test and returns null if it cannot be made.
 ComPtr<_KwEditorLayers> Create();
 // Whether the library says that nobody uses it.

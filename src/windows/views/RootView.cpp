@@ -24,9 +24,9 @@ ScrollBar* FindScrollBar(const Control& holder, bool isVertical) {
 
 HWND RootView::Create(HWND /*parent*/) {
   // One stop of the host's Tab key: within the form the tree moves the focus.
-  const HWND created = CreateWindowExW(0, OwnWindowClass::Name, nullptr,
-                                       WS_CHILD | WS_CLIPSIBLINGS | WS_CLIPCHILDREN | WS_TABSTOP, start.left,
-                                       start.top, WidthOf(start), HeightOf(start), host, nullptr, Module(), nullptr);
+  const HWND created =
+      CreateWindowExW(0, OwnWindowClass::Name, nullptr, WS_CHILD | WS_CLIPSIBLINGS | WS_CLIPCHILDREN | WS_TABSTOP,
+                      start.left, start.top, WidthOf(start), HeightOf(start), host, nullptr, Module(), nullptr);
   // A window takes the direction of a mirrored parent. Pages, drawings and English captions are not mirrored.
   if (created != nullptr) {
     const LONG style = GetWindowLongW(created, GWL_EXSTYLE);

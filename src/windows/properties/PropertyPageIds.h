@@ -1,0 +1,24 @@
+// The numbers of the property page's template and controls, for the compiler of resources, too.
+#ifndef KW_PROPERTY_PAGE_IDS
+#define KW_PROPERTY_PAGE_IDS
+
+#define PROPERTY_PAGE 1000
+
+#define PAGE_ENABLED 1001
+#define PAGE_EDITABLE 1002
+#define PAGE_TOOLBOX 1003
+#define PAGE_OPEN_BUTTON 1004
+#define PAGE_SAVE_BUTTON 1005
+#define PAGE_COLOURS 1006
+#define PAGE_LIGHTENED 1007
+#define PAGE_MULTIPAGE 1008
+#define PAGE_UNDO_LEVELS 1009
+#define PAGE_UNDO_SPIN 1010
+#define PAGE_FOLDER 1011
+#define PAGE_FOLDER_BROWSE 1012
+#define PAGE_BACKGROUND 1013
+#define PAGE_BACKGROUND_BROWSE 1014
+#define PAGE_SIGNATURE 1015
+#define PAGE_SIGNATURE_BROWSE 1016
+
+#endif
