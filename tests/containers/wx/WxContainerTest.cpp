@@ -1,6 +1,7 @@
 // The control in wxWidgets' container for ActiveX controls.
 
 #include <wx/wx.h>
+#include <wx/evtloop.h>
 #include <wx/msw/ole/activex.h>
 
 #include <gtest/gtest.h>
@@ -26,8 +27,9 @@ private:
 // Lets the toolkit's own loop run: idle events and deferred deletions included.
 void RunLoop(DWORD milliseconds) {
   for (const DWORD start = GetTickCount(); GetTickCount() - start < milliseconds;) {
-    while (wxTheApp->Pending()) wxTheApp->Dispatch();
-    wxTheApp->ProcessIdle();
+    wxEventLoopBase* const loop = wxEventLoopBase::GetActive();
+    while (loop->Pending()) loop->Dispatch();
+    loop->ProcessIdle();
     wxMilliSleep(1);
   }
 }
@@ -125,6 +127,8 @@ public:
   bool OnInit() override { return true; }
   int OnRun() override {
     SetExitOnFrameDelete(false);
+    wxGUIEventLoop loop;
+    const wxEventLoopActivator active(&loop);
     testing::InitGoogleTest(&argc, static_cast<wchar_t**>(argv));
     return RUN_ALL_TESTS();
   }
