@@ -30,7 +30,7 @@ struct Site final : IOleClientSite, IOleInPlaceSite, IOleInPlaceFrame, IDispatch
   }
   STDMETHODIMP_(ULONG) AddRef() override { return 1; }
   STDMETHODIMP_(ULONG) Release() override { return 1; }
-  // IOleClientSite
+  // IOleClientSite. Arguments without a use have no name: NOLINTBEGIN(readability-named-parameter)
   STDMETHODIMP SaveObject() override { return E_NOTIMPL; }
   STDMETHODIMP GetMoniker(DWORD, DWORD, IMoniker**) override { return E_NOTIMPL; }
   STDMETHODIMP GetContainer(IOleContainer** container) override { return *container = nullptr, E_NOINTERFACE; }
@@ -78,7 +78,7 @@ struct Site final : IOleClientSite, IOleInPlaceSite, IOleInPlaceFrame, IDispatch
       SetWindowTextW(window, (L"Page " + std::to_wstring(*V_I2REF(&arguments->rgvarg[0]))).c_str());
     return S_OK;
   }
-};
+};  // NOLINTEND(readability-named-parameter)
 
 Site site;
 

@@ -13,6 +13,7 @@
 
 #include "tests/activex/Fixture.h"
 #include "tests/activex/GivenPage.h"
+#include "tests/activex/Sinks.h"
 
 namespace kw::test {
 namespace {
@@ -191,6 +192,24 @@ TEST_F(DataStreamTest, TheStreamMayLetGoOfTheControl) {
   };
   EXPECT_EQ(raw->GetDataHere(&format, &medium), S_OK);
   EXPECT_FALSE(stream.bytes.empty());
+}
+
+TEST_F(DataStreamTest, GivesThePageInTheMiddleOfAProcedure) {
+  EventSink events;
+  Connection connection(control.Get(), DIID___KwEditorLayers, &events);
+  std::vector<HRESULT> results;
+  events.onEvent = [&](DISPID, VARIANT*, UINT) {
+    FORMATETC format = FormatOf(CF_DIB, TYMED_HGLOBAL);
+    Given given;
+    results.push_back(As<IDataObject>()->GetData(&format, &given));
+  };
+  OpenDocument(*control.Get(), scratch.WriteTiff(L"pages.tif", 2));
+  EXPECT_EQ(results.size(), 3U) << "two page files and the page";
+  for (const HRESULT result : results)
+    EXPECT_TRUE(result == S_OK || result == OLE_E_BLANK) << "no page yet: " << result;
+  EXPECT_EQ(DibOf(*As<IDataObject>().Get()).width, 16);
+  EXPECT_EQ(events.events.back(), "PageChanged(1)");
+  connection.Cut();
 }
 
 // A page whose pixels take 300 MB is written with a band's memory.
