@@ -10,15 +10,13 @@ namespace kw::test {
 // The form with names, and what a screen reader sees of its canvas: the page, its border and two layers.
 class AccessibleForm : public testing::Test {
 protected:
-  AccessibleForm() {
+  AccessibleForm() : window(WindowOf(form.canvas)), canvas(AccessibleOf(window)) {
     form.canvas.SetAccessibleName("Canvas");
     form.canvas.SetRoleOfDesign(AccessibleRole::Document);
     form.page.SetAccessibleName("Page 1 of 1");
     form.border.SetAccessibleName("Bottom border");
     AddLayer(1, 40, 30, 50, 40);
     AddLayer(2, 120, 60, 30, 20);
-    window = WindowOf(form.canvas);
-    canvas = AccessibleOf(window);
     TestForm::Pump();
   }
   void SetUp() override { ASSERT_NE(canvas, nullptr); }
@@ -44,7 +42,7 @@ protected:
 
   const ComOnThread com;
   TestForm form;
-  HWND window = nullptr;
+  HWND window;
   Accessible canvas;
 };
 

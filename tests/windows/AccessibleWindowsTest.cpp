@@ -1,7 +1,9 @@
 // No window of the control, or of a dialog of its own, is without a name.
 
-#include <functional>
-#include <thread>
+#include <windows.h>
+
+#include <string>
+#include <vector>
 
 #include "stamps/frmApprovedXTimes.h"
 #include "tests/support/win32/AccessibleClient.h"

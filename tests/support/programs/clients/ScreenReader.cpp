@@ -15,7 +15,7 @@ enum ExitCode { FoundAndGone = 7, BadArguments = 20, NotFound, NoEvents, StillTh
 
 kw::test::Accessible Find(HWND top, const std::wstring& name) {
   for (const HWND window : kw::test::WindowsBelow(top)) {
-    const kw::test::Accessible object = kw::test::AccessibleOf(window);
+    kw::test::Accessible object = kw::test::AccessibleOf(window);
     if (object == nullptr) continue;
     for (const LONG part : kw::test::PartsOf(object)) {
       if (kw::test::NameOf(object, part) == name) return object;
