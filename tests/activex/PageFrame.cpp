@@ -33,7 +33,7 @@ void PageFrame::Open(const std::vector<IUnknown*>& controls) {
   ASSERT_EQ(page->Show(SW_SHOW), S_OK);
 }
 
-void PageFrame::Close() {
+void PageFrame::Close() const {
   EXPECT_EQ(page->Deactivate(), S_OK);
   EXPECT_EQ(PageWindow(), nullptr);
   EXPECT_EQ(page->SetObjects(0, nullptr), S_OK);

@@ -24,7 +24,7 @@ public:
 
   // Opens the page for these controls.
   void Open(const std::vector<IUnknown*>& controls);
-  void Close();
+  void Close() const;
 
   HWND Item(int control) const { return GetDlgItem(PageWindow(), control); }
   std::wstring TextOf(int control) const;

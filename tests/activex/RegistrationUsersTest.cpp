@@ -29,7 +29,7 @@ const std::wstring OtherLibraryKey = LibraryKey + L"\\1.0\\0\\win64";
 // A key that somebody else wrote; it goes with the test.
 class ForeignKey {
 public:
-  ForeignKey(HKEY above, std::wstring of, REGSAM viewed, DWORD options = REG_OPTION_NON_VOLATILE)
+  ForeignKey(HKEY above, const std::wstring& of, REGSAM viewed, DWORD options = REG_OPTION_NON_VOLATILE)
       : hive(above), path(L"Software\\Classes\\" + of), view(viewed) {
     HKEY key = nullptr;
     EXPECT_EQ(RegCreateKeyExW(hive, path.c_str(), 0, nullptr, options, KEY_ALL_ACCESS | view, nullptr, &key, nullptr),

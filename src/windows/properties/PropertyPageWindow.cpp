@@ -32,7 +32,7 @@ bool HasKeyboard(HWND window) { return window != nullptr && GetFocus() == window
 
 std::shared_ptr<PropertyPageWindow> PropertyPageWindow::Create(HWND parent, std::shared_ptr<PropertyEntries> entries,
                                                                Host host) {
-  const std::shared_ptr<PropertyPageWindow> page(new PropertyPageWindow(std::move(entries), std::move(host)));
+  std::shared_ptr<PropertyPageWindow> page(new PropertyPageWindow(std::move(entries), std::move(host)));
   CreatePage(parent, &Procedure, reinterpret_cast<LPARAM>(page.get()));
   page->ShowEntries();
   return page;
