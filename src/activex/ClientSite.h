@@ -25,8 +25,12 @@ public:
 
   // An ambient property of the container; empty if the container does not have it.
   std::optional<bool> AmbientBoolean(DISPID property) const;
+  std::optional<LONG> AmbientNumber(DISPID property) const;
 
 private:
+  // As a value of this type, which owns no memory.
+  std::optional<VARIANT> AmbientValue(DISPID property, VARTYPE type) const;
+
   Microsoft::WRL::ComPtr<IOleClientSite> site;
 };
 

@@ -3,11 +3,13 @@
 #include <olectl.h>
 
 #include <cmath>
+#include <cstdint>
 #include <string>
 #include <utility>
 
 #include "activex/Extent.h"
 #include "components/base/RunTimeError.h"
+#include "components/base/Texts.h"
 #include "windows/base/Guard.h"
 
 namespace kw::activex {
@@ -73,6 +75,11 @@ void EditorCore::FollowUserMode() {
   }
   activation.FollowUiDead();
   TellViewChanged();
+}
+
+void EditorCore::FollowLanguage() const {
+  if (site.Get() == nullptr) return;
+  ChooseLanguage(static_cast<std::uint32_t>(site.AmbientNumber(DISPID_AMBIENT_LOCALEID).value_or(0)));
 }
 
 void EditorCore::SetExtent(SIZEL himetric) {

@@ -41,6 +41,8 @@ public:
   // Asks the container for the ambient UserMode, and begins or ends design mode. A container that does not answer does
   // not design.
   void FollowUserMode();
+  // Asks the container for the ambient LocaleID and takes the own texts from its language, for the whole thread.
+  void FollowLanguage() const;
 
   // The control's size, with or without a window. Until the container sets one it is the form's.
   SIZEL Extent() const { return extent; }

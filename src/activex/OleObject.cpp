@@ -19,6 +19,7 @@ STDMETHODIMP OleObject::SetClientSite(IOleClientSite* site) {
     // there to be told.
     if (site != core.Site().Get()) core.Activation().Deactivate();
     core.Site().Set(site);
+    core.FollowLanguage();
     core.FollowUserMode();
     return S_OK;
   });
@@ -176,6 +177,7 @@ STDMETHODIMP OleObject::OnMnemonic(MSG* /*message*/) { return S_OK; }
 
 STDMETHODIMP OleObject::OnAmbientPropertyChange(DISPID property) {
   return AtComBoundary(core.Life(), [&] {
+    if (property == DISPID_AMBIENT_LOCALEID || property == DISPID_UNKNOWN) core.FollowLanguage();
     if (property == DISPID_AMBIENT_USERMODE || property == DISPID_UNKNOWN) core.FollowUserMode();
     if (property == DISPID_AMBIENT_UIDEAD || property == DISPID_UNKNOWN) core.Activation().FollowUiDead();
     return S_OK;

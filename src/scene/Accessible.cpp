@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "components/base/Texts.h"
 #include "components/controls/AccessibleTexts.h"
 #include "components/controls/DialogForm.h"
 #include "components/controls/Label.h"
@@ -29,14 +30,14 @@ std::string WithoutRowsOfBlanks(const std::string& text) {
 }
 
 std::string NameOf(const Control& control) {
-  return control.AccessibleName().empty() ? control.ToolTip() : control.AccessibleName();
+  return TranslatedIfOwn(control.AccessibleName().empty() ? control.ToolTip() : control.AccessibleName());
 }
 
 std::string TextOfColour(Colour colour) {
   const auto part = [colour](unsigned shift) {
     return std::to_string((static_cast<std::uint32_t>(colour) >> shift) & 0xFFU);
   };
-  return "red " + part(0) + ", green " + part(8) + ", blue " + part(16);
+  return Filled(Translated("red {1}, green {2}, blue {3}"), {part(0), part(8), part(16)});
 }
 
 const char* KindOfLayer(FigureKind kind) {
@@ -58,9 +59,10 @@ const char* KindOfLayer(FigureKind kind) {
 AccessibleItem ItemOfLayer(const TransparentPicture& layer) {
   const FigureKind kind = layer.DrawnFigure().kind;
   AccessibleItem item = {.role = kind == FigureKind::Text ? AccessibleRole::Text : AccessibleRole::Graphic,
-                         .name = layer.AccessibleName(),
+                         .name = TranslatedIfOwn(layer.AccessibleName()),
                          .value = layer.Caption()};
-  if (item.name.empty()) item.name = std::string(KindOfLayer(kind)) + " " + std::to_string(layer.Index().value_or(0));
+  if (item.name.empty())
+    item.name = TranslatedIfOwn(KindOfLayer(kind)) + " " + std::to_string(layer.Index().value_or(0));
   return item;
 }
 
@@ -128,7 +130,7 @@ std::vector<AccessiblePart> PartsOf(const PictureBox& canvas, const Scale& scale
     for (std::size_t i = 0; i < handles.size(); ++i) {
       AccessiblePart& handle = parts.emplace_back();
       handle.role = AccessibleRole::Grip;
-      handle.name = accessible::Handles[i];
+      handle.name = TranslatedIfOwn(accessible::Handles[i]);
       handle.item = child;
       handle.handle = i;
       handle.bounds = handles[i];

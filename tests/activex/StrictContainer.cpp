@@ -199,6 +199,11 @@ STDMETHODIMP StrictContainer::GetTypeInfoCount(UINT* count) {
 STDMETHODIMP StrictContainer::Invoke(DISPID id, REFIID, LCID /*locale*/, WORD flags, DISPPARAMS* /*parameters*/,
                                      VARIANT* result, EXCEPINFO* /*exception*/, UINT* /*badArgument*/) {
   EXPECT_EQ(flags, DISPATCH_PROPERTYGET);
+  if (id == DISPID_AMBIENT_LOCALEID && locale) {
+    V_VT(result) = VT_I4;
+    V_I4(result) = *locale;
+    return S_OK;
+  }
   std::optional<bool> value;
   if (id == DISPID_AMBIENT_UIDEAD) value = uiDead;
   if (id == DISPID_AMBIENT_USERMODE) {

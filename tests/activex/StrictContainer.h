@@ -32,6 +32,7 @@ public:
   bool uiDead = false;
   bool showsProperties = false;
   std::optional<bool> userMode;  // unknown to it if empty
+  std::optional<LONG> locale;    // unknown to it if empty
   // Called when the control wants to be its active object; it may refuse.
   std::function<HRESULT()> onUiActivate;
   // Called when it is asked for UserMode, before it answers.

@@ -41,4 +41,19 @@ std::string TranslatedIfOwn(std::string_view text) {
   return found == OwnTexts.end() ? std::string(text) : translation(static_cast<std::size_t>(found - OwnTexts.begin()));
 }
 
+std::string Filled(std::string text, std::initializer_list<std::string_view> parts) {
+  std::string filled;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const std::size_t number =
+        i + 2 < text.size() && text[i] == '{' && text[i + 2] == '}' ? static_cast<std::size_t>(text[i + 1] - '0') : 0;
+    if (number < 1 || number > parts.size()) {
+      filled += text[i];
+      continue;
+    }
+    filled += std::data(parts)[number - 1];
+    i += 2;
+  }
+  return filled;
+}
+
 }  // namespace kw

@@ -3,7 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <span>
+#include <initializer_list>
 #include <string>
 #include <string_view>
 
@@ -38,5 +38,7 @@ void ChooseLanguage(std::uint32_t locale);
 std::string Translated(OwnText text);
 // The same for a text that a model holds; a text that is no own one stays as it is.
 std::string TranslatedIfOwn(std::string_view text);
+// The text with its places {1}, {2} ... taken by the parts; a translation may use them in another order.
+std::string Filled(std::string text, std::initializer_list<std::string_view> parts);
 
 }  // namespace kw

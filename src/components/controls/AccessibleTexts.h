@@ -4,75 +4,83 @@
 #include <cstdint>
 #include <string>
 
+#include "components/base/Texts.h"
+
 // The texts that a screen reader speaks and nobody sees. Captions and tool tips, which are seen, are spoken, too.
 namespace kw::accessible {
 
-inline constexpr const char* Editor = "Image annotation editor";
-inline constexpr const char* View = "View of the page";
-inline constexpr const char* Canvas = "Canvas";
-inline constexpr const char* Page = "Page";
-inline constexpr const char* Background = "Background image";
-inline constexpr const char* BottomBorder = "Bottom border of the page";
-inline constexpr const char* RightBorder = "Right border of the page";
-inline constexpr const char* CornerBorder = "Corner of the page";
-inline constexpr const char* VerticalScroll = "Vertical scroll bar";
-inline constexpr const char* HorizontalScroll = "Horizontal scroll bar";
-inline constexpr const char* Scratch = "Scratch picture";
+// A text of Texts.def, in English: models hold it so, and who tells it to the system translates it.
+consteval const char* Own(const char* english) {
+  static_cast<void>(OwnText(english));
+  return english;
+}
 
-inline constexpr const char* FileStrip = "File and zoom";
-inline constexpr const char* PageStrip = "View and pages";
-inline constexpr const char* Separator = "Separator";
-inline constexpr const char* OpenBar = "Open";
-inline constexpr const char* BasicBar = "Basic tools";
-inline constexpr const char* PageBar = "Page tools";
-inline constexpr const char* Zoom = "Zoom";
-inline constexpr const char* PageCount = "Number of pages";
-inline constexpr const char* PageList = "Page";
-inline constexpr const char* PageSpinner = "Page";
-inline constexpr const char* ImageSize = "Size of the page";
+inline constexpr const char* Editor = Own("Image annotation editor");
+inline constexpr const char* View = Own("View of the page");
+inline constexpr const char* Canvas = Own("Canvas");
+inline constexpr const char* Page = Own("Page");
+inline constexpr const char* Background = Own("Background image");
+inline constexpr const char* BottomBorder = Own("Bottom border of the page");
+inline constexpr const char* RightBorder = Own("Right border of the page");
+inline constexpr const char* CornerBorder = Own("Corner of the page");
+inline constexpr const char* VerticalScroll = Own("Vertical scroll bar");
+inline constexpr const char* HorizontalScroll = Own("Horizontal scroll bar");
+inline constexpr const char* Scratch = Own("Scratch picture");
 
-inline constexpr const char* ToolBox = "Tool box";
-inline constexpr const char* Tools = "Tools";
-inline constexpr const char* EditingBar = "Drawing tools";
-inline constexpr const char* FillArea = "Fill";
-inline constexpr const char* FillBar = "Fill pattern";
-inline constexpr const char* FontArea = "Font";
-inline constexpr const char* FontBar = "Font";
-inline constexpr const char* ColourArea = "Colors";
-inline constexpr const char* ColourReadOut = "Color";
-inline constexpr const char* Palette = "Color palette";
-inline constexpr const char* LineThickness = "Line Thickness";
-inline constexpr const char* LineSample = "Sample of the line";
-inline constexpr const char* EffectsBar = "Effects";
+inline constexpr const char* FileStrip = Own("File and zoom");
+inline constexpr const char* PageStrip = Own("View and pages");
+inline constexpr const char* Separator = Own("Separator");
+inline constexpr const char* OpenBar = Own("Open");
+inline constexpr const char* BasicBar = Own("Basic tools");
+inline constexpr const char* PageBar = Own("Page tools");
+inline constexpr const char* Zoom = Own("Zoom");
+inline constexpr const char* PageCount = Own("Number of pages");
+inline constexpr const char* PageList = Own("Page");
+inline constexpr const char* PageSpinner = Own("Page");
+inline constexpr const char* ImageSize = Own("Size of the page");
 
-inline constexpr const char* PrintingPanel = "Printing";
-inline constexpr const char* ScanningPanel = "Scanning";
+inline constexpr const char* ToolBox = Own("Tool box");
+inline constexpr const char* Tools = Own("Tools");
+inline constexpr const char* EditingBar = Own("Drawing tools");
+inline constexpr const char* FillArea = Own("Fill");
+inline constexpr const char* FillBar = Own("Fill pattern");
+inline constexpr const char* FontArea = Own("Font");
+inline constexpr const char* FontBar = Own("Font");
+inline constexpr const char* ColourArea = Own("Colors");
+inline constexpr const char* ColourReadOut = Own("Color");
+inline constexpr const char* Palette = Own("Color palette");
+inline constexpr const char* LineThickness = Own("Line Thickness");
+inline constexpr const char* LineSample = Own("Sample of the line");
+inline constexpr const char* EffectsBar = Own("Effects");
 
-inline constexpr const char* StampList = "Stamp";
-inline constexpr const char* StampCount = "Approved for a number of times";
-inline constexpr const char* StampTimes = "Times";
-inline constexpr const char* StampDate = "OK until a date";
-inline constexpr const char* StampPreview = "Preview of the stamp";
+inline constexpr const char* PrintingPanel = Own("Printing");
+inline constexpr const char* ScanningPanel = Own("Scanning");
 
-inline constexpr const char* TextLayer = "Text layer";
-inline constexpr const char* PictureLayer = "Picture layer";
-inline constexpr const char* EllipseLayer = "Circle layer";
-inline constexpr const char* RectangleLayer = "Rectangle layer";
-inline constexpr const char* LineLayer = "Line layer";
+inline constexpr const char* StampList = Own("Stamp");
+inline constexpr const char* StampCount = Own("Approved for a number of times");
+inline constexpr const char* StampTimes = Own("Times");
+inline constexpr const char* StampDate = Own("OK until a date");
+inline constexpr const char* StampPreview = Own("Preview of the stamp");
+
+inline constexpr const char* TextLayer = Own("Text layer");
+inline constexpr const char* PictureLayer = Own("Picture layer");
+inline constexpr const char* EllipseLayer = Own("Circle layer");
+inline constexpr const char* RectangleLayer = Own("Rectangle layer");
+inline constexpr const char* LineLayer = Own("Line layer");
 // In the order of a layer's handles, clockwise from the top left corner.
-inline constexpr std::array<const char*, 8> Handles = {"Top left handle",    "Top handle",          "Top right handle",
-                                                       "Right handle",       "Bottom right handle", "Bottom handle",
-                                                       "Bottom left handle", "Left handle"};
+inline constexpr std::array<const char*, 8> Handles = {
+    Own("Top left handle"),     Own("Top handle"),    Own("Top right handle"),   Own("Right handle"),
+    Own("Bottom right handle"), Own("Bottom handle"), Own("Bottom left handle"), Own("Left handle")};
 
-inline constexpr const char* PressAction = "Press";
-inline constexpr const char* PickAction = "Pick";
+inline constexpr const char* PressAction = Own("Press");
+inline constexpr const char* PickAction = Own("Pick");
 
 inline std::string PageOf(std::int32_t page, std::int32_t count) {
-  return "Page " + std::to_string(page) + " of " + std::to_string(count);
+  return Filled(Translated("Page {1} of {2}"), {std::to_string(page), std::to_string(count)});
 }
 
 inline std::string EditorWithPage(std::int32_t page, std::int32_t count) {
-  return std::string(Editor) + ", page " + std::to_string(page) + " of " + std::to_string(count);
+  return Filled(Translated("Image annotation editor, page {1} of {2}"), {std::to_string(page), std::to_string(count)});
 }
 
 }  // namespace kw::accessible

@@ -7,6 +7,8 @@
 #include <cstddef>
 #include <system_error>
 
+#include "components/base/Texts.h"
+
 namespace kw {
 namespace {
 
@@ -34,7 +36,7 @@ std::vector<std::string> WithMnemonics(std::span<const Parameter> fields, std::s
   std::string used(taken);
   std::vector<std::string> labels;
   for (const Parameter& field : fields) {
-    std::string label = LabelOf(field.name);
+    std::string label = TranslatedIfOwn(LabelOf(field.name));
     const auto isFree = [&](char c) { return c != ' ' && used.find(Small(c)) == std::string::npos; };
     const auto letter = std::ranges::find_if(label, isFree);
     if (letter != label.end()) {
@@ -73,15 +75,16 @@ std::optional<double> NumberOf(std::string_view text, const Parameter& field, st
 
 std::string RangeText(const Parameter& field, std::string_view separator) {
   const auto number = [&](double value) { return NumberText(value, separator); };
-  std::string text = LabelOf(field.name) + ": ";
+  const std::string label = TranslatedIfOwn(LabelOf(field.name));
   if (!field.choices.empty()) {
-    text += "default ";
-    return text += field.choices[static_cast<std::size_t>(field.standard - field.least)];
+    const std::string_view standard = field.choices[static_cast<std::size_t>(field.standard - field.least)];
+    return Filled(Translated("{1}: default {2}"), {label, TranslatedIfOwn(standard)});
   }
-  text += number(field.least) + " to " + number(field.greatest);
-  if (!field.unit.empty()) text.append(" ").append(field.unit);
-  if (!field.zero.empty()) text.append("; 0: ").append(field.zero);
-  return text + "; default " + number(field.standard);
+  std::string meaning;
+  if (!field.unit.empty()) meaning = " " + TranslatedIfOwn(field.unit);
+  if (!field.zero.empty()) meaning += Filled(Translated("; 0: {1}"), {TranslatedIfOwn(field.zero)});
+  return Filled(Translated("{1}: {2} to {3}{4}; default {5}"),
+                {label, number(field.least), number(field.greatest), meaning, number(field.standard)});
 }
 
 }  // namespace kw

@@ -2,10 +2,12 @@
 
 #include <commctrl.h>
 
+#include <iterator>
 #include <optional>
 #include <utility>
 
 #include "components/base/RunTimeError.h"
+#include "components/base/Texts.h"
 #include "windows/base/CommonControls.h"
 #include "windows/base/Guard.h"
 #include "windows/base/Module.h"
@@ -25,6 +27,16 @@ HWND CreatePage(HWND parent, DLGPROC procedure, LPARAM self) {
 }
 
 INT_PTR CALLBACK MeasuredPage(HWND /*dialog*/, UINT /*message*/, WPARAM /*wParam*/, LPARAM /*lParam*/) { return FALSE; }
+
+// A field's text is the user's; before the page shows it, it is empty.
+BOOL CALLBACK TranslateText(HWND child, LPARAM /*parameter*/) {
+  return GuardOr(TRUE, [child] {
+    wchar_t text[256] = {};
+    GetWindowTextW(child, text, static_cast<int>(std::size(text)));
+    SetWindowTextW(child, ToWide(TranslatedIfOwn(FromWide(text))).c_str());
+    return TRUE;
+  });
+}
 
 bool HasKeyboard(HWND window) { return window != nullptr && GetFocus() == window; }
 
@@ -58,6 +70,7 @@ INT_PTR CALLBACK PropertyPageWindow::Procedure(HWND dialog, UINT message, WPARAM
       SetWindowLongPtrW(dialog, DWLP_USER, lParam);
       auto& created = *reinterpret_cast<PropertyPageWindow*>(lParam);
       created.window = dialog;
+      EnumChildWindows(dialog, &TranslateText, 0);
       created.Initialise();
       return FALSE;  // the frame decides who has the keyboard
     }

@@ -2,6 +2,7 @@
 
 #include <oleacc.h>
 
+#include "components/base/Texts.h"
 #include "components/controls/AccessibleTexts.h"
 #include "windows/base/Gdi.h"
 #include "windows/base/Text.h"
@@ -32,7 +33,7 @@ std::vector<AccessibleAnswer> PictureBoxView::Parts() const {
     answer.state = static_cast<LONG>(state);
     answer.name = ToWide(part.name);
     answer.value = ToWide(part.value);
-    if (part.isPickable) answer.action = ToWide(accessible::PickAction);
+    if (part.isPickable) answer.action = ToWide(TranslatedIfOwn(accessible::PickAction));
     answer.place = ToRect(part.bounds);
   }
   return answers;

@@ -5,6 +5,7 @@
 #include <memory>
 #include <utility>
 
+#include "components/base/Texts.h"
 #include "components/controls/AccessibleTexts.h"
 #include "components/controls/DTPicker.h"
 #include "components/controls/ImageCombo.h"
@@ -53,7 +54,7 @@ AccessibleAnswer ControlView::Whole() const {
   whole.role = SystemRoleOf(item.role);
   whole.name = ToWide(item.name);
   whole.value = ToWide(item.value);
-  if (item.role == AccessibleRole::Button) whole.action = ToWide(accessible::PressAction);
+  if (item.role == AccessibleRole::Button) whole.action = ToWide(TranslatedIfOwn(accessible::PressAction));
   return whole;
 }
 

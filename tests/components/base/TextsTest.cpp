@@ -44,6 +44,12 @@ TEST_F(Texts, ThatAreGivenStay) {
   EXPECT_EQ(TranslatedIfOwn(""), "");
 }
 
+TEST_F(Texts, AreFilledInAnyOrder) {
+  EXPECT_EQ(Filled("{2} of {1}{1}", {"a", "b"}), "b of aa");
+  EXPECT_EQ(Filled("{3} {0} {x} {1", {"a", "b"}), "{3} {0} {x} {1");
+  EXPECT_EQ(Filled("{1}", {"{1}"}), "{1}");
+}
+
 TEST_F(Texts, ALanguageIsThatOfItsThread) {
   ChooseLanguage(Pseudo);
   std::string other;

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <optional>
 
+#include "components/base/Texts.h"
 #include "components/parameters/ParameterText.h"
 
 namespace kw {
@@ -105,20 +106,20 @@ void ParameterDialog::SetDesignValues() {
   picPreview.SetIsPreview(true);
   picPreview.SetEnabled(false);  // display only
   tmrPreview.SetInterval(PreviewDelay);
-  ok.SetCaption("OK");
+  ok.SetCaption(Translated("OK"));
   ok.SetIsDefault(true);
-  cancel.SetCaption("Cancel");
-  defaults.SetCaption("&Defaults");
+  cancel.SetCaption(Translated("Cancel"));
+  defaults.SetCaption(Translated("&Defaults"));
   const std::vector<std::string> labels = WithMnemonics(question.fields, "d");
   for (std::size_t i = 0; i < fields.size(); ++i) {
     Field& field = *fields[i];
     field.label.SetHasMnemonic(true);
     field.label.SetCaption(labels[i] + ":");
-    field.unit.SetCaption(std::string(entry.Field(i).unit));
+    field.unit.SetCaption(TranslatedIfOwn(entry.Field(i).unit));
     field.slider.SetHasTicks(false);
     field.slider.SetMax(entry.LastPosition(i));
     field.slider.SetLargeChange(std::max(1, entry.LastPosition(i) / 10));
-    for (const std::string_view choice : entry.Field(i).choices) field.choice.Add(std::string(choice));
+    for (const std::string_view choice : entry.Field(i).choices) field.choice.Add(TranslatedIfOwn(choice));
     ShowValue(i);
   }
 }
@@ -201,7 +202,7 @@ void ParameterDialog::Accept() {
   const std::size_t wrong = *entry.FirstInvalid();
   desktop.Beep();
   EnterField(wrong);
-  message.SetCaption("Not allowed. " + entry.Range(wrong));
+  message.SetCaption(Filled(Translated("Not allowed. {1}"), {entry.Range(wrong)}));
 }
 
 void ParameterDialog::SetDefaults() {
