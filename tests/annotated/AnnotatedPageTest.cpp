@@ -155,7 +155,7 @@ TEST_F(AnnotatedPageTest, IsTheSameInBandsOfAnyHeight) {
   const AnnotatedPage page(Form());
   const Pixels whole = Drawn(page);
   for (const std::size_t bytes :
-       {std::size_t{0}, std::size_t{1}, std::size_t{400 * 12 * 7}, std::size_t{400 * 12 * 299}}) {
+       {std::size_t{0}, std::size_t{1}, std::size_t{33600}, std::size_t{1435200}}) {
     EXPECT_EQ(Drawn(page, bytes), whole) << bytes;
   }
 }

@@ -29,9 +29,7 @@ protected:
     OleUninitialize();
   }
 
-  ForeignRun Run(const std::wstring& command) const {
-    return RunForeignProgram(command, scratch.File(L"output.txt"));
-  }
+  ForeignRun Run(const std::wstring& command) const { return RunForeignProgram(command, scratch.File(L"output.txt")); }
   // Runs a script, whose text is ASCII, under the console script host.
   ForeignRun RunScript(const wchar_t* name, const std::string& text) const {
     std::ofstream(std::filesystem::path(scratch.File(name)), std::ios::binary) << text;
@@ -78,8 +76,8 @@ WScript.Quit 42
 TEST_F(Languages, FreePascalUsesItLateBoundAndHearsEvents) {
   const std::filesystem::path program = std::filesystem::path(Ocx::Path()).parent_path() / "tests" / "PascalClient.exe";
   if (!std::filesystem::exists(program)) GTEST_SKIP() << "the build found no Free Pascal for Windows";
-  ExpectSuccess(Run(L"\"" + program.wstring() + L"\" \"" + scratch.Path() + L"\\\" \"" + scratch.File(L"letter.tif") +
-                    L"\""));
+  ExpectSuccess(
+      Run(L"\"" + program.wstring() + L"\" \"" + scratch.Path() + L"\\\" \"" + scratch.File(L"letter.tif") + L"\""));
 }
 
 }  // namespace

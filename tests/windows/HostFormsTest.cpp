@@ -1,10 +1,11 @@
-// Forms of a host that are not like ours: mirrored for languages that are read from right to left or in a program
+// Hosts that are not like ours: forms that are mirrored for languages that are read from right to left or in a program
 // that says that it knows the screen's scale or that it does not.
 
 #include <windows.h>
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstdlib>
 #include <memory>
 #include <string>
@@ -69,6 +70,29 @@ TEST(MirroredForm, TheControlLooksAsInAnyOther) {
   };
   const Snapshot usual = look(TestForm::HostWindow());
   EXPECT_TRUE(look(MirroredWindow()) == usual);
+}
+
+// The loops of known toolkits look for a message before they take it. The system forgets a painting without an area as
+// soon as somebody has seen it.
+void RunPeekingLoop(DWORD milliseconds) {
+  for (const DWORD start = GetTickCount(); GetTickCount() - start < milliseconds; Sleep(1)) {
+    MSG message = {};
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE) != FALSE) {
+      if (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) != FALSE) DispatchMessageW(&message);
+    }
+  }
+}
+
+TEST(HostLoops, ThatLookBeforeTheyTakeShowEachChange) {
+  TestForm form;
+  form.page.SetVisible(true);
+  form.page.Move(0, 0, 100, 100);
+  for (const int green : {200, 100, 50}) {
+    RunPeekingLoop(100);
+    form.page.SetPicture(Plain(100, 100, {.red = 10, .green = static_cast<std::uint8_t>(green), .blue = 30}));
+    RunPeekingLoop(100);
+    EXPECT_EQ(PixelOf(WindowOf(form.canvas), 50, 50), RGB(10, green, 30));
+  }
 }
 
 // The contexts of a program that knows nothing, one number for all screens, or each screen's own.

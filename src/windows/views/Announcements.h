@@ -11,7 +11,7 @@ namespace kw::windows {
 // loop, because a listener in the same process may do anything. Noting needs no memory.
 class Announcements {
 public:
-  // In the range of the window class; see ViewTree::KeysMessage.
+  // Beside ViewTree's KeysMessage and TabMessage.
   static constexpr UINT Message = WM_USER + 1;
 
   // Notes an event (EVENT_OBJECT_...) of a window, or of a part of it by its child id. `teller` is the window that gets

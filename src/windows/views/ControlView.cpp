@@ -316,8 +316,6 @@ LRESULT ControlView::Handle(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_GETOBJECT:
       if (const LRESULT answer = accessibleWindow.Answer(window, *this, wParam, lParam); answer != 0) return answer;
       break;
-    case ViewTree::TabMessage:
-      return tree.OnTabMessage(static_cast<UINT>(wParam), lParam);
     case WM_SETFOCUS: {
       const LRESULT result = OnMessage(message, wParam, lParam);
       if (IsAttached()) FocusCame();

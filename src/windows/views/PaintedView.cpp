@@ -68,6 +68,8 @@ LRESULT PaintedView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_GETDLGCODE:
       if (keys != nullptr) return DLGC_WANTCHARS;
       break;
+    case ViewTree::TabMessage:
+      return Shared().OnTabMessage(static_cast<UINT>(wParam), lParam);
     case WM_ERASEBKGND: {
       // WM_PAINT paints the view's own background. A transparent child requests it with its own context.
       auto* const context = reinterpret_cast<HDC>(wParam);

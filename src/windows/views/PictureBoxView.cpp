@@ -36,15 +36,16 @@ bool PictureBoxView::IsTabStop() const {
                               [](const Control* child) { return dynamic_cast<const PictureBox*>(child) != nullptr; });
 }
 
-// Schedules one painting for all changes until then; it paints only what changed.
+// Schedules one painting for all changes until then; it paints only what changed. A painting without an area comes at
+// once, but the system forgets it if a host's loop looks at its message before it takes it: the timer makes up for
+// that.
 void PictureBoxView::ItemsChanged() {
   if (Handle() == nullptr || isPaintingDue) return;
   isPaintingDue = true;
   const bool isSoon = std::chrono::steady_clock::now() - lastPainting < LeastPause;
-  if (!isSoon || SetTimer(Handle(), PaintTimer, static_cast<UINT>(LeastPause.count()), nullptr) == 0) AskForPainting();
+  const bool isTimed = SetTimer(Handle(), PaintTimer, static_cast<UINT>(LeastPause.count()), nullptr) != 0;
+  if (!isSoon || !isTimed) RedrawWindow(Handle(), nullptr, nullptr, RDW_INTERNALPAINT);
 }
-
-void PictureBoxView::AskForPainting() const { RedrawWindow(Handle(), nullptr, nullptr, RDW_INTERNALPAINT); }
 
 void PictureBoxView::PaintItems() {
   isPaintingDue = false;
@@ -83,7 +84,7 @@ LRESULT PictureBoxView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     case WM_TIMER:
       if (wParam != PaintTimer) break;
       KillTimer(Handle(), PaintTimer);
-      if (isPaintingDue) AskForPainting();
+      if (isPaintingDue) PaintItems();
       return 0;
     case WM_COMMAND:
       if (HIWORD(wParam) == EN_CHANGE && TakesInput()) TextField::TakeTextOf(reinterpret_cast<HWND>(lParam));

@@ -53,7 +53,6 @@ private:
   // Converts the point to the item's box: this one or one inside.
   POINT PointOnBoxOf(const CanvasItemView& item, POINT point) const;
   void TakeFocus();
-  void AskForPainting() const;
   // Paints the out-of-date parts with the present items.
   void PaintItems();
 

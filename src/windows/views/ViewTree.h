@@ -81,7 +81,9 @@ public:
   bool TakeClaimedTab(UINT message, WPARAM key);
   // The same for a window within a system control, which is no view of its own.
   static void ClaimTabOf(HWND inner);
-  static constexpr UINT TabMessage = WM_USER + 1;  // such a window's message and argument, sent to the view around it
+  // Such a window's message and argument, sent to the painted view around it. A system control has messages of its own
+  // from WM_USER on.
+  static constexpr UINT TabMessage = WM_USER + 2;
   LRESULT OnTabMessage(UINT message, LPARAM argument);
   // The root got the focus from another window of the host. If that was by the Tab key, it goes on to a stop.
   void EnterByTab(HWND from);

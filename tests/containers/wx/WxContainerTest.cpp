@@ -1,8 +1,8 @@
 // The control in wxWidgets' container for ActiveX controls.
 
-#include <wx/wx.h>
 #include <wx/evtloop.h>
 #include <wx/msw/ole/activex.h>
+#include <wx/wx.h>
 
 #include <gtest/gtest.h>
 
