@@ -59,7 +59,7 @@ protected:
     return As<IDataObject>()->DAdvise(&format, flags, &sink, &connection);
   }
   // The notices of the next half second.
-  int Notices() {
+  int Notices() const {
     const int before = sink.notices;
     PumpMessages(500);
     return sink.notices - before;

@@ -76,12 +76,8 @@ void ExpectThePage(const GivenPicture& picture) {
 // A top-down bitmap to draw into, magenta at first.
 class Paper {
 public:
-  Paper(int width, int height) : context(CreateCompatibleDC(nullptr)) {
-    BITMAPINFO info = {};
-    info.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-    void* bits = nullptr;
-    bitmap = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-    before = SelectObject(context, bitmap);
+  Paper(int width, int height)
+      : context(CreateCompatibleDC(nullptr)), bitmap(MakeBitmap(width, height)), before(SelectObject(context, bitmap)) {
     const HBRUSH brush = CreateSolidBrush(RGB(255, 0, 255));
     const RECT all = {0, 0, width, height};
     FillRect(context, &all, brush);
@@ -98,6 +94,13 @@ public:
   COLORREF At(int x, int y) const { return GetPixel(context, x, y); }
 
 private:
+  static HBITMAP MakeBitmap(int width, int height) {
+    BITMAPINFO info = {};
+    info.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    void* bits = nullptr;
+    return CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+  }
+
   HDC context;
   HBITMAP bitmap;
   HGDIOBJ before;
@@ -242,8 +245,8 @@ TEST_F(DataObjectTest, GivesAMetafileOfTheSizeOnPaper) {
   ASSERT_EQ(Get(FormatOf(CF_ENHMETAFILE, TYMED_ENHMF), given), S_OK);
   ENHMETAHEADER head = {};
   ASSERT_NE(GetEnhMetaFileHeader(given.hEnhMetaFile, sizeof head, &head), 0U);
-  EXPECT_NEAR(head.rclFrame.right - head.rclFrame.left, Width * 2540 / 300, 1);
-  EXPECT_NEAR(head.rclFrame.bottom - head.rclFrame.top, Height * 2540 / 200, 1);
+  EXPECT_NEAR(head.rclFrame.right - head.rclFrame.left, Width * 2540 / 300.0, 1);
+  EXPECT_NEAR(head.rclFrame.bottom - head.rclFrame.top, Height * 2540 / 200.0, 1);
   const Paper paper(Width + 2, Height + 2);
   const RECT place = {1, 1, 1 + Width, 1 + Height};
   ASSERT_NE(PlayEnhMetaFile(paper.Context(), given.hEnhMetaFile, &place), FALSE);
@@ -267,8 +270,8 @@ TEST_F(DataObjectTest, PrintsThePage) {
   EXPECT_EQ(Draw(nullptr, {0, 0, 5, 5}), E_INVALIDARG);
   SIZEL size = {};
   EXPECT_EQ(As<IViewObject2>()->GetExtent(DVASPECT_DOCPRINT, -1, nullptr, &size), S_OK);
-  EXPECT_NEAR(size.cx, Width * 2540 / 300, 1);
-  EXPECT_NEAR(size.cy, Height * 2540 / 200, 1);
+  EXPECT_NEAR(size.cx, Width * 2540 / 300.0, 1);
+  EXPECT_NEAR(size.cy, Height * 2540 / 200.0, 1);
 }
 
 TEST_F(DataObjectTest, FillsABlockThatIsLargeEnough) {

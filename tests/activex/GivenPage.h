@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstring>
 #include <vector>
 
@@ -32,7 +33,9 @@ struct GivenPicture {
   int height = 0;
   std::vector<COLORREF> pixels;
 
-  COLORREF At(int x, int y) const { return pixels[static_cast<std::size_t>(y * width + x)]; }
+  COLORREF At(int x, int y) const {
+    return pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)];
+  }
 };
 
 // Reads a packed bitmap of 24 bits with a head of 40 or 124 bytes.
@@ -52,7 +55,10 @@ inline GivenPicture PictureOf(HGLOBAL block) {
   EXPECT_EQ(picture.head.bV5SizeImage, stride * static_cast<std::size_t>(picture.height));
   for (int y = 0; y < picture.height; ++y) {
     const BYTE* const row = bytes + headBytes + stride * static_cast<std::size_t>(picture.height - 1 - y);
-    for (int x = 0; x < picture.width; ++x) picture.pixels.push_back(RGB(row[3 * x + 2], row[3 * x + 1], row[3 * x]));
+    for (int x = 0; x < picture.width; ++x) {
+      const BYTE* const pixel = row + std::ptrdiff_t{3} * x;
+      picture.pixels.push_back(RGB(pixel[2], pixel[1], pixel[0]));
+    }
   }
   GlobalUnlock(block);
   return picture;

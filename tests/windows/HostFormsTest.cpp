@@ -63,7 +63,7 @@ TEST(MirroredForm, TheControlLooksAsInAnyOther) {
     form.window->Show(true);
     Paint(form.window->Handle());
     TestForm::Pump();
-    const Snapshot canvas(WindowOf(form.canvas));
+    Snapshot canvas(WindowOf(form.canvas));
     form.window.reset();
     DestroyWindow(host);
     return canvas;

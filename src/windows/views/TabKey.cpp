@@ -1,5 +1,7 @@
 // The way of the focus through the tree by the Tab key.
 
+#include <windows.h>
+
 #include <commctrl.h>
 
 #include <algorithm>
