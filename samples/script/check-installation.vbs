@@ -5,7 +5,7 @@
 Option Explicit
 Const ClassId = "{68034BF5-A1E1-413F-8FB1-FA19204BC7A4}"
 Const ProgId = "KwEditor.KwEditorLayers"
-Dim shell, files, path, bits, other, version, editor, number, text
+Dim shell, files, path, bits, other, version, editor, number, text, folder, former
 Set shell = CreateObject("WScript.Shell")
 Set files = CreateObject("Scripting.FileSystemObject")
 
@@ -53,17 +53,22 @@ If WScript.Arguments.Count > 0 Then
   End If
 End If
 
-' A new control writes its trace to the current folder.
-shell.CurrentDirectory = shell.ExpandEnvironmentStrings("%TEMP%")
+' A new control writes its trace to the current folder: one of its own, which goes again.
+former = shell.CurrentDirectory
+folder = files.GetSpecialFolder(2) & "\" & files.GetTempName()
+files.CreateFolder folder
+shell.CurrentDirectory = folder
 On Error Resume Next
 Set editor = CreateObject(ProgId)
 number = Err.Number
 text = Err.Description
+Set editor = Nothing
+shell.CurrentDirectory = former
+files.DeleteFolder folder
 On Error GoTo 0
 If number <> 0 Then
   Wrong "the control cannot be loaded (error " & number & " " & text & "): " & path, _
     "install KwEditor-<version>-" & bits & ".msi again: the file is damaged, or it is that of the other architecture."
 End If
-Set editor = Nothing
 WScript.Echo "The installation for " & bits & " programs is in order: version " & version & ", " & path
 WScript.Quit 0

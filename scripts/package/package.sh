@@ -71,12 +71,11 @@ package_parts() {
   for bits in x64 x86; do
     build=$tree/build/windows-$bits
     mkdir -p "$all/$bits" "$out/parts/symbols/$bits" "$out/parts/msi-$bits/docs" &&
-      cp "$build"/{KwEditor.ocx,KwHost.exe,kwpic.exe} "$build/generated/activex/KwEditor.tlb" "$all/$bits/" &&
+      cp "${products[@]/#/$build/}" "$build/generated/activex/KwEditor.tlb" "$all/$bits/" &&
       package_sign "$all/$bits"/*.ocx "$all/$bits"/*.exe &&
       "$package_tools/manifest" $bits "$version" "$out/parts/registry.txt" "$all/$bits/KwEditor.manifest" &&
       cp "$build"/symbols/*.debug "$out/parts/symbols/$bits/" &&
-      cp "$all/$bits"/{KwEditor.ocx,KwHost.exe,kwpic.exe} "$out/parts/msi-$bits/" &&
-      (cd "$out/parts" && cp "$all"/{LICENSE,THIRD-PARTY-NOTICES,CHANGELOG.md} "msi-$bits/") &&
+      cp "${products[@]/#/$all/$bits/}" "$all"/{LICENSE,THIRD-PARTY-NOTICES,CHANGELOG.md} "$out/parts/msi-$bits/" &&
       cp "$tree"/docs/{hosting,reference,kwpic}.md "$out/parts/msi-$bits/docs/" || return 1
   done
   (cd "$all" && find . -type f -printf '%P\n' | LC_ALL=C sort | xargs -d '\n' sha256sum >../sums && mv ../sums SHA256SUMS)
