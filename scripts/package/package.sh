@@ -62,7 +62,7 @@ package_parts() {
   KW_PREFIX=$root/build/wine "$package_tools/registry" "$tree/build/windows-x64/KwEditor.ocx" "$out/parts/registry.txt" || return 1
   grep -qE "^## .*\b$version\b" "$tree/CHANGELOG.md" ||
     { echo "CHANGELOG.md has no heading with the version $version: add it"; return 1; }
-  grep -qE "^TypeLib.{41}${version%.*}"$'\t' "$out/parts/registry.txt" ||
+  grep -qE "^TypeLib.{40}${version%.*}"$'\t' "$out/parts/registry.txt" ||
     { echo "the type library is not of version ${version%.*}: change src/activex/KwEditor.idl"; return 1; }
   cp "$tree"/{LICENSE,CHANGELOG.md} "$out/parts/THIRD-PARTY-NOTICES" "$all/" &&
     cp -r "$tree"/docs/. "$all/docs/" && cp -r "$tree"/samples/. "$all/samples/" &&
