@@ -30,10 +30,11 @@ function(kw_type_library target idl)
   set(frozen "${CMAKE_COMMAND}" -E env TZ=UTC "${KW_FAKETIME}" -f "2000-01-01 00:00:00")
   add_custom_command(
     OUTPUT "${output}.tlb" "${output}.h" "${output}_i.c"
-    COMMAND ${frozen} ${widl} -t -o "${output}.tlb" "${source}"
-    COMMAND ${widl} -h -o "${output}.h" "${source}"
-    COMMAND ${widl} -u -o "${output}_i.c" "${source}"
-    DEPENDS "${source}" ${included} VERBATIM)
+    COMMAND ${frozen} ${widl} -t -o "${output}.tlb" "${idl}"
+    COMMAND ${widl} -h -o "${output}.h" "${idl}"
+    COMMAND ${widl} -u -o "${output}_i.c" "${idl}"
+    # By its name alone, because the headers tell from what file they come.
+    WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}" DEPENDS "${source}" ${included} VERBATIM)
   add_library(${target} STATIC "${output}_i.c" "${output}.h" "${output}.tlb")
   target_include_directories(${target} SYSTEM INTERFACE "${generated}")
   set(${target}_TLB "${output}.tlb" PARENT_SCOPE)
