@@ -25,12 +25,16 @@ function(kw_type_library target idl)
   set(source "${CMAKE_CURRENT_SOURCE_DIR}/${idl}")
   list(TRANSFORM ARGN PREPEND "${CMAKE_SOURCE_DIR}/src/" OUTPUT_VARIABLE included)
   set(widl "${KW_WIDL}" -I "${CMAKE_SOURCE_DIR}/src" -I "${KW_WINE_IDL}" -L "${KW_WINE_TLB}" ${bits})
+  # The compiler notes the time in the library, which would make every build a different one.
+  find_program(KW_FAKETIME faketime REQUIRED)
+  set(frozen "${CMAKE_COMMAND}" -E env TZ=UTC "${KW_FAKETIME}" -f "2000-01-01 00:00:00")
   add_custom_command(
     OUTPUT "${output}.tlb" "${output}.h" "${output}_i.c"
-    COMMAND ${widl} -t -o "${output}.tlb" "${source}"
-    COMMAND ${widl} -h -o "${output}.h" "${source}"
-    COMMAND ${widl} -u -o "${output}_i.c" "${source}"
-    DEPENDS "${source}" ${included} VERBATIM)
+    COMMAND ${frozen} ${widl} -t -o "${output}.tlb" "${idl}"
+    COMMAND ${widl} -h -o "${output}.h" "${idl}"
+    COMMAND ${widl} -u -o "${output}_i.c" "${idl}"
+    # By its name alone, because the headers tell from what file they come.
+    WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}" DEPENDS "${source}" ${included} VERBATIM)
   add_library(${target} STATIC "${output}_i.c" "${output}.h" "${output}.tlb")
   target_include_directories(${target} SYSTEM INTERFACE "${generated}")
   set(${target}_TLB "${output}.tlb" PARENT_SCOPE)

@@ -242,5 +242,15 @@ TEST_F(Kwpic, ScansAreSplitJoinedAndConverted) {
   ExpectPages({pixels}, At("photo.bmp"));
 }
 
+TEST_F(Kwpic, LicencesShowsItsOwnAndThoseOfItsLibraries) {
+  const std::string text = Output({"--licences"});
+  EXPECT_EQ(0U, text.find("MIT License\n"));
+  for (const char* library : {"giflib", "Highway", "LERC", "libjpeg-turbo", "libtiff", "libwebp", "liblzma", "zlib",
+                              "Zstandard", "Run time of GCC", "Run time of mingw-w64", "winpthreads", "CLI11"})
+    EXPECT_NE(std::string::npos, text.find("\n" + std::string(library))) << library;
+  // Whole, to the end of the last one.
+  EXPECT_NE(std::string::npos, text.find("limitations under the License.\n", text.size() - 40));
+}
+
 }  // namespace
 }  // namespace kw

@@ -9,6 +9,7 @@
 
 #include "Describe.h"
 #include "Libraries.h"
+#include "Licences.h"
 
 namespace kw {
 namespace {
@@ -61,6 +62,9 @@ public:
     // A path may begin with a slash on Windows, too.
     app.allow_windows_style_options(false);
     app.set_version_flag("--version", "kwpic " KW_VERSION "\n" + Libraries());
+    // Shown as the version is.
+    app.add_flag_callback(
+        "--licences", [] { throw CLI::CallForVersion(Licences(), 0); }, "Show its licence and those of its libraries");
     AddFileCommands();
     AddConvert();
     AddApply();
