@@ -36,19 +36,36 @@ bool PictureBoxView::IsTabStop() const {
                               [](const Control* child) { return dynamic_cast<const PictureBox*>(child) != nullptr; });
 }
 
-// Schedules one painting for all changes until then; it paints only what changed. A painting without an area comes at
-// once, but the system forgets it if a host's loop looks at its message before it takes it: the timer makes up for
-// that.
+// Schedules one painting for all changes until then; it paints only what changed.
 void PictureBoxView::ItemsChanged() {
   if (Handle() == nullptr || isPaintingDue) return;
   isPaintingDue = true;
   const bool isSoon = std::chrono::steady_clock::now() - lastPainting < LeastPause;
   const bool isTimed = SetTimer(Handle(), PaintTimer, static_cast<UINT>(LeastPause.count()), nullptr) != 0;
-  if (!isSoon || !isTimed) RedrawWindow(Handle(), nullptr, nullptr, RDW_INTERNALPAINT);
+  if (!isSoon || !isTimed) AskForPainting();
+}
+
+// A painting without an area comes when no input waits. The system forgets it if a host's loop looks at its message
+// before it takes it.
+void PictureBoxView::AskForPainting() {
+  askedForPainting = std::chrono::steady_clock::now();
+  RedrawWindow(Handle(), nullptr, nullptr, RDW_INTERNALPAINT);
+}
+
+// Asks for the painting that is due; if it was asked for and does not come, paints. The timer runs until then.
+void PictureBoxView::OnPaintTimer() {
+  if (!isPaintingDue) {
+    KillTimer(Handle(), PaintTimer);
+  } else if (!askedForPainting) {
+    AskForPainting();
+  } else if (std::chrono::steady_clock::now() - *askedForPainting >= LeastPause) {
+    PaintItems();
+  }
 }
 
 void PictureBoxView::PaintItems() {
   isPaintingDue = false;
+  askedForPainting.reset();
   CollectItems(box, Shared().Scaling(), formerItems);
   compositor.SetBackground(box.BackColor());
   const std::vector<PixelRect> changed = compositor.Exchange(formerItems);
@@ -83,8 +100,7 @@ LRESULT PictureBoxView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
       break;
     case WM_TIMER:
       if (wParam != PaintTimer) break;
-      KillTimer(Handle(), PaintTimer);
-      if (isPaintingDue) PaintItems();
+      OnPaintTimer();
       return 0;
     case WM_COMMAND:
       if (HIWORD(wParam) == EN_CHANGE && TakesInput()) TextField::TakeTextOf(reinterpret_cast<HWND>(lParam));

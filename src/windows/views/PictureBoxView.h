@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <optional>
 #include <vector>
 
 #include "components/controls/PictureBox.h"
@@ -55,6 +56,8 @@ private:
   void TakeFocus();
   // Paints the out-of-date parts with the present items.
   void PaintItems();
+  void AskForPainting();
+  void OnPaintTimer();
 
   PictureBox& box;
   Compositor compositor;
@@ -64,6 +67,7 @@ private:
   std::vector<DisplayItem> formerItems;  // kept to reuse its memory
   bool isPaintingDue = false;
   std::chrono::steady_clock::time_point lastPainting;
+  std::optional<std::chrono::steady_clock::time_point> askedForPainting;  // for the one that is due
 };
 
 }  // namespace kw::windows
