@@ -107,7 +107,8 @@ TEST(MembersDocument, TellsEveryError) {
   int numbers = 0;
   for (std::string line; std::getline(file, line);) {
     const auto equals = line.find(" = ");
-    if (line.rfind("  ", 0) != 0 || equals == std::string::npos || line.back() != ',' || line.find('(') != line.npos)
+    if (line.rfind("  ", 0) != 0 || equals == std::string::npos || line.back() != ',' ||
+        line.find('(') != std::string::npos)
       continue;
     const int number = std::stoi(line.substr(equals + 3));
     ++numbers;
