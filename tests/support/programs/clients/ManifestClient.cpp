@@ -79,7 +79,7 @@ int Use(const wchar_t* manifest, const wchar_t* folder) {
   const HANDLE thread = CreateThread(nullptr, 0, &Call, &visit, 0, nullptr);
   ServeUntil(thread);
   step = Called;
-  DWORD result = static_cast<DWORD>(E_FAIL);
+  auto result = static_cast<DWORD>(E_FAIL);
   GetExitCodeThread(thread, &result);
   short levels = 0;
   if (FAILED(static_cast<HRESULT>(result)) || FAILED(editor->get_MaxUndoLevels(&levels)) || levels != 17) return step;
