@@ -154,8 +154,7 @@ TEST_F(AnnotatedPageTest, IsTheSameInBandsOfAnyHeight) {
   AddEllipse();
   const AnnotatedPage page(Form());
   const Pixels whole = Drawn(page);
-  for (const std::size_t bytes :
-       {std::size_t{0}, std::size_t{1}, std::size_t{33600}, std::size_t{1435200}}) {
+  for (const std::size_t bytes : {std::size_t{0}, std::size_t{1}, std::size_t{33600}, std::size_t{1435200}}) {
     EXPECT_EQ(Drawn(page, bytes), whole) << bytes;
   }
 }
