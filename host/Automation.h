@@ -35,7 +35,7 @@ HRESULT PutProperty(IDispatch& object, DISPID id, _variant_t& value, std::wstrin
 // "PageChanged: PageNo = 2" for an event of `info` with these arguments.
 std::wstring EventText(ITypeInfo& info, DISPID event, const DISPPARAMS& arguments);
 
-// What the system says about a failure.
+// The system's text about a failure.
 std::wstring ErrorText(HRESULT error);
 // What the object itself says about the failure of its interface `iid`, by IErrorInfo, else the system. To be called
 // before any other call of COM.

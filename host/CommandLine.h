@@ -10,7 +10,7 @@ inline constexpr wchar_t Usage[] =
     L"KwHost.exe [FILE] [--appdir DIR] [--background FILE] [--signature FILE] [--editable yes|no] "
     L"[--settings FILE]";
 
-// What the program is started with. Paths are complete, an empty one was not given.
+// The program's arguments. Paths are complete, an empty one was not given.
 struct CommandLine {
   std::wstring file;
   std::wstring appDir;  // ends with a backslash

@@ -137,7 +137,7 @@ void PropertyPanel::Refresh() {
     if (row.IsSwitch()) {
       SendMessageW(row.control, BM_SETCHECK, V_BOOL(&value) != VARIANT_FALSE ? BST_CHECKED : BST_UNCHECKED, 0);
     } else if (GetFocus() != row.control || SendMessageW(row.control, EM_GETMODIFY, 0, 0) == 0) {
-      // What the user is typing stays.
+      // Typing that is under way stays.
       if (WindowText(row.control) != TextOf(value)) SetWindowTextW(row.control, TextOf(value).c_str());
     }
   }

@@ -16,7 +16,7 @@
 
 namespace kw::activex {
 
-// What a control's interface families share: the editor, the client site, and the state that the container sees.
+// The state that a control's interface families share: the editor, the client site, and what the container sees.
 class EditorCore {
 public:
   explicit EditorCore(IUnknown& controlling);

@@ -35,7 +35,7 @@ protected:
   ~Persistence() = default;
 
 private:
-  // What the container allows the control to do with its storage between calls.
+  // The use of its storage that the container allows the control between calls.
   enum class StorageState : unsigned char { None, Scribble, NoScribble, HandsOff };
 
   void Read(PropertyBag& bag);

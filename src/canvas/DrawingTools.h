@@ -12,7 +12,7 @@
 
 namespace kw {
 
-// What the mouse does on the canvas: a press is handed to the layer under it or begins a drag, and a drag becomes a
+// The mouse on the canvas: a press is handed to the layer under it or begins a drag, and a drag becomes a
 // floating layer. These handlers run at mouse rate and trace nothing.
 class DrawingTools : private EditorContext {
 public:

@@ -30,7 +30,7 @@ public:
   void mnuMergeDown_Click();
 
 private:
-  // What a letter with the Ctrl key does.
+  // The command of a letter with the Ctrl key.
   struct Shortcut {
     char letter;
     void (*run)(Keyboard& keyboard);

@@ -1,4 +1,4 @@
-// What the control does when its container creates, paints, resizes and destroys it or passes it keys.
+// The control's procedures for creation, painting, resizing, destruction and keys.
 
 #include <algorithm>
 

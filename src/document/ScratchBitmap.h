@@ -10,7 +10,7 @@ namespace kw {
 // have one work folder have one such file, whatever threads they live on; so each call here holds a lock while it uses
 // the file. No call handles messages.
 //
-// What is written ends with a mark: the machine's name and the number of the process.
+// The file ends with a mark: the machine's name and the number of the process.
 class ScratchBitmap {
 public:
   explicit ScratchBitmap(Desktop& platform) : desktop(platform) {}

@@ -13,7 +13,7 @@ constexpr float NoticeableMove = 3;
 constexpr float FrameWidth = 1;
 constexpr float LeastSize = 8;  // enough for the handles to be told apart
 
-// What a handle moves: the edge at its side, in each direction; the order is that of HandlesOf.
+// The edges that a handle moves, in each direction; the order is that of HandlesOf.
 struct Grip {
   int across;  // -1 left edge, 1 right edge, 0 neither
   int down;    // -1 top edge, 1 bottom edge, 0 neither

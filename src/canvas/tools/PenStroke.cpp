@@ -54,7 +54,7 @@ void PenStroke::MakeLayer() {
     bottom = std::max(bottom, marker->Top() + marker->Height());
     centres.push_back({double{marker->Left() + marker->Width() / 2}, double{marker->Top() + marker->Height() / 2}});
   }
-  // What lies off the canvas is never seen.
+  // The part off the canvas is never seen.
   left = std::max(left, 0.0F);
   top = std::max(top, 0.0F);
   right = std::min(right, form.picCanvas.Width());

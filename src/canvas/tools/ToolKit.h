@@ -9,7 +9,7 @@
 
 namespace kw {
 
-// What the tools work with, and what they have in common. Most of them end in a floating layer.
+// The things that the tools work with, and their common steps. Most tools end in a floating layer.
 class ToolKit : public EditorContext {
 public:
   // Adds the tools' buttons and cursors to the form.
@@ -19,7 +19,7 @@ public:
   const Tool* CurrentTool() const;
   void SetCursorFromPressedTool();
 
-  // What the layers of all tools have in common, in this order.
+  // The properties that the layers of all tools share, in this order.
   void SetCommonProperties(Procedure& run, TransparentPicture& layer);
   // A layer on the rectangle that the frame fr was dragged to; null if no layer can be loaded.
   TransparentPicture* MakeFigure(Procedure& run, FigureKind kind);

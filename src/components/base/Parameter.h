@@ -13,9 +13,9 @@ struct Parameter {
   double standard = 0;
   // Only whole numbers are allowed.
   bool whole = false;
-  // What the number counts, as a dialog writes it behind it.
+  // The unit that a dialog writes behind the number.
   std::string_view unit = {};
-  // What 0 stands for if it is no number like the others.
+  // The meaning of 0 if it is no number like the others.
   std::string_view zero = {};
   // If the number only tells a few things apart: their names, from the least number upward.
   std::span<const std::string_view> choices = {};

@@ -8,7 +8,7 @@
 
 namespace kw {
 
-// What standard C++ cannot ask a file system for. Paths are those of ToFilesystemPath().
+// Calls to the file system that standard C++ lacks. Paths are those of ToFilesystemPath().
 
 // The system's own error code; 0 if a call succeeded.
 using SystemCode = int;
@@ -52,7 +52,7 @@ using OpenedFile = std::unique_ptr<std::FILE, CloseFile>;
 
 enum class FileUse {
   Read,
-  // An existing file, to be read and written by nobody else meanwhile. Waits a few seconds for who has it.
+  // An existing file, to be read and written by nobody else meanwhile. Waits a few seconds if another program has it.
   Change,
   // A file that is not there yet.
   Create,
@@ -64,7 +64,7 @@ enum class FileUse {
 SystemCode OpenSystemFile(const std::filesystem::path& path, FileUse use, OpenedFile& file);
 bool SeekFile(std::FILE* file, std::int64_t offset, int origin);
 std::int64_t TellFile(std::FILE* file);
-// What was written to the file is on the disk.
+// Waits until all that was written to the file is on the disk.
 SystemCode FlushToDisk(std::FILE* file);
 
 SystemCode RemoveSystemFile(const std::filesystem::path& path);
@@ -72,7 +72,7 @@ SystemCode RemoveSystemFile(const std::filesystem::path& path);
 void RemoveUnusedFile(const std::filesystem::path& path);
 SystemCode MakeFolder(const std::filesystem::path& path);
 
-// Where the links that `path` may be lead; `path` itself where it is none.
+// The target of `path` if it is a link, through all links; else `path` itself.
 std::filesystem::path BehindLinks(const std::filesystem::path& path);
 
 enum class Durability {

@@ -39,7 +39,7 @@ void Control::SetVisible(bool value) {
   if (!visible) GiveUpFocus();
 }
 
-// What is hidden cannot have the focus; if there are windows, the system has taken it away by now.
+// A hidden control cannot have the focus; if there are windows, the system has taken it away by now.
 void Control::GiveUpFocus() {
   Control* const holder = Root().active;
   for (const Control* one = holder; one != nullptr; one = one->container) {

@@ -16,7 +16,7 @@ namespace kw {
 
 class Control;
 
-// What changed of a model, so that a view repaints no more than that.
+// The kind of a model's change, so that a view repaints no more than that.
 enum class Aspect : std::uint8_t {
   Geometry,    // left, top, width or height
   Visibility,  // shown or hidden
@@ -84,7 +84,7 @@ inline constexpr std::int16_t ControlKey = 2;
 inline constexpr std::int16_t AltKey = 4;
 }  // namespace Mouse
 
-// What every hosted control has: the standard members that its container adds.
+// The standard members that a container adds to every hosted control.
 //
 // Left, Top, Width and Height are in the unit of the container (see Unit); a control without a container measures in
 // its own. A container owns none of its children: the form does, and a child that is destroyed leaves its container.

@@ -24,7 +24,7 @@ public:
   std::int32_t SelectedItem() const { return selected; }
   // Selects an item and shows its text; raises no event.
   void Select(std::int32_t position);
-  // What the combo shows. Setting it selects the item of that text, or none.
+  // The shown text. Setting it selects the item of that text, or none.
   const std::string& Text() const { return text; }
   void SetText(const std::string& newText);
   bool IsEditable() const { return isEditable; }

@@ -28,15 +28,15 @@ public:
   explicit TransparentPicture(std::string controlName) : Control(std::move(controlName), "KWTransPicCtl") {}
   void LoadFrom(const TransparentPicture& other);
 
-  // What is shown. Assigning it makes it the source picture too. It raises Change even if the same picture is assigned,
-  // because it makes the control draw itself anew.
+  // The shown picture. Assigning it makes it the source picture too. It raises Change even if the same picture is
+  // assigned, because it makes the control draw itself anew.
   const Bitmap& Picture() const { return picture; }
   void SetPicture(Bitmap newPicture);
   // Another picture has another number; no two pictures of a process have the same.
   std::uint64_t PictureNumber() const { return pictureNumber; }
   bool HasPicture() const { return !picture.IsEmpty(); }
   bool TryClearPicture() override;
-  // What the displayed picture is reset from when the view is rebuilt.
+  // The picture that the displayed one is reset from when the view is rebuilt.
   const Bitmap& SourcePicture() const { return sourcePicture; }
 
   // Whether the page's background is drawn paler.
@@ -59,7 +59,7 @@ public:
   // Width of outlines in pixels.
   std::int16_t LineWidth() const { return design.lineWidth; }
   void SetLineWidth(std::int16_t value);
-  // What is drawn in this colour lets through what lies below.
+  // Pixels of this colour are transparent.
   Colour TransparentColor() const { return design.transparentColor; }
   void SetTransparentColor(Colour value) { Assign(design.transparentColor, value, Aspect::Colours); }
   // What the layer draws inside its bounds, by FigureKind's numbers.
@@ -104,7 +104,7 @@ protected:
   void Resized() override { Change.Raise(); }
 
 private:
-  // What another layer of the same design has, too.
+  // The values that layers of the same design share.
   struct Design {
     std::string caption;
     Colour foreColor = 0;

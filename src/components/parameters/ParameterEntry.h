@@ -14,7 +14,7 @@
 
 namespace kw {
 
-// What a user has entered so far in a dialog that asks for parameters: a value for each field, or none while the text
+// The user's entries so far in a dialog that asks for parameters: a value for each field, or none while the text
 // of a field is no number that it allows. A field is typed into, stepped by a spin button or dragged by a slider; a
 // field with choices is a list.
 class ParameterEntry {
