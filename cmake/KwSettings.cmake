@@ -45,4 +45,9 @@ if(WIN32)
   endif()
 endif()
 
+option(KW_LINES "Symbols tell lines of the source code, by paths from the project's folder" OFF)
+if(KW_LINES)
+  add_compile_options(-g1 "-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.")
+endif()
+
 include(KwHardening)

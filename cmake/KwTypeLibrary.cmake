@@ -3,7 +3,8 @@
 # it, by paths from there. Linking to <target> gives
 #   "<folder>/<stem>.h"    the interfaces,
 #   "<folder>/<stem>.tlb"  the type library, for a resource script: 1 TYPELIB "<folder>/<stem>.tlb"
-# and the definitions of the IIDs and CLSIDs. The variable <target>_TLB holds the path of the type library, so that a
+# and the definitions of the IIDs and CLSIDs. The file gets the project's version: KW_LIBRARY_VERSION (its first two
+# numbers) and KW_LIBRARY_TITLE. The variable <target>_TLB holds the path of the type library, so that a
 # resource script can be rebuilt with it: set_source_files_properties(x.rc PROPERTIES OBJECT_DEPENDS "${<target>_TLB}")
 function(kw_type_library target idl)
   find_program(KW_WIDL ${KW_TARGET}-widl REQUIRED)
@@ -24,7 +25,8 @@ function(kw_type_library target idl)
   file(MAKE_DIRECTORY "${generated}/${folder}")
   set(source "${CMAKE_CURRENT_SOURCE_DIR}/${idl}")
   list(TRANSFORM ARGN PREPEND "${CMAKE_SOURCE_DIR}/src/" OUTPUT_VARIABLE included)
-  set(widl "${KW_WIDL}" -I "${CMAKE_SOURCE_DIR}/src" -I "${KW_WINE_IDL}" -L "${KW_WINE_TLB}" ${bits})
+  set(version "${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}")
+  set(widl "${KW_WIDL}" "-DKW_LIBRARY_VERSION=${version}" "-DKW_LIBRARY_TITLE=\"Kw image annotation editor ${version}\"" -I "${CMAKE_SOURCE_DIR}/src" -I "${KW_WINE_IDL}" -L "${KW_WINE_TLB}" ${bits})
   # The compiler notes the time in the library, which would make every build a different one.
   find_program(KW_FAKETIME faketime REQUIRED)
   set(frozen "${CMAKE_COMMAND}" -E env TZ=UTC "${KW_FAKETIME}" -f "2000-01-01 00:00:00")

@@ -1,4 +1,4 @@
-// The least program that shows the control: one window, a site, one event, and the properties kept in a file.
+// run: the least program that shows the control: one window, a site, one event, and the properties kept in a file.
 //   KwMinimal.exe FILE SETTINGS
 // Its manifest names KwEditor.ocx, which lies beside it. What it has no use for it answers with E_NOTIMPL or S_OK, as
 // the interface has it. The control writes its trace into the current folder until AppDir is set.
@@ -8,7 +8,7 @@
 
 #include <string>
 
-#include "activex/KwEditor.h"
+#include "KwEditor.h"
 
 namespace {
 using _com_util::CheckError;
