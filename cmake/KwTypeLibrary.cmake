@@ -4,7 +4,7 @@
 #   "<folder>/<stem>.h"    the interfaces,
 #   "<folder>/<stem>.tlb"  the type library, for a resource script: 1 TYPELIB "<folder>/<stem>.tlb"
 # and the definitions of the IIDs and CLSIDs. The file gets the project's version: KW_LIBRARY_VERSION (its first two
-# numbers) and KW_LIBRARY_TITLE. The variable <target>_TLB holds the path of the type library, so that a
+# numbers) and KW_LIBRARY_TITLE; code that links to it gets KW_LIBRARY_MAJOR and KW_LIBRARY_MINOR. The variable <target>_TLB holds the path of the type library, so that a
 # resource script can be rebuilt with it: set_source_files_properties(x.rc PROPERTIES OBJECT_DEPENDS "${<target>_TLB}")
 function(kw_type_library target idl)
   find_program(KW_WIDL ${KW_TARGET}-widl REQUIRED)
@@ -39,5 +39,7 @@ function(kw_type_library target idl)
     WORKING_DIRECTORY "${CMAKE_CURRENT_SOURCE_DIR}" DEPENDS "${source}" ${included} VERBATIM)
   add_library(${target} STATIC "${output}_i.c" "${output}.h" "${output}.tlb")
   target_include_directories(${target} SYSTEM INTERFACE "${generated}")
+  target_compile_definitions(${target} INTERFACE KW_LIBRARY_MAJOR=${PROJECT_VERSION_MAJOR}
+                                                 KW_LIBRARY_MINOR=${PROJECT_VERSION_MINOR})
   set(${target}_TLB "${output}.tlb" PARENT_SCOPE)
 endfunction()

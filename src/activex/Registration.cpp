@@ -27,15 +27,15 @@ using Microsoft::WRL::ComPtr;
 constexpr wchar_t ProgId[] = L"KwEditor.KwEditorLayers";
 constexpr wchar_t VersionedProgId[] = L"KwEditor.KwEditorLayers.1";
 constexpr wchar_t PageName[] = L"Kw image annotation editor, property page";
-constexpr WORD TypeLibraryMajor = 1;
-constexpr WORD TypeLibraryMinor = 0;
 #ifdef _WIN64
 constexpr SYSKIND System = SYS_WIN64;
-constexpr wchar_t SystemKey[] = L"\\1.0\\0\\win64";
+constexpr wchar_t SystemName[] = L"win64";
 #else
 constexpr SYSKIND System = SYS_WIN32;
-constexpr wchar_t SystemKey[] = L"\\1.0\\0\\win32";
+constexpr wchar_t SystemName[] = L"win32";
 #endif
+
+std::wstring LibraryVersion() { return std::to_wstring(KW_LIBRARY_MAJOR) + L"." + std::to_wstring(KW_LIBRARY_MINOR); }
 
 std::wstring ToText(REFGUID guid) {
   wchar_t text[39];
@@ -46,6 +46,8 @@ std::wstring ToText(REFGUID guid) {
 std::wstring KeyOfClass(REFCLSID classId) { return L"CLSID\\" + ToText(classId); }
 std::wstring KeyOfInterface(REFIID iid) { return L"Interface\\" + ToText(iid); }
 std::wstring KeyOfLibrary() { return L"TypeLib\\" + ToText(LIBID_KwEditor); }
+// What only this architecture has of the library.
+std::wstring KeyOfSystem() { return KeyOfLibrary() + L"\\" + LibraryVersion() + L"\\0\\" + SystemName; }
 
 HRESULT Write(const ClassesRoot& classes, std::span<const RegistryRow> rows) {
   for (const RegistryRow& row : rows) {
@@ -71,7 +73,7 @@ HRESULT WriteClass(const ClassesRoot& classes) {
       {key + L"\\Programmable", nullptr, L""},
       {key + L"\\ToolboxBitmap32", nullptr, path + L", " + std::to_wstring(ToolboxBitmapId)},
       {key + L"\\TypeLib", nullptr, ToText(LIBID_KwEditor)},
-      {key + L"\\Version", nullptr, std::to_wstring(TypeLibraryMajor) + L"." + std::to_wstring(TypeLibraryMinor)},
+      {key + L"\\Version", nullptr, LibraryVersion()},
       {key + L"\\VersionIndependentProgID", nullptr, ProgId},
       {ProgId, nullptr, UserTypeName},
       {std::wstring(ProgId) + L"\\CLSID", nullptr, classId},
@@ -116,9 +118,9 @@ HRESULT WriteTypeLibrary(Users users) {
 }
 
 HRESULT RemoveTypeLibrary(const ClassesRoot& classes, Users users) {
-  if (!classes.Has(KeyOfLibrary() + SystemKey)) return S_OK;
+  if (!classes.Has(KeyOfSystem())) return S_OK;
   const auto unregister = users == Users::Current ? &UnRegisterTypeLibForUser : &UnRegisterTypeLib;
-  return unregister(LIBID_KwEditor, TypeLibraryMajor, TypeLibraryMinor, LOCALE_NEUTRAL, System);
+  return unregister(LIBID_KwEditor, KW_LIBRARY_MAJOR, KW_LIBRARY_MINOR, LOCALE_NEUTRAL, System);
 }
 
 HRESULT WriteAll(Users users) {
@@ -151,7 +153,7 @@ HRESULT Unregister(Users users) {
   remove(KeyOfClass(CLSID_KwEditorPage));
   if (classes.OtherArchitectureHas(classKey)) {
     // The system would also remove what the type library has in common for both.
-    remove(KeyOfLibrary() + SystemKey);
+    remove(KeyOfSystem());
   } else {
     const HRESULT removed = RemoveTypeLibrary(classes, users);
     if (FAILED(removed)) result = removed;

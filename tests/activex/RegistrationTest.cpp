@@ -53,7 +53,8 @@ TEST_F(RegistrationTest, WritesWhatHostsAskFor) {
   EXPECT_EQ(Value(ClassKey + L"\\ProgID"), L"KwEditor.KwEditorLayers.1");
   EXPECT_EQ(Value(ClassKey + L"\\VersionIndependentProgID"), L"KwEditor.KwEditorLayers");
   EXPECT_EQ(Value(ClassKey + L"\\TypeLib"), ToText(LIBID_KwEditor));
-  EXPECT_EQ(Value(ClassKey + L"\\Version"), L"1.0");
+  EXPECT_EQ(Value(ClassKey + L"\\Version"),
+            std::to_wstring(KW_LIBRARY_MAJOR) + L"." + std::to_wstring(KW_LIBRARY_MINOR));
   EXPECT_EQ(Value(L"KwEditor.KwEditorLayers\\CurVer"), L"KwEditor.KwEditorLayers.1");
   EXPECT_EQ(Value(L"KwEditor.KwEditorLayers\\CLSID"), ToText(CLSID_KwEditorLayers));
   EXPECT_EQ(Value(L"KwEditor.KwEditorLayers.1\\CLSID"), ToText(CLSID_KwEditorLayers));
@@ -133,7 +134,8 @@ TEST_F(RegistrationTest, IsMadeByItsName) {
   EXPECT_EQ(control->get_MaxUndoLevels(&levels), S_OK);
   EXPECT_EQ(levels, 5);
   ComPtr<ITypeLib> library;
-  EXPECT_HRESULT_SUCCEEDED(LoadRegTypeLib(LIBID_KwEditor, 1, 0, LOCALE_NEUTRAL, &library));
+  EXPECT_HRESULT_SUCCEEDED(
+      LoadRegTypeLib(LIBID_KwEditor, KW_LIBRARY_MAJOR, KW_LIBRARY_MINOR, LOCALE_NEUTRAL, &library));
 }
 
 TEST_F(RegistrationTest, ScriptUsesPropertiesAndSeesErrors) {

@@ -4,6 +4,7 @@
 
 #include <comcat.h>
 #include <ole2.h>
+#include <sddl.h>
 
 #include <string>
 #include <thread>
@@ -18,12 +19,16 @@ const std::wstring EditorKey = L"CLSID\\" + ToText(CLSID_KwEditorLayers);
 const std::wstring LibraryKey = L"TypeLib\\" + ToText(LIBID_KwEditor);
 constexpr wchar_t Name[] = L"KwEditor.KwEditorLayers";
 constexpr wchar_t NameOfVersion[] = L"KwEditor.KwEditorLayers.1";
+const std::wstring VersionKey =
+    LibraryKey + L"\\" + std::to_wstring(KW_LIBRARY_MAJOR) + L"." + std::to_wstring(KW_LIBRARY_MINOR);
 #ifdef _WIN64
 constexpr REGSAM OtherView = KEY_WOW64_32KEY;
-const std::wstring OtherLibraryKey = LibraryKey + L"\\1.0\\0\\win32";
+const std::wstring OwnLibraryKey = VersionKey + L"\\0\\win64";
+const std::wstring OtherLibraryKey = VersionKey + L"\\0\\win32";
 #else
 constexpr REGSAM OtherView = KEY_WOW64_64KEY;
-const std::wstring OtherLibraryKey = LibraryKey + L"\\1.0\\0\\win64";
+const std::wstring OwnLibraryKey = VersionKey + L"\\0\\win32";
+const std::wstring OtherLibraryKey = VersionKey + L"\\0\\win64";
 #endif
 
 // A key that somebody else wrote; it goes with the test.
@@ -40,6 +45,16 @@ public:
   ForeignKey& operator=(const ForeignKey&) = delete;
   ~ForeignKey() { Remove(); }
 
+  // Gives its rights, in the system's language for them, to whom it names and to nobody else.
+  void Protect(const wchar_t* rights) const {
+    PSECURITY_DESCRIPTOR description = nullptr;
+    ASSERT_TRUE(ConvertStringSecurityDescriptorToSecurityDescriptorW(rights, SDDL_REVISION_1, &description, nullptr));
+    HKEY key = nullptr;
+    EXPECT_EQ(RegOpenKeyExW(hive, path.c_str(), 0, READ_CONTROL | WRITE_DAC | view, &key), ERROR_SUCCESS);
+    EXPECT_EQ(RegSetKeySecurity(key, DACL_SECURITY_INFORMATION, description), ERROR_SUCCESS);
+    RegCloseKey(key);
+    LocalFree(description);
+  }
   void Remove() const {
     HKEY key = nullptr;
     if (RegOpenKeyExW(hive, path.c_str(), 0, KEY_ALL_ACCESS | view, &key) != ERROR_SUCCESS) return;
@@ -110,10 +125,10 @@ TEST_F(RegistrationUsersTest, LeavesWhatTheOtherArchitectureNeeds) {
   EXPECT_TRUE(KeyExists(hive, std::wstring(Name) + L"\\CLSID"));
   EXPECT_TRUE(KeyExists(hive, std::wstring(NameOfVersion) + L"\\CLSID"));
   EXPECT_TRUE(KeyExists(hive, OtherLibraryKey));
-  EXPECT_TRUE(KeyExists(hive, LibraryKey + L"\\1.0\\FLAGS"));
+  EXPECT_TRUE(KeyExists(hive, VersionKey + L"\\FLAGS"));
   EXPECT_FALSE(KeyExists(hive, EditorKey));
   EXPECT_FALSE(KeyExists(hive, L"CLSID\\" + ToText(CLSID_KwEditorPage)));
-  EXPECT_FALSE(KeyExists(hive, LibraryKey + (sizeof(void*) == 8 ? L"\\1.0\\0\\win64" : L"\\1.0\\0\\win32")));
+  EXPECT_FALSE(KeyExists(hive, OwnLibraryKey));
   EXPECT_EQ(RegSvr32(L"/u"), 0U) << "twice is as once";
   EXPECT_TRUE(KeyExists(hive, Name));
   // The other one goes, too: what is left has nobody now.
@@ -139,10 +154,21 @@ TEST_F(RegistrationUsersTest, AFailureLeavesWhatTheOtherArchitectureNeeds) {
 }
 
 TEST_F(RegistrationUsersTest, AFailureLeavesNothingOfItsOwn) {
+  // Not of this kind itself: what comes after the test writes there.
+  const ForeignKey libraries(HKEY_CURRENT_USER, L"TypeLib", 0);
   const ForeignKey library(HKEY_CURRENT_USER, LibraryKey, 0, REG_OPTION_VOLATILE);
   EXPECT_HRESULT_FAILED(install(TRUE, L"user"));
   library.Remove();
   ExpectNoKeys(HKEY_CURRENT_USER);
+}
+
+// Everybody may read the key and remove it, nobody may write.
+TEST_F(RegistrationUsersTest, SaysThatItHasNotTheRights) {
+  const ForeignKey editor(HKEY_LOCAL_MACHINE, EditorKey, 0);
+  editor.Protect(L"D:(A;;KRSD;;;WD)");
+  EXPECT_EQ(install(TRUE, nullptr), E_ACCESSDENIED);
+  EXPECT_FALSE(KeyExists(HKEY_LOCAL_MACHINE, Name));
+  EXPECT_FALSE(KeyExists(HKEY_LOCAL_MACHINE, LibraryKey));
 }
 
 TEST_F(RegistrationUsersTest, ForOneUserItWritesNothingForAll) {
@@ -151,7 +177,7 @@ TEST_F(RegistrationUsersTest, ForOneUserItWritesNothingForAll) {
   for (const std::wstring& key :
        {EditorKey + L"\\InprocServer32", EditorKey + L"\\Verb\\-7",
         EditorKey + L"\\Implemented Categories\\" + ToText(CATID_Control), L"CLSID\\" + ToText(CLSID_KwEditorPage),
-        std::wstring(Name) + L"\\CLSID", LibraryKey + L"\\1.0\\FLAGS", L"Interface\\" + ToText(IID__KwEditorLayers)}) {
+        std::wstring(Name) + L"\\CLSID", VersionKey + L"\\FLAGS", L"Interface\\" + ToText(IID__KwEditorLayers)}) {
     EXPECT_TRUE(KeyExists(HKEY_CURRENT_USER, key)) << std::string(key.begin(), key.end());
   }
   EXPECT_EQ(RegSvr32(L"/u /n /i:user"), 0U);
