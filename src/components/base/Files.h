@@ -17,7 +17,8 @@ std::string LookUpFile(const std::string& path);
 // Raises FileNotFound if there is no such file, PathFileAccessError if it cannot be deleted.
 void RemoveFileAt(const std::string& path);
 
-// Whether both paths lead to one existing file, or are the same text.
+// Whether both paths lead to one existing file, or are the same text. Raises the errors of AppendToFile if that cannot
+// be found out.
 bool IsSameFile(const std::string& a, const std::string& b);
 
 // Makes the folder and those above it that are missing. Raises the errors of AppendToFile.
