@@ -23,6 +23,7 @@ protected:
     // Of another document that had this name.
     for (const char* name : {"D_Page_1.tif", "D_Page_2.tif", "D_Page_3.tif"})
       SavePicture(Bitmap(99, 9, 8), folder.File(name));
+    tried.clear();
   }
 
   std::vector<int> Announced() const {
