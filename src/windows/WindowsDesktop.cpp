@@ -158,8 +158,7 @@ LocalTime WindowsDesktop::Time() const {
 void WindowsDesktop::RemoveFile(const std::string& path) {
   const SystemCode code = FileSystem::Current().Remove(ToFilesystemPath(path));
   if (code == 0) return;
-  Raise(IsMissing(code) || code == ERROR_INVALID_NAME ? ErrorNumber::FileNotFound : ErrorNumber::PathFileAccessError,
-        code);
+  Raise(IsMissing(code) ? ErrorNumber::FileNotFound : ErrorNumber::PathFileAccessError, code);
 }
 
 std::string WindowsDesktop::DirectoryLookUp(const std::string& path) { return LookUpFile(path); }

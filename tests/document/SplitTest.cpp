@@ -82,6 +82,26 @@ TEST_F(HinderedSplit, NoOlderPageFileIsPrintedInPlaceOfOneThatWasNotWritten) {
   EXPECT_EQ(events.errors, std::vector<int>{static_cast<int>(ErrorNumber::FileNotFound)});
 }
 
+TEST_F(HinderedSplit, APageFileThatCannotBeLookedAtIsNotTheEndOfTheDocument) {
+  control->OpenFile(path);
+  files.onCall = [](FailingFiles::Call call, const std::filesystem::path& asked) {
+    return call == FailingFiles::Call::Look && asked.filename() == "D_Page_3.tif" ? FileTroubles[3].code : 0;
+  };
+  control->OpenFile(folder.File("D_Page_1.tif"));
+  EXPECT_EQ(events.errors, std::vector<int>{75});
+}
+
+TEST_F(HinderedSplit, ADocumentThatCannotBeReadOnIsNotReplacedByWhitePaper) {
+  files.onCall = [this, reads = 0](FailingFiles::Call call, const std::filesystem::path& asked) mutable {
+    const bool isOfDocument = call == FailingFiles::Call::Read && asked.filename() == "D.tif";
+    return isOfDocument && events.created.size() == 1 && ++reads > 0 ? FileTroubles[4].code : 0;
+  };
+  control->OpenFile(path);
+  EXPECT_EQ(Announced(), std::vector<int>{4});
+  EXPECT_EQ(events.errors, std::vector<int>{75});
+  EXPECT_EQ(LoadPicture(folder.File("D_Page_3.tif")).Width(), 99) << "the old one";
+}
+
 class Split : public EditorTest {
 protected:
   // A document of pictures, in the format of its name.

@@ -66,6 +66,8 @@ public:
   // Asked for each call before it is made, with the path that it is about (a name's new one); a code fails it.
   std::function<SystemCode(Call call, const Path& path)> onCall;
 
+  // The first call that failed by FailFrom().
+  mutable Call failed{};
   // Files that were named although bytes of them may not have been on the disk, or that were named at all.
   std::vector<std::string> namedUnflushed;
   std::vector<std::string> named;
@@ -152,6 +154,7 @@ public:
 private:
   SystemCode Fails(Call call, const Path& path) const {
     ++calls;
+    if (failing != 0 && calls == failing) failed = call;
     if (failing != 0 && (stays ? calls >= failing : calls == failing)) return trouble;
     return onCall ? onCall(call, path) : 0;
   }

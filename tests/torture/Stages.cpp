@@ -80,7 +80,7 @@ void TellFiles(const TemporaryFolder& folder, State& state) {
   for (const auto& entry : std::filesystem::directory_iterator(folder.Native())) {
     const std::string name = FromFilesystemPath(entry.path().filename());
     const bool isScratch = name.starts_with("tmp") && name.ends_with(".bmp");
-    if (isScratch || name == Trap::TraceFileName) continue;
+    if (!entry.is_regular_file() || isScratch || name == Trap::TraceFileName) continue;
     state["file " + name] = ContentOf(folder.File(name));
   }
 }

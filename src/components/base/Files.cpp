@@ -43,7 +43,9 @@ void AppendToFile(const std::string& path, std::string_view text) {
 std::string LookUpFile(const std::string& path) {
   const std::filesystem::path native = ToFilesystemPath(path);
   FileFacts facts;
-  if (FileSystem::Current().LookAt(native, facts) != 0 || facts.kind == FileKind::Folder) return {};
+  const SystemCode code = FileSystem::Current().LookAt(native, facts);
+  if (code != 0 && !IsMissing(code)) RaiseFileError(code);
+  if (code != 0 || facts.kind == FileKind::Folder) return {};
   return FromFilesystemPath(native.filename());
 }
 

@@ -11,7 +11,8 @@ namespace kw {
 // PermissionDenied, PathFileAccessError or DiskFull.
 void AppendToFile(const std::string& path, std::string_view text);
 
-// The name part of an existing file that is no folder; empty if there is none.
+// The name part of an existing file that is no folder; empty if there is none. Raises the errors of AppendToFile if
+// that cannot be found out.
 std::string LookUpFile(const std::string& path);
 
 // Raises FileNotFound if there is no such file, PathFileAccessError if it cannot be deleted.

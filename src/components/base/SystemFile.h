@@ -20,7 +20,7 @@ using SystemCode = int;
 // Raises PathNotFound, PermissionDenied, DiskFull or PathFileAccessError, with the code as its system error.
 [[noreturn]] void RaiseFileError(SystemCode code);
 
-// True for the code of a file or a folder that is not there.
+// True for the code of a file or a folder that is not there, or cannot be, because no file has such a name.
 bool IsMissing(SystemCode code);
 // True for the code of a file that is there, although it should not be.
 bool IsTaken(SystemCode code);

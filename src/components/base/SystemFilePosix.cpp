@@ -140,7 +140,7 @@ void RaiseFileError(SystemCode code) {
   }
 }
 
-bool IsMissing(SystemCode code) { return code == ENOENT || code == ENOTDIR; }
+bool IsMissing(SystemCode code) { return code == ENOENT || code == ENOTDIR || code == ENAMETOOLONG; }
 bool IsTaken(SystemCode code) { return code == EEXIST; }
 
 void ForgetStreamError() { errno = 0; }

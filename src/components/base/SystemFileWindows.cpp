@@ -197,7 +197,11 @@ void RaiseFileError(SystemCode code) {
   }
 }
 
-bool IsMissing(SystemCode code) { return code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND; }
+bool IsMissing(SystemCode code) {
+  constexpr std::array<SystemCode, 6> codes{ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND,       ERROR_INVALID_NAME,
+                                            ERROR_BAD_PATHNAME,   ERROR_FILENAME_EXCED_RANGE, ERROR_INVALID_DRIVE};
+  return std::ranges::find(codes, code) != codes.end();
+}
 bool IsTaken(SystemCode code) { return code == ERROR_ALREADY_EXISTS || code == ERROR_FILE_EXISTS; }
 
 void ForgetStreamError() { _doserrno = 0; }
