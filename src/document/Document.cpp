@@ -88,9 +88,10 @@ bool Document::OpenAndSplit(DocumentProcedure& run) {
   const std::string path = m_FirstFilePath.empty() ? m_FilePath : m_FirstFilePath;
   const auto names = run.Ask<std::vector<std::string>>([&] { return PageFileNames(path, count); }, {});
   // A split that wrote onto the file that it reads would destroy it.
-  if (std::ranges::any_of(names, [&](const std::string& name) { return KWPic.IsLoadedFrom(name); })) {
-    return Load(run, {});
-  }
+  const auto writesOntoIt = run.Ask<bool>(
+      [&] { return std::ranges::any_of(names, [&](const std::string& name) { return KWPic.IsLoadedFrom(name); }); },
+      true);
+  if (writesOntoIt) return Load(run, {});
   run([&] { SetPageRange(1, count); });
   const std::string source = m_FilePath;
   run([&] { m_FilePath = path; });

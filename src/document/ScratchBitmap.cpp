@@ -3,24 +3,23 @@
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
-#include <fstream>
 #include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <vector>
 
 #include "components/base/FilePath.h"
-#include "components/base/Files.h"
+#include "components/base/SystemFile.h"
+#include "components/base/TemporaryFiles.h"
 #include "document/PageFiles.h"
 
 namespace kw {
 namespace {
 
-namespace fs = std::filesystem;
-
 constexpr std::string_view MarkTitle = "\nKwEditor scratch bitmap\n";
-constexpr std::streamoff LongestMark = 1024;
+constexpr std::uint64_t LongestMark = 1024;
 
 // Only the controls of one process meet in one file.
 std::mutex scratchLock;
@@ -46,14 +45,24 @@ std::optional<std::int64_t> NumberInName(std::string_view name) {
   return number;
 }
 
+// The last bytes of a file, as many as a mark has at most; none if it cannot be read.
+std::string EndOf(const std::filesystem::path& path) {
+  const FileSystem& files = FileSystem::Current();
+  OpenedFile file;
+  std::uint64_t size = 0;
+  if (files.Open(path, FileUse::Read, file) != 0 || files.SizeOf(file.get(), size) != 0) return {};
+  std::string end(static_cast<std::size_t>(std::min<std::uint64_t>(size, LongestMark)), '\0');
+  std::size_t done = 0;
+  if (files.Seek(file.get(), size - end.size()) != 0 || files.Read(file.get(), end.data(), end.size(), done) != 0) {
+    return {};
+  }
+  end.resize(done);
+  return end;
+}
+
 // None for a file without the mark.
-std::optional<ScratchOwner> OwnerOf(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary | std::ios::ate);
-  const std::streamoff size = file.tellg();
-  if (!file || size <= 0) return {};
-  std::string end(static_cast<std::size_t>(std::min(size, LongestMark)), '\0');
-  file.seekg(-static_cast<std::streamoff>(end.size()), std::ios::end);
-  if (!file.read(end.data(), static_cast<std::streamsize>(end.size()))) return {};
+std::optional<ScratchOwner> OwnerOf(const std::filesystem::path& path) {
+  const std::string end = EndOf(path);
   const std::size_t title = end.rfind(MarkTitle);
   if (title == std::string::npos) return {};
   const std::size_t machine = title + MarkTitle.size();
@@ -67,9 +76,7 @@ std::optional<ScratchOwner> OwnerOf(const fs::path& path) {
 }
 
 void WriteMarked(const Desktop& desktop, PictureDocument& engine) {
-  const std::string path = GetTempImagePath(desktop);
-  engine.SaveScratch(path);
-  AppendToFile(path, MarkOf({desktop.MachineName(), desktop.ProcessNumber()}));
+  engine.SaveScratch(GetTempImagePath(desktop), MarkOf({desktop.MachineName(), desktop.ProcessNumber()}));
 }
 
 Bitmap WriteAndReadBack(Desktop& desktop, PictureDocument& engine) {
@@ -107,22 +114,22 @@ void ScratchBitmap::Remove() {
 }
 
 void ScratchBitmap::RemoveLeftovers() {
+  const std::filesystem::path folder = ToFilesystemPath(GetWorkFolder(desktop));
+  kw::RemoveLeftovers(folder);
   const std::string machine = desktop.MachineName();
-  std::error_code error;
-  fs::directory_iterator entry(ToFilesystemPath(GetWorkFolder(desktop)), error);
-  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-    const fs::path& path = entry->path();
+  const FileSystem& files = FileSystem::Current();
+  std::vector<std::filesystem::path> left;
+  files.List(folder, [&](const std::filesystem::path& path) {
     const auto number = NumberInName(FromFilesystemPath(path.filename()));
-    if (!number) continue;
+    if (!number) return;
     // A file that another process may be using is not even opened.
     constexpr std::int64_t lowerHalf = 0xFFFFFFFF;
     const std::int64_t process = *number & lowerHalf;
-    if (*number != InstanceNumber(machine, process) || desktop.IsProcessRunning(process)) continue;
-    std::error_code ignored;
-    if (!fs::is_regular_file(entry->symlink_status(ignored))) continue;
+    if (*number != InstanceNumber(machine, process) || desktop.IsProcessRunning(process)) return;
     const auto owner = OwnerOf(path);
-    if (owner && owner->machine == machine && owner->process == process) fs::remove(path, ignored);
-  }
+    if (owner && owner->machine == machine && owner->process == process) left.push_back(path);
+  });
+  for (const auto& path : left) files.Remove(path);
 }
 
 }  // namespace kw

@@ -22,7 +22,7 @@ public:
 
   bool HasFailed() const noexcept override { return failure != 0; }
   bool Settle() noexcept override;
-  // Raises PathNotFound, PermissionDenied, DiskFull or PathFileAccessError for the first write that failed, if one did.
+  // Raises PathNotFound, PermissionDenied, DiskFull or PathFileAccessError for the first call that failed, if one did.
   void RaiseFailure() const;
 
 protected:
@@ -31,11 +31,14 @@ protected:
   void Close();
   OpenedFile file;
 
-private:
-  // Records the first failure.
-  void Fail(SystemCode code);
+  // Leaves it to the caller whether a failure counts.
+  SystemCode MoveTo(std::uint64_t to) noexcept;
 
-  // The error of the first write or seek that failed.
+private:
+  // Records the first failure; false if the call failed.
+  bool Note(SystemCode code) noexcept;
+
+  // The error of the first call that failed.
   SystemCode failure = 0;
   std::uint64_t position = 0;
 };
@@ -56,6 +59,8 @@ public:
   explicit InputFile(const std::string& path);
   const FileStamp& Stamp() const { return stamp; }
   std::uint64_t Size() noexcept override { return stamp.size; }
+  // A damaged file may name places behind its end; that they cannot be reached is no failure.
+  bool Seek(std::uint64_t to) noexcept override;
 
 private:
   FileStamp stamp;
@@ -63,7 +68,7 @@ private:
 
 // A file that appears whole or not at all: the bytes go to a file of another name in the same folder, which takes the
 // place of `path` at Commit(). Without a Commit() nothing of it remains. If the path is a link, the file that it leads
-// to is replaced. Temporary files that a killed process left in the folder are deleted after a day.
+// to is replaced. What processes that were ended left in the folder is removed; see RemoveLeftovers().
 class OutputFile : public FileStream {
 public:
   // Raises PathNotFound, PermissionDenied, DiskFull or PathFileAccessError.

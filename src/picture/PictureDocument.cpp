@@ -15,6 +15,21 @@
 #include "picture/formats/Formats.h"
 
 namespace kw {
+namespace {
+
+// Runs a step that reads the file. If the file cannot be read, it is not taken for one that is damaged.
+template <typename Step>
+void Reading(const InputFile& file, const Step& step) {
+  try {
+    step();
+  } catch (...) {
+    file.RaiseFailure();
+    throw;
+  }
+  file.RaiseFailure();
+}
+
+}  // namespace
 
 Bitmap LoadPicture(const std::string& path) {
   if (LookUpFile(path).empty()) Raise(ErrorNumber::FileNotFound);
@@ -40,13 +55,18 @@ bool PictureDocument::Load(const std::string& path) {
 
 void PictureDocument::Open(const std::string& path) {
   InputFile file(path);
-  std::array<std::uint8_t, RecognisedBytes> head{};
-  const std::size_t count = file.Read(head.data(), head.size());
-  const PictureFormat* format = FormatOfContent({head.data(), count});
-  if (format == nullptr) RaiseUnreadable("The file is not a picture of a known format.");
-  auto source = format->open(file, options.reading);
-  const std::int16_t bits = source->StoredBitsPerPixel(file, 1);
-  if (source->PageCount() == 1) current = source->Read(file, 1, warning);
+  const PictureFormat* format = nullptr;
+  std::unique_ptr<PictureSource> source;
+  std::int16_t bits = 0;
+  Reading(file, [&] {
+    std::array<std::uint8_t, RecognisedBytes> head{};
+    const std::size_t count = file.Read(head.data(), head.size());
+    format = FormatOfContent({head.data(), count});
+    if (format == nullptr) RaiseUnreadable("The file is not a picture of a known format.");
+    source = format->open(file, options.reading);
+    bits = source->StoredBitsPerPixel(file, 1);
+    if (source->PageCount() == 1) current = source->Read(file, 1, warning);
+  });
   document = {path, file.Stamp(), format, std::move(source)};
   selected = 1;
   pageValue = bits;
@@ -71,7 +91,8 @@ void PictureDocument::SelectPage(std::int32_t page) {
   if (document.source == nullptr || (page == selected && !current.IsEmpty())) return;
   InputFile file(document.path);
   RequireUnchanged(file);
-  const std::int16_t bits = document.source->StoredBitsPerPixel(file, page);
+  std::int16_t bits = 0;
+  Reading(file, [&] { bits = document.source->StoredBitsPerPixel(file, page); });
   selected = page;
   pageValue = bits;
   current = {};
@@ -87,11 +108,12 @@ void PictureDocument::RecoverPage(std::int32_t page) {
   Bitmap picture;
   std::string missing;
   try {
-    picture = document.source->Read(file, page, missing);
+    Reading(file, [&] { picture = document.source->Read(file, page, missing); });
   } catch (const RunTimeError& error) {
     if (error.Number() != static_cast<std::int32_t>(ErrorNumber::InvalidPicture)) throw;
     missing = error.Description();
-    const PageSize size = document.source->StatedSize(file, page);
+    PageSize size;
+    Reading(file, [&] { size = document.source->StatedSize(file, page); });
     picture = NewUnfilledPage(size.width, size.height, 1, options.reading);
     for (std::int32_t y = 0; y < picture.Height(); ++y) std::ranges::fill(picture.MutableRow(y), std::uint8_t{0xFF});
   }
@@ -106,7 +128,11 @@ const Bitmap& PictureDocument::Current() const {
   if (current.IsEmpty() && document.source != nullptr) {
     InputFile file(document.path);
     RequireUnchanged(file);
-    current = document.source->Read(file, selected, warning);
+    std::string missing;
+    Bitmap picture;
+    Reading(file, [&] { picture = document.source->Read(file, selected, missing); });
+    current = std::move(picture);
+    warning = std::move(missing);
   }
   return current;
 }
@@ -168,12 +194,16 @@ bool PictureDocument::SaveAsStored(Stream& to) const {
     if (current.IsEmpty()) throw;
     return false;
   }
-  return document.source->Copy(*file, selected, to);
+  bool isCopied = false;
+  Reading(*file, [&] { isCopied = document.source->Copy(*file, selected, to); });
+  return isCopied;
 }
 
 void PictureDocument::Save(const std::string& path) { SaveAs(FormatOfPath(path), path, Durability::Lasting); }
 
-void PictureDocument::SaveScratch(const std::string& path) { SaveAs(FormatOfPath(path), path, Durability::Passing); }
+void PictureDocument::SaveScratch(const std::string& path, std::string_view mark) {
+  SaveAs(FormatOfPath(path), path, Durability::Passing, mark);
+}
 
 void PictureDocument::SavePage(const std::string& path) {
   const PictureFormat* format = FormatOfPath(path);
@@ -186,7 +216,8 @@ bool PictureDocument::IsLoadedFrom(const std::string& path) const {
   return document.source != nullptr && IsSameFile(path, document.path);
 }
 
-void PictureDocument::SaveAs(const PictureFormat* format, const std::string& path, Durability durability) {
+void PictureDocument::SaveAs(const PictureFormat* format, const std::string& path, Durability durability,
+                             std::string_view mark) {
   if (PageCount() == 0) Raise(ErrorNumber::ObjectVariableNotSet);
   if (format == nullptr) Raise(ErrorNumber::InvalidProcedureCall);
   // No more pages can be read from a file that is about to be replaced. The current picture stays.
@@ -195,6 +226,7 @@ void PictureDocument::SaveAs(const PictureFormat* format, const std::string& pat
   OutputFile file(path, durability);
   try {
     if (document.format != format || !SaveAsStored(file)) WriteAnew(*format, file);
+    if (!mark.empty() && file.Seek(file.Size())) file.Write(mark.data(), mark.size());
   } catch (...) {
     // Only the file knows why the codec could not write.
     file.RaiseFailure();

@@ -22,6 +22,8 @@ Bitmap LoadPicture(const std::string& path);
 // No file stays open between two calls. A file that changed since it was loaded no longer gives pages (InvalidPicture).
 // Saving over the loaded file makes the current picture the document's one page.
 //
+// No call takes a file that cannot be read at the moment for a damaged one: the errors of Save, from Load False.
+//
 // What asks for pixels (Width, Height, Current, BitsPerPixel, ConvertToBitsPerPixel, PrepareSignature, Apply, Save in
 // another format) raises InvalidPicture if the selected page cannot be decoded. Load decodes the page of a one-page
 // file, so this cannot happen there.
@@ -65,11 +67,11 @@ public:
   // machine stops meanwhile. Raises ObjectVariableNotSet without a picture, InvalidProcedureCall for an extension that
   // names no format, and the file errors (PathNotFound, PermissionDenied, DiskFull, PathFileAccessError).
   void Save(const std::string& path);
-  // As Save, but does not wait for the disk: the file may be lost if the machine stops.
-  void SaveScratch(const std::string& path);
+  // As Save, but does not wait for the disk: the file may be lost if the machine stops. It ends with `mark`.
+  void SaveScratch(const std::string& path, std::string_view mark);
   // As Save, for a page that becomes a file of its own: in the loaded file's own format if the extension names
   // none, and if it names JPEG but the page has one bit per pixel.
-  virtual void SavePage(const std::string& path);
+  void SavePage(const std::string& path);
   // Whether the file at `path` is the one that the pages come from, under whatever name.
   bool IsLoadedFrom(const std::string& path) const;
   // Makes what can be decoded of a damaged page the current picture; of a page of which nothing can, white paper of the
@@ -125,7 +127,7 @@ private:
   void RequireUnchanged(const InputFile& file) const;
   bool SaveAsStored(Stream& to) const;
   void WriteAnew(const PictureFormat& format, Stream& to) const;
-  void SaveAs(const PictureFormat* format, const std::string& path, Durability durability);
+  void SaveAs(const PictureFormat* format, const std::string& path, Durability durability, std::string_view mark = {});
 
   // Empty once the picture was replaced.
   Document document;

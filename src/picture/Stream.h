@@ -23,7 +23,7 @@ public:
   virtual std::uint64_t Position() const noexcept = 0;
   virtual std::uint64_t Size() noexcept = 0;
 
-  // Whether a write, a seek or Size() failed; Size() answers 0 then.
+  // Whether a call failed; Size() answers 0 then. The end of the bytes is no failure.
   virtual bool HasFailed() const noexcept { return false; }
 
   // What was written before is on the disk before anything that is written later.

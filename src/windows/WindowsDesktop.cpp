@@ -5,7 +5,9 @@
 #include <vector>
 
 #include "components/base/FilePath.h"
+#include "components/base/Files.h"
 #include "components/base/RunTimeError.h"
+#include "components/base/SystemFile.h"
 #include "components/controls/Timer.h"
 #include "windows/base/ClipboardFormats.h"
 #include "windows/base/Guard.h"
@@ -153,20 +155,13 @@ LocalTime WindowsDesktop::Time() const {
   return {now.wHour, now.wMinute, now.wSecond};
 }
 
-// These two call the system, because the C library rejects the prefix of long paths.
-
 void WindowsDesktop::RemoveFile(const std::string& path) {
-  if (DeleteFileW(ToFilesystemPath(path).c_str()) != FALSE) return;
-  const DWORD error = GetLastError();
-  const bool isMissing = error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND || error == ERROR_INVALID_NAME;
-  Raise(isMissing ? ErrorNumber::FileNotFound : ErrorNumber::PathFileAccessError, static_cast<std::int32_t>(error));
+  const SystemCode code = FileSystem::Current().Remove(ToFilesystemPath(path));
+  if (code == 0) return;
+  Raise(IsMissing(code) ? ErrorNumber::FileNotFound : ErrorNumber::PathFileAccessError, code);
 }
 
-std::string WindowsDesktop::DirectoryLookUp(const std::string& path) {
-  const DWORD attributes = GetFileAttributesW(ToFilesystemPath(path).c_str());
-  if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0) return {};
-  return path.substr(path.find_last_of("\\/") + 1);
-}
+std::string WindowsDesktop::DirectoryLookUp(const std::string& path) { return LookUpFile(path); }
 
 void WindowsDesktop::PrintPicture(const Bitmap& picture) { printer->PrintPicture(picture); }
 void WindowsDesktop::NewPrinterPage() { printer->NewPage(); }
@@ -214,25 +209,8 @@ std::string WindowsDesktop::ApplicationFolder() const {
   return FromWide(folder);
 }
 
-std::string WindowsDesktop::MachineName() const {
-  constexpr COMPUTER_NAME_FORMAT kind = ComputerNamePhysicalDnsFullyQualified;
-  DWORD size = 0;
-  GetComputerNameExW(kind, nullptr, &size);
-  std::wstring name(size, L'\0');
-  if (size == 0 || GetComputerNameExW(kind, name.data(), &size) == FALSE) return {};
-  name.resize(size);
-  return FromWide(name);
-}
-
-std::int64_t WindowsDesktop::ProcessNumber() const { return GetCurrentProcessId(); }
-
-bool WindowsDesktop::IsProcessRunning(std::int64_t number) const {
-  if (number < 0 || number > MAXDWORD) return false;
-  const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, static_cast<DWORD>(number));
-  if (process == nullptr) return GetLastError() != ERROR_INVALID_PARAMETER;
-  const bool isOver = WaitForSingleObject(process, 0) == WAIT_OBJECT_0;
-  CloseHandle(process);
-  return !isOver;
-}
+std::string WindowsDesktop::MachineName() const { return kw::MachineName(); }
+std::int64_t WindowsDesktop::ProcessNumber() const { return kw::ProcessNumber(); }
+bool WindowsDesktop::IsProcessRunning(std::int64_t number) const { return kw::IsProcessRunning(number); }
 
 }  // namespace kw::windows

@@ -7,6 +7,7 @@
 #include <regex>
 #include <set>
 #include <sstream>
+#include <utility>
 
 namespace kw::architecture {
 namespace {
@@ -84,6 +85,7 @@ bool MayTalkToTheSystem(std::string_view path) {
   if (path == "tests/picture/SavingTest.cpp" || path == "tests/picture/BadInputTest.cpp") return true;
   if (path == "tests/picture/DurabilityTest.cpp") return true;           // what the system is asked to flush
   if (path.starts_with("src/components/base/SystemFile")) return true;   // what files need of each system
+  if (path == "tests/support/KilledProcess.h") return true;              // a process is ended
   if (path.starts_with("tests/containers/")) return true;                // containers of Windows
   if (path.starts_with("tests/support/programs/twain/")) return true;    // a driver for Windows
   if (path.starts_with("tests/support/programs/clients/")) return true;  // programs for Windows
@@ -182,6 +184,41 @@ std::vector<Finding> ErrorHandlers(std::string_view path, std::string_view text)
   ForEachLine(code, [&](std::string_view line, int number) {
     for (const std::string_view word : {"try", "catch"})
       if (HasWord(line, word)) findings.push_back({std::string(path), number, "has a " + std::string(word)});
+  });
+  return findings;
+}
+
+std::vector<Finding> FilesPastTheSeam(std::string_view path, std::string_view text) {
+  static constexpr std::array words = {
+      // C and C++
+      "fopen", "_wfopen", "freopen", "fread", "fwrite", "fseek", "ftell", "fclose", "tmpfile", "ifstream", "ofstream",
+      "fstream", "basic_filebuf", "directory_iterator", "recursive_directory_iterator", "create_directory",
+      "create_directories", "remove_all", "copy_file", "read_symlink", "create_symlink", "create_hard_link",
+      "last_write_time", "resize_file", "file_size", "is_regular_file", "is_directory", "symlink_status",
+      "filesystem::exists", "filesystem::remove", "filesystem::rename", "filesystem::status", "std::rename",
+      // the systems
+      "unlink", "mkdir", "CreateFile", "CreateFileW", "CreateFile2", "DeleteFile", "DeleteFileW", "MoveFileW",
+      "MoveFileExW", "ReplaceFileW", "CopyFileW", "CopyFileExW", "CreateDirectoryW", "RemoveDirectoryW",
+      "FindFirstFileW", "FindFirstFileExW", "GetFileAttributesW", "GetFileAttributesExW", "SetFileAttributesW",
+      "GetTempFileNameW", "SHFileOperationW", "SHCreateStreamOnFileW", "SHCreateStreamOnFileEx",
+      "GetPrivateProfileSectionW", "GetPrivateProfileStringW", "WritePrivateProfileStringW", "StgCreateDocfile",
+      "StgCreateStorageEx", "StgOpenStorage"};
+  static const std::set<std::pair<std::string_view, std::string_view>> exceptions = {
+      // The list of stamps is the system's to read and write; it takes a path, not an open file.
+      {"src/windows/base/ProfileFile.cpp", "GetPrivateProfileSectionW"},
+      {"src/windows/base/ProfileFile.cpp", "GetPrivateProfileStringW"},
+      {"src/windows/base/ProfileFile.cpp", "WritePrivateProfileStringW"},
+  };
+  std::vector<Finding> findings;
+  // The host is a program of its own, which knows the control by its type library alone.
+  if (!IsCode(path) || (!path.starts_with("src/") && !path.starts_with("tools/"))) return findings;
+  if (path.starts_with("src/components/base/SystemFile")) return findings;  // the seam
+  const auto code = WithoutCommentsAndLiterals(text);
+  ForEachLine(code, [&](std::string_view line, int number) {
+    for (const std::string_view word : words) {
+      if (HasWord(line, word) && !exceptions.contains({path, word}))
+        findings.push_back({std::string(path), number, "calls " + std::string(word) + " past FileSystem"});
+    }
   });
   return findings;
 }

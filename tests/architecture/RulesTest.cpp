@@ -31,6 +31,18 @@ TEST(OperatingSystemHeadersRule, AllowsTheStandardLibraryAndTheCodecs) {
                   .empty());
 }
 
+TEST(FilesPastTheSeamRule, FindsThemInTheProduct) {
+  for (const std::string call : {"std::ifstream file(path);", "std::fopen(a, b);", "std::filesystem::remove(path);",
+                                 "CreateFileW(path.c_str());", "fs::directory_iterator entry(folder);"}) {
+    EXPECT_EQ(FilesPastTheSeam("src/document/A.cpp", call).size(), 1U) << call;
+    EXPECT_EQ(FilesPastTheSeam("tools/kwpic/A.cpp", call).size(), 1U) << call;
+    EXPECT_TRUE(FilesPastTheSeam("src/components/base/SystemFilePosix.cpp", call).empty()) << call;
+    EXPECT_TRUE(FilesPastTheSeam("tests/document/ATest.cpp", call).empty()) << call;
+    EXPECT_TRUE(FilesPastTheSeam("src/document/A.cpp", "// " + call).empty()) << call;
+  }
+  EXPECT_EQ(FilesPastTheSeam("src/windows/base/ProfileFile.cpp", "DeleteFileW(path);").size(), 1U);
+}
+
 RoomTable SomeRooms() {
   RoomTable rooms;
   rooms.Add("src/components/base/CMakeLists.txt", "kw_room(base)\n");

@@ -58,6 +58,7 @@ TEST(Tree, KeepsTheOrderOfTheRooms) {
 }
 TEST(Tree, HandlesErrorsInTheTrapOnly) { ExpectTreeKeeps(ErrorHandlers); }
 TEST(Tree, LetsNoErrorOutToTheSystem) { ExpectTreeKeeps(OpenBarriers); }
+TEST(Tree, TouchesFilesThroughOneSeam) { ExpectTreeKeeps(FilesPastTheSeam); }
 TEST(Tree, HasNoFileOfMoreThan400Lines) { ExpectTreeKeeps(LongFiles); }
 TEST(Tree, NamesNoHost) { ExpectTreeKeeps(Hosts); }
 

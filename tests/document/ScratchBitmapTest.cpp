@@ -3,7 +3,9 @@
 #include <array>
 #include <thread>
 
+#include "components/base/TemporaryFiles.h"
 #include "tests/support/EditorFixture.h"
+#include "tests/support/FailingFiles.h"
 
 namespace kw::test {
 namespace {
@@ -130,6 +132,40 @@ TEST_F(Scratch, OfSomebodyElseIsNotTouched) {
   WriteWhole(folder.File("tmp63.bmp"), mark + "\n63\n");
   second.UserControl_Terminate();
   EXPECT_FALSE(Exists(folder.File("tmp63.bmp"))) << "a mark as it should be";
+}
+
+TEST_F(Scratch, HasItsMarkBeforeItsName) {
+  FailingFiles files;
+  int named = 0;
+  files.onCall = [&](FailingFiles::Call call, const std::filesystem::path& path) {
+    if (call != FailingFiles::Call::Name || path.filename() != "tmp1234.bmp") return 0;
+    for (const auto& entry : std::filesystem::directory_iterator(folder.Native())) {
+      if (entry.path().extension() != ".tmp") continue;
+      ++named;
+      EXPECT_TRUE(ReadWhole(folder.File(entry.path().filename().string())).ends_with("\n1234\n"));
+    }
+    return 0;
+  };
+  control->OpenFile(MakeImage("scan.bmp"));
+  EXPECT_GE(named, 1);
+}
+
+TEST_F(Scratch, TemporaryFileOfAProcessThatIsGoneIsRemovedAtTheStart) {
+  const TemporaryFolder other;
+  std::string left = FromFilesystemPath(TemporaryBeside("x").filename());
+  WriteWhole(other.File(left), "of a process that is alive");
+  left.replace(10, 8, "7ffffff0");
+  WriteWhole(other.File(left), "of one that is gone");
+  WriteWhole(other.File("kw.tmp"), "of somebody else");
+  AppDir = other.Path();
+  {
+    KwEditorLayers next(desktop, events);
+    next.UserControl_Initialize();
+    next.UserControl_Terminate();
+  }
+  AppDir = folder.Path();
+  EXPECT_FALSE(Exists(other.File(left)));
+  EXPECT_TRUE(Exists(other.File("kw.tmp")));
 }
 
 // One apartment: its own control, and a folder that it shares.

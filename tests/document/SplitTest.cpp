@@ -2,99 +2,104 @@
 
 #include <algorithm>
 
-#include "devices/printing/Printing.h"
 #include "tests/support/EditorFixture.h"
+#include "tests/support/FailingFiles.h"
 
 namespace kw::test {
 namespace {
 
 const ScriptedDesktop::Box SplitFileError{"Invalid file format..", "File Error", MessageButtons::Ok};
 
-// Cannot write some page files.
-class HinderedEngine : public KWPicEd {
-public:
-  using KWPicEd::KWPicEd;
-
-  std::string hindered;
-  ErrorNumber error = ErrorNumber::DiskFull;
-  std::vector<std::string> tried;
-
-  void SavePage(const std::string& path) override {
-    tried.push_back(path);
-    if (path == hindered) Raise(error);
-    KWPicEd::SavePage(path);
-  }
-};
-
-// A document of its own on the parts of the control.
+// Some page files cannot be written.
 class HinderedSplit : public EditorTest {
 protected:
   HinderedSplit() {
-    told.onEvent = [this](const std::string& event) {
-      if (event == "NewPageCreated") announced.push_back(told.created.back().page);
+    files.onCall = [this](FailingFiles::Call call, const std::filesystem::path& target) {
+      if (call != FailingFiles::Call::Name || target.extension() != ".tif") return 0;
+      tried.push_back(FromFilesystemPath(target.filename()));
+      return tried.back() == hindered ? error : 0;
     };
     path = MakeDocument("D.tif", 4);
     // Of another document that had this name.
     for (const char* name : {"D_Page_1.tif", "D_Page_2.tif", "D_Page_3.tif"})
       SavePicture(Bitmap(99, 9, 8), folder.File(name));
+    tried.clear();
+  }
+
+  std::vector<int> Announced() const {
+    std::vector<int> pages;
+    for (const auto& page : events.created) pages.push_back(page.page);
+    return pages;
   }
 
   std::string path;
-  std::vector<int> announced;
-  RecordedEvents told;
-  const std::vector<int>& changedTo = told.changedTo;
-  Openings openings;
-  HinderedEngine engine{desktop};
-  KWPicEd tempEngine{desktop};
-  EditorContext context{
-      desktop,  told,   Form(),    control->ErrorTrap(), control->LayerRoom(), control->ZoomRoom(), *control,
-      openings, engine, tempEngine};
-  CommandBracket bracket{context};
-  Document document{context, bracket};
+  std::string hindered;
+  SystemCode error = FileTroubles[0].code;
+  Names tried;
+  FailingFiles files;
 };
 
 TEST_F(HinderedSplit, AFullDiskEndsTheLoopAndTheProcedureRunsOn) {
-  engine.hindered = folder.File("D_Page_3.tif");
-  document.OpenFile(path);
-  EXPECT_EQ(engine.tried, (Names{folder.File("D_Page_4.tif"), folder.File("D_Page_3.tif")}));
-  EXPECT_EQ(announced, std::vector<int>{4});
+  hindered = "D_Page_3.tif";
+  control->OpenFile(path);
+  EXPECT_EQ(tried, (Names{"D_Page_4.tif", "D_Page_3.tif"}));
+  EXPECT_EQ(Announced(), std::vector<int>{4});
   EXPECT_EQ(events.errors, std::vector<int>{61});
-  EXPECT_EQ(changedTo, std::vector<int>{1});
-  EXPECT_EQ(document.CurrentPageNo(), 1);
+  EXPECT_EQ(events.changedTo, std::vector<int>{1});
+  EXPECT_EQ(control->OpenedDocument().CurrentPageNo(), 1);
   EXPECT_EQ(Form().PageIndex.Max(), 4);
 }
 
 TEST_F(HinderedSplit, NoOlderPageFileIsShownInPlaceOfOneThatWasNotWritten) {
-  engine.hindered = folder.File("D_Page_1.tif");
-  engine.error = ErrorNumber::PermissionDenied;
-  document.OpenFile(path);
-  EXPECT_EQ(announced, (std::vector<int>{4, 3, 2}));
+  hindered = "D_Page_1.tif";
+  error = FileTroubles[2].code;
+  control->OpenFile(path);
+  EXPECT_EQ(Announced(), (std::vector<int>{4, 3, 2}));
   EXPECT_EQ(events.errors, std::vector<int>{70});
   EXPECT_EQ(desktop.boxes.back(), SplitFileError);
   EXPECT_FALSE(Form().TransLayers(1).HasPicture());
-  EXPECT_EQ(engine.PageCount(), 0);
+  EXPECT_EQ(control->Engine().PageCount(), 0);
   EXPECT_EQ(LoadPicture(folder.File("D_Page_1.tif")).Width(), 99) << "it is not deleted";
   // The next split writes it.
-  engine.hindered.clear();
+  hindered.clear();
   control->LetEnabled(true);
-  document.OpenFile(path);
+  control->OpenFile(path);
   EXPECT_EQ(Form().TransLayers(1).Picture().Width(), 10);
 }
 
 TEST_F(HinderedSplit, NoOlderPageFileIsPrintedInPlaceOfOneThatWasNotWritten) {
-  engine.hindered = folder.File("D_Page_3.tif");
-  engine.error = ErrorNumber::PermissionDenied;
-  document.OpenFile(path);
+  hindered = "D_Page_3.tif";
+  error = FileTroubles[2].code;
+  control->OpenFile(path);
   control->LetEnabled(true);
   events.errors.clear();
-  kw::Printing printing(context, document);
   desktop.printerAnswers.emplace_back([](PrinterDialog&) {});
-  printing.PrintPages();
+  BasicBar("PrinterSetup").UserClick("PrinterSetup");
   ASSERT_EQ(desktop.printedJobs.size(), 1U);
   std::vector<int> widths;
   for (const Bitmap& sheet : desktop.printedJobs[0]) widths.push_back(sheet.Width());
   EXPECT_EQ(widths, (std::vector<int>{10, 20, 0, 40}));
   EXPECT_EQ(events.errors, std::vector<int>{static_cast<int>(ErrorNumber::FileNotFound)});
+}
+
+TEST_F(HinderedSplit, APageFileThatCannotBeLookedAtIsNotTheEndOfTheDocument) {
+  control->OpenFile(path);
+  files.onCall = [](FailingFiles::Call call, const std::filesystem::path& asked) {
+    return call == FailingFiles::Call::Look && asked.filename() == "D_Page_3.tif" ? FileTroubles[3].code : 0;
+  };
+  control->OpenFile(folder.File("D_Page_1.tif"));
+  EXPECT_EQ(events.errors, std::vector<int>{75});
+}
+
+TEST_F(HinderedSplit, ADocumentThatCannotBeReadOnIsNotReplacedByWhitePaper) {
+  files.onCall = [this, reads = 0](FailingFiles::Call call, const std::filesystem::path& asked) mutable {
+    const bool isOfDocument = call == FailingFiles::Call::Read && asked.filename() == "D.tif";
+    return isOfDocument && events.created.size() == 1 && ++reads > 0 ? FileTroubles[4].code : 0;
+  };
+  control->OpenFile(path);
+  EXPECT_EQ(Announced(), std::vector<int>{4});
+  EXPECT_EQ(events.errors, std::vector<int>{75});
+  EXPECT_EQ(LoadPicture(folder.File("D_Page_3.tif")).Width(), 99) << "the old one";
 }
 
 class Split : public EditorTest {

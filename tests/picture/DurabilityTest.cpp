@@ -86,33 +86,6 @@ protected:
   PictureDocument engine;
 };
 
-constexpr const char* LeftoverName = "kw0123456789abcdef.tmp";
-
-TEST_F(Durable, LeftoverOfAProcessThatWasEndedGoesAfterADay) {
-  const auto now = std::filesystem::file_time_type::clock::now();
-  const auto old = now - std::chrono::hours(25);
-  for (const char* name : {LeftoverName, "kwfedcba9876543210.tmp", "kw0123456789abcdeg.tmp", "kw01234567.tmp",
-                           "notes.tmp", "kw0123456789abcdef.tif"}) {
-    Put(name, {1});
-    std::filesystem::last_write_time(folder / name, old);
-  }
-  std::filesystem::last_write_time(folder / "kwfedcba9876543210.tmp", now - std::chrono::hours(1));
-  engine.Save(At("page.tif"));
-  EXPECT_EQ((std::vector<std::string>{"kw01234567.tmp", "kw0123456789abcdef.tif", "kw0123456789abcdeg.tmp",
-                                      "kwfedcba9876543210.tmp", "notes.tmp", "page.tif"}),
-            Names());
-}
-
-TEST_F(Durable, OldFileThatIsStillWrittenStays) {
-  Put(LeftoverName, {1});
-  std::filesystem::last_write_time(folder / LeftoverName,
-                                   std::filesystem::file_time_type::clock::now() - std::chrono::hours(25));
-  OpenedFile writer;
-  ASSERT_EQ(0, OpenSystemFile(folder / LeftoverName, FileUse::Change, writer));
-  engine.Save(At("page.tif"));
-  EXPECT_TRUE(std::filesystem::exists(folder / LeftoverName));
-}
-
 TEST_F(Durable, NewDocumentDoesNotTakeThePlaceOfOneThatCameMeanwhile) {
   OutputFile made(At("document.fmf"));
   ASSERT_TRUE(made.WriteAll(Bytes{1, 2, 3}));
@@ -151,7 +124,7 @@ TEST_F(Durable, AppendWaitsForWhoChangesTheDocument) {
   const std::string path = At("document.fmf");
   Append(path, Noise(9, 9, 24));
   OpenedFile other;
-  ASSERT_EQ(0, OpenSystemFile(ToFilesystemPath(path), FileUse::Change, other));
+  ASSERT_EQ(0, FileSystem::Current().Open(ToFilesystemPath(path), FileUse::Change, other));
   std::thread holder([&other] {
     std::this_thread::sleep_for(milliseconds(100));
     other.reset();
@@ -258,7 +231,9 @@ TEST_F(Durable, BytesAreOnTheDiskBeforeTheFileHasItsNameAndTheNameIsBeforeSaveEn
 
 TEST_F(Durable, ScratchFileWaitsForNoDisk) {
   const SystemCalls calls;
-  engine.SaveScratch(At("a.bmp"));
+  engine.SaveScratch(At("a.bmp"), "mark");
+  const Bytes bytes = BytesOf(At("a.bmp"));
+  EXPECT_EQ(std::string(bytes.end() - 4, bytes.end()), "mark");
   EXPECT_EQ((Calls{"name"}), calls.names);
 }
 

@@ -5,14 +5,19 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <chrono>
+#include <climits>
+#include <csignal>
+#include <limits>
 #include <string>
 #include <thread>
 #include <utility>
 
 #include "components/base/RunTimeError.h"
 #include "components/base/SystemFile.h"
+#include "components/base/SystemStream.h"
 
 namespace kw {
 namespace {
@@ -66,7 +71,7 @@ SystemCode LookAtDescriptor(int descriptor, FileFacts& facts) {
   return code;
 }
 
-SystemCode Lock(int descriptor) {
+SystemCode LockDescriptor(int descriptor) {
   for (milliseconds waited{0};; waited += Pause) {
     if (flock(descriptor, LOCK_EX | LOCK_NB) == 0) return 0;
     if ((errno != EWOULDBLOCK && errno != EINTR) || waited >= LongestWait) return errno;
@@ -77,8 +82,9 @@ SystemCode Lock(int descriptor) {
 // The file may have got another name, or none, while this process waited for it.
 bool IsStillAt(int descriptor, const std::filesystem::path& path) {
   FileFacts own;
-  FileFacts there;
-  return LookAtDescriptor(descriptor, own) == 0 && LookAt(path, there) == 0 && own.identity == there.identity;
+  struct stat status {};
+  if (LookAtDescriptor(descriptor, own) != 0 || stat(path.c_str(), &status) != 0) return false;
+  return own.identity == FactsOf(status).identity;
 }
 
 int FlagsOf(FileUse use) {
@@ -134,28 +140,28 @@ void RaiseFileError(SystemCode code) {
   }
 }
 
-bool IsMissing(SystemCode code) { return code == ENOENT || code == ENOTDIR; }
+bool IsMissing(SystemCode code) { return code == ENOENT || code == ENOTDIR || code == ENAMETOOLONG; }
 bool IsTaken(SystemCode code) { return code == EEXIST; }
 
 void ForgetStreamError() { errno = 0; }
 SystemCode LastStreamError() { return errno != 0 ? errno : EIO; }
 SystemCode LastWriteError() { return LastStreamError(); }
 
-SystemCode LookAt(const std::filesystem::path& path, FileFacts& facts) {
+SystemCode FileSystem::LookAt(const Path& path, FileFacts& facts) const {
   struct stat status {};
   const SystemCode code = CodeOf(stat(path.c_str(), &status));
   if (code == 0) facts = FactsOf(status);
   return code;
 }
 
-SystemCode LookAt(std::FILE* file, FileFacts& facts) { return LookAtDescriptor(fileno(file), facts); }
+SystemCode FileSystem::LookAt(std::FILE* file, FileFacts& facts) const { return LookAtDescriptor(fileno(file), facts); }
 
-SystemCode OpenSystemFile(const std::filesystem::path& path, FileUse use, OpenedFile& file) {
+SystemCode FileSystem::Open(const Path& path, FileUse use, OpenedFile& file) const {
   for (;;) {
     Descriptor opened(open(path.c_str(), FlagsOf(use), use == FileUse::CreatePrivate ? PrivateMode : PlainMode));
     if (!opened.IsOpen()) return errno;
     if (use == FileUse::Change) {
-      if (const SystemCode code = Lock(opened.Get()); code != 0) return code;
+      if (const SystemCode code = LockDescriptor(opened.Get()); code != 0) return code;
       if (!IsStillAt(opened.Get(), path)) continue;
     } else if (use != FileUse::Read) {
       flock(opened.Get(), LOCK_EX | LOCK_NB);  // shows that it is still written; see RemoveUnusedFile()
@@ -167,36 +173,59 @@ SystemCode OpenSystemFile(const std::filesystem::path& path, FileUse use, Opened
   }
 }
 
-bool SeekFile(std::FILE* file, std::int64_t offset, int origin) { return fseeko(file, offset, origin) == 0; }
-std::int64_t TellFile(std::FILE* file) { return ftello(file); }
+SystemCode FileSystem::Seek(std::FILE* file, std::uint64_t to) const {
+  if (to > static_cast<std::uint64_t>(std::numeric_limits<off_t>::max())) return EOVERFLOW;
+  ForgetStreamError();
+  return fseeko(file, static_cast<off_t>(to), SEEK_SET) == 0 ? 0 : LastStreamError();
+}
 
-SystemCode FlushToDisk(std::FILE* file) {
+SystemCode FileSystem::SizeOf(std::FILE* file, std::uint64_t& size) const {
+  ForgetStreamError();
+  const off_t end = fseeko(file, 0, SEEK_END) == 0 ? ftello(file) : -1;
+  if (end < 0) return LastStreamError();
+  size = static_cast<std::uint64_t>(end);
+  return 0;
+}
+
+SystemCode FileSystem::Flush(std::FILE* file) const {
+  ForgetStreamError();
   if (std::fflush(file) != 0) return LastWriteError();
   return CodeOf(fsync(fileno(file)));
 }
 
-SystemCode RemoveSystemFile(const std::filesystem::path& path) { return CodeOf(unlink(path.c_str())); }
+SystemCode FileSystem::Remove(const Path& path) const { return CodeOf(unlink(path.c_str())); }
 
-void RemoveUnusedFile(const std::filesystem::path& path) {
+SystemCode FileSystem::RemoveUnused(const Path& path) const {
   const Descriptor opened(open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-  if (opened.IsOpen() && flock(opened.Get(), LOCK_EX | LOCK_NB) == 0) unlink(path.c_str());
+  if (!opened.IsOpen() || flock(opened.Get(), LOCK_EX | LOCK_NB) != 0) return errno;
+  return CodeOf(unlink(path.c_str()));
 }
 
-SystemCode MakeFolder(const std::filesystem::path& path) { return CodeOf(mkdir(path.c_str(), Permissions)); }
+SystemCode FileSystem::List(const Path& folder, const std::function<void(const Path& path)>& take) const {
+  std::error_code error;
+  std::filesystem::directory_iterator entry(folder.empty() ? Path(".") : folder, error);
+  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+    std::error_code ignored;
+    if (std::filesystem::is_regular_file(entry->symlink_status(ignored))) take(entry->path());
+  }
+  return error.value();
+}
 
-std::filesystem::path BehindLinks(const std::filesystem::path& path) {
-  std::filesystem::path place = path;
+SystemCode FileSystem::MakeFolder(const Path& path) const { return CodeOf(mkdir(path.c_str(), Permissions)); }
+
+FileSystem::Path FileSystem::BehindLinks(const Path& path) const {
+  Path place = path;
   for (int i = 0; i < MostLinks; ++i) {
     std::error_code error;
-    const std::filesystem::path next = std::filesystem::read_symlink(place, error);
+    const Path next = std::filesystem::read_symlink(place, error);
     if (error) return place;
     place = place.parent_path() / next;
   }
   return path;
 }
 
-SystemCode PutInPlace(const std::filesystem::path& file, const std::filesystem::path& target, Existing existing,
-                      Durability durability) {
+SystemCode FileSystem::PutInPlace(const Path& file, const Path& target, Existing existing,
+                                  Durability durability) const {
   struct stat old {};
   if (existing == Existing::Replaced && stat(target.c_str(), &old) == 0) {
     if (S_ISDIR(old.st_mode)) return EISDIR;
@@ -209,7 +238,7 @@ SystemCode PutInPlace(const std::filesystem::path& file, const std::filesystem::
   return code != 0 || durability == Durability::Passing ? code : FlushFolderOf(target);
 }
 
-SystemCode AppendToSystemFile(const std::filesystem::path& path, std::string_view text) {
+SystemCode FileSystem::Append(const Path& path, std::string_view text) const {
   const Descriptor opened(open(path.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_NONBLOCK | O_CLOEXEC, PlainMode));
   if (!opened.IsOpen()) return errno;
   while (!text.empty()) {
@@ -221,21 +250,33 @@ SystemCode AppendToSystemFile(const std::filesystem::path& path, std::string_vie
   return 0;
 }
 
-FileLock::FileLock(std::filesystem::path lockPath) : path(std::move(lockPath)) {
+SystemCode FileSystem::Lock(const Path& path, std::intptr_t& handle) const {
   for (;;) {
     Descriptor opened(open(path.c_str(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, PlainMode));
-    if (!opened.IsOpen() || Lock(opened.Get()) != 0) return;
+    if (!opened.IsOpen()) return errno;
+    if (const SystemCode code = LockDescriptor(opened.Get()); code != 0) return code;
     if (!IsStillAt(opened.Get(), path)) continue;
     handle = opened.Get();
     opened.Release();
-    return;
+    return 0;
   }
 }
 
-FileLock::~FileLock() {
-  if (!IsHeld()) return;
+void FileSystem::Unlock(const Path& path, std::intptr_t handle) const {
   unlink(path.c_str());
   close(static_cast<int>(handle));
+}
+
+std::string MachineName() {
+  std::array<char, HOST_NAME_MAX + 1> name{};
+  return gethostname(name.data(), name.size() - 1) == 0 ? name.data() : "";
+}
+
+std::int64_t ProcessNumber() { return getpid(); }
+
+bool IsProcessRunning(std::int64_t number) {
+  return number > 0 && number <= std::numeric_limits<pid_t>::max() &&
+         (kill(static_cast<pid_t>(number), 0) == 0 || errno != ESRCH);
 }
 
 }  // namespace kw

@@ -8,12 +8,15 @@
 #include <array>
 #include <cstdlib>
 #include <iterator>
+#include <limits>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "components/base/RunTimeError.h"
 #include "components/base/SystemFile.h"
+#include "components/base/SystemStream.h"
+#include "components/base/Unicode.h"
 
 namespace kw {
 namespace {
@@ -24,13 +27,14 @@ constexpr DWORD SharedWithAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_
 // What a scanner or an indexer that has a file open is waited for, in milliseconds.
 constexpr std::array<DWORD, 7> Pauses{0, 10, 20, 50, 100, 200, 400};
 
-class Handle {
+template <BOOL(WINAPI* CloseIt)(HANDLE)>
+class Owned {
 public:
-  explicit Handle(HANDLE opened) : handle(opened) {}
-  Handle(const Handle&) = delete;
-  Handle& operator=(const Handle&) = delete;
-  ~Handle() {
-    if (IsOpen()) CloseHandle(handle);
+  explicit Owned(HANDLE opened) : handle(opened) {}
+  Owned(const Owned&) = delete;
+  Owned& operator=(const Owned&) = delete;
+  ~Owned() {
+    if (IsOpen()) CloseIt(handle);
   }
   bool IsOpen() const { return handle != INVALID_HANDLE_VALUE; }
   HANDLE Get() const { return handle; }
@@ -39,6 +43,9 @@ public:
 private:
   HANDLE handle;
 };
+
+using Handle = Owned<CloseHandle>;
+using Search = Owned<FindClose>;
 
 SystemCode LastCode() {
   const DWORD code = GetLastError();
@@ -190,7 +197,11 @@ void RaiseFileError(SystemCode code) {
   }
 }
 
-bool IsMissing(SystemCode code) { return code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND; }
+bool IsMissing(SystemCode code) {
+  constexpr std::array<SystemCode, 6> codes{ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND,       ERROR_INVALID_NAME,
+                                            ERROR_BAD_PATHNAME,   ERROR_FILENAME_EXCED_RANGE, ERROR_INVALID_DRIVE};
+  return std::ranges::find(codes, code) != codes.end();
+}
 bool IsTaken(SystemCode code) { return code == ERROR_ALREADY_EXISTS || code == ERROR_FILE_EXISTS; }
 
 void ForgetStreamError() { _doserrno = 0; }
@@ -198,7 +209,7 @@ SystemCode LastStreamError() { return _doserrno != 0 ? static_cast<SystemCode>(_
 // A disk takes what it has room for and calls that no error.
 SystemCode LastWriteError() { return _doserrno != 0 ? static_cast<SystemCode>(_doserrno) : ERROR_DISK_FULL; }
 
-SystemCode LookAt(const std::filesystem::path& path, FileFacts& facts) {
+SystemCode FileSystem::LookAt(const Path& path, FileFacts& facts) const {
   facts = {};
   if (NamesDevice(path)) return 0;
   const Handle file(CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES, SharedWithAll, nullptr, OPEN_EXISTING,
@@ -206,11 +217,11 @@ SystemCode LookAt(const std::filesystem::path& path, FileFacts& facts) {
   return file.IsOpen() ? LookAtHandle(file.Get(), facts) : LastCode();
 }
 
-SystemCode LookAt(std::FILE* file, FileFacts& facts) {
+SystemCode FileSystem::LookAt(std::FILE* file, FileFacts& facts) const {
   return LookAtHandle(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file))), facts);
 }
 
-SystemCode OpenSystemFile(const std::filesystem::path& path, FileUse use, OpenedFile& file) {
+SystemCode FileSystem::Open(const Path& path, FileUse use, OpenedFile& file) const {
   if (NamesDevice(path)) return ERROR_INVALID_NAME;
   const ULONGLONG start = GetTickCount64();
   HANDLE opened = OpenFor(path, use);
@@ -231,19 +242,44 @@ SystemCode OpenSystemFile(const std::filesystem::path& path, FileUse use, Opened
   return ERROR_TOO_MANY_OPEN_FILES;
 }
 
-bool SeekFile(std::FILE* file, std::int64_t offset, int origin) { return _fseeki64(file, offset, origin) == 0; }
-std::int64_t TellFile(std::FILE* file) { return _ftelli64(file); }
+SystemCode FileSystem::Seek(std::FILE* file, std::uint64_t to) const {
+  if (to > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())) return ERROR_NEGATIVE_SEEK;
+  ForgetStreamError();
+  return _fseeki64(file, static_cast<std::int64_t>(to), SEEK_SET) == 0 ? 0 : LastStreamError();
+}
 
-SystemCode FlushToDisk(std::FILE* file) {
+SystemCode FileSystem::SizeOf(std::FILE* file, std::uint64_t& size) const {
+  ForgetStreamError();
+  const std::int64_t end = _fseeki64(file, 0, SEEK_END) == 0 ? _ftelli64(file) : -1;
+  if (end < 0) return LastStreamError();
+  size = static_cast<std::uint64_t>(end);
+  return 0;
+}
+
+SystemCode FileSystem::Flush(std::FILE* file) const {
+  ForgetStreamError();
   if (std::fflush(file) != 0) return LastWriteError();
   return CodeOf(FlushFileBuffers(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file)))));
 }
 
-SystemCode RemoveSystemFile(const std::filesystem::path& path) { return CodeOf(DeleteFileW(path.c_str())); }
-void RemoveUnusedFile(const std::filesystem::path& path) { RemoveSystemFile(path); }
-SystemCode MakeFolder(const std::filesystem::path& path) { return CodeOf(CreateDirectoryW(path.c_str(), nullptr)); }
+SystemCode FileSystem::Remove(const Path& path) const { return CodeOf(DeleteFileW(path.c_str())); }
+// Who writes a file does not let others delete it.
+SystemCode FileSystem::RemoveUnused(const Path& path) const { return Remove(path); }
+SystemCode FileSystem::MakeFolder(const Path& path) const { return CodeOf(CreateDirectoryW(path.c_str(), nullptr)); }
 
-std::filesystem::path BehindLinks(const std::filesystem::path& path) {
+SystemCode FileSystem::List(const Path& folder, const std::function<void(const Path& path)>& take) const {
+  constexpr DWORD others = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT | FILE_ATTRIBUTE_DEVICE;
+  WIN32_FIND_DATAW found{};
+  const Search search(FindFirstFileW(((folder.empty() ? Path(L".") : folder) / L"*").c_str(), &found));
+  if (!search.IsOpen()) return LastCode();
+  do {
+    if ((found.dwFileAttributes & others) == 0) take(folder / found.cFileName);
+  } while (FindNextFileW(search.Get(), &found) != FALSE);
+  const SystemCode code = LastCode();
+  return code == ERROR_NO_MORE_FILES ? 0 : code;
+}
+
+FileSystem::Path FileSystem::BehindLinks(const Path& path) const {
   const DWORD attributes = GetFileAttributesW(path.c_str());
   if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0) return path;
   const Handle file(CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES, SharedWithAll, nullptr, OPEN_EXISTING,
@@ -256,8 +292,8 @@ std::filesystem::path BehindLinks(const std::filesystem::path& path) {
   return place;
 }
 
-SystemCode PutInPlace(const std::filesystem::path& file, const std::filesystem::path& target, Existing existing,
-                      Durability durability) {
+SystemCode FileSystem::PutInPlace(const Path& file, const Path& target, Existing existing,
+                                  Durability durability) const {
   constexpr DWORD fixed = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_READONLY;
   const DWORD attributes = GetFileAttributesW(target.c_str());
   if (existing == Existing::Replaced && attributes != INVALID_FILE_ATTRIBUTES) {
@@ -275,7 +311,7 @@ SystemCode PutInPlace(const std::filesystem::path& file, const std::filesystem::
   return code;
 }
 
-SystemCode AppendToSystemFile(const std::filesystem::path& path, std::string_view text) {
+SystemCode FileSystem::Append(const Path& path, std::string_view text) const {
   if (NamesDevice(path)) return ERROR_INVALID_NAME;
   const Handle file(OpenForAppending(path));
   if (!file.IsOpen()) return LastCode();
@@ -292,23 +328,45 @@ SystemCode AppendToSystemFile(const std::filesystem::path& path, std::string_vie
   return 0;
 }
 
-FileLock::FileLock(std::filesystem::path lockPath) : path(std::move(lockPath)) {
+SystemCode FileSystem::Lock(const Path& path, std::intptr_t& handle) const {
   const ULONGLONG start = GetTickCount64();
   for (;;) {
     HANDLE opened = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS,
                                 FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
     if (opened != INVALID_HANDLE_VALUE) {
       handle = reinterpret_cast<std::intptr_t>(opened);
-      return;
+      return 0;
     }
+    const SystemCode code = LastCode();
     // A file that is being deleted answers that access is denied.
-    if (!IsInUse(LastCode()) || GetTickCount64() - start > LongestWait) return;
+    if (!IsInUse(code) || GetTickCount64() - start > LongestWait) return code;
     Sleep(Pause);
   }
 }
 
-FileLock::~FileLock() {
-  if (IsHeld()) CloseHandle(reinterpret_cast<HANDLE>(handle));
+void FileSystem::Unlock(const Path& /*path*/, std::intptr_t handle) const {
+  CloseHandle(reinterpret_cast<HANDLE>(handle));
+}
+
+std::string MachineName() {
+  constexpr COMPUTER_NAME_FORMAT kind = ComputerNamePhysicalDnsFullyQualified;
+  DWORD size = 0;
+  GetComputerNameExW(kind, nullptr, &size);
+  std::wstring name(size, L'\0');
+  if (size == 0 || GetComputerNameExW(kind, name.data(), &size) == FALSE) return {};
+  name.resize(size);
+  return Utf8FromUtf16(std::u16string(name.begin(), name.end()));
+}
+
+std::int64_t ProcessNumber() { return GetCurrentProcessId(); }
+
+bool IsProcessRunning(std::int64_t number) {
+  if (number < 0 || number > MAXDWORD) return false;
+  const HANDLE process = OpenProcess(SYNCHRONIZE, FALSE, static_cast<DWORD>(number));
+  if (process == nullptr) return GetLastError() != ERROR_INVALID_PARAMETER;
+  const bool isOver = WaitForSingleObject(process, 0) == WAIT_OBJECT_0;
+  CloseHandle(process);
+  return !isOver;
 }
 
 }  // namespace kw

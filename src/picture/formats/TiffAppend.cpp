@@ -36,6 +36,7 @@ TiffAppender::TiffAppender(Stream& document, std::span<const std::uint8_t> heade
   }
   pages = structure.Directories().size();
   link = structure.LinkOf(to, structure.Directories().back());
+  if (to.HasFailed()) RaiseUnwritten();  // it may be another place
 }
 
 bool TiffAppender::Append(Stream& page) {

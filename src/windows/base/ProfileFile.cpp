@@ -7,9 +7,11 @@
 #include <cstdio>
 #include <filesystem>
 #include <limits>
+#include <optional>
 
 #include "components/base/FilePath.h"
 #include "components/base/SystemFile.h"
+#include "components/base/TemporaryFiles.h"
 #include "windows/base/Text.h"
 
 namespace kw::windows {
@@ -34,32 +36,47 @@ std::wstring FromCodePage(const std::string& text) {
   return wide;
 }
 
+bool WriteBytes(std::FILE* file, std::string_view bytes) {
+  std::size_t done = 0;
+  return FileSystem::Current().Write(file, bytes.data(), bytes.size(), done) == 0 && done == bytes.size();
+}
+
 bool WriteAll(const std::filesystem::path& path, const std::wstring& text) {
+  const FileSystem& files = FileSystem::Current();
   OpenedFile file;
-  if (OpenSystemFile(path, FileUse::Create, file) != 0) return false;
-  return std::fwrite(Utf16Mark.data(), 1, Utf16Mark.size(), file.get()) == Utf16Mark.size() &&
-         std::fwrite(text.data(), sizeof(wchar_t), text.size(), file.get()) == text.size() &&
-         FlushToDisk(file.get()) == 0;
+  if (files.Open(path, FileUse::Create, file) != 0) return false;
+  const std::string_view bytes(reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t));
+  return WriteBytes(file.get(), Utf16Mark) && WriteBytes(file.get(), bytes) && files.Flush(file.get()) == 0 &&
+         files.Close(file.release()) == 0;
+}
+
+// The whole file; empty text if there is none, none if it cannot be read.
+std::optional<std::string> ReadAll(const std::filesystem::path& path) {
+  const FileSystem& files = FileSystem::Current();
+  OpenedFile file;
+  if (const SystemCode code = files.Open(path, FileUse::Read, file); code != 0) {
+    return IsMissing(code) ? std::optional<std::string>("") : std::nullopt;
+  }
+  FileFacts facts;
+  if (files.LookAt(file.get(), facts) != 0 || facts.size > std::numeric_limits<int>::max()) return {};
+  std::string content(static_cast<std::size_t>(facts.size), '\0');
+  std::size_t done = 0;
+  if (files.Read(file.get(), content.data(), content.size(), done) != 0 || done != content.size()) return {};
+  return content;
 }
 
 // On failure the file stays unchanged.
 void ChangeToUtf16(const std::filesystem::path& path) {
-  std::string content;
-  OpenedFile file;
-  FileFacts facts;
-  const SystemCode code = OpenSystemFile(path, FileUse::Read, file);
-  if (code != 0 && !IsMissing(code)) return;
-  if (code == 0) {
-    if (LookAt(file.get(), facts) != 0 || facts.size > std::numeric_limits<int>::max()) return;
-    content.resize(static_cast<std::size_t>(facts.size));
-    if (std::fread(content.data(), 1, content.size(), file.get()) != content.size()) return;
-    file.reset();
+  const auto content = ReadAll(path);
+  if (!content || content->starts_with(Utf16Mark) || content->starts_with(Utf8Mark)) return;
+  RemoveLeftovers(path.parent_path());
+  const FileSystem& files = FileSystem::Current();
+  const std::filesystem::path changed = TemporaryBeside(path);
+  if (WriteAll(changed, FromCodePage(*content)) &&
+      files.PutInPlace(changed, path, Existing::Replaced, Durability::Lasting) == 0) {
+    return;
   }
-  if (content.starts_with(Utf16Mark) || content.starts_with(Utf8Mark)) return;
-  std::filesystem::path changed = path;
-  changed += L"." + std::to_wstring(GetCurrentProcessId()) + L"." + std::to_wstring(GetCurrentThreadId()) + L".tmp";
-  if (WriteAll(changed, FromCodePage(content))) PutInPlace(changed, path, Existing::Replaced, Durability::Lasting);
-  RemoveSystemFile(changed);
+  files.Remove(changed);
 }
 
 std::wstring_view WithoutBlanks(std::wstring_view text) {
