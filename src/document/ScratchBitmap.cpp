@@ -12,6 +12,7 @@
 
 #include "components/base/FilePath.h"
 #include "components/base/Files.h"
+#include "components/base/SystemFile.h"
 #include "document/PageFiles.h"
 
 namespace kw {
@@ -108,21 +109,18 @@ void ScratchBitmap::Remove() {
 
 void ScratchBitmap::RemoveLeftovers() {
   const std::string machine = desktop.MachineName();
-  std::error_code error;
-  fs::directory_iterator entry(ToFilesystemPath(GetWorkFolder(desktop)), error);
-  for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
-    const fs::path& path = entry->path();
+  ForEachIn(ToFilesystemPath(GetWorkFolder(desktop)), [&](const fs::path& path) {
     const auto number = NumberInName(FromFilesystemPath(path.filename()));
-    if (!number) continue;
+    if (!number) return;
     // A file that another process may be using is not even opened.
     constexpr std::int64_t lowerHalf = 0xFFFFFFFF;
     const std::int64_t process = *number & lowerHalf;
-    if (*number != InstanceNumber(machine, process) || desktop.IsProcessRunning(process)) continue;
+    if (*number != InstanceNumber(machine, process) || desktop.IsProcessRunning(process)) return;
     std::error_code ignored;
-    if (!fs::is_regular_file(entry->symlink_status(ignored))) continue;
+    if (!fs::is_regular_file(fs::symlink_status(path, ignored))) return;
     const auto owner = OwnerOf(path);
     if (owner && owner->machine == machine && owner->process == process) fs::remove(path, ignored);
-  }
+  });
 }
 
 }  // namespace kw

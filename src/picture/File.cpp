@@ -57,15 +57,11 @@ bool IsFirstVisit(const std::filesystem::path& folder) {
 void RemoveLeftovers(const std::filesystem::path& folder) {
   if (!IsFirstVisit(folder)) return;
   namespace fs = std::filesystem;
-  std::error_code error;
-  const fs::path place = folder.empty() ? fs::path(".") : folder;
-  for (fs::directory_iterator entry(place, error), end; !error && entry != end; entry.increment(error)) {
+  ForEachIn(folder.empty() ? fs::path(".") : folder, [](const fs::path& path) {
     FileFacts facts;
-    if (!IsTemporaryName(FromFilesystemPath(entry->path().filename()))) continue;
-    if (LookAt(entry->path(), facts) == 0 && facts.kind == FileKind::Plain && IsOld(facts)) {
-      RemoveUnusedFile(entry->path());
-    }
-  }
+    if (!IsTemporaryName(FromFilesystemPath(path.filename()))) return;
+    if (LookAt(path, facts) == 0 && facts.kind == FileKind::Plain && IsOld(facts)) RemoveUnusedFile(path);
+  });
 }
 
 }  // namespace
@@ -126,6 +122,7 @@ void FileStream::Close() {
 InputFile::InputFile(const std::string& path) {
   const std::filesystem::path native = ToFilesystemPath(path);
   const SystemCode code = OpenSystemFile(native, FileUse::Read, file);
+  if (IsLackOfMemory(code)) RaiseFileError(code);
   FileFacts facts;
   const SystemCode unknown = code == 0 ? LookAt(file.get(), facts) : LookAt(native, facts);
   if (unknown != 0) {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string_view>
 
@@ -13,11 +14,13 @@ namespace kw {
 // The system's own error code; 0 if a call succeeded.
 using SystemCode = int;
 
-// Raises PathNotFound, PermissionDenied, DiskFull or PathFileAccessError, with the code as its system error.
+// Raises PathNotFound, PermissionDenied, DiskFull, OutOfMemory or PathFileAccessError, with the code as its system
+// error.
 [[noreturn]] void RaiseFileError(SystemCode code);
 
 // True for the code of a file or a folder that is not there.
 bool IsMissing(SystemCode code);
+bool IsLackOfMemory(SystemCode code);
 
 // The code behind the call of the C library on a stream that failed since ForgetStreamError(); never 0.
 void ForgetStreamError();
@@ -71,6 +74,9 @@ SystemCode RemoveSystemFile(const std::filesystem::path& path);
 // Leaves a file that some process holds open for writing.
 void RemoveUnusedFile(const std::filesystem::path& path);
 SystemCode MakeFolder(const std::filesystem::path& path);
+// Hands over what lies in the folder, path by path; nothing if the folder cannot be read. The standard library's own
+// iterator, and its operator /, end the process or read freed memory if they get none.
+void ForEachIn(const std::filesystem::path& folder, const std::function<void(const std::filesystem::path&)>& take);
 
 // The target of `path` if it is a link, through all links; else `path` itself.
 std::filesystem::path BehindLinks(const std::filesystem::path& path);

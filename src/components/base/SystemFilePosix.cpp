@@ -1,5 +1,6 @@
 #ifndef _WIN32
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -7,7 +8,9 @@
 
 #include <cerrno>
 #include <chrono>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <thread>
 #include <utility>
 
@@ -81,6 +84,8 @@ bool IsStillAt(int descriptor, const std::filesystem::path& path) {
   return LookAtDescriptor(descriptor, own) == 0 && LookAt(path, there) == 0 && own.identity == there.identity;
 }
 
+bool IsMade(FileUse use) { return use == FileUse::Create || use == FileUse::CreatePrivate; }
+
 int FlagsOf(FileUse use) {
   if (use == FileUse::Read) return O_RDONLY | O_NONBLOCK | O_CLOEXEC;
   if (use == FileUse::Change) return O_RDWR | O_NONBLOCK | O_CLOEXEC;
@@ -129,11 +134,14 @@ void RaiseFileError(SystemCode code) {
     case EDQUOT:
     case EFBIG:
       Raise(ErrorNumber::DiskFull, code);
+    case ENOMEM:
+      Raise(ErrorNumber::OutOfMemory, code);
     default:
       Raise(ErrorNumber::PathFileAccessError, code);
   }
 }
 
+bool IsLackOfMemory(SystemCode code) { return code == ENOMEM; }
 bool IsMissing(SystemCode code) { return code == ENOENT || code == ENOTDIR; }
 bool IsTaken(SystemCode code) { return code == EEXIST; }
 
@@ -157,13 +165,17 @@ SystemCode OpenSystemFile(const std::filesystem::path& path, FileUse use, Opened
     if (use == FileUse::Change) {
       if (const SystemCode code = Lock(opened.Get()); code != 0) return code;
       if (!IsStillAt(opened.Get(), path)) continue;
-    } else if (use != FileUse::Read) {
+    } else if (IsMade(use)) {
       flock(opened.Get(), LOCK_EX | LOCK_NB);  // shows that it is still written; see RemoveUnusedFile()
     }
     file.reset(fdopen(opened.Get(), use == FileUse::Read ? "rb" : "r+b"));
-    if (file == nullptr) return errno;
-    opened.Release();
-    return 0;
+    if (file != nullptr) {
+      opened.Release();
+      return 0;
+    }
+    const SystemCode code = errno;
+    if (IsMade(use)) unlink(path.c_str());
+    return code;
   }
 }
 
@@ -180,6 +192,17 @@ SystemCode RemoveSystemFile(const std::filesystem::path& path) { return CodeOf(u
 void RemoveUnusedFile(const std::filesystem::path& path) {
   const Descriptor opened(open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
   if (opened.IsOpen() && flock(opened.Get(), LOCK_EX | LOCK_NB) == 0) unlink(path.c_str());
+}
+
+void ForEachIn(const std::filesystem::path& folder, const std::function<void(const std::filesystem::path&)>& take) {
+  const auto close = [](DIR* opened) { closedir(opened); };
+  const std::unique_ptr<DIR, decltype(close)> opened(opendir(folder.c_str()), close);
+  if (opened == nullptr) return;
+  while (const dirent* const entry = readdir(opened.get())) {
+    const std::string_view name = entry->d_name;
+    if (name == "." || name == "..") continue;
+    take(folder.native() + "/" + entry->d_name);
+  }
 }
 
 SystemCode MakeFolder(const std::filesystem::path& path) { return CodeOf(mkdir(path.c_str(), Permissions)); }

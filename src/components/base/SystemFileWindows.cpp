@@ -8,7 +8,9 @@
 #include <array>
 #include <cstdlib>
 #include <iterator>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -185,11 +187,15 @@ void RaiseFileError(SystemCode code) {
     case diskQuotaExceeded:
     case ERROR_FILE_TOO_LARGE:
       Raise(ErrorNumber::DiskFull, code);
+    case ERROR_NOT_ENOUGH_MEMORY:
+    case ERROR_OUTOFMEMORY:
+      Raise(ErrorNumber::OutOfMemory, code);
     default:
       Raise(ErrorNumber::PathFileAccessError, code);
   }
 }
 
+bool IsLackOfMemory(SystemCode code) { return code == ERROR_NOT_ENOUGH_MEMORY || code == ERROR_OUTOFMEMORY; }
 bool IsMissing(SystemCode code) { return code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND; }
 bool IsTaken(SystemCode code) { return code == ERROR_ALREADY_EXISTS || code == ERROR_FILE_EXISTS; }
 
@@ -241,6 +247,18 @@ SystemCode FlushToDisk(std::FILE* file) {
 
 SystemCode RemoveSystemFile(const std::filesystem::path& path) { return CodeOf(DeleteFileW(path.c_str())); }
 void RemoveUnusedFile(const std::filesystem::path& path) { RemoveSystemFile(path); }
+void ForEachIn(const std::filesystem::path& folder, const std::function<void(const std::filesystem::path&)>& take) {
+  WIN32_FIND_DATAW entry = {};
+  const HANDLE found = FindFirstFileW((folder.native() + L"\\*").c_str(), &entry);
+  if (found == INVALID_HANDLE_VALUE) return;
+  const auto close = [](void* search) { FindClose(search); };
+  const std::unique_ptr<void, decltype(close)> search(found, close);
+  do {
+    const std::wstring_view name = entry.cFileName;
+    if (name != L"." && name != L"..") take(folder.native() + L"\\" + entry.cFileName);
+  } while (FindNextFileW(search.get(), &entry) != FALSE);
+}
+
 SystemCode MakeFolder(const std::filesystem::path& path) { return CodeOf(CreateDirectoryW(path.c_str(), nullptr)); }
 
 std::filesystem::path BehindLinks(const std::filesystem::path& path) {
