@@ -46,6 +46,7 @@ void AddLife(std::vector<Scenario>& rows) {
   rows.push_back(OfEditor("host.load", nothing, [](EditorStage& stage) {
     RecordedBag bag;
     bag.values["MaxUndoLevels"] = "9";
+    bag.values["AppDir"] = AppDir;
     stage.control->UserControl_ReadProperties(bag);
   }));
   rows.push_back(OfEditor("host.save", nothing, [](EditorStage& stage) {

@@ -98,7 +98,9 @@ protected:
     const Outcome again = stage->Run();
     EXPECT_TRUE(again.Errors().empty()) << "the next time fails, too: " << again.Errors().front();
     EXPECT_FALSE(again.isRefused || again.isForeign) << "the next time fails, too";
-    if (now == before) EXPECT_EQ(stage->Look(), expected) << "the next time";
+    if (now == before) {
+      EXPECT_EQ(stage->Look(), expected) << "the next time";
+    }
   }
 
   void TryEach(Failing kind, long most) {
@@ -108,7 +110,7 @@ protected:
       ++tried;
       ASSERT_FALSE(HasFailure()) << "request " << which << " of " << requests;
     }
-    RecordProperty("tried", std::to_string(tried));
+    std::cout << "tried " << tried << " of " << requests << "\n";
     EXPECT_EQ(OpenedFiles(), openedFiles);
   }
 
