@@ -1,7 +1,7 @@
 // Each of the control's own requests for memory fails once, in a real container: the host gets an error code for it,
 // the user the box that the trap shows, and the same call succeeds behind it. KW_TORTURE=all tries every request of an
 // action up to 2,000 and 200 of those beyond, in a mixed order and for the action's share of KW_TORTURE_MINUTES; else
-// some of each are tried.
+// some of each are tried. KW_TORTURE_SEED chooses others.
 
 #include <windows.h>
 
@@ -31,9 +31,13 @@ namespace {
 
 constexpr long EachUpTo = 2000;
 constexpr std::size_t DrawnBeyond = 200;
-constexpr unsigned Seed = 20261122;
 constexpr LONG FlipVerb = 8;
 constexpr LONG RotateVerb = 4;
+
+std::string TextOf(const char* variable, const char* otherwise) {
+  const char* const text = std::getenv(variable);
+  return text == nullptr ? otherwise : text;
+}
 
 // A control in a container, with a document of three pages if an action needs one.
 class Place {
@@ -238,14 +242,13 @@ protected:
 
   // All up to a bound and some beyond, or some.
   static std::vector<long> Chosen(long requests) {
-    const char* const wanted = std::getenv("KW_TORTURE");
-    const bool isAll = wanted != nullptr && std::string(wanted) == "all";
+    const bool isAll = TextOf("KW_TORTURE", "some") == "all";
     const long each = isAll ? std::min(requests, EachUpTo) : 0;
     std::vector<long> beyond;
     for (long request = each + 1; request <= requests; ++request) beyond.push_back(request);
     std::vector<long> chosen;
     for (long request = 1; request <= each; ++request) chosen.push_back(request);
-    std::mt19937 random(Seed);
+    std::mt19937 random(static_cast<unsigned>(std::stoul(TextOf("KW_TORTURE_SEED", "20261122"))));
     std::ranges::sample(beyond, std::back_inserter(chosen), isAll ? DrawnBeyond : 2, random);
     std::ranges::shuffle(chosen, random);
     return chosen;
@@ -264,8 +267,8 @@ TEST_P(OcxShortOfMemory, TheHostGetsACodeAndTheControlWorksOn) {
     EXPECT_EQ(whole.code, S_OK);
     requests = whole.requests;
   }
-  const char* const minutes = std::getenv("KW_TORTURE_MINUTES");
-  const std::chrono::duration<double> share(minutes == nullptr ? 1e6 : std::stod(minutes) * 60 / std::size(Actions));
+  const double minutes = std::stod(TextOf("KW_TORTURE_MINUTES", "1000"));
+  const std::chrono::duration<double> share(minutes * 60 / static_cast<double>(std::size(Actions)));
   const auto start = std::chrono::steady_clock::now();
   long tried = 0;
   for (const long failing : Chosen(requests)) {

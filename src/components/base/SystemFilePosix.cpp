@@ -198,10 +198,11 @@ void ForEachIn(const std::filesystem::path& folder, const std::function<void(con
   const auto close = [](DIR* opened) { closedir(opened); };
   const std::unique_ptr<DIR, decltype(close)> opened(opendir(folder.c_str()), close);
   if (opened == nullptr) return;
+  const std::string before = folder.native().ends_with('/') ? folder.native() : folder.native() + '/';
   while (const dirent* const entry = readdir(opened.get())) {
     const std::string_view name = entry->d_name;
     if (name == "." || name == "..") continue;
-    take(folder.native() + "/" + entry->d_name);
+    take(before + entry->d_name);
   }
 }
 

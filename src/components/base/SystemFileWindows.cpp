@@ -249,13 +249,15 @@ SystemCode RemoveSystemFile(const std::filesystem::path& path) { return CodeOf(D
 void RemoveUnusedFile(const std::filesystem::path& path) { RemoveSystemFile(path); }
 void ForEachIn(const std::filesystem::path& folder, const std::function<void(const std::filesystem::path&)>& take) {
   WIN32_FIND_DATAW entry = {};
-  const HANDLE found = FindFirstFileW((folder.native() + L"\\*").c_str(), &entry);
+  // Where a path is long, one backslash more would be part of a name.
+  const std::wstring before = folder.native().ends_with(L'\\') ? folder.native() : folder.native() + L'\\';
+  const HANDLE found = FindFirstFileW((before + L"*").c_str(), &entry);
   if (found == INVALID_HANDLE_VALUE) return;
   const auto close = [](void* search) { FindClose(search); };
   const std::unique_ptr<void, decltype(close)> search(found, close);
   do {
     const std::wstring_view name = entry.cFileName;
-    if (name != L"." && name != L"..") take(folder.native() + L"\\" + entry.cFileName);
+    if (name != L"." && name != L"..") take(before + entry.cFileName);
   } while (FindNextFileW(search.get(), &entry) != FALSE);
 }
 
