@@ -10,6 +10,7 @@
 #include <iterator>
 #include <limits>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -192,11 +193,15 @@ void RaiseFileError(SystemCode code) {
     case diskQuotaExceeded:
     case ERROR_FILE_TOO_LARGE:
       Raise(ErrorNumber::DiskFull, code);
+    case ERROR_NOT_ENOUGH_MEMORY:
+    case ERROR_OUTOFMEMORY:
+      Raise(ErrorNumber::OutOfMemory, code);
     default:
       Raise(ErrorNumber::PathFileAccessError, code);
   }
 }
 
+bool IsLackOfMemory(SystemCode code) { return code == ERROR_NOT_ENOUGH_MEMORY || code == ERROR_OUTOFMEMORY; }
 bool IsMissing(SystemCode code) {
   constexpr std::array<SystemCode, 6> codes{ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND,       ERROR_INVALID_NAME,
                                             ERROR_BAD_PATHNAME,   ERROR_FILENAME_EXCED_RANGE, ERROR_INVALID_DRIVE};
@@ -267,13 +272,17 @@ SystemCode FileSystem::Remove(const Path& path) const { return CodeOf(DeleteFile
 SystemCode FileSystem::RemoveUnused(const Path& path) const { return Remove(path); }
 SystemCode FileSystem::MakeFolder(const Path& path) const { return CodeOf(CreateDirectoryW(path.c_str(), nullptr)); }
 
+// The library's operator / reads freed memory if it gets none. Where a path is long, one backslash more would be part of
+// a name.
 SystemCode FileSystem::List(const Path& folder, const std::function<void(const Path& path)>& take) const {
   constexpr DWORD others = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT | FILE_ATTRIBUTE_DEVICE;
+  std::wstring before = folder.native();
+  if (!before.empty() && before.back() != L'\\') before += L'\\';
   WIN32_FIND_DATAW found{};
-  const Search search(FindFirstFileW(((folder.empty() ? Path(L".") : folder) / L"*").c_str(), &found));
+  const Search search(FindFirstFileW((before + L"*").c_str(), &found));
   if (!search.IsOpen()) return LastCode();
   do {
-    if ((found.dwFileAttributes & others) == 0) take(folder / found.cFileName);
+    if ((found.dwFileAttributes & others) == 0) take(before + found.cFileName);
   } while (FindNextFileW(search.Get(), &found) != FALSE);
   const SystemCode code = LastCode();
   return code == ERROR_NO_MORE_FILES ? 0 : code;

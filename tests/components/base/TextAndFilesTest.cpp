@@ -138,6 +138,29 @@ TEST(Files, RemoveOfAMissingFileIsError53) {
   EXPECT_FALSE(test::Exists(folder.File("some.bmp")));
 }
 
+TEST(Files, AFolderHandsOverWhatLiesInIt) {
+  const test::TemporaryFolder folder;
+  const std::filesystem::path path = ToFilesystemPath(folder.File("inner"));
+  ASSERT_EQ(MakeFolder(path), 0);
+  std::vector<std::string> names;
+  const auto keep = [&](const std::filesystem::path& found) {
+    EXPECT_EQ(found.parent_path(), path);
+    EXPECT_TRUE(std::filesystem::exists(found));
+    names.push_back(FromFilesystemPath(found.filename()));
+  };
+  ForEachIn(path, keep);
+  EXPECT_EQ(names, std::vector<std::string>());
+  test::WriteWhole(folder.File("inner\\a.bmp"), "a");
+  test::WriteWhole(folder.File("inner\\\xC3\xA4 b"), "b");
+  ASSERT_EQ(MakeFolder(path / "c"), 0);
+  ForEachIn(path, keep);
+  std::ranges::sort(names);
+  EXPECT_EQ(names, (std::vector<std::string>{"a.bmp", "c", "\xC3\xA4 b"}));
+  ForEachIn(path / "a.bmp", keep);
+  ForEachIn(path / "missing", keep);
+  EXPECT_EQ(names.size(), 3U);
+}
+
 TEST(RunTimeErrors, CarryTheRunTimesTextAndSource) {
   const RunTimeError error(ErrorNumber::InvalidProcedureCall);
   EXPECT_EQ(error.Number(), 5);
