@@ -22,8 +22,8 @@ void Persistence::Read(PropertyBag& bag) {
 
 HRESULT Persistence::LoadStream(IStream& stream) {
   core.Start();
-  StreamBag bag;
-  const HRESULT result = bag.Load(stream);
+  EncodedBag bag;
+  const HRESULT result = LoadBag(bag, stream);
   if (SUCCEEDED(result)) Read(bag);
   return result;
 }
@@ -34,9 +34,9 @@ void Persistence::Write(PropertyBag& bag) {
 }
 
 HRESULT Persistence::SaveStream(IStream& stream) {
-  StreamBag bag;
+  EncodedBag bag;
   Write(bag);
-  return bag.Save(stream);
+  return SaveBag(bag, stream);
 }
 
 STDMETHODIMP Persistence::GetClassID(CLSID* classId) {
@@ -72,9 +72,9 @@ STDMETHODIMP Persistence::Save(IStream* stream, BOOL clearDirty) {
 STDMETHODIMP Persistence::GetSizeMax(ULARGE_INTEGER* size) {
   return AtComBoundary(core.Life(), [&] {
     if (size == nullptr) return E_POINTER;
-    StreamBag bag;
+    EncodedBag bag;
     Write(bag);
-    size->QuadPart = bag.Size();
+    size->QuadPart = bag.Encode().size();
     return S_OK;
   });
 }
