@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace kw::test {
+
+// A file that claims or repeats more than any sound one: what it asks for has a bound.
+struct HostileFile {
+  std::string name;
+  std::function<std::vector<std::uint8_t>()> make;
+  // It asks for a page of many pixels, which it may: what it needs, most of it goes into them.
+  bool isSlow = false;
+};
+
+// One at least for each bound of each format.
+std::vector<HostileFile> HostileFiles();
+// Those of one format.
+std::vector<HostileFile> HostileTiffs();
+std::vector<HostileFile> HostileJpegs();
+std::vector<HostileFile> HostileGifs();
+std::vector<HostileFile> HostileBitmaps();
+
+// A file of at most so many bytes stands in the tree.
+constexpr std::size_t MostBytesInTree = 4096;
+
+}  // namespace kw::test
