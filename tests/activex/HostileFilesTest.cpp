@@ -8,9 +8,11 @@
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
+#include <iterator>
 
 #include "tests/activex/Fixture.h"
 #include "tests/activex/StrictContainer.h"
+#include "tests/data/TestData.h"
 #include "tests/data/hostile/HostileFiles.h"
 #include "tests/support/win32/BoxAnswerer.h"
 
@@ -60,8 +62,10 @@ TEST_F(HostileFilesTest, AreOpenedInTimeAndInLittleMemory) {
   container.Take(control.Get());
   ASSERT_EQ(container.DoVerb(OLEIVERB_SHOW), S_OK);
   ASSERT_GT(PeakMemory(), std::size_t{1} << 20U) << "the system does not tell";
+  std::vector<HostileFile> files = HostileFiles();
+  std::ranges::move(FuzzedFiles(TestData("../../fuzz/corpus")), std::back_inserter(files));
   int opened = 0;
-  for (const HostileFile& file : HostileFiles()) {
+  for (const HostileFile& file : files) {
     if (!IsToBeOpened(file)) continue;
     const std::wstring path = Write(file.make());
     const double began = SecondsOfProcess();

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
+#include <iterator>
 
 #include <gtest/gtest.h>
 
@@ -75,8 +76,10 @@ Needed OpenInAProcess(const std::vector<std::uint8_t>& bytes) {
 }
 
 TEST(HostileFiles, AreOpenedInTimeAndInLittleMemory) {
+  std::vector<HostileFile> files = test::HostileFiles();
+  std::ranges::move(test::FuzzedFiles(TestData("../../fuzz/corpus")), std::back_inserter(files));
   int opened = 0;
-  for (const HostileFile& file : test::HostileFiles()) {
+  for (const HostileFile& file : files) {
     if (!IsAsked(file)) continue;
     const Needed needed = OpenInAProcess(file.make());
     std::cout << file.name << ": " << needed.seconds << " s, " << needed.kilobytes / 1024 << " MiB" << std::endl;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
@@ -11,12 +12,14 @@ namespace kw::test {
 struct HostileFile {
   std::string name;
   std::function<std::vector<std::uint8_t>()> make;
-  // It asks for a page of many pixels, which it may: what it needs, most of it goes into them.
+  // It asks for a page of many pixels, which it may, or it is one of many: not for every run of the tests.
   bool isSlow = false;
 };
 
 // One at least for each bound of each format.
 std::vector<HostileFile> HostileFiles();
+// The documents of the fuzz targets' corpus, which are many.
+std::vector<HostileFile> FuzzedFiles(const std::filesystem::path& corpus);
 // Those of one format.
 std::vector<HostileFile> HostileTiffs();
 std::vector<HostileFile> HostileJpegs();
