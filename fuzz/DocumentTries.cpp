@@ -19,28 +19,6 @@ void RequireUnchanged(const std::string& path, std::span<const std::uint8_t> byt
   Promise(std::ranges::equal(BytesOf(test::ReadWhole(path)), bytes), "a document that is opened stays as it is");
 }
 
-// Another bag's values but for the work folder: any text would be a place to write to.
-class InFolder final : public PropertyBag {
-public:
-  InFolder(PropertyBag& others, std::string folder) : bag(others), appDir(std::move(folder)) {}
-
-  bool ReadBoolean(const std::string& key, bool otherwise) override { return bag.ReadBoolean(key, otherwise); }
-  std::int16_t ReadInteger(const std::string& key, std::int16_t otherwise) override {
-    return bag.ReadInteger(key, otherwise);
-  }
-  std::string ReadText(const std::string& key, const std::string& otherwise) override {
-    std::string text = bag.ReadText(key, otherwise);
-    return key == "AppDir" ? appDir : text;
-  }
-  void WriteBoolean(const std::string& /*key*/, bool /*value*/, bool /*otherwise*/) override {}
-  void WriteInteger(const std::string& /*key*/, std::int16_t /*value*/, std::int16_t /*otherwise*/) override {}
-  void WriteText(const std::string& /*key*/, const std::string& /*value*/, const std::string& /*otherwise*/) override {}
-
-private:
-  PropertyBag& bag;
-  std::string appDir;
-};
-
 }  // namespace
 
 void TryDocument(std::span<const std::uint8_t> bytes) {
@@ -118,8 +96,7 @@ void TryBag(std::span<const std::uint8_t> bytes) {
     return state.Encode();
   };
   FuzzedEditor editor;
-  InFolder made(bag, editor.folder.Path());
-  editor.Control().UserControl_ReadProperties(made);
+  editor.ReadProperties(bag);
   const std::string state = written(editor.Control());
   editor.RequireSound({ErrorNumber::TypeMismatch});
   EncodedBag loaded;

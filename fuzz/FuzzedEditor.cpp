@@ -13,6 +13,28 @@ namespace {
 
 constexpr std::uint64_t MostPixelBytes = std::uint64_t{16} << 20U;
 
+// Another bag's values but for the work folder: any text would be a place to write to.
+class InFolder final : public PropertyBag {
+public:
+  InFolder(PropertyBag& others, std::string folder) : bag(others), appDir(std::move(folder)) {}
+
+  bool ReadBoolean(const std::string& key, bool otherwise) override { return bag.ReadBoolean(key, otherwise); }
+  std::int16_t ReadInteger(const std::string& key, std::int16_t otherwise) override {
+    return bag.ReadInteger(key, otherwise);
+  }
+  std::string ReadText(const std::string& key, const std::string& otherwise) override {
+    std::string text = bag.ReadText(key, otherwise);
+    return key == "AppDir" ? appDir : text;
+  }
+  void WriteBoolean(const std::string& /*key*/, bool /*value*/, bool /*otherwise*/) override {}
+  void WriteInteger(const std::string& /*key*/, std::int16_t /*value*/, std::int16_t /*otherwise*/) override {}
+  void WriteText(const std::string& /*key*/, const std::string& /*value*/, const std::string& /*otherwise*/) override {}
+
+private:
+  PropertyBag& bag;
+  std::string appDir;
+};
+
 }  // namespace
 
 PictureDocument::Options FuzzedEditor::SmallLimits() {
@@ -47,6 +69,11 @@ void FuzzedEditor::BeginLife(bool designed) {
   } else {
     control->UserControl_Initialize();
   }
+}
+
+void FuzzedEditor::ReadProperties(PropertyBag& bag) {
+  InFolder values(bag, folder.Path());
+  control->UserControl_ReadProperties(values);
 }
 
 void FuzzedEditor::RequireSound(const std::set<ErrorNumber>& mayOccur) {

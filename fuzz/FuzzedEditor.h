@@ -32,6 +32,9 @@ public:
   // Makes a new control in place of this one; in design mode it has not been initialised.
   void BeginLife(bool designed);
 
+  // Loads the properties of a bag, but none that names another folder to write to.
+  void ReadProperties(PropertyBag& bag);
+
   // The promises of the control between two calls, whatever was done with it. Enables it again if an error that may
   // occur has disabled it; any other error breaks a promise.
   void RequireSound(const std::set<ErrorNumber>& mayOccur);

@@ -176,15 +176,11 @@ private:
   void Load() {
     if (saved.empty()) return;
     std::string state = saved;
-    const std::size_t folder = state.find(editor.folder.Path());
     const std::size_t place = Next() * 2;
     const auto change = static_cast<char>(Next());
-    if (place >= 8 && place < std::min(folder, state.size())) state[place] = static_cast<char>(state[place] ^ change);
+    if (place >= 8 && place < state.size()) state[place] = static_cast<char>(state[place] ^ change);
     EncodedBag bag;
-    if (DecodeFrom(BytesOf(state), bag) != EncodedBag::Outcome::Good) return;
-    // The folder is named by its key, which may be the byte that was changed.
-    editor.Control().UserControl_ReadProperties(bag);
-    AppDir = editor.folder.Path();
+    if (DecodeFrom(BytesOf(state), bag) == EncodedBag::Outcome::Good) editor.ReadProperties(bag);
   }
   // A designer's control that then runs.
   void Design() {
