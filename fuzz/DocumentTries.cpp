@@ -66,7 +66,9 @@ void TryStamps(std::span<const std::uint8_t> bytes) {
     Promise(isStamp(combo.ItemText(i)), "a stamp is a trimmed text");
   for (std::size_t i = 1; i <= std::min<std::size_t>(static_cast<std::size_t>(list.UserStampCount()), MostReadStamps);
        ++i) {
-    Promise(combo.ItemText(builtIn + static_cast<std::int32_t>(i)) == list.ReadStamp(std::to_string(i)),
+    // A line of the key without "=" hides the value from who asks for that key alone.
+    const std::string alone = list.ReadStamp(std::to_string(i));
+    Promise(alone.empty() || combo.ItemText(builtIn + static_cast<std::int32_t>(i)) == alone,
             "a stamp is the value of its key");
   }
   const std::int16_t before = list.UserStampCount();
