@@ -12,14 +12,14 @@ namespace {
 // Small, so that most time goes into the reader and not into the pixels that a few bytes can claim. Pixels in LZMA have
 // room for the coder's usual dictionary besides.
 ReadLimits LimitsFor(std::span<const std::uint8_t> bytes) {
-  constexpr std::uint64_t pixels = std::uint64_t{1} << 20U;
+  constexpr std::uint64_t pixels = std::uint64_t{4} << 20U;
   constexpr std::uint64_t dictionary = std::uint64_t{8} << 20U;
   constexpr std::array<std::uint8_t, 6> lzma{0xFD, '7', 'z', 'X', 'Z', 0};
   const bool hasLzma = std::search(bytes.begin(), bytes.end(), lzma.begin(), lzma.end()) != bytes.end();
   return {hasLzma ? pixels + dictionary : pixels};
 }
 
-constexpr std::int32_t TriedPages = 4;
+constexpr std::int32_t TriedPages = 12;
 
 Bitmap FirstPageOf(const PictureFormat& format, std::span<const std::uint8_t> bytes) {
   MemoryReader file(bytes);

@@ -6,10 +6,14 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <type_traits>
 
+#include "control/EncodedBag.h"
 #include "fuzz/EffectCase.h"
+#include "members/Members.h"
 #include "picture/Stream.h"
 #include "picture/formats/Formats.h"
+#include "tests/support/Documents.h"
 
 namespace kw {
 namespace {
@@ -60,6 +64,55 @@ void WriteEffects(const std::filesystem::path& folder) {
   }
 }
 
+void WriteText(const std::filesystem::path& path, const std::string& text) {
+  Write(path, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()});
+}
+
+// A document of one page in each format, and one of three pages.
+void WriteDocuments(const std::filesystem::path& folder) {
+  std::filesystem::create_directories(folder);
+  for (const PictureFormat* format : Formats()) {
+    MemoryFile file;
+    format->write(Picture(33, 35, 8), file, {});
+    Write(folder / format->name, file.Bytes());
+  }
+  WriteText(folder / "pages", test::GreyTiff(3));
+}
+
+void WriteStamps(const std::filesystem::path& folder) {
+  std::filesystem::create_directories(folder);
+  WriteText(folder / "plain", "[Stamps]\r\n1=One\r\n2= Two, three \r\n3=\"Four\"\r\n");
+  WriteText(folder / "others", ";x\n[Other]\n1=a\n[ stamps ]\n 1 = b\n2=\n3=c\n[Stamps]\n1=d\n");
+}
+
+void WriteBags(const std::filesystem::path& folder) {
+  std::filesystem::create_directories(folder);
+  EncodedBag bag;
+  const auto add = [](EncodedBag& to, const char* key, const auto& value) {
+    using Value = std::remove_cvref_t<decltype(value)>;
+    if constexpr (std::is_same_v<Value, bool>) to.WriteBoolean(key, !value, value);
+    if constexpr (std::is_same_v<Value, std::int16_t>) to.WriteInteger(key, value, value);
+    if constexpr (std::is_same_v<Value, std::string>) to.WriteText(key, value, value);
+  };
+#define KEPT_PROPERTY(name, number, type, defaultValue, readPlace, writePlace, help) \
+  add(bag, #name, types::type{defaultValue});
+#include "members/Members.def"
+  WriteText(folder / "all", bag.Encode());
+}
+
+// Each step on an open document, with three numbers for what it asks for.
+void WriteSteps(const std::filesystem::path& folder) {
+  std::filesystem::create_directories(folder);
+  for (unsigned step = 0; step < 32; ++step) {
+    std::string script{'\0', '\2'};
+    for (const unsigned argument : {0U, 1U, 5U, 40U, 90U, 160U}) {
+      script += static_cast<char>(step);
+      for (unsigned i = 0; i < 4; ++i) script += static_cast<char>(argument + i);
+    }
+    WriteText(folder / std::to_string(step), script);
+  }
+}
+
 }  // namespace
 }  // namespace kw
 
@@ -71,5 +124,9 @@ int main(int count, char** arguments) {
   const std::filesystem::path folder = arguments[1];
   for (const kw::PictureFormat* format : kw::Formats()) kw::WriteFormat(folder / kw::FolderOf(*format), *format);
   kw::WriteEffects(folder / "effects");
+  kw::WriteDocuments(folder / "document");
+  kw::WriteStamps(folder / "stamps");
+  kw::WriteBags(folder / "bag");
+  kw::WriteSteps(folder / "steps");
   return 0;
 }

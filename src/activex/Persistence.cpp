@@ -22,8 +22,8 @@ void Persistence::Read(PropertyBag& bag) {
 
 HRESULT Persistence::LoadStream(IStream& stream) {
   core.Start();
-  StreamBag bag;
-  const HRESULT result = bag.Load(stream);
+  EncodedBag bag;
+  const HRESULT result = LoadBag(bag, stream);
   if (SUCCEEDED(result)) Read(bag);
   return result;
 }
@@ -34,9 +34,9 @@ HRESULT Persistence::Write(PropertyBag& bag) {
 }
 
 HRESULT Persistence::SaveStream(IStream& stream) {
-  StreamBag bag;
+  EncodedBag bag;
   const HRESULT result = Write(bag);
-  return SUCCEEDED(result) ? bag.Save(stream) : result;
+  return SUCCEEDED(result) ? SaveBag(bag, stream) : result;
 }
 
 STDMETHODIMP Persistence::GetClassID(CLSID* classId) {
@@ -72,9 +72,9 @@ STDMETHODIMP Persistence::Save(IStream* stream, BOOL clearDirty) {
 STDMETHODIMP Persistence::GetSizeMax(ULARGE_INTEGER* size) {
   return AtComBoundary(core.Life(), [&] {
     if (size == nullptr) return E_POINTER;
-    StreamBag bag;
+    EncodedBag bag;
     const HRESULT result = Write(bag);
-    size->QuadPart = bag.Size();
+    size->QuadPart = bag.Encode().size();
     return result;
   });
 }

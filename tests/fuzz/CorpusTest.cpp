@@ -59,6 +59,10 @@ TEST(Corpus, PixelsInLzmaAreRead) {
 }
 
 TEST(Corpus, Effects) { RunCorpus("effects", TryEffect); }
+TEST(Corpus, Documents) { RunCorpus("document", TryDocument); }
+TEST(Corpus, Stamps) { RunCorpus("stamps", TryStamps); }
+TEST(Corpus, Bags) { RunCorpus("bag", TryBag); }
+TEST(Corpus, Steps) { RunCorpus("steps", TrySteps); }
 
 }  // namespace
 }  // namespace kw

@@ -57,6 +57,22 @@ TEST_F(HostilePictures, GifFramePastTheMemoryOfAPage) {
   EXPECT_FALSE(Loads(gif.bytes));
 }
 
+// Each page is drawn on a canvas of its own, however few bytes it has.
+TEST_F(HostilePictures, GifWhosePagesAreFarLargerThanItsData) {
+  constexpr unsigned side = 4700;
+  constexpr std::size_t fits = (std::size_t{512} << 20U) / (std::size_t{side} * side * 3);
+  TinyFrames gif(side, side);
+  for (std::size_t i = 0; i < fits; ++i) gif.Add(0, 0, 0, true);
+  EXPECT_TRUE(Loads(gif.bytes)) << engine.LastLoadError();
+  gif.Add(0, 0, 0, true);
+  EXPECT_FALSE(Loads(gif.bytes));
+  EXPECT_EQ("The pages of the GIF file are far larger than its data.", engine.LastLoadError());
+  // With more data they may be more.
+  gif.bytes.push_back(';');
+  gif.bytes.resize(300000);
+  EXPECT_TRUE(Loads(gif.bytes)) << engine.LastLoadError();
+}
+
 TEST_F(HostilePictures, GifFrameIsDrawnAtMostTwiceFromLastToFirst) {
   constexpr unsigned count = 61;
   for (const bool covered : {false, true}) {

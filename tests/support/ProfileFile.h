@@ -30,7 +30,7 @@ public:
     const std::size_t equals = at < range.last ? lines[at].find('=') : std::string::npos;
     if (equals == std::string::npos) return defaultValue;
     const std::string_view value = std::string_view(lines[at]).substr(equals + 1);
-    return Cut(WithoutQuotes(Trimmed(value.substr(0, value.find('\0')))));
+    return Readable(WithoutQuotes(Trimmed(value.substr(0, value.find('\0')))), LongestValue);
   }
 
   // The values that Read gives as they stand in the file, by their keys.
@@ -42,7 +42,7 @@ public:
       const std::size_t equals = line.find('=');
       if (equals == std::string::npos || Trimmed(line).starts_with(';')) continue;
       const std::string_view value = line.substr(equals + 1);
-      values.emplace(Trimmed(line.substr(0, equals)), Trimmed(value.substr(0, value.find('\0'))));
+      values.emplace(Trimmed(line.substr(0, equals)), Readable(Trimmed(value.substr(0, value.find('\0')))));
     }
     std::erase_if(values, [](const auto& one) {
       return one.second.size() > LongestValue || one.second.starts_with('"') || one.second.starts_with('\'');
@@ -144,9 +144,10 @@ private:
     return isQuoted ? value.substr(1, value.size() - 2) : value;
   }
 
-  static std::string Cut(std::string_view text) {
+  // Bytes that are no character are shown as such.
+  static std::string Readable(std::string_view text, std::size_t most = std::string_view::npos) {
     const std::u16string whole = Utf16FromUtf8(text);
-    return Utf8FromUtf16(std::u16string_view(whole).substr(0, LongestValue));
+    return Utf8FromUtf16(std::u16string_view(whole).substr(0, most));
   }
 
   std::string path;

@@ -6,6 +6,7 @@
 #include <limits>
 #include <utility>
 
+#include "components/base/RowPadding.h"
 #include "components/base/RunTimeError.h"
 
 namespace kw {
@@ -27,14 +28,31 @@ std::vector<Rgb> GreyRamp(int bitsPerPixel) {
   return ramp;
 }
 
-// Bytes that begin at a multiple of the row alignment, zeroed if that is wanted.
-std::shared_ptr<std::uint8_t[]> AllocatePixels(std::size_t bytes, bool zeroed) {
+constexpr std::uint8_t PaddingNoise = 0xA5;
+
+// Rows that begin at a multiple of the row alignment, zeroed if that is wanted. Where the padding is forbidden, it also
+// has another value than is usual, so that a result that depends on it differs.
+std::shared_ptr<std::uint8_t[]> AllocatePixels(std::size_t bytes, std::size_t stride, std::size_t rowBytes,
+                                               bool zeroed) {
   if (bytes > std::numeric_limits<std::size_t>::max() - Bitmap::RowAlignment) Raise(ErrorNumber::OutOfMemory);
   void* block = zeroed ? std::calloc(bytes + Bitmap::RowAlignment, 1) : std::malloc(bytes + Bitmap::RowAlignment);
   if (block == nullptr) Raise(ErrorNumber::OutOfMemory);
   const std::size_t excess = reinterpret_cast<std::uintptr_t>(block) % Bitmap::RowAlignment;
   auto* aligned = static_cast<std::uint8_t*>(block) + (excess == 0 ? 0 : Bitmap::RowAlignment - excess);
-  return {aligned, [block](std::uint8_t*) { std::free(block); }};
+  if constexpr (ForbidsPadding) {
+    const std::size_t height = bytes / stride;
+    for (std::size_t y = 0; y < height; ++y) {
+      std::memset(aligned + y * stride + rowBytes, PaddingNoise, stride - rowBytes);
+    }
+    ForbidPadding({aligned, stride, rowBytes, height});
+    const auto before = static_cast<std::size_t>(aligned - static_cast<std::uint8_t*>(block));
+    ForbidBytes(block, before);
+    ForbidBytes(aligned + bytes, Bitmap::RowAlignment - before);
+  }
+  return {aligned, [block, all = bytes + Bitmap::RowAlignment](std::uint8_t*) {
+            AllowBytes(block, all);
+            std::free(block);
+          }};
 }
 
 }  // namespace
@@ -66,7 +84,8 @@ Bitmap::Bitmap(std::int32_t pixelWidth, std::int32_t pixelHeight, int depth, Pix
   if (bytes > std::numeric_limits<std::size_t>::max() / 2) Raise(ErrorNumber::OutOfMemory);
   stride = static_cast<std::size_t>(bytes) / static_cast<std::size_t>(height);
   palette = GreyRamp(depth);
-  pixels = AllocatePixels(static_cast<std::size_t>(bytes), initial == Pixels::Zero);
+  pixels =
+      AllocatePixels(static_cast<std::size_t>(bytes), stride, PackedRowBytes(width, depth), initial == Pixels::Zero);
 }
 
 std::size_t Bitmap::RowBytes() const { return IsEmpty() ? 0 : PackedRowBytes(width, bitsPerPixel); }
@@ -96,8 +115,14 @@ std::span<std::uint8_t> Bitmap::MutableRow(std::int32_t y) {
 void Bitmap::Unshare() {
   if (pixels.use_count() == 1) return;
   const std::size_t bytes = stride * static_cast<std::size_t>(height);
-  auto copy = AllocatePixels(bytes, false);
-  std::memcpy(copy.get(), pixels.get(), bytes);
+  auto copy = AllocatePixels(bytes, stride, PackedRowBytes(width, bitsPerPixel), false);
+  if constexpr (ForbidsPadding) {
+    for (std::size_t at = 0; at < bytes; at += stride) {
+      std::memcpy(copy.get() + at, pixels.get() + at, PackedRowBytes(width, bitsPerPixel));
+    }
+  } else {
+    std::memcpy(copy.get(), pixels.get(), bytes);
+  }
   pixels = std::move(copy);
 }
 

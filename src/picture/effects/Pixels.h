@@ -7,12 +7,16 @@
 #include <utility>
 
 #include "components/base/Bitmap.h"
+#include "components/base/RowPadding.h"
 
 namespace kw {
 
-// The pixels of an unshared bitmap, for loops over rows. Valid until the bitmap is copied, moved or resized.
+// The pixels of an unshared bitmap, for loops over rows, with their padding (see RowPadding.h). Valid until the bitmap
+// is copied, moved or resized.
 struct Pixels {
-  explicit Pixels(Bitmap& picture) : base(picture.MutableRow(0).data()), stride(picture.Stride()) {}
+  explicit Pixels(Bitmap& picture) : base(picture.MutableRow(0).data()), stride(picture.Stride()) {
+    AllowPadding({base, stride, picture.RowBytes(), static_cast<std::size_t>(picture.Height())});
+  }
   std::uint8_t* Row(std::int32_t y) const { return base + static_cast<std::size_t>(y) * stride; }
 
   std::uint8_t* base;
@@ -21,7 +25,9 @@ struct Pixels {
 
 // As above, for reading only.
 struct ConstPixels {
-  explicit ConstPixels(const Bitmap& picture) : base(picture.Row(0).data()), stride(picture.Stride()) {}
+  explicit ConstPixels(const Bitmap& picture) : base(picture.Row(0).data()), stride(picture.Stride()) {
+    AllowPadding({base, stride, picture.RowBytes(), static_cast<std::size_t>(picture.Height())});
+  }
   const std::uint8_t* Row(std::int32_t y) const { return base + static_cast<std::size_t>(y) * stride; }
 
   const std::uint8_t* base;

@@ -10,6 +10,19 @@
 namespace kw {
 namespace {
 
+// Every page is drawn on a canvas of its own, and a few bytes make a page: what all of them take may be so many times
+// the file's size, or as much as is drawn in a few seconds.
+constexpr std::uint64_t MostTimesDrawn = 2000;
+constexpr std::uint64_t AlwaysDrawn = std::uint64_t{512} << 20U;
+
+void RequirePagesInProportion(const GifDecoder& decoder, std::size_t pages, std::uint64_t fileSize) {
+  const std::uint64_t page =
+      PixelMemory(static_cast<std::int32_t>(decoder.Width()), static_cast<std::int32_t>(decoder.Height()), 24);
+  if (pages > 1 && page * pages > std::max(AlwaysDrawn, MostTimesDrawn * fileSize)) {
+    RaiseUnreadable("The pages of the GIF file are far larger than its data.");
+  }
+}
+
 class GifSource : public PictureSource {
 public:
   GifSource(Stream& file, const ReadLimits& limits) {
@@ -28,6 +41,7 @@ public:
       good = decoder.SkipPixels(frame);
     }
     if (places.empty()) RaiseUnreadable("The GIF holds no picture.");
+    RequirePagesInProportion(decoder, places.size(), file.Size());
     pages.emplace(std::move(places), limits);
   }
 

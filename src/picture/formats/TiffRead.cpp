@@ -194,7 +194,7 @@ private:
     auto line = Buffer(TIFFScanlineSize(tiff.Get()));
     // Rows in the page's own layout are decoded straight into it.
     const bool inPlace = channels == 1 && (layout.samples == 1 || layout.planar) &&
-                         layout.bits == page.BitsPerPixel() && line.size() <= page.Stride();
+                         layout.bits == page.BitsPerPixel() && line.size() <= page.RowBytes();
     const auto step = static_cast<std::int32_t>(RowsPerStrip());
     for (std::int32_t y = 0; y < page.Height(); ++y) {
       std::uint8_t* target = inPlace ? page.MutableRow(y).data() : line.data();

@@ -74,7 +74,7 @@ TEST(LinearMaps, AreTheSameWithAndWithoutVectors) {
     for (std::size_t i = 0; i < count; ++i) {
       fast.MutableRow(0)[i] = plain[i] = static_cast<std::uint8_t>(random() >> 9U);
     }
-    kernels::ApplyLinearMap(fast.MutableRow(0).data(), count, map);
+    kernels::ApplyLinearMap(kw::Pixels(fast).Row(0), count, map);
     kernels::scalar::ApplyLinearMap(plain.data(), count, map);
     ASSERT_TRUE(std::equal(plain.begin(), plain.end(), fast.Row(0).begin())) << count;
   }
@@ -86,8 +86,8 @@ TEST(PackedBits, HaveNothingBehindThePixels) {
     Bitmap values(width, 1, 8);
     Bitmap bits(width, 1, 1);
     // A row takes whole units of its alignment; what lies behind the pixels may be anything.
-    std::fill_n(values.MutableRow(0).data(), values.Stride(), std::uint8_t{255});
-    kernels::ThresholdToBits(values.Row(0).data(), bits.MutableRow(0).data(), pixels, 128);
+    std::fill_n(kw::Pixels(values).Row(0), values.Stride(), std::uint8_t{255});
+    kernels::ThresholdToBits(kw::ConstPixels(values).Row(0), kw::Pixels(bits).Row(0), pixels, 128);
     for (std::size_t x = 0; x < pixels; ++x) ASSERT_NE(bits.Row(0)[x / 8] & 0x80U >> x % 8, 0U) << x << " of " << width;
     if (pixels % 8 == 0) continue;
     ASSERT_EQ(bits.Row(0)[pixels / 8] & 0xFFU >> pixels % 8, 0U) << width;

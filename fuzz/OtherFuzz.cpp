@@ -1,6 +1,6 @@
 #include "fuzz/Tries.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  kw::TryEffect({data, size});
+  kw::KW_FUZZED_TRY({data, size});
   return 0;
 }

@@ -1,0 +1,299 @@
+#include <array>
+#include <string>
+
+#include "tests/data/hostile/HostileBytes.h"
+#include "tests/data/hostile/HostileFiles.h"
+
+namespace kw::test {
+namespace {
+
+struct TiffEntryBytes {
+  std::uint32_t tag;
+  std::uint32_t type;
+  std::uint32_t count;
+  std::uint32_t value;
+};
+using Entries = std::vector<TiffEntryBytes>;
+
+enum : std::uint32_t { Short = 3, Long = 4, SignedLong = 9, Rational = 5 };
+enum : std::uint32_t {
+  None = 1,
+  G3 = 3,
+  G4 = 4,
+  Lzw = 5,
+  OldJpeg = 6,
+  Jpeg = 7,
+  Deflate = 8,
+  PackBits = 32773,
+  Jbig = 34661,
+  Lzma = 34925
+};
+
+// A head, `data` at 8 and behind it the directories, each linked to the next.
+HostileBytes TiffOf(const HostileBytes& data, const std::vector<Entries>& directories) {
+  HostileBytes file;
+  Add(file, std::string_view("II*\0", 4));
+  Add(file, 8 + data.size(), 4);
+  Add(file, data);
+  for (const Entries& entries : directories) {
+    Add(file, entries.size(), 2);
+    for (const TiffEntryBytes& entry : entries) {
+      Add(file, entry.tag, 2);
+      Add(file, entry.type, 2);
+      Add(file, entry.count, 4);
+      Add(file, entry.value, 4);
+    }
+    Add(file, &entries == &directories.back() ? 0 : file.size() + 4, 4);
+  }
+  return file;
+}
+
+// A page of one strip at 8.
+Entries PageOf(std::uint32_t width, std::uint32_t height, std::uint32_t bits, std::uint32_t compression,
+               std::size_t bytes) {
+  return {{256, Long, 1, width},
+          {257, Long, 1, height},
+          {258, Short, 1, bits},
+          {259, Short, 1, compression},
+          {262, Short, 1, bits == 1U ? 0U : 1U},
+          {273, Long, 1, 8},
+          {278, Long, 1, height},
+          {279, Long, 1, static_cast<std::uint32_t>(bytes)}};
+}
+
+HostileBytes OnePage(std::uint32_t width, std::uint32_t height, std::uint32_t bits, std::uint32_t compression,
+                     const HostileBytes& data) {
+  return TiffOf(data, {PageOf(width, height, bits, compression, data.size())});
+}
+
+// `strips` strips of one row that all begin at 8.
+HostileBytes StripsOver(std::uint32_t shared, std::uint32_t strips, std::uint32_t compression,
+                        std::uint32_t countType) {
+  HostileBytes data(shared, 0x55);
+  const auto offsets = static_cast<std::uint32_t>(8 + data.size());
+  for (std::uint32_t i = 0; i < strips; ++i) Add(data, 8, 4);
+  const auto counts = static_cast<std::uint32_t>(8 + data.size());
+  for (std::uint32_t i = 0; countType != 0 && i < strips; ++i) Add(data, shared, 4);
+  Entries entries{{256, Long, 1, 8},  {257, Long, 1, strips},       {258, Short, 1, 1}, {259, Short, 1, compression},
+                  {262, Short, 1, 0}, {273, Long, strips, offsets}, {278, Long, 1, 1}};
+  if (countType != 0) entries.push_back({279, countType, strips, counts});
+  return TiffOf(data, {entries});
+}
+
+// Zeros for ever: a literal and then runs of 258 in fixed codes, without an end.
+HostileBytes DeflatedZeros(std::size_t bytes) {
+  LowBits bits;
+  bits.Put(0x9C78, 16);
+  bits.Put(0b011, 3);
+  bits.Put(0b00001100, 8);  // the literal 0, whose code 00110000 comes from its highest bit on
+  for (std::size_t done = 1; done < bytes; done += 258) {
+    bits.Put(0b10100011, 8);  // length 258, 11000101
+    bits.Put(0, 5);           // distance 1
+  }
+  return bits.bytes;
+}
+
+// A clear code, zeros, and codes that each stand for one zero more than the last.
+HostileBytes LzwZeros(std::size_t rounds) {
+  HighBits bits;
+  for (std::size_t round = 0; round < rounds; ++round) {
+    bits.Put(256, 9);
+    bits.Put(0, 9);
+    for (std::uint32_t code = 258; code < 4094; ++code) {
+      bits.Put(code, code < 511 ? 9U : code < 1023 ? 10U : code < 2047 ? 11U : 12U);
+    }
+  }
+  return bits.bytes;
+}
+
+HostileBytes PackedZeros(std::size_t runs) {
+  HostileBytes bytes;
+  for (std::size_t i = 0; i < runs; ++i) Add(bytes, 0x0081, 2);
+  return bytes;
+}
+
+HostileBytes DirectoriesOver(std::size_t shared, std::size_t count, const Entries& entries) {
+  return TiffOf(HostileBytes(shared), std::vector<Entries>(count, entries));
+}
+
+HostileBytes Circle() {
+  HostileBytes file = DirectoriesOver(0, 3, {{256, Short, 1, 8}, {257, Short, 1, 8}});
+  file[file.size() - 4] = 8;
+  return file;
+}
+
+// Its directory's offset is 2^63, or its link, or its entry's.
+HostileBytes BigTiff(bool farDirectory) {
+  HostileBytes file;
+  Add(file, std::string_view("II+\0\x08\0\0\0", 8));
+  Add(file, farDirectory ? std::uint64_t{1} << 63U : 16, 8);
+  Add(file, 3, 8);
+  for (const std::uint32_t tag : {256U, 257U}) {
+    Add(file, tag, 2);
+    Add(file, 16, 2);
+    Add(file, 1, 8);
+    Add(file, ~std::uint64_t{0}, 8);
+  }
+  Add(file, 273, 2);
+  Add(file, 16, 2);
+  Add(file, ~std::uint64_t{0}, 8);
+  Add(file, ~std::uint64_t{0} - 8, 8);
+  Add(file, 0, 8);
+  return file;
+}
+
+HostileBytes LzmaDictionary() {
+  HostileBytes data{0xFD, '7', 'z', 'X', 'Z', 0, 0, 1, 0x69, 0x22, 0xDE, 0x36};
+  // A block of one filter with a dictionary of 4 GiB.
+  data.insert(data.end(), {0x02, 0x00, 0x21, 0x01, 40, 0, 0, 0});
+  std::uint32_t crc = 0xFFFFFFFF;
+  for (std::size_t i = 12; i < 20; ++i) {
+    crc ^= data[i];
+    for (int bit = 0; bit < 8; ++bit) crc = (crc >> 1U) ^ ((crc & 1U) != 0 ? 0xEDB88320U : 0U);
+  }
+  Add(data, ~crc, 4);
+  data.resize(data.size() + 64, 1);
+  return OnePage(64, 64, 8, Lzma, data);
+}
+
+HostileBytes JbigSize() {
+  HostileBytes data{0, 0, 8, 0};
+  AddBigEndian(data, 0x7FFFFFF8, 4);
+  AddBigEndian(data, 0x7FFFFFF8, 4);
+  AddBigEndian(data, 1, 4);
+  data.resize(64, 0);
+  HostileBytes file = OnePage(8, 8, 1, Jbig, data);
+  return file;
+}
+
+Entries With(Entries entries, const TiffEntryBytes& more) {
+  entries.push_back(more);
+  return entries;
+}
+
+HostileBytes Tiles(std::uint32_t width, std::uint32_t height) {
+  return TiffOf(HostileBytes(64), {{{256, Long, 1, 64},
+                                    {257, Long, 1, 64},
+                                    {258, Short, 1, 8},
+                                    {259, Short, 1, None},
+                                    {262, Short, 1, 1},
+                                    {322, Long, 1, width},
+                                    {323, Long, 1, height},
+                                    {324, Long, 1, 8},
+                                    {325, Long, 1, 64}}});
+}
+
+}  // namespace
+
+std::vector<HostileFile> HostileTiffs() {
+  constexpr std::uint32_t megabyte = 1000000;
+  std::vector<HostileFile> files{
+      {"tiff-pages-share-a-strip",
+       [] { return DirectoriesOver(megabyte, 1000, PageOf(800, megabyte / 100, 1, None, megabyte)); }},
+      {"tiff-pages-share-a-value",
+       [] {
+         return DirectoriesOver(megabyte, 1000, With(PageOf(800, 10, 1, None, 1000), {65000, 1, megabyte, 8}));
+       }},
+      {"tiff-more-directories-than-pages",
+       [] {
+         return DirectoriesOver(0, 40000, {{256, Short, 1, 8}});
+       }},
+      {"tiff-packed-directories",
+       [] {
+         return DirectoriesOver(0, 1000000, {{256, Short, 1, 8}});
+       }},
+      {"tiff-pages-without-pixels",
+       [] {
+         return DirectoriesOver(0, 32767, {{256, Short, 1, 8}});
+       },
+       true},
+      {"tiff-circle", Circle},
+      {"tiff-circle-of-one",
+       [] {
+         HostileBytes file = DirectoriesOver(0, 1, {{256, Short, 1, 8}});
+         file[file.size() - 4] = 8;
+         return file;
+       }},
+      {"tiff-many-strips",
+       [] {
+         return TiffOf({}, {{{256, Long, 1, 8},
+                             {257, Long, 1, 0x7FFFFFFF},
+                             {259, Short, 1, None},
+                             {262, Short, 1, 1},
+                             {273, Long, 0x7FFFFFFF, 8},
+                             {278, Long, 1, 1},
+                             {279, Long, 0x7FFFFFFF, 8}}});
+       }},
+      {"tiff-largest-size", [] { return OnePage(0xFFFFFFFF, 0xFFFFFFFF, 8, None, HostileBytes(64)); }},
+      {"tiff-longest-row", [] { return OnePage(0x7FFFFFFF, 1, 8, None, HostileBytes(64)); }},
+      {"tiff-longest-column", [] { return OnePage(1, 0x7FFFFFFF, 8, None, HostileBytes(64)); }},
+      {"tiff-many-samples",
+       [] {
+         return TiffOf(HostileBytes(64), {With(PageOf(8, 8, 8, None, 64), {277, Short, 1, 65535})});
+       }},
+      {"tiff-many-bits", [] { return OnePage(8, 8, 65535, None, HostileBytes(64)); }},
+      {"tiff-largest-tiles", [] { return Tiles(0x7FFFFFF0, 0x7FFFFFF0); }},
+      {"tiff-tiles-far-larger-than-the-page", [] { return Tiles(16, 0x4000000); }},
+      {"tiff-no-tile-size", [] { return Tiles(0, 0); }},
+      {"tiff-strip-behind-the-end",
+       [] {
+         Entries page = PageOf(8, 8, 8, None, 64);
+         page[5].value = 0xFFFFFFF0;
+         return TiffOf(HostileBytes(64), {page});
+       }},
+      {"tiff-turned-page",
+       [] {
+         return TiffOf(HostileBytes(32, 0xFF), {With(PageOf(1U << 25U, 100, 1, G4, 32), {274, Short, 1, 6})});
+       },
+       true},
+      {"tiff-sub-directory-of-itself",
+       [] {
+         return TiffOf(HostileBytes(64), {With(PageOf(8, 8, 8, None, 64), {330, Long, 1, 72})});
+       }},
+      {"tiff-exif-of-itself",
+       [] {
+         return TiffOf(HostileBytes(64), {With(PageOf(8, 8, 8, None, 64), {34665, Long, 1, 72})});
+       }},
+      {"tiff-old-jpeg-tables-behind-the-end",
+       [] {
+         return TiffOf(HostileBytes(64), {With(PageOf(8, 8, 8, OldJpeg, 64), {519, Long, 3, 0xFFFFFF00})});
+       }},
+      {"tiff-jpeg-of-another-size",
+       [] {
+         return OnePage(8, 8, 8, Jpeg, {0xFF, 0xD8, 0xFF, 0xC0, 0, 11, 8, 0xFF, 0xFF, 0xFF, 0xFF, 1,    1,   0x11,
+                                        0,    0xFF, 0xDA, 0,    8, 1,  1, 0,    0,    63,   0,    0xFF, 0xD9});
+       }},
+      {"tiff-lzma-dictionary", LzmaDictionary},
+      {"tiff-jbig-size", JbigSize},
+      {"tiff-big-directory", [] { return BigTiff(true); }},
+      {"tiff-big-values", [] { return BigTiff(false); }},
+      {"tiff-g4-page", [] { return OnePage(30000, 30000, 1, G4, HostileBytes(30000 / 8 + 8, 0xFF)); }, true},
+      {"tiff-g4-page-too-large", [] { return OnePage(100000, 100000, 1, G4, HostileBytes(13000, 0xFF)); }},
+      {"tiff-g4-random-codes",
+       [] {
+         HostileBytes data;
+         std::uint32_t value = 1;
+         for (int i = 0; i < 200000; ++i) {
+           value = value * 1664525 + 1013904223;
+           data.push_back(static_cast<std::uint8_t>(value >> 24U));
+         }
+         return OnePage(20000, 20000, 1, G4, data);
+       }},
+      {"tiff-deflate-page", [] { return OnePage(20000, 10000, 8, Deflate, DeflatedZeros(200000000)); }, true},
+      {"tiff-deflate-page-too-large", [] { return OnePage(40000, 40000, 8, Deflate, DeflatedZeros(megabyte)); }},
+      {"tiff-lzw-page", [] { return OnePage(20000, 10000, 8, Lzw, LzwZeros(28)); }, true},
+      {"tiff-packbits-page", [] { return OnePage(20000, 10000, 8, PackBits, PackedZeros(200000000 / 128 + 1)); }, true},
+  };
+  for (const auto& [name, compression] :
+       {std::pair<std::string, std::uint32_t>{"lzw", Lzw}, {"jbig", Jbig}, {"lzma", Lzma}, {"packbits", PackBits}}) {
+    for (const auto& [kind, type] :
+         {std::pair<std::string, std::uint32_t>{"", Long}, {"-of-no-size", 0}, {"-of-signed-size", SignedLong}}) {
+      files.push_back({"tiff-" + name + "-strips" + kind + "-share-bytes", [compression = compression, type = type] {
+                         return StripsOver(200000, 10000, compression, type);
+                       }});
+    }
+  }
+  return files;
+}
+
+}  // namespace kw::test
