@@ -277,7 +277,7 @@ TEST_F(ActivationTest, KeysThatItDoesNotWantGoToTheContainer) {
     container.calls.clear();
   }
   {
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once(ListOfPendingWork)});
     EXPECT_EQ(control->OpenFile(Text(scratch.WriteTiff(L"D.tif", 1))), S_OK);
   }
   container.calls.clear();
@@ -300,7 +300,7 @@ TEST_F(ActivationTest, DialogsDisableTheModelessWindowsOfTheFrame) {
   ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
   container.calls.clear();
   {
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once(ListOfPendingWork)});
     EXPECT_EQ(control->OpenFile(Text(scratch.WriteTiff(L"D.tif", 1))), S_OK);
     EXPECT_EQ(user.Boxes().size(), 1U) << testing::PrintToString(user.Boxes());
   }
@@ -365,7 +365,7 @@ TEST_F(ActivationTest, WorksOnAfterTheSiteIsGone) {
   EXPECT_EQ(As<IOleInPlaceActiveObject>()->TranslateAccelerator(&key), S_FALSE);
   control->put_MaxUndoLevels(9);
   EXPECT_EQ(object->Close(OLECLOSE_SAVEIFDIRTY), S_OK);
-  const BoxAnswerer user;
+  const BoxAnswerer user({Once(ListOfPendingWork)});
   EXPECT_EQ(control->OpenFile(Text(scratch.WriteTiff(L"D.tif", 2))), S_OK);
   EXPECT_TRUE(FileExists(scratch.File(L"D_Page_1.tif")));
   EXPECT_TRUE(container.calls.empty());

@@ -64,7 +64,7 @@ public:
 
 private:
   void TurnPages(const PageTurner& other, int turns) {
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once(ListOfPendingWork)});
     const ComPtr<_KwEditorLayers> control = Ocx::Create();
     ASSERT_NE(control.Get(), nullptr);
     StrictContainer container;

@@ -162,7 +162,7 @@ TEST_F(AutomationTest, SavePageOnlyTraces) {
     return files;
   };
   {
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once(ListOfPendingWork)});
     ASSERT_EQ(control->OpenFile(Text(scratch.WriteTiff(L"D.tif", 2))), S_OK);
   }
   control->put_IsFileChanged(VARIANT_TRUE);
@@ -240,7 +240,7 @@ TEST_F(AutomationTest, PicturesThatAreNoneAreNoError) {
 
 TEST_F(AutomationTest, FailureThatLeavesTheControlHasNumberAndText) {
   // The trace cannot be written there, and neither can the report: the error reaches the caller.
-  const BoxAnswerer user;
+  const BoxAnswerer user({Times(2, "Critical Error: Error Number : 76")});
   control->put_AppDir(Text(scratch.File(L"no such folder\\")));
   const HRESULT result = control->SavePage();
   EXPECT_EQ(result, MAKE_HRESULT(SEVERITY_ERROR, FACILITY_CONTROL, 76)) << std::hex << result;

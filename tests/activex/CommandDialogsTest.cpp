@@ -136,6 +136,7 @@ TEST_F(CommandDialogs, CancellingAnEffectRunsTheBracketAndChangesNoPixel) {
 
 TEST_F(CommandDialogs, CancellingTheOpenDialogIsItsErrorInTheSharedHandler) {
   Names titles;
+  furtherBoxes = {Perhaps("Critical Error: Error Number : 32755")};
   const Names boxes = Run("Open File", [&](HWND box) {
     titles.push_back(TitleOf(box));
     Cancel(box);
@@ -155,6 +156,7 @@ TEST_F(CommandDialogs, CancellingTheOpenDialogIsItsErrorInTheSharedHandler) {
 }
 
 TEST_F(CommandDialogs, TheOpenDialogComesAgainUntilTheFileExists) {
+  furtherBoxes = {Perhaps("File Open Error: File does not exist..")};
   SavePicture(ScenePage(7), "chosen.bmp");
   int dialogs = 0;
   const Names boxes = Run("Open File", [&](HWND box) {
@@ -176,6 +178,7 @@ TEST_F(CommandDialogs, TheOpenDialogComesAgainUntilTheFileExists) {
 
 TEST_F(CommandDialogs, CancellingThePrinterDialogPrintsNothing) {
   const State before = Look();
+  furtherBoxes = {Perhaps(HasPrinter() ? "Print" : "Critical Error: Error Number : 482")};
   const Names boxes = Run("Printer Setup", Cancel);
   if (HasPrinter()) {
     EXPECT_EQ(boxes.size(), 1U);
@@ -198,13 +201,18 @@ struct Moment {
 
 class WhileABoxIsUp : public CommandDialogs, public testing::WithParamInterface<Moment> {
 protected:
-  WhileABoxIsUp() { waitsForTools = false; }
+  WhileABoxIsUp() {
+    waitsForTools = false;
+    // The dialog for a file is cancelled.
+    if (GetParam().toolTip == std::string("Open File"))
+      furtherBoxes = {Perhaps("Critical Error: Error Number : 32755")};
+  }
   // Runs the command with an act of the host inside it; one that shows boxes itself is posted, so that they can be
   // answered.
   void RunWith(const std::function<void()>& act, bool isPosted = false) {
     const MainThread mainThread;
     int boxes = 0;
-    const BoxAnswerer user([&](HWND box) {
+    const BoxAnswerer user(BoxesOf(GetParam().toolTip), [&](HWND box) {
       const bool isOfCommonDialog = TitleOf(box) == "Open" || TitleOf(box) == "Font";
       if (++boxes == GetParam().box) isPosted ? mainThread.Post(act) : mainThread.Run(act);
       if (isOfCommonDialog) Cancel(box);
@@ -253,6 +261,7 @@ TEST_P(WhileABoxIsUp, TheHostMaySwitchEverythingOff) {
 
 TEST_P(WhileABoxIsUp, TheHostMayOpenAnotherDocument) {
   SavePicture(ScenePage(7), "other.bmp");
+  furtherBoxes.push_back(Once(ListOfPendingWork));
   RunWith([&] { control->OpenFile(Text(scratch.File(L"other.bmp"))); }, true);
   EXPECT_NE(std::ranges::find(sink.events, "PageChanged(0)"), sink.events.end());
   control->put_Enabled(VARIANT_TRUE);

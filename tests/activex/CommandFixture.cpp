@@ -55,7 +55,7 @@ void CommandTest::SetUp() {
   SavePicture(Bitmap(12, 8, 24), "back.bmp");
   SavePicture(Bitmap(30, 40, 24), "sign.bmp");
   {
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once(ListOfPendingWork)});
     control->OpenFile(Text(scratch.File(L"D.tif")));
   }
   control->put_BGImage(Text(scratch.File(L"back.bmp")));
@@ -184,11 +184,21 @@ CommandTest::Names CommandTest::Trace() const {
   return lines;
 }
 
+std::vector<ExpectedBox> CommandTest::BoxesOf(const std::string& toolTip) const {
+  std::vector<ExpectedBox> boxes = furtherBoxes;
+  for (const CommandCase& row : CommandCases()) {
+    if (row.toolTip != toolTip) continue;
+    for (const CommandBox& box : row.boxes) boxes.push_back(Perhaps(ShownAs(box)));
+    if (!row.dialog.empty()) boxes.push_back(Perhaps(row.dialog + ": "));
+  }
+  return boxes;
+}
+
 // Clicks the button and answers what comes up; the boxes as they were shown.
 CommandTest::Names CommandTest::Run(const std::string& toolTip, const std::function<void(HWND)>& beforeAnswer,
                                     Way way) {
   ForgetTrace();
-  const BoxAnswerer user([&](HWND box) {
+  const BoxAnswerer user(BoxesOf(toolTip), [&](HWND box) {
     EXPECT_EQ(GetWindow(box, GW_OWNER), container.Window()) << "a box belongs to the host's window";
     EXPECT_EQ(IsWindowEnabled(container.Window()), FALSE) << "a box is modal";
     if (beforeAnswer) beforeAnswer(box);

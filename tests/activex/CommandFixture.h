@@ -11,6 +11,7 @@
 #include "tests/activex/Fixture.h"
 #include "tests/activex/StrictContainer.h"
 #include "tests/support/CommandCases.h"
+#include "tests/support/ExpectedBoxes.h"
 #include "tests/support/win32/ToolBarButtons.h"
 
 namespace kw::test {
@@ -47,6 +48,11 @@ protected:
   // has to be a modal box of the host's window.
   Names Run(const std::string& toolTip, const std::function<void(HWND box)>& beforeAnswer = {},
             Way way = &ToolBarButton::Click);
+
+  // The boxes and the dialog that are the button's.
+  std::vector<ExpectedBox> BoxesOf(const std::string& toolTip) const;
+  // Others that they bring up in this test.
+  std::vector<ExpectedBox> furtherBoxes;
 
   // For the default tools, which are chosen a second after a document was opened.
   bool waitsForTools = true;

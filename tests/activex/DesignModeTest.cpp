@@ -166,7 +166,7 @@ TEST_F(Designer, RunsTheFormAndTheControlStartsWithItsValues) {
   SendMessageW(container.ControlWindow(), WM_MOUSEACTIVATE, reinterpret_cast<WPARAM>(container.Window()),
                MAKELPARAM(HTCLIENT, WM_LBUTTONDOWN));
   EXPECT_NE(container.ActiveObject(), nullptr);
-  const BoxAnswerer user;
+  const BoxAnswerer user({Once(ListOfPendingWork)});
   EXPECT_EQ(control->OpenFile(Text(scratch.WriteTiff(L"D.tif", 2))), S_OK);
   container.LetGo();
   control.Reset();
@@ -263,7 +263,7 @@ TEST_F(Designer, MayGoBeforeTheControl) {
 TEST_F(Designer, IsNotToldOfAFolderThatCannotBeWritten) {
   std::filesystem::create_directory(scratch.File(L"FunctionsInExecution.txt"));
   {
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once("Critical Error: ")});
     container.Take(control.Get());
     control->put_IsOpenButtonVisible(VARIANT_TRUE);
     EXPECT_TRUE(user.Boxes().empty());

@@ -64,7 +64,7 @@ protected:
     ControlTest::TearDown();
   }
   void OpenPage() {
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once(ListOfPendingWork)});
     const auto white = [](int, int) { return RGB(255, 255, 255); };
     ASSERT_EQ(control->OpenFile(Text(scratch.WriteBitmap(L"page.bmp", 300, 200, white))), S_OK);
   }

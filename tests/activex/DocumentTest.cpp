@@ -28,7 +28,7 @@ protected:
   // Opens a file and returns the boxes that came up, the list of pending work left out.
   std::vector<std::string> Open(const std::wstring& path) {
     sink.events.clear();
-    const BoxAnswerer user;
+    const BoxAnswerer user({AnyBox()});
     EXPECT_EQ(control->OpenFile(Text(path)), S_OK);
     std::vector<std::string> boxes = user.Boxes();
     EXPECT_FALSE(boxes.empty());
@@ -237,7 +237,7 @@ TEST_F(DocumentTest, ADocumentThatIsOpenedInABoxTakesTheOthersPlace) {
     std::atomic<bool> isAsked = false;
     bool isOpened = false;
     const MainThread mainThread;
-    const BoxAnswerer user([&, title = title](HWND box) {
+    const BoxAnswerer user({Times(2, ListOfPendingWork), Perhaps(title)}, [&, title = title](HWND box) {
       if (isAsked || !WordsOf(box).starts_with(title)) return;
       isAsked = true;
       mainThread.Post([&] {
@@ -299,7 +299,7 @@ TEST_F(DocumentTest, ThousandDirectoriesOverOneStripAreRefusedAndNothingIsWritte
 
 TEST_F(DocumentTest, EmptyPathIsReportedAndNoCrash) {
   EXPECT_FALSE(Open(L"").empty());
-  const BoxAnswerer user;
+  const BoxAnswerer user({Once(ListOfPendingWork), Once("File Error: Invalid file format..")});
   EXPECT_EQ(control->OpenFile(nullptr), S_OK);
 }
 

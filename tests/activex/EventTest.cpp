@@ -17,11 +17,14 @@ namespace {
 class EventTest : public ControlTest {
 protected:
   std::string Narrow(const std::wstring& text) { return {text.begin(), text.end()}; }
-  HRESULT Open(const std::wstring& path) {
-    const BoxAnswerer user;
+  HRESULT Open(const std::wstring& path, const std::vector<ExpectedBox>& boxes = {Once(ListOfPendingWork)}) {
+    const BoxAnswerer user(boxes);
     return control->OpenFile(Text(path));
   }
 
+  // The boxes of a document whose page files cannot be named.
+  const std::vector<ExpectedBox> withoutPageFiles = {Once(ListOfPendingWork), Once("Critical Error: Error Number : 5"),
+                                                     Once("File Error: Invalid file format..")};
   EventSink sink;
   PropertySink properties;
 };
@@ -75,7 +78,7 @@ TEST_F(EventTest, ArgumentsOfAnErrorAreReferencesThatASinkMayChange) {
   };
   const Connection first(control.Get(), DIID___KwEditorLayers, &sink);
   const Connection other(control.Get(), DIID___KwEditorLayers, &second);
-  Open(scratch.WriteTiff(L"nodot", 2));
+  Open(scratch.WriteTiff(L"nodot", 2), withoutPageFiles);
   ASSERT_FALSE(second.events.empty());
   EXPECT_EQ(second.events[0], "ErrorOccured(77, changed by the first)");
 }
@@ -96,7 +99,7 @@ TEST_F(EventTest, ATextThatASinkTakesAwayIsEmptyForTheNext) {
 
 TEST_F(EventTest, AnErrorIsReportedToUserAndHost) {
   const Connection connection(control.Get(), DIID___KwEditorLayers, &sink);
-  const BoxAnswerer user;
+  const BoxAnswerer user(withoutPageFiles);
   // A name without a dot is a file-name error when page files are to be named after it.
   const std::wstring document = scratch.WriteTiff(L"nodot", 2);
   EXPECT_EQ(control->OpenFile(Text(document)), S_OK);

@@ -31,7 +31,7 @@ protected:
     container.calls.clear();
   }
   void OpenPage() {
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once(ListOfPendingWork)});
     ASSERT_EQ(control->OpenFile(
                   Text(scratch.WriteBitmap(L"page.bmp", 300, 200, [](int, int) { return RGB(255, 255, 255); }))),
               S_OK);

@@ -72,8 +72,24 @@ inline GivenPicture DibOf(IDataObject& data, CLIPFORMAT id = CF_DIB) {
   return result == S_OK ? PictureOf(given.hGlobal) : GivenPicture();
 }
 
+// Takes notices and does nothing with them.
+class QuietAdviseSink final : public IAdviseSink {
+public:
+  STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
+    *object = iid == IID_IUnknown || iid == IID_IAdviseSink ? this : nullptr;
+    return *object == nullptr ? E_NOINTERFACE : S_OK;
+  }
+  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
+  STDMETHODIMP_(ULONG) Release() override { return 1; }
+  STDMETHODIMP_(void) OnDataChange(FORMATETC* /*format*/, STGMEDIUM* /*medium*/) override {}
+  STDMETHODIMP_(void) OnViewChange(DWORD /*aspect*/, LONG /*index*/) override {}
+  STDMETHODIMP_(void) OnRename(IMoniker* /*moniker*/) override {}
+  STDMETHODIMP_(void) OnSave() override {}
+  STDMETHODIMP_(void) OnClose() override {}
+};
+
 inline void OpenDocument(_KwEditorLayers& control, const std::wstring& path) {
-  const BoxAnswerer user;
+  const BoxAnswerer user({Once(ListOfPendingWork)});
   ASSERT_EQ(control.OpenFile(Text(path)), S_OK);
 }
 

@@ -55,7 +55,7 @@ COLORREF InputTest::ColourOfPage(int x, int y) {
 
 void InputTest::OpenPage() {
   {
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once(ListOfPendingWork)});
     ASSERT_HRESULT_SUCCEEDED(
         control->OpenFile(Text(scratch.WriteBitmap(L"page.bmp", PageWidth, PageHeight, &ColourOfPage))));
     const auto boxes = user.Boxes();
@@ -120,7 +120,7 @@ ToolBarButton InputTest::ButtonOf(const std::wstring& toolTip) const {
 void InputTest::Choose(const std::wstring& toolTip) {
   const ToolBarButton button = ButtonOf(toolTip);
   ASSERT_TRUE(button.IsFound() && button.IsEnabled());
-  const BoxAnswerer user;
+  const BoxAnswerer user({Perhaps("NoTools")});
   hand.ClickAt(button.Middle());
   ASSERT_TRUE(hand.Await([&] { return button.IsPressed(); }));
 }

@@ -118,7 +118,7 @@ TEST_F(InputHostKeys, WhatThePageHasAUseForIsTheControls) {
   for (const HWND window : {canvas, editor}) {
     SetFocus(window);
     hand.Pump();
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once(": clear"), Once(": copy")});
     for (const WORD key : {WORD{VK_RETURN}, WORD{VK_ESCAPE}, WORD{VK_DELETE}}) EXPECT_FALSE(IsHosts(key)) << key;
     for (const WORD letter : {WORD{'C'}, WORD{'F'}}) EXPECT_FALSE(IsHosts(letter, VK_CONTROL)) << letter;
   }
@@ -141,7 +141,7 @@ TEST_F(InputHostKeys, WithoutAPageEveryKeyIsTheHosts) {
   control->put_AppDir(Text(scratch.Path()));
   ForgetNotices();
   {
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once(ListOfPendingWork)});
     control->OpenFile(Text(scratch.WriteTiff(L"one.tif", 1)));
   }
   EXPECT_EQ(EatenKeys(), Both);

@@ -47,7 +47,7 @@ protected:
   }
   // The prompt of the box that a key brings up, or nothing.
   std::string BoxOf(WORD key, WORD held = 0) {
-    const BoxAnswerer user;
+    const BoxAnswerer user({AnyBox()});
     hand.Strike(key, held);
     // The key after it has been handled: the one to look at has been, too.
     hand.Pump();
@@ -75,7 +75,7 @@ TEST_F(InputKeyboard, ShortcutsRunTheCommandsOfTheirButtonsWhileTheseAreEnabled)
 }
 
 TEST_F(InputKeyboard, DeleteActsWhenTheKeyComesUp) {
-  const BoxAnswerer user;
+  const BoxAnswerer user({Once(": clear")});
   hand.Hold(VK_DELETE);
   EXPECT_TRUE(hand.Await([&] { return HasTraced("picCanvas_KeyDown"); }));
   EXPECT_TRUE(user.Boxes().empty());

@@ -93,7 +93,7 @@ TEST_F(InputMenu, OpensOnALayerWithItsEntriesAndNotBeside) {
 
 TEST_F(InputMenu, ItsEntriesRunTheCommands) {
   {
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once(": copy"), Once(": cut")});
     OpenMenu('C');
     EXPECT_TRUE(hand.Await([&] { return !user.Boxes().empty(); }));
     OpenMenu('T');
@@ -130,7 +130,7 @@ TEST_F(InputMenu, PasteFollowsTheClipboardOfAnotherProgramAtEachRepaint) {
   Repaint();
   EXPECT_TRUE(IsPasteEnabled());
   {
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once(": mnuPasteSelectedArea_Click")});
     ForgetTrace();
     OpenMenu('P');
     EXPECT_TRUE(hand.Await([&] { return !user.Boxes().empty(); }));
@@ -178,7 +178,7 @@ TEST_F(InputMenu, AClipboardThatAnotherProgramHoldsStopsNothing) {
     Repaint();
     EXPECT_TRUE(IsPasteEnabled()) << "which formats there are can be seen all the same";
     EXPECT_EQ(OpenMenu(), MenuWithPaste(true));
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once(": mnuPasteSelectedArea_Click")});
     hand.Strike('V', VK_CONTROL);
     EXPECT_TRUE(hand.Await([&] { return user.Boxes().size() == 1; }));
     // A text in which a paste is tried keeps what was typed.

@@ -21,7 +21,7 @@ protected:
   std::vector<std::string> BoxesOf(const std::wstring& toolTip) {
     const ToolBarButton button = ButtonOf(toolTip);
     EXPECT_TRUE(button.IsFound() && button.IsEnabled());
-    const BoxAnswerer user;
+    const BoxAnswerer user({AnyBox()});
     hand.ClickAt(button.Middle());
     EXPECT_TRUE(hand.Await([&] { return HasTraced("tbrBasicTools_ButtonClick"); }));
     hand.Pump();

@@ -170,7 +170,7 @@ TEST_F(InputToolBox, ADragEndsWhereTheMouseIsTakenAway) {
   };
   dragAndLose([&] { SendMessageW(toolBox, WM_CANCELMODE, 0, 0); });
   dragAndLose([&] {
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once(ListOfPendingWork)});
     EXPECT_HRESULT_SUCCEEDED(control->OpenFile(Text(scratch.File(L"page.bmp"))));
     EXPECT_EQ(user.Boxes().size(), 1U);
   });

@@ -73,7 +73,7 @@ protected:
   void ClickInBar(POINT at) { hand.DragAtOnce(at, at); }
   // Drags something on the canvas or beside it, and expects the notice of a page that is resized.
   void DragBorder(POINT from, POINT to) {
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once("change the code below")});
     hand.DragFrom(OnCanvas(from.x, from.y), OnCanvas(to.x, to.y));
     EXPECT_TRUE(hand.Await([&] { return !user.Boxes().empty(); }));
     const auto boxes = user.Boxes();
@@ -232,7 +232,7 @@ TEST_F(InputView, AZoomIsChosenInTheComboAndTheStepsEndWithTheirBoxes) {
     EXPECT_TRUE(hand.Await([&] { return SendMessageW(list, CB_GETDROPPEDSTATE, 0, 0) == 0; }));
   };
   const auto step = [&](const wchar_t* button) {
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once("Can not Zoom")});
     hand.ClickAt(ButtonOf(button).Middle());
     hand.Await([&] { return !user.Boxes().empty(); });
     const auto boxes = user.Boxes();

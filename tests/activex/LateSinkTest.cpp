@@ -90,7 +90,7 @@ TEST_F(LateSink, GetsEveryEventInItsOrder) {
     const Connection connection(control.Get(), DIID___KwEditorLayers, other.Proxy().Get());
     ASSERT_EQ(connection.Result(), S_OK);
     other.busy = 700;
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once(ListOfPendingWork)});
     EXPECT_EQ(control->OpenFile(Text(document)), S_OK);
   }
   other.End();
@@ -103,7 +103,7 @@ TEST_F(LateSink, MayBeGoneWithItsApartment) {
   Connection connection(control.Get(), DIID___KwEditorLayers, other.Proxy().Get());
   ASSERT_EQ(connection.Result(), S_OK);
   other.End();
-  const BoxAnswerer user;
+  const BoxAnswerer user({Once(ListOfPendingWork)});
   EXPECT_EQ(control->OpenFile(Text(document)), S_OK);
   EXPECT_TRUE(FileExists(scratch.File(L"D_Page_2.tif")));
   connection.Cut();
@@ -115,7 +115,7 @@ TEST_F(LateSink, TheHostMayUseTheControlWhileAnEventIsUnderWay) {
   bool isDone = false;
   {
     const Connection connection(control.Get(), DIID___KwEditorLayers, other.Proxy().Get());
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once(ListOfPendingWork)});
     const MainThread mainThread;
     other.whileBusy = [&] {
       mainThread.Run([&] {
@@ -141,7 +141,7 @@ TEST_F(LateSink, TheHostMayLetGoWhileAnEventIsUnderWay) {
   Connection connection(control.Get(), DIID___KwEditorLayers, other.Proxy().Get());
   connection.Forget();
   {
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once(ListOfPendingWork)});
     const MainThread mainThread;
     other.whileBusy = [&] {
       mainThread.Run([&] {

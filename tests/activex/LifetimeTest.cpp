@@ -46,7 +46,7 @@ protected:
     ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
   }
   void Open() {
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once(ListOfPendingWork)});
     ASSERT_EQ(control->OpenFile(Text(document)), S_OK);
     sink.events.clear();
   }
@@ -82,7 +82,7 @@ TEST_F(LifetimeTest, DestroyedInAnEventOfItsOwnMethod) {
   Connection connection(control.Get(), DIID___KwEditorLayers, &sink);
   connection.Forget();
   sink.onEvent = [&](DISPID, VARIANT*, UINT) { control.Reset(); };
-  const BoxAnswerer user;
+  const BoxAnswerer user({Once(ListOfPendingWork)});
   EXPECT_EQ(control.Get()->OpenFile(Text(document)), S_OK);
   EXPECT_EQ(sink.events.size(), 4U) << "the method that raised the event goes on to its end";
   EXPECT_TRUE(Ocx::CanUnload()) << "it dies with the call that was under way";
@@ -93,7 +93,7 @@ TEST_F(LifetimeTest, DestroyedWithItsWindowInAnEventOfItsOwnMethod) {
   Connection connection(control.Get(), DIID___KwEditorLayers, &sink);
   connection.Forget();
   sink.onEvent = [&](DISPID, VARIANT*, UINT) { LetGoOfEverything(); };
-  const BoxAnswerer user;
+  const BoxAnswerer user({Once(ListOfPendingWork)});
   EXPECT_EQ(control.Get()->OpenFile(Text(document)), S_OK);
   ExpectAllGone();
 }
@@ -142,7 +142,7 @@ TEST_F(LifetimeTest, DestroyedWhileABoxOfItsMethodIsUp) {
   Activate();
   const MainThread mainThread;
   bool done = false;
-  const BoxAnswerer user([&](HWND) {
+  const BoxAnswerer user({Once(ListOfPendingWork)}, [&](HWND) {
     if (done) return;
     mainThread.Run([&] {
       done = true;
@@ -159,7 +159,7 @@ TEST_F(LifetimeTest, DestroyedWhileABoxThatTheUserCausedIsUp) {
   Open();
   const MainThread mainThread;
   bool done = false;
-  const BoxAnswerer user([&](HWND) {
+  const BoxAnswerer user({Once(": copy")}, [&](HWND) {
     if (done) return;
     mainThread.Run([&] {
       done = true;
@@ -180,7 +180,7 @@ TEST_F(LifetimeTest, DestroyedWhileTheBoxOfAPageChosenFromTheListIsUp) {
   ASSERT_EQ(combos.size(), 2U);
   const MainThread mainThread;
   bool done = false;
-  const BoxAnswerer user([&](HWND) {
+  const BoxAnswerer user({Once("File Error: Invalid file format..")}, [&](HWND) {
     if (done) return;
     mainThread.Run([&] {
       done = true;
@@ -272,7 +272,7 @@ TEST_F(LifetimeTest, HostMayCallTheControlInsideItsEvents) {
     EXPECT_EQ(control->get_IsEditable(&editable), S_OK);
     EXPECT_EQ(control->put_MaxUndoLevels(11), S_OK);
   };
-  const BoxAnswerer user;
+  const BoxAnswerer user({Once(ListOfPendingWork)});
   EXPECT_EQ(control->OpenFile(Text(document)), S_OK);
   EXPECT_EQ(sink.events.size(), 4U);
 }

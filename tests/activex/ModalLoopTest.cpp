@@ -62,7 +62,7 @@ TEST_F(ModalLoop, OfAMenuHoldsControlAndLibrary) {
 
 TEST_F(ModalLoop, OfAScrollBarHoldsControlAndLibrary) {
   {
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once(ListOfPendingWork)});
     control->OpenFile(Text(scratch.WriteBitmap(L"large.bmp", 2000, 2000, &ColourOfPage)));
   }
   HWND bar = nullptr;

@@ -17,7 +17,7 @@ namespace {
 class PageControls : public InputTest {
 protected:
   void Open(const std::wstring& path) {
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once(ListOfPendingWork)});
     ASSERT_EQ(control->OpenFile(Text(path)), S_OK);
     PumpMessages(20);
   }

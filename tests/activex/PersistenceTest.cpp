@@ -210,7 +210,7 @@ TEST_F(PersistenceTest, HasToBeSavedOnlyForWhatIsSaved) {
       [&] { control->put_BGImage(Text(document)); },
       [&] { control->put_SaveFilePath(Text(document)); },
       [&] {
-        const BoxAnswerer user;
+        const BoxAnswerer user({Once(ListOfPendingWork)});
         control->OpenFile(Text(document));
       },
       [&] { control->SavePage(); },
@@ -228,7 +228,7 @@ TEST_F(PersistenceTest, HasToBeSavedOnlyForWhatIsSaved) {
 }
 
 TEST_F(PersistenceTest, WrongTypeInTheBagIsReportedAndTheOthersAreRead) {
-  const BoxAnswerer user;
+  const BoxAnswerer user({Once("Critical Error: Error Number : 13/")});
   EventSink sink;
   const Connection connection(control.Get(), DIID___KwEditorLayers, &sink);
   TextBag bag;
@@ -242,7 +242,7 @@ TEST_F(PersistenceTest, WrongTypeInTheBagIsReportedAndTheOthersAreRead) {
 }
 
 TEST_F(PersistenceTest, NumberTooLargeInTheBagIsAnOverflow) {
-  const BoxAnswerer user;
+  const BoxAnswerer user({Once("Critical Error: Error Number : 6/")});
   EventSink sink;
   const Connection connection(control.Get(), DIID___KwEditorLayers, &sink);
   TextBag bag;

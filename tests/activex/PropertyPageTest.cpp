@@ -190,7 +190,7 @@ TEST_F(PropertyPageTest, ANumberThatCannotBeIsRefusedAndNothingIsLost) {
   for (const wchar_t* const text : {L"", L"4", L"-7", L"32768", L"99999", L"5x", L" 7"}) {
     frame.Type(PAGE_UNDO_LEVELS, text);
     {
-      const BoxAnswerer user;
+      const BoxAnswerer user({Once("Frame: Undo levels: Enter a whole number from 5 to 32767.")});
       EXPECT_EQ(frame.page->Apply(), E_INVALIDARG);
       EXPECT_EQ(user.Boxes(), (std::vector<std::string>{"Frame: Undo levels: Enter a whole number from 5 to 32767."}));
     }
@@ -215,7 +215,7 @@ TEST_F(PropertyPageTest, AFailingPropertyIsToldAndCanBeMended) {
   frame.Click(PAGE_OPEN_BUTTON);
   std::vector<std::string> boxes;
   {
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once("Frame: Undo levels: Path not found"), Once("Critical Error: ")});
     EXPECT_HRESULT_FAILED(frame.page->Apply());
     boxes = user.Boxes();
   }
@@ -244,7 +244,7 @@ TEST_F(PropertyPageTest, OpensForAControlWhoseFolderIsMissing) {
   ASSERT_EQ(control->put_AppDir(Text(scratch.Path() + L"missing\\")), S_OK);
   PageFrame frame;
   {
-    const BoxAnswerer user;
+    const BoxAnswerer user({Perhaps("Critical Error: ")});
     frame.Open({control.Get()});
     EXPECT_LE(user.Boxes().size(), 1U) << "the control's own report";
   }
@@ -267,7 +267,7 @@ TEST_F(PropertyPageTest, AControlThatIsGoneIsToldAndTheTextStays) {
   EXPECT_EQ(frame.TickOf(PAGE_ENABLED), UINT{BST_INDETERMINATE});
   frame.Type(PAGE_UNDO_LEVELS, L"14");
   {
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once("Frame: Undo levels: ")});
     EXPECT_EQ(frame.page->Apply(), RPC_E_DISCONNECTED);
     ASSERT_EQ(user.Boxes().size(), 1U);
     EXPECT_EQ(user.Boxes()[0].substr(0, 20), "Frame: Undo levels: ");

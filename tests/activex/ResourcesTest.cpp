@@ -5,37 +5,17 @@
 
 #include <commdlg.h>
 
-#include <algorithm>
 #include <chrono>
-#include <climits>
-#include <iostream>
 #include <semaphore>
 #include <string>
 #include <thread>
-#include <utility>
 #include <vector>
 
 #include "tests/activex/EditorWindows.h"
-#include "tests/activex/InputFixture.h"
-#include "tests/support/win32/BoxAnswerer.h"
-#include "tests/support/win32/SystemObjects.h"
+#include "tests/activex/SoakFixture.h"
 
 namespace kw::test {
 namespace {
-
-constexpr int Rounds = 10;
-constexpr int MostSeries = 4;
-constexpr long long HeapNoise = 100;
-
-struct Holdings {
-  int gdi = SystemObjects::CountGdi();
-  int user = SystemObjects::CountUser();
-  int handles = SystemObjects::CountHandles();
-  int threads = SystemObjects::CountThreads();
-  long long heap = static_cast<long long>(SystemObjects::CountHeap());
-};
-
-constexpr Holdings Nothing = {.gdi = 0, .user = 0, .handles = 0, .threads = 0, .heap = 0};
 
 // Ends the menus and the stamp dialogs that come up on the thread while it lives, and has the system's dialog for a
 // file open the one that is named.
@@ -69,26 +49,8 @@ private:
   UINT_PTR timer;
 };
 
-class Resources : public InputTest {
+class Resources : public SoakTest {
 protected:
-  void Drag(POINT start, POINT end) const {
-    PostMessageW(canvas, WM_LBUTTONDOWN, MK_LBUTTON, Packed(start));
-    for (int step = 1; step <= 8; ++step) {
-      const POINT at = {start.x + (end.x - start.x) * step / 8, start.y + (end.y - start.y) * step / 8};
-      PostMessageW(canvas, WM_MOUSEMOVE, MK_LBUTTON, Packed(at));
-    }
-    PostMessageW(canvas, WM_LBUTTONUP, 0, Packed(end));
-    PumpMessages(30);
-  }
-  void Press(const std::wstring& toolTip) const {
-    const ToolBarButton button = ButtonOf(toolTip);
-    ASSERT_TRUE(button.IsFound());
-    POINT at = button.Middle();
-    ScreenToClient(button.bar, &at);
-    PostMessageW(button.bar, WM_LBUTTONDOWN, MK_LBUTTON, Packed(at));
-    PostMessageW(button.bar, WM_LBUTTONUP, 0, Packed(at));
-    PumpMessages();
-  }
   void Type(const wchar_t* text) const {
     const HWND field = FindWindowExW(canvas, nullptr, L"Edit", nullptr);
     ASSERT_NE(field, nullptr);
@@ -131,68 +93,16 @@ protected:
     PumpMessages();
   }
 
-  // The objects that so many rounds take and do not give back, after some rounds that fill caches. A leak shows in
-  // every series of rounds, what is filled once in some of them: a series that keeps more than the system does is
-  // followed by another, and the least of each figure counts.
-  template <class Round>
-  Holdings GrowthOf(const char* what, const Holdings& ofTheSystem, Round&& round) {
-    const auto run = [&](int count) {
-      for (int i = 0; i < count; ++i) {
-        const BoxAnswerer user;
-        round();
-        container.calls.clear();
-      }
-      PumpMessages(200);
-    };
-    const ModalEnder ender(page);
-    run(3);
-    Holdings least = {.gdi = INT_MAX, .user = INT_MAX, .handles = INT_MAX, .threads = INT_MAX, .heap = LLONG_MAX};
-    for (int series = 0; series < MostSeries && !IsNone(least, ofTheSystem); ++series) {
-      const Holdings before;
-      run(Rounds);
-      const Holdings after;
-      least.gdi = std::min(least.gdi, after.gdi - before.gdi);
-      least.user = std::min(least.user, after.user - before.user);
-      least.handles = std::min(least.handles, after.handles - before.handles);
-      least.threads = std::min(least.threads, after.threads - before.threads);
-      least.heap = std::min(least.heap, after.heap - before.heap);
-      std::cout << "  " << Rounds << " rounds of " << what << " keep " << after.gdi - before.gdi << " GDI objects, "
-                << after.user - before.user << " user objects, " << after.handles - before.handles << " handles, "
-                << after.threads - before.threads << " threads and " << after.heap - before.heap << " bytes"
-                << std::endl;
-    }
-    return least;
-  }
-  static bool IsNone(const Holdings& growth, const Holdings& ofTheSystem) {
-    return growth.gdi <= ofTheSystem.gdi && growth.user <= ofTheSystem.user && growth.handles <= ofTheSystem.handles &&
-           growth.threads <= ofTheSystem.threads && growth.heap < ofTheSystem.heap + HeapNoise;
-  }
-  template <class Round>
-  void ExpectNone(const char* what, Round&& round, const Holdings& ofTheSystem = Nothing) {
-    const Holdings growth = GrowthOf(what, ofTheSystem, round);
-    EXPECT_LE(growth.gdi, ofTheSystem.gdi);
-    EXPECT_LE(growth.user, ofTheSystem.user);
-    EXPECT_LE(growth.handles, ofTheSystem.handles);
-    EXPECT_LE(growth.threads, ofTheSystem.threads);
-    EXPECT_LT(growth.heap, ofTheSystem.heap + HeapNoise);
-  }
   void DrawImage() const {
     Press(L"Image");
     Drag({200, 200}, {240, 240});
     control->OpenFile(Text(page));
   }
 
-  void SetUp() override {
-    InputTest::SetUp();
-    page = scratch.File(L"page.bmp");
-    document = scratch.WriteTiff(L"pages.tif", 3);
-    signature = scratch.WriteBitmap(L"signature.bmp", 60, 30, &ColourOfPage);
-    control->put_SignatureFilePath(Text(signature));
+  // Of DrawEverything and OpenPages.
+  static std::vector<ExpectedBox> BoxesOfEverything() {
+    return {Perhaps(ListOfPendingWork), Perhaps("NoTools"), Perhaps("Stamp: "), Perhaps("Zoom Error: ")};
   }
-
-  std::wstring page;
-  std::wstring document;
-  std::wstring signature;
 };
 
 TEST_F(Resources, AreCountedHere) {
@@ -200,7 +110,7 @@ TEST_F(Resources, AreCountedHere) {
   std::thread([] {}).join();
   std::binary_semaphore isOver(0);
   EXPECT_FALSE(isOver.try_acquire_for(std::chrono::milliseconds(1)));
-  const Holdings before;
+  const Holdings before = Holdings::Count();
   HPEN pens[7] = {};
   for (HPEN& pen : pens) pen = CreatePen(PS_SOLID, 3, RGB(1, 2, 3));
   HMENU menus[9] = {};
@@ -208,28 +118,50 @@ TEST_F(Resources, AreCountedHere) {
   HANDLE events[5] = {};
   for (HANDLE& event : events) event = CreateEventW(nullptr, FALSE, FALSE, nullptr);
   std::thread thread([&] { isOver.acquire(); });
-  const std::vector<char> memory(1000000);
-  const Holdings after;
+  const Holdings after = Holdings::Count();
   EXPECT_EQ(after.gdi - before.gdi, 7);
   EXPECT_EQ(after.user - before.user, 9);
   EXPECT_GE(after.handles - before.handles, 5 + 1);
   EXPECT_EQ(after.threads - before.threads, 1);
-  // The thread takes something, too.
-  EXPECT_NEAR(static_cast<double>(after.heap - before.heap), 1e6, 1e4);
   isOver.release();
   thread.join();
   for (const HANDLE event : events) CloseHandle(event);
   for (const HPEN pen : pens) DeleteObject(pen);
   for (const HMENU menu : menus) DestroyMenu(menu);
-  const Holdings given;
+  const Holdings given = Holdings::Count();
   EXPECT_EQ(given.gdi, before.gdi);
   EXPECT_EQ(given.user, before.user);
   EXPECT_EQ(given.handles, before.handles);
   EXPECT_EQ(given.threads, before.threads);
 }
 
+TEST_F(Resources, OfTheControlsOwnMemoryAreCountedHere) {
+  const Holdings before = Holdings::Count();
+  ComPtr<_KwEditorLayers> other = Ocx::Create();
+  ASSERT_NE(other, nullptr);
+  const Holdings after = Holdings::Count();
+  EXPECT_GT(after.ownBlocks, before.ownBlocks + 10);
+  EXPECT_GT(after.ownBytes, before.ownBytes + 10000);
+  other.Reset();
+  PumpMessages(20);
+  EXPECT_LT(Holdings::Count().ownBytes, after.ownBytes);
+}
+
+TEST_F(Resources, OfAFormerPageAreGivenBackWhenTheNextOneIsPainted) {
+  constexpr int Edge = 1500;
+  const std::wstring large = scratch.WriteBitmap(L"large.bmp", Edge, Edge, [](int, int) { return RGB(1, 2, 3); });
+  const BoxAnswerer user({Times(2, ListOfPendingWork)});
+  control->OpenFile(Text(large));
+  PumpMessages(100);
+  EXPECT_GT(Holdings::Count().ownBytes, 3 * Edge * Edge);
+  control->OpenFile(Text(document));
+  PumpMessages(100);
+  EXPECT_LT(Holdings::Count().ownBytes, Edge * Edge);
+}
+
 TEST_F(Resources, LayersPagesAndMenusGiveThemBack) {
-  ExpectNone("layers, pages and menus", [&] {
+  const ModalEnder ender(page);
+  ExpectNone("everything that is drawn", 500, BoxesOfEverything(), [&] {
     DrawEverything();
     OpenPages();
   });
@@ -237,7 +169,10 @@ TEST_F(Resources, LayersPagesAndMenusGiveThemBack) {
 
 // The system's dialog itself may keep something.
 TEST_F(Resources, AnImageFromItsDialogTakesNoMoreThanTheDialog) {
-  const Holdings dialogs = GrowthOf("the system's dialog", Nothing, [&] {
+  const ModalEnder ender(page);
+  // The titles and texts of the dialog come one by one, and each text of the dialog has a letter to choose it by.
+  const std::vector<ExpectedBox> boxes = {Perhaps("&"), Perhaps(ListOfPendingWork)};
+  const Holdings dialogs = GrowthOf("the system's dialog", 500, boxes, [&] {
     wchar_t name[MAX_PATH] = {};
     OPENFILENAMEW fields = {};
     fields.lStructSize = sizeof fields;
@@ -247,27 +182,18 @@ TEST_F(Resources, AnImageFromItsDialogTakesNoMoreThanTheDialog) {
     fields.Flags = OFN_EXPLORER | OFN_NOCHANGEDIR;
     EXPECT_NE(GetOpenFileNameW(&fields), FALSE);
   });
-  ExpectNone(
-      "images", [&] { DrawImage(); }, dialogs);
-}
-
-TEST_F(Resources, LivesOfTheControlGiveThemBack) {
-  ExpectNone("lives", [&] {
-    container.LetGo();
-    control.Reset();
-    PumpMessages(20);
-    control = Ocx::Create();
-    container.Take(control.Get());
-    ASSERT_HRESULT_SUCCEEDED(container.DoVerb(OLEIVERB_UIACTIVATE));
-    control->put_IsToolboxVisible(VARIANT_TRUE);
-    control->put_IsToAllowChooseColor(VARIANT_TRUE);
-    control->put_SignatureFilePath(Text(signature));
-    editor = container.ControlWindow();
-    control->OpenFile(Text(page));
-    canvas = CanvasOf(editor);
-    ASSERT_NE(canvas, nullptr);
-    DrawEverything();
-  });
+  // The lists of what is painted have reached their size.
+  for (int i = 0; i < 3; ++i) {
+    const BoxAnswerer user(boxes);
+    DrawImage();
+    PumpMessages(50);
+  }
+  const Holdings growth = GrowthOf("an image", 500, boxes, [&] { DrawImage(); });
+  EXPECT_LE(growth.gdi, dialogs.gdi);
+  EXPECT_LE(growth.user, dialogs.user);
+  EXPECT_LE(growth.handles, dialogs.handles);
+  EXPECT_LE(growth.threads, dialogs.threads);
+  ExpectNoMemory(growth);
 }
 
 }  // namespace

@@ -52,7 +52,7 @@ protected:
     ControlTest::TearDown();
   }
   void Open(const ComPtr<_KwEditorLayers>& in, const wchar_t* name, COLORREF colour) const {
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once(ListOfPendingWork)});
     EXPECT_EQ(in->OpenFile(Text(scratch.WriteBitmap(name, 300, 200, [colour](int, int) { return colour; }))), S_OK);
   }
   static bool Shows(const ComPtr<_KwEditorLayers>& in, COLORREF colour) {
@@ -175,7 +175,7 @@ TEST_F(Several, TheParentChangesAndTheFormerOneGoes) {
   // A dialog belongs to the form that it is on now.
   HWND owner = nullptr;
   {
-    const BoxAnswerer user([&](HWND box) { owner = GetWindow(box, GW_OWNER); });
+    const BoxAnswerer user({Once(ListOfPendingWork)}, [&](HWND box) { owner = GetWindow(box, GW_OWNER); });
     EXPECT_EQ(control->OpenFile(Text(scratch.File(L"green.bmp"))), S_OK);
   }
   EXPECT_EQ(owner, form);

@@ -46,7 +46,7 @@ protected:
 
 TEST_F(TraceFolder, MayBeGoneWhenTheControlIsLetGoOf) {
   LoseTheFolder();
-  const BoxAnswerer user;
+  const BoxAnswerer user({Once("Critical Error: Error Number : 76/")});
   control.Reset();
   ExpectOneReport(user);
   EXPECT_TRUE(Ocx::CanUnload());
@@ -57,7 +57,7 @@ TEST_F(TraceFolder, MayRefuseTheTraceWhenTheControlIsLetGoOf) {
   DeleteFileW(scratch.File(L"xFunctionsInExecution.txt").c_str());
   std::filesystem::create_directory(scratch.File(L"xFunctionsInExecution.txt"));
   {
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once("Critical Error: ")});
     control.Reset();
     EXPECT_EQ(user.Boxes().size(), 1U);
   }
@@ -70,7 +70,7 @@ TEST_F(TraceFolder, MayBeGoneWhenTheContainerClosesTheControl) {
   container.Take(control.Get());
   ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
   LoseTheFolder();
-  const BoxAnswerer user;
+  const BoxAnswerer user({Once("Critical Error: Error Number : 76/")});
   container.LetGo();
   control.Reset();
   ExpectOneReport(user);
@@ -83,7 +83,7 @@ TEST_F(TraceFolder, MayBeGoneWhenTheContainerDestroysItsWindow) {
   container.Take(control.Get());
   ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
   LoseTheFolder();
-  const BoxAnswerer user;
+  const BoxAnswerer user({Once("Critical Error: ")});
   container.DestroyWindowNow();
   container.LetGo();
   control.Reset();
@@ -107,7 +107,7 @@ TEST_F(TraceFolder, MayBeGoneAtEveryMessageOfTheSystem) {
                          Row{WM_KEYUP, VK_DELETE, 1}, Row{WM_CHAR, 'a', 1}, Row{WM_MOUSEWHEEL, MAKEWPARAM(0, 120), 0},
                          Row{WM_MOUSEACTIVATE, 0, MAKELPARAM(HTCLIENT, WM_LBUTTONDOWN)}, Row{WM_SIZE, 0, 0}}) {
     LoseTheFolder();
-    const BoxAnswerer user;
+    const BoxAnswerer user({Perhaps("Critical Error: ")});
     // The new scale finds the window at another size.
     SetWindowPos(window, nullptr, 0, 0, 300, 200, SWP_NOMOVE | SWP_NOZORDER);
     InvalidateRect(window, nullptr, FALSE);
@@ -124,7 +124,7 @@ TEST_F(TraceFolder, MayBeGoneAtEveryMessageOfTheSystem) {
 // Timers run from the message loop.
 TEST_F(TraceFolder, MayBeGoneWhenATimerRuns) {
   LoseTheFolder();
-  const BoxAnswerer user;
+  const BoxAnswerer user({Once("Critical Error: Error Number : 76/")});
   EXPECT_TRUE(PumpUntil([&] { return !user.Boxes().empty(); }));
   PumpMessages(100);
   ExpectOneReport(user);
@@ -139,7 +139,7 @@ protected:
     control.Reset();
     DeleteFileW(scratch.File(L"FunctionsInExecution.txt").c_str());
     std::filesystem::create_directory(scratch.File(L"FunctionsInExecution.txt"));
-    const BoxAnswerer user;
+    const BoxAnswerer user({Once("Critical Error: ")});
     control = Ocx::Create();
     ASSERT_NE(control, nullptr);
     EXPECT_TRUE(user.Boxes().empty()) << "nobody has used it yet";
@@ -157,7 +157,7 @@ protected:
 TEST_F(UnwritableStart, GivesADisabledControlThatWorksInAnotherFolder) {
   StrictContainer container;
   container.Take(control.Get());
-  const BoxAnswerer user;
+  const BoxAnswerer user({Once(ListOfPendingWork)});
   ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
   EXPECT_EQ(IsWindowEnabled(container.ControlWindow()), FALSE);
   EXPECT_TRUE(user.Boxes().empty()) << "a disabled control reports nothing";

@@ -130,7 +130,7 @@ protected:
   // Runs the verb and answers what comes up with OK, the boxes as they were shown.
   Names RunVerb(LONG verb, HRESULT expected = S_OK) {
     ForgetTrace();
-    const BoxAnswerer user;
+    const BoxAnswerer user({AnyBox()});
     EXPECT_EQ(container.As<IOleObject>()->DoVerb(verb, nullptr, nullptr, 0, nullptr, nullptr), expected) << verb;
     return user.Boxes();
   }
@@ -252,7 +252,7 @@ TEST_F(RefusedVerbs, WhileABoxOrADialogIsUp) {
   {
     // Of a verb itself.
     const Soon later([&] { ExpectRefused("the box of a verb", true); });
-    const BoxAnswerer user([&](HWND) { Sleep(800); });
+    const BoxAnswerer user({Once("Capture")}, [&](HWND) { Sleep(800); });
     EXPECT_EQ(container.DoVerb(3), S_OK);
   }
   EXPECT_EQ(refusals, 2);

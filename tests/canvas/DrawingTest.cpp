@@ -118,6 +118,7 @@ TEST_F(Drawing, ASelectionIsOnTopAndLeavesTheCurrentLayerAndItsFont) {
 }
 
 TEST_F(Drawing, AfterASelectionACommandStillWorksOnThePage) {
+  desktop.Expect("DoPreCommandProcess");
   Choose("NoTools");
   DragOut(10, 20, 60, 60);
   Form().tbrMoreTools.ButtonClick.Raise("Invert");
@@ -130,6 +131,7 @@ TEST_F(Drawing, AfterASelectionACommandStillWorksOnThePage) {
 }
 
 TEST_F(Drawing, ALayerBeyondTheLimitIsReportedOnceAndChangesNothing) {
+  desktop.Expect("Critical Error: Error Number : 341");
   Form().TransLayers.Load(32767);
   for (const char* tool : {"Rectangle", "Pen", "Fill", "NoTools", "Text"}) {
     Choose(tool);
@@ -215,6 +217,7 @@ TEST_F(Drawing, APenStrokeBecomesALayerWithItsPicture) {
 }
 
 TEST_F(Drawing, ALayerBeyondTheRangeOfWholeNumbersIsAnOverflowForThePressOnIt) {
+  desktop.Expect("Critical Error: Error Number : 6");
   Add(2e9F, 10, 2e9F, 10);
   Choose("NoTools");
   Press(10, 10);

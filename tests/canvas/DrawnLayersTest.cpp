@@ -156,6 +156,7 @@ TEST_F(DrawnLayer, OfAFillingIsMadeBehindTheHourglass) {
 }
 
 TEST_F(DrawnLayer, OfAnImageOrASignatureBeyondTheLimitIsReported) {
+  desktop.Expect("Critical Error: Error Number : 341");
   control->LetSignatureFilePath(MakeImage("sign.bmp", 30, 60));
   desktop.openAnswers.emplace_back([&](OpenDialog& dialog) { dialog.fileName = folder.File("sign.bmp"); });
   Form().TransLayers.Load(32767);

@@ -173,6 +173,7 @@ TEST_F(LayerTool, AnImageIsPlacedInItsProportionsInTheDraggedRectangle) {
 }
 
 TEST_F(LayerTool, AnImageThatIsNotChosenOrCannotBeReadMakesNoLayer) {
+  desktop.Expect("Critical Error: There is not enough memory available to execute this task.");
   Choose("Image");
   DragOut(100, 50, 200, 250);
   EXPECT_EQ(Form().TransLayers.UBound(), 1);

@@ -16,6 +16,9 @@ protected:
 };
 
 TEST_F(SelectionMenu, ItsEntriesRunTheirCommandsUnderTheirTraceNames) {
+  desktop.Expect("copy");
+  desktop.Expect("cut");
+  desktop.Expect("mnuPasteSelectedArea_Click");
   desktop.clipboardFormats = {8};
   Form().editor.UserPaint();
   ExpectToTrace(Form().mnuCopySelectedArea, {"ToolbarButtonClick"}, {"copy"});

@@ -133,6 +133,7 @@ TEST_P(CommandTable, DoesAllThatItsRowSaysAndNothingElse) {
   desktop.openAnswers.emplace_back([&](OpenDialog& dialog) { dialog.fileName = chosen; });
   const State before = Look();
   for (const auto& [what, value] : row.changes) EXPECT_NE(before.at(what), value) << what << " would not show";
+  for (const CommandBox& box : row.boxes) desktop.Expect(box.title + ": " + box.prompt);
 
   Run(row);
 

@@ -22,6 +22,14 @@ TEST_F(Commands, StandInTheRequiredOrderWithoutDoubles) {
 }
 
 TEST_F(Commands, PlaceholdersOnlyShowTheirBox) {
+  desktop.Expect("Capture");
+  desktop.Expect("clear");
+  desktop.Expect("copy");
+  desktop.Expect("cut");
+  desktop.Expect("NoTools");
+  desktop.Expect("mnuPasteSelectedArea_Click");
+  desktop.Expect("redo");
+  desktop.Expect("undo");
   const std::map<std::string, std::string> prompts{{"Clear", "clear"},     {"Cut", "cut"},
                                                    {"Copy", "copy"},       {"Undo", "undo"},
                                                    {"Redo", "redo"},       {"Paste", "mnuPasteSelectedArea_Click"},
@@ -34,6 +42,7 @@ TEST_F(Commands, PlaceholdersOnlyShowTheirBox) {
 }
 
 TEST_F(Commands, AKeyInAnotherCaseOrUnknownIsNotImplemented) {
+  desktop.Expect("' not implemented yet ...: ToolBar '", 3);
   for (const char* key : {"save", "", "Merge"}) {
     desktop.boxes.clear();
     Click(key);
@@ -43,6 +52,7 @@ TEST_F(Commands, AKeyInAnotherCaseOrUnknownIsNotImplemented) {
 }
 
 TEST_F(Commands, EveryBarTracesItsHandlerAndTheDispatcher) {
+  desktop.Expect("clear", 7);
   const std::vector<std::pair<ToolBar*, std::string>> bars{{&Form().tbrBasicTools(0), "tbrBasicTools_ButtonClick"},
                                                            {&Form().tbrBasicTools(1), "tbrBasicTools_ButtonClick"},
                                                            {&Form().tbrEditingTools, "tbrEditingTools_ButtonClick"},
@@ -58,6 +68,7 @@ TEST_F(Commands, EveryBarTracesItsHandlerAndTheDispatcher) {
 }
 
 TEST_F(Commands, EngineCommandsRunInTheBracketOnceWithTheNotice) {
+  desktop.Expect("DoPreCommandProcess", 4);
   control->OpenFile(MakeImage("scan.bmp", 30, 40));
   for (const char* key : {"Flip", "Invert", "Blur", "Rotate"}) {
     desktop.boxes.clear();
@@ -72,6 +83,7 @@ TEST_F(Commands, EngineCommandsRunInTheBracketOnceWithTheNotice) {
 }
 
 TEST_F(Commands, AResultLargerThanItsLayerGrowsTheLayer) {
+  desktop.Expect("DoPreCommandProcess");
   control->OpenFile(MakeImage("scan.bmp", 30, 40));
   Click("Rotate");
   EXPECT_EQ(Form().TransLayers(1).Width(), 40);
@@ -81,12 +93,15 @@ TEST_F(Commands, AResultLargerThanItsLayerGrowsTheLayer) {
 }
 
 TEST_F(Commands, AnEngineCommandWithoutAPageIsReportedOnceAndClosesTheBracket) {
+  desktop.Expect("DoPreCommandProcess");
+  desktop.Expect("Critical Error: Error Number : 91");
   Click("Invert");
   EXPECT_EQ(events.errors, std::vector<int>{91});
   EXPECT_EQ(Form().editor.Pointer(), MousePointer::Default);
 }
 
 TEST_F(Commands, DecreaseBppKeepsItsDepthOnTheLayer) {
+  desktop.Expect("DoPreCommandProcess", 2);
   control->OpenFile(MakeImage("scan.bmp"));
   Click("DecreaseBpp");
   EXPECT_EQ(Form().TransLayers(1).Picture().BitsPerPixel(), 8);
@@ -110,6 +125,7 @@ TEST_F(Commands, StampOnlyPressesItsButton) {
 }
 
 TEST_F(Commands, EachToolHasItsCursor) {
+  desktop.Expect("NoTools");
   control->OpenFile(MakeImage("scan.bmp"));
   control->LetIsToAllowChooseColor(true);
   control->LetSignatureFilePath(MakeImage("sign.bmp"));
@@ -150,6 +166,7 @@ TEST_F(Commands, FontSettingsSetsTheCurrentLayersFontAndACancelLeavesIt) {
 }
 
 TEST_F(Commands, OpenAsksAgainUntilTheFileExists) {
+  desktop.Expect("File Open Error: File does not exist..");
   const std::string path = MakeImage("scan.bmp");
   desktop.openAnswers.emplace_back([&](OpenDialog& dialog) { dialog.fileName = folder.File("none.bmp"); });
   desktop.openAnswers.emplace_back([&](OpenDialog& dialog) { dialog.fileName = path; });
@@ -171,6 +188,7 @@ TEST_F(Commands, OpenAsksAgainUntilTheFileExists) {
 }
 
 TEST_F(Commands, OpenCancelledIsTheDialogsErrorInTheSharedHandlerAndTheTailSetsThePointer) {
+  desktop.Expect("Critical Error: Error Number : 32755");
   const std::string path = MakeImage("scan.bmp");
   control->OpenFile(path);
   Form().tbrEditingTools.UserClick("Line");
@@ -203,6 +221,8 @@ TEST_F(Commands, OpenCancelledIsTheDialogsErrorInTheSharedHandlerAndTheTailSetsT
 }
 
 TEST_F(Commands, OpenCancelledAfterANameThatDoesNotExistIsTheSameError) {
+  desktop.Expect("File Open Error: File does not exist..");
+  desktop.Expect("Critical Error: Error Number : 32755");
   desktop.openAnswers.emplace_back([&](OpenDialog& dialog) { dialog.fileName = folder.File("none.bmp"); });
   Click("Open");
   EXPECT_EQ(desktop.boxes.size(), 2U);
@@ -212,6 +232,7 @@ TEST_F(Commands, OpenCancelledAfterANameThatDoesNotExistIsTheSameError) {
 }
 
 TEST_F(Commands, OpenNamesTheFirstDocumentAlsoWhereOpeningItFails) {
+  desktop.Expect("Critical Error: Error Number : 76");
   const std::string path = MakeImage("scan.bmp");
   control->OpenFile(MakeImage("earlier.bmp"));
   desktop.openAnswers.emplace_back([&](OpenDialog& dialog) { dialog.fileName = path; });
@@ -225,6 +246,10 @@ TEST_F(Commands, OpenNamesTheFirstDocumentAlsoWhereOpeningItFails) {
 }
 
 TEST_F(Commands, AReportThatFailsEndsTheCommand) {
+  desktop.Expect("DoPreCommandProcess", 2);
+  desktop.Expect("Critical Error: Error Number : 91", 2);
+  desktop.Expect("Critical Error: Error Number : 7");
+  desktop.Expect("Critical Error: Error Number : 32755");
   Form().tbrEditingTools.SetButtonPressed("Line", true);
   desktop.fontAnswers.emplace_back([](Font&) { Raise(ErrorNumber::OutOfMemory); });
   for (const char* key : {"Invert", "IncreaseBpp", "FontSettings", "Open"}) {
@@ -256,6 +281,7 @@ TEST_F(Commands, AFontThatIsNotInstalledIsKeptAsItsName) {
 }
 
 TEST_F(Commands, AFontDialogThatFailsLeavesTheFontAndIsOver) {
+  desktop.Expect("Critical Error: Error Number : 7");
   desktop.fontAnswers.emplace_back([&](Font& font) {
     font.name = "Half chosen";
     EXPECT_TRUE(control->CommandRoom().IsFontDialogUp());
@@ -268,6 +294,8 @@ TEST_F(Commands, AFontDialogThatFailsLeavesTheFontAndIsOver) {
 }
 
 TEST_F(Commands, APageBeyondTheSixteenBitsIsAnOverflowAndNoTurn) {
+  desktop.Expect("File Error: Invalid file format..");
+  desktop.Expect("Critical Error: Error Number : 6");
   control->OpenFile(MakeDocument("D.tif", 2));
   Form().PageIndex.SetMax(32767);
   Form().PageIndex.SetValue(32767);

@@ -64,6 +64,11 @@ TEST_F(ShortCuts, WithoutAPageAreIgnoredWhateverTheKey) {
 }
 
 TEST_F(ShortCuts, ClickTheirButtonsWhileTheseAreEnabled) {
+  desktop.Expect("copy");
+  desktop.Expect("cut");
+  desktop.Expect("mnuPasteSelectedArea_Click");
+  desktop.Expect("undo");
+  desktop.Expect("redo");
   OpenPage();
   for (const ShortCut& one : ShortCutsOfButtons) {
     EnableAll(false);
@@ -81,6 +86,7 @@ TEST_F(ShortCuts, ClickTheirButtonsWhileTheseAreEnabled) {
 }
 
 TEST_F(ShortCuts, DeleteClicksItsButtonWhenTheKeyComesUp) {
+  desktop.Expect("clear", 2);
   OpenPage();
   for (const std::int16_t shift : {std::int16_t{0}, Mouse::ShiftKey}) {
     ForgetTrace();

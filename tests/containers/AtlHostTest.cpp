@@ -82,7 +82,7 @@ TEST_F(AtlHostTest, ResizesTheControl) {
 TEST_F(AtlHostTest, OpensADocument) {
   EventSink sink;
   const Connection connection(control.Get(), DIID___KwEditorLayers, &sink);
-  const BoxAnswerer user;
+  const BoxAnswerer user({Once(ListOfPendingWork)});
   EXPECT_EQ(control->OpenFile(Text(scratch.WriteTiff(L"D.tif", 2))), S_OK);
   EXPECT_EQ(sink.events.size(), 3U);
   PumpMessages(50);

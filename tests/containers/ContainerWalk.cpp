@@ -114,7 +114,7 @@ void ContainerWalk::OpenDocument() {
   const std::filesystem::path own = std::filesystem::path(scratch.Path()) / "letter.tif";
   std::filesystem::copy_file(TestData("letter.tif"), own);
   const auto timesChosen = [&] { return TracedTimes(scratch.Path(), "tmrDefaultToolsSelection_Timer"); };
-  const BoxAnswerer user;
+  const BoxAnswerer user({Once(ListOfPendingWork)});
   EXPECT_EQ(control->OpenFile(Text(own.wstring())), S_OK);
   const auto created =
       std::ranges::count_if(sink.events, [](const std::string& event) { return event.starts_with("NewPageCreated("); });

@@ -310,6 +310,7 @@ TEST_F(DesignAtWork, KeepsItsPage) {
 }
 
 TEST_F(DesignAtWork, AnErrorIsNotReported) {
+  desktop.Expect("File Error: Invalid file format..");
   control->BeginDesign();
   std::filesystem::remove_all(folder.Native());
   control->SavePage();

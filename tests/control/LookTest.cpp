@@ -172,6 +172,7 @@ TEST_F(Look, WithThreePages) {
 }
 
 TEST_F(Look, AfterAFileThatCannotBeRead) {
+  desktop.Expect("File Error: Invalid file format..");
   ChooseDefaultTools();
   control->OpenFile(MakeImage("page.bmp", 400, 300));
   News();

@@ -1,16 +1,23 @@
-// A hand that does anything: mouse, keys, tools, menus, timers, pages, boxes, at random, with what must always hold
-// checked after each event. KW_MONKEY_EVENTS and KW_MONKEY_SEED ask for a longer run or another one.
+// A hand and a host that do anything, at random, with what must always hold checked after each event. What happens
+// follows from the seed alone. KW_MONKEY_SEED and KW_MONKEY_EVENTS ask for another run or a longer one.
+
+#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <iostream>
 #include <map>
+#include <memory>
 #include <numeric>
-#include <random>
 #include <utility>
 
-#include "tests/support/LayersFixture.h"
+#include "annotated/AnnotatedPage.h"
+#include "annotated/PageWatch.h"
+#include "scene/Accessible.h"
+#include "tests/control/MonkeyHand.h"
+#include "tests/drawing/PatternText.h"
+#include "tests/support/CommandCases.h"
 #include "tests/support/Watched.h"
 
 namespace kw::test {
@@ -21,7 +28,7 @@ long NumberFrom(const char* variable, long otherwise) {
   return text == nullptr ? otherwise : std::strtol(text, nullptr, 10);
 }
 
-class Monkey : public EditorTest {
+class Monkey : public MonkeyHand {
 public:
   using Action = void (Monkey::*)();
   struct Weighted {
@@ -29,159 +36,100 @@ public:
     Action action;
   };
 
-  int Below(int limit) { return std::uniform_int_distribution<int>(0, limit - 1)(random); }
-  bool IsOneIn(int n) { return Below(n) == 0; }
-  template <class Items>
-  auto& OneOf(Items& items) {
-    return items[static_cast<std::size_t>(Below(static_cast<int>(std::size(items))))];
+  void RunVerb() {
+    const Dispatcher::Command* const command = Dispatcher::CommandOfVerb(1 + Below(9));
+    if (control->TakesVerbs()) control->CommandRoom().ToolbarButtonClick(std::string(command->key));
   }
-
-  // Mostly on the page, sometimes beside it, seldom absurd.
-  float Coordinate() {
-    if (IsOneIn(2000)) return std::ldexp(1.0F, Below(60)) * (IsOneIn(2) ? 1.0F : -1.0F);
-    if (IsOneIn(30)) return static_cast<float>(Below(4000) - 2000);
-    return static_cast<float>(Below(420) - 10) + (IsOneIn(4) ? 0.5F : 0.0F);
-  }
-  std::int16_t Shift() { return IsOneIn(4) ? static_cast<std::int16_t>(Below(8)) : std::int16_t{0}; }
-
-  MouseInput& Under() {
-    EditorForm& form = Form();
-    if (IsOneIn(20)) return form.TransBackImage;
-    if (IsOneIn(4)) {
-      std::vector<TransparentPicture*> layers;
-      for (const auto& [index, layer] : form.TransLayers) {
-        if (index != 0) layers.push_back(layer.get());
-      }
-      return *OneOf(layers);
-    }
-    return form.picCanvas;
-  }
-  void Press() {
-    const std::int16_t buttons[] = {1, 1, 1, 1, 2, 4};
-    if (!IsOneIn(10)) Form().picCanvas.ReceiveFocus();
-    Under().MouseDown.Raise(OneOf(buttons), Shift(), Coordinate(), Coordinate());
-  }
-  void MoveMouse() {
-    Under().MouseMove.Raise(IsOneIn(4) ? std::int16_t{0} : std::int16_t{1}, Shift(), Coordinate(), Coordinate());
-  }
-  void Release() {
-    Under().MouseUp.Raise(1, Shift(), Coordinate(), Coordinate());
-    const EditorForm& form = Form();
-    EXPECT_FALSE(form.fr.Visible());
-    EXPECT_FALSE(form.point1(0).Visible());
-    EXPECT_EQ(form.point1.UBound(), 0);
-    EXPECT_FALSE(form.tmrMoveLayer.Enabled());
-  }
-  void LoseMouse() { Form().picCanvas.MouseLost.Raise(); }
-  void ChooseTool() {
-    const std::string key = OneOf(Form().tbrEditingTools.Buttons()).key;
-    if (!key.empty()) Form().tbrEditingTools.UserClick(key);
-  }
-  void ClickButton() {
-    EditorForm& form = Form();
-    ToolBar* const bars[] = {&form.tbrBasicTools(0), &form.tbrBasicTools(1), &form.tbrFillPattern,
-                             &form.tbrFonts,         &form.tbrMoreTools,     &form.tbrOpenFile};
-    ToolBar& bar = *OneOf(bars);
-    const std::string key = OneOf(bar.Buttons()).key;
-    // A picture that is enlarged again and again is no use here.
-    if (!key.empty() && key != "Resize" && key != "IncreaseBpp") bar.UserClick(key);
-  }
-  void PressKey() {
-    const std::int16_t characters[] = {27, 1, 2, 2, 3, 6, 6, 13, 22, 24, 25, 26, 'a', 46};
-    Form().picCanvas.KeyPress.Raise(OneOf(characters));
-    if (IsOneIn(4)) Form().picCanvas.KeyUp.Raise(46, Shift());
-  }
-  void ChooseFromMenu() {
-    EditorForm& form = Form();
-    Menu* const entries[] = {&form.mnuCopySelectedArea, &form.mnuCutSelectedArea, &form.mnuMergeDown,
-                             &form.mnuPasteSelectedArea, &form.mnuSelectAll};
-    OneOf(entries)->UserChoose();
-  }
-  void LetTimePass() {
-    std::vector<Timer*> timers;
-    for (const auto& [timer, interval] : desktop.runningTimers) timers.push_back(timer);
-    if (!timers.empty()) OneOf(timers)->Fire();
-  }
-  void Type() {
-    for (const auto& [index, layer] : Form().TransLayers) {
-      if (!layer->IsTyping()) continue;
-      layer->Type(std::string(static_cast<std::size_t>(Below(200)), IsOneIn(3) ? '\n' : 'x'));
-      if (IsOneIn(3)) layer->SetTyping(false);
-      return;
-    }
-  }
-  void TurnPage() { Form().PageIndex.UserSetValue(Below(5)); }
-  void Open() { control->OpenFile(OneOf(documents)); }
-  void Zoom() { Form().cmbZoomFactor.UserChoose(1 + Below(16)); }
-  void ResizeControl() { Form().editor.UserResize(static_cast<float>(Below(1200)), static_cast<float>(Below(900))); }
-  void DragBorder() {
-    LightWeightMarker* const borders[] = {&Form().BorderRight, &Form().BorderBottom, &Form().BorderCorner};
-    OneOf(borders)->MouseUp.Raise(1, 0, static_cast<float>(Below(3000) - 1500), static_cast<float>(Below(3000) - 1500));
-    // The page must not grow for ever.
-    TransparentPicture& page = Form().TransLayers(1);
-    page.Move(0, 0, std::min(page.Width(), 600.0F), std::min(page.Height(), 600.0F));
-  }
-  void Scroll() {
-    Form().vScroll.UserSetValue(Below(400));
-    Form().hScroll.UserSetValue(Below(400));
-  }
-  void SetLine() { Form().sldLineHeight.UserSetValue(Below(30)); }
-  // The visible controls of the tool box and the strip get the mouse as from a window.
-  void UseToolBox() {
-    EditorForm& form = Form();
-    const std::pair<Control*, MouseInput*> parts[] = {
-        {&form.kwraTools, &form.kwraTools},
-        {&form.kwraTools, &form.kwraTools},
-        {&form.kwraBasicToolsContainer(0), &form.kwraBasicToolsContainer(0)},
-        {&form.kwraBasicToolsContainer(1), &form.kwraBasicToolsContainer(1)},
-        {&form.SampleForeGroundColor, &form.SampleForeGroundColor},
-        {&form.SampleBackGroundColor, &form.SampleBackGroundColor},
-        {&form.kwrpColors, &form.kwrpColors},
-        {&form.lblLineSize1, &form.lblLineSize1},
-        {&form.lblLineSize2, &form.lblLineSize2},
-        {&form.kwrpHideToolBox, &form.kwrpHideToolBox},
-    };
-    const auto& [part, mouse] = OneOf(parts);
-    if (!part->CanTakeFocus()) return;
-    const auto place = [this] { return static_cast<float>(Below(3000) - 500); };
-    switch (Below(8)) {
+  void LetProperty() {
+    const bool value = IsOneIn(2);
+    switch (Below(7)) {
       case 0:
-        mouse->DblClick.Raise();
+        control->LetEnabled(value);
         break;
       case 1:
-        mouse->MouseLost.Raise();
+        control->LetIsEditable(value);
         break;
       case 2:
-        mouse->Click.Raise();
+        control->LetIsToLightenBackImage(value);
+        break;
+      case 3:
+        control->LetIsOpenButtonVisible(value);
+        break;
+      case 4:
+        control->LetIsToAllowChooseColor(value);
+        break;
+      case 5:
+        control->LetMaxUndoLevels(static_cast<std::int16_t>(Below(65536) - 32768));
         break;
       default:
-        mouse->MouseDown.Raise(1, Shift(), place(), place());
-        mouse->MouseMove.Raise(static_cast<std::int16_t>(Below(4)), Shift(), place(), place());
-        if (!IsOneIn(4)) mouse->MouseUp.Raise(IsOneIn(4) ? std::int16_t{2} : std::int16_t{1}, 0, place(), place());
+        control->SavePage();
         break;
     }
   }
-  void LayLabels() { Form().Label1.Click.Raise(); }
-  void SwitchProperties() {
-    switch (Below(4)) {
-      case 0:
-        control->LetIsToolboxVisible(IsOneIn(2));
-        break;
-      case 1:
-        control->LetIsToShowBackImage(IsOneIn(2));
-        break;
-      case 2:
-        control->LetBGImage(IsOneIn(3) ? "" : documents.front());
-        break;
-      default:
-        control->LetSignatureFilePath(IsOneIn(3) ? "" : documents.front());
-        break;
+  // As IDataObject gives it to a host.
+  void TakePage() {
+    const AnnotatedPage page(Form());
+    if (page.IsEmpty()) return;
+    std::int32_t rows = 0;
+    PatternText texts;
+    page.Draw(texts, [&](std::int32_t top, const Bitmap& band) {
+      EXPECT_EQ(top, rows);
+      EXPECT_EQ(band.Width(), page.Width());
+      rows += band.Height();
+      return !IsOneIn(50);
+    });
+    EXPECT_LE(rows, page.Height());
+  }
+  void Advise() {
+    if (watch == nullptr) {
+      watch = std::make_unique<PageWatch>(desktop, Form());
+      watch->Changed.Connect([this] { Nest(); });
+    } else if (IsOneIn(2)) {
+      watch.reset();
     }
   }
-  void SetFocus() {
-    Control* const controls[] = {&Form().picCanvas, &Form().cmbZoomFactor, &Form().sldLineHeight, &Form().vScroll};
-    Control* const chosen = OneOf(controls);
-    if (chosen->CanTakeFocus()) chosen->ReceiveFocus();
+  void AskAsAScreenReader() {
+    const std::vector<AccessiblePart> parts = PartsOf(Form().picCanvas);
+    for (const AccessiblePart& part : parts) {
+      EXPECT_NE(part.item, nullptr);
+      AccessibleOf(*part.item);
+    }
+    const AccessiblePart* const hit = PartAt(parts, Below(600) - 20, Below(600) - 20);
+    EXPECT_TRUE(hit == nullptr || IsAccessiblePart(*hit->item));
+  }
+  void Persist() {
+    RecordedBag bag;
+    control->UserControl_WriteProperties(bag);
+    if (IsOneIn(2)) control->UserControl_ReadProperties(bag);
+  }
+  // A host that goes back to the design of its form, and on again.
+  void Design() {
+    control->BeginDesign();
+    for (int i = Below(6); i > 0; --i) {
+      control->Design(PropertyId::IsToolboxVisible, IsOneIn(2));
+      control->Design(PropertyId::BGImage, OneOf(documents));
+      AskAsAScreenReader();
+      TakePage();
+      ResizeControl();
+    }
+    control->EndDesign();
+    control->LetDesigned();
+  }
+  // What a host or the system does out of an event, a notice or a box.
+  void Nest() {
+    constexpr int Deepest = 3;
+    if (depth >= Deepest || !IsOneIn(40)) return;
+    ++depth;
+    constexpr Action actions[] = {&Monkey::LetProperty, &Monkey::TakePage,  &Monkey::AskAsAScreenReader,
+                                  &Monkey::RunVerb,     &Monkey::Open,      &Monkey::LetTimePass,
+                                  &Monkey::Persist,     &Monkey::TurnPage,  &Monkey::SwitchProperties,
+                                  &Monkey::MoveMouse,   &Monkey::LoseMouse, &Monkey::ResizeControl};
+    (this->*OneOf(actions))();
+    --depth;
+  }
+  // Most of what takes long leaves at once: a picture that is enlarged again and again is no use here.
+  void AnswerParameters(DialogForm& dialog) {
+    if (dialog.Caption() == "Resize" || IsOneIn(3)) dialog.UserClose();
   }
 
   void CheckWhatAlwaysHolds() {
@@ -206,39 +154,94 @@ public:
     int picked = 0;
     for (const auto& [index, layer] : form.TransLayers) picked += layer->SelectionFrame() != 0 ? 1 : 0;
     ASSERT_LE(picked, 1);
+    ASSERT_GE(form.PageIndex.Value(), form.PageIndex.Min());
+    ASSERT_LE(form.PageIndex.Value(), form.PageIndex.Max());
+    for (const auto& [index, layer] : form.TransLayers) {
+      ASSERT_TRUE(std::isfinite(layer->Left()) && std::isfinite(layer->Top())) << index;
+      ASSERT_TRUE(layer->Width() >= 0 && layer->Height() >= 0 && std::isfinite(layer->Width() + layer->Height()));
+      if (!layer->HasPicture()) continue;
+      const Bitmap picture = layer->Picture();
+      ASSERT_TRUE(picture.Width() > 0 && picture.Height() > 0 && picture.Width() <= 32767 && picture.Height() <= 32767)
+          << picture.Width() << " x " << picture.Height();
+    }
   }
 
   void AnswerDialogs() {
     desktop.whileBoxIsUp = [this](const ScriptedDesktop::Box&) {
+      Nest();
       desktop.answers = {static_cast<MessageAnswer>(Below(4))};
     };
+    desktop.onParameters = [this](DialogForm& dialog) { AnswerParameters(dialog); };
     desktop.openAnswers.assign(1, [this](OpenDialog& dialog) { dialog.fileName = OneOf(documents); });
     desktop.fontAnswers.assign(1, [this](Font& font) { font.size = static_cast<float>(4 + Below(60)); });
     desktop.colourAnswers.assign(1, [this](Colour& colour) { colour = static_cast<Colour>(Below(0x1000000)); });
   }
+  void AllowBoxes() {
+    for (const CommandCase& row : CommandCases()) {
+      for (const CommandBox& box : row.boxes) desktop.Allow(box.title + ": " + box.prompt);
+    }
+    for (const char* const notice :
+         {": change the code below", "Zoom Error: Can not Zoom in more..", "Error: Can not Zoom out more..",
+          "File Error: Invalid file format..", "File Open Error: File does not exist..",
+          "Save changes..: Do you want to Save Current Page?",
+          "Critical Error: There is not enough memory available to execute this task."}) {
+      desktop.Allow(notice);
+    }
+    // Those of absurd coordinates, a missing file, a cancelled dialog, and a command without a page.
+    for (const int number : {6, 380, 53, 32755, 91}) {
+      desktop.Allow("Critical Error: Error Number : " + std::to_string(number));
+    }
+  }
+  void ForgetRecords() {
+    for (const int number : events.errors) ++errorCounts[number];
+    events.Forget();
+    desktop.Forget();
+  }
 
-  std::mt19937 random;
-  std::vector<std::string> documents;
+  int depth = 0;
+  std::unique_ptr<PageWatch> watch;
   std::map<int, int> errorCounts;
 };
 
 TEST_F(Monkey, NothingItDoesBreaksTheEditor) {
   const long eventCount = NumberFrom("KW_MONKEY_EVENTS", Amount(20000L, 12000L));
   const auto seed = static_cast<unsigned>(NumberFrom("KW_MONKEY_SEED", 20261121));
-  std::cout << "seed " << seed << ", " << eventCount << " events\n";
+  std::cout << "KW_MONKEY_SEED=" << seed << " KW_MONKEY_EVENTS=" << eventCount << std::endl;
   random.seed(seed);
   documents = {MakeImage("page.bmp", 400, 300), MakeDocument("pages.tif", 4), folder.File("missing.tif")};
+  WriteWhole(folder.File("bad.tif"), ReadWhole(documents[1]).substr(0, 200));
+  documents.push_back(folder.File("bad.tif"));
   constexpr Weighted actions[] = {
-      {20, &Monkey::Press},        {60, &Monkey::MoveMouse},     {20, &Monkey::Release},
-      {6, &Monkey::ChooseTool},    {3, &Monkey::ClickButton},    {4, &Monkey::PressKey},
-      {1, &Monkey::LoseMouse},     {1, &Monkey::ChooseFromMenu}, {3, &Monkey::LetTimePass},
-      {3, &Monkey::Type},          {1, &Monkey::TurnPage},       {1, &Monkey::Zoom},
-      {1, &Monkey::ResizeControl}, {1, &Monkey::DragBorder},     {1, &Monkey::Scroll},
-      {1, &Monkey::SetLine},       {1, &Monkey::SetFocus},       {1, &Monkey::SwitchProperties},
+      {20, &Monkey::Press},
+      {60, &Monkey::MoveMouse},
+      {20, &Monkey::Release},
+      {6, &Monkey::ChooseTool},
+      {3, &Monkey::ClickButton},
+      {4, &Monkey::PressKey},
+      {1, &Monkey::LoseMouse},
+      {1, &Monkey::ChooseFromMenu},
+      {3, &Monkey::LetTimePass},
+      {3, &Monkey::Type},
+      {1, &Monkey::TurnPage},
+      {1, &Monkey::Zoom},
+      {1, &Monkey::ResizeControl},
+      {1, &Monkey::DragBorder},
+      {1, &Monkey::Scroll},
+      {1, &Monkey::SetLine},
+      {1, &Monkey::SetFocus},
+      {1, &Monkey::SwitchProperties},
       {3, &Monkey::UseToolBox},
+      {1, &Monkey::RunVerb},
+      {1, &Monkey::LetProperty},
+      {1, &Monkey::TakePage},
+      {1, &Monkey::AskAsAScreenReader},
+      {1, &Monkey::Advise},
+      {1, &Monkey::Persist},
   };
   const int weights = std::accumulate(std::begin(actions), std::end(actions), 0,
                                       [](int sum, const Weighted& one) { return sum + one.weight; });
+  AllowBoxes();
+  events.onEvent = [this](const std::string&) { Nest(); };
   control->OpenFile(documents.front());
   for (long i = 0; i < eventCount; ++i) {
     AnswerDialogs();
@@ -246,6 +249,8 @@ TEST_F(Monkey, NothingItDoesBreaksTheEditor) {
       Open();
     } else if (i % 300 == 299) {
       LayLabels();
+    } else if (i % 700 == 699) {
+      Design();
     } else {
       int pick = Below(weights);
       const auto* const chosen =
@@ -254,19 +259,15 @@ TEST_F(Monkey, NothingItDoesBreaksTheEditor) {
     }
     CheckWhatAlwaysHolds();
     if (HasFatalFailure() || HasNonfatalFailure()) FAIL() << "at event " << i;
-    for (const int number : std::exchange(events.errors, {})) ++errorCounts[number];
+    ForgetRecords();
     // A reported error disables the control until its host enables it again.
-    if (!control->GetEnabled()) control->LetEnabled(true);
-    if (!control->GetIsEditable()) control->LetIsEditable(true);
+    if (!control->GetEnabled() && !IsOneIn(4)) control->LetEnabled(true);
+    if (!control->GetIsEditable() && !IsOneIn(4)) control->LetIsEditable(true);
     if (i % 1000 == 999) ForgetTrace();
-    desktop.boxes.clear();
   }
-  // The errors that absurd coordinates, a missing file and a cancelled dialog are to raise.
-  for (const auto& [number, count] : errorCounts) {
-    std::cout << "error " << number << ": " << count << " times\n";
-    EXPECT_TRUE(number == 6 || number == 380 || number == 481 || number == 53 || number == 32755 || number == 91)
-        << number;
-  }
+  events.onEvent = {};
+  watch.reset();
+  for (const auto& [number, count] : errorCounts) std::cout << "error " << number << ": " << count << " times\n";
 }
 
 }  // namespace

@@ -214,6 +214,7 @@ TEST_F(Signature, GoesThroughTheScratchBitmapWhichIsDeleted) {
 }
 
 TEST_F(Signature, WhoseScratchBitmapIsGoneIsAnErrorAndIsTaken) {
+  desktop.Expect("Critical Error: Error Number : 53");
   // While it is there, it is asked for to mark it, to read it and to remove it.
   desktop.onProcessNumber = [this, asked = 0]() mutable {
     const std::string scratch = folder.File("tmp1234.bmp");
@@ -226,6 +227,7 @@ TEST_F(Signature, WhoseScratchBitmapIsGoneIsAnErrorAndIsTaken) {
 }
 
 TEST_F(Signature, ThatCannotBeWrittenToTheScratchBitmapIsNone) {
+  desktop.Expect("Critical Error: Error Number : 75");
   control->LetSignatureFilePath(MakeImage("former.bmp"));
   std::filesystem::create_directory(ToFilesystemPath(folder.File("tmp1234.bmp")));
   control->LetSignatureFilePath(MakeImage("sign.bmp"));
@@ -235,6 +237,7 @@ TEST_F(Signature, ThatCannotBeWrittenToTheScratchBitmapIsNone) {
 }
 
 TEST_F(Signature, WhoseErrorCannotBeReportedLeavesTheCall) {
+  desktop.Expect("Critical Error: Error Number : 75");
   control->LetSignatureFilePath(MakeImage("former.bmp", 12, 7));
   std::filesystem::create_directory(ToFilesystemPath(folder.File("tmp1234.bmp")));
   events.properties.clear();

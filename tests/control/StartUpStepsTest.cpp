@@ -73,6 +73,7 @@ TEST_F(StartUpSteps, BeginWithTheDefaultsOfTheProperties) {
 }
 
 TEST_F(StartUpSteps, BeginWithNoPageChangeToIgnore) {
+  desktop.Expect("File Error: Invalid file format..");
   ForgetTrace();
   control->OpenedDocument().PageIndex_Change();
   const Names trace = Trace();

@@ -150,6 +150,9 @@ TEST_F(Keys, OfTheControlGoToTheCanvas) {
 
 // The effect of a key tells which key it was.
 TEST_F(Keys, OfTheControlGoThereUnchanged) {
+  desktop.Expect("copy", 2);
+  desktop.Expect("cut", 2);
+  desktop.Expect("clear", 2);
   control->OpenFile(MakeImage("scan.bmp"));
   const auto effectOf = [&](const auto& event, auto... key) {
     ForgetTrace();

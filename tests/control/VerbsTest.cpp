@@ -61,6 +61,7 @@ protected:
 };
 
 TEST_F(Verbs, NeedAPage) {
+  desktop.Expect("File Error: Invalid file format..");
   EXPECT_FALSE(control->TakesVerbs());
   control->OpenFile(folder.File("missing.tif"));
   EXPECT_FALSE(control->TakesVerbs());
@@ -83,6 +84,9 @@ TEST_F(Verbs, NeedAControlThatIsEnabledAndEditable) {
 }
 
 TEST_F(Verbs, AreRefusedInEveryEventAndEveryBox) {
+  desktop.Expect("DoPreCommandProcess");
+  desktop.Expect("Capture");
+  desktop.Expect("Critical Error: Error Number : 32755");
   Open();
   int calls = 0;
   events.onEvent = [&](const std::string& name) {
@@ -153,6 +157,7 @@ TEST_F(Verbs, AreRefusedWhileADialogAPrintOrAScanIsUnderWay) {
 
 // The failure of a report leaves the procedures early.
 TEST_F(Verbs, AreTakenAgainAfterAReportThatFailed) {
+  desktop.Expect("Critical Error: Error Number : 76");
   Open();
   const std::string kept = AppDir;
   AppDir = folder.File("no such folder/");

@@ -34,6 +34,7 @@ protected:
 };
 
 TEST_F(DocumentSteps, APagesDepthIsKnownWhenItsChangeIsTold) {
+  desktop.Expect("DoPreCommandProcess", 4);
   for (const auto& [name, depth] : {std::pair{"a.tif", 24}, {"b.tif", 8}, {"c.tif", 1}, {"D_Page_1.tif", 8}}) {
     const std::string path = MakePage(name, depth);
     int seen = 0;
@@ -45,6 +46,7 @@ TEST_F(DocumentSteps, APagesDepthIsKnownWhenItsChangeIsTold) {
 }
 
 TEST_F(DocumentSteps, APagesDepthIsKnownWhenItsFileIsTold) {
+  desktop.Expect("DoPreCommandProcess", 3);
   const std::string path = folder.File("D.fmf");
   for (const int depth : {24, 8, 1}) {
     PictureDocument engine;
@@ -59,6 +61,7 @@ TEST_F(DocumentSteps, APagesDepthIsKnownWhenItsFileIsTold) {
 }
 
 TEST_F(DocumentSteps, ACommandOrAnotherPageInTheEventOfAPageFileSpoilsNoPageFile) {
+  desktop.Expect("DoPreCommandProcess", 3);
   const std::function<void()> disturbances[] = {
       [this] { Form().tbrMoreTools.ButtonClick.Raise("Invert"); },
       [this] { Form().PageIndex.SetValue(Form().PageIndex.Value() == 3 ? 2 : 3); },
@@ -122,6 +125,7 @@ TEST_F(DocumentSteps, AFirstPageFileAloneIsTheOnlyPage) {
 }
 
 TEST_F(DocumentSteps, APageThatIsGoneIsToldWithoutTheHourglass) {
+  desktop.Expect("File Error: Invalid file format..");
   control->OpenFile(MakeDocument("D.tif", 3));
   RemoveFileAt(folder.File("D_Page_2.tif"));
   MousePointer pointer = MousePointer::Arrow;
@@ -131,6 +135,7 @@ TEST_F(DocumentSteps, APageThatIsGoneIsToldWithoutTheHourglass) {
 }
 
 TEST_F(DocumentSteps, AFileThatCannotBeReadScrollsBackAndTakesUndoAndTheBackgroundAway) {
+  desktop.Expect("File Error: Invalid file format..");
   control->OpenFile(MakeImage("large.bmp", 2000, 2000));
   control->LetBGImage(MakeImage("back.bmp"));
   Form().vScroll.UserSetValue(100);

@@ -120,6 +120,7 @@ TEST_F(OpenFile, RestartsTheDefaultToolsTimerThatIsRunning) {
 }
 
 TEST_F(OpenFile, KeepsTheDepthOfEachPage) {
+  desktop.Expect("DoPreCommandProcess");
   const std::string path = folder.File("D.fmf");
   for (const int depth : {24, 8, 1}) {
     PictureDocument engine;
@@ -200,6 +201,7 @@ TEST_F(OpenFile, TakesUnicodeAndLongPaths) {
 using BadFile = EditorTest;
 
 TEST_F(BadFile, OfEveryKindGivesTheFileErrorAndTheNextFileOpens) {
+  desktop.Expect("File Error: Invalid file format..", 7);
   const std::string good = MakeImage("good.bmp");
   WriteWhole(folder.File("empty.tif"), "");
   WriteWhole(folder.File("text.tif"), "this is no image");
@@ -223,6 +225,8 @@ TEST_F(BadFile, OfEveryKindGivesTheFileErrorAndTheNextFileOpens) {
 }
 
 TEST_F(BadFile, APathWithoutADotReachesTheErrorTrapWhenPagesNeedNames) {
+  desktop.Expect("Critical Error: Error Number : 5");
+  desktop.Expect("File Error: Invalid file format..");
   const std::string path = folder.File("scan");
   if (path.find('.') != std::string::npos) GTEST_SKIP() << "the temporary folder has a dot in its name";
   WriteWhole(path, GreyTiff(2));
@@ -233,6 +237,8 @@ TEST_F(BadFile, APathWithoutADotReachesTheErrorTrapWhenPagesNeedNames) {
 }
 
 TEST_F(BadFile, AFolderThatCannotBeWrittenIsReportedOnceAndNoPageFileIsAnnounced) {
+  desktop.Expect("Critical Error: Error Number : 75");
+  desktop.Expect("File Error: Invalid file format..");
   std::filesystem::create_directories(ToFilesystemPath(folder.File("D_Page_2.tif")));
   std::filesystem::create_directories(ToFilesystemPath(folder.File("D_Page_1.tif")));
   control->OpenFile(MakeDocument("D.tif", 2));
@@ -241,6 +247,8 @@ TEST_F(BadFile, AFolderThatCannotBeWrittenIsReportedOnceAndNoPageFileIsAnnounced
 }
 
 TEST_F(BadFile, APageFileThatCannotBeWrittenIsReportedWithTheSystemsOwnCode) {
+  desktop.Expect("File Error: Invalid file format..", 2);
+  desktop.Expect("Critical Error: Error Number : 76");
   control->OpenFile(folder.File("missing\\first.tif"));
   control->OpenFile(MakeDocument("D.tif", 2));
   ASSERT_EQ(events.errors, std::vector<int>{76});
@@ -322,6 +330,7 @@ TEST_F(Paging, DisablesUndoAndRedo) {
 }
 
 TEST_F(Paging, ToAPageThatIsGoneKeepsTheNewPageNumberAndGivesTheFileError) {
+  desktop.Expect("File Error: Invalid file format..");
   control->OpenFile(MakeDocument("D.tif", 3));
   RemoveFileAt(folder.File("D_Page_2.tif"));
   BasicBar("NextPage").UserClick("NextPage");

@@ -20,6 +20,7 @@ protected:
 };
 
 TEST_F(PagePrompt, AnsweredYesSavesAndGoesOn) {
+  desktop.Expect("Save changes..: Do you want to Save Current Page?");
   desktop.answers = {MessageAnswer::Yes};
   ForgetTrace();
   Form().PageIndex.SetValue(2);
@@ -33,6 +34,7 @@ TEST_F(PagePrompt, AnsweredYesSavesAndGoesOn) {
 }
 
 TEST_F(PagePrompt, AnsweredNoDropsTheChangesAndGoesOn) {
+  desktop.Expect("Save changes..: Do you want to Save Current Page?");
   desktop.answers = {MessageAnswer::No};
   ForgetTrace();
   Form().PageIndex.SetValue(2);
@@ -45,6 +47,7 @@ TEST_F(PagePrompt, AnsweredNoDropsTheChangesAndGoesOn) {
 }
 
 TEST_F(PagePrompt, CancelledGoesBackToThePageAndAsksAgainTheNextTime) {
+  desktop.Expect("Save changes..: Do you want to Save Current Page?", 2);
   desktop.answers = {MessageAnswer::Cancel, MessageAnswer::No};
   Form().PageIndex.SetValue(3);
   EXPECT_EQ(desktop.boxes, std::vector{question});
@@ -60,6 +63,7 @@ TEST_F(PagePrompt, CancelledGoesBackToThePageAndAsksAgainTheNextTime) {
 }
 
 TEST_F(PagePrompt, ComesOnlyForAChangedPageThatCanBeSavedFromTheSecondPageOn) {
+  desktop.Expect("Save changes..: Do you want to Save Current Page?");
   control->LetIsSaveButtonEnabled(false);
   ForgetTrace();
   Form().PageIndex.SetValue(2);

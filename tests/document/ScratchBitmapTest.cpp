@@ -43,6 +43,7 @@ TEST_F(Scratch, OfAnotherInstanceIsNeverShown) {
 }
 
 TEST_F(Scratch, ThatCannotBeReadLeavesThePicture) {
+  desktop.Expect("Critical Error: Error Number : 53");
   control->OpenFile(MakeDocument("D.tif", 2));
   WhenItIsWritten([&] { RemoveFileAt(folder.File("tmp1234.bmp")); });
   Form().PageIndex.SetValue(2);
@@ -52,6 +53,7 @@ TEST_F(Scratch, ThatCannotBeReadLeavesThePicture) {
 }
 
 TEST_F(Scratch, ThatCannotBeWrittenLeavesThePictureAndAnOlderOneIsNotShown) {
+  desktop.Expect("Critical Error: Error Number : 70");
   control->OpenFile(MakeDocument("D.tif", 2));
   const std::filesystem::path older = ToFilesystemPath(MakeImage("tmp1234.bmp", 5, 5));
   constexpr auto mayWrite = std::filesystem::perms::owner_write;
@@ -66,6 +68,7 @@ TEST_F(Scratch, ThatCannotBeWrittenLeavesThePictureAndAnOlderOneIsNotShown) {
 
 // An automation error's number.
 TEST_F(Scratch, AnErrorAbove32767IsShownButNotRaisedAsAnEvent) {
+  desktop.Expect("Critical Error: Error Number : 40000");
   WhenItIsWritten([] { throw RunTimeError(40000, "too large"); });
   control->OpenFile(MakeImage("scan.bmp"));
   ASSERT_EQ(desktop.boxes.size(), 2U);
@@ -78,6 +81,7 @@ TEST_F(Scratch, AnErrorAbove32767IsShownButNotRaisedAsAnEvent) {
 bool IsLeft(ScriptedDesktop& desktop, const TemporaryFolder& folder, const std::string& machine, std::int64_t process) {
   RecordedEvents events;
   ScriptedDesktop other;
+  other.Expect(ListOfPendingWork);
   other.machineName = machine;
   other.processNumber = process;
   std::string left;
@@ -177,6 +181,7 @@ public:
   void TurnPages(int turns) {
     AppDir = folder.Path();
     ScriptedDesktop desktop;
+    desktop.Expect(ListOfPendingWork);
     KwEditorLayers control(desktop, events);
     control.UserControl_Initialize();
     control.OpenFile(path);

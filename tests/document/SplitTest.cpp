@@ -40,6 +40,8 @@ protected:
 };
 
 TEST_F(HinderedSplit, AFullDiskEndsTheLoopAndTheProcedureRunsOn) {
+  desktop.Expect("Critical Error: Error Number : 61");
+  desktop.Expect("File Error: Invalid file format..");
   hindered = "D_Page_3.tif";
   control->OpenFile(path);
   EXPECT_EQ(tried, (Names{"D_Page_4.tif", "D_Page_3.tif"}));
@@ -51,6 +53,8 @@ TEST_F(HinderedSplit, AFullDiskEndsTheLoopAndTheProcedureRunsOn) {
 }
 
 TEST_F(HinderedSplit, NoOlderPageFileIsShownInPlaceOfOneThatWasNotWritten) {
+  desktop.Expect("Critical Error: Error Number : 70");
+  desktop.Expect("File Error: Invalid file format..");
   hindered = "D_Page_1.tif";
   error = FileTroubles[2].code;
   control->OpenFile(path);
@@ -68,6 +72,8 @@ TEST_F(HinderedSplit, NoOlderPageFileIsShownInPlaceOfOneThatWasNotWritten) {
 }
 
 TEST_F(HinderedSplit, NoOlderPageFileIsPrintedInPlaceOfOneThatWasNotWritten) {
+  desktop.Expect("Critical Error: Error Number : 70");
+  desktop.Expect("Critical Error: Error Number : 53");
   hindered = "D_Page_3.tif";
   error = FileTroubles[2].code;
   control->OpenFile(path);
@@ -127,6 +133,7 @@ protected:
 };
 
 TEST_F(Split, ADamagedPageBecomesAnEmptyOneAndTheSoundOnesAreThere) {
+  desktop.Expect("Critical Error: There is not enough memory available to execute this task.");
   // The pixels of page 3 are said to lie beyond the end.
   const std::string bytes = GreyTiff(3);
   WriteWhole(folder.File("D.tif"), bytes.substr(0, bytes.size() - 10));
@@ -144,6 +151,7 @@ TEST_F(Split, ADamagedPageBecomesAnEmptyOneAndTheSoundOnesAreThere) {
 }
 
 TEST_F(Split, ADamagedPageThatIsDecodedDoesNotHoldUpTheOthers) {
+  desktop.Expect("Critical Error: There is not enough memory available to execute this task.");
   control->OpenFile(MakeImage("first.bmp"));
   std::string bytes = GreyTiff(3);
   // Page 2 is said to be coded in a way that it is not (the entry is the fourth of its directory).
@@ -160,6 +168,7 @@ TEST_F(Split, ADamagedPageThatIsDecodedDoesNotHoldUpTheOthers) {
 }
 
 TEST_F(Split, OntoTheFileThatItReadsIsRefusedBeforeAnythingIsWritten) {
+  desktop.Expect("File Error: Invalid file format..");
   control->OpenFile(MakeDocument("D.tif", 3));
   events.created.clear();
   const std::string whole = GreyTiff(4);
@@ -176,6 +185,7 @@ TEST_F(Split, OntoTheFileThatItReadsIsRefusedBeforeAnythingIsWritten) {
 }
 
 TEST_F(Split, OntoTheFileThatItReadsIsRefusedUnderAnyName) {
+  desktop.Expect("File Error: Invalid file format..");
   control->OpenFile(MakeDocument("D.tif", 3));
   events.created.clear();
   const std::string whole = GreyTiff(2);
@@ -201,6 +211,7 @@ TEST_F(Split, OfANameWithAnUnknownExtensionKeepsTheDocumentsFormat) {
 }
 
 TEST_F(Split, AfterAFirstFileThatCouldNotBeOpenedHasItsName) {
+  desktop.Expect("File Error: Invalid file format..");
   control->OpenFile(folder.File("memo.pdf"));
   control->LetIsEditable(true);
   control->OpenFile(MakeDocument("D.tif", 2));

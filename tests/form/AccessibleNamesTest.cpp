@@ -38,6 +38,7 @@ TEST_F(AccessibleNames, TellTheOpenPage) {
 }
 
 TEST_F(AccessibleNames, TellNoPageIfNoneCouldBeOpened) {
+  desktop.Expect("File Error: Invalid file format..");
   control->OpenFile(MakeImage("scan.bmp"));
   const std::string none = folder.File("none.tif");
   WriteWhole(none, "no picture");

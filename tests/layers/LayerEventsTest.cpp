@@ -71,6 +71,7 @@ TEST_F(LayerEvents, TheSizeShownIsRoundedToTheEvenNeighbour) {
 }
 
 TEST_F(LayerEvents, AStepOfPickingThatFailsDoesNotHoldUpTheOthers) {
+  desktop.Expect("Critical Error: Error Number : 7");
   TransparentPicture& layer = Add(10, 20);
   Choose("NoTools");
   layer.SetIsToShowBorderMarks(true);
@@ -160,6 +161,7 @@ TEST_F(LayerEvents, TheLabelChecksTheClipboardFirst) {
 }
 
 TEST_F(LayerEvents, AStepOfTheLabelThatFailsDoesNotHoldUpTheOthers) {
+  desktop.Expect("Critical Error: Error Number : 7");
   Room().BeforeLabelLayer.Connect([] { Raise(ErrorNumber::OutOfMemory); });
   Form().Label1.Click.Raise();
   EXPECT_EQ(Form().TransLayers.UBound(), 6);

@@ -179,6 +179,7 @@ TEST_F(LayersByKeyboard, ShiftWithArrowsSizesThePickedLayer) {
 }
 
 TEST_F(LayersByKeyboard, DeleteIsTheCommandWithItsBoxAndDeletesNoLayer) {
+  desktop.Expect("clear");
   Add(100, 80);
   Strike(F6);
   BasicBar("Clear").SetButtonEnabled("Clear", true);

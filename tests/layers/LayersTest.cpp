@@ -95,6 +95,7 @@ TEST_F(LayersTest, ALayerIsRaisedAboveAllThatItOverlapsAndIsNotMadeTheCurrentOne
 }
 
 TEST_F(LayersTest, ALayerThatStandsInNoOrderIsNoSubscriptOnceItsPlaceIsNeeded) {
+  desktop.Expect("Critical Error: Error Number : 9");
   Add(100, 100);
   TransparentPicture& stray = Form().TransLayers.Load(3);
   stray.Move(300, 200, 20, 20);
@@ -159,6 +160,7 @@ TEST_F(LayersTest, AwayFromTheCanvasTheTimerMovesTheFrameWithThePointerOneToOne)
 }
 
 TEST_F(LayersTest, RandomStepsKeepTheOrderAPermutationAndEachLayerInItsPlace) {
+  desktop.Allow("change the code below");
   std::mt19937 random(20261121);
   const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
   const auto any = [&] { return static_cast<std::int16_t>(1 + below(Form().TransLayers.UBound())); };

@@ -121,6 +121,7 @@ TEST_F(LayersTest, ALayerThatIsNotPickedIsHitUpToItsEdges) {
 }
 
 TEST_F(LayersTest, APressThatCannotTellItsLayerIsOneOnTheCanvas) {
+  desktop.Expect("Critical Error: Error Number : 6");
   Add(2e9F, 10, 2e9F, 10);
   Choose("Rectangle");
   Press(10, 10);

@@ -157,6 +157,7 @@ TEST_F(PickedLayer, ThePointerTellsWhatAPressWouldDo) {
 }
 
 TEST_F(PickedLayer, UnderAnotherToolThePointerIsThatOfTheTool) {
+  desktop.Expect("NoTools", 3);
   TransparentPicture& layer = AddPicked(100, 100, 60, 40);
   const auto hover = [&] {
     Form().tbrEditingTools.UserClick("NoTools");

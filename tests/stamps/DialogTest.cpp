@@ -126,6 +126,7 @@ TEST_F(StampDialog, SetsTheWordAfterTheCountWhenOneIsChosenFromTheList) {
 }
 
 TEST_F(StampDialog, ReportsACountThatIsNoNumberOfTheMachine) {
+  desktop.Expect("Critical Error: Error Number : 6");
   Show([&] {
     dialog.opt(1).UserChoose();
     dialog.cmbNoOfTimes.UserType(std::string(400, '9'));
@@ -162,6 +163,7 @@ TEST_F(StampDialog, ComposesTheChosenDateWithoutLeadingZeros) {
 }
 
 TEST_F(StampDialog, ReportsADateThatNoPickerHolds) {
+  desktop.Expect("Critical Error: Error Number : 380");
   desktop.date = {9999, 12, 1};
   Show([&] {
     dialog.opt(2).UserChoose();
@@ -356,6 +358,7 @@ TEST_F(StampDialog, TracesItsProceduresByName) {
 }
 
 TEST_F(StampDialog, CannotAppendToAListOf32767Stamps) {
+  desktop.Expect("Critical Error: Error Number : 6");
   class FullDesktop : public ScriptedDesktop {
   public:
     int written = 0;

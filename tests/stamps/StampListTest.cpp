@@ -258,6 +258,7 @@ TEST_F(StampLists, Of32766StampsHaveRoomForOneMore) {
 
 // The key that would tell whether there is another one is beyond 16 bits.
 TEST_F(StampLists, Of32767StampsAreListedWithARunTimeErrorAndHaveNoRoom) {
+  desktop.Expect("Critical Error: Error Number : 6");
   FullDesktop full(32767);
   StampList longList(full, control->ErrorTrap());
   longList.FillStampList(combo);
@@ -269,6 +270,7 @@ TEST_F(StampLists, Of32767StampsAreListedWithARunTimeErrorAndHaveNoRoom) {
 }
 
 TEST_F(StampLists, OfMoreThan32767StampsAreARunTimeErrorAndEndThere) {
+  desktop.Expect("Critical Error: Error Number : 6");
   FullDesktop endless(40000);
   StampList longList(endless, control->ErrorTrap());
   longList.FillStampList(combo);

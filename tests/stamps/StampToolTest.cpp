@@ -242,6 +242,7 @@ TEST_F(Stamping, OfAnEmptyTextIsNoLayer) {
 }
 
 TEST_F(Stamping, BeyondTheLimitOfLayersIsReported) {
+  desktop.Expect("Critical Error: Error Number : 341");
   TakeSignature(60, 20);
   Form().TransLayers.Load(32767);
   StampAt(30, 40);

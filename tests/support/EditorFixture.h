@@ -63,6 +63,7 @@ class EditorTest : public testing::Test {
 protected:
   EditorTest() {
     AppDir = folder.Path();
+    desktop.Allow(ListOfPendingWork);
     control = std::make_unique<KwEditorLayers>(desktop, events);
     control->UserControl_Initialize();
   }

@@ -50,6 +50,15 @@ public:
   // Runs in every event, with its name.
   std::function<void(const std::string&)> onEvent;
 
+  // Drops all that was recorded.
+  void Forget() {
+    errors.clear();
+    errorTexts.clear();
+    created.clear();
+    changedTo.clear();
+    properties.clear();
+  }
+
   using EditorEvents::Raise;
   void Raise(EventId event, std::span<const Argument> arguments) override {
     const auto integer = [&](std::size_t index) { return *std::get<std::int16_t*>(arguments[index]); };

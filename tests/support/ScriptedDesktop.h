@@ -19,6 +19,7 @@
 #include "components/controls/Timer.h"
 #include "components/platform/Desktop.h"
 #include "components/platform/ScannerDriver.h"
+#include "tests/support/ExpectedBoxes.h"
 #include "tests/support/ProfileFile.h"
 
 namespace kw::test {
@@ -95,6 +96,7 @@ public:
 
   MessageAnswer ShowMessageBox(const std::string& prompt, const std::string& title, MessageButtons buttons) override {
     boxes.push_back({prompt, title, buttons});
+    expectedBoxes.Came(title + ": " + prompt);
     if (whileBoxIsUp) whileBoxIsUp(boxes.back());
     if (answers.empty()) return MessageAnswer::Ok;
     const MessageAnswer answer = answers.front();
@@ -208,7 +210,22 @@ public:
     return number == processNumber || runningProcesses.contains(number);
   }
 
+  // Drops all that was recorded.
+  void Forget() {
+    boxes.clear();
+    openShown.clear();
+    fontsShown.clear();
+    coloursShown.clear();
+    printersShown.clear();
+    printedJobs.clear();
+    openJob.clear();
+  }
+  // Boxes that the test expects; see ExpectedBoxes.
+  void Expect(std::string words, int times = 1) { expectedBoxes.Add(Times(times, std::move(words))); }
+  void Allow(std::string words) { expectedBoxes.Add(Perhaps(std::move(words))); }
+
 private:
+  ExpectedBoxes expectedBoxes;
   bool isNewPage = false;
 
   template <class Fields>

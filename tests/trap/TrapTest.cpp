@@ -90,6 +90,7 @@ TEST_F(TrapTest, TheTraceGrowsFromOneRunToTheNext) {
 }
 
 TEST_F(TrapTest, AnErrorIsShownInFourLinesWithItsNumberDescriptionSystemErrorAndSource) {
+  desktop.Expect("Critical Error: Error Number : 53");
   Fail(53);
   ASSERT_EQ(desktop.boxes.size(), 1U);
   EXPECT_EQ(desktop.boxes[0].prompt,
@@ -101,6 +102,7 @@ TEST_F(TrapTest, AnErrorIsShownInFourLinesWithItsNumberDescriptionSystemErrorAnd
 }
 
 TEST_F(TrapTest, Errors480And481ReadAsLackOfMemory) {
+  desktop.Expect("Critical Error: There is not enough memory available to execute this task.", 2);
   for (const std::int32_t number : {480, 481}) {
     editor.SetEnabled(true);
     Fail(number);
@@ -115,6 +117,7 @@ TEST_F(TrapTest, Errors480And481ReadAsLackOfMemory) {
 }
 
 TEST_F(TrapTest, AnErrorDisablesTheEditorAndShowsTheNoDropPointer) {
+  desktop.Expect("Critical Error: Error Number : 5");
   desktop.whileBoxIsUp = [&](const auto&) {
     EXPECT_FALSE(editor.Enabled());
     EXPECT_EQ(picCanvas.Pointer(), MousePointer::NoDrop);
@@ -126,6 +129,7 @@ TEST_F(TrapTest, AnErrorDisablesTheEditorAndShowsTheNoDropPointer) {
 }
 
 TEST_F(TrapTest, TheBlockHoldsTheStampTheHistoryAndTheMessage) {
+  desktop.Expect("Critical Error: Error Number : 53");
   Fail(53);
   const std::string rule(80, '*');
   EXPECT_EQ(Trace(), "Fail\r\n\r\n" + rule + "\r\n11-15-2026 03:08:21\r\n" + rule +
@@ -133,6 +137,7 @@ TEST_F(TrapTest, TheBlockHoldsTheStampTheHistoryAndTheMessage) {
 }
 
 TEST_F(TrapTest, TheBoxComesBeforeTheBlockAndTheBlockBeforeTheEvent) {
+  desktop.Expect("Critical Error: Error Number : 53");
   std::vector<std::string> order;
   const auto hasBlock = [&] { return Trace().find("FunctionInExecution : ") != std::string::npos; };
   desktop.whileBoxIsUp = [&](const auto&) {
@@ -149,6 +154,7 @@ TEST_F(TrapTest, TheBoxComesBeforeTheBlockAndTheBlockBeforeTheEvent) {
 }
 
 TEST_F(TrapTest, ASecondErrorWhileDisabledIsSilent) {
+  desktop.Expect("Critical Error: Error Number : 53");
   Fail(53);
   const std::string before = Trace();
   Fail(54);
@@ -158,6 +164,7 @@ TEST_F(TrapTest, ASecondErrorWhileDisabledIsSilent) {
 }
 
 TEST_F(TrapTest, AnErrorNumberAbove32767LeavesTheProcedureAsAnOverflow) {
+  desktop.Expect("Critical Error: Error Number : 32768");
   try {
     Fail(32768);
     FAIL() << "no error came";
@@ -170,6 +177,7 @@ TEST_F(TrapTest, AnErrorNumberAbove32767LeavesTheProcedureAsAnOverflow) {
 }
 
 TEST_F(TrapTest, AnOverflowThatLeavesAProcedureReachesTheTrapOfItsCallerWhichFindsTheEditorDisabled) {
+  desktop.Expect("Critical Error: Error Number : 2147467259");
   Procedure caller(trap, "Caller");
   bool wentOn = false;
   EXPECT_FALSE(caller([&] { Fail(2147467259); }));
@@ -180,6 +188,7 @@ TEST_F(TrapTest, AnOverflowThatLeavesAProcedureReachesTheTrapOfItsCallerWhichFin
 }
 
 TEST_F(TrapTest, AFolderThatCannotBeWrittenIsReportedOnceAndTheReportsOwnFailureGoesToTheCaller) {
+  desktop.Expect("Critical Error: Error Number : 76");
   AppDir = folder.File("missing\\");
   try {
     Procedure run(trap, "SavePage");
@@ -208,6 +217,7 @@ TEST_F(ProcedureTest, IsUnderWayUntilItEnds) {
 }
 
 TEST_F(ProcedureTest, OfSeveralFailingStatementsTheFirstIsReportedAndAllOthersRun) {
+  desktop.Expect("Critical Error: Error Number : 53");
   std::string ran;
   {
     Procedure run(trap, "Several");
@@ -223,6 +233,8 @@ TEST_F(ProcedureTest, OfSeveralFailingStatementsTheFirstIsReportedAndAllOthersRu
 }
 
 TEST_F(ProcedureTest, LackOfMemoryIsError7AndAnyOtherExceptionError51) {
+  desktop.Expect("Critical Error: Error Number : 7");
+  desktop.Expect("Critical Error: Error Number : 51");
   Procedure run(trap, "Foreign");
   run([] { throw std::bad_alloc(); });
   editor.SetEnabled(true);
@@ -232,6 +244,7 @@ TEST_F(ProcedureTest, LackOfMemoryIsError7AndAnyOtherExceptionError51) {
 }
 
 TEST_F(ProcedureTest, AFailedExpressionGivesTheValueAskedForInstead) {
+  desktop.Expect("Critical Error: Error Number : 6");
   Procedure run(trap, "Asking");
   EXPECT_EQ(run.Ask<int>([] { return 7; }, 0), 7);
   EXPECT_EQ(run.Ask<int>([]() -> int { Raise(ErrorNumber::Overflow); }, -1), -1);
@@ -247,6 +260,7 @@ TEST_F(ProcedureTest, WithErrorsIgnoredNothingIsReported) {
 }
 
 TEST_F(ProcedureTest, AnErrorWhileTheBoxIsUpDoesNotReplaceTheOneReported) {
+  desktop.Expect("Critical Error: Error Number : 53");
   desktop.whileBoxIsUp = [&](const auto&) { Fail(9); };
   Fail(53);
   EXPECT_EQ(numbers, std::vector<int>{53});

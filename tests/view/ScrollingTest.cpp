@@ -125,6 +125,7 @@ protected:
 };
 
 TEST_F(Borders, ReleasedWithTheLeftButtonResizeThePageAfterTheirNotice) {
+  desktop.Expect("change the code below", 3);
   desktop.whileBoxIsUp = [this](const auto&) { ExpectPage(400, 300); };
   Release(Form().BorderBottom, 7, 30);
   desktop.whileBoxIsUp = nullptr;
@@ -139,6 +140,7 @@ TEST_F(Borders, ReleasedWithTheLeftButtonResizeThePageAfterTheirNotice) {
 }
 
 TEST_F(Borders, ResizeTheBackgroundByTheSameDistance) {
+  desktop.Expect("change the code below", 3);
   control->LetBGImage(MakeImage("back.bmp", 100, 80));
   Release(Form().BorderBottom, 0, 5);
   Release(Form().BorderRight, -6, 0);
@@ -151,6 +153,7 @@ TEST_F(Borders, ResizeTheBackgroundByTheSameDistance) {
 }
 
 TEST_F(Borders, DraggedPastTheOppositeEdgeLeaveThatDirectionButShowTheNotice) {
+  desktop.Expect("change the code below", 5);
   Release(Form().BorderBottom, 0, -300);
   Release(Form().BorderRight, -401, 0);
   ExpectPage(400, 300);
@@ -164,6 +167,7 @@ TEST_F(Borders, DraggedPastTheOppositeEdgeLeaveThatDirectionButShowTheNotice) {
 }
 
 TEST_F(Borders, LeaveOneUnitButNotNothing) {
+  desktop.Expect("change the code below", 5);
   Release(Form().BorderRight, -400, 0);
   Release(Form().BorderBottom, 0, -300);
   ExpectPage(400, 300);
@@ -175,12 +179,15 @@ TEST_F(Borders, LeaveOneUnitButNotNothing) {
 }
 
 TEST_F(Borders, DivideTheDistanceByTheZoom) {
+  desktop.Expect("change the code below");
   control->ZoomRoom().LetZoomFactor(2.0);
   Release(Form().BorderCorner, 40, 30);
   ExpectPage(420, 315);
 }
 
 TEST_F(Borders, DragsByAZoomOfZeroAreADivisionByZero) {
+  desktop.Expect("change the code below");
+  desktop.Expect("Critical Error: Error Number : 11");
   control->ZoomRoom().LetZoomFactor(0);
   Release(Form().BorderCorner, 40, 30);
   EXPECT_EQ(events.errors, std::vector<int>{11});
@@ -198,6 +205,7 @@ TEST_F(Borders, AnotherButtonDoesNothing) {
 }
 
 TEST_F(Borders, TraceTheirPressesAndReleases) {
+  desktop.Expect("change the code below", 3);
   const std::vector<std::pair<LightWeightMarker*, std::string>> borders{{&Form().BorderBottom, "BorderBottom"},
                                                                         {&Form().BorderRight, "BorderRight"},
                                                                         {&Form().BorderCorner, "BorderCorner"}};

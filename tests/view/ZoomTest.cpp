@@ -25,6 +25,8 @@ TEST_F(ZoomTest, StepsThroughItsList) {
 }
 
 TEST_F(ZoomTest, StopsAtTheEndsOfItsListWithTheirBoxesAndChangesNothing) {
+  desktop.Expect("Zoom Error: Can not Zoom in more..");
+  desktop.Expect("Error: Can not Zoom out more..");
   Let(4.0);
   desktop.boxes.clear();
   ForgetTrace();
@@ -156,6 +158,7 @@ TEST_F(ZoomTest, TheFirstAndTheLastLayerAreDrawnAnewToo) {
 }
 
 TEST_F(ZoomTest, ALayerThatCannotBeDrawnAnewDoesNotHoldUpTheOthers) {
+  desktop.Expect("Critical Error: Error Number : 7");
   Add(390, 10, 50, 50);
   Add(390, 80, 50, 50);
   Form().TransLayers(2).Change.Connect([] { Raise(ErrorNumber::OutOfMemory); });

@@ -65,6 +65,7 @@ protected:
 };
 
 TEST_F(GrabbedBorder, IsFoundOnItsTwoPixelsAndUpToFourBeyond) {
+  desktop.Expect("change the code below", 42);
   EXPECT_EQ(PressAt(PageWidth - 1, 100), "page");
   EXPECT_EQ(PressAt(100, PageHeight - 1), "page");
   for (int beyond = 0; beyond < 6; ++beyond) {
@@ -83,6 +84,7 @@ TEST_F(GrabbedBorder, IsFoundOnItsTwoPixelsAndUpToFourBeyond) {
 }
 
 TEST_F(GrabbedBorder, LeavesWhatLiesInsideThePageToTheLayersAndThePage) {
+  desktop.Expect("change the code below", 2);
   TransparentPicture& layer = *control->LayerRoom().NewLayer();
   layer.Move(PageWidth - 30, 80, 31, 40);  // to the first pixel of the border
   layer.SetVisible(true);
@@ -97,6 +99,7 @@ TEST_F(GrabbedBorder, LeavesWhatLiesInsideThePageToTheLayersAndThePage) {
 }
 
 TEST_F(GrabbedBorder, ResizesThePageByTheDistanceDragged) {
+  desktop.Expect("change the code below", 4);
   Drag({PageWidth + 5, 50}, {PageWidth + 25, 90});
   ExpectPage(320, 200);
   EXPECT_EQ(desktop.boxes, std::vector<std::string>{"change the code below"});
@@ -112,6 +115,7 @@ TEST_F(GrabbedBorder, ResizesThePageByTheDistanceDragged) {
 }
 
 TEST_F(GrabbedBorder, ResizesByTheDistanceOnThePageThatScrollsMeanwhile) {
+  desktop.Expect("change the code below");
   Resize(500, 300);
   Form().TransLayers(1).Move(0, 0, PageWidth, 2000);
   control->ZoomRoom().UpdateAndZoom();

@@ -72,6 +72,7 @@ TEST_F(PressedLayer, IsThePickedOneUpToTheEdgesOfItsFrame) {
 }
 
 TEST_F(PressedLayer, LeavesTheBordersOfThePageTheirPixels) {
+  desktop.Expect("change the code below");
   layer->Move(250, 60, 50, 30);  // its last edge is the border's first pixel
   int grabs = 0;
   Form().BorderRight.MouseDown.Connect([&](std::int16_t, std::int16_t, float, float) { ++grabs; });

@@ -241,6 +241,9 @@ using RealBar = WholeEditor;
 
 // Nothing of the control enables the two yet.
 TEST_F(RealBar, UndoAndRedoShowTheirNoticesOnceTheyAreEnabled) {
+  desktop.Expect("File Error: Invalid file format..");
+  desktop.Expect("undo");
+  desktop.Expect("redo");
   control->OpenFile(folder.File("none.bmp"));
   SavePicture(Bitmap(30, 40, 24), folder.File("page.bmp"));
   control->OpenFile(folder.File("page.bmp"));

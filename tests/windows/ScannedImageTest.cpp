@@ -35,6 +35,7 @@ protected:
 };
 
 TEST_F(ScannedImage, ComesFromTheSourceOverTheClipboardToThePasteCommand) {
+  desktop.Expect("mnuPasteSelectedArea_Click");
   TestScanner::Order("DEPTH", "1");
   BarOf(Form().tbrBasicTools, "Paste").SetButtonEnabled("Paste", false);
   Acquire();

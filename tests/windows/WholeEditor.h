@@ -7,10 +7,12 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "control/KwEditorLayers.h"
 #include "tests/support/EditorFixture.h"
+#include "tests/support/ExpectedBoxes.h"
 #include "tests/windows/TestForm.h"
 #include "windows/editor/EditorWindow.h"
 
@@ -19,9 +21,10 @@ namespace kw::test {
 // The real desktop, but for its message boxes and dialogs, which are answered at once.
 class QuietDesktop : public windows::WindowsDesktop {
 public:
-  MessageAnswer ShowMessageBox(const std::string& prompt, const std::string& /*title*/,
+  MessageAnswer ShowMessageBox(const std::string& prompt, const std::string& title,
                                MessageButtons /*buttons*/) override {
     boxes.push_back(prompt);
+    expectedBoxes.Came(title + ": " + prompt);
     return MessageAnswer::Ok;
   }
   void ShowModal(DialogForm& dialog) override {
@@ -33,12 +36,19 @@ public:
     WindowsDesktop::DoEvents();
   }
 
+  // Boxes that the test expects; see ExpectedBoxes.
+  void Expect(std::string words, int times = 1) { expectedBoxes.Add(Times(times, std::move(words))); }
+  void Allow(std::string words) { expectedBoxes.Add(Perhaps(std::move(words))); }
+
   std::vector<std::string> boxes;
   std::function<void()> beforeEvents;
   HWND owner = nullptr;
 
 protected:
   HWND DialogOwner() const override { return owner; }
+
+private:
+  ExpectedBoxes expectedBoxes;
 };
 
 // The whole control in a window, on the real desktop, with a folder of its own.
@@ -46,6 +56,7 @@ class WholeEditor : public testing::Test {
 protected:
   WholeEditor() : host(TestForm::HostWindow()) {
     AppDir = folder.Path();
+    desktop.Allow(ListOfPendingWork);
     control = std::make_unique<KwEditorLayers>(desktop, events);
     control->UserControl_Initialize();
     desktop.owner = host;

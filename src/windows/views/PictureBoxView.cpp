@@ -69,6 +69,7 @@ void PictureBoxView::PaintItems() {
   CollectItems(box, Shared().Scaling(), formerItems);
   compositor.SetBackground(box.BackColor());
   const std::vector<PixelRect> changed = compositor.Exchange(formerItems);
+  formerItems.clear();  // or the former page would stay in memory until the next painting
   const auto paintWith = [this](const BufferedPaint& paint) {
     for (const RECT& part : paint.Parts()) compositor.Paint(paint.Pixels(), ToPixelRect(part), &texts);
   };

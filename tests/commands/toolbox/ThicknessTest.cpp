@@ -37,6 +37,7 @@ TEST_F(Thickness, AThicknessOfThreeGivesASampleOf45Twips) {
 }
 
 TEST_F(Thickness, AThicknessWhoseSampleIsTooHighIsAnOverflowAndStillNamed) {
+  desktop.Expect("Critical Error: Error Number : 6");
   Form().sldLineHeight.SetMax(3000);
   Form().sldLineHeight.UserSetValue(2184);
   EXPECT_EQ(Form().SampleLine.Height(), 32760);

@@ -58,6 +58,7 @@ TEST_F(Printing, TheCancelBoxRunsItsProcedureOnceAtEachClickAndComesUpAgain) {
 }
 
 TEST_F(Printing, APictureThatIsPaintedIsNotChangedByACommandMeanwhile) {
+  desktop.Expect("DoPreCommandProcess");
   Open(1);
   Rgb before;
   Rgb behind;
@@ -73,6 +74,7 @@ TEST_F(Printing, APictureThatIsPaintedIsNotChangedByACommandMeanwhile) {
 }
 
 TEST_F(Printing, APageWhoseFileIsGoneIsReportedAndItsSheetStaysBlank) {
+  desktop.Expect("Critical Error: Error Number : 53");
   Open(4);
   RemoveFileAt(folder.File("scan_Page_3.tif"));
   Print(2, 4);
@@ -82,6 +84,7 @@ TEST_F(Printing, APageWhoseFileIsGoneIsReportedAndItsSheetStaysBlank) {
 }
 
 TEST_F(Printing, APageFileOfGarbageNeverPrintsAnOlderPicture) {
+  desktop.Expect("Critical Error: There is not enough memory available to execute this task.");
   Open(4);
   WriteWhole(folder.File("scan_Page_3.tif"), "not a picture");
   Print(2, 3);
@@ -90,6 +93,7 @@ TEST_F(Printing, APageFileOfGarbageNeverPrintsAnOlderPicture) {
 }
 
 TEST_F(Printing, WithoutAPrinterTheCommandEndsInTheErrorHandler) {
+  desktop.Expect("Critical Error: Error Number : 482");
   Open(2);
   desktop.printerAnswers.emplace_back([](PrinterDialog&) { Raise(ErrorNumber::PrinterError); });
   Print();
@@ -99,6 +103,7 @@ TEST_F(Printing, WithoutAPrinterTheCommandEndsInTheErrorHandler) {
 }
 
 TEST_F(Printing, APrinterThatRefusesAPageEndsTheLoopAndItsJobOnce) {
+  desktop.Expect("Critical Error: Error Number : 482");
   Open(5);
   desktop.onPrintPicture = [](const Bitmap& picture) {
     if (picture.Width() == 30) Raise(ErrorNumber::PrinterError);
@@ -110,6 +115,7 @@ TEST_F(Printing, APrinterThatRefusesAPageEndsTheLoopAndItsJobOnce) {
 }
 
 TEST_F(Printing, AJobThatCannotBeEndedIsReportedAndThePanelHidden) {
+  desktop.Expect("Critical Error: Error Number : 482");
   Open(2);
   desktop.onEndPrintJob = [] { Raise(ErrorNumber::PrinterError); };
   Print(1, 2);
@@ -122,6 +128,7 @@ TEST_F(Printing, AJobThatCannotBeEndedIsReportedAndThePanelHidden) {
 }
 
 TEST_F(Printing, EndsTheJobOnceEvenIfAnErrorCannotBeReported) {
+  desktop.Expect("Critical Error: Error Number : 482");
   Open(3);
   desktop.onPrintPicture = [&](const Bitmap& picture) {
     if (picture.Width() != 20) return;
@@ -167,6 +174,7 @@ TEST_F(Printing, GoesOnWithItsOwnDocumentWhenAnotherIsOpenedMeanwhile) {
 }
 
 TEST_F(Printing, MorePagesThanTheNumbersHoldAreAnOverflow) {
+  desktop.Expect("Critical Error: Error Number : 6");
   Open(2);
   Print(1, 40000);
   EXPECT_EQ(events.errors, std::vector<int>{static_cast<int>(ErrorNumber::Overflow)});
@@ -174,6 +182,7 @@ TEST_F(Printing, MorePagesThanTheNumbersHoldAreAnOverflow) {
 }
 
 TEST_F(Printing, WithoutADocumentNothingIsPaintedAndTheJobEnds) {
+  desktop.Expect("Critical Error: Error Number : 91");
   Choose(1, 1);
   Form().tbrMoreTools.ButtonClick.Raise("PrinterSetup");
   EXPECT_EQ(events.errors, std::vector<int>{static_cast<int>(ErrorNumber::ObjectVariableNotSet)});

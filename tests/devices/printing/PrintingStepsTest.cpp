@@ -44,6 +44,8 @@ TEST_F(Printing, WritesTheCaptionAgainBehindThePage) {
 }
 
 TEST_F(Printing, PaintsNothingForAPageWithoutAFile) {
+  desktop.Expect("Critical Error: Error Number : 75");
+  desktop.Expect("Critical Error: Error Number : 53");
   std::filesystem::create_directories(ToFilesystemPath(folder.File("scan_Page_2.tif")));
   Open(3);
   control->LetEnabled(true);

@@ -108,6 +108,7 @@ TEST_F(Printing, ShowsItsPanelInTheMiddleAtAnySize) {
 }
 
 TEST_F(Printing, TheShownPageIsPrintedAsItsCommandsLeftIt) {
+  desktop.Expect("DoPreCommandProcess");
   Open(3);
   Form().PageIndex.SetValue(2);
   Form().tbrMoreTools.ButtonClick.Raise("Invert");

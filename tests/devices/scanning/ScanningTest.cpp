@@ -75,6 +75,7 @@ TEST_F(Scanning, TheChoiceOfASourceIsKeptByOneDriver) {
 }
 
 TEST_F(Scanning, AnImageArrivesAsAPasteWould) {
+  desktop.Expect("mnuPasteSelectedArea_Click");
   BasicBar("Paste").SetButtonEnabled("Paste", false);
   bool wasEnabled = true;
   bool wasVisible = false;
@@ -116,6 +117,8 @@ TEST_F(Scanning, WithoutAnyScannerNothingHappens) {
 }
 
 TEST_F(Scanning, AnErrorOfTheScannerIsReportedAndThePanelGoes) {
+  desktop.Expect("Critical Error: Error Number : 57");
+  desktop.Expect("mnuPasteSelectedArea_Click");
   script.onAcquire = []() -> bool { Raise(ErrorNumber::DeviceIoError); };
   Command("Acquire");
   EXPECT_EQ(events.errors, std::vector<int>{57});
@@ -129,12 +132,14 @@ TEST_F(Scanning, AnErrorOfTheScannerIsReportedAndThePanelGoes) {
 }
 
 TEST_F(Scanning, AnErrorOfTheSourceDialogIsReported) {
+  desktop.Expect("Critical Error: Error Number : 57");
   script.onSelect = [] { Raise(ErrorNumber::DeviceIoError); };
   Command("SelectScanner");
   EXPECT_EQ(events.errors, std::vector<int>{57});
 }
 
 TEST_F(Scanning, ThePanelGoesEvenIfAnErrorCannotBeReported) {
+  desktop.Expect("Critical Error: Error Number : 57");
   script.onAcquire = [&]() -> bool {
     AppDir = folder.File("no such folder\\");
     Raise(ErrorNumber::DeviceIoError);
@@ -166,6 +171,7 @@ TEST_F(Scanning, CancelWithoutAScanIsHarmless) {
 }
 
 TEST_F(Scanning, ASecondScanMeanwhileDoesNothing) {
+  desktop.Expect("mnuPasteSelectedArea_Click");
   script.onAcquire = [&] {
     Command("Acquire");
     Command("SelectScanner");

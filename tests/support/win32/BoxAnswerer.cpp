@@ -67,12 +67,16 @@ void AnswerBox(HWND box, bool isOk) {
     PostMessageW(box, WM_COMMAND, isOk ? IDOK : IDCANCEL, 0);
 }
 
-BoxAnswerer::BoxAnswerer(std::function<void(HWND)> beforeAnswer)
-    : owner(GetCurrentThreadId()), act(std::move(beforeAnswer)), watcher([this] { Watch(); }) {}
+BoxAnswerer::BoxAnswerer(std::vector<ExpectedBox> expected, std::function<void(HWND)> beforeAnswer)
+    : owner(GetCurrentThreadId()),
+      expectedBoxes(std::move(expected)),
+      act(std::move(beforeAnswer)),
+      watcher([this] { Watch(); }) {}
 
 BoxAnswerer::~BoxAnswerer() {
   stop = true;
   watcher.join();
+  for (const std::string& box : boxes) expectedBoxes.Came(box);
 }
 
 std::vector<std::string> BoxAnswerer::Boxes() const {

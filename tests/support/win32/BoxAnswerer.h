@@ -9,6 +9,8 @@
 #include <thread>
 #include <vector>
 
+#include "tests/support/ExpectedBoxes.h"
+
 namespace kw::test {
 
 // The message box or dialog that is up on a thread; null where there is none.
@@ -19,10 +21,11 @@ void AnswerBox(HWND box, bool isOk);
 std::string WordsOf(HWND box);
 
 // Closes the message boxes and dialogs of the thread that made it, as a user would, and keeps their titles and texts.
+// One that is not `expected` is closed, too, and fails the test.
 class BoxAnswerer {
 public:
   // `beforeAnswer` runs on a thread of its own each time a box is up, before it is closed.
-  explicit BoxAnswerer(std::function<void(HWND box)> beforeAnswer = {});
+  explicit BoxAnswerer(std::vector<ExpectedBox> expected = {}, std::function<void(HWND box)> beforeAnswer = {});
   BoxAnswerer(const BoxAnswerer&) = delete;
   BoxAnswerer& operator=(const BoxAnswerer&) = delete;
   ~BoxAnswerer();
@@ -34,6 +37,7 @@ private:
   void Watch();
 
   DWORD owner;
+  ExpectedBoxes expectedBoxes;
   std::function<void(HWND)> act;
   std::atomic<bool> stop = false;
   mutable std::mutex mutex;

@@ -89,7 +89,7 @@ int Run(const std::wstring& libraryPath, const std::wstring& folder, const std::
   if (FAILED(control->put_AppDir(Text(folder).Value()))) return NoFolder;
   if (way == L"nothing") return ItsOwnEnd;
 
-  const kw::test::BoxAnswerer user;
+  const kw::test::BoxAnswerer user({kw::test::AnyBox()});
   if (way == L"open" && FAILED(control->OpenFile(Text(file).Value()))) return NotOpened;
   if (way == L"close") Close(control);
   if (window != nullptr) DestroyWindow(window);
