@@ -10,6 +10,7 @@
 #include "components/base/RunTimeError.h"
 #include "picture/Depth.h"
 #include "picture/LimitedStream.h"
+#include "picture/OpenedPicture.h"
 #include "picture/Signature.h"
 #include "picture/Unreadable.h"
 #include "picture/formats/Formats.h"
@@ -39,15 +40,12 @@ bool PictureDocument::Load(const std::string& path) {
 }
 
 void PictureDocument::Open(const std::string& path) {
-  InputFile file(path);
-  std::array<std::uint8_t, RecognisedBytes> head{};
-  const std::size_t count = file.Read(head.data(), head.size());
-  const PictureFormat* format = FormatOfContent({head.data(), count});
-  if (format == nullptr) RaiseUnreadable("The file is not a picture of a known format.");
-  auto source = format->open(file, options.reading);
-  const std::int16_t bits = source->StoredBitsPerPixel(file, 1);
-  if (source->PageCount() == 1) current = source->Read(file, 1, warning);
-  document = {path, file.Stamp(), format, std::move(source)};
+  OpenedPicture opened(path, options.reading);
+  opened.source->RequireSoundCodes(opened.file);
+  const std::int16_t bits = opened.source->Header(opened.file, 1).bitsPerPixel;
+  if (opened.source->PageCount() == 1 && !options.decodesWhenAsked)
+    current = opened.source->Read(opened.file, 1, warning);
+  document = {path, opened.file.Stamp(), opened.format, std::move(opened.source)};
   selected = 1;
   pageValue = bits;
 }
@@ -71,7 +69,7 @@ void PictureDocument::SelectPage(std::int32_t page) {
   if (document.source == nullptr || (page == selected && !current.IsEmpty())) return;
   InputFile file(document.path);
   RequireUnchanged(file);
-  const std::int16_t bits = document.source->StoredBitsPerPixel(file, page);
+  const std::int16_t bits = document.source->Header(file, page).bitsPerPixel;
   selected = page;
   pageValue = bits;
   current = {};

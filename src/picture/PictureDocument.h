@@ -24,7 +24,7 @@ Bitmap LoadPicture(const std::string& path);
 //
 // What asks for pixels (Width, Height, Current, BitsPerPixel, ConvertToBitsPerPixel, PrepareSignature, Apply, Save in
 // another format) raises InvalidPicture if the selected page cannot be decoded. Load decodes the page of a one-page
-// file, so this cannot happen there.
+// file, so this cannot happen there unless the options say otherwise.
 class PictureDocument {
 public:
   PictureDocument() = default;
@@ -50,6 +50,8 @@ public:
     // Bytes that all pages of a document may take in files in which they are encoded anew: a small file can hold any
     // number of pages that are large in another format. What goes beyond raises DiskFull.
     std::uint64_t encodedBytes = std::uint64_t{4} << 30U;
+    // A one-page file is decoded as a page of several is, when its pixels are first asked for.
+    bool decodesWhenAsked = false;
   };
   Options& GetOptions() { return options; }
 

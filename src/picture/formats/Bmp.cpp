@@ -232,8 +232,11 @@ public:
     RequirePageFits(header.width, header.height, header.Depth(), limits);
   }
 
-  std::int16_t StoredBitsPerPixel(Stream& /*file*/, std::int32_t /*page*/) override {
-    return static_cast<std::int16_t>(header.bits);
+  PageHeader Header(Stream& /*file*/, std::int32_t /*page*/) override {
+    return {{header.width, header.height},
+            static_cast<std::int16_t>(header.bits),
+            header.horizontalResolution,
+            header.verticalResolution};
   }
 
   Bitmap Read(Stream& file, std::int32_t /*page*/, std::string& warning) override {
