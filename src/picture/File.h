@@ -48,6 +48,9 @@ struct FileStamp {
   friend bool operator==(const FileStamp&, const FileStamp&) = default;
 };
 
+// The stamp of the file at `path`; an empty one, which no file has, if there is none.
+FileStamp StampOf(const std::string& path);
+
 // An existing file, opened for reading. Other processes may read and write it meanwhile, so keep it open for one
 // operation only.
 class InputFile : public FileStream {

@@ -171,7 +171,9 @@ bool PictureDocument::SaveAsStored(Stream& to) const {
 
 void PictureDocument::Save(const std::string& path) { SaveAs(FormatOfPath(path), path, Durability::Lasting); }
 
-void PictureDocument::SaveScratch(const std::string& path) { SaveAs(FormatOfPath(path), path, Durability::Passing); }
+void PictureDocument::SaveScratch(const std::string& path, std::string_view mark) {
+  SaveAs(FormatOfPath(path), path, Durability::Passing, mark);
+}
 
 void PictureDocument::SavePage(const std::string& path) {
   const PictureFormat* format = FormatOfPath(path);
@@ -184,7 +186,8 @@ bool PictureDocument::IsLoadedFrom(const std::string& path) const {
   return document.source != nullptr && IsSameFile(path, document.path);
 }
 
-void PictureDocument::SaveAs(const PictureFormat* format, const std::string& path, Durability durability) {
+void PictureDocument::SaveAs(const PictureFormat* format, const std::string& path, Durability durability,
+                             std::string_view mark) {
   if (PageCount() == 0) Raise(ErrorNumber::ObjectVariableNotSet);
   if (format == nullptr) Raise(ErrorNumber::InvalidProcedureCall);
   // No more pages can be read from a file that is about to be replaced. The current picture stays.
@@ -193,6 +196,7 @@ void PictureDocument::SaveAs(const PictureFormat* format, const std::string& pat
   OutputFile file(path, durability);
   try {
     if (document.format != format || !SaveAsStored(file)) WriteAnew(*format, file);
+    file.Write(mark.data(), mark.size());
   } catch (...) {
     // Only the file knows why the codec could not write.
     file.RaiseFailure();

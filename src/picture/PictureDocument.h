@@ -67,8 +67,9 @@ public:
   // machine stops meanwhile. Raises ObjectVariableNotSet without a picture, InvalidProcedureCall for an extension that
   // names no format, and the file errors (PathNotFound, PermissionDenied, DiskFull, PathFileAccessError).
   void Save(const std::string& path);
-  // As Save, but does not wait for the disk: the file may be lost if the machine stops.
-  void SaveScratch(const std::string& path);
+  // As Save, but does not wait for the disk: the file may be lost if the machine stops. `mark` follows the picture in
+  // the file.
+  void SaveScratch(const std::string& path, std::string_view mark = {});
   // As Save, for a page that becomes a file of its own: in the loaded file's own format if the extension names
   // none, and if it names JPEG but the page has one bit per pixel.
   virtual void SavePage(const std::string& path);
@@ -127,7 +128,7 @@ private:
   void RequireUnchanged(const InputFile& file) const;
   bool SaveAsStored(Stream& to) const;
   void WriteAnew(const PictureFormat& format, Stream& to) const;
-  void SaveAs(const PictureFormat* format, const std::string& path, Durability durability);
+  void SaveAs(const PictureFormat* format, const std::string& path, Durability durability, std::string_view mark = {});
 
   // Empty once the picture was replaced.
   Document document;
