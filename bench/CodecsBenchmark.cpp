@@ -3,62 +3,27 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <random>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 #include <jpeglib.h>
 #include <tiffio.h>
 
+#include "bench/Pages.h"
 #include "picture/formats/Formats.h"
 
 namespace kw {
 namespace {
 
-constexpr std::int32_t Width = 2480;
-constexpr std::int32_t Height = 3508;
 constexpr int Quality = 90;
 
-// Rows of letter-like marks on white paper.
-const Bitmap& FaxPage() {
-  static const Bitmap page = [] {
-    Bitmap made(Width, Height, 1);
-    made.SetPalette({{255, 255, 255}, {0, 0, 0}});
-    std::mt19937 random(1);
-    std::vector<std::uint8_t> line(made.RowBytes());
-    for (std::int32_t y = 200; y < Height - 200; ++y) {
-      if (y % 60 >= 36) continue;
-      if (y % 6 == 0) {
-        for (std::size_t x = 25; x < line.size() - 25; ++x) {
-          if (x % 4 == 3) {
-            line[x] = 0;
-            continue;
-          }
-          const auto bits = random();
-          line[x] = static_cast<std::uint8_t>(bits & random());
-        }
-      }
-      std::copy(line.begin(), line.end(), made.MutableRow(y).begin());
-    }
-    return made;
-  }();
+const Bitmap& Fax() {
+  static const Bitmap page = FaxPage();
   return page;
 }
 
-// Soft colours with the noise of a camera.
-const Bitmap& Photograph() {
-  static const Bitmap page = [] {
-    Bitmap made(Width, Height, 24);
-    std::minstd_rand random(7);
-    for (std::int32_t y = 0; y < Height; ++y) {
-      const auto row = made.MutableRow(y);
-      for (std::size_t i = 0; i < row.size(); ++i) {
-        const auto shade = 90 + i % 3 * 30 + i / 40 % 50 + static_cast<std::size_t>(y) / 25 % 40;
-        row[i] = static_cast<std::uint8_t>(shade + static_cast<unsigned>(random()) % 8);
-      }
-    }
-    return made;
-  }();
+const Bitmap& Photo() {
+  static const Bitmap page = Photograph();
   return page;
 }
 
@@ -104,7 +69,7 @@ TIFF* OpenTiff(Stream& stream, const char* mode) {
 }
 
 void ReadG4Bare(benchmark::State& state) {
-  MemoryReader file(Written(TiffFormat, FaxPage()).Bytes());
+  MemoryReader file(Written(TiffFormat, Fax()).Bytes());
   for (auto _ : state) {
     file.Seek(0);
     TIFF* codec = OpenTiff(file, "rm");
@@ -117,28 +82,29 @@ void ReadG4Bare(benchmark::State& state) {
 }
 
 void WriteG4Bare(benchmark::State& state) {
-  const std::size_t rowBytes = FaxPage().RowBytes();
+  const std::size_t rowBytes = Fax().RowBytes();
   std::vector<std::uint8_t> page;
-  for (std::int32_t y = 0; y < Height; ++y) page.insert(page.end(), FaxPage().Row(y).begin(), FaxPage().Row(y).end());
+  for (std::int32_t y = 0; y < PageHeight; ++y) page.insert(page.end(), Fax().Row(y).begin(), Fax().Row(y).end());
   for (auto _ : state) {
     MemoryFile file;
     TIFF* codec = OpenTiff(file, "wl");
-    TIFFSetField(codec, TIFFTAG_IMAGEWIDTH, Width);
-    TIFFSetField(codec, TIFFTAG_IMAGELENGTH, Height);
+    TIFFSetField(codec, TIFFTAG_IMAGEWIDTH, PageWidth);
+    TIFFSetField(codec, TIFFTAG_IMAGELENGTH, PageHeight);
     TIFFSetField(codec, TIFFTAG_BITSPERSAMPLE, 1);
     TIFFSetField(codec, TIFFTAG_SAMPLESPERPIXEL, 1);
     TIFFSetField(codec, TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_MINISWHITE);
     TIFFSetField(codec, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
     TIFFSetField(codec, TIFFTAG_COMPRESSION, COMPRESSION_CCITTFAX4);
-    TIFFSetField(codec, TIFFTAG_ROWSPERSTRIP, Height);
-    TIFFWriteEncodedStrip(codec, 0, page.data(), static_cast<tmsize_t>(rowBytes * static_cast<std::size_t>(Height)));
+    TIFFSetField(codec, TIFFTAG_ROWSPERSTRIP, PageHeight);
+    TIFFWriteEncodedStrip(codec, 0, page.data(),
+                          static_cast<tmsize_t>(rowBytes * static_cast<std::size_t>(PageHeight)));
     TIFFClose(codec);
     benchmark::DoNotOptimize(file.Bytes().data());
   }
 }
 
 void ReadJpegBare(benchmark::State& state) {
-  const auto bytes = Written(JpegFormat, Photograph()).Bytes();
+  const auto bytes = Written(JpegFormat, Photo()).Bytes();
   for (auto _ : state) {
     jpeg_decompress_struct codec{};
     jpeg_error_mgr errors{};
@@ -169,8 +135,8 @@ void WriteJpegBare(benchmark::State& state) {
     unsigned char* data = nullptr;
     unsigned long size = 0;
     jpeg_mem_dest(&codec, &data, &size);
-    codec.image_width = Width;
-    codec.image_height = Height;
+    codec.image_width = PageWidth;
+    codec.image_height = PageHeight;
     codec.input_components = 3;
     codec.in_color_space = JCS_EXT_BGR;
     jpeg_set_defaults(&codec);
@@ -178,8 +144,8 @@ void WriteJpegBare(benchmark::State& state) {
     // As ours writes from this quality on.
     codec.comp_info[0].h_samp_factor = codec.comp_info[0].v_samp_factor = 1;
     jpeg_start_compress(&codec, TRUE);
-    for (std::int32_t y = 0; y < Height; ++y) {
-      auto* row = const_cast<JSAMPLE*>(Photograph().Row(y).data());
+    for (std::int32_t y = 0; y < PageHeight; ++y) {
+      auto* row = const_cast<JSAMPLE*>(Photo().Row(y).data());
       jpeg_write_scanlines(&codec, &row, 1);
     }
     jpeg_finish_compress(&codec);
@@ -193,10 +159,10 @@ const bool added = [] {
   const auto add = [](const char* name, auto run) {
     benchmark::RegisterBenchmark(name, run)->Unit(benchmark::kMillisecond);
   };
-  add("Codec/G4Read", [](benchmark::State& state) { ReadOurs(state, TiffFormat, FaxPage()); });
-  add("Codec/G4Write", [](benchmark::State& state) { WriteOurs(state, TiffFormat, FaxPage()); });
-  add("Codec/JpegRead", [](benchmark::State& state) { ReadOurs(state, JpegFormat, Photograph()); });
-  add("Codec/JpegWrite", [](benchmark::State& state) { WriteOurs(state, JpegFormat, Photograph()); });
+  add("Codec/G4Read", [](benchmark::State& state) { ReadOurs(state, TiffFormat, Fax()); });
+  add("Codec/G4Write", [](benchmark::State& state) { WriteOurs(state, TiffFormat, Fax()); });
+  add("Codec/JpegRead", [](benchmark::State& state) { ReadOurs(state, JpegFormat, Photo()); });
+  add("Codec/JpegWrite", [](benchmark::State& state) { WriteOurs(state, JpegFormat, Photo()); });
   add("Library/G4Read", ReadG4Bare);
   add("Library/G4Write", WriteG4Bare);
   add("Library/JpegRead", ReadJpegBare);

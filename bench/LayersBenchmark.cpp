@@ -3,36 +3,17 @@
 
 #include <benchmark/benchmark.h>
 
-#include <filesystem>
-#include <memory>
-
-#include "control/KwEditorLayers.h"
-#include "tests/support/Documents.h"
-#include "tests/support/EditorFixture.h"
+#include "bench/EditorBench.h"
 
 namespace kw {
 namespace {
 
-// A control with an open page, without the machinery of a test.
-class Bench : public test::EditorTest {
+// A control with an open page.
+class Bench : public BenchEditor {
 public:
   Bench() {
     control->OpenFile(MakeImage("page.bmp", 1600, 1200));
     Canvas().ReceiveFocus();
-  }
-  void TestBody() override {}
-
-  EditorForm& Controls() { return Form(); }
-  Layers& Room() { return control->LayerRoom(); }
-  PictureBox& Canvas() { return Form().picCanvas; }
-  void Choose(const char* tool) { Form().tbrEditingTools.SetButtonPressed(tool, true); }
-  // Layers of 60 x 40 that overlap their neighbours.
-  void Fill(int count) {
-    for (int i = 0; i < count; ++i) {
-      TransparentPicture& layer = *Room().NewLayer();
-      layer.Move(static_cast<float>(i * 37 % 1500), static_cast<float>(i * 53 % 1100), 60, 40);
-      layer.SetVisible(true);
-    }
   }
 };
 

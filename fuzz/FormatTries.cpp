@@ -66,6 +66,7 @@ int TryFormat(const PictureFormat& format, std::span<const std::uint8_t> bytes) 
   std::unique_ptr<PictureSource> source;
   try {
     source = format.open(file, LimitsFor(bytes));
+    source->RequireSoundCodes(file);
   } catch (const RunTimeError&) {
     return 0;
   }
@@ -73,7 +74,7 @@ int TryFormat(const PictureFormat& format, std::span<const std::uint8_t> bytes) 
   Promise(source->PageCount() >= 1, "an opened file has a page");
   for (std::int32_t number = 1; number <= std::min(source->PageCount(), TriedPages); ++number) {
     try {
-      source->StoredBitsPerPixel(file, number);
+      source->Header(file, number);
       MemoryFile copy;
       if (source->Copy(file, number, copy)) {
         Promise(format.open(copy, LimitsFor(bytes))->PageCount() == 1, "a copied page is a file of one page");

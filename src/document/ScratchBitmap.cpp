@@ -14,6 +14,7 @@
 #include "components/base/SystemFile.h"
 #include "components/base/TemporaryFiles.h"
 #include "document/PageFiles.h"
+#include "picture/File.h"
 
 namespace kw {
 namespace {
@@ -75,14 +76,21 @@ std::optional<ScratchOwner> OwnerOf(const std::filesystem::path& path) {
   return owner;
 }
 
-void WriteMarked(const Desktop& desktop, PictureDocument& engine) {
-  engine.SaveScratch(GetTempImagePath(desktop), MarkOf({desktop.MachineName(), desktop.ProcessNumber()}));
+// Returns the stamp of the written file.
+FileStamp WriteMarked(const Desktop& desktop, PictureDocument& engine) {
+  const std::string path = GetTempImagePath(desktop);
+  engine.SaveScratch(path, MarkOf({desktop.MachineName(), desktop.ProcessNumber()}));
+  return StampOf(path);
 }
 
+// The engine's own picture is what the file holds; so the file is read only if it is another one by now, to find out
+// whether it can be.
 Bitmap WriteAndReadBack(Desktop& desktop, PictureDocument& engine) {
-  WriteMarked(desktop, engine);
-  Bitmap picture = LoadPicture(GetTempImagePath(desktop));
-  return SamePicture(picture, engine.Current()) ? picture : engine.Current();
+  const FileStamp written = WriteMarked(desktop, engine);
+  const std::string path = GetTempImagePath(desktop);
+  const FileStamp present = StampOf(path);
+  if (present == FileStamp() || present != written) LoadPicture(path);
+  return engine.Current();
 }
 
 }  // namespace

@@ -15,8 +15,8 @@ class ScratchBitmap {
 public:
   explicit ScratchBitmap(Desktop& platform) : desktop(platform) {}
 
-  // Writes the engine's picture and reads it back. What comes back is the engine's picture, whoever else wrote the
-  // file. Raises the errors of PictureDocument::Save and of LoadPicture.
+  // Writes the engine's picture. If the file is another one directly after that, reads it. What comes back is the
+  // engine's picture, whoever else wrote the file. Raises the errors of PictureDocument::Save and of LoadPicture.
   Bitmap Pass(PictureDocument& engine);
   // The same, then removes the file. The picture is handed over before that, which may raise the errors of Remove().
   void PassAndRemove(PictureDocument& engine, Bitmap& picture);

@@ -87,15 +87,81 @@ Bitmap ToMoreIndexBits(const Bitmap& picture, int bitsPerPixel) {
   return result;
 }
 
+// Fills a picture of 1 bit, pixel by pixel in the order of a row.
+class BitRow {
+public:
+  explicit BitRow(std::span<std::uint8_t> target) : row(target) {}
+  void Take(std::size_t x, bool bit) {
+    gathered = gathered << 1U | static_cast<unsigned>(bit);
+    if (x % 8 == 7) row[x / 8] = static_cast<std::uint8_t>(gathered);
+  }
+  void Finish(std::size_t width) {
+    if (width % 8 != 0) row.back() = static_cast<std::uint8_t>(gathered << (8 - width % 8));
+  }
+
+private:
+  std::span<std::uint8_t> row;
+  unsigned gathered = 0;
+};
+
+using NewIndices = std::array<std::uint8_t, 256>;
+
+// Gives the pixels of a picture of 8 bits other indices.
+void ChangeIndices(const Bitmap& picture, const NewIndices& indices, Bitmap& result) {
+  const auto width = static_cast<std::size_t>(picture.Width());
+  ForRows(picture, [&](std::int32_t y) {
+    const auto from = picture.Row(y);
+    const auto to = result.MutableRow(y);
+    if (result.BitsPerPixel() == 1) {
+      BitRow bits(to);
+      for (std::size_t x = 0; x < width; ++x) bits.Take(x, indices[from[x]] != 0);
+      bits.Finish(width);
+    } else {
+      for (std::size_t x = 0; x < width; ++x) PutIndex(to, x, indices[from[x]], result.BitsPerPixel());
+    }
+  });
+}
+
 Bitmap ToBlackAndWhite(const Bitmap& picture) {
   // A line of one pixel has this luma after a filter has spread it; it must stay a line.
   constexpr std::uint8_t lightestBlack = 128;
+  const auto isLight = [](Rgb colour) { return Luma(colour) > lightestBlack; };
   Bitmap result = Like(picture, 1);
+  if (picture.BitsPerPixel() == 8) {
+    NewIndices indices{};
+    std::ranges::transform(picture.Palette(), indices.begin(), isLight);
+    ChangeIndices(picture, indices, result);
+    return result;
+  }
   ForRows(picture, [&](std::int32_t y) {
-    const auto to = result.MutableRow(y);
-    ForEachColour(picture, y,
-                  [&](std::size_t x, Rgb colour) { PutIndex(to, x, Luma(colour) > lightestBlack ? 1 : 0, 1); });
+    BitRow bits(result.MutableRow(y));
+    ForEachColour(picture, y, [&](std::size_t x, Rgb colour) { bits.Take(x, isLight(colour)); });
+    bits.Finish(static_cast<std::size_t>(picture.Width()));
   });
+  return result;
+}
+
+// A picture of 8 bits with its own colours in fewer bits, in the order in which they first occur; empty if they do not
+// fit.
+Bitmap WithOwnColours(const Bitmap& picture, int bitsPerPixel) {
+  std::array<Rgb, 256> colours{};
+  std::ranges::copy(picture.Palette(), colours.begin());
+  std::array<bool, 256> seen{};
+  NewIndices indices{};
+  std::vector<Rgb> palette;
+  for (std::int32_t y = 0; y < picture.Height(); ++y) {
+    for (const std::uint8_t index : picture.Row(y)) {
+      if (seen[index]) continue;
+      seen[index] = true;
+      const auto known = std::ranges::find(palette, colours[index]);
+      if (known == palette.end() && palette.size() == std::size_t{1} << static_cast<unsigned>(bitsPerPixel)) return {};
+      indices[index] = static_cast<std::uint8_t>(known - palette.begin());
+      if (known == palette.end()) palette.push_back(colours[index]);
+    }
+  }
+  Bitmap result = Like(picture, bitsPerPixel);
+  result.SetPalette(std::move(palette));
+  ChangeIndices(picture, indices, result);
   return result;
 }
 
@@ -140,11 +206,17 @@ void IndexRows(const Bitmap& picture, const MedianCutQuantizer& quantizer, Bitma
 }
 
 Bitmap ToPalette(const Bitmap& picture, int bitsPerPixel) {
+  if (picture.BitsPerPixel() == 8) {
+    Bitmap result = WithOwnColours(picture, bitsPerPixel);
+    if (!result.IsEmpty()) return result;
+    if (bitsPerPixel == 1) return ToBlackAndWhite(picture);
+  }
   MedianCutQuantizer quantizer(std::size_t{1} << bitsPerPixel);
   const bool isPlain = picture.BitsPerPixel() == 24;
   std::int32_t counted = 0;
-  // The order of the colours matters only as long as all of them may fit into the palette.
-  while (counted < picture.Height() && (quantizer.IsExact() || !isPlain)) {
+  // The order of the colours matters only as long as all of them may fit into the palette; if they do not fit into two,
+  // nothing about them matters.
+  while (counted < picture.Height() && (quantizer.IsExact() || (!isPlain && bitsPerPixel != 1))) {
     ForEachColour(picture, counted++, [&](std::size_t, Rgb colour) { quantizer.Count(colour); });
   }
   if (bitsPerPixel == 1 && !quantizer.IsExact()) return ToBlackAndWhite(picture);
@@ -170,10 +242,6 @@ Bitmap ToPalette(const Bitmap& picture, int bitsPerPixel) {
 }
 
 }  // namespace
-
-std::uint8_t Luma(Rgb colour) {
-  return static_cast<std::uint8_t>((299U * colour.red + 587U * colour.green + 114U * colour.blue + 500U) / 1000U);
-}
 
 Bitmap ToDepth(const Bitmap& picture, int bitsPerPixel) {
   if (picture.IsEmpty()) Raise(ErrorNumber::ObjectVariableNotSet);

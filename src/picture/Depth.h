@@ -19,6 +19,8 @@ bool HasGreyPalette(const Bitmap& picture);
 Bitmap ToGreyLevels(const Bitmap& picture);
 
 // The luma of a colour, 0 to 255 (ITU-R BT.601).
-std::uint8_t Luma(Rgb colour);
+constexpr std::uint8_t Luma(Rgb colour) {
+  return static_cast<std::uint8_t>((299U * colour.red + 587U * colour.green + 114U * colour.blue + 500U) / 1000U);
+}
 
 }  // namespace kw

@@ -52,6 +52,12 @@ void FileStream::Close() {
   RaiseFailure();
 }
 
+FileStamp StampOf(const std::string& path) {
+  FileFacts facts;
+  if (FileSystem::Current().LookAt(ToFilesystemPath(path), facts) != 0 || facts.kind != FileKind::Plain) return {};
+  return {facts.identity, facts.size, facts.changed};
+}
+
 InputFile::InputFile(const std::string& path) {
   const std::filesystem::path native = ToFilesystemPath(path);
   const FileSystem& files = FileSystem::Current();

@@ -51,6 +51,9 @@ struct FileStamp {
   friend bool operator==(const FileStamp&, const FileStamp&) = default;
 };
 
+// The stamp of the file at `path`; an empty one, which no file has, if there is none.
+FileStamp StampOf(const std::string& path);
+
 // An existing file, opened for reading. Other processes may read and write it meanwhile, so keep it open for one
 // operation only.
 class InputFile : public FileStream {
@@ -65,6 +68,18 @@ public:
 private:
   FileStamp stamp;
 };
+
+// Runs a step that reads the file. If the file cannot be read, it is not taken for one that is damaged.
+template <typename Step>
+void Reading(const InputFile& file, const Step& step) {
+  try {
+    step();
+  } catch (...) {
+    file.RaiseFailure();
+    throw;
+  }
+  file.RaiseFailure();
+}
 
 // A file that appears whole or not at all: the bytes go to a file of another name in the same folder, which takes the
 // place of `path` at Commit(). Without a Commit() nothing of it remains. If the path is a link, the file that it leads

@@ -5,9 +5,17 @@
 
 namespace kw {
 
+PageHeader Upright(const PageHeader& stored, Orientation orientation) {
+  if (!IsOnItsSide(orientation)) return stored;
+  return {{stored.size.height, stored.size.width},
+          stored.bitsPerPixel,
+          stored.verticalResolution,
+          stored.horizontalResolution};
+}
+
 Bitmap Upright(const Bitmap& stored, Orientation orientation, const ReadLimits& limits) {
   if (orientation < 2 || orientation > 8) return stored;
-  const bool transposed = orientation >= 5;
+  const bool transposed = IsOnItsSide(orientation);
   const bool mirroredColumns = orientation == 2 || orientation == 3 || orientation == 7 || orientation == 8;
   const bool mirroredRows = orientation == 3 || orientation == 4 || orientation == 6 || orientation == 7;
 

@@ -12,6 +12,11 @@ namespace kw {
 // counter-clockwise. Other numbers count as 1.
 using Orientation = std::uint16_t;
 
+constexpr bool IsOnItsSide(Orientation orientation) { return orientation >= 5 && orientation <= 8; }
+
+// The header of the upright page.
+PageHeader Upright(const PageHeader& stored, Orientation orientation);
+
 // Rotates and mirrors the picture upright, and swaps its resolution if needed. Raises InvalidPicture if the result
 // exceeds the limits: a picture of few long rows takes more memory after a quarter turn.
 Bitmap Upright(const Bitmap& stored, Orientation orientation, const ReadLimits& limits);

@@ -10,26 +10,12 @@
 #include "components/base/RunTimeError.h"
 #include "picture/Depth.h"
 #include "picture/LimitedStream.h"
+#include "picture/OpenedPicture.h"
 #include "picture/Signature.h"
 #include "picture/Unreadable.h"
 #include "picture/formats/Formats.h"
 
 namespace kw {
-namespace {
-
-// Runs a step that reads the file. If the file cannot be read, it is not taken for one that is damaged.
-template <typename Step>
-void Reading(const InputFile& file, const Step& step) {
-  try {
-    step();
-  } catch (...) {
-    file.RaiseFailure();
-    throw;
-  }
-  file.RaiseFailure();
-}
-
-}  // namespace
 
 Bitmap LoadPicture(const std::string& path) {
   if (LookUpFile(path).empty()) Raise(ErrorNumber::FileNotFound);
@@ -54,20 +40,16 @@ bool PictureDocument::Load(const std::string& path) {
 }
 
 void PictureDocument::Open(const std::string& path) {
-  InputFile file(path);
-  const PictureFormat* format = nullptr;
-  std::unique_ptr<PictureSource> source;
+  OpenedPicture opened(path, options.reading);
   std::int16_t bits = 0;
-  Reading(file, [&] {
-    std::array<std::uint8_t, RecognisedBytes> head{};
-    const std::size_t count = file.Read(head.data(), head.size());
-    format = FormatOfContent({head.data(), count});
-    if (format == nullptr) RaiseUnreadable("The file is not a picture of a known format.");
-    source = format->open(file, options.reading);
-    bits = source->StoredBitsPerPixel(file, 1);
-    if (source->PageCount() == 1) current = source->Read(file, 1, warning);
+  Reading(opened.file, [&] {
+    opened.source->RequireSoundCodes(opened.file);
+    bits = opened.source->Header(opened.file, 1).bitsPerPixel;
+    if (opened.source->PageCount() == 1 && !options.decodesWhenAsked) {
+      current = opened.source->Read(opened.file, 1, warning);
+    }
   });
-  document = {path, file.Stamp(), format, std::move(source)};
+  document = {path, opened.file.Stamp(), opened.format, std::move(opened.source)};
   selected = 1;
   pageValue = bits;
 }
@@ -92,7 +74,7 @@ void PictureDocument::SelectPage(std::int32_t page) {
   InputFile file(document.path);
   RequireUnchanged(file);
   std::int16_t bits = 0;
-  Reading(file, [&] { bits = document.source->StoredBitsPerPixel(file, page); });
+  Reading(file, [&] { bits = document.source->Header(file, page).bitsPerPixel; });
   selected = page;
   pageValue = bits;
   current = {};

@@ -26,7 +26,7 @@ Bitmap LoadPicture(const std::string& path);
 //
 // What asks for pixels (Width, Height, Current, BitsPerPixel, ConvertToBitsPerPixel, PrepareSignature, Apply, Save in
 // another format) raises InvalidPicture if the selected page cannot be decoded. Load decodes the page of a one-page
-// file, so this cannot happen there.
+// file, so this cannot happen there unless the options say otherwise.
 class PictureDocument {
 public:
   PictureDocument() = default;
@@ -52,6 +52,8 @@ public:
     // Bytes that all pages of a document may take in files in which they are encoded anew: a small file can hold any
     // number of pages that are large in another format. What goes beyond raises DiskFull.
     std::uint64_t encodedBytes = std::uint64_t{4} << 30U;
+    // A one-page file is decoded as a page of several is, when its pixels are first asked for.
+    bool decodesWhenAsked = false;
   };
   Options& GetOptions() { return options; }
 
@@ -67,7 +69,8 @@ public:
   // machine stops meanwhile. Raises ObjectVariableNotSet without a picture, InvalidProcedureCall for an extension that
   // names no format, and the file errors (PathNotFound, PermissionDenied, DiskFull, PathFileAccessError).
   void Save(const std::string& path);
-  // As Save, but does not wait for the disk: the file may be lost if the machine stops. It ends with `mark`.
+  // As Save, but does not wait for the disk: the file may be lost if the machine stops. `mark` follows the picture in
+  // the file.
   void SaveScratch(const std::string& path, std::string_view mark);
   // As Save, for a page that becomes a file of its own: in the loaded file's own format if the extension names
   // none, and if it names JPEG but the page has one bit per pixel.

@@ -32,6 +32,15 @@ struct PageSize {
   std::uint64_t height = 0;
 };
 
+// What a file states about a page: the size and the resolution (dots per inch, 0 if there is none) of the upright page,
+// and the bits of one pixel as they are stored, all its samples together.
+struct PageHeader {
+  PageSize size;
+  std::int16_t bitsPerPixel = 0;
+  double horizontalResolution = 0;
+  double verticalResolution = 0;
+};
+
 // The pages that were found in a file when it was opened. It keeps no file open; each operation gets a stream of the
 // same bytes. Pages count from 1; the caller keeps them in range. All operations raise InvalidPicture, with the reason
 // as its description, if the bytes are not a sound picture or a page exceeds the limits.
@@ -44,9 +53,11 @@ public:
 
   // At least 1.
   virtual std::int32_t PageCount() const { return 1; }
-  // Bits of one pixel as they are stored, all its samples together. Does not decode the page.
-  virtual std::int16_t StoredBitsPerPixel(Stream& file, std::int32_t page) = 0;
-  // The size that the file states for a page, even if its pixels are damaged; 0 for formats of one page.
+  // Decodes no pixels, so that damaged ones do not matter.
+  virtual PageHeader Header(Stream& file, std::int32_t page) = 0;
+  // Goes over the coded pixels of all pages, where the codec library would take unsound ones for sound.
+  virtual void RequireSoundCodes(Stream& /*file*/) {}
+  // The size in a header that is unsound otherwise; 0 for formats of one page.
   virtual PageSize StatedSize(Stream& /*file*/, std::int32_t /*page*/) { return {}; }
   // Decodes a page, to the next depth of Bitmap that holds the stored pixels. If a page is damaged or cut off, returns
   // what its codec can decode, provided that is a whole row or more; the rest is white and `warning` says so. `warning`

@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <span>
+#include <functional>
+#include <mutex>
 
 #include "picture/Depth.h"
 #include "picture/PictureFormat.h"
+#include "picture/effects/ParallelRows.h"
+#include "picture/effects/Pixels.h"
 
 namespace kw {
 namespace {
@@ -16,10 +19,23 @@ constexpr unsigned DarkestPaper = 128;
 
 using LumaCounts = std::array<std::uint64_t, 256>;
 
+// Gives the rows of a picture to several threads; the results of their bands are joined in any order.
+template <typename Result, typename Work, typename Join>
+Result OverRows(const Bitmap& picture, Result result, const Work& work, const Join& join) {
+  std::mutex lock;
+  const Result begin = result;
+  ParallelForRows(picture.Height(), BytesOf(picture), [&](RowBand band) {
+    Result own = begin;
+    for (std::int32_t y = band.begin; y < band.end; ++y) work(y, own);
+    const std::scoped_lock joining(lock);
+    join(result, own);
+  });
+  return result;
+}
+
 LumaCounts LumaCountsOf(const Bitmap& picture) {
-  LumaCounts counts{};
   const auto width = static_cast<std::size_t>(picture.Width());
-  for (std::int32_t y = 0; y < picture.Height(); ++y) {
+  const auto countRow = [&](std::int32_t y, LumaCounts& counts) {
     const auto row = picture.Row(y);
     for (std::size_t x = 0; x < width; ++x) {
       if (picture.BitsPerPixel() == 24) {
@@ -29,8 +45,10 @@ LumaCounts LumaCountsOf(const Bitmap& picture) {
         ++counts[index < picture.Palette().size() ? Luma(picture.Palette()[index]) : 0];
       }
     }
-  }
-  return counts;
+  };
+  return OverRows(picture, LumaCounts{}, countRow, [](LumaCounts& all, const LumaCounts& own) {
+    std::ranges::transform(all, own, all.begin(), std::plus());
+  });
 }
 
 // The new value of each channel value.
@@ -48,9 +66,7 @@ std::array<std::uint8_t, 256> Stretch(const LumaCounts& counts) {
 constexpr unsigned Haze = 24;
 
 // How much ink covers the paper, 0 to 255. The channel that the ink darkens most tells.
-unsigned InkOf(std::span<const std::uint8_t> channels) {
-  return 255U - *std::min_element(channels.begin(), channels.end());
-}
+unsigned InkOf(const std::uint8_t* channels) { return 255U - std::min({channels[0], channels[1], channels[2]}); }
 
 // The bounds of all ink in a picture of 24 bits; the whole picture if there is none.
 struct Bounds {
@@ -58,19 +74,26 @@ struct Bounds {
 };
 
 Bounds InkBounds(const Bitmap& picture) {
-  Bounds found = {picture.Width(), picture.Height(), 0, 0};
-  for (std::int32_t y = 0; y < picture.Height(); ++y) {
-    const auto row = picture.Row(y);
-    for (std::int32_t x = 0; x < picture.Width(); ++x) {
-      if (InkOf(row.subspan(static_cast<std::size_t>(x) * 3, 3)) <= Haze) continue;
-      found = {std::min(found.left, x), std::min(found.top, y), std::max(found.right, x + 1), y + 1};
-    }
-  }
+  const auto searchRow = [&](std::int32_t y, Bounds& found) {
+    const std::uint8_t* const row = picture.Row(y).data();
+    const auto isInk = [row](std::int32_t x) { return InkOf(row + static_cast<std::ptrdiff_t>(x) * 3) > Haze; };
+    std::int32_t left = 0;
+    while (left < picture.Width() && !isInk(left)) ++left;
+    if (left == picture.Width()) return;
+    std::int32_t right = picture.Width();
+    while (right > found.right && !isInk(right - 1)) --right;
+    found = {std::min(found.left, left), std::min(found.top, y), std::max(found.right, right), y + 1};
+  };
+  const Bounds none = {picture.Width(), picture.Height(), 0, 0};
+  const Bounds found = OverRows(picture, none, searchRow, [](Bounds& all, const Bounds& own) {
+    all = {std::min(all.left, own.left), std::min(all.top, own.top), std::max(all.right, own.right),
+           std::max(all.bottom, own.bottom)};
+  });
   return found.right == 0 ? Bounds{0, 0, picture.Width(), picture.Height()} : found;
 }
 
 // Blended with white by its alpha, the pixel shows the scanned colour.
-void WriteInk(std::span<const std::uint8_t> scanned, std::span<std::uint8_t> pixel) {
+void WriteInk(const std::uint8_t* scanned, std::uint8_t* pixel) {
   const unsigned ink = InkOf(scanned);
   if (ink <= Haze) {
     pixel[0] = pixel[1] = pixel[2] = 255;
@@ -94,9 +117,13 @@ Bitmap WithWhitePaper(const Bitmap& picture) {
     result.SetPalette(std::move(palette));
     return result;
   }
-  for (std::int32_t y = 0; y < result.Height(); ++y) {
-    for (std::uint8_t& value : result.MutableRow(y)) value = levels[value];
-  }
+  const Pixels pixels(result);
+  ParallelForRows(result.Height(), BytesOf(result), [&](RowBand band) {
+    for (std::int32_t y = band.begin; y < band.end; ++y) {
+      std::uint8_t* const row = pixels.Row(y);
+      for (std::size_t i = 0; i < result.RowBytes(); ++i) row[i] = levels[row[i]];
+    }
+  });
   return result;
 }
 
@@ -107,13 +134,14 @@ Bitmap SignatureInk(const Bitmap& whitePaper) {
   const Bounds bounds = InkBounds(scan);
   Bitmap ink(bounds.right - bounds.left, bounds.bottom - bounds.top, 32);
   ink.SetResolution(whitePaper.HorizontalResolution(), whitePaper.VerticalResolution());
-  for (std::int32_t y = 0; y < ink.Height(); ++y) {
-    const auto from = scan.Row(bounds.top + y).subspan(static_cast<std::size_t>(bounds.left) * 3);
-    const auto to = ink.MutableRow(y);
-    for (std::size_t x = 0; x < static_cast<std::size_t>(ink.Width()); ++x) {
-      WriteInk(from.subspan(x * 3, 3), to.subspan(x * 4, 4));
+  const Pixels pixels(ink);
+  ParallelForRows(ink.Height(), BytesOf(ink), [&](RowBand band) {
+    for (std::int32_t y = band.begin; y < band.end; ++y) {
+      const std::uint8_t* const from = scan.Row(bounds.top + y).data() + static_cast<std::size_t>(bounds.left) * 3;
+      std::uint8_t* const to = pixels.Row(y);
+      for (std::size_t x = 0; x < static_cast<std::size_t>(ink.Width()); ++x) WriteInk(from + x * 3, to + x * 4);
     }
-  }
+  });
   return ink;
 }
 

@@ -215,7 +215,7 @@ TEST_F(Signature, GoesThroughTheScratchBitmapWhichIsDeleted) {
 
 TEST_F(Signature, WhoseScratchBitmapIsGoneIsAnErrorAndIsTaken) {
   desktop.Expect("Critical Error: Error Number : 53");
-  // While it is there, it is asked for to mark it, to read it and to remove it.
+  // While it is there, it is asked for to look at it and to remove it.
   desktop.onProcessNumber = [this, asked = 0]() mutable {
     const std::string scratch = folder.File("tmp1234.bmp");
     if (Exists(scratch) && ++asked == 2) RemoveFileAt(scratch);

@@ -42,6 +42,28 @@ TEST_F(Scratch, OfAnotherInstanceIsNeverShown) {
   EXPECT_GE(replaced, 3) << "one of them each";
 }
 
+// Both hold the same pixels until one of them changes.
+TEST_F(Scratch, LayerAndEngineShareThePicture) {
+  control->OpenFile(MakeDocument("D.tif", 2));
+  const auto isShared = [this] {
+    return Form().TransLayers(1).Picture().SharesPixelsWith(control->Engine().Current());
+  };
+  EXPECT_TRUE(isShared()) << "opened";
+  Form().PageIndex.SetValue(2);
+  EXPECT_TRUE(isShared()) << "turned";
+  Form().tbrMoreTools.ButtonClick.Raise("Invert");
+  EXPECT_TRUE(isShared()) << "after a command";
+}
+
+TEST_F(Scratch, OfTheSameSizeThatIsNoPictureIsNoticed) {
+  control->OpenFile(MakeDocument("D.tif", 2));
+  WhenItIsWritten(
+      [&] { WriteWhole(folder.File("tmp1234.bmp"), ReadWhole(folder.File("tmp1234.bmp")).replace(0, 1, "X")); });
+  Form().PageIndex.SetValue(2);
+  EXPECT_EQ(Form().TransLayers(1).Picture().Width(), 10);
+  EXPECT_EQ(events.errors, std::vector<int>{481});
+}
+
 TEST_F(Scratch, ThatCannotBeReadLeavesThePicture) {
   desktop.Expect("Critical Error: Error Number : 53");
   control->OpenFile(MakeDocument("D.tif", 2));

@@ -46,6 +46,37 @@ TEST_F(Kwpic, InfoTellsFormatPagesSizesAndResolutions) {
   EXPECT_EQ(bitmap + ": BMP, 1 page\npage 1: 9 x 4 pixels, 4 bits per pixel\n", Output({"info", bitmap}));
 }
 
+// The bytes of a page's pixels are all zero then, which no codec can read.
+TEST_F(Kwpic, InfoAndJoinDoNotLookAtPixels) {
+  const std::string path = Save(FaxPage(80, 40), "page.tif");
+  TIFF* codec = TIFFOpen(path.c_str(), "r");
+  ASSERT_NE(nullptr, codec);
+  const auto begin = static_cast<std::ptrdiff_t>(TIFFGetStrileOffset(codec, 0));
+  const auto count = static_cast<std::ptrdiff_t>(TIFFGetStrileByteCount(codec, 0));
+  TIFFClose(codec);
+  Bytes bytes = BytesOf(path);
+  std::fill_n(bytes.begin() + begin, count, std::uint8_t{0});
+  Put("page.tif", bytes);
+  ASSERT_FALSE(engine.Load(path));
+  EXPECT_EQ(path + ": TIFF, 1 page\npage 1: 80 x 40 pixels, 1 bit per pixel, 300 x 300 dpi\n", Output({"info", path}));
+  EXPECT_EQ("", Output({"join", At("both.tif"), path, path}));
+  EXPECT_EQ(CodedPieces(path, 0), CodedPieces(At("both.tif"), 1));
+}
+
+TEST_F(Kwpic, InfoEndsAtAPageWhoseHeaderIsUnsound) {
+  const std::string path = Document({FaxPage(80, 40), FaxPage(64, 40)}, "two.tif");
+  Bytes bytes = BytesOf(path);
+  const Bytes width{0, 1, 3, 0, 1, 0, 0, 0, 64, 0};
+  const auto entry = std::search(bytes.begin(), bytes.end(), width.begin(), width.end());
+  ASSERT_NE(bytes.end(), entry);
+  entry[8] = 0;
+  Put("two.tif", bytes);
+  const Outcome outcome = Run({"info", path});
+  EXPECT_EQ(1, outcome.code);
+  EXPECT_EQ(path + ": TIFF, 2 pages\npage 1: 80 x 40 pixels, 1 bit per pixel, 300 x 300 dpi\n", outcome.output);
+  EXPECT_EQ("kwpic: " + path + ", page 2: The picture has no pixels.\n", outcome.errors);
+}
+
 TEST_F(Kwpic, SplitWritesTheCodedPagesBesideTheFileOrIntoAFolder) {
   const std::vector<Bitmap> pages{FaxPage(80, 40), FaxPage(64, 64, 2), Noise(20, 10, 8)};
   const std::string path = Document(pages, "doc.tif");

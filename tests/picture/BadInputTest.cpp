@@ -354,7 +354,8 @@ TEST_F(BadInput, FileWithAnyByteChangedDoesNotBreakAnything) {
         if (format == nullptr) continue;
         try {
           const auto source = format->open(stream, {std::uint64_t{1} << 18U});
-          source->StoredBitsPerPixel(stream, 1);
+          source->RequireSoundCodes(stream);
+          source->Header(stream, 1);
           for (std::int32_t page = 1; page <= source->PageCount(); ++page) {
             std::string warning;
             EXPECT_FALSE(source->Read(stream, page, warning).IsEmpty());
@@ -375,8 +376,7 @@ TEST_F(BadInput, LimitOfPageMemoryHolds) {
     MemoryStream stream(small.bytes);
     const PictureFormat* format = FormatOfContent({small.bytes.data(), RecognisedBytes});
     ASSERT_NE(nullptr, format);
-    EXPECT_EQ(NumberOf(ErrorNumber::InvalidPicture),
-              ErrorOf([&] { format->open(stream, {63})->StoredBitsPerPixel(stream, 1); }));
+    EXPECT_EQ(NumberOf(ErrorNumber::InvalidPicture), ErrorOf([&] { format->open(stream, {63})->Header(stream, 1); }));
   }
 }
 

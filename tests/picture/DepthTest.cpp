@@ -59,6 +59,21 @@ TEST(Depth, ManyColoursBecomeBlackAndWhiteInOneBit) {
   EXPECT_EQ((Rgb{255, 255, 255}), result.PixelAt(2, 0));
 }
 
+// The colours themselves decide, not the indices that a palette gives them.
+TEST(Depth, IndicesBecomeTheSameBitsAsTheirColours) {
+  for (const int used : {1, 2, 3, 16, 17, 256}) {
+    Bitmap picture = Noise(301, 97, 8);
+    std::vector<Rgb> palette(picture.Palette().begin(), picture.Palette().end());
+    for (std::size_t i = 0; i < palette.size(); ++i) palette[i] = palette[i % static_cast<std::size_t>(used)];
+    // Indices behind the palette are black.
+    palette.resize(250);
+    picture.SetPalette(palette);
+    for (const int depth : {1, 4}) {
+      EXPECT_TRUE(SamePicture(ToDepth(ToDepth(picture, 24), depth), ToDepth(picture, depth))) << used << " " << depth;
+    }
+  }
+}
+
 TEST(Depth, ResolutionStays) {
   Bitmap picture = Noise(5, 5, 24);
   picture.SetResolution(150, 75);

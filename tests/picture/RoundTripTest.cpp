@@ -4,6 +4,9 @@
 
 #include "picture/Depth.h"
 #include "picture/PictureDocument.h"
+#include "picture/TiffPageWriter.h"
+#include "picture/effects/ParallelRows.h"
+#include "picture/formats/Formats.h"
 #include "tests/picture/Scratch.h"
 
 namespace kw {
@@ -203,6 +206,22 @@ TEST_P(Recognition, ContentDecidesNotTheExtension) {
 INSTANTIATE_TEST_SUITE_P(WrongExtensions, Recognition,
                          testing::Combine(testing::Values("tif", "jpg", "gif", "bmp"),
                                           testing::Values(".tif", ".jpg", ".gif", ".bmp", ".txt", "")));
+
+// The strips of a whole page are coded by several threads, those of a page in bands one after the other.
+TEST(TiffStrips, OfAWholePageAreThoseOfItsBands) {
+  SetMostThreads(4);
+  for (const int depth : {4, 8, 24, 32}) {
+    const Bitmap picture = Noise(1501, 907, depth);
+    MemoryFile whole;
+    TiffFormat.write(picture, whole, {});
+    MemoryFile banded;
+    TiffPageWriter writer(banded, picture.Height());
+    writer.Add(picture);
+    writer.Finish();
+    EXPECT_TRUE(std::ranges::equal(banded.Bytes(), whole.Bytes())) << depth;
+  }
+  SetMostThreads(0);
+}
 
 }  // namespace
 }  // namespace kw

@@ -1,19 +1,15 @@
 #include <array>
 #include <tuple>
 
-#include "picture/PictureDocument.h"
-#include "tests/picture/Scratch.h"
+#include "tests/picture/KindsTest.h"
 #include "tests/picture/TiffMaker.h"
 
 namespace kw {
 namespace {
 
-class TiffKinds : public ScratchTest {
+class TiffKinds : public KindsTest {
 protected:
-  void Open(const std::string& file) { ASSERT_TRUE(engine.Load(file)) << engine.LastLoadError(); }
-
   std::string path = At("page.tif");
-  PictureDocument engine;
 };
 
 TEST_F(TiffKinds, FaxRowsThatBeginAtWholeWords) {

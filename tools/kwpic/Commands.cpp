@@ -12,6 +12,7 @@
 #include "components/base/FilePath.h"
 #include "components/base/Files.h"
 #include "components/base/RunTimeError.h"
+#include "picture/OpenedPicture.h"
 #include "picture/PageMarker.h"
 #include "picture/PictureDocument.h"
 
@@ -43,8 +44,8 @@ void Open(PictureDocument& engine, const std::string& path) {
   if (!engine.Load(path)) throw Failure{path + ": " + engine.LastLoadError()};
 }
 
-std::string PageName(const std::string& path, const PictureDocument& engine, std::int32_t page) {
-  return engine.PageCount() == 1 ? path : path + ", page " + std::to_string(page);
+std::string PageName(const std::string& path, std::int32_t pages, std::int32_t page) {
+  return pages == 1 ? path : path + ", page " + std::to_string(page);
 }
 
 // If a progress bar is shown, it is removed first.
@@ -59,31 +60,31 @@ template <typename Take>
 void ForPages(PictureDocument& engine, const std::string& path, const Take& take) {
   const std::int32_t pages = engine.PageCount();
   for (std::int32_t page = 1; page <= pages; ++page) {
-    const std::string name = PageName(path, engine, page);
+    const std::string name = PageName(path, pages, page);
     For(name, [&] { engine.SelectPage(page); });
     take(page, name);
   }
 }
 
 void Info(const std::string& path) {
-  PictureDocument engine;
-  Open(engine, path);
-  std::printf("%s: %s, %d %s\n", path.c_str(), std::string(engine.FormatName()).c_str(),
-              static_cast<int>(engine.PageCount()), engine.PageCount() == 1 ? "page" : "pages");
-  ForPages(engine, path, [&](std::int32_t page, const std::string& name) {
-    For(name, [&] {
-      const Bitmap& picture = engine.Current();
-      std::printf("page %d: %d x %d pixels, %d bit%s per pixel", static_cast<int>(page),
-                  static_cast<int>(picture.Width()), static_cast<int>(picture.Height()),
-                  static_cast<int>(engine.PageValue()), engine.PageValue() == 1 ? "" : "s");
-      if (picture.HorizontalResolution() > 0 && picture.VerticalResolution() > 0) {
-        std::printf(", %s x %s dpi", Short(picture.HorizontalResolution()).c_str(),
-                    Short(picture.VerticalResolution()).c_str());
+  std::optional<OpenedPicture> opened;
+  For(path, [&] { opened.emplace(path, ReadLimits{}); });
+  const std::int32_t pages = opened->source->PageCount();
+  std::printf("%s: %s, %d %s\n", path.c_str(), std::string(opened->format->name).c_str(), static_cast<int>(pages),
+              pages == 1 ? "page" : "pages");
+  for (std::int32_t page = 1; page <= pages; ++page) {
+    For(PageName(path, pages, page), [&] {
+      const PageHeader header = opened->source->Header(opened->file, page);
+      std::printf("page %d: %s x %s pixels, %d bit%s per pixel", static_cast<int>(page),
+                  std::to_string(header.size.width).c_str(), std::to_string(header.size.height).c_str(),
+                  static_cast<int>(header.bitsPerPixel), header.bitsPerPixel == 1 ? "" : "s");
+      if (header.horizontalResolution > 0 && header.verticalResolution > 0) {
+        std::printf(", %s x %s dpi", Short(header.horizontalResolution).c_str(),
+                    Short(header.verticalResolution).c_str());
       }
       std::printf("\n");
     });
-    Warn(name, engine);
-  });
+  }
 }
 
 // `engine` itself or, if there is a change, `changed`, which then holds the changed page.
@@ -156,7 +157,10 @@ void Join(const Request& request) {
     throw UsageError{request.output + ": " + std::string(format.name) + " holds one page; join to " +
                      DocumentExtensions(Which::Usual)};
   }
-  WriteDocument(request.inputs, request.output, format, {}, {});
+  PictureDocument::Options options;
+  // Pages that keep their coded pixels are not decoded.
+  options.decodesWhenAsked = true;
+  WriteDocument(request.inputs, request.output, format, options, {});
 }
 
 // One picture, or a document page by page.
@@ -179,7 +183,7 @@ void Rewrite(const Request& request, const Change& change) {
     }
     return WriteDocument({input}, request.output, format, options, change);
   }
-  const std::string name = PageName(input, engine, request.page.value_or(1));
+  const std::string name = PageName(input, pages, request.page.value_or(1));
   PictureDocument changed;
   PictureDocument* result = nullptr;
   For(name, [&] {

@@ -232,8 +232,11 @@ public:
     RequirePageFits(header.width, header.height, header.Depth(), limits);
   }
 
-  std::int16_t StoredBitsPerPixel(Stream& /*file*/, std::int32_t /*page*/) override {
-    return static_cast<std::int16_t>(header.bits);
+  PageHeader Header(Stream& /*file*/, std::int32_t /*page*/) override {
+    return {{header.width, header.height},
+            static_cast<std::int16_t>(header.bits),
+            header.horizontalResolution,
+            header.verticalResolution};
   }
 
   Bitmap Read(Stream& file, std::int32_t /*page*/, std::string& warning) override {
@@ -316,11 +319,17 @@ void WriteBmp(const Bitmap& picture, Stream& to, const WriteOptions& /*options*/
   }
   bool good = to.WriteAll(head);
 
-  std::vector<std::uint8_t> row(fileRow);
-  for (std::int32_t y = picture.Height() - 1; y >= 0 && good; --y) {
-    const auto pixels = picture.Row(y);
-    std::copy(pixels.begin(), pixels.end(), row.begin());
-    good = to.WriteAll(row);
+  // Blocks of some rows; the bytes between two rows stay zero.
+  constexpr std::size_t blockBytes = std::size_t{256} * 1024;
+  const auto most = static_cast<std::int32_t>(std::clamp<std::size_t>(blockBytes / fileRow, 1, 1000));
+  std::vector<std::uint8_t> block(fileRow * static_cast<std::size_t>(most));
+  for (std::int32_t left = picture.Height(); left > 0 && good;) {
+    const std::int32_t rows = std::min(left, most);
+    auto at = block.begin();
+    for (const std::int32_t end = left - rows; left > end; at += static_cast<std::ptrdiff_t>(fileRow)) {
+      std::ranges::copy(picture.Row(--left), at);
+    }
+    good = to.WriteAll({block.begin(), at});
   }
 }
 

@@ -42,9 +42,7 @@ public:
   FmfSource(Stream& file, const ReadLimits& limits) : pages(TiffFormat.open(file, limits)) {}
 
   std::int32_t PageCount() const override { return pages->PageCount(); }
-  std::int16_t StoredBitsPerPixel(Stream& file, std::int32_t page) override {
-    return pages->StoredBitsPerPixel(file, page);
-  }
+  PageHeader Header(Stream& file, std::int32_t page) override { return pages->Header(file, page); }
   PageSize StatedSize(Stream& file, std::int32_t page) override { return pages->StatedSize(file, page); }
   Bitmap Read(Stream& file, std::int32_t page, std::string& warning) override {
     return pages->Read(file, page, warning);

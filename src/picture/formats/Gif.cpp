@@ -27,6 +27,7 @@ class GifSource : public PictureSource {
 public:
   GifSource(Stream& file, const ReadLimits& limits) {
     GifDecoder decoder(file);
+    size = {decoder.Width(), decoder.Height()};
     RequirePageFits(decoder.Width(), decoder.Height(), 8, limits);
     std::vector<std::uint64_t> places;
     GifFrame frame;
@@ -38,7 +39,7 @@ public:
       places.push_back(place);
       frameBits.push_back(static_cast<std::int16_t>(decoder.Colours()->BitsPerPixel));
       // A frame that is cut off by the file's end is the last one.
-      good = decoder.SkipPixels(frame);
+      good = decoder.SkipPixels();
     }
     if (places.empty()) RaiseUnreadable("The GIF holds no picture.");
     RequirePagesInProportion(decoder, places.size(), file.Size());
@@ -47,15 +48,17 @@ public:
 
   std::int32_t PageCount() const override { return static_cast<std::int32_t>(frameBits.size()); }
 
-  std::int16_t StoredBitsPerPixel(Stream& /*file*/, std::int32_t page) override {
-    return frameBits[static_cast<std::size_t>(page - 1)];
+  void RequireSoundCodes(Stream& file) override {
+    GifDecoder decoder(file);
+    GifFrame frame;
+    while (decoder.Next(frame) && decoder.CheckPixels(frame)) {
+    }
   }
 
-  // Frames are drawn on a canvas of this size.
-  PageSize StatedSize(Stream& file, std::int32_t /*page*/) override {
-    const GifDecoder decoder(file);
-    return {decoder.Width(), decoder.Height()};
+  PageHeader Header(Stream& /*file*/, std::int32_t page) override {
+    return {size, frameBits[static_cast<std::size_t>(page - 1)]};
   }
+  PageSize StatedSize(Stream& /*file*/, std::int32_t /*page*/) override { return size; }
 
   Bitmap Read(Stream& file, std::int32_t page, std::string& warning) override {
     return pages->Read(file, page, warning);
@@ -68,6 +71,8 @@ public:
   }
 
 private:
+  // Frames are drawn on a canvas of this size.
+  PageSize size;
   std::vector<std::int16_t> frameBits;
   std::optional<GifPages> pages;
 };

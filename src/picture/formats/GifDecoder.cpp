@@ -1,6 +1,8 @@
 #include "picture/formats/GifDecoder.h"
 
 #include <cerrno>
+#include <optional>
+#include <span>
 #include <string>
 
 #include "picture/Unreadable.h"
@@ -54,16 +56,29 @@ bool GifDecoder::Next(GifFrame& frame) {
   }
 }
 
-bool GifDecoder::SkipPixels(const GifFrame& frame) {
+// Calls take() with the size of the codes and each block of coded bytes.
+template <typename Take>
+bool GifDecoder::ForCodedPixels(const Take& take) {
   int codeSize = 0;
   GifByteType* block = nullptr;
   if (DGifGetCode(codec, &codeSize, &block) == GIF_ERROR) return false;
-  GifCodes codes(codeSize, std::uint64_t{frame.width} * frame.height);
   while (block != nullptr) {
-    if (!codes.Take({block + 1, block[0]})) RaiseUnreadable("The GIF data is damaged: a code is out of range.");
+    take(codeSize, std::span<const std::uint8_t>(block + 1, block[0]));
     if (DGifGetCodeNext(codec, &block) == GIF_ERROR) return false;
   }
   return true;
+}
+
+bool GifDecoder::SkipPixels() {
+  return ForCodedPixels([](int, std::span<const std::uint8_t>) {});
+}
+
+bool GifDecoder::CheckPixels(const GifFrame& frame) {
+  std::optional<GifCodes> codes;
+  return ForCodedPixels([&](int codeSize, std::span<const std::uint8_t> block) {
+    if (!codes) codes.emplace(codeSize, std::uint64_t{frame.width} * frame.height);
+    if (!codes->Take(block)) RaiseUnreadable("The GIF data is damaged: a code is out of range.");
+  });
 }
 
 const ColorMapObject* GifDecoder::Colours() const {

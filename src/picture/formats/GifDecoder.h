@@ -39,8 +39,10 @@ public:
   // Moves to the next frame; false behind the last.
   bool Next(GifFrame& frame);
 
-  // False if the file ends before the pixels do. Raises InvalidPicture for an undefined code.
-  bool SkipPixels(const GifFrame& frame);
+  // Goes behind the pixels of the current frame; false if the file ends before they do.
+  bool SkipPixels();
+  // The same; raises InvalidPicture for an undefined code.
+  bool CheckPixels(const GifFrame& frame);
 
   // Calls take(y, row of palette indices) for each row that can be decoded, in the order of the file. Returns their
   // number.
@@ -72,6 +74,8 @@ public:
   const ColorMapObject* Colours() const;
 
 private:
+  template <typename Take>
+  bool ForCodedPixels(const Take& take);
   void Require(int result) const;
   void ReadExtension(GifFrame& frame);
   void ReadDescription(GifFrame& frame);

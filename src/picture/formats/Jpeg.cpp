@@ -211,9 +211,12 @@ private:
   jpeg_decompress_struct codec{};
 };
 
-void SetJpegResolution(const jpeg_decompress_struct& codec, Bitmap& page) {
+PageHeader StoredHeaderOf(const jpeg_decompress_struct& codec) {
   const double perInch = codec.density_unit == 1 ? 1 : codec.density_unit == 2 ? CentimetresPerInch : 0;
-  page.SetResolution(codec.X_density * perInch, codec.Y_density * perInch);
+  return {{codec.image_width, codec.image_height},
+          static_cast<std::int16_t>(codec.num_components * codec.data_precision),
+          codec.X_density * perInch,
+          codec.Y_density * perInch};
 }
 
 // The orientation in the Exif data, which are a mark of six bytes and a TIFF file without pixels.
@@ -241,22 +244,24 @@ class JpegSource : public PictureSource {
 public:
   JpegSource(Stream& file, const ReadLimits& readLimits) : limits(readLimits) {
     const auto decoder = std::make_unique<JpegDecoder>(file);
-    const auto& header = decoder->ReadHeader();
-    storedBits = static_cast<std::int16_t>(header.num_components * header.data_precision);
+    const auto& codec = decoder->ReadHeader();
+    const PageHeader stored = StoredHeaderOf(codec);
     const std::uint64_t coefficients = decoder->CoefficientMemory();
     const ReadLimits left{limits.pageMemory - std::min(limits.pageMemory, coefficients)};
-    RequirePageFits(header.image_width, header.image_height, decoder->Depth(), left);
+    RequirePageFits(stored.size.width, stored.size.height, decoder->Depth(), left);
+    header = Upright(stored, OrientationOf(codec));
   }
 
-  std::int16_t StoredBitsPerPixel(Stream& /*file*/, std::int32_t /*page*/) override { return storedBits; }
+  PageHeader Header(Stream& /*file*/, std::int32_t /*page*/) override { return header; }
 
   Bitmap Read(Stream& file, std::int32_t /*page*/, std::string& warning) override {
     const auto decoder = std::make_unique<JpegDecoder>(file);
-    const auto& header = decoder->ReadHeader();
-    Bitmap page = NewUnfilledPage(header.image_width, header.image_height, decoder->Depth(), limits);
-    SetJpegResolution(header, page);
+    const auto& codec = decoder->ReadHeader();
+    const PageHeader stored = StoredHeaderOf(codec);
+    Bitmap page = NewUnfilledPage(stored.size.width, stored.size.height, decoder->Depth(), limits);
+    page.SetResolution(stored.horizontalResolution, stored.verticalResolution);
     warning = decoder->ReadRows(page);
-    return Upright(page, OrientationOf(header), limits);
+    return Upright(page, OrientationOf(codec), limits);
   }
 
   bool Copy(Stream& file, std::int32_t /*page*/, Stream& to) override {
@@ -265,7 +270,7 @@ public:
   }
 
 private:
-  std::int16_t storedBits = 0;
+  PageHeader header;
   ReadLimits limits;
 };
 

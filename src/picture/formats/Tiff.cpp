@@ -1,3 +1,4 @@
+#include "picture/Orientation.h"
 #include "picture/Unreadable.h"
 #include "picture/formats/Formats.h"
 #include "picture/formats/TiffAppend.h"
@@ -17,28 +18,32 @@ public:
 
   std::int32_t PageCount() const override { return static_cast<std::int32_t>(structure.Directories().size()); }
 
-  std::int16_t StoredBitsPerPixel(Stream& file, std::int32_t page) override {
+  PageHeader Header(Stream& file, std::int32_t page) override {
     const auto entries = structure.ReadDirectory(file, DirectoryOf(page));
     const auto number = [&](std::uint16_t tag, std::uint64_t missing) {
       return structure.ReadNumber(file, entries, tag, missing);
     };
-    RequirePageFits(number(TiffTag::ImageWidth, 0), number(TiffTag::ImageLength, 0), 1, limits);
+    const PageSize size{number(TiffTag::ImageWidth, 0), number(TiffTag::ImageLength, 0)};
+    RequirePageFits(size.width, size.height, 1, limits);
     const std::uint64_t bits = number(TiffTag::BitsPerSample, 1);
     const std::uint64_t samples = number(TiffTag::SamplesPerPixel, 1);
     constexpr std::uint64_t most = 1024;
     if (bits == 0 || bits > most || samples == 0 || samples > most / bits) {
       RaiseUnreadable("The TIFF file has pixels of an impossible size.");
     }
-    return static_cast<std::int16_t>(bits * samples);
+    const double perInch = TiffUnitsPerInch(number(TiffTag::ResolutionUnit, RESUNIT_INCH));
+    const PageHeader stored{size, static_cast<std::int16_t>(bits * samples),
+                            structure.ReadReal(file, entries, TiffTag::XResolution) * perInch,
+                            structure.ReadReal(file, entries, TiffTag::YResolution) * perInch};
+    return Upright(stored, static_cast<Orientation>(number(TiffTag::Orientation, 1)));
   }
 
   PageSize StatedSize(Stream& file, std::int32_t page) override {
     const auto entries = structure.ReadDirectory(file, DirectoryOf(page));
     const std::uint64_t width = structure.ReadNumber(file, entries, TiffTag::ImageWidth, 0);
     const std::uint64_t height = structure.ReadNumber(file, entries, TiffTag::ImageLength, 0);
-    constexpr std::uint64_t firstOnItsSide = 5;
-    const bool isOnItsSide = structure.ReadNumber(file, entries, TiffTag::Orientation, 1) >= firstOnItsSide;
-    return isOnItsSide ? PageSize{height, width} : PageSize{width, height};
+    const auto orientation = static_cast<Orientation>(structure.ReadNumber(file, entries, TiffTag::Orientation, 1));
+    return IsOnItsSide(orientation) ? PageSize{height, width} : PageSize{width, height};
   }
 
   Bitmap Read(Stream& file, std::int32_t page, std::string& warning) override {

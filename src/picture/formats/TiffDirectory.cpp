@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <string>
 #include <unordered_set>
 
@@ -111,6 +112,24 @@ std::uint64_t TiffStructure::ReadNumber(Stream& file, const std::vector<TiffEntr
   first.valueBytes = TiffTypeSize(first.type);
   const auto numbers = ReadNumbers(file, first);
   return numbers.empty() ? missing : numbers.front();
+}
+
+double TiffStructure::ReadReal(Stream& file, const std::vector<TiffEntry>& entries, std::uint16_t tag) const {
+  const TiffEntry* entry = FindEntry(entries, tag);
+  if (entry == nullptr) return 0;
+  const std::size_t size = TiffTypeSize(entry->type);
+  const bool isRational = entry->type == TiffType::Rational;
+  const bool isFloat = entry->type == TiffType::Float;
+  if (!isRational && !isFloat && entry->type != TiffType::Double) {
+    return static_cast<float>(ReadNumber(file, entries, tag, 0));
+  }
+  std::array<std::uint8_t, 8> bytes{};
+  if (!file.Seek(entry->valuePosition) || !file.ReadAll(bytes.data(), size)) return 0;
+  const auto first = NumberAt<std::uint32_t>(bytes, 0, order);
+  if (isFloat) return std::bit_cast<float>(first);
+  if (!isRational) return static_cast<float>(std::bit_cast<double>(NumberAt<std::uint64_t>(bytes, 0, order)));
+  const auto divisor = NumberAt<std::uint32_t>(bytes, 4, order);
+  return divisor == 0 ? 0 : static_cast<float>(static_cast<double>(first) / static_cast<double>(divisor));
 }
 
 }  // namespace kw

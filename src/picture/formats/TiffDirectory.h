@@ -20,8 +20,11 @@ enum : std::uint16_t {
   Orientation = 274,
   SamplesPerPixel = 277,
   StripByteCounts = 279,
+  XResolution = 282,
+  YResolution = 283,
   FreeOffsets = 288,
   FreeByteCounts = 289,
+  ResolutionUnit = 296,
   TileOffsets = 324,
   TileByteCounts = 325,
   SubDirectories = 330,
@@ -40,6 +43,8 @@ enum : std::uint16_t {
   Long = 4,
   Rational = 5,
   SignedRational = 10,
+  Float = 11,
+  Double = 12,
   Long8 = 16,
   SignedLong8 = 17,
   Directory8 = 18,
@@ -84,6 +89,9 @@ public:
   // The first value of the entry with that tag, or `missing`.
   std::uint64_t ReadNumber(Stream& file, const std::vector<TiffEntry>& entries, std::uint16_t tag,
                            std::uint64_t missing) const;
+  // The first value of the entry with that tag, of any type of number but the signed ones, as the codec library reads
+  // it; 0 if there is none.
+  double ReadReal(Stream& file, const std::vector<TiffEntry>& entries, std::uint16_t tag) const;
 
   // Sizes of the parts of a directory.
   std::size_t CountSize() const { return big ? 8 : 2; }

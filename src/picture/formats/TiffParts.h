@@ -1,10 +1,16 @@
 #pragma once
 
 #include "picture/PictureFormat.h"
+#include "picture/formats/Formats.h"
 #include "picture/formats/TiffHandle.h"
 
 // The parts of the TIFF format, each in the source of its name (TiffRead.cpp, TiffWrite.cpp ...).
 namespace kw {
+
+// What a resolution in this unit is to be multiplied by; 0 for a unit that has no length.
+constexpr double TiffUnitsPerInch(std::uint64_t unit) {
+  return unit == RESUNIT_INCH ? 1 : unit == RESUNIT_CENTIMETER ? CentimetresPerInch : 0;
+}
 
 // Decodes the page whose directory is at `directory`, upright. Grey and palette pages of 1 sample keep their indices
 // (up to 8 bits; 16 become 8); all others become 24 bits, or 32 with alpha. Raises InvalidPicture.

@@ -83,8 +83,7 @@ Layout LayoutOf(const TiffHandle& tiff) {
 }
 
 void SetTiffResolution(const TiffHandle& tiff, Bitmap& page) {
-  const auto unit = tiff.Field(TIFFTAG_RESOLUTIONUNIT, std::uint16_t{RESUNIT_INCH});
-  const double perInch = unit == RESUNIT_INCH ? 1 : unit == RESUNIT_CENTIMETER ? CentimetresPerInch : 0;
+  const double perInch = TiffUnitsPerInch(tiff.Field(TIFFTAG_RESOLUTIONUNIT, std::uint16_t{RESUNIT_INCH}));
   page.SetResolution(static_cast<double>(tiff.Field(TIFFTAG_XRESOLUTION, 0.0F)) * perInch,
                      static_cast<double>(tiff.Field(TIFFTAG_YRESOLUTION, 0.0F)) * perInch);
 }

@@ -2,9 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <exception>
+#include <mutex>
 #include <vector>
 
 #include "picture/TiffPageWriter.h"
+#include "picture/effects/ParallelRows.h"
 #include "picture/formats/TiffHandle.h"
 
 namespace kw {
@@ -72,6 +75,73 @@ void Describe(const TiffHandle& tiff, const Bitmap& picture, std::int32_t pageHe
   }
 }
 
+// Codes `count` rows of the picture from `begin` on as the rows of the page from `target` on.
+void WriteRows(const TiffHandle& tiff, const Bitmap& picture, std::int32_t begin, std::int32_t count,
+               std::int32_t target) {
+  // The library changes the rows that it gets.
+  std::vector<std::uint8_t> row(picture.RowBytes());
+  const std::size_t pixelBytes = picture.BitsPerPixel() > 8 ? static_cast<std::size_t>(picture.BitsPerPixel() / 8) : 0;
+  for (std::int32_t y = 0; y < count; ++y) {
+    std::ranges::copy(picture.Row(begin + y), row.begin());
+    for (std::size_t at = 0; pixelBytes != 0 && at < row.size(); at += pixelBytes) std::swap(row[at], row[at + 2]);
+    tiff.Require(TIFFWriteScanline(tiff.Get(), row.data(), static_cast<std::uint32_t>(target + y), 0) == 1);
+  }
+}
+
+// Codes the rows as the one strip of a file.
+std::vector<std::uint8_t> CodedStrip(const Bitmap& picture, std::int32_t begin, std::int32_t count) {
+  MemoryFile file;
+  const TiffHandle tiff(file, TiffHandle::Use::Write);
+  Describe(tiff, picture, count);
+  WriteRows(tiff, picture, begin, count, 0);
+  tiff.Require(TIFFFlushData(tiff.Get()) == 1);
+  const auto offset = static_cast<std::size_t>(TIFFGetStrileOffset(tiff.Get(), 0));
+  const auto size = static_cast<std::size_t>(TIFFGetStrileByteCount(tiff.Get(), 0));
+  const auto coded = file.Bytes().subspan(offset, size);
+  return {coded.begin(), coded.end()};
+}
+
+// Several threads code the strips of a page, which do not depend on each other; this one writes them in their order.
+class StripCoders {
+public:
+  StripCoders(const TiffHandle& page, const Bitmap& source) : tiff(page), picture(source) {
+    step = static_cast<std::int32_t>(tiff.Field(TIFFTAG_ROWSPERSTRIP, std::uint32_t{1}));
+    total = (picture.Height() + step - 1) / step;
+  }
+
+  void Run() {
+    constexpr std::int32_t atOnce = 32;
+    for (std::int32_t first = 0; first < total; first += atOnce) {
+      std::vector<std::vector<std::uint8_t>> coded(static_cast<std::size_t>(std::min(atOnce, total - first)));
+      ParallelFor(coded.size(), [&](std::size_t i) { Code(first + static_cast<std::int32_t>(i), coded[i]); });
+      if (failure) std::rethrow_exception(failure);
+      for (std::size_t i = 0; i < coded.size(); ++i) {
+        const auto size = static_cast<tmsize_t>(coded[i].size());
+        const std::uint32_t strip = static_cast<std::uint32_t>(first) + static_cast<std::uint32_t>(i);
+        tiff.Require(TIFFWriteRawStrip(tiff.Get(), strip, coded[i].data(), size) == size);
+      }
+    }
+  }
+
+private:
+  void Code(std::int32_t strip, std::vector<std::uint8_t>& coded) {
+    try {
+      const std::int32_t begin = strip * step;
+      coded = CodedStrip(picture, begin, std::min(step, picture.Height() - begin));
+    } catch (...) {
+      const std::scoped_lock noting(lock);
+      failure = std::current_exception();
+    }
+  }
+
+  const TiffHandle& tiff;
+  const Bitmap& picture;
+  std::int32_t step = 1;
+  std::int32_t total = 0;
+  std::mutex lock;
+  std::exception_ptr failure;
+};
+
 }  // namespace
 
 TiffPageWriter::TiffPageWriter(Stream& to, std::int32_t pageHeight)
@@ -81,22 +151,20 @@ TiffPageWriter::~TiffPageWriter() = default;
 
 void TiffPageWriter::Add(const Bitmap& band) {
   if (next == 0) Describe(*tiff, band, height);
-  // The library changes the rows that it gets.
-  std::vector<std::uint8_t> row(band.RowBytes());
-  const std::size_t pixelBytes = band.BitsPerPixel() > 8 ? static_cast<std::size_t>(band.BitsPerPixel() / 8) : 0;
-  for (std::int32_t y = 0; y < band.Height(); ++y, ++next) {
-    std::ranges::copy(band.Row(y), row.begin());
-    for (std::size_t at = 0; pixelBytes != 0 && at < row.size(); at += pixelBytes) std::swap(row[at], row[at + 2]);
-    tiff->Require(TIFFWriteScanline(tiff->Get(), row.data(), static_cast<std::uint32_t>(next), 0) == 1);
-  }
+  WriteRows(*tiff, band, 0, band.Height(), next);
+  next += band.Height();
 }
 
 void TiffPageWriter::Finish() { tiff->Require(TIFFWriteDirectory(tiff->Get()) == 1); }
 
 void WriteTiff(const Bitmap& picture, Stream& to, const WriteOptions& /*options*/) {
-  TiffPageWriter writer(to, picture.Height());
-  writer.Add(picture);
-  writer.Finish();
+  const TiffHandle tiff(to, TiffHandle::Use::Write);
+  Describe(tiff, picture, picture.Height());
+  if (TIFFNumberOfStrips(tiff.Get()) == 1)
+    WriteRows(tiff, picture, 0, picture.Height(), 0);
+  else
+    StripCoders(tiff, picture).Run();
+  tiff.Require(TIFFWriteDirectory(tiff.Get()) == 1);
 }
 
 }  // namespace kw
