@@ -125,3 +125,9 @@ summary() {
   echo "$passed_cases passed, $failed_cases failed, $skipped_cases skipped"
   [ "$failed" = 0 ] || fail "some tests fail; their output is in build/*-tests-first.log and build/*/Testing/Temporary/LastTest.log"
 }
+
+# torture_results: what came of the tests of a part of torture; the times are told elsewhere.
+torture_results() {
+  printf '  %s\n' "${results[@]}"
+  [ "$failed" = 0 ] || fail "some tests fail; what failed is shown above, and their output is in build/*-tests-first.log"
+}
