@@ -119,10 +119,11 @@ HANDLE WINAPI NotedCreateSemaphore(LPSECURITY_ATTRIBUTES security, LONG begin, L
   return handle;
 }
 
+BOOL CloseUnnoted(HANDLE handle) { return FromSystem<decltype(&CloseHandle)>("CloseHandle")(handle); }
+
 BOOL WINAPI NotedCloseHandle(HANDLE handle) {
-  const auto close = FromSystem<decltype(&CloseHandle)>("CloseHandle");
   handles.Remove(handle);
-  return close(handle);
+  return CloseUnnoted(handle);
 }
 
 }  // namespace
@@ -166,7 +167,7 @@ struct SlotsGiven {
     if (!isUnloading) return;
     __xl_f(nullptr, DLL_THREAD_DETACH, nullptr);
     slots.GiveBack(&TlsFree);
-    handles.GiveBack(FromSystem<decltype(&CloseHandle)>("CloseHandle"));
+    handles.GiveBack(&CloseUnnoted);
   }
 };
 [[gnu::init_priority(101)]] const SlotsGiven slotsGiven;

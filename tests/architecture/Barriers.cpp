@@ -27,9 +27,9 @@ const SafeNames Safe = {
     "SysFreeString", "TlsFree", "VariantClear", "__uuidof", "__xl_f", "begin", "copy", "end", "erase_if", "size",
     // Ours.
     "Abandon", "Activation", "AreObjectsHeld", "Bars", "Close", "Context", "Detach", "Disconnect", "Extent", "Find",
-    "Free", "FreeRetired", "GoDownTo", "HandOut", "HeightOf", "IsDirty", "IsHeldByOthers", "IsNeeded", "IsUnused",
-    "Life", "Lock", "Only", "ReleaseLater", "Remove", "RunningTimers", "Shared", "Unhook", "Unknown", "Unlock",
-    "WidthOf", "Window"};
+    "Free", "FreeRetired", "GiveBack", "GoDownTo", "HandOut", "HeightOf", "IsDirty", "IsHeldByOthers", "IsNeeded",
+    "IsUnused", "Life", "Lock", "Only", "ReleaseLater", "Remove", "RunningTimers", "Shared", "Unhook", "Unknown",
+    "Unlock", "WidthOf", "Window"};
 
 const SafeNames Keywords = {"if", "for", "while", "switch", "return", "sizeof", "catch"};
 
