@@ -20,6 +20,12 @@ if(KW_SANITIZE)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
+option(KW_SANITIZE_THREADS "Build with the thread sanitizer" OFF)
+if(KW_SANITIZE_THREADS)
+  add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=thread)
+endif()
+
 # How the tests themselves are compiled. The rooms under test are optimised and fully checked; optimising the tests costs
 # more time than it saves, and a null pointer ends a test without a check at each use of one.
 if(KW_SANITIZE)
@@ -38,10 +44,16 @@ if(WIN32)
   # Nothing is installed beside the control: the compiler's run time is inside it.
   add_link_options(-static -static-libgcc -static-libstdc++)
   if(CMAKE_SIZEOF_VOID_P EQUAL 4)
-    # x87 registers would round single-precision coordinates differently from the other builds.
-    add_compile_options("$<$<COMPILE_LANGUAGE:C,CXX>:-msse2;-mfpmath=sse>")
     # COM entry points are looked up without the stdcall decoration.
     add_link_options(-Wl,--kill-at -Wl,--enable-stdcall-fixup)
+  endif()
+endif()
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+  # x87 registers would round single-precision coordinates differently from the other builds.
+  add_compile_options("$<$<COMPILE_LANGUAGE:C,CXX>:-msse2;-mfpmath=sse>")
+  # Without it a native program sees no file of 2 GiB and more.
+  if(UNIX)
+    add_compile_definitions(_FILE_OFFSET_BITS=64)
   endif()
 endif()
 

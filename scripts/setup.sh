@@ -32,6 +32,7 @@ plan=()
 plan_packages() { [ -z "$(missing_packages "$@" | tr -d ' ')" ] || plan+=("packages" 150); }
 plan_codecs() { scripts/codecs --check "$@" >/dev/null 2>&1 || plan+=("codec libraries, $*" $((10 + 60 * $#))); }
 plan_wine() { [ -e build/wine/made ] || plan+=("Wine prefix" 15); }
+plan_wine32() { ! scripts/wine32 --allowed >/dev/null || scripts/wine32 --check || plan+=("32-bit Wine" 60); }
 
 # setup_packages LIST...
 setup_packages() {
@@ -71,6 +72,14 @@ setup_wine() {
   step "Wine prefix" build/wine.log make_wine_prefix ||
     fail "$(explain build/wine.log "Wine could not make its prefix; read build/wine.log, then run the same command again")"
   touch "$made" || fail "the disk is full: free 3 GB where this folder lies, then run the same command again"
+}
+
+# setup_wine32: a Wine that runs programs of 32 bits, beside that of the machine.
+setup_wine32() {
+  local log=build/wine32.log
+  ! scripts/wine32 --check || return 0
+  step "32-bit Wine" "$log" scripts/wine32 --setup ||
+    fail "$(explain "$log" "$(grep '^wine32: ' "$log" | tail -n 1 | sed 's/^wine32: //')")"
 }
 
 make_wine_prefix() {

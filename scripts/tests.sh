@@ -43,6 +43,7 @@ ctest_in() {
   run=(ctest --test-dir "build/$preset" -j "$side_by_side" --no-tests=error --test-output-size-passed 100000000
        --test-output-size-failed 100000000)
   [[ $preset != windows-* ]] || run=(xvfb-run -a -s "-screen 0 1280x1024x24" "${run[@]}")
+  [ "$preset" != windows-x86 ] || run=(scripts/wine32 "${run[@]}")
   rm -f "$full"
   step "tests of $preset" "$log" "${run[@]}" "$@" || status=$?
   if ! grep -q 'tests passed' "$log"; then
@@ -70,12 +71,13 @@ ctest_in() {
 # `activex` is asked once more. If it passes then it is printed as FLAKY, and the run fails all the same unless
 # tests/flaky.txt names it. Everything else has one chance.
 ask_again() {
-  local preset=$1 cases=build/$1-cases.txt log=build/$1-tests-again.log program filter case
+  local preset=$1 cases=build/$1-cases.txt log=build/$1-tests-again.log program filter case run=(scripts/wine-alone)
   [[ $preset == windows-* ]] || return 1
+  [ "$preset" != windows-x86 ] || run=(scripts/wine32 "${run[@]}")
   for program in windows activex; do
     grep -q "^failed $program " "$cases" || continue
     filter=$(sed -n "s/^failed $program //p" "$cases" | paste -sd :)
-    step "$program once more" "$log" scripts/wine-alone "$program" "build/$preset/tests/test_$program.exe" "--gtest_filter=$filter" || true
+    step "$program once more" "$log" "${run[@]}" "$program" "build/$preset/tests/test_$program.exe" "--gtest_filter=$filter" || true
     for case in ${filter//:/ }; do
       tr -d '\r' <"$log" | grep -qF "[       OK ] $case (" || continue
       say "FLAKY $program.$case"
@@ -101,16 +103,17 @@ attempt() {
   return 1
 }
 
-# Without a window manager Wine waits two seconds for one at each new window, unless it is told not to.
+# unmanage PRESET PROGRAM...: without a window manager Wine waits two seconds for one at each new window, unless it is told not to.
 unmanage() {
-  local program
   # shellcheck disable=SC2154
-  export WINEPREFIX=$root/build/wine WINEDEBUG=-all WINEDLLOVERRIDES=mscoree,mshtml=
+  local preset=$1 program run=(env "WINEPREFIX=$root/build/wine" WINEDEBUG=-all "WINEDLLOVERRIDES=mscoree,mshtml=")
+  shift
+  [ "$preset" != windows-x86 ] || run=(scripts/wine32)
   for program in "$@"; do
-    timeout 60 wine reg add "HKCU\\Software\\Wine\\AppDefaults\\$program\\X11 Driver" /v Managed /d N /f || true
+    timeout 60 "${run[@]}" wine reg add "HKCU\\Software\\Wine\\AppDefaults\\$program\\X11 Driver" /v Managed /d N /f || true
   done
   # What started here knows no display and would lend its own to the tests: it has to end first.
-  timeout 30 wineserver -w || true
+  timeout 30 "${run[@]}" wineserver -w || true
 }
 
 # summary: what came of all tests; the last line is counts alone.
@@ -121,4 +124,10 @@ summary() {
   times
   echo "$passed_cases passed, $failed_cases failed, $skipped_cases skipped"
   [ "$failed" = 0 ] || fail "some tests fail; their output is in build/*-tests-first.log and build/*/Testing/Temporary/LastTest.log"
+}
+
+# torture_results: what came of the tests of a part of torture; the times are told elsewhere.
+torture_results() {
+  printf '  %s\n' "${results[@]}"
+  [ "$failed" = 0 ] || fail "some tests fail; what failed is shown above, and their output is in build/*-tests-first.log"
 }

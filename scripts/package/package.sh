@@ -128,6 +128,7 @@ command_package() {
   plan_packages run test package
   plan_codecs x64 x86
   plan_wine
+  [ "$check" = 0 ] || plan_wine32
   plan+=(products 120 packages 30)
   [ "$check" = 0 ] || plan+=("the same again" 120 "installation under Wine" 120)
   expect "${plan[@]}"
@@ -141,6 +142,7 @@ command_package() {
   step packages build/package.log package_all "$folder/tree" "$folder/out" ||
     fail "$(explain build/package.log "the packages cannot be made: $(tail -n 1 build/package.log)")"
   if [ "$check" = 1 ]; then
+    ! scripts/wine32 --allowed >/dev/null || setup_wine32
     step "the same again" build/package.log package_again "$folder" ||
       fail "$(explain build/package.log "$(tail -n 1 build/package.log)")"
     step "installation under Wine" build/package.log "$package_tools/check" "$folder/out" "$version" ||

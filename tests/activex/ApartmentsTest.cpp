@@ -1,4 +1,4 @@
-// Two threads with a control each that share the folder of their files.
+// Eight threads with a control each that share the folder of their files.
 
 #include <windows.h>
 
@@ -6,64 +6,78 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <iostream>
 #include <map>
+#include <memory>
+#include <string>
 #include <thread>
+#include <unordered_map>
 #include <vector>
 
 #include "tests/activex/DrawnPixels.h"
 #include "tests/activex/Ocx.h"
 #include "tests/activex/StrictContainer.h"
+#include "tests/support/Torture.h"
 #include "tests/support/win32/BoxAnswerer.h"
 #include "tests/support/win32/ToolBarButtons.h"
 
 namespace kw::test {
 namespace {
 
+constexpr int Apartments = 8;
 constexpr int Pages = 4;
+constexpr int Turns = 12;  // of one life
 constexpr int TurnedPageWidth = 60;
 constexpr int TurnedPageHeight = 50;
 
-// How many pixels of each colour the control shows now.
-class Shown {
-public:
-  explicit Shown(IUnknown* control) : pixels(DrawnPixels(control, 600, 450)) {}
-  std::ptrdiff_t Count(COLORREF colour) const {
-    const DWORD wanted = RGB(GetBValue(colour), GetGValue(colour), GetRValue(colour));
-    return std::ranges::count(pixels, wanted);
+// No other page of any thread has it, and nothing else of the control.
+COLORREF ColourOf(int apartment, int page) { return RGB(30 * page + 7, 201, 11 + 30 * apartment); }
+
+// How many pixels of each page's colour the control shows now.
+std::map<COLORREF, std::ptrdiff_t> PagesShown(IUnknown* control) {
+  std::unordered_map<DWORD, std::ptrdiff_t> all;
+  for (const DWORD pixel : DrawnPixels(control, 600, 450)) ++all[pixel];
+  std::map<COLORREF, std::ptrdiff_t> shown;
+  for (int apartment = 0; apartment < Apartments; ++apartment) {
+    for (int page = 1; page <= Pages; ++page) {
+      const COLORREF colour = ColourOf(apartment, page);
+      const auto found = all.find(RGB(GetBValue(colour), GetGValue(colour), GetRValue(colour)));
+      if (found != all.end()) shown[colour] = found->second;
+    }
   }
+  return shown;
+}
 
-private:
-  std::vector<DWORD> pixels;
-};
-
-// A document of one-coloured pages, and a thread that turns them in a control of its own.
+// A document of one-coloured pages, and a thread that opens and turns them in controls of its own, one after the other.
 class PageTurner {
 public:
-  PageTurner(const ScratchFolder& shared, std::wstring documentName, int shade)
-      : folder(shared), name(std::move(documentName)), blue(shade) {
+  PageTurner(const ScratchFolder& shared, int number)
+      : folder(shared), apartment(number), name(L"document" + std::to_wstring(number)) {
     for (int page = 1; page <= Pages; ++page) {
       folder.WriteBitmap(name + L"_Page_" + std::to_wstring(page) + L".bmp", TurnedPageWidth, TurnedPageHeight,
-                         [&](int, int) { return ColourOf(page); });
+                         [&](int, int) { return ColourOf(apartment, page); });
     }
   }
 
-  COLORREF ColourOf(int page) const { return RGB(30 * page + 7, 201, blue); }
-
-  // On a thread of its own. `other` is the one whose pages must not be seen here.
-  void Run(const PageTurner& other, int turns) {
+  // On a thread of its own.
+  void Run(int leastLives, std::chrono::steady_clock::time_point end) {
     ASSERT_HRESULT_SUCCEEDED(OleInitialize(nullptr));
-    TurnPages(other, turns);
+    while (!testing::Test::HasFatalFailure() && (lives < leastLives || std::chrono::steady_clock::now() < end)) {
+      Live();
+      ++lives;
+    }
     PumpMessages(20);
     OleUninitialize();
   }
 
+  int lives = 0;
   int turned = 0;
   int wrongPages = 0;
-  std::vector<std::string> boxes;
 
 private:
-  void TurnPages(const PageTurner& other, int turns) {
+  void Live() {
     const BoxAnswerer user({Once(ListOfPendingWork)});
     const ComPtr<_KwEditorLayers> control = Ocx::Create();
     ASSERT_NE(control.Get(), nullptr);
@@ -74,47 +88,52 @@ private:
     ASSERT_EQ(container.DoVerb(OLEIVERB_INPLACEACTIVATE), S_OK);
     control->put_IsToolboxVisible(VARIANT_FALSE);
     EXPECT_EQ(control->OpenFile(Text(folder.File(name + L"_Page_1.bmp"))), S_OK);
-    std::map<std::string, ToolBarButton> buttons = ToolBarButtons(container.ControlWindow());
+    TurnPages(control.Get(), ToolBarButtons(container.ControlWindow()));
+    container.LetGo();
+  }
+
+  void TurnPages(IUnknown* control, const std::map<std::string, ToolBarButton>& buttons) {
     int page = 1;
     int step = 1;
-    for (int i = 0; i < turns; ++i) {
+    for (int i = 0; i < Turns; ++i) {
       if (page + step < 1 || page + step > Pages) step = -step;
       page += step;
       buttons.at(step > 0 ? "Next Page" : "Previous Page").Post();
-      const Shown shown(control.Get());
-      const std::ptrdiff_t own = shown.Count(ColourOf(page));
-      bool isRight = own > TurnedPageWidth * TurnedPageHeight / 2;
-      for (int one = 1; one <= Pages; ++one) {
-        isRight = isRight && shown.Count(other.ColourOf(one)) == 0 && (one == page || shown.Count(ColourOf(one)) == 0);
-      }
+      const auto shown = PagesShown(control);
+      const bool isRight = shown.size() == 1 && shown.begin()->first == ColourOf(apartment, page) &&
+                           shown.begin()->second > TurnedPageWidth * TurnedPageHeight / 2;
       if (!isRight && wrongPages++ == 0) {
-        ADD_FAILURE() << "turn " << i << ", page " << page << ": " << own << " pixels of its colour";
+        ADD_FAILURE() << "apartment " << apartment << ", life " << lives << ", turn " << i << ", page " << page << ": "
+                      << testing::PrintToString(shown);
       }
       ++turned;
     }
-    container.LetGo();
-    boxes = user.Boxes();
   }
 
   const ScratchFolder& folder;
+  int apartment;
   std::wstring name;
-  int blue;
 };
 
-TEST(Apartments, TurnTheirPagesSideBySide) {
-  constexpr int turns = 200;
+TEST(Apartments, LiveAndTurnTheirPagesSideBySide) {
+  const int lives = IsTortured() ? 1 : 4;
+  const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(TortureSeconds());
   const ScratchFolder folder;
-  PageTurner first(folder, L"first", 11);
-  PageTurner second(folder, L"second", 222);
-  std::thread one([&] { first.Run(second, turns); });
-  std::thread other([&] { second.Run(first, turns); });
-  one.join();
-  other.join();
-  for (const PageTurner* turner : {&first, &second}) {
-    EXPECT_EQ(turner->turned, turns);
+  std::vector<std::unique_ptr<PageTurner>> turners;
+  std::vector<std::thread> threads;
+  for (int i = 0; i < Apartments; ++i) turners.push_back(std::make_unique<PageTurner>(folder, i));
+  for (const auto& turner : turners) threads.emplace_back([&turner, lives, end] { turner->Run(lives, end); });
+  for (std::thread& thread : threads) thread.join();
+  int allLives = 0;
+  int allTurns = 0;
+  for (const auto& turner : turners) {
+    EXPECT_GE(turner->lives, lives);
+    EXPECT_EQ(turner->turned, turner->lives * Turns);
     EXPECT_EQ(turner->wrongPages, 0);
-    EXPECT_EQ(turner->boxes.size(), 1U) << "the list of pending work";
+    allLives += turner->lives;
+    allTurns += turner->turned;
   }
+  std::cout << allLives << " lives and " << allTurns << " pages in " << Apartments << " apartments\n";
   EXPECT_TRUE(Ocx::CanUnload());
 }
 

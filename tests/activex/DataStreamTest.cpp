@@ -50,7 +50,7 @@ public:
     if (FAILED(answer)) return answer;
     largest = std::max(largest, count);
     if (isKept) {
-      if (bytes.size() < position + wanted) bytes.resize(position + wanted);
+      if (bytes.size() < position + wanted) bytes.resize(static_cast<std::size_t>(position + wanted));
       std::copy_n(static_cast<const BYTE*>(from), wanted, bytes.begin() + static_cast<std::ptrdiff_t>(position));
     }
     position += wanted;

@@ -24,12 +24,12 @@ const SafeNames Safe = {
     "GlobalUnlock", "IID_PPV_ARGS", "ImageList_Destroy", "IntersectRect", "IsChild", "KillTimer", "PostMessageW",
     "PtInRect", "QueryInterface", "RegCloseKey", "RegOverridePredefKey", "Release", "ReleaseActCtx", "ReleaseDC",
     "SUCCEEDED", "SendMessageW", "SetCursor", "SetFocus", "SetStretchBltMode", "SetViewportOrgEx", "ShowWindow",
-    "SysFreeString", "VariantClear", "__uuidof", "begin", "copy", "end", "erase_if", "size",
+    "SysFreeString", "TlsFree", "VariantClear", "__uuidof", "__xl_f", "begin", "copy", "end", "erase_if", "size",
     // Ours.
     "Abandon", "Activation", "AreObjectsHeld", "Bars", "Close", "Context", "Detach", "Disconnect", "Extent", "Find",
-    "Free", "FreeRetired", "GoDownTo", "HandOut", "HeightOf", "IsDirty", "IsHeldByOthers", "IsNeeded", "IsUnused",
-    "Life", "Lock", "Only", "ReleaseLater", "Remove", "RunningTimers", "Shared", "Unhook", "Unknown", "Unlock",
-    "WidthOf", "Window"};
+    "Free", "FreeRetired", "GiveBack", "GoDownTo", "HandOut", "HeightOf", "IsDirty", "IsHeldByOthers", "IsNeeded",
+    "IsUnused", "Life", "Lock", "Only", "ReleaseLater", "Remove", "RunningTimers", "Shared", "Unhook", "Unknown",
+    "Unlock", "WidthOf", "Window"};
 
 const SafeNames Keywords = {"if", "for", "while", "switch", "return", "sizeof", "catch"};
 

@@ -164,7 +164,8 @@ TEST_F(HostileTiff, DictionaryOfLzmaCountsAsMemoryOfThePage) {
   ASSERT_NE(block + size, dictionary);
   dictionary[2] = 40;
   const std::uint32_t crc = Crc32({&*block, static_cast<std::size_t>(size - 4)});
-  for (unsigned i = 0; i < 4; ++i) *(block + size - 4 + i) = static_cast<std::uint8_t>(crc >> (8 * i));
+  for (unsigned i = 0; i < 4; ++i)
+    *(block + size - 4 + static_cast<std::ptrdiff_t>(i)) = static_cast<std::uint8_t>(crc >> (8 * i));
   engine.GetOptions() = {};
   EXPECT_FALSE(Loads(bytes));
   EXPECT_EQ("The picture is too large: its coding needs too much memory.", engine.LastLoadError());

@@ -8,8 +8,8 @@
 
 namespace kw::test {
 
-// Whether the address sanitizer watches every access, which takes many times as long.
-#if defined(__SANITIZE_ADDRESS__) || KW_HAS_FEATURE(address_sanitizer)
+// Whether the address or the thread sanitizer watches every access, which takes many times as long.
+#if defined(__SANITIZE_ADDRESS__) || KW_HAS_FEATURE(address_sanitizer) || KW_HAS_FEATURE(thread_sanitizer)
 constexpr bool IsWatched = true;
 #else
 constexpr bool IsWatched = false;

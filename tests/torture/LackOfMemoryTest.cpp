@@ -82,10 +82,11 @@ TEST(LackOfMemory, AFolderIsListedAsFarAsThereIsMemory) {
   WriteWhole(folder.File("two"), "2");
   const std::filesystem::path path = ToFilesystemPath(folder.Path());
   std::set<std::string> names;
-  FailEachRequest([&] { ForEachIn(path, [&](const auto& found) { names.insert(found.filename().string()); }); },
-                  [](std::int32_t) {});
+  FailEachRequest(
+      [&] { FileSystem::Current().List(path, [&](const auto& found) { names.insert(found.filename().string()); }); },
+      [](std::int32_t) {});
   EXPECT_EQ(names, (std::set<std::string>{"one name that is no short text", "two"}));
-  ForEachIn(path / "no such folder", [](const auto&) { ADD_FAILURE(); });
+  FileSystem::Current().List(path / "no such folder", [](const auto&) { ADD_FAILURE(); });
 }
 
 TEST(LackOfMemory, AFileThatCannotBeWrittenToIsNotMade) {
@@ -94,7 +95,8 @@ TEST(LackOfMemory, AFileThatCannotBeWrittenToIsNotMade) {
   FailEachRequest(
       [&] {
         OpenedFile file;
-        if (const SystemCode code = OpenSystemFile(path, FileUse::Create, file); code != 0) RaiseFileError(code);
+        if (const SystemCode code = FileSystem::Current().Open(path, FileUse::Create, file); code != 0)
+          RaiseFileError(code);
       },
       [&](std::int32_t error) {
         EXPECT_EQ(error, static_cast<std::int32_t>(ErrorNumber::OutOfMemory));

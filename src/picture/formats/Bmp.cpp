@@ -142,7 +142,7 @@ BmpHeader ReadHeader(Stream& file) {
     if (compression == AlphaBitFields) headerEnd += 16;
     if (present < headerEnd) RaiseUnreadable("The bitmap is cut short.");
   }
-  std::copy(all.begin() + FileHeaderSize, all.begin() + headerEnd, info.begin());
+  std::ranges::copy(all.subspan(FileHeaderSize, headerEnd - FileHeaderSize), info.begin());
 
   if (infoSize == CoreHeaderSize)
     ReadCoreSizes(header, info);

@@ -148,16 +148,16 @@ TEST(Files, AFolderHandsOverWhatLiesInIt) {
     EXPECT_TRUE(std::filesystem::exists(found));
     names.push_back(FromFilesystemPath(found.filename()));
   };
-  ForEachIn(path, keep);
+  FileSystem::Current().List(path, keep);
   EXPECT_EQ(names, std::vector<std::string>());
   test::WriteWhole(folder.File("inner\\a.bmp"), "a");
   test::WriteWhole(folder.File("inner\\\xC3\xA4 b"), "b");
   ASSERT_EQ(MakeFolder(path / "c"), 0);
-  ForEachIn(path, keep);
+  FileSystem::Current().List(path, keep);
   std::ranges::sort(names);
   EXPECT_EQ(names, (std::vector<std::string>{"a.bmp", "c", "\xC3\xA4 b"}));
-  ForEachIn(path / "a.bmp", keep);
-  ForEachIn(path / "missing", keep);
+  FileSystem::Current().List(path / "a.bmp", keep);
+  FileSystem::Current().List(path / "missing", keep);
   EXPECT_EQ(names.size(), 3U);
 }
 

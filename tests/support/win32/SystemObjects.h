@@ -25,11 +25,20 @@ inline int CountGdi() {
     std::uint64_t user;
   };
   constexpr std::size_t Entries = 0x10000;
-  constexpr std::size_t TableOffset = sizeof(void*) == 8 ? 0xF8 : 0x94;  // in the process's environment block
+  // In a process of 64 bits. One of 32 bits has such a block, too, and its thread knows where that of the thread is.
+  constexpr std::size_t TableOffset = 0xF8;  // in the process's environment block
+#ifdef _WIN64
   using GetBlock = const std::byte*(WINAPI*)();
   const auto getBlock = reinterpret_cast<GetBlock>(
       reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "RtlGetCurrentPeb")));
   const std::byte* const block = getBlock();
+#else
+  constexpr std::size_t ThreadOffset = 0xF70;
+  constexpr std::size_t BlockOffset = 0x60;
+  const auto* const own = reinterpret_cast<const std::byte*>(NtCurrentTeb());
+  const auto* const thread = *reinterpret_cast<const std::byte* const*>(own + ThreadOffset);
+  const auto* const block = *reinterpret_cast<const std::byte* const*>(thread + BlockOffset);
+#endif
   const Entry* const table = *reinterpret_cast<const Entry* const*>(block + TableOffset);
   return static_cast<int>(std::count_if(table, table + Entries, [](const Entry& one) { return one.type != 0; }));
 }
