@@ -103,9 +103,9 @@ std::optional<PropertyValue> ObjectProperties::Get(PropertyId property) const {
   const Objects asked = objects;  // an object may make the page forget them meanwhile
   std::optional<PropertyValue> common;
   for (const auto& object : asked) {
-    const auto value = Read(*object.Get(), property);
+    auto value = Read(*object.Get(), property);
     if (!value || (common && *common != *value)) return std::nullopt;
-    common = value;
+    common = std::move(value);
   }
   return common;
 }

@@ -28,15 +28,15 @@ HRESULT Persistence::LoadStream(IStream& stream) {
   return result;
 }
 
-void Persistence::Write(PropertyBag& bag) {
+HRESULT Persistence::Write(PropertyBag& bag) {
   core.Start();
-  core.Editor().UserControl_WriteProperties(bag);
+  return core.Editor().UserControl_WriteProperties(bag) ? S_OK : E_OUTOFMEMORY;
 }
 
 HRESULT Persistence::SaveStream(IStream& stream) {
   StreamBag bag;
-  Write(bag);
-  return bag.Save(stream);
+  const HRESULT result = Write(bag);
+  return SUCCEEDED(result) ? bag.Save(stream) : result;
 }
 
 STDMETHODIMP Persistence::GetClassID(CLSID* classId) {
@@ -73,9 +73,9 @@ STDMETHODIMP Persistence::GetSizeMax(ULARGE_INTEGER* size) {
   return AtComBoundary(core.Life(), [&] {
     if (size == nullptr) return E_POINTER;
     StreamBag bag;
-    Write(bag);
+    const HRESULT result = Write(bag);
     size->QuadPart = bag.Size();
-    return S_OK;
+    return result;
   });
 }
 
@@ -145,9 +145,10 @@ STDMETHODIMP Persistence::Save(IPropertyBag* bag, BOOL clearDirty, BOOL saveAll)
   return AtComBoundary(core.Life(), [&] {
     if (bag == nullptr) return E_POINTER;
     HostBag hostBag(*bag, saveAll != 0);
-    Write(hostBag);
-    if (SUCCEEDED(hostBag.Result()) && clearDirty != 0) core.SetDirty(false);
-    return hostBag.Result();
+    const HRESULT written = Write(hostBag);
+    const HRESULT result = SUCCEEDED(hostBag.Result()) ? written : hostBag.Result();
+    if (SUCCEEDED(result) && clearDirty != 0) core.SetDirty(false);
+    return result;
   });
 }
 

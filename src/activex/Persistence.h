@@ -39,7 +39,7 @@ private:
   enum class StorageState : unsigned char { None, Scribble, NoScribble, HandsOff };
 
   void Read(PropertyBag& bag);
-  void Write(PropertyBag& bag);
+  HRESULT Write(PropertyBag& bag);
   HRESULT LoadStream(IStream& stream);
   HRESULT SaveStream(IStream& stream);
 

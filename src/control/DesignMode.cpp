@@ -3,6 +3,7 @@
 #include <utility>
 #include <variant>
 
+#include "components/base/CopyOf.h"
 #include "control/KwEditorLayers.h"
 #include "trap/Procedure.h"
 
@@ -55,12 +56,13 @@ void KwEditorLayers::Design(PropertyId property, const PropertyValue& value) {
 
 void KwEditorLayers::KeepDesigned(PropertyId property, const PropertyValue& value) {
   const bool isLevels = property == PropertyId::MaxUndoLevels;
-  designed[property] = isLevels ? UndoLevelsOf(std::get<std::int16_t>(value)) : value;
+  PropertyValue kept = isLevels ? UndoLevelsOf(std::get<std::int16_t>(value)) : CopyOf(value);
+  designed[property] = std::move(kept);
 }
 
 KwEditorLayers::PropertyValue KwEditorLayers::Designed(PropertyId property, const PropertyValue& present) const {
   const auto found = designed.find(property);
-  return found == designed.end() || !IsPersisted(property) ? present : found->second;
+  return CopyOf(found == designed.end() || !IsPersisted(property) ? present : found->second);
 }
 
 void KwEditorLayers::LetDesigned() { LetEach(std::exchange(designed, {})); }

@@ -46,7 +46,8 @@ public:
   // of notifications follow through Root(), terminated once.
   void UserControl_Initialize();
   void UserControl_ReadProperties(PropertyBag& bag);
-  void UserControl_WriteProperties(PropertyBag& bag);
+  // False if a value is missing for lack of memory, which is reported except in design mode.
+  bool UserControl_WriteProperties(PropertyBag& bag);
   void UserControl_Terminate();
   // Whether a property is one of those that are kept.
   static bool IsPersisted(PropertyId property);

@@ -110,11 +110,14 @@ void KwEditorLayers::UserControl_ReadProperties(PropertyBag& bag) {
   }
 }
 
-void KwEditorLayers::UserControl_WriteProperties(PropertyBag& bag) {
+bool KwEditorLayers::UserControl_WriteProperties(PropertyBag& bag) {
   Procedure run(trap, "UserControl_WriteProperties");
+  bool isWhole = true;
   for (const KeptProperty& property : WriteOrder) {
-    run([&] { property.save(bag, Designed(property.id, property.get(*this))); });
+    if (run([&] { property.save(bag, Designed(property.id, property.get(*this))); })) continue;
+    if (trap.CurrentError().Number() == static_cast<std::int32_t>(ErrorNumber::OutOfMemory)) isWhole = false;
   }
+  return isWhole;
 }
 
 void KwEditorLayers::ReadDesign(PropertyBag& bag) {

@@ -55,7 +55,11 @@ void Layers::Forward(const char* procedure, const CanvasHandler& handler, const 
 TransparentPicture* Layers::NewLayer() {
   Procedure run(trap, "NewLayer");
   const auto index = static_cast<std::int32_t>(form.TransLayers.UBound()) + 1;
-  if (!run([&] { form.TransLayers.Load(index); })) return nullptr;
+  const auto load = [&] {
+    stacking.MakeRoom();
+    form.TransLayers.Load(index);
+  };
+  if (!run(load)) return nullptr;
   run([&] { form.TransLayers(index).SetLineWidth(ToInteger16(form.sldLineHeight.Value())); });
   // While an error was reported, the host may have opened another file.
   if (!form.TransLayers.IsLoaded(index)) return nullptr;

@@ -15,6 +15,8 @@ public:
   // The array m_LayerZOrder, whose positions count from 1 in the rules.
   const std::vector<std::int16_t>& Order() const { return m_LayerZOrder; }
   void Reset() { m_LayerZOrder = {1}; }
+  // After this the next Append needs no memory.
+  void MakeRoom() { m_LayerZOrder.reserve(m_LayerZOrder.size() + 1); }
   void Append(std::int16_t layer) { m_LayerZOrder.push_back(layer); }
 
   // Moves `layer` above the next layer above it, or below the next one below it, that it overlaps. False if there

@@ -56,6 +56,7 @@ InputFile::InputFile(const std::string& path) {
   const std::filesystem::path native = ToFilesystemPath(path);
   const FileSystem& files = FileSystem::Current();
   const SystemCode code = files.Open(native, FileUse::Read, file);
+  if (IsLackOfMemory(code)) RaiseFileError(code);
   FileFacts facts;
   const SystemCode unknown = code == 0 ? files.LookAt(file.get(), facts) : files.LookAt(native, facts);
   if (unknown != 0) {

@@ -4,6 +4,7 @@
 
 #include "components/controls/NumberField.h"
 #include "components/engine/KWPicEd.h"
+#include "picture/Signature.h"
 #include "tests/support/Documents.h"
 #include "tests/support/EditorFixture.h"
 #include "tests/torture/Stages.h"
@@ -78,8 +79,11 @@ void AddCommands(std::vector<Scenario>& rows) {
       PictureDocument engine;
       engine.Replace(StagePicture());
       if (std::string_view(key) == "Flip") {
-        const Effect& first = *FindEffect("HorizontalFlip");
-        engine.Apply(first, StandardValues(first));
+        for (const char* const half : {"HorizontalFlip", "VerticalFlip"}) {
+          engine.Replace(StagePicture());
+          engine.Apply(*FindEffect(half), StandardValues(*FindEffect(half)));
+          row.between["engine"].insert(Told(engine.Current()));
+        }
       } else if (const Effect* const effect = FindEffect(key)) {
         engine.Apply(*effect, StandardValues(*effect));
       }
@@ -88,6 +92,8 @@ void AddCommands(std::vector<Scenario>& rows) {
       engine.ConvertToBitsPerPixel(bits);
       row.between["engine"].insert(Told(engine.Current()));
     }
+    // The second half of the bracket shows what the engine has.
+    row.between["page"] = row.between["engine"];
   }
   for (const char* const key : {"ZoomIn", "ZoomOut", "ShowHideTools", "ShowHideBackImage", "Save", "Clear", "Paste"}) {
     rows.push_back(OfEditor("editor.command." + std::string(key), setUp,
@@ -125,9 +131,13 @@ void AddProperties(std::vector<Scenario>& rows) {
         stage.control->LetBGImage(stage.File("back.bmp"));
         stage.control->LetIsToShowBackImage(true);
       }));
+  rows.back().isSilent = true;
   rows.push_back(OfEditor(
       "editor.signature", [](EditorStage& stage) { stage.MakePicture("sign.bmp"); },
       [](EditorStage& stage) { stage.control->LetSignatureFilePath(stage.File("sign.bmp")); }));
+  rows.back().isSilent = true;
+  // It is used as it is if its paper could not be made white.
+  rows.back().between["signature"].insert(Told(SignatureInk(StagePicture())));
   rows.push_back(OfEditor(
       "editor.properties", [](EditorStage& stage) { stage.OpenLargePage(); },
       [](EditorStage& stage) {

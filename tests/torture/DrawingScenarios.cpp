@@ -37,7 +37,6 @@ void AddStrokes(std::vector<Scenario>& rows) {
         stage.Choose("NoTools");
       },
       [](EditorStage& stage) {
-        stage.DragOut(50, 50, 120, 100);
         for (const auto& [index, layer] : stage.Form().TransLayers) {
           if (index > Layers::PageLayer) layer->UserPick();
         }

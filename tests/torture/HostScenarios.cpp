@@ -43,22 +43,25 @@ void AddLife(std::vector<Scenario>& rows) {
     other.UserControl_Terminate();
     stage.result = "lived";
   }));
-  rows.push_back(OfEditor("host.load_and_save", nothing, [](EditorStage& stage) {
+  rows.push_back(OfEditor("host.load", nothing, [](EditorStage& stage) {
     RecordedBag bag;
     bag.values["MaxUndoLevels"] = "9";
     stage.control->UserControl_ReadProperties(bag);
-    stage.control->UserControl_WriteProperties(bag);
-    std::string kept;
-    for (const auto& [key, value] : bag.values) kept += key + "=" + value + " ";
-    stage.result = kept;
   }));
+  rows.push_back(OfEditor("host.save", nothing, [](EditorStage& stage) {
+    RecordedBag bag;
+    if (!stage.control->UserControl_WriteProperties(bag)) return;
+    stage.result = std::to_string(bag.values.size());
+  }));
+  // Behind a value that could not be saved, the control is disabled; that is saved, too.
+  for (int count = 0; count < 10; ++count) rows.back().between["result"].insert(std::to_string(count));
   rows.push_back(OfEditor("host.design", nothing, [](EditorStage& stage) {
     KwEditorLayers other(stage.desktop, stage.events);
     other.BeginDesign();
     other.Design(PropertyId::IsEditable, false);
     other.Design(PropertyId::MaxUndoLevels, std::int16_t{8});
     RecordedBag bag;
-    other.UserControl_WriteProperties(bag);
+    if (!other.UserControl_WriteProperties(bag)) Raise(ErrorNumber::OutOfMemory);
     other.EndDesign();
     other.UserControl_Initialize();
     other.LetDesigned();

@@ -62,7 +62,6 @@ void AddSplit(std::vector<Scenario>& rows, const std::string& extension, const s
   }
 }
 
-// The pages that the file had are whole in any case; what stands behind them may be anything until the next page.
 void AddAppending(std::vector<Scenario>& rows, const std::string& extension) {
   const std::string name = "scan." + extension;
   rows.push_back(OfLibrary(
@@ -70,6 +69,7 @@ void AddAppending(std::vector<Scenario>& rows, const std::string& extension) {
       [=](LibraryStage& stage) {
         MakePages(stage.files.File(name), 2);
         stage.document.Replace(StagePicture(31, 16));
+        stage.appended = name;
       },
       [=](LibraryStage& stage) { stage.document.Append(stage.files.File(name)); }));
 }

@@ -29,6 +29,8 @@ public:
   std::span<const std::int32_t> Errors() const { return {numbers.data(), count}; }
   // A file was refused: Load returned false, or the box "File Error" was shown.
   bool isRefused = false;
+  // The editor is disabled, as an error leaves it, even one whose report failed.
+  bool isDisabled = false;
   // An exception left the action that is neither a run-time error nor lack of memory.
   bool isForeign = false;
 
@@ -63,6 +65,8 @@ struct Scenario {
   std::function<std::unique_ptr<Stage>()> prepare;
   // What a thing may be after an action that failed, beside what it was before and what the action makes of it.
   std::map<std::string, std::set<std::string>> between{};
+  // A file that cannot be read is no error of this action, and is not told.
+  bool isSilent = false;
 };
 
 // Every scenario, the library's first.

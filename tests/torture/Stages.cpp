@@ -37,6 +37,17 @@ std::string PictureOf(const Document& document) {
   }
 }
 
+std::string PagesOf(const std::string& path) {
+  PictureDocument file;
+  std::string told;
+  file.Load(path);
+  for (int page = 1; page <= file.PageCount(); ++page) {
+    file.SelectPage(page);
+    told += PictureOf(file) + ", ";
+  }
+  return told;
+}
+
 template <class Kind>
 Scenario Row(std::string name, typename Kind::Procedure setUp, typename Kind::Procedure action) {
   const auto folder = std::make_shared<TemporaryFolder>();
@@ -106,6 +117,7 @@ void LibraryStage::Act(Outcome& outcome) {
 State LibraryStage::Look() {
   State state;
   TellFiles(files.Folder(), state);
+  if (!appended.empty()) state["file " + appended] = PagesOf(files.File(appended));
   state["pages"] = std::to_string(document.PageCount());
   state["picture"] = PictureOf(document);
   state["result"] = result;
@@ -135,6 +147,7 @@ EditorStage::~EditorStage() {
 void EditorStage::Act(Outcome& outcome) {
   result.clear();
   const auto tell = [&] {
+    outcome.isDisabled = control != nullptr && !Form().editor.Enabled();
     for (const int number : events.errors) outcome.Add(number);
     for (const ScriptedDesktop::Box& box : desktop.boxes) outcome.isRefused |= box.title == "File Error";
   };

@@ -54,6 +54,8 @@ public:
   // What an action found out, told as "result".
   std::string result;
   bool isRefused = false;
+  // A file of several pages that is told page by page: behind them its bytes may be anything.
+  std::string appended;
 
 protected:
   void Act(Outcome& outcome) override;

@@ -17,11 +17,13 @@ namespace kw {
 // The system's own error code; 0 if a call succeeded.
 using SystemCode = int;
 
-// Raises PathNotFound, PermissionDenied, DiskFull or PathFileAccessError, with the code as its system error.
+// Raises PathNotFound, PermissionDenied, DiskFull, OutOfMemory or PathFileAccessError, with the code as its system
+// error.
 [[noreturn]] void RaiseFileError(SystemCode code);
 
 // True for the code of a file or a folder that is not there, or cannot be, because no file has such a name.
 bool IsMissing(SystemCode code);
+bool IsLackOfMemory(SystemCode code);
 // True for the code of a file that is there, although it should not be.
 bool IsTaken(SystemCode code);
 

@@ -1,5 +1,6 @@
 #ifndef _WIN32
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -11,6 +12,7 @@
 #include <climits>
 #include <csignal>
 #include <limits>
+#include <memory>
 #include <string>
 #include <thread>
 #include <utility>
@@ -87,6 +89,8 @@ bool IsStillAt(int descriptor, const std::filesystem::path& path) {
   return own.identity == FactsOf(status).identity;
 }
 
+bool IsMade(FileUse use) { return use == FileUse::Create || use == FileUse::CreatePrivate; }
+
 int FlagsOf(FileUse use) {
   if (use == FileUse::Read) return O_RDONLY | O_NONBLOCK | O_CLOEXEC;
   if (use == FileUse::Change) return O_RDWR | O_NONBLOCK | O_CLOEXEC;
@@ -135,11 +139,14 @@ void RaiseFileError(SystemCode code) {
     case EDQUOT:
     case EFBIG:
       Raise(ErrorNumber::DiskFull, code);
+    case ENOMEM:
+      Raise(ErrorNumber::OutOfMemory, code);
     default:
       Raise(ErrorNumber::PathFileAccessError, code);
   }
 }
 
+bool IsLackOfMemory(SystemCode code) { return code == ENOMEM; }
 bool IsMissing(SystemCode code) { return code == ENOENT || code == ENOTDIR || code == ENAMETOOLONG; }
 bool IsTaken(SystemCode code) { return code == EEXIST; }
 
@@ -163,13 +170,17 @@ SystemCode FileSystem::Open(const Path& path, FileUse use, OpenedFile& file) con
     if (use == FileUse::Change) {
       if (const SystemCode code = LockDescriptor(opened.Get()); code != 0) return code;
       if (!IsStillAt(opened.Get(), path)) continue;
-    } else if (use != FileUse::Read) {
+    } else if (IsMade(use)) {
       flock(opened.Get(), LOCK_EX | LOCK_NB);  // shows that it is still written; see RemoveUnusedFile()
     }
     file.reset(fdopen(opened.Get(), use == FileUse::Read ? "rb" : "r+b"));
-    if (file == nullptr) return errno;
-    opened.Release();
-    return 0;
+    if (file != nullptr) {
+      opened.Release();
+      return 0;
+    }
+    const SystemCode code = errno;
+    if (IsMade(use)) unlink(path.c_str());
+    return code;
   }
 }
 
@@ -202,13 +213,16 @@ SystemCode FileSystem::RemoveUnused(const Path& path) const {
 }
 
 SystemCode FileSystem::List(const Path& folder, const std::function<void(const Path& path)>& take) const {
-  std::error_code error;
-  std::filesystem::directory_iterator entry(folder.empty() ? Path(".") : folder, error);
-  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-    std::error_code ignored;
-    if (std::filesystem::is_regular_file(entry->symlink_status(ignored))) take(entry->path());
+  // The standard library's own iterator, and its operator /, end the process or read freed memory if they get none.
+  const auto close = [](DIR* opened) { closedir(opened); };
+  const std::unique_ptr<DIR, decltype(close)> opened(opendir(folder.empty() ? "." : folder.c_str()), close);
+  if (opened == nullptr) return errno;
+  for (errno = 0; const dirent* const entry = readdir(opened.get()); errno = 0) {
+    const Path path = folder.empty() ? entry->d_name : folder.native() + "/" + entry->d_name;
+    struct stat status {};
+    if (lstat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode)) take(path);
   }
-  return error.value();
+  return errno;
 }
 
 SystemCode FileSystem::MakeFolder(const Path& path) const { return CodeOf(mkdir(path.c_str(), Permissions)); }

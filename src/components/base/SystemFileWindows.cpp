@@ -192,11 +192,15 @@ void RaiseFileError(SystemCode code) {
     case diskQuotaExceeded:
     case ERROR_FILE_TOO_LARGE:
       Raise(ErrorNumber::DiskFull, code);
+    case ERROR_NOT_ENOUGH_MEMORY:
+    case ERROR_OUTOFMEMORY:
+      Raise(ErrorNumber::OutOfMemory, code);
     default:
       Raise(ErrorNumber::PathFileAccessError, code);
   }
 }
 
+bool IsLackOfMemory(SystemCode code) { return code == ERROR_NOT_ENOUGH_MEMORY || code == ERROR_OUTOFMEMORY; }
 bool IsMissing(SystemCode code) {
   constexpr std::array<SystemCode, 6> codes{ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND,       ERROR_INVALID_NAME,
                                             ERROR_BAD_PATHNAME,   ERROR_FILENAME_EXCED_RANGE, ERROR_INVALID_DRIVE};
@@ -270,10 +274,12 @@ SystemCode FileSystem::MakeFolder(const Path& path) const { return CodeOf(Create
 SystemCode FileSystem::List(const Path& folder, const std::function<void(const Path& path)>& take) const {
   constexpr DWORD others = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT | FILE_ATTRIBUTE_DEVICE;
   WIN32_FIND_DATAW found{};
-  const Search search(FindFirstFileW(((folder.empty() ? Path(L".") : folder) / L"*").c_str(), &found));
+  const std::wstring begin =
+      folder.empty() || folder.native().ends_with(L'\\') ? folder.native() : folder.native() + L"\\";
+  const Search search(FindFirstFileW((begin + L"*").c_str(), &found));
   if (!search.IsOpen()) return LastCode();
   do {
-    if ((found.dwFileAttributes & others) == 0) take(folder / found.cFileName);
+    if ((found.dwFileAttributes & others) == 0) take(begin + found.cFileName);
   } while (FindNextFileW(search.Get(), &found) != FALSE);
   const SystemCode code = LastCode();
   return code == ERROR_NO_MORE_FILES ? 0 : code;

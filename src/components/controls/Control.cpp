@@ -116,6 +116,8 @@ Control* Control::ActiveControl() const { return Root().active; }
 
 void Control::SetContainer(Control* newContainer) {
   if (container == newContainer) return;
+  // Without the memory for it, the control stays where it is.
+  if (newContainer != nullptr) newContainer->children.push_back(this);
   if (container != nullptr) {
     if (container->view != nullptr) container->view->ChildRemoved(*this);
     // Search from the back: the newest children are removed most often.
@@ -124,7 +126,6 @@ void Control::SetContainer(Control* newContainer) {
   }
   container = newContainer;
   if (container != nullptr) {
-    container->children.push_back(this);
     mark = ++container->highestMark;
     if (container->view != nullptr) container->view->ChildAdded(*this);
   }

@@ -21,7 +21,7 @@ public:
 
   ControlArray(std::string arrayName, std::int16_t itemsOfDesign)
       : name(std::move(arrayName)), designCount(itemsOfDesign) {
-    for (std::int16_t i = 0; i < designCount; ++i) Make(i);
+    for (std::int16_t i = 0; i < designCount; ++i) items[i] = NewItem(i);
   }
 
   const std::string& Name() const { return name; }
@@ -46,12 +46,15 @@ public:
   T& Load(std::int32_t index) {
     if (index < 0 || index > HighestIndex) Raise(ErrorNumber::InvalidControlArrayIndex);
     if (IsLoaded(index)) Raise(ErrorNumber::ObjectAlreadyLoaded);
-    T& item = Make(static_cast<std::int16_t>(index));
+    // Only a whole item becomes one of the array; that needs no memory any more.
+    Items made;
+    T& item = *(made[index] = NewItem(static_cast<std::int16_t>(index)));
     const T& original = *items.at(0);
     item.LoadFrom(original);
     item.SetVisible(false);
     if (connect) connect(item);
     item.SetContainer(original.Container());
+    items.merge(made);
     return item;
   }
 
@@ -72,16 +75,18 @@ public:
   auto end() const { return items.end(); }
 
 private:
-  T& Make(std::int16_t index) {
+  using Items = std::map<std::int32_t, std::unique_ptr<T>>;
+
+  std::unique_ptr<T> NewItem(std::int16_t index) const {
     auto item = std::make_unique<T>(name);
     item->SetIndex(index);
-    return *(items[index] = std::move(item));
+    return item;
   }
 
   std::string name;
   std::int16_t designCount;
   std::function<void(T&)> connect;
-  std::map<std::int32_t, std::unique_ptr<T>> items;
+  Items items;
 };
 
 }  // namespace kw

@@ -1,5 +1,6 @@
 #include "picture/formats/GifDecoder.h"
 
+#include <cerrno>
 #include <string>
 
 #include "picture/Unreadable.h"
@@ -13,6 +14,7 @@ int ReadFile(GifFileType* codec, GifByteType* to, int count) {
 }
 
 [[noreturn]] void RaiseDamaged(int error) {
+  if (error == D_GIF_ERR_NOT_ENOUGH_MEM) Raise(ErrorNumber::OutOfMemory);
   const char* text = GifErrorString(error);
   RaiseUnreadable(std::string("The GIF data is damaged or cut short: ") + (text != nullptr ? text : "unknown error") +
                   ".");
@@ -23,8 +25,12 @@ int ReadFile(GifFileType* codec, GifByteType* to, int count) {
 GifDecoder::GifDecoder(Stream& stream) : file(stream) {
   int error = 0;
   if (!file.Seek(0)) RaiseUnreadable("The file cannot be read.");
+  errno = 0;
   codec = DGifOpen(&file, ReadFile, &error);
-  if (codec == nullptr) RaiseDamaged(error);
+  if (codec != nullptr) return;
+  // The codec calls it a missing description of the screen.
+  if (errno == ENOMEM) Raise(ErrorNumber::OutOfMemory);
+  RaiseDamaged(error);
 }
 
 void GifDecoder::GoTo(std::uint64_t place) {

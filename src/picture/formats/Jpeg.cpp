@@ -72,6 +72,10 @@ bool Trapped(Trap& trap, const Step& step) {
   return true;
 }
 
+void RequireMemory(const Trap& trap) {
+  if (trap.manager.msg_code == JERR_OUT_OF_MEMORY) Raise(ErrorNumber::OutOfMemory);
+}
+
 std::string Reason(const Trap& trap) { return std::string("The JPEG data is damaged: ") + trap.message.data() + "."; }
 
 // libjpeg's data source, from a stream.
@@ -166,6 +170,7 @@ public:
       if (!Trapped(trap, [this, &target] { jpeg_read_scanlines(&codec, &target, 1); })) break;
       if (inks) FromInks(inkRow, row);
     }
+    RequireMemory(trap);
     const std::string reason = rows == page.Height() ? "The JPEG data is cut short." : Reason(trap);
     // Data behind the last row do not matter, unless later scans would have refined the rows.
     const bool refined = jpeg_has_multiple_scans(&codec) != 0;
@@ -184,7 +189,9 @@ public:
 private:
   template <typename Step>
   void Try(const Step& step) {
-    if (!Trapped(trap, step)) RaiseUnreadable(Reason(trap));
+    if (Trapped(trap, step)) return;
+    RequireMemory(trap);
+    RaiseUnreadable(Reason(trap));
   }
 
   void FromInks(std::span<const std::uint8_t> from, std::span<std::uint8_t> to) const {
@@ -324,8 +331,9 @@ public:
 private:
   template <typename Step>
   void Try(const Step& step) {
-    if (!Trapped(trap, step))
-      RaiseUnreadable(std::string("The picture cannot be written as JPEG: ") + trap.message.data());
+    if (Trapped(trap, step)) return;
+    RequireMemory(trap);
+    RaiseUnreadable(std::string("The picture cannot be written as JPEG: ") + trap.message.data());
   }
 
   void Start(const Bitmap& picture, int quality) {

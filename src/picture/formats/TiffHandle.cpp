@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <limits>
 #include <memory>
+#include <new>
 #include <string_view>
 
 #include "picture/Unreadable.h"
@@ -29,6 +30,23 @@ toff_t SeekStream(thandle_t client, toff_t offset, int origin) {
   return stream.Seek(base + offset) ? stream.Position() : std::numeric_limits<toff_t>::max();
 }
 
+// The library has no number for it. A block that is larger than the limit is told in other words, before.
+bool TellsLackOfMemory(std::string_view text) {
+  constexpr std::array<std::string_view, 10> words = {"Out of memory",       "Not enough memory",   "No space for",
+                                                      "Failed to allocate",  "Cannot allocate",     "cannot allocate",
+                                                      "Unable to allocate",  "Insufficient memory", "malloc(",
+                                                      "Insertion in tif_map"};
+  return std::ranges::any_of(words, [text](std::string_view part) { return text.find(part) != text.npos; });
+}
+
+// libtiff does not survive that one of the small requests fails which it makes for tags: it reads behind its lists. So
+// there has to be far more memory than they need.
+void RequireRoomForTags() {
+  constexpr std::size_t enough = std::size_t{256} * 1024;
+  void* volatile room = ::operator new(enough);  // the compiler must not leave it out
+  ::operator delete(room);
+}
+
 int CloseStream(thandle_t /*client*/) { return 0; }
 
 toff_t SizeOfStream(thandle_t client) { return StreamOf(client).Size(); }
@@ -36,9 +54,11 @@ toff_t SizeOfStream(thandle_t client) { return StreamOf(client).Size(); }
 }  // namespace
 
 TiffHandle::TiffHandle(Stream& stream, Use use, std::uint64_t mostMemory) {
+  RequireRoomForTags();
   const std::unique_ptr<TIFFOpenOptions, void (*)(TIFFOpenOptions*)> options(TIFFOpenOptionsAlloc(),
                                                                              TIFFOpenOptionsFree);
-  if (options == nullptr || !stream.Seek(0)) RaiseUnreadable("The file cannot be read.");
+  if (options == nullptr) Raise(ErrorNumber::OutOfMemory);
+  if (!stream.Seek(0)) RaiseUnreadable("The file cannot be read.");
   TIFFOpenOptionsSetErrorHandlerExtR(options.get(), KeepMessage, this);
   TIFFOpenOptionsSetWarningHandlerExtR(options.get(), KeepWarning, this);
   constexpr auto most = static_cast<std::uint64_t>(std::numeric_limits<tmsize_t>::max());
@@ -56,9 +76,13 @@ TiffHandle::~TiffHandle() {
 }
 
 void TiffHandle::Require(bool good) const {
-  if (!good)
-    RaiseUnreadable(message.empty() ? "The TIFF data cannot be used."
-                                    : "The TIFF data cannot be used: " + message + ".");
+  if (good) return;
+  RequireMemory();
+  RaiseUnreadable(message.empty() ? "The TIFF data cannot be used." : "The TIFF data cannot be used: " + message + ".");
+}
+
+void TiffHandle::RequireMemory() const {
+  if (lackedMemory) Raise(ErrorNumber::OutOfMemory);
 }
 
 std::string TiffHandle::Damage() const {
@@ -68,11 +92,14 @@ std::string TiffHandle::Damage() const {
 int TiffHandle::KeepMessage(TIFF* /*codec*/, void* handle, const char* /*module*/, const char* format,
                             va_list arguments) {
   // Called from C, so it must not throw: without memory the message is lost.
+  auto& tiff = *static_cast<TiffHandle*>(handle);
   try {
-    auto& message = static_cast<TiffHandle*>(handle)->message;
     std::array<char, 256> text{};
-    if (message.empty() && std::vsnprintf(text.data(), text.size(), format, arguments) > 0) message = text.data();
+    if (!tiff.message.empty() || std::vsnprintf(text.data(), text.size(), format, arguments) <= 0) return 1;
+    tiff.lackedMemory = tiff.lackedMemory || TellsLackOfMemory(text.data());
+    tiff.message = text.data();
   } catch (...) {
+    tiff.lackedMemory = true;
   }
   return 1;
 }

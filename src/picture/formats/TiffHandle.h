@@ -23,8 +23,11 @@ public:
 
   TIFF* Get() const { return codec; }
 
-  // Raises InvalidPicture, with the library's own message, if `good` is false.
+  // Raises InvalidPicture, with the library's own message, if `good` is false; OutOfMemory if that was its reason.
   void Require(bool good) const;
+
+  // Raises OutOfMemory if the library lacked memory so far, whatever it made of it.
+  void RequireMemory() const;
 
   // The library's complaints so far, as a sentence; empty if there are none.
   std::string Damage() const;
@@ -51,6 +54,7 @@ private:
   TIFF* codec = nullptr;
   // The first error.
   std::string message;
+  bool lackedMemory = false;
 };
 
 }  // namespace kw

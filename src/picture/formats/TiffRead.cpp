@@ -384,6 +384,7 @@ Bitmap ReadTiffPage(Stream& file, std::uint64_t directory, const ReadLimits& lim
   DamageReport damage;
   Bitmap page = layout.IsIndexed() || layout.IsColour() ? SampleReader(tiff, layout, limits, damage).Read()
                                                         : ReadByLibrary(tiff, layout, limits, alpha, damage);
+  tiff.RequireMemory();
   tiff.Require(!damage.IsNothingLeft(page));
   if (alpha == Alpha::Premultiplied && page.BitsPerPixel() == 32) Straighten(page);
   warning = damage.IsWhole() ? tiff.Damage() : damage.Finish(page, tiff.Damage());
