@@ -33,6 +33,7 @@ std::wstring GivenFolder() {
 TEST(KilledOpening, DISABLED_OpensAgainAndAgain) {
   const std::wstring folder = GivenFolder();
   ASSERT_FALSE(folder.empty());
+  SetCurrentDirectoryW(folder.c_str());  // a new control traces there
   auto control = Ocx::Create();
   ASSERT_NE(control.Get(), nullptr);
   control->put_AppDir(Text(folder));
