@@ -14,11 +14,11 @@ torture_kill() {
   setup_wine
   build linux-debug test_kwpic || exit 1
   build windows-x64 test_kwpic test_activex || exit 1
-  KW_KWPIC=$root/build/linux-debug/kwpic KW_TORTURE_KILLS=$kills \
+  KW_KWPIC=$PWD/build/linux-debug/kwpic KW_TORTURE_KILLS=$kills \
     step "kwpic, $kills kills a command" "$log" build/linux-debug/tests/test_kwpic --gtest_filter='KwpicKilled.*' ||
     { what_failed "$log"; fail "a killed kwpic leaves a file that is neither old nor new; see $log"; }
   say "$(grep -h ' runs were ended' "$log")"
-  KW_KWPIC=$root/build/windows-x64/kwpic.exe KW_TORTURE_KILLS=$((windows / 5)) \
+  KW_KWPIC=$PWD/build/windows-x64/kwpic.exe KW_TORTURE_KILLS=$((windows / 5)) \
     step "kwpic.exe, $((windows / 5)) kills a command" "$log" \
     scripts/wine-alone torture build/windows-x64/tests/test_kwpic.exe --gtest_filter='KwpicKilled.*' ||
     { what_failed "$log"; fail "a killed kwpic.exe leaves a file that is neither old nor new; see $log"; }

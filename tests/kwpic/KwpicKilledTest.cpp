@@ -12,7 +12,7 @@ namespace kw {
 namespace {
 
 #ifdef _WIN32
-constexpr int Kills = 3;
+constexpr int Kills = 2;
 #else
 constexpr int Kills = test::Amount(30, 12);
 #endif

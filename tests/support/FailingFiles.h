@@ -69,8 +69,8 @@ public:
   // The first call that failed by FailFrom().
   mutable Call failed{};
   // Files that were named although bytes of them may not have been on the disk, or that were named at all.
-  std::vector<std::string> namedUnflushed;
-  std::vector<std::string> named;
+  mutable std::vector<std::string> namedUnflushed;
+  mutable std::vector<std::string> named;
 
   SystemCode LookAt(const Path& path, FileFacts& facts) const override {
     if (const SystemCode code = Fails(Call::Look, path); code != 0) return code;
@@ -136,9 +136,8 @@ public:
   }
   SystemCode PutInPlace(const Path& file, const Path& target, Existing existing, Durability durability) const override {
     if (const SystemCode code = Fails(Call::Name, target); code != 0) return code;
-    FailingFiles& log = const_cast<FailingFiles&>(*this);
-    log.named.push_back(target.filename().string());
-    if (durability == Durability::Lasting && unflushed.contains(file)) log.namedUnflushed.push_back(target.string());
+    named.push_back(target.filename().string());
+    if (durability == Durability::Lasting && unflushed.contains(file)) namedUnflushed.push_back(target.string());
     return FileSystem::PutInPlace(file, target, existing, durability);
   }
   SystemCode Append(const Path& path, std::string_view text) const override {

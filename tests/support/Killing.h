@@ -61,7 +61,7 @@ public:
       if (testing::Test::HasFailure()) break;
     }
     // It may have been quicker this time than when it was measured.
-    EXPECT_GE(killed * 4, times) << "it is hardly ever met at work";
+    EXPECT_TRUE(times < EnoughToJudge || killed * 4 >= times) << "it is hardly ever met at work";
     std::printf("%d of %d runs were ended before their end at %lld ms; %d left a temporary file\n", killed, times,
                 static_cast<long long>(duration.count() / 1000), left);
     testing::Test::RecordProperty("killed", std::to_string(killed));
@@ -69,6 +69,7 @@ public:
   }
 
 private:
+  static constexpr int EnoughToJudge = 10;
 #ifdef _WIN32
   static constexpr int Measurements = 1;  // a process takes seconds to start
 #else

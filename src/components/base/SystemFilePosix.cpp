@@ -14,7 +14,6 @@
 #include <limits>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <thread>
 #include <utility>
 

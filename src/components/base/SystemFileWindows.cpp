@@ -10,7 +10,6 @@
 #include <iterator>
 #include <limits>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
