@@ -33,5 +33,5 @@ torture_monkey() {
   build windows-x64 test_activex || exit 1
   monkeys editor 250000 $((seconds / 4)) build/linux-torture/tests/test_control '--gtest_filter=Monkey.*'
   monkeys watched 20000 $((seconds / 4)) build/linux-debug/tests/test_control '--gtest_filter=Monkey.*'
-  monkeys control 10000 $((seconds / 2)) scripts/wine-alone torture build/windows-x64/tests/test_activex.exe '--gtest_filter=OcxMonkey.*'
+  monkeys control 3000 $((seconds / 2)) scripts/wine-alone torture build/windows-x64/tests/test_activex.exe '--gtest_filter=OcxMonkey.*'
 }

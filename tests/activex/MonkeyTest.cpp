@@ -40,7 +40,7 @@ protected:
 };
 
 TEST_F(OcxMonkey, NothingItDoesBreaksTheControl) {
-  const int events = NumberFrom("KW_MONKEY_EVENTS", 1500);
+  const int events = NumberFrom("KW_MONKEY_EVENTS", 800);
   const int seed = NumberFrom("KW_MONKEY_SEED", 20261121);
   std::cout << "KW_MONKEY_SEED=" << seed << " KW_MONKEY_EVENTS=" << events << std::endl;
   for (int event = 1; event <= events; ++event) {

@@ -42,6 +42,11 @@ Holdings Holdings::operator-(const Holdings& before) const {
           .resident = resident - before.resident};
 }
 
+bool Holdings::IsNone() const {
+  return gdi == 0 && user == 0 && handles == 0 && threads == 0 && ownBytes == 0 && ownBlocks == 0 &&
+         resident <= MostResident;
+}
+
 std::ostream& operator<<(std::ostream& out, const Holdings& held) {
   return out << held.gdi << " GDI objects, " << held.user << " user objects, " << held.handles << " handles, "
              << held.threads << " threads, " << held.ownBlocks << " own blocks of " << held.ownBytes << " bytes, "
@@ -83,10 +88,9 @@ Holdings SoakTest::Told(const char* what, int steps, const Holdings& growth) {
 }
 
 void SoakTest::ExpectNoMemory(const Holdings& growth) {
-  constexpr long long Most = 1 << 20;
   EXPECT_EQ(growth.ownBytes, 0);
   EXPECT_EQ(growth.ownBlocks, 0);
-  EXPECT_LE(growth.resident, Most);
+  EXPECT_LE(growth.resident, Holdings::MostResident);
 }
 
 void SoakTest::Drag(POINT start, POINT end) const {
