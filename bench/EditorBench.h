@@ -15,6 +15,7 @@ namespace kw {
 // its canvas is painted as a window does it.
 class BenchEditor : public test::EditorTest {
 public:
+  BenchEditor() { desktop.Allow(""); }
   void TestBody() override {}
 
   KwEditorLayers& Control() { return *control; }

@@ -44,7 +44,10 @@ PictureDocument::Options FuzzedEditor::SmallLimits() {
   return small;
 }
 
-FuzzedEditor::FuzzedEditor(const PictureDocument::Options& engineOptions) : options(engineOptions) { BeginLife(false); }
+FuzzedEditor::FuzzedEditor(const PictureDocument::Options& engineOptions) : options(engineOptions) {
+  desktop.Allow("");
+  BeginLife(false);
+}
 
 FuzzedEditor::~FuzzedEditor() {
   control->UserControl_Terminate();

@@ -44,6 +44,7 @@ TEST_F(Scratch, OfAnotherInstanceIsNeverShown) {
 
 // Both hold the same pixels until one of them changes.
 TEST_F(Scratch, LayerAndEngineShareThePicture) {
+  desktop.Expect("DoPreCommandProcess");
   control->OpenFile(MakeDocument("D.tif", 2));
   const auto isShared = [this] {
     return Form().TransLayers(1).Picture().SharesPixelsWith(control->Engine().Current());
@@ -56,6 +57,7 @@ TEST_F(Scratch, LayerAndEngineShareThePicture) {
 }
 
 TEST_F(Scratch, OfTheSameSizeThatIsNoPictureIsNoticed) {
+  desktop.Expect("There is not enough memory available");
   control->OpenFile(MakeDocument("D.tif", 2));
   WhenItIsWritten(
       [&] { WriteWhole(folder.File("tmp1234.bmp"), ReadWhole(folder.File("tmp1234.bmp")).replace(0, 1, "X")); });

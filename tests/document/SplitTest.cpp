@@ -89,6 +89,7 @@ TEST_F(HinderedSplit, NoOlderPageFileIsPrintedInPlaceOfOneThatWasNotWritten) {
 }
 
 TEST_F(HinderedSplit, APageFileThatCannotBeLookedAtIsNotTheEndOfTheDocument) {
+  desktop.Expect("Critical Error: Error Number : 75");
   control->OpenFile(path);
   files.onCall = [](FailingFiles::Call call, const std::filesystem::path& asked) {
     return call == FailingFiles::Call::Look && asked.filename() == "D_Page_3.tif" ? FileTroubles[3].code : 0;
@@ -98,6 +99,8 @@ TEST_F(HinderedSplit, APageFileThatCannotBeLookedAtIsNotTheEndOfTheDocument) {
 }
 
 TEST_F(HinderedSplit, ADocumentThatCannotBeReadOnIsNotReplacedByWhitePaper) {
+  desktop.Expect("Critical Error: Error Number : 75");
+  desktop.Expect("File Error: Invalid file format..");
   files.onCall = [this, reads = 0](FailingFiles::Call call, const std::filesystem::path& asked) mutable {
     const bool isOfDocument = call == FailingFiles::Call::Read && asked.filename() == "D.tif";
     return isOfDocument && events.created.size() == 1 && ++reads > 0 ? FileTroubles[4].code : 0;
