@@ -263,6 +263,7 @@ TEST_P(WhileABoxIsUp, TheHostMayOpenAnotherDocument) {
   SavePicture(ScenePage(7), "other.bmp");
   furtherBoxes.push_back(Once(ListOfPendingWork));
   RunWith([&] { control->OpenFile(Text(scratch.File(L"other.bmp"))); }, true);
+  furtherBoxes.clear();
   EXPECT_NE(std::ranges::find(sink.events, "PageChanged(0)"), sink.events.end());
   control->put_Enabled(VARIANT_TRUE);
   EXPECT_EQ(Look().at("page"), "1");

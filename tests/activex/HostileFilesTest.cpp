@@ -70,7 +70,7 @@ TEST_F(HostileFilesTest, AreOpenedInTimeAndInLittleMemory) {
     const std::wstring path = Write(file.make());
     const double began = SecondsOfProcess();
     {
-      const BoxAnswerer user;
+      const BoxAnswerer user({Once(ListOfPendingWork), Perhaps("File Error"), Perhaps("Critical Error")});
       EXPECT_EQ(control->OpenFile(Text(path)), S_OK) << file.name;
       for (const std::string& box : user.Boxes()) {
         EXPECT_TRUE(box == "File Error: Invalid file format.." || box.find("Yet to implement") != std::string::npos ||
@@ -87,9 +87,8 @@ TEST_F(HostileFilesTest, AreOpenedInTimeAndInLittleMemory) {
   }
   EXPECT_GT(opened, 0) << "KW_HOSTILE names no file";
   // The next sound file is shown.
-  const BoxAnswerer user;
+  const BoxAnswerer user({Once(ListOfPendingWork)});
   EXPECT_EQ(control->OpenFile(Text(scratch.WriteTiff(L"good.tif", 1))), S_OK);
-  EXPECT_TRUE(std::ranges::none_of(user.Boxes(), [](const auto& box) { return box.starts_with("File Error"); }));
   container.LetGo();
   container.Forget();
 }
