@@ -145,7 +145,7 @@ void DrawStroke(benchmark::State& state) {
   for (auto _ : state) {
     editor.Canvas().MouseDown.Raise(1, 0, 5, 5);
     for (int i = 1; i < 500; ++i) {
-      editor.Canvas().MouseMove.Raise(1, 0, static_cast<float>(5 + i), static_cast<float>(5 + i / 2));
+      editor.Canvas().MouseMove.Raise(1, 0, static_cast<float>(5 + i), 5 + 0.5F * static_cast<float>(i));
       editor.Paint();
     }
     editor.Canvas().MouseUp.Raise(1, 0, 505, 255);

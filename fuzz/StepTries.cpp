@@ -141,7 +141,7 @@ private:
                                            &Form().mnuMergeDown, &Form().mnuPasteSelectedArea, &Form().mnuSelectAll};
     OneOf(entries)->UserChoose();
   }
-  void Tick() { editor.desktop.FireTimers(); }
+  void Tick() const { editor.desktop.FireTimers(); }
   void Type() {
     for (const auto& [index, layer] : Form().TransLayers) {
       if (!layer->IsTyping()) continue;
@@ -176,7 +176,7 @@ private:
   void Load() {
     if (saved.empty()) return;
     std::string state = saved;
-    const std::size_t place = Next() * 2;
+    const std::size_t place = std::size_t{2} * Next();
     const auto change = static_cast<char>(Next());
     if (place >= 8 && place < state.size()) state[place] = static_cast<char>(state[place] ^ change);
     EncodedBag bag;

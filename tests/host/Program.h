@@ -134,10 +134,21 @@ inline std::wstring PromptOf(HWND box) {
   return prompt;
 }
 
+// Whether a menu of the window's thread has dropped down.
+inline bool HasMenuUp(HWND window) {
+  HWND menu = nullptr;
+  while ((menu = FindWindowExW(nullptr, menu, L"#32768", nullptr)) != nullptr) {
+    if (GetWindowThreadProcessId(menu, nullptr) == GetWindowThreadProcessId(window, nullptr) &&
+        IsWindowVisible(menu) != 0)
+      return true;
+  }
+  return false;
+}
+
 // As the keyboard does it: opens a menu by its letter, then chooses an entry by its own.
 inline void ChooseFromMenu(HWND window, wchar_t menu, WPARAM entry) {
   PostMessageW(window, WM_SYSCOMMAND, SC_KEYMENU, menu);
-  Sleep(500);
+  for (int i = 0; i < 1000 && !HasMenuUp(window); ++i) Sleep(10);
   PostMessageW(window, WM_KEYDOWN, entry, 1);
 }
 

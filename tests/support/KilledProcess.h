@@ -26,7 +26,8 @@ namespace kw::test {
 // A program that is ended in the middle of its work, as a power cut or a user ends it: it gets no chance to tidy up.
 class KilledProcess {
 public:
-  // Starts it; what it writes is thrown away. The first argument is the program's path.
+  // Starts it; what it writes is thrown away. The first argument is the program's path. On Windows it gets no console,
+  // whose own process would outlive it.
   explicit KilledProcess(const std::vector<std::string>& arguments) {
 #ifdef _WIN32
     std::string line;
@@ -36,7 +37,7 @@ public:
     STARTUPINFOW start = {};
     start.cb = sizeof start;
     PROCESS_INFORMATION information = {};
-    if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, CREATE_NO_WINDOW, nullptr, nullptr, &start,
+    if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, DETACHED_PROCESS, nullptr, nullptr, &start,
                        &information) == FALSE) {
       ADD_FAILURE() << arguments[0] << " does not start: " << GetLastError();
       return;
@@ -46,6 +47,7 @@ public:
     number = information.dwProcessId;
 #else
     std::vector<char*> list;
+    list.reserve(arguments.size() + 1);
     for (const std::string& argument : arguments) list.push_back(const_cast<char*>(argument.c_str()));
     list.push_back(nullptr);
     posix_spawn_file_actions_t actions;

@@ -40,9 +40,8 @@ SystemCode FileSystem::Close(std::FILE* file) const {
   return std::fclose(file) == 0 ? 0 : LastWriteError();
 }
 
-FileLock::FileLock(std::filesystem::path lockPath) : path(std::move(lockPath)) {
-  isHeld = FileSystem::Current().Lock(path, handle) == 0;
-}
+FileLock::FileLock(std::filesystem::path lockPath)
+    : path(std::move(lockPath)), isHeld(FileSystem::Current().Lock(path, handle) == 0) {}
 
 FileLock::~FileLock() {
   if (isHeld) FileSystem::Current().Unlock(path, handle);

@@ -104,10 +104,11 @@ std::vector<std::uint8_t> CodedStrip(const Bitmap& picture, std::int32_t begin, 
 // Several threads code the strips of a page, which do not depend on each other; this one writes them in their order.
 class StripCoders {
 public:
-  StripCoders(const TiffHandle& page, const Bitmap& source) : tiff(page), picture(source) {
-    step = static_cast<std::int32_t>(tiff.Field(TIFFTAG_ROWSPERSTRIP, std::uint32_t{1}));
-    total = (picture.Height() + step - 1) / step;
-  }
+  StripCoders(const TiffHandle& page, const Bitmap& source)
+      : tiff(page),
+        picture(source),
+        step(static_cast<std::int32_t>(tiff.Field(TIFFTAG_ROWSPERSTRIP, std::uint32_t{1}))),
+        total((picture.Height() + step - 1) / step) {}
 
   void Run() {
     constexpr std::int32_t atOnce = 32;
@@ -136,8 +137,8 @@ private:
 
   const TiffHandle& tiff;
   const Bitmap& picture;
-  std::int32_t step = 1;
-  std::int32_t total = 0;
+  std::int32_t step;
+  std::int32_t total;
   std::mutex lock;
   std::exception_ptr failure;
 };

@@ -46,12 +46,12 @@ std::vector<HostileFile> HostileBitmaps() {
       {"bmp-largest-size", [] { return With(BmpHead(0x7FFFFFFF, 0x7FFFFFFF, 24, 0), 64); }},
       {"bmp-smallest-height", [] { return With(BmpHead(64, 0x80000000, 24, 0), 64); }},
       {"bmp-pixels-behind-the-end", [] { return With(BmpHead(64, 64, 24, 0, 0xFFFFFFFF), 64); }},
-      {"bmp-pixels-in-the-head", [] { return With(BmpHead(64, 64, 24, 0, 2), 64 * 64 * 3); }},
+      {"bmp-pixels-in-the-head", [] { return With(BmpHead(64, 64, 24, 0, 2), std::size_t{64} * 64 * 3); }},
       {"bmp-palette-behind-the-end", [] { return With(BmpHead(64, 64, 8, 0, 0x7FFFFFFF), 64); }},
       {"bmp-a-row-of-a-large-page", [] { return With(BmpHead(16000, 16000, 8, 0), 40000); }, true},
       {"bmp-runs-of-a-large-page",
        [] {
-         return Codes(BmpHead(16000, 16000, 8, 1), 16000 * 63, {255, 1});
+         return Codes(BmpHead(16000, 16000, 8, 1), std::size_t{16000} * 63, {255, 1});
        },
        true},
       {"bmp-ends-of-rows",

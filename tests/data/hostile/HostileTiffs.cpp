@@ -288,9 +288,9 @@ std::vector<HostileFile> HostileTiffs() {
        {std::pair<std::string, std::uint32_t>{"lzw", Lzw}, {"jbig", Jbig}, {"lzma", Lzma}, {"packbits", PackBits}}) {
     for (const auto& [kind, type] :
          {std::pair<std::string, std::uint32_t>{"", Long}, {"-of-no-size", 0}, {"-of-signed-size", SignedLong}}) {
-      files.push_back({"tiff-" + name + "-strips" + kind + "-share-bytes", [compression = compression, type = type] {
-                         return StripsOver(200000, 10000, compression, type);
-                       }});
+      files.push_back(
+          {std::string("tiff-").append(name).append("-strips").append(kind).append("-share-bytes"),
+           [compression = compression, type = type] { return StripsOver(200000, 10000, compression, type); }});
     }
   }
   return files;
