@@ -88,7 +88,7 @@ void AddCommands(std::vector<Scenario>& rows) {
         engine.Apply(*effect, StandardValues(*effect));
       }
       row.between["engine"].insert(Told(engine.Current()));
-      std::int16_t bits = static_cast<std::int16_t>(depth);
+      auto bits = static_cast<std::int16_t>(depth);
       engine.ConvertToBitsPerPixel(bits);
       row.between["engine"].insert(Told(engine.Current()));
     }
