@@ -104,12 +104,15 @@ extern "C" {
 __attribute__((no_sanitize("address", "undefined"))) void* malloc(std::size_t size) {
   return kw::test::IsRefused() ? nullptr : KW_SYSTEM(malloc)(size);
 }
+// The system's header has names for the arguments that only it may use.
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
 __attribute__((no_sanitize("address", "undefined"))) void* calloc(std::size_t count, std::size_t size) {
   return kw::test::IsRefused() ? nullptr : KW_SYSTEM(calloc)(count, size);
 }
 __attribute__((no_sanitize("address", "undefined"))) void* realloc(void* memory, std::size_t size) {
   return kw::test::IsRefusedTo(__builtin_return_address(0)) ? nullptr : KW_SYSTEM(realloc)(memory, size);
 }
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)
 }
 
 void* operator new(std::size_t size) { return OrThrow(Request(size)); }

@@ -51,7 +51,9 @@ std::vector<std::string> NeitherOldNorNew(const Scenario& scenario, const State&
     if (value == in(before, what) || value == in(expected, what)) continue;
     const auto between = scenario.between.find(what);
     if (between != scenario.between.end() && between->second.contains(value)) continue;
-    findings.push_back(what + " is " + value + ", was " + in(before, what) + ", ought to be " + in(expected, what));
+    std::string finding = what;
+    finding.append(" is ").append(value).append(", was ").append(in(before, what));
+    findings.push_back(finding.append(", ought to be ").append(in(expected, what)));
   }
   return findings;
 }
