@@ -36,7 +36,8 @@ bool TellsLackOfMemory(std::string_view text) {
                                                       "Failed to allocate",  "Cannot allocate",     "cannot allocate",
                                                       "Unable to allocate",  "Insufficient memory", "malloc(",
                                                       "Insertion in tif_map"};
-  return std::ranges::any_of(words, [text](std::string_view part) { return text.find(part) != std::string_view::npos; });
+  return std::ranges::any_of(words,
+                             [text](std::string_view part) { return text.find(part) != std::string_view::npos; });
 }
 
 // libtiff does not survive that one of the small requests fails which it makes for tags: it reads behind its lists. So
