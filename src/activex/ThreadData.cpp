@@ -131,6 +131,7 @@ BOOL WINAPI NotedCloseHandle(HANDLE handle) {
 extern "C" {
 
 // The threads library's own function for events of threads.
+// NOLINTNEXTLINE(bugprone-reserved-identifier): its name there
 extern const PIMAGE_TLS_CALLBACK __xl_f;
 
 // Before that one, which frees the memory of the objects.

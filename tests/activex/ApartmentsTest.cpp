@@ -121,6 +121,8 @@ TEST(Apartments, LiveAndTurnTheirPagesSideBySide) {
   const ScratchFolder folder;
   std::vector<std::unique_ptr<PageTurner>> turners;
   std::vector<std::thread> threads;
+  turners.reserve(Apartments);
+  threads.reserve(Apartments);
   for (int i = 0; i < Apartments; ++i) turners.push_back(std::make_unique<PageTurner>(folder, i));
   for (const auto& turner : turners) threads.emplace_back([&turner, lives, end] { turner->Run(lives, end); });
   for (std::thread& thread : threads) thread.join();
