@@ -50,7 +50,7 @@ std::size_t PeakMemory() {
 class HostileFilesTest : public ControlTest {
 protected:
   std::wstring Write(const std::vector<std::uint8_t>& bytes) const {
-    const std::wstring path = scratch.File(L"D.dat");
+    std::wstring path = scratch.File(L"D.dat");
     std::ofstream(std::filesystem::path(path), std::ios::binary)
         .write(reinterpret_cast<const char*>(bytes.data()), std::ssize(bytes));
     return path;

@@ -74,12 +74,12 @@ protected:
   // The spinner of the page list is turned by so many pages.
   void TurnPage(int by) const;
 
+  static constexpr int MostSeries = 3;
   std::wstring page;
   std::wstring document;
   std::wstring signature;
 
 private:
-  static constexpr int MostSeries = 3;
   static constexpr int Tenths = 10;
   static int TenthOf(int whole);
   static Holdings Told(const char* what, int steps, const Holdings& growth);
