@@ -38,7 +38,7 @@ protected:
   // What `whole` steps in the long form keep between their first and their last tenth. Each tenth is to leave the
   // editor as the one before.
   template <class Step>
-  Holdings GrowthOf(const char* what, int whole, std::vector<ExpectedBox> boxes, Step&& step) {
+  Holdings GrowthOf(const char* what, int whole, const std::vector<ExpectedBox>& boxes, Step&& step) {
     const int tenth = TenthOf(whole);
     Holdings first;
     for (int part = 0; part < Tenths; ++part) {
@@ -85,7 +85,7 @@ private:
   static Holdings Told(const char* what, int steps, const Holdings& growth);
   void Settle() const;
 
-  const OwnMemory counted;
+  OwnMemory counted;
 };
 
 }  // namespace kw::test

@@ -140,7 +140,8 @@ TEST_F(SoakTest, ShowsOfThePropertyPage) {
   });
 }
 
-BOOL WINAPI OnePrinter(DWORD, LPWSTR, DWORD, LPBYTE, DWORD, LPDWORD needed, LPDWORD count) {
+BOOL WINAPI OnePrinter(DWORD /*flags*/, LPWSTR /*name*/, DWORD /*level*/, LPBYTE /*printers*/, DWORD /*size*/,
+                       LPDWORD needed, LPDWORD count) {
   *needed = 1;
   *count = 1;
   return TRUE;
@@ -150,10 +151,10 @@ BOOL WINAPI ChooseAllPages(LPPRINTDLGW fields) {
   return TRUE;
 }
 int printedPages = 0;
-int WINAPI BeginsJob(HDC, const DOCINFOW*) { return 1; }
-int WINAPI BeginsPage(HDC) { return 1; }
-int WINAPI EndsPage(HDC) { return ++printedPages; }
-int WINAPI EndsJob(HDC) { return 1; }
+int WINAPI BeginsJob(HDC /*printer*/, const DOCINFOW* /*job*/) { return 1; }
+int WINAPI BeginsPage(HDC /*printer*/) { return 1; }
+int WINAPI EndsPage(HDC /*printer*/) { return ++printedPages; }
+int WINAPI EndsJob(HDC /*printer*/) { return 1; }
 
 TEST_F(SoakTest, PrintedPages) {
   const ImportPatch patches[] = {
