@@ -79,9 +79,9 @@ public:
 
 struct OcxAction {
   const char* name;
+  HRESULT (*act)(Place& place);
   bool isShown;
   bool isOpen;
-  HRESULT (*act)(Place& place);
   bool needsNewPlace = false;
 };
 
@@ -178,24 +178,24 @@ HRESULT Page(Place& place) {
 }
 
 constexpr OcxAction Actions[] = {
-    {"Create", false, false, &Create},
-    {"Activate", false, false, &Activate, true},
-    {"Deactivate", true, false, &Deactivate, true},
-    {"Save", false, false, &Save},
-    {"Load", false, false, &Load},
-    {"Open", true, false, &Open},
-    {"Turn", true, true, &Turn},
-    {"Flip", true, true, &Flip},
-    {"Rotate", true, true, &Rotate},
-    {"GetBitmap", false, true, &GetBitmap},
-    {"GetMetafile", false, true, &GetMetafile},
-    {"Draw", false, true, &Draw},
-    {"Accessibles", true, true, &Accessibles},
-    {"PropertyPage", true, false, &Page},
+    {"Create", &Create, false, false},
+    {"Activate", &Activate, false, false, true},
+    {"Deactivate", &Deactivate, true, false, true},
+    {"Save", &Save, false, false},
+    {"Load", &Load, false, false},
+    {"Open", &Open, true, false},
+    {"Turn", &Turn, true, true},
+    {"Flip", &Flip, true, true},
+    {"Rotate", &Rotate, true, true},
+    {"GetBitmap", &GetBitmap, false, true},
+    {"GetMetafile", &GetMetafile, false, true},
+    {"Draw", &Draw, false, true},
+    {"Accessibles", &Accessibles, true, true},
+    {"PropertyPage", &Page, true, false},
 };
 
 bool IsLackOfMemory(HRESULT result) {
-  constexpr HRESULT control = static_cast<HRESULT>(0x800A0000);
+  constexpr auto control = static_cast<HRESULT>(0x800A0000);
   for (const HRESULT number : {7, 480, 481}) {
     if (result == (control | number)) return true;
   }
