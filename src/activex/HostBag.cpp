@@ -39,9 +39,9 @@ std::int16_t HostBag::ReadInteger(const std::string& key, std::int16_t defaultVa
 std::string HostBag::ReadText(const std::string& key, const std::string& defaultValue) {
   VARIANT value;
   if (!Read(key, VT_BSTR, value)) return defaultValue;
-  std::string text = FromBstr(V_BSTR(&value));
-  VariantClear(&value);
-  return text;
+  Bstr text;
+  *text.Address() = V_BSTR(&value);
+  return FromBstr(text.Get());
 }
 
 void HostBag::WriteBoolean(const std::string& key, bool value, bool defaultValue) {
