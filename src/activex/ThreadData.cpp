@@ -38,7 +38,7 @@ SRWLOCK lock = SRWLOCK_INIT;
 Owned* newest = nullptr;
 bool isUnloading = false;
 
-// What was taken and not given back; of more than these nothing is noted.
+// What was taken and not given back, up to so many; further ones are not noted.
 template <class Thing>
 class Noted {
 public:
@@ -78,7 +78,7 @@ Owned* TakeNewest(DWORD thread) {
   return taken;
 }
 
-// One may make others, which are destroyed, too.
+// A destructor may make other objects, which are destroyed, too.
 void DestroyObjects(DWORD thread) {
   while (Owned* const owned = TakeNewest(thread)) {
     owned->destroy(owned->object);

@@ -5,8 +5,8 @@
 
 namespace kw {
 
-// A copy of a variant that may hold a text. The library's own copy constructor runs wild if the text gets no memory: it
-// destroys what was never made. This one throws std::bad_alloc.
+// A copy of a variant that may hold a text. The library's own copy constructor corrupts memory if the text gets none:
+// it destroys an object that was never made. This one throws std::bad_alloc.
 template <class... Types>
 std::variant<Types...> CopyOf(const std::variant<Types...>& original) {
   return std::visit([](auto value) { return std::variant<Types...>(std::move(value)); }, original);

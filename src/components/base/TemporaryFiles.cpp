@@ -30,7 +30,7 @@ std::string HexOf(std::uint32_t number) {
   return text;
 }
 
-// Two machines share a number hardly ever.
+// Two machines hardly ever share a number.
 std::uint32_t NumberOfMachine() {
   constexpr std::uint32_t basis = 2166136261;
   constexpr std::uint32_t prime = 16777619;

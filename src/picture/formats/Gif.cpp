@@ -10,8 +10,8 @@
 namespace kw {
 namespace {
 
-// Every page is drawn on a canvas of its own, and a few bytes make a page: what all of them take may be so many times
-// the file's size, or as much as is drawn in a few seconds.
+// Every page is drawn on a canvas of its own, and a few bytes make a page: all of them together may take so many
+// times the file's size, or so many bytes as are drawn in a few seconds.
 constexpr std::uint64_t MostTimesDrawn = 2000;
 constexpr std::uint64_t AlwaysDrawn = std::uint64_t{512} << 20U;
 
