@@ -271,8 +271,8 @@ SystemCode FileSystem::Remove(const Path& path) const { return CodeOf(DeleteFile
 SystemCode FileSystem::RemoveUnused(const Path& path) const { return Remove(path); }
 SystemCode FileSystem::MakeFolder(const Path& path) const { return CodeOf(CreateDirectoryW(path.c_str(), nullptr)); }
 
-// The library's operator / reads freed memory if it gets none. Where a path is long, one backslash more would be part of
-// a name.
+// The library's operator / reads freed memory if it gets none. Where a path is long, one backslash more would be part
+// of a name.
 SystemCode FileSystem::List(const Path& folder, const std::function<void(const Path& path)>& take) const {
   constexpr DWORD others = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT | FILE_ATTRIBUTE_DEVICE;
   std::wstring before = folder.native();
