@@ -103,19 +103,6 @@ attempt() {
   return 1
 }
 
-# unmanage PRESET PROGRAM...: without a window manager Wine waits two seconds for one at each new window, unless it is told not to.
-unmanage() {
-  # shellcheck disable=SC2154
-  local preset=$1 program run=(env "WINEPREFIX=$root/build/wine" WINEDEBUG=-all "WINEDLLOVERRIDES=mscoree,mshtml=")
-  shift
-  [ "$preset" != windows-x86 ] || run=(scripts/wine32)
-  for program in "$@"; do
-    timeout 60 "${run[@]}" wine reg add "HKCU\\Software\\Wine\\AppDefaults\\$program\\X11 Driver" /v Managed /d N /f || true
-  done
-  # What started here knows no display and would lend its own to the tests: it has to end first.
-  timeout 30 "${run[@]}" wineserver -w || true
-}
-
 # summary: what came of all tests; the last line is counts alone.
 summary() {
   say "results"

@@ -13,7 +13,6 @@ torture_memory() {
   setup_wine
   build linux-debug test_torture || exit 1
   build windows-x64 test_ocxmemory || exit 1
-  unmanage windows-x64 test_ocxmemory.exe >/dev/null 2>&1
   step "memory natively" "$log" env KW_TORTURE=all build/linux-debug/tests/test_torture --gtest_filter='*ShortOfMemory*' ||
     { what_failed "$log"; fail "lack of memory breaks something; the output is in $log"; }
   step "memory in the control" "$ocx" env KW_TORTURE=all KW_TORTURE_MINUTES="$minutes" KW_WINE_TIMEOUT=0 \
