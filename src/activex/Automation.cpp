@@ -12,10 +12,7 @@ namespace {
 
 void ToCom(bool value, VARIANT_BOOL* out) { *out = value ? VARIANT_TRUE : VARIANT_FALSE; }
 void ToCom(std::int16_t value, short* out) { *out = value; }
-void ToCom(const std::string& value, BSTR* out) {
-  *out = Bstr(value).Detach();
-  if (*out == nullptr) throw std::bad_alloc();
-}
+void ToCom(const std::string& value, BSTR* out) { *out = Bstr(value).Detach(); }
 
 template <class Value>
 Value FromCom(ComType<Value> value) {

@@ -26,8 +26,8 @@ struct Variant : VARIANT {
       V_VT(this) = VT_I2;
       V_I2(this) = *number;
     } else {
-      V_VT(this) = VT_BSTR;
       V_BSTR(this) = Bstr(std::get<types::Text>(value)).Detach();
+      V_VT(this) = VT_BSTR;
     }
   }
   Variant(const Variant&) = delete;
@@ -113,7 +113,6 @@ std::optional<PropertyValue> ObjectProperties::Get(PropertyId property) const {
 HRESULT ObjectProperties::Put(PropertyId property, const PropertyValue& value, std::string& reason) const {
   const Objects asked = objects;
   Variant passed(value);
-  if (V_VT(&passed) == VT_BSTR && V_BSTR(&passed) == nullptr) throw std::bad_alloc();
   for (const auto& object : asked) {
     const HRESULT result = Write(*object.Get(), property, passed, reason);
     if (FAILED(result)) return result;

@@ -137,7 +137,7 @@ STDMETHODIMP PropertyBrowsing::GetCategoryName(long category, LCID /*locale*/, B
                                            [category](const CategoryName& row) { return row.category == category; });
     if (found == std::end(CategoryNames)) return E_INVALIDARG;
     *name = Bstr(found->name).Detach();
-    return *name == nullptr ? E_OUTOFMEMORY : S_OK;
+    return S_OK;
   });
 }
 

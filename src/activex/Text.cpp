@@ -1,5 +1,7 @@
 #include "activex/Text.h"
 
+#include <new>
+
 #include "components/base/Unicode.h"
 
 namespace kw::activex {
@@ -15,6 +17,7 @@ std::string FromBstr(BSTR text) { return text == nullptr ? std::string() : FromW
 Bstr::Bstr(const std::string& text) {
   const std::u16string wide = Utf16FromUtf8(text);
   value = SysAllocStringLen(reinterpret_cast<const OLECHAR*>(wide.data()), static_cast<UINT>(wide.size()));
+  if (value == nullptr) throw std::bad_alloc();
 }
 
 }  // namespace kw::activex

@@ -12,10 +12,11 @@ std::string FromWide(const wchar_t* text, std::size_t length);
 // A null pointer counts as an empty text.
 std::string FromBstr(BSTR text);
 
-// An owned BSTR; null if memory ran out.
+// An owned BSTR.
 class Bstr {
 public:
   Bstr() = default;
+  // Throws std::bad_alloc: null would count as an empty text.
   explicit Bstr(const std::string& text);
   Bstr(const Bstr&) = delete;
   Bstr& operator=(const Bstr&) = delete;

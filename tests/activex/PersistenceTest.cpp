@@ -12,6 +12,7 @@
 
 #include "tests/activex/Fixture.h"
 #include "tests/activex/Sinks.h"
+#include "tests/activex/TextBag.h"
 #include "tests/support/win32/BoxAnswerer.h"
 
 namespace kw::test {
@@ -30,39 +31,6 @@ const std::vector<std::wstring> WritingOrder = {L"Enabled",
                                                 L"IsToSaveAsMultiPageFile",
                                                 L"AppDir",
                                                 L"IsToLightenBackImage"};
-
-// A host's bag that keeps everything as text, as a form file does, and records the keys.
-class TextBag final : public IPropertyBag {
-public:
-  std::map<std::wstring, std::wstring> values;
-  std::vector<std::wstring> read;
-  std::vector<std::wstring> written;
-  HRESULT writeResult = S_OK;
-
-  STDMETHODIMP QueryInterface(REFIID, void** object) override {
-    *object = nullptr;
-    return E_NOINTERFACE;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
-  STDMETHODIMP_(ULONG) Release() override { return 1; }
-  STDMETHODIMP Read(LPCOLESTR key, VARIANT* value, IErrorLog* /*log*/) override {
-    read.emplace_back(key);
-    const auto found = values.find(key);
-    if (found == values.end()) return E_INVALIDARG;
-    V_VT(value) = VT_BSTR;
-    V_BSTR(value) = SysAllocString(found->second.c_str());
-    return S_OK;
-  }
-  STDMETHODIMP Write(LPCOLESTR key, VARIANT* value) override {
-    written.emplace_back(key);
-    VARIANT text;
-    VariantInit(&text);
-    EXPECT_HRESULT_SUCCEEDED(VariantChangeTypeEx(&text, value, LOCALE_INVARIANT, VARIANT_ALPHABOOL, VT_BSTR));
-    values[key] = std::wstring(V_BSTR(&text), SysStringLen(V_BSTR(&text)));
-    VariantClear(&text);
-    return writeResult;
-  }
-};
 
 class PersistenceTest : public ControlTest {
 protected:

@@ -3,17 +3,16 @@
 
 #include <windows.h>
 
-#include <commdlg.h>
 #include <ole2.h>
 #include <oleacc.h>
 
 #include "tests/activex/EditorWindows.h"
 #include "tests/activex/GivenPage.h"
 #include "tests/activex/PageFrame.h"
+#include "tests/activex/PaperlessPrinter.h"
 #include "tests/activex/Sinks.h"
 #include "tests/activex/SoakFixture.h"
 #include "tests/support/win32/AccessibleClient.h"
-#include "tests/windows/ImportPatch.h"
 
 namespace kw::test {
 namespace {
@@ -140,36 +139,17 @@ TEST_F(SoakTest, ShowsOfThePropertyPage) {
   });
 }
 
-BOOL WINAPI OnePrinter(DWORD /*flags*/, LPWSTR /*name*/, DWORD /*level*/, LPBYTE /*printers*/, DWORD /*size*/,
-                       LPDWORD needed, LPDWORD count) {
-  *needed = 1;
-  *count = 1;
-  return TRUE;
-}
-BOOL WINAPI ChooseAllPages(LPPRINTDLGW fields) {
-  fields->hDC = CreateCompatibleDC(nullptr);
-  return TRUE;
-}
-int printedPages = 0;
-int WINAPI BeginsJob(HDC /*printer*/, const DOCINFOW* /*job*/) { return 1; }
-int WINAPI BeginsPage(HDC /*printer*/) { return 1; }
-int WINAPI EndsPage(HDC /*printer*/) { return ++printedPages; }
-int WINAPI EndsJob(HDC /*printer*/) { return 1; }
-
 TEST_F(SoakTest, PrintedPages) {
-  const ImportPatch patches[] = {
-      {Ocx::Library(), "EnumPrintersW", &OnePrinter}, {Ocx::Library(), "PrintDlgW", &ChooseAllPages},
-      {Ocx::Library(), "StartDocW", &BeginsJob},      {Ocx::Library(), "StartPage", &BeginsPage},
-      {Ocx::Library(), "EndPage", &EndsPage},         {Ocx::Library(), "EndDoc", &EndsJob}};
+  const PaperlessPrinter printer;
   {
     const BoxAnswerer user({Once(ListOfPendingWork)});
     control->OpenFile(Text(document));
   }
   constexpr int PagesOfTheDocument = 3;
   ExpectNone("three printed pages", 340, {}, [&] {
-    const int before = printedPages;
+    const int before = PaperlessPrinter::Pages();
     Press(L"Printer Setup");
-    ASSERT_EQ(printedPages, before + PagesOfTheDocument);
+    ASSERT_EQ(PaperlessPrinter::Pages(), before + PagesOfTheDocument);
   });
 }
 
