@@ -21,6 +21,9 @@ Bitmap Upright(const Bitmap& stored, Orientation orientation, const ReadLimits& 
 
   const std::int32_t width = transposed ? stored.Height() : stored.Width();
   const std::int32_t height = transposed ? stored.Width() : stored.Height();
+  RequireWorkFits(PixelMemory(stored.Width(), stored.Height(), stored.BitsPerPixel()) +
+                      PixelMemory(width, height, stored.BitsPerPixel()),
+                  limits);
   Bitmap page =
       NewPage(static_cast<std::uint64_t>(width), static_cast<std::uint64_t>(height), stored.BitsPerPixel(), limits);
   page.SetPalette({stored.Palette().begin(), stored.Palette().end()});

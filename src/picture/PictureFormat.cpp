@@ -55,6 +55,10 @@ void RequirePageFits(std::uint64_t width, std::uint64_t height, int bitsPerPixel
   }
 }
 
+void RequireWorkFits(std::uint64_t bytes, const ReadLimits& limits) {
+  if (bytes > limits.WorkMemory()) RaiseUnreadable("The picture is too large: its decoding takes too much memory.");
+}
+
 Bitmap NewPage(std::uint64_t width, std::uint64_t height, int bitsPerPixel, const ReadLimits& limits) {
   RequirePageFits(width, height, bitsPerPixel, limits);
   return {static_cast<std::int32_t>(width), static_cast<std::int32_t>(height), bitsPerPixel};

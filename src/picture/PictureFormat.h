@@ -17,7 +17,13 @@ struct ReadLimits {
   // coefficients of all scans). A tiny file can claim any number of pixels. An address space of 32 bits has to hold
   // several such pages and the host.
   std::uint64_t pageMemory = std::uint64_t{1} << (sizeof(void*) >= 8 ? 30U : 28U);
+  // The most bytes at once while a page is read: its pixels, a part or all of them in another form, and what the codec
+  // keeps.
+  std::uint64_t WorkMemory() const { return pageMemory / 16 * 23; }
 };
+
+// Raises InvalidPicture if reading a page takes so many bytes at once.
+void RequireWorkFits(std::uint64_t bytes, const ReadLimits& limits);
 
 // The most pages of a document: their numbers have 16 bits.
 constexpr std::size_t MostPages = 32767;

@@ -186,6 +186,22 @@ TEST_F(HostileTiff, PageThatIsTooLargeOnceItIsTurned) {
   EXPECT_TRUE(engine.Load(path)) << engine.LastLoadError();
 }
 
+// The page and its upright copy are there at once.
+TEST_F(HostileTiff, PageThatIsTooLargeTogetherWithItsUprightCopy) {
+  const std::string path = At("turned.tif");
+  {
+    TiffMaker maker(path);
+    maker.Page(1024, 1024, 8, 1, PHOTOMETRIC_MINISBLACK, COMPRESSION_ADOBE_DEFLATE, 64).Set(TIFFTAG_ORIENTATION, 3);
+    for (std::uint32_t y = 0; y < 1024; ++y) maker.Line(y, Bytes(1024));
+    maker.EndPage();
+  }
+  constexpr std::uint64_t pixels = 1U << 20U;
+  engine.GetOptions().reading.pageMemory = pixels + pixels / 4;
+  EXPECT_FALSE(engine.Load(path));
+  engine.GetOptions().reading.pageMemory = pixels + pixels / 2;
+  EXPECT_TRUE(engine.Load(path)) << engine.LastLoadError();
+}
+
 TEST_F(HostileTiff, TilesFarLargerThanThePage) {
   const std::string path = At("tiles.tif");
   {

@@ -78,6 +78,27 @@ void RequireTilesFit(const TiffHandle& tiff, int bitsPerPixel, const ReadLimits&
                   bitsPerPixel, limits);
 }
 
+bool NeedsWholeStrips(int compression) {
+  return compression == COMPRESSION_JBIG || compression == COMPRESSION_LERC || compression == COMPRESSION_WEBP;
+}
+
+void RequireWorkFits(const TiffHandle& tiff, const Bitmap& page, std::uint64_t bandBytes, const ReadLimits& limits) {
+  TIFF* const codec = tiff.Get();
+  const bool tiled = TIFFIsTiled(codec) != 0;
+  const std::uint64_t piece = tiled ? TIFFTileSize64(codec) : TIFFStripSize64(codec);
+  // Bounded here so that no sum overflows.
+  RequireWorkFits(piece, limits);
+  const int compression = tiff.Field(TIFFTAG_COMPRESSION, std::uint16_t{COMPRESSION_NONE});
+  std::uint64_t needed = PixelMemory(page.Width(), page.Height(), page.BitsPerPixel()) + bandBytes;
+  if (tiled || bandBytes > 0 || NeedsWholeStrips(compression)) needed += piece;
+  // Measured: WebP keeps four bytes for three samples, LERC as much; the logarithmic codecs keep numbers.
+  if (NeedsWholeStrips(compression)) needed += piece / 3 * 4;
+  if (compression == COMPRESSION_PIXARLOG || compression == COMPRESSION_SGILOG || compression == COMPRESSION_SGILOG24) {
+    needed += piece * 2;
+  }
+  RequireWorkFits(needed, limits);
+}
+
 void ForCodedPieces(const TiffHandle& tiff, std::uint64_t fileSize,
                     const std::function<void(std::span<std::uint8_t> code)>& take) {
   TIFF* const codec = tiff.Get();

@@ -22,6 +22,13 @@ void RequireBoundedPieces(const TiffHandle& tiff, std::uint64_t fileSize);
 // Raises InvalidPicture if the tiles of the selected page, which are decoded as a whole, exceed the limits of a page.
 void RequireTilesFit(const TiffHandle& tiff, int bitsPerPixel, const ReadLimits& limits);
 
+// Raises InvalidPicture if the selected page takes too much memory at once: `page`, `bandBytes` for a band of it in
+// another form (0: it is decoded line by line, if its codec can), and what the codec keeps of a strip or tile.
+void RequireWorkFits(const TiffHandle& tiff, const Bitmap& page, std::uint64_t bandBytes, const ReadLimits& limits);
+
+// Whether that compression can only be decoded a whole strip at a time.
+bool NeedsWholeStrips(int compression);
+
 // Calls take() with the coded bytes of each strip or tile of the selected page, as they are stored.
 void ForCodedPieces(const TiffHandle& tiff, std::uint64_t fileSize,
                     const std::function<void(std::span<std::uint8_t> code)>& take);

@@ -154,11 +154,12 @@ public:
   }
 
   Bitmap Read() {
+    RequireWorkFits(tiff, page, 0, limits);
     const std::uint16_t planes = layout.planar ? channels : std::uint16_t{1};
     for (std::uint16_t plane = 0; plane < planes; ++plane) {
       if (layout.tiled)
         ReadTiles(plane);
-      else if (NeedsWholeStrips())
+      else if (NeedsWholeStrips(layout.compression))
         ReadStrips(plane);
       else
         ReadLines(plane);
@@ -167,12 +168,6 @@ public:
   }
 
 private:
-  // These codecs can only decode a whole strip.
-  bool NeedsWholeStrips() const {
-    return layout.compression == COMPRESSION_JBIG || layout.compression == COMPRESSION_LERC ||
-           layout.compression == COMPRESSION_WEBP;
-  }
-
   // Indices are combined bit by bit.
   static Bitmap EmptyPage(const Layout& layout, const ReadLimits& limits) {
     const auto make = layout.IsIndexed() ? NewPage : NewUnfilledPage;
@@ -328,7 +323,7 @@ Bitmap ReadByLibrary(const TiffHandle& tiff, const Layout& layout, const ReadLim
 
   const auto bandRows = tiff.Field(layout.tiled ? TIFFTAG_TILELENGTH : TIFFTAG_ROWSPERSTRIP, layout.height);
   const std::uint32_t step = std::clamp<std::uint32_t>(bandRows, 1, layout.height);
-  RequirePageFits(layout.width, step, 32, limits);
+  RequireWorkFits(tiff, page, std::uint64_t{layout.width} * step * sizeof(std::uint32_t), limits);
   std::vector<std::uint32_t> band(std::size_t{layout.width} * step);
   for (std::uint32_t top = 0; top < layout.height;) {
     const std::uint32_t rows = std::min(step, layout.height - top);

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <string>
 
@@ -26,7 +27,10 @@ enum : std::uint32_t {
   Deflate = 8,
   PackBits = 32773,
   Jbig = 34661,
-  Lzma = 34925
+  Lerc = 34887,
+  Lzma = 34925,
+  Zstandard = 50000,
+  WebP = 50001
 };
 
 // A head, `data` at 8 and behind it the directories, each linked to the next.
@@ -166,6 +170,70 @@ HostileBytes JbigSize() {
   return file;
 }
 
+// A page of several samples, whose depths stand behind the data.
+HostileBytes SamplesPage(std::uint32_t samples, std::uint32_t photometric, Entries page, HostileBytes data) {
+  if (data.size() % 2 != 0) data.push_back(0);
+  page[2] = {258, Short, samples, static_cast<std::uint32_t>(8 + data.size())};
+  page[4].value = photometric;
+  page.push_back({277, Short, 1, samples});
+  std::ranges::sort(page, {}, &TiffEntryBytes::tag);
+  for (std::uint32_t sample = 0; sample < samples; ++sample) Add(data, 8, 2);
+  return TiffOf(data, {page});
+}
+
+HostileBytes ColourPage(std::uint32_t width, std::uint32_t height, std::uint32_t compression, const HostileBytes& data,
+                        const Entries& more = {}) {
+  Entries page = PageOf(width, height, 8, compression, data.size());
+  page.insert(page.end(), more.begin(), more.end());
+  return SamplesPage(3, 2, page, data);
+}
+
+HostileBytes InkPage(std::uint32_t width, std::uint32_t height, std::uint32_t compression, const HostileBytes& data) {
+  return SamplesPage(4, 5, PageOf(width, height, 8, compression, data.size()), data);
+}
+
+// A lossless picture of one colour, whose pixels take no bits: each of its five codes has one symbol.
+HostileBytes WebPOf(std::uint32_t width, std::uint32_t height) {
+  LowBits bits;
+  bits.Put(0x2F, 8);
+  bits.Put(width - 1, 14);
+  bits.Put(height - 1, 14);
+  bits.Put(0, 1 + 3);      // without alpha, of the first version
+  bits.Put(0, 1 + 1 + 1);  // no transform, no cache of colours, one group of codes
+  for (int code = 0; code < 5; ++code) bits.Put(0b0001, 4);
+  bits.Put(0, 16);
+  if (bits.bytes.size() % 2 != 0) bits.Put(0, 8);
+  HostileBytes data;
+  Add(data, std::string_view("RIFF"));
+  Add(data, 12 + bits.bytes.size(), 4);
+  Add(data, std::string_view("WEBPVP8L"));
+  Add(data, bits.bytes.size(), 4);
+  Add(data, bits.bytes);
+  return data;
+}
+
+// A frame that wants a window of 2 to the `windowBits` bytes, and blocks that each repeat a zero.
+HostileBytes ZstandardZeros(std::uint32_t windowBits, std::size_t blocks) {
+  HostileBytes data{0x28, 0xB5, 0x2F, 0xFD, 0, static_cast<std::uint8_t>((windowBits - 10) << 3U)};
+  constexpr std::size_t repeated = std::size_t{1} << 17U;
+  for (std::size_t block = 0; block < blocks; ++block) {
+    Add(data, repeated << 3U | 0b010U | (block + 1 == blocks ? 1U : 0U), 3);
+    data.push_back(0);
+  }
+  return data;
+}
+
+// A blob of the second version, all of whose pixels are the same byte.
+HostileBytes LercOf(std::uint32_t width, std::uint32_t height) {
+  HostileBytes data;
+  Add(data, std::string_view("Lerc2 "));
+  constexpr std::uint32_t size = 6 + 7 * 4 + 3 * 8 + 4;
+  for (const std::uint32_t field : {2U, height, width, width * height, 8U, size, 1U}) Add(data, field, 4);
+  for (int bound = 0; bound < 3; ++bound) Add(data, 0, 8);
+  Add(data, 0, 4);  // no mask
+  return data;
+}
+
 Entries With(Entries entries, const TiffEntryBytes& more) {
   entries.push_back(more);
   return entries;
@@ -265,6 +333,23 @@ std::vector<HostileFile> HostileTiffs() {
        }},
       {"tiff-lzma-dictionary", LzmaDictionary},
       {"tiff-jbig-size", JbigSize},
+      {"tiff-webp-larger-than-the-page", [] { return ColourPage(8, 8, WebP, WebPOf(16383, 16383)); }},
+      {"tiff-webp-page", [] { return ColourPage(11000, 11000, WebP, WebPOf(11000, 11000)); }, true},
+      {"tiff-webp-page-too-large", [] { return ColourPage(16383, 16383, WebP, WebPOf(16383, 16383)); }},
+      {"tiff-zstandard-window", [] { return OnePage(64, 64, 8, Zstandard, ZstandardZeros(31, 1)); }},
+      {"tiff-zstandard-page", [] { return OnePage(30000, 30000, 8, Zstandard, ZstandardZeros(27, 6867)); }, true},
+      {"tiff-lerc-larger-than-the-page", [] { return OnePage(8, 8, 8, Lerc, LercOf(30000, 30000)); }},
+      {"tiff-lerc-page", [] { return OnePage(20000, 20000, 8, Lerc, LercOf(20000, 20000)); }, true},
+      {"tiff-lerc-page-too-large", [] { return OnePage(30000, 30000, 8, Lerc, LercOf(30000, 30000)); }},
+      {"tiff-packbits-colours",
+       [] { return ColourPage(18000, 18000, PackBits, PackedZeros(18000 * (54000 / 128 + 1))); }, true},
+      {"tiff-turned-colours",
+       [] {
+         return ColourPage(12000, 12000, PackBits, PackedZeros(12000 * (36000 / 128 + 1)), {{274, Short, 1, 6}});
+       },
+       true},
+      {"tiff-inks", [] { return InkPage(11000, 11000, PackBits, PackedZeros(11000 * (44000 / 128 + 1))); }, true},
+      {"tiff-inks-too-large", [] { return InkPage(18000, 18000, PackBits, PackedZeros(1000)); }},
       {"tiff-big-directory", [] { return BigTiff(true); }},
       {"tiff-big-values", [] { return BigTiff(false); }},
       {"tiff-g4-page", [] { return OnePage(30000, 30000, 1, G4, HostileBytes(30000 / 8 + 8, 0xFF)); }, true},
