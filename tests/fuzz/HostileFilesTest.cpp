@@ -25,7 +25,7 @@ using test::HostileFile;
 
 // A sanitizer needs many times the time and several times the memory.
 constexpr double MostSeconds = test::Amount(5.0, 60.0);
-constexpr long MostKilobytes = test::Amount(1536L * 1024, 1L << 40U);
+constexpr auto MostKilobytes = test::Amount(std::int64_t{1536} * 1024, std::int64_t{1} << 40U);
 constexpr rlim_t PatienceSeconds = 120;
 
 bool IsAsked(const HostileFile& file) {
