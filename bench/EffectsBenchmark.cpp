@@ -3,11 +3,19 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
 #include <cstring>
-#include <random>
+#include <filesystem>
+#include <memory>
 #include <string>
+#include <thread>
+#include <vector>
 
-#include "picture/Depth.h"
+#include "bench/EffectPages.h"
+#include "bench/Pages.h"
+#include "picture/PictureDocument.h"
 #include "picture/effects/Effect.h"
 #include "picture/effects/ParallelRows.h"
 
@@ -16,45 +24,17 @@
 #include <opencv2/imgproc.hpp>
 #endif
 #ifdef KW_HAS_LEPTONICA
-#include <leptonica/allheaders.h>
+#include "bench/Leptonica.h"
 #endif
 
 namespace kw {
 namespace {
 
-constexpr std::int32_t Width = 2480;
-constexpr std::int32_t Height = 3508;
+constexpr std::int32_t Width = PageWidth;
+constexpr std::int32_t Height = PageHeight;
 
-// Light paper with dark marks and the noise of a scanner.
-Bitmap Page(int bitsPerPixel) {
-  Bitmap page(Width, Height, bitsPerPixel);
-  page.SetResolution(300, 300);
-  std::minstd_rand random(7);
-  for (std::int32_t y = 0; y < Height; ++y) {
-    const auto row = page.MutableRow(y);
-    if (bitsPerPixel == 1) {
-      for (std::uint8_t& byte : row)
-        byte = y % 50 < 20 && random() % 3 == 0 ? static_cast<std::uint8_t>(random()) : 255;
-    } else {
-      for (std::size_t i = 0; i < row.size(); ++i) {
-        const unsigned level = y % 50 < 20 && i / 30 % 5 < 2 ? 40U + static_cast<unsigned>(i) % 60 : 225U;
-        row[i] = static_cast<std::uint8_t>(level + static_cast<unsigned>(random()) % 24);
-      }
-    }
-  }
-  return page;
-}
-
-const Bitmap& PageOf(int bitsPerPixel) {
-  static const Bitmap colours = Page(24);
-  static const Bitmap greys = Page(8);
-  static const Bitmap bits = Page(1);
-  return bitsPerPixel == 24 ? colours : bitsPerPixel == 8 ? greys : bits;
-}
-
-void CopyPage(benchmark::State& state, int bitsPerPixel) {
-  const Bitmap& page = PageOf(bitsPerPixel);
-  const std::size_t bytes = page.Stride() * static_cast<std::size_t>(Height);
+void Copy(benchmark::State& state, const Bitmap& page) {
+  const std::size_t bytes = page.Stride() * static_cast<std::size_t>(page.Height());
   std::vector<std::uint8_t> copy(bytes);
   for (auto _ : state) {
     std::memcpy(copy.data(), page.Row(0).data(), bytes);
@@ -63,23 +43,81 @@ void CopyPage(benchmark::State& state, int bitsPerPixel) {
   }
 }
 
-void RunEffect(benchmark::State& state, const std::string& command, int bitsPerPixel) {
-  SetMostThreads(static_cast<unsigned>(state.range(0)));
-  const Effect& effect = *FindEffect(command);
+std::vector<double> Usual(const Effect& effect) {
   std::vector<double> values;
   for (const Parameter& parameter : effect.parameters) values.push_back(parameter.standard);
-  Bitmap own = PageOf(bitsPerPixel);
+  return values;
+}
+
+void RunEffect(benchmark::State& state, const Effect& effect, const std::vector<double>& values, const Bitmap& page) {
+  SetMostThreads(static_cast<unsigned>(state.range(0)));
+  Bitmap own = page;
   own.MutableRow(0);
   for (auto _ : state) {
     // An effect that works in place goes on with its own result; one that makes a new picture begins with the page.
     Bitmap picture = std::move(own);
     ApplyEffect(effect, picture, values);
     benchmark::DoNotOptimize(picture.Row(0).data());
-    const bool inPlace = picture.BitsPerPixel() == bitsPerPixel && picture.Width() == Width;
-    if (!inPlace) picture = PageOf(bitsPerPixel);
+    const bool inPlace = picture.BitsPerPixel() == page.BitsPerPixel() && picture.Width() == page.Width();
+    if (!inPlace) picture = page;
     own = std::move(picture);
   }
   SetMostThreads(0);
+}
+
+benchmark::internal::Benchmark* AddEffect(const std::string& name, const Effect& effect, std::vector<double> values,
+                                          int bits) {
+  return benchmark::RegisterBenchmark(("Effect/" + name + "/" + std::to_string(bits)).c_str(),
+                                      [&effect, values = std::move(values), bits](benchmark::State& state) {
+                                        RunEffect(state, effect, values, PageOf(bits));
+                                      })
+      ->Arg(1)
+      ->Unit(benchmark::kMillisecond)
+      ->UseRealTime();
+}
+
+void AddEffects() {
+  for (const int bits : {24, 32, 8, 4, 1}) {
+    benchmark::RegisterBenchmark(("CopyPage/" + std::to_string(bits)).c_str(), [bits](benchmark::State& state) {
+      Copy(state, PageOf(bits));
+    })->Unit(benchmark::kMillisecond);
+    for (const Effect& effect : Effects()) {
+      if (effect.procedure == nullptr) continue;
+      auto* const added = AddEffect(std::string(effect.command), effect, Usual(effect), bits);
+      // The other depths are cut into bands as this one is.
+      for (unsigned threads = 2; bits == 24 && threads <= std::min(16U, std::thread::hardware_concurrency());
+           threads *= 2) {
+        added->Arg(threads);
+      }
+    }
+  }
+  AddEffect("BlurWide", *FindEffect("Blur"), {10}, 24);
+  AddEffect("RotateFreely", *FindEffect("Rotate"), {7}, 24);
+}
+
+// Real scans: the first pages of the documents in the folder that KW_BENCH_SAMPLES names.
+void AddSamples() {
+  const char* const folder = std::getenv("KW_BENCH_SAMPLES");
+  if (folder == nullptr) return;
+  std::error_code missing;
+  for (const auto& file : std::filesystem::directory_iterator(folder, missing)) {
+    PictureDocument document;
+    if (!file.is_regular_file() || !document.Load(file.path().string())) continue;
+    const auto page = std::make_shared<const Bitmap>(document.Current());
+    const std::string name = "Sample/" + file.path().stem().string() + "/";
+    benchmark::RegisterBenchmark((name + "CopyPage").c_str(), [page](benchmark::State& state) {
+      Copy(state, *page);
+    })->Unit(benchmark::kMillisecond);
+    for (const Effect& effect : Effects()) {
+      if (effect.procedure == nullptr) continue;
+      benchmark::RegisterBenchmark(
+          (name + std::string(effect.command)).c_str(),
+          [&effect, page](benchmark::State& state) { RunEffect(state, effect, Usual(effect), *page); })
+          ->Arg(1)
+          ->Unit(benchmark::kMillisecond)
+          ->UseRealTime();
+    }
+  }
 }
 
 #ifdef KW_HAS_OPENCV
@@ -116,6 +154,21 @@ void AddOpenCv() {
   add("Blur", [](const cv::Mat& from, cv::Mat& to) {
     cv::GaussianBlur(from, to, {0, 0}, 1.5, 1.5, cv::BORDER_REPLICATE);
   });
+  add("BlurWide", [](const cv::Mat& from, cv::Mat& to) {
+    cv::GaussianBlur(from, to, {0, 0}, 10, 10, cv::BORDER_REPLICATE);
+  });
+  add("RotateFreely", [](const cv::Mat& from, cv::Mat& to) {
+    // The page that holds the rotated one, as ours makes it.
+    constexpr double radians = 7 * 3.14159265358979323846 / 180;
+    const double across = std::cos(radians);
+    const double along = std::sin(radians);
+    const cv::Size size(static_cast<int>(std::ceil(Width * across + Height * along)),
+                        static_cast<int>(std::ceil(Width * along + Height * across)));
+    cv::Mat turn = cv::getRotationMatrix2D({(Width - 1) / 2.0F, (Height - 1) / 2.0F}, -7, 1);
+    turn.at<double>(0, 2) += (size.width - Width) / 2.0;
+    turn.at<double>(1, 2) += (size.height - Height) / 2.0;
+    cv::warpAffine(from, to, turn, size, cv::INTER_LINEAR, cv::BORDER_CONSTANT, cv::Scalar(255, 255, 255));
+  });
   add("Soften", [](const cv::Mat& from, cv::Mat& to) {
     cv::GaussianBlur(from, to, {3, 3}, 0, 0, cv::BORDER_REPLICATE);
   });
@@ -146,26 +199,11 @@ void AddOpenCv() {}
 #endif
 
 #ifdef KW_HAS_LEPTONICA
-PIX* ToPix(const Bitmap& page) {
-  PIX* const pix = pixCreate(Width, Height, page.BitsPerPixel() == 24 ? 32 : page.BitsPerPixel());
-  for (std::int32_t y = 0; y < Height; ++y) {
-    for (std::int32_t x = 0; x < Width; ++x) {
-      const Rgb c = page.PixelAt(x, y);
-      if (page.BitsPerPixel() == 24) {
-        pixSetRGBPixel(pix, x, y, c.red, c.green, c.blue);
-      } else {
-        pixSetPixel(pix, x, y, page.BitsPerPixel() == 1 ? c.red == 0 : c.red);
-      }
-    }
-  }
-  return pix;
-}
-
 void AddLeptonica() {
   using Process = PIX* (*)(PIX*);
   const auto add = [](const char* name, int bits, Process process) {
     benchmark::RegisterBenchmark((std::string("Leptonica/") + name).c_str(), [=](benchmark::State& state) {
-      PIX* page = ToPix(PageOf(bits));
+      PIX* page = leptonica::ToPix(PageOf(bits));
       for (auto _ : state) {
         PIX* result = process(page);
         benchmark::DoNotOptimize(result);
@@ -179,8 +217,8 @@ void AddLeptonica() {
   add("Rotate/1", 1, [](PIX* page) { return pixRotate90(page, 1); });
   add("Dilate/1", 1, [](PIX* page) { return pixDilateBrick(nullptr, page, 3, 3); });
   add("Erode/1", 1, [](PIX* page) { return pixErodeBrick(nullptr, page, 3, 3); });
-  add("Dither/8", 8, [](PIX* page) { return pixDitherToBinary(page); });
-  add("DecreaseBpp/24", 24, [](PIX* page) { return pixMedianCutQuantGeneral(page, 0, 8, 256, 5, 1, 1); });
+  add("Dither/8", 8, leptonica::Dithered);
+  add("DecreaseBpp/24", 24, leptonica::To256Colours);
 }
 #else
 void AddLeptonica() {}
@@ -188,21 +226,8 @@ void AddLeptonica() {}
 
 // The benchmarks are made by name; this runs before main().
 const bool added = [] {
-  for (const int bits : {24, 8, 1}) {
-    benchmark::RegisterBenchmark(("CopyPage/" + std::to_string(bits)).c_str(), [bits](benchmark::State& state) {
-      CopyPage(state, bits);
-    })->Unit(benchmark::kMillisecond);
-    for (const Effect& effect : Effects()) {
-      if (effect.procedure == nullptr) continue;
-      const std::string command(effect.command);
-      benchmark::RegisterBenchmark(("Effect/" + command + "/" + std::to_string(bits)).c_str(),
-                                   [=](benchmark::State& state) { RunEffect(state, command, bits); })
-          ->Arg(1)
-          ->Arg(2)
-          ->Unit(benchmark::kMillisecond)
-          ->UseRealTime();
-    }
-  }
+  AddEffects();
+  AddSamples();
   AddOpenCv();
   AddLeptonica();
   return true;

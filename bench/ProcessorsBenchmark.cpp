@@ -3,7 +3,9 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cstdint>
+#include <thread>
 
 #include "picture/effects/ParallelRows.h"
 
@@ -26,7 +28,11 @@ void Processors(benchmark::State& state) {
   }
   SetMostThreads(0);
 }
-BENCHMARK(Processors)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(Processors)
+    ->RangeMultiplier(2)
+    ->Range(1, std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, 16))
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 
 }  // namespace
 }  // namespace kw

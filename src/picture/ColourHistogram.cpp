@@ -35,7 +35,15 @@ std::size_t ColourHistogram::BinOf(Rgb colour) {
   return BinOf(static_cast<std::uint16_t>(rgb555));
 }
 
-void ColourHistogram::Add(std::size_t bin, std::uint64_t packedSums) {
+void ColourHistogram::Add(Rgb colour, std::uint64_t times) {
+  Bin& bin = bins[BinOf(colour)];
+  bin.count += times;
+  bin.red += times * (colour.red & 7U);
+  bin.green += times * (colour.green & 7U);
+  bin.blue += times * (colour.blue & 7U);
+}
+
+void ColourHistogram::AddSums(std::size_t bin, std::uint64_t packedSums) {
   bins[bin].count += packedSums & 0xFFFFU;
   bins[bin].red += packedSums >> 16U & 0xFFFFU;
   bins[bin].green += packedSums >> 32U & 0xFFFFU;
@@ -46,7 +54,7 @@ ColourHistogram::Counter::Counter(ColourHistogram& wholeHistogram) : whole(whole
 
 void ColourHistogram::Counter::Flush(std::size_t bin) {
   const std::lock_guard lock(whole.mutex);
-  whole.Add(bin, std::exchange(packed[bin], 0));
+  whole.AddSums(bin, std::exchange(packed[bin], 0));
 }
 
 void ColourHistogram::Counter::Add(Rgb colour) {
@@ -71,7 +79,7 @@ void ColourHistogram::Counter::Add(const BinnedRow& row, std::size_t pixels) {
 void ColourHistogram::Counter::Finish() {
   const std::lock_guard lock(whole.mutex);
   for (std::size_t i = 0; i < Count; ++i) {
-    if (packed[i] != 0) whole.Add(i, std::exchange(packed[i], 0));
+    if (packed[i] != 0) whole.AddSums(i, std::exchange(packed[i], 0));
   }
 }
 

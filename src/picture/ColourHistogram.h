@@ -67,10 +67,13 @@ public:
     return upper | lower;
   }
 
+  // Counts a colour many times at once. Not while counters are at work.
+  void Add(Rgb colour, std::uint64_t times);
+
   const Bin& operator[](std::size_t bin) const { return bins[bin]; }
 
 private:
-  void Add(std::size_t bin, std::uint64_t packedSums);
+  void AddSums(std::size_t bin, std::uint64_t packedSums);
 
   std::vector<Bin> bins;
   std::mutex mutex;

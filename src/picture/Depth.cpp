@@ -183,6 +183,7 @@ void CountRows(const Bitmap& picture, std::int32_t begin, MedianCutQuantizer& qu
     Work& work = works[own];
     for (std::size_t i = next++; i < bands.size(); i = next++) {
       for (std::int32_t y = begin + bands[i].begin; y < begin + bands[i].end; ++y) {
+        if (y + 1 < begin + bands[i].end) PrefetchRow(picture.Row(y + 1).data(), 3 * width);
         work.row.Split(picture.Row(y).data(), width);
         work.counter.Add(work.row, width);
       }
@@ -199,17 +200,41 @@ void IndexRows(const Bitmap& picture, const MedianCutQuantizer& quantizer, Bitma
   const Pixels to(result);
   ParallelFor(bands.size(), [&](std::size_t i) {
     for (std::int32_t y = bands[i].begin; y < bands[i].end; ++y) {
+      if (y + 1 < bands[i].end) PrefetchRow(picture.Row(y + 1).data(), 3 * width);
       rows[i].Split(picture.Row(y).data(), width);
       quantizer.IndexRow(rows[i], to.Row(y), width);
     }
   });
 }
 
+// A picture of 8 bits whose colours are too many for fewer bits: only how often each index occurs matters.
+Bitmap ToFewerColours(const Bitmap& picture, int bitsPerPixel) {
+  std::array<Rgb, 256> colours{};
+  std::ranges::copy(picture.Palette(), colours.begin());
+  std::array<std::uint64_t, 256> counts{};
+  for (std::int32_t y = 0; y < picture.Height(); ++y) {
+    for (const std::uint8_t index : picture.Row(y)) ++counts[index];
+  }
+  MedianCutQuantizer quantizer(std::size_t{1} << static_cast<unsigned>(bitsPerPixel));
+  for (std::size_t i = 0; i < counts.size(); ++i) {
+    if (counts[i] != 0) quantizer.Count(colours[i], counts[i]);
+  }
+  quantizer.Quantize();
+  NewIndices indices{};
+  for (std::size_t i = 0; i < counts.size(); ++i) {
+    if (counts[i] != 0) indices[i] = quantizer.IndexOf(colours[i]);
+  }
+  Bitmap result = Like(picture, bitsPerPixel);
+  result.SetPalette(quantizer.Palette());
+  ChangeIndices(picture, indices, result);
+  return result;
+}
+
 Bitmap ToPalette(const Bitmap& picture, int bitsPerPixel) {
   if (picture.BitsPerPixel() == 8) {
     Bitmap result = WithOwnColours(picture, bitsPerPixel);
     if (!result.IsEmpty()) return result;
-    if (bitsPerPixel == 1) return ToBlackAndWhite(picture);
+    return bitsPerPixel == 1 ? ToBlackAndWhite(picture) : ToFewerColours(picture, bitsPerPixel);
   }
   MedianCutQuantizer quantizer(std::size_t{1} << bitsPerPixel);
   const bool isPlain = picture.BitsPerPixel() == 24;

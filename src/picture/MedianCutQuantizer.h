@@ -18,6 +18,8 @@ public:
   explicit MedianCutQuantizer(std::size_t most);
 
   void Count(Rgb colour);
+  // The same for many pixels of one colour.
+  void Count(Rgb colour, std::uint64_t times);
   // For threads that count pixels themselves. Only once IsExact() is false.
   ColourHistogram& Histogram() { return histogram; }
   void Quantize();

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <utility>
 #include <vector>
 
@@ -39,6 +40,8 @@ public:
     return scratch;
   }
 
+  void Prefetch(std::int32_t y) const { PrefetchRow(from.Row(y), (width * static_cast<std::size_t>(depth) + 7) / 8); }
+
 private:
   static std::uint8_t OnPaper(const std::uint8_t* pixel) {
     const auto mixed = [alpha = pixel[3]](unsigned value) {
@@ -68,29 +71,45 @@ Histogram HistogramOf(const Bitmap& picture) {
   const LumaRows luma(picture);
   const auto bands = CutIntoRowBands(picture.Height(), BytesOf(picture));
   const auto width = static_cast<std::size_t>(picture.Width());
-  // Four histograms in turn: neighbours are often equal, and incrementing one counter twice in a row is slow.
+  // Eight histograms in turn: neighbours are often equal, and incrementing one counter twice in a row is slow.
+  constexpr std::size_t together = 8;
   struct Work {
-    std::array<Histogram, 4> counts{};
+    std::array<std::array<std::uint32_t, 256>, together> counts{};
+    std::size_t counted = 0;
+    Histogram sum{};
     Row scratch;
+
+    void Flush() {
+      for (auto& own : counts) {
+        for (std::size_t level = 0; level < sum.size(); ++level) sum[level] += std::exchange(own[level], 0);
+      }
+      counted = 0;
+    }
   };
   std::vector<Work> works(bands.size());
   for (Work& work : works) work.scratch.resize(RoundedWidth(picture));
   ParallelFor(bands.size(), [&](std::size_t i) {
-    auto& counts = works[i].counts;
+    Work& work = works[i];
+    auto& counts = work.counts;
     for (std::int32_t y = bands[i].begin; y < bands[i].end; ++y) {
-      const std::uint8_t* const row = luma.Row(y, works[i].scratch.data());
+      const std::uint8_t* const row = luma.Row(y, work.scratch.data());
+      if (y + 1 < bands[i].end) luma.Prefetch(y + 1);
+      // Wider rows than half of what a counter holds are more than a picture can have.
+      constexpr std::size_t most = std::size_t{1} << 31U;
+      if ((work.counted += width) > most) work.Flush();
       std::size_t x = 0;
-      for (; x + 4 <= width; x += 4) {
-        for (std::size_t k = 0; k < 4; ++k) ++counts[k][row[x + k]];
+      for (; x + together <= width; x += together) {
+        std::uint64_t levels = 0;
+        std::memcpy(&levels, row + x, sizeof levels);
+        for (std::size_t k = 0; k < together; ++k) ++counts[k][levels >> (8 * k) & 255U];
       }
       for (; x < width; ++x) ++counts[0][row[x]];
     }
+    work.Flush();
   });
   Histogram sum{};
   for (const Work& work : works) {
-    for (const Histogram& counts : work.counts) {
-      for (std::size_t level = 0; level < sum.size(); ++level) sum[level] += counts[level];
-    }
+    for (std::size_t level = 0; level < sum.size(); ++level) sum[level] += work.sum[level];
   }
   return sum;
 }
@@ -148,6 +167,7 @@ void Threshold(Bitmap& picture, std::span<const double> values) {
   std::vector<Row> scratch(bands.size(), Row(RoundedWidth(picture)));
   ParallelFor(bands.size(), [&](std::size_t i) {
     for (std::int32_t y = bands[i].begin; y < bands[i].end; ++y) {
+      if (y + 1 < bands[i].end) luma.Prefetch(y + 1);
       kernels::ThresholdToBits(luma.Row(y, scratch[i].data()), to.Row(y), width, level);
     }
   });
@@ -157,34 +177,34 @@ void Threshold(Bitmap& picture, std::span<const double> values) {
 // Black and white by Floyd and Steinberg's error diffusion of the luma. Otherwise as Threshold.
 void Dither(Bitmap& picture, std::span<const double> /*values*/) {
   constexpr std::size_t together = kernels::DiffusedRows::Count;
+  constexpr std::size_t margin = kernels::DiffusedRows::Margin;
   Bitmap result = Like(picture, picture.Width(), picture.Height(), 1);
   const LumaRows luma(picture);
   const Pixels to(result);
   const auto width = static_cast<std::size_t>(picture.Width());
-  std::array<Row, together> scratch;
+  std::array<Row, together> levels;
   std::array<Row, together> shown;
-  std::array<std::vector<std::int16_t>, together + 1> errors;
+  std::vector<std::int16_t> errors(width + 2 * margin);
   kernels::DiffusedRows rows{};
   for (std::size_t i = 0; i < together; ++i) {
-    scratch[i].resize(RoundedWidth(picture));
-    shown[i].resize(RoundedWidth(picture));
-    rows.to[i] = shown[i].data();
+    levels[i].resize(RoundedWidth(picture) + 2 * margin);
+    shown[i].resize(RoundedWidth(picture) + 2 * margin);
+    rows.levels[i] = levels[i].data() + margin;
+    rows.to[i] = shown[i].data() + margin;
   }
-  for (std::size_t i = 0; i <= together; ++i) {
-    errors[i].resize(width + 2);
-    rows.errors[i] = errors[i].data();
-  }
+  rows.errors = errors.data() + margin;
   for (std::int32_t y = 0; y < picture.Height(); y += static_cast<std::int32_t>(together)) {
     // The last group may have fewer rows; the others of it are computed but not stored.
     const auto count = std::min(together, static_cast<std::size_t>(picture.Height() - y));
-    for (std::size_t i = 0; i < together; ++i) {
-      rows.levels[i] = i < count ? luma.Row(y + static_cast<std::int32_t>(i), scratch[i].data()) : scratch[i].data();
+    for (std::size_t i = 0; i < count; ++i) {
+      std::uint8_t* const own = levels[i].data() + margin;
+      const std::uint8_t* const row = luma.Row(y + static_cast<std::int32_t>(i), own);
+      if (row != own) std::memcpy(own, row, width);
     }
     kernels::Diffuse(rows, width);
     for (std::size_t i = 0; i < count; ++i) {
-      kernels::ThresholdToBits(shown[i].data(), to.Row(y + static_cast<std::int32_t>(i)), width, 128);
+      kernels::ThresholdToBits(rows.to[i], to.Row(y + static_cast<std::int32_t>(i)), width, 128);
     }
-    std::swap(rows.errors[0], rows.errors[together]);
   }
   picture = std::move(result);
 }

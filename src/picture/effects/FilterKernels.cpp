@@ -14,12 +14,16 @@ namespace kw::kernels::HWY_NAMESPACE {
 #if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
 using scalar::BlurAcross;
 using scalar::BlurDown;
+using scalar::DilateAcross;
 using scalar::DilateBits;
 using scalar::DilateBytes;
+using scalar::DilateDown;
 using scalar::Edge;
 using scalar::Emboss;
+using scalar::ErodeAcross;
 using scalar::ErodeBits;
 using scalar::ErodeBytes;
+using scalar::ErodeDown;
 using scalar::Sharpen;
 using scalar::Soften;
 #else
@@ -129,12 +133,62 @@ HWY_INLINE void Choose(const std::uint8_t* const* rows, std::uint8_t* to, std::s
   }
 }
 
+// The greatest or least value of each value and its neighbours in the row, or above and below.
+// ChooseAcross reads nothing beyond the neighbours; false if there are too few values for a vector.
+template <class Choice>
+HWY_INLINE bool ChooseAcross(const std::uint8_t* from, std::uint8_t* to, std::size_t count, std::size_t size,
+                             Choice choice) {
+  const Bytes d;
+  const std::size_t lanes = hn::Lanes(d);
+  if (count < lanes) return false;
+  const auto step = static_cast<std::ptrdiff_t>(size);
+  const auto put = [&](std::size_t i) HWY_ATTR {
+    const std::uint8_t* const at = from + i;
+    hn::StoreU(choice(choice(hn::LoadU(d, at - step), hn::LoadU(d, at + step)), hn::LoadU(d, at)), d, to + i);
+  };
+  for (std::size_t i = 0; i + lanes <= count; i += lanes) put(i);
+  put(count - lanes);
+  return true;
+}
+
+template <class Choice>
+HWY_INLINE void ChooseDown(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, Choice choice) {
+  const Bytes d;
+  for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
+    const auto two = choice(hn::LoadU(d, rows[0] + i), hn::LoadU(d, rows[1] + i));
+    hn::Store(choice(two, hn::LoadU(d, rows[2] + i)), d, to + i);
+  }
+}
+
+struct Greater {
+  HWY_INLINE hn::Vec<Bytes> operator()(hn::Vec<Bytes> a, hn::Vec<Bytes> b) const { return hn::Max(a, b); }
+};
+struct Lesser {
+  HWY_INLINE hn::Vec<Bytes> operator()(hn::Vec<Bytes> a, hn::Vec<Bytes> b) const { return hn::Min(a, b); }
+};
+
+void DilateAcross(const std::uint8_t* from, std::uint8_t* to, std::size_t count, std::size_t size) {
+  if (!ChooseAcross(from, to, count, size, Greater())) scalar::DilateAcross(from, to, count, size);
+}
+
+void ErodeAcross(const std::uint8_t* from, std::uint8_t* to, std::size_t count, std::size_t size) {
+  if (!ChooseAcross(from, to, count, size, Lesser())) scalar::ErodeAcross(from, to, count, size);
+}
+
+void DilateDown(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {
+  ChooseDown(rows, to, count, Greater());
+}
+
+void ErodeDown(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {
+  ChooseDown(rows, to, count, Lesser());
+}
+
 void DilateBytes(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
-  Choose(rows, to, count, size, [](hn::Vec<Bytes> a, hn::Vec<Bytes> b) HWY_ATTR { return hn::Max(a, b); });
+  Choose(rows, to, count, size, Greater());
 }
 
 void ErodeBytes(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
-  Choose(rows, to, count, size, [](hn::Vec<Bytes> a, hn::Vec<Bytes> b) HWY_ATTR { return hn::Min(a, b); });
+  Choose(rows, to, count, size, Lesser());
 }
 
 template <class Merge>
@@ -160,34 +214,71 @@ void ErodeBits(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t co
   MorphBits(rows, to, count, [](hn::Vec<Bytes> a, hn::Vec<Bytes> b) HWY_ATTR { return hn::And(a, b); });
 }
 
-void BlurDown(const std::uint8_t* const* rows, std::size_t margin, std::int16_t* to, std::size_t count,
-              std::span<const std::int16_t> weights) {
+// Several vectors at a time: the weights and rows are looked up for all of them once.
+template <std::size_t Count>
+HWY_INLINE void BlurDownAt(const std::uint8_t* const* rows, std::ptrdiff_t at, std::int16_t* to,
+                           std::span<const std::int16_t> weights) {
   const Words d;
   const std::size_t radius = weights.size() - 1;
-  const Word most = hn::Set(d, std::int16_t{16383});
-  for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
-    const auto at = static_cast<std::ptrdiff_t>(i) - static_cast<std::ptrdiff_t>(margin);
-    Word sum = hn::MulFixedPoint15(hn::ShiftLeft<6>(Widened(rows[radius] + at)), hn::Set(d, weights[0]));
-    for (std::size_t k = 1; k <= radius; ++k) {
-      const Word pair = hn::Add(Widened(rows[radius - k] + at), Widened(rows[radius + k] + at));
-      sum = hn::Add(sum, hn::MulFixedPoint15(hn::ShiftLeft<6>(pair), hn::Set(d, weights[k])));
-    }
-    hn::StoreU(hn::Min(sum, most), d, to + i);
+  Word sums[Count];
+  for (std::size_t v = 0; v < Count; ++v) {
+    const Word middle = Widened(rows[radius] + at + v * hn::Lanes(d));
+    sums[v] = hn::MulFixedPoint15(hn::ShiftLeft<6>(middle), hn::Set(d, weights[0]));
   }
+  for (std::size_t k = 1; k <= radius; ++k) {
+    const Word weight = hn::Set(d, weights[k]);
+    const std::uint8_t* const upper = rows[radius - k] + at;
+    const std::uint8_t* const lower = rows[radius + k] + at;
+    for (std::size_t v = 0; v < Count; ++v) {
+      const Word pair = hn::Add(Widened(upper + v * hn::Lanes(d)), Widened(lower + v * hn::Lanes(d)));
+      sums[v] = hn::Add(sums[v], hn::MulFixedPoint15(hn::ShiftLeft<6>(pair), weight));
+    }
+  }
+  for (std::size_t v = 0; v < Count; ++v) {
+    hn::StoreU(hn::Min(sums[v], hn::Set(d, std::int16_t{16383})), d, to + v * hn::Lanes(d));
+  }
+}
+
+void BlurDown(const std::uint8_t* const* rows, std::size_t margin, std::int16_t* to, std::size_t count,
+              std::span<const std::int16_t> weights) {
+  constexpr std::size_t Together = 4;
+  const std::size_t step = hn::Lanes(Words());
+  const auto before = static_cast<std::ptrdiff_t>(margin);
+  std::size_t i = 0;
+  for (; i + Together * step <= count; i += Together * step) {
+    BlurDownAt<Together>(rows, static_cast<std::ptrdiff_t>(i) - before, to + i, weights);
+  }
+  for (; i < count; i += step) BlurDownAt<1>(rows, static_cast<std::ptrdiff_t>(i) - before, to + i, weights);
+}
+
+template <std::size_t Count>
+HWY_INLINE void BlurAcrossAt(const std::int16_t* from, std::uint8_t* to, std::size_t size,
+                             std::span<const std::int16_t> weights) {
+  const Words d;
+  Word sums[Count];
+  for (std::size_t v = 0; v < Count; ++v) {
+    const Word middle = hn::MulFixedPoint15(hn::LoadU(d, from + v * hn::Lanes(d)), hn::Set(d, weights[0]));
+    sums[v] = hn::Add(middle, hn::Set(d, std::int16_t{32}));
+  }
+  for (std::size_t k = 1; k < weights.size(); ++k) {
+    const Word weight = hn::Set(d, weights[k]);
+    const std::int16_t* const left = from - k * size;
+    const std::int16_t* const right = from + k * size;
+    for (std::size_t v = 0; v < Count; ++v) {
+      const Word pair = hn::Add(hn::LoadU(d, left + v * hn::Lanes(d)), hn::LoadU(d, right + v * hn::Lanes(d)));
+      sums[v] = hn::Add(sums[v], hn::MulFixedPoint15(pair, weight));
+    }
+  }
+  for (std::size_t v = 0; v < Count; ++v) Put(hn::ShiftRight<6>(sums[v]), to + v * hn::Lanes(d));
 }
 
 void BlurAcross(const std::int16_t* from, std::uint8_t* to, std::size_t count, std::size_t size,
                 std::span<const std::int16_t> weights) {
-  const Words d;
-  for (std::size_t i = 0; i < count; i += hn::Lanes(d)) {
-    Word sum =
-        hn::Add(hn::MulFixedPoint15(hn::LoadU(d, from + i), hn::Set(d, weights[0])), hn::Set(d, std::int16_t{32}));
-    for (std::size_t k = 1; k < weights.size(); ++k) {
-      const Word pair = hn::Add(hn::LoadU(d, from + i - k * size), hn::LoadU(d, from + i + k * size));
-      sum = hn::Add(sum, hn::MulFixedPoint15(pair, hn::Set(d, weights[k])));
-    }
-    Put(hn::ShiftRight<6>(sum), to + i);
-  }
+  constexpr std::size_t Together = 4;
+  const std::size_t step = hn::Lanes(Words());
+  std::size_t i = 0;
+  for (; i + Together * step <= count; i += Together * step) BlurAcrossAt<Together>(from + i, to + i, size, weights);
+  for (; i < count; i += step) BlurAcrossAt<1>(from + i, to + i, size, weights);
 }
 #endif
 
@@ -203,6 +294,10 @@ HWY_EXPORT(Emboss);
 HWY_EXPORT(Edge);
 HWY_EXPORT(DilateBytes);
 HWY_EXPORT(ErodeBytes);
+HWY_EXPORT(DilateAcross);
+HWY_EXPORT(ErodeAcross);
+HWY_EXPORT(DilateDown);
+HWY_EXPORT(ErodeDown);
 HWY_EXPORT(DilateBits);
 HWY_EXPORT(ErodeBits);
 HWY_EXPORT(BlurDown);
@@ -232,6 +327,22 @@ void DilateBytes(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t 
 
 void ErodeBytes(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
   HWY_DYNAMIC_DISPATCH(ErodeBytes)(rows, to, count, size);
+}
+
+void DilateAcross(const std::uint8_t* from, std::uint8_t* to, std::size_t count, std::size_t size) {
+  HWY_DYNAMIC_DISPATCH(DilateAcross)(from, to, count, size);
+}
+
+void ErodeAcross(const std::uint8_t* from, std::uint8_t* to, std::size_t count, std::size_t size) {
+  HWY_DYNAMIC_DISPATCH(ErodeAcross)(from, to, count, size);
+}
+
+void DilateDown(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {
+  HWY_DYNAMIC_DISPATCH(DilateDown)(rows, to, count);
+}
+
+void ErodeDown(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {
+  HWY_DYNAMIC_DISPATCH(ErodeDown)(rows, to, count);
 }
 
 void DilateBits(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {

@@ -37,14 +37,14 @@ void ThresholdToBits(const std::uint8_t* from, std::uint8_t* to, std::size_t pix
 // Unpacks palette indices and looks up their levels, 8 pixels at a time: `to` has room for a multiple of 8.
 void UnpackLevels(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, int bitsPerPixel, const Lut& levels);
 
-// Rows of error diffusion that are interleaved, each two pixels behind the one above, because each pixel waits for the
-// one before it. Row i reads levels[i] and writes to[i], 255 for white and 0 for black. errors[i][x + 1] is the error
-// that its pixel x gets from above, in sixteenths; errors[Count] goes to the next row. Each errors[i] has pixels + 2
-// elements; the first and the last belong to no pixel.
+// Rows of error diffusion that are worked on together. levels[i] is row i, to[i] gets 255 for white and 0 for black.
+// errors[x] is what pixel x gets from the row above, in sixteenths; it becomes what the row below the last one gets. Of
+// levels, errors and to, Margin elements before the first pixel and behind the last one are read and written.
 struct DiffusedRows {
-  static constexpr std::size_t Count = 4;
+  static constexpr std::size_t Count = 16;
+  static constexpr std::size_t Margin = 64;
   std::array<const std::uint8_t*, Count> levels;
-  std::array<std::int16_t*, Count + 1> errors;
+  std::int16_t* errors;
   std::array<std::uint8_t*, Count> to;
 };
 void Diffuse(const DiffusedRows& rows, std::size_t pixels);
@@ -69,8 +69,8 @@ void Rotate90(const Area& from, const TargetArea& to, int bitsPerPixel, bool clo
               std::int32_t end);
 
 // Transposes tiles of pixels of `size` bytes: pixel (c, l) becomes pixel l of row c. `columns` and `lines` are
-// multiples of TileSide(size). With 3 bytes a pixel, each run of four pixels reads and writes 4 bytes more, which a
-// later run overwrites.
+// multiples of TileSide(size). With 3 bytes a pixel, up to TileExcess pixels more are read and written, which are
+// overwritten later.
 struct Tiles {
   const std::uint8_t* from;
   std::ptrdiff_t lineStep;
@@ -80,7 +80,30 @@ struct Tiles {
   std::ptrdiff_t rowStep;
 };
 constexpr std::int32_t TileSide(std::size_t size) { return size == 1 ? 16 : 4; }
+constexpr std::int32_t TileExcess = 6;
 void TransposeTiles(const Tiles& tiles, std::size_t size);
+
+// Places in 256ths of a pixel: floor(((step * (first + i) + start) + middle - 0.5) * 256 + 0.5). They are less than
+// 2^31 either way. `to` has room for PlacesExcess more.
+struct PlaceLine {
+  double first;
+  double step;
+  double start;
+  double middle;
+};
+constexpr std::size_t PlacesExcess = 16;
+void FindPlaces(const PlaceLine& line, std::int32_t* to, std::size_t count);
+
+// Mixes the four pixels around each place by their nearness: (sum of w * v + 32768) / 65536 with the weights
+// (256 - a)(256 - b), a(256 - b), (256 - a)b and ab. columns and lines can be read PlacesExcess further. All four
+// pixels lie in the picture, and with 3 bytes a pixel one more to the right; then a byte more is written, too.
+struct PlacedRow {
+  const std::uint8_t* base;
+  std::size_t stride;
+  const std::int32_t* columns;
+  const std::int32_t* lines;
+};
+void Interpolate(const PlacedRow& row, std::uint8_t* to, std::size_t pixels, std::size_t size);
 
 // Copies rows of `bytes` bytes with non-temporal stores. `from`, `to`, the steps and `bytes` are multiples of
 // Bitmap::RowAlignment. Other threads see the copy after FinishStreams has returned.
@@ -102,6 +125,11 @@ void ErodeBits(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t co
 // 3x3 filters. rows[0..2] can be read one pixel to either side.
 void DilateBytes(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size);
 void ErodeBytes(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size);
+// Their two halves: a row to either side, then three such rows.
+void DilateAcross(const std::uint8_t* from, std::uint8_t* to, std::size_t count, std::size_t size);
+void ErodeAcross(const std::uint8_t* from, std::uint8_t* to, std::size_t count, std::size_t size);
+void DilateDown(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count);
+void ErodeDown(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count);
 void Soften(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size);
 void Edge(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size);
 // `amount` in 256ths, 0 to 1024.

@@ -37,10 +37,35 @@ void MorphBits(Bitmap& picture, bool setBits) {
   FilterRows(picture, filter);
 }
 
+// Pixels without alpha: a row is taken with the greatest or least of its neighbours already, so that three such rows
+// make a new one. The first and the last pixel have one neighbour.
+void MorphValues(Bitmap& picture, bool light) {
+  const auto size = static_cast<std::size_t>(picture.BitsPerPixel() / 8);
+  const std::size_t count = picture.RowBytes();
+  const auto across = light ? kernels::DilateAcross : kernels::ErodeAcross;
+  RowFilter filter{1, size, 0, {}, {}};
+  filter.take = [=](const std::uint8_t* from, std::uint8_t* to) {
+    if (count > 2 * size) across(from + size, to + size, count - 2 * size, size);
+    const std::size_t last = count - size;
+    const std::size_t next = count > size ? size : 0;
+    for (std::size_t c = 0; c < size; ++c) {
+      const auto both = [light](std::uint8_t a, std::uint8_t b) { return light ? std::max(a, b) : std::min(a, b); };
+      to[c] = both(from[c], from[next + c]);
+      to[last + c] = both(from[last + c], from[last - next + c]);
+    }
+  };
+  filter.make = [=](const std::uint8_t* const* rows, std::uint8_t* to, std::uint8_t*) {
+    light ? kernels::DilateDown(rows, to, count) : kernels::ErodeDown(rows, to, count);
+  };
+  FilterRows(picture, filter);
+}
+
 void Morph(Bitmap& picture, bool light) {
   if (picture.BitsPerPixel() > 1) {
-    OnValues(picture,
-             [light](Bitmap& values) { FilterColours(values, light ? kernels::DilateBytes : kernels::ErodeBytes); });
+    OnValues(picture, [light](Bitmap& values) {
+      if (values.BitsPerPixel() != 32) return MorphValues(values, light);
+      FilterColours(values, light ? kernels::DilateBytes : kernels::ErodeBytes);
+    });
     return;
   }
   MorphBits(picture, light == (LumaOfEntry(picture, 1) >= LumaOfEntry(picture, 0)));

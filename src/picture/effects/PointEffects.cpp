@@ -60,6 +60,7 @@ void MapChannels(Bitmap& picture, const Lut& table, double gain) {
   ParallelForRows(picture.Height(), BytesOf(picture), [&](RowBand band) {
     for (std::int32_t y = band.begin; y < band.end; ++y) {
       std::uint8_t* const row = pixels.Row(y);
+      if (y + 1 < band.end) PrefetchRow(pixels.Row(y + 1), count);
       if (hasAlpha) {
         kernels::ApplyLutToColours(row, count, table);
       } else if (linear) {
@@ -198,7 +199,10 @@ void GrayScale(Bitmap& picture, std::span<const double> /*values*/) {
   const Pixels to(result);
   const auto width = static_cast<std::size_t>(picture.Width());
   ParallelForRows(picture.Height(), BytesOf(picture), [&](RowBand band) {
-    for (std::int32_t y = band.begin; y < band.end; ++y) kernels::Luma(from.Row(y), to.Row(y), width);
+    for (std::int32_t y = band.begin; y < band.end; ++y) {
+      if (y + 1 < band.end) PrefetchRow(from.Row(y + 1), 3 * width);
+      kernels::Luma(from.Row(y), to.Row(y), width);
+    }
   });
   picture = std::move(result);
 }

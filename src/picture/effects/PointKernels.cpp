@@ -15,9 +15,7 @@ namespace kw::kernels::HWY_NAMESPACE {
 using scalar::ApplyLinearMap;
 using scalar::ApplyLut;
 using scalar::ApplyLutToColours;
-using scalar::BoxDownsample2;
 using scalar::Luma;
-using scalar::MirrorBytes;
 using scalar::SplitIntoBins;
 using scalar::ThresholdToBits;
 #else
@@ -26,7 +24,6 @@ namespace hn = hwy::HWY_NAMESPACE;
 using Bytes = hn::ScalableTag<std::uint8_t>;
 using Words = hn::ScalableTag<std::uint16_t>;
 using HalfBytes = hn::Half<Bytes>;
-using Block = hn::Full128<std::uint8_t>;
 
 // A look-up table of 256 bytes in vectors of 16 entries.
 class Table {
@@ -192,99 +189,6 @@ void ThresholdToBits(const std::uint8_t* from, std::uint8_t* to, std::size_t pix
     hn::StoreMaskBits(d, hn::Eq(hn::Max(values, least), values), to + x / 8);
   }
 }
-
-// The rounded mean of 2 x 2 neighbours.
-HWY_INLINE hn::Vec<HalfBytes> MeanOfPairs(hn::Vec<Bytes> upper, hn::Vec<Bytes> lower) {
-  const Words d;
-  const hn::RebindToSigned<Words> narrow;
-  const auto low = hn::Set(d, std::uint16_t{255});
-  const auto a = hn::BitCast(d, upper);
-  const auto b = hn::BitCast(d, lower);
-  const auto sum =
-      hn::Add(hn::Add(hn::And(a, low), hn::ShiftRight<8>(a)), hn::Add(hn::And(b, low), hn::ShiftRight<8>(b)));
-  const auto mean = hn::ShiftRight<2>(hn::Add(sum, hn::Set(d, std::uint16_t{2})));
-  return hn::DemoteTo(HalfBytes(), hn::BitCast(narrow, mean));
-}
-
-void BoxDownsample2(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* to, std::size_t pixels,
-                    std::size_t size) {
-  const Bytes d;
-  const HalfBytes half;
-  const auto grey = [=](const std::size_t x) HWY_ATTR {
-    hn::StoreU(MeanOfPairs(hn::LoadU(d, upper + 2 * x), hn::LoadU(d, lower + 2 * x)), half, to + x);
-  };
-  const auto colours = [=](const std::size_t x) HWY_ATTR {
-    hn::Vec<Bytes> a[3];
-    hn::Vec<Bytes> b[3];
-    hn::LoadInterleaved3(d, upper + 6 * x, a[0], a[1], a[2]);
-    hn::LoadInterleaved3(d, lower + 6 * x, b[0], b[1], b[2]);
-    hn::StoreInterleaved3(MeanOfPairs(a[0], b[0]), MeanOfPairs(a[1], b[1]), MeanOfPairs(a[2], b[2]), half, to + 3 * x);
-  };
-  const std::size_t step = hn::Lanes(half);
-  const bool done = size == 1 ? ForVectors(pixels, step, grey) : size == 3 && ForVectors(pixels, step, colours);
-  if (!done) scalar::BoxDownsample2(upper, lower, to, pixels, size);
-}
-
-// Reverses all bytes.
-HWY_INLINE hn::Vec<Bytes> Reversed(hn::Vec<Bytes> values) {
-  const Bytes d;
-  alignas(16) static constexpr std::uint8_t Backwards[16] = {15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0};
-  return hn::ReverseBlocks(d, hn::TableLookupBytes(values, hn::LoadDup128(d, Backwards)));
-}
-
-// Reverses five pixels of three bytes; the sixteenth byte comes from `kept`.
-HWY_INLINE hn::Vec<Block> Reversed5(hn::Vec<Block> pixels, hn::Vec<Block> order, hn::Vec<Block> kept,
-                                    hn::Vec<Block> place) {
-  return hn::Or(hn::TableLookupBytesOr0(pixels, order), hn::And(kept, place));
-}
-
-// Swaps five pixels at either end until the ends meet. Each store writes one byte more, which stays as it is. The next
-// pixels are read before the store, because reading just after an overlapping store is slow.
-void MirrorTriples(std::uint8_t*& left, std::uint8_t*& right) {
-  const Block d;
-  alignas(16) static constexpr std::uint8_t FromRight[16] = {13, 14, 15, 10, 11, 12, 7, 8, 9, 4, 5, 6, 1, 2, 3, 0x80};
-  alignas(16) static constexpr std::uint8_t FromLeft[16] = {0x80, 12, 13, 14, 9, 10, 11, 6, 7, 8, 3, 4, 5, 0, 1, 2};
-  alignas(16) static constexpr std::uint8_t Last[16] = {0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0xFF};
-  alignas(16) static constexpr std::uint8_t First[16] = {0xFF};
-  constexpr std::ptrdiff_t Step = 15;
-  constexpr std::ptrdiff_t Room = 16;
-  if (right - left < 2 * Room) return;
-  auto a = hn::LoadU(d, left);
-  auto b = hn::LoadU(d, right - Room);
-  while (right - left >= 2 * Room) {
-    const auto nextA = hn::LoadU(d, left + Step);
-    const auto nextB = hn::LoadU(d, right - Room - Step);
-    hn::StoreU(Reversed5(b, hn::Load(d, FromRight), a, hn::Load(d, Last)), d, left);
-    hn::StoreU(Reversed5(a, hn::Load(d, FromLeft), b, hn::Load(d, First)), d, right - Room);
-    a = nextA;
-    b = nextB;
-    left += Step;
-    right -= Step;
-  }
-}
-
-// Swaps a vector of pixels at either end; the scalar kernel does the rest in the middle.
-void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size) {
-  const Bytes d;
-  std::uint8_t* left = row;
-  std::uint8_t* right = row + pixels * size;
-  const auto step = static_cast<std::ptrdiff_t>(hn::Lanes(d));
-  if (size == 3) MirrorTriples(left, right);
-  for (; size != 3 && right - left >= 2 * step; left += step, right -= step) {
-    std::uint8_t* const other = right - step;
-    const auto first = hn::LoadU(d, left);
-    const auto last = hn::LoadU(d, other);
-    if (size == 1) {
-      hn::StoreU(Reversed(last), d, left);
-      hn::StoreU(Reversed(first), d, other);
-    } else {
-      const hn::RepartitionToWide<hn::RepartitionToWide<Bytes> > wide;
-      hn::StoreU(hn::BitCast(d, hn::Reverse(wide, hn::BitCast(wide, last))), d, left);
-      hn::StoreU(hn::BitCast(d, hn::Reverse(wide, hn::BitCast(wide, first))), d, other);
-    }
-  }
-  scalar::MirrorBytes(left, static_cast<std::size_t>(right - left) / size, size);
-}
 #endif
 
 }  // namespace kw::kernels::HWY_NAMESPACE
@@ -299,8 +203,6 @@ HWY_EXPORT(ApplyLinearMap);
 HWY_EXPORT(Luma);
 HWY_EXPORT(ThresholdToBits);
 HWY_EXPORT(SplitIntoBins);
-HWY_EXPORT(BoxDownsample2);
-HWY_EXPORT(MirrorBytes);
 
 void ApplyLut(std::uint8_t* row, std::size_t count, const Lut& table) {
   HWY_DYNAMIC_DISPATCH(ApplyLut)(row, count, table);
@@ -326,15 +228,6 @@ void ThresholdToBits(const std::uint8_t* from, std::uint8_t* to, std::size_t pix
   HWY_DYNAMIC_DISPATCH(ThresholdToBits)(from, to, pixels, level);
   // The bits behind the pixels are invisible but would be written to files.
   if (pixels % 8 != 0) to[pixels / 8] = static_cast<std::uint8_t>(to[pixels / 8] & 0xFF00U >> pixels % 8);
-}
-
-void BoxDownsample2(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* to, std::size_t pixels,
-                    std::size_t size) {
-  HWY_DYNAMIC_DISPATCH(BoxDownsample2)(upper, lower, to, pixels, size);
-}
-
-void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size) {
-  HWY_DYNAMIC_DISPATCH(MirrorBytes)(row, pixels, size);
 }
 
 }  // namespace kw::kernels

@@ -96,6 +96,10 @@ void Downsample2(const Bitmap& picture, Bitmap& result) {
   const auto size = static_cast<std::size_t>(picture.BitsPerPixel() / 8);
   ParallelForRows(result.Height(), BytesOf(picture), [&](RowBand band) {
     for (std::int32_t y = band.begin; y < band.end; ++y) {
+      if (y + 1 < band.end) {
+        PrefetchRow(from.Row(2 * y + 2), picture.RowBytes());
+        PrefetchRow(from.Row(2 * y + 3), picture.RowBytes());
+      }
       kernels::BoxDownsample2(from.Row(2 * y), from.Row(2 * y + 1), to.Row(y), width, size);
     }
   });

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <numbers>
 #include <utility>
+#include <vector>
 
 #include "components/base/RunTimeError.h"
 #include "picture/effects/Effect.h"
@@ -20,6 +21,7 @@ void HorizontalFlip(Bitmap& picture, std::span<const double> /*values*/) {
   const int depth = picture.BitsPerPixel();
   ParallelForRows(picture.Height(), BytesOf(picture), [&](RowBand band) {
     for (std::int32_t y = band.begin; y < band.end; ++y) {
+      if (y + 1 < band.end) PrefetchRow(pixels.Row(y + 1), picture.RowBytes());
       if (depth < 8) {
         kernels::MirrorPacked(pixels.Row(y), width, depth);
       } else {
@@ -35,6 +37,10 @@ void VerticalFlip(Bitmap& picture, std::span<const double> /*values*/) {
   const std::int32_t last = picture.Height() - 1;
   ParallelForRows(picture.Height() / 2, BytesOf(picture), [&](RowBand band) {
     for (std::int32_t y = band.begin; y < band.end; ++y) {
+      if (y + 1 < band.end) {
+        PrefetchRow(pixels.Row(y + 1), count);
+        PrefetchRow(pixels.Row(last - y - 1), count);
+      }
       std::swap_ranges(pixels.Row(y), pixels.Row(y) + count, pixels.Row(last - y));
     }
   });
@@ -78,21 +84,66 @@ public:
         paper(size == 4 ? 0 : 255),
         slant(direction) {}
 
-  void Row(std::int32_t y, std::uint8_t* to) const {
+  // The places of a row's pixels in the picture, in 256ths.
+  struct Places {
+    explicit Places(const Bitmap& rotated)
+        : columns(static_cast<std::size_t>(rotated.Width()) + kernels::PlacesExcess), lines(columns.size()) {}
+    std::vector<std::int32_t> columns;
+    std::vector<std::int32_t> lines;
+  };
+
+  void Row(std::int32_t y, std::uint8_t* to, Places& places) const {
     const double down = y + 0.5 - rotatedHeight / 2.0;
-    for (std::int32_t x = 0; x < rotatedWidth; ++x, to += size) {
-      const double right = x + 0.5 - rotatedWidth / 2.0;
-      Blend(In256ths(slant.cosine * right + slant.sine * down + width / 2.0 - 0.5),
-            In256ths(slant.cosine * down - slant.sine * right + height / 2.0 - 0.5), to);
-    }
+    // Places of a longer side do not fit into 32 bits.
+    constexpr std::int32_t longSide = 1 << 22;
+    if (std::max({width, height, rotatedWidth, rotatedHeight}) > longSide) return LongRow(down, to);
+    const double first = 0.5 - rotatedWidth / 2.0;
+    const auto count = static_cast<std::size_t>(rotatedWidth);
+    kernels::FindPlaces({first, slant.cosine, slant.sine * down, width / 2.0}, places.columns.data(), count);
+    kernels::FindPlaces({first, -slant.sine, slant.cosine * down, height / 2.0}, places.lines.data(), count);
+    const auto touches = [&](std::size_t x) {
+      return IsWithin(places.columns[x] >> 8, -1, width) && IsWithin(places.lines[x] >> 8, -1, height);
+    };
+    // The kernel reads a pixel more to the right and may write a byte behind its pixels.
+    const auto isInside = [&](std::size_t x) {
+      return IsWithin(places.columns[x] >> 8, 0, width - 2) && IsWithin(places.lines[x] >> 8, 0, height - 1);
+    };
+    // What touches the picture is one run, and what lies inside it, too.
+    std::size_t begin = 0;
+    std::size_t end = count;
+    while (begin < end && !touches(begin)) ++begin;
+    while (begin < end && !touches(end - 1)) --end;
+    std::size_t inside = begin;
+    while (inside < end && !isInside(inside)) ++inside;
+    std::size_t edge = std::min(end, count - 1);
+    while (inside < edge && !isInside(edge - 1)) --edge;
+    edge = std::max(inside, edge);
+    const auto blend = [&](std::size_t x) { Blend(places.columns[x], places.lines[x], to + x * size); };
+    std::fill_n(to, begin * size, paper);
+    for (std::size_t x = begin; x < inside; ++x) blend(x);
+    kernels::Interpolate({pixels.base, pixels.stride, places.columns.data() + inside, places.lines.data() + inside},
+                         to + inside * size, edge - inside, size);
+    for (std::size_t x = edge; x < end; ++x) blend(x);
+    std::fill_n(to + end * size, (count - end) * size, paper);
   }
 
 private:
-  static std::int64_t In256ths(double place) { return static_cast<std::int64_t>(std::floor(place * 256 + 0.5)); }
+  void LongRow(double down, std::uint8_t* to) const {
+    const auto in256ths = [](double place) { return static_cast<std::int64_t>(std::floor(place * 256 + 0.5)); };
+    for (std::int32_t x = 0; x < rotatedWidth; ++x, to += size) {
+      const double right = x + 0.5 - rotatedWidth / 2.0;
+      Blend(in256ths(slant.cosine * right + slant.sine * down + width / 2.0 - 0.5),
+            in256ths(slant.cosine * down - slant.sine * right + height / 2.0 - 0.5), to);
+    }
+  }
+
+  static bool IsWithin(std::int64_t value, std::int64_t begin, std::int64_t end) {
+    return value >= begin && value < end;
+  }
 
   // The pixel (x, y) of the picture, nullptr outside.
   const std::uint8_t* At(std::int64_t x, std::int64_t y) const {
-    if (x < 0 || y < 0 || x >= width || y >= height) return nullptr;
+    if (!IsWithin(x, 0, width) || !IsWithin(y, 0, height)) return nullptr;
     return pixels.Row(static_cast<std::int32_t>(y)) + static_cast<std::size_t>(x) * size;
   }
 
@@ -118,7 +169,7 @@ private:
   std::int32_t rotatedWidth;
   std::int32_t rotatedHeight;
   std::size_t size;
-  std::uint32_t paper;
+  std::uint8_t paper;
   Slant slant;
 };
 
@@ -150,9 +201,11 @@ void RotateFreely(Bitmap& picture, double degrees) {
   const Rotation rotation(original, result, slant);
   const Pixels to(result);
   const auto width = static_cast<std::size_t>(result.Width());
-  ParallelForRows(result.Height(), 4 * BytesOf(result), [&](RowBand band) {
-    for (std::int32_t y = band.begin; y < band.end; ++y) {
-      rotation.Row(y, to.Row(y));
+  const auto bands = CutIntoRowBands(result.Height(), 4 * BytesOf(result));
+  std::vector<Rotation::Places> places(bands.size(), Rotation::Places(result));
+  ParallelFor(bands.size(), [&](std::size_t i) {
+    for (std::int32_t y = bands[i].begin; y < bands[i].end; ++y) {
+      rotation.Row(y, to.Row(y), places[i]);
       if (hasAlpha) Unpremultiply(to.Row(y), width);
     }
   });

@@ -8,8 +8,11 @@
 namespace kw::kernels {
 namespace {
 
-// Side of the blocks of pixels that Rotate90 works on. Larger blocks miss the caches and the TLB more often.
-constexpr std::int32_t BlockSide = 64;
+// Blocks of pixels that Rotate90 works on: lines of the old picture, and its columns. Larger blocks miss the caches and
+// the TLB more often.
+constexpr std::int32_t BlockLines = 64;
+template <std::size_t Size>
+constexpr std::int32_t BlockColumns = Size == 3 ? 128 : 64;
 
 // A result of this size does not stay in the caches, so non-temporal stores are faster.
 constexpr std::size_t MuchMemory = std::size_t{4} << 20U;
@@ -130,8 +133,7 @@ void Rotate90Packed(const Rotation90& rotation) {
 
 // How many of the `count` pixels from `begin` on are in whole tiles, in a row or column of `length` pixels.
 std::int32_t InTiles(std::int32_t begin, std::int32_t count, std::int32_t length, std::size_t size) {
-  // Tiles of 3 bytes a pixel access up to two pixels more.
-  const std::int32_t most = size == 3 ? length - 2 - begin : count;
+  const std::int32_t most = size == 3 ? length - TileExcess - begin : count;
   return std::max(0, std::min(count, most)) / TileSide(size) * TileSide(size);
 }
 
@@ -139,9 +141,9 @@ std::int32_t InTiles(std::int32_t begin, std::int32_t count, std::int32_t length
 // The last pixels of a row may write a few bytes behind it.
 template <std::size_t Size>
 struct RotatedBlock {
-  static constexpr std::size_t RowBytes = BlockSide * Size;
+  static constexpr std::size_t RowBytes = BlockLines * Size;
   static constexpr std::size_t Stride = RowBytes + Bitmap::RowAlignment;
-  alignas(Bitmap::RowAlignment) std::array<std::uint8_t, BlockSide * Stride> rows;
+  alignas(Bitmap::RowAlignment) std::array<std::uint8_t, BlockColumns<Size> * Stride> rows;
 };
 
 template <std::size_t Size>
@@ -151,31 +153,33 @@ void Rotate90Bytes(const Rotation90& rotation) {
   const auto rowStep = static_cast<std::ptrdiff_t>(rotation.to.stride) * (rotation.clockwise ? 1 : -1);
   const bool isMuch = rotation.to.stride * static_cast<std::size_t>(rotation.from.width) >= MuchMemory;
   RotatedBlock<Size> block;
-  for (std::int32_t column = rotation.FirstColumn(); column < rotation.EndColumn(); column += BlockSide) {
-    const std::int32_t columns = std::min(BlockSide, rotation.EndColumn() - column);
-    for (std::int32_t x = 0; x < rotation.from.height; x += BlockSide) {
-      const std::int32_t lines = std::min(BlockSide, rotation.from.height - x);
+  for (std::int32_t column = rotation.FirstColumn(); column < rotation.EndColumn(); column += BlockColumns<Size>) {
+    const std::int32_t columns = std::min(BlockColumns<Size>, rotation.EndColumn() - column);
+    for (std::int32_t x = 0; x < rotation.from.height; x += BlockLines) {
+      const std::int32_t lines = std::min(BlockLines, rotation.from.height - x);
       const std::int32_t tileColumns = InTiles(column, columns, rotation.from.width, Size);
       const std::int32_t tileLines = InTiles(x, lines, rotation.from.height, Size);
       const std::uint8_t* const from = rotation.Line(x) + static_cast<std::size_t>(column) * Size;
       std::uint8_t* const to = rotation.RowOf(column) + static_cast<std::size_t>(x) * Size;
-      if (isMuch && tileColumns == BlockSide && tileLines == BlockSide) {
+      if (isMuch && tileColumns == BlockColumns<Size> && tileLines == BlockLines) {
         constexpr std::int32_t Together = std::max(8, TileSide(Size));
-        for (std::int32_t c = 0; c < BlockSide; c += Together) {
+        for (std::int32_t c = 0; c < BlockColumns<Size>; c += Together) {
           // The hardware cannot predict which lines come next. This is not a function of its own, because the compiler
           // would remove a call without effect.
-          const std::int32_t next = x + BlockSide + c;
-          for (std::int32_t i = next; i < std::min(next + Together, rotation.from.height); ++i) {
+          constexpr std::int32_t Ahead = Together * BlockLines / BlockColumns<Size>;
+          const std::int32_t next = x + BlockLines + c / Together * Ahead;
+          for (std::int32_t i = next; i < std::min(next + Ahead, rotation.from.height); ++i) {
             const std::uint8_t* const line = rotation.Line(i) + static_cast<std::size_t>(column) * Size;
-            for (std::size_t at = 0; at < BlockSide * Size; at += Bitmap::RowAlignment) __builtin_prefetch(line + at);
+            for (std::size_t at = 0; at < BlockColumns<Size> * Size; at += Bitmap::RowAlignment)
+              __builtin_prefetch(line + at);
           }
           const auto place = static_cast<std::size_t>(c);
-          TransposeTiles({from + place * Size, lineStep, Together, BlockSide,
+          TransposeTiles({from + place * Size, lineStep, Together, BlockLines,
                           &block.rows[place * RotatedBlock<Size>::Stride], RotatedBlock<Size>::Stride},
                          Size);
         }
-        StreamRows(
-            {block.rows.data(), RotatedBlock<Size>::Stride, to, rowStep, BlockSide, RotatedBlock<Size>::RowBytes});
+        StreamRows({block.rows.data(), RotatedBlock<Size>::Stride, to, rowStep, BlockColumns<Size>,
+                    RotatedBlock<Size>::RowBytes});
         continue;
       }
       TransposeTiles({from, lineStep, tileColumns, tileLines, to, rowStep}, Size);
@@ -190,49 +194,7 @@ void Rotate90Bytes(const Rotation90& rotation) {
   FinishStreams();
 }
 
-// One row of error diffusion.
-struct Diffusion {
-  std::int32_t right = 0;
-  std::int32_t below = 0;
-  std::int32_t belowRight = 0;
-
-  // above[x + 1] is the error for pixel x; under[x] gets the error for the row below.
-  void Step(std::size_t x, const std::uint8_t* levels, const std::int16_t* above, std::int16_t* under,
-            std::uint8_t* to) {
-    const std::int32_t value = levels[x] + ((above[x + 1] + right + 8) >> 4);
-    // All bits are set if the pixel is white.
-    const std::int32_t white = (127 - value) >> 31;
-    to[x] = static_cast<std::uint8_t>(white);
-    const std::int32_t error = value - (white & 255);
-    under[x] = static_cast<std::int16_t>(below + 3 * error);
-    below = belowRight + 5 * error;
-    belowRight = error;
-    right = 7 * error;
-  }
-};
-
 }  // namespace
-
-void Diffuse(const DiffusedRows& rows, std::size_t pixels) {
-  std::array<Diffusion, DiffusedRows::Count> state;
-  constexpr std::size_t Lag = 2;
-  constexpr std::size_t Behind = Lag * (DiffusedRows::Count - 1);
-  const auto step = [&](std::size_t row, std::size_t x) {
-    state[row].Step(x, rows.levels[row], rows.errors[row], rows.errors[row + 1], rows.to[row]);
-  };
-  const auto stepThose = [&](std::size_t time) {
-    for (std::size_t row = 0; row < DiffusedRows::Count; ++row) {
-      if (time >= Lag * row && time - Lag * row < pixels) step(row, time - Lag * row);
-      if (time == Lag * row + pixels) rows.errors[row + 1][pixels] = static_cast<std::int16_t>(state[row].below);
-    }
-  };
-  std::size_t time = 0;
-  for (; time < Behind; ++time) stepThose(time);
-  for (; time < pixels; ++time) {
-    for (std::size_t row = 0; row < DiffusedRows::Count; ++row) step(row, time - Lag * row);
-  }
-  for (; time <= pixels + Behind; ++time) stepThose(time);
-}
 
 void MirrorPacked(std::uint8_t* row, std::size_t pixels, int bitsPerPixel) {
   const auto bits = static_cast<unsigned>(bitsPerPixel);

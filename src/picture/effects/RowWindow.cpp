@@ -10,9 +10,6 @@
 namespace kw {
 namespace {
 
-// If the processor's lines are longer, a line is prefetched twice, which is harmless.
-constexpr std::size_t CacheLine = 64;
-
 constexpr std::size_t RoundUp(std::size_t bytes) {
   return (bytes + Bitmap::RowAlignment - 1) / Bitmap::RowAlignment * Bitmap::RowAlignment;
 }
@@ -51,17 +48,12 @@ public:
       }
       newest = newest + 1 == kept ? 0 : newest + 1;
       for (std::int32_t i = 0; i < kept; ++i) order[static_cast<std::size_t>(i)] = Slot((newest + i) % kept);
-      if (below + 1 < band.end) Prefetch(pixels.Row(below + 1));
+      if (below + 1 < band.end) PrefetchRow(pixels.Row(below + 1), rowSize);
       filter.make(order.data(), pixels.Row(y), Slot(kept + filter.radius) - front);
     }
   }
 
 private:
-  // Loads the next row into the caches while this one is being filtered.
-  void Prefetch(const std::uint8_t* row) const {
-    for (std::size_t i = 0; i < rowSize; i += CacheLine) __builtin_prefetch(row + i);
-  }
-
   // The beginning of a kept row's pixels, aligned like a bitmap's rows.
   std::uint8_t* Slot(std::int32_t index) {
     const std::size_t excess = reinterpret_cast<std::uintptr_t>(memory.data()) % Bitmap::RowAlignment;

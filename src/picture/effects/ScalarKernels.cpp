@@ -83,6 +83,26 @@ void ThresholdToBits(const std::uint8_t* from, std::uint8_t* to, std::size_t pix
   }
 }
 
+void Diffuse(const DiffusedRows& rows, std::size_t pixels) {
+  for (std::size_t row = 0; row < DiffusedRows::Count; ++row) {
+    std::int32_t right = 0;
+    std::int32_t below = 0;
+    std::int32_t belowRight = 0;
+    std::int16_t* errors = rows.errors;
+    for (std::size_t x = 0; x < pixels; ++x, ++errors) {
+      const std::int32_t value = rows.levels[row][x] + ((*errors + right + 8) >> 4);
+      const std::int32_t shown = value >= 128 ? 255 : 0;
+      rows.to[row][x] = static_cast<std::uint8_t>(shown);
+      const std::int32_t error = value - shown;
+      errors[-1] = static_cast<std::int16_t>(below + 3 * error);
+      below = belowRight + 5 * error;
+      belowRight = error;
+      right = 7 * error;
+    }
+    errors[-1] = static_cast<std::int16_t>(below);
+  }
+}
+
 void DilateBits(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {
   const auto together = [rows](std::ptrdiff_t i) {
     return static_cast<unsigned>(rows[0][i]) | static_cast<unsigned>(rows[1][i]) | static_cast<unsigned>(rows[2][i]);
@@ -115,6 +135,22 @@ void ErodeBytes(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t c
   ForEachAround(rows, to, count, size, [](const Around& at) {
     return std::min({at.NW(), at.N(), at.NE(), at.W(), at.Self(), at.E(), at.SW(), at.S(), at.SE()});
   });
+}
+
+void DilateAcross(const std::uint8_t* from, std::uint8_t* to, std::size_t count, std::size_t size) {
+  for (std::size_t i = 0; i < count; ++i) to[i] = std::max({*(from + i - size), from[i], from[i + size]});
+}
+
+void ErodeAcross(const std::uint8_t* from, std::uint8_t* to, std::size_t count, std::size_t size) {
+  for (std::size_t i = 0; i < count; ++i) to[i] = std::min({*(from + i - size), from[i], from[i + size]});
+}
+
+void DilateDown(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) to[i] = std::max({rows[0][i], rows[1][i], rows[2][i]});
+}
+
+void ErodeDown(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) to[i] = std::min({rows[0][i], rows[1][i], rows[2][i]});
 }
 
 void Soften(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size) {
@@ -183,6 +219,27 @@ void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size) {
   if (pixels == 0) return;
   for (std::size_t left = 0, right = pixels - 1; left < right; ++left, --right) {
     std::swap_ranges(row + left * size, row + (left + 1) * size, row + right * size);
+  }
+}
+
+void FindPlaces(const PlaceLine& line, std::int32_t* to, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) {
+    const double along = line.step * (line.first + static_cast<double>(i)) + line.start;
+    to[i] = static_cast<std::int32_t>(std::floor((along + line.middle - 0.5) * 256 + 0.5));
+  }
+}
+
+void Interpolate(const PlacedRow& row, std::uint8_t* to, std::size_t pixels, std::size_t size) {
+  for (std::size_t i = 0; i < pixels; ++i, to += size) {
+    const auto right = static_cast<std::uint32_t>(row.columns[i] & 255);
+    const auto below = static_cast<std::uint32_t>(row.lines[i] & 255);
+    const std::uint8_t* const at = row.base + static_cast<std::size_t>(row.lines[i] >> 8) * row.stride +
+                                   static_cast<std::size_t>(row.columns[i] >> 8) * size;
+    for (std::size_t c = 0; c < size; ++c) {
+      const std::uint32_t upper = (256 - right) * at[c] + right * at[c + size];
+      const std::uint32_t lower = (256 - right) * at[c + row.stride] + right * at[c + row.stride + size];
+      to[c] = static_cast<std::uint8_t>(((256 - below) * upper + below * lower + 32768) >> 16U);
+    }
   }
 }
 

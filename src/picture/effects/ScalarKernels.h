@@ -13,10 +13,15 @@ void ApplyLinearMap(std::uint8_t* row, std::size_t count, const LinearMap& map);
 void Luma(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels);
 void SplitIntoBins(const std::uint8_t* from, std::uint16_t* bins, std::uint16_t* lowBits, std::size_t pixels);
 void ThresholdToBits(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::uint8_t level);
+void Diffuse(const DiffusedRows& rows, std::size_t pixels);
 void DilateBits(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count);
 void ErodeBits(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count);
 void DilateBytes(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size);
 void ErodeBytes(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size);
+void DilateAcross(const std::uint8_t* from, std::uint8_t* to, std::size_t count, std::size_t size);
+void ErodeAcross(const std::uint8_t* from, std::uint8_t* to, std::size_t count, std::size_t size);
+void DilateDown(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count);
+void ErodeDown(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count);
 void Soften(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size);
 void Edge(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size);
 void Sharpen(const std::uint8_t* const* rows, std::uint8_t* to, std::size_t count, std::size_t size,
@@ -30,6 +35,8 @@ void BlurAcross(const std::int16_t* from, std::uint8_t* to, std::size_t count, s
 void BoxDownsample2(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* to, std::size_t pixels,
                     std::size_t size);
 void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size);
+void FindPlaces(const PlaceLine& line, std::int32_t* to, std::size_t count);
+void Interpolate(const PlacedRow& row, std::uint8_t* to, std::size_t pixels, std::size_t size);
 void TransposeTiles(const Tiles& tiles, std::size_t size);
 void StreamRows(const StreamedRows& rows);
 

@@ -47,6 +47,22 @@ TEST(LargePicture, TurnsPastTheCaches) {
   }
 }
 
+// A slight slant of a line makes two lines of it, each halfway to the paper; places of the longer ones do not fit into
+// 32 bits.
+TEST(LargePicture, SlantsLinesOfAnyLength) {
+  constexpr std::int32_t longest = 1 << 22;
+  for (const std::int32_t width : {longest, longest + 2}) {
+    Bitmap line(width, 1, 8);
+    std::ranges::fill(line.MutableRow(0), std::uint8_t{200});
+    ApplyEffect(*FindEffect("Rotate"), line, std::vector{1e-7});
+    ASSERT_EQ(width, line.Width());
+    ASSERT_EQ(2, line.Height());
+    for (std::int32_t y = 0; y < 2; ++y) {
+      for (std::int32_t x = width / 2 - 1000; x < width / 2 + 1000; ++x) ASSERT_EQ(228, line.PixelAt(x, y).red) << x;
+    }
+  }
+}
+
 // Few colours make their own palette, in the order in which they came, however the work is shared.
 Bitmap FewColours(std::int32_t width, std::int32_t height, unsigned colours) {
   Bitmap picture(width, height, 24);
