@@ -16,6 +16,7 @@ using scalar::ApplyLinearMap;
 using scalar::ApplyLut;
 using scalar::ApplyLutToColours;
 using scalar::BoxDownsample2;
+using scalar::ExchangeRedAndBlue;
 using scalar::Luma;
 using scalar::MirrorBytes;
 using scalar::SplitIntoBins;
@@ -285,6 +286,25 @@ void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size) {
   }
   scalar::MirrorBytes(left, static_cast<std::size_t>(right - left) / size, size);
 }
+
+void ExchangeRedAndBlue(std::uint8_t* row, std::size_t pixels, std::size_t size) {
+  const Bytes d;
+  const std::size_t step = hn::Lanes(d);
+  hn::Vec<Bytes> a;
+  hn::Vec<Bytes> b;
+  hn::Vec<Bytes> c;
+  hn::Vec<Bytes> alpha;
+  for (; pixels >= step; pixels -= step, row += step * size) {
+    if (size == 3) {
+      hn::LoadInterleaved3(d, row, a, b, c);
+      hn::StoreInterleaved3(c, b, a, d, row);
+    } else {
+      hn::LoadInterleaved4(d, row, a, b, c, alpha);
+      hn::StoreInterleaved4(c, b, a, alpha, d, row);
+    }
+  }
+  scalar::ExchangeRedAndBlue(row, pixels, size);
+}
 #endif
 
 }  // namespace kw::kernels::HWY_NAMESPACE
@@ -301,6 +321,7 @@ HWY_EXPORT(ThresholdToBits);
 HWY_EXPORT(SplitIntoBins);
 HWY_EXPORT(BoxDownsample2);
 HWY_EXPORT(MirrorBytes);
+HWY_EXPORT(ExchangeRedAndBlue);
 
 void ApplyLut(std::uint8_t* row, std::size_t count, const Lut& table) {
   HWY_DYNAMIC_DISPATCH(ApplyLut)(row, count, table);
@@ -335,6 +356,10 @@ void BoxDownsample2(const std::uint8_t* upper, const std::uint8_t* lower, std::u
 
 void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size) {
   HWY_DYNAMIC_DISPATCH(MirrorBytes)(row, pixels, size);
+}
+
+void ExchangeRedAndBlue(std::uint8_t* row, std::size_t pixels, std::size_t size) {
+  HWY_DYNAMIC_DISPATCH(ExchangeRedAndBlue)(row, pixels, size);
 }
 
 }  // namespace kw::kernels

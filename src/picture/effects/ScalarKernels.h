@@ -30,6 +30,7 @@ void BlurAcross(const std::int16_t* from, std::uint8_t* to, std::size_t count, s
 void BoxDownsample2(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* to, std::size_t pixels,
                     std::size_t size);
 void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size);
+void ExchangeRedAndBlue(std::uint8_t* row, std::size_t pixels, std::size_t size);
 void TransposeTiles(const Tiles& tiles, std::size_t size);
 void StreamRows(const StreamedRows& rows);
 
