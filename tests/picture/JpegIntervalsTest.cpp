@@ -169,6 +169,16 @@ TEST_F(JpegIntervals, OthersAreDecodedByOneThread) {
   EXPECT_FALSE(isShared(RestartJpegOf({.rows = 100})));
   EXPECT_FALSE(isShared(RestartJpegOf({.units = 1000})));
   EXPECT_FALSE(isShared(RestartJpegOf({.progressive = true})));
+  // Comments that each thread would have to hold.
+  Bytes large = RestartJpegOf({});
+  Bytes comment(65537);
+  comment[0] = 0xFF;
+  comment[1] = JPEG_COM;
+  comment[2] = comment[3] = 0xFF;
+  large.insert(large.begin() + 2, comment.begin(), comment.end());
+  EXPECT_TRUE(isShared(large));
+  for (int i = 0; i < 16; ++i) large.insert(large.begin() + 2, comment.begin(), comment.end());
+  EXPECT_FALSE(isShared(large));
   SetMostThreads(1);
   EXPECT_FALSE(isShared(RestartJpegOf({})));
 }

@@ -12,11 +12,11 @@
 namespace kw {
 namespace {
 
-// The file is held in memory, and once more what the bands take of it.
-constexpr std::uint64_t MostCodedBytes = std::uint64_t{64} << 20U;
-
 // Bands of this many times the rows that are decoded only for their neighbours.
 constexpr std::uint32_t LeastGain = 4;
+
+// Each band gets what stands before the codes.
+constexpr std::size_t LargestHead = std::size_t{1} << 20U;
 
 constexpr std::size_t MarkerNumbers = 8;
 
@@ -73,7 +73,7 @@ private:
   std::vector<std::uint8_t> StreamOf(std::uint32_t first, std::uint32_t last, std::int32_t height) const {
     const std::size_t firstInterval = std::size_t{first} * scan.unitsPerRow / scan.interval;
     const std::size_t endInterval = (std::size_t{last} * scan.unitsPerRow + scan.interval - 1) / scan.interval;
-    const std::size_t begin = firstInterval == 0 ? scan.codesBegin : scan.restarts[firstInterval - 1] + 2;
+    const std::size_t begin = firstInterval == 0 ? scan.codesBegin : std::size_t{scan.restarts[firstInterval - 1]} + 2;
     const std::size_t end = endInterval > scan.restarts.size() ? scan.codesEnd : scan.restarts[endInterval - 1];
 
     std::vector<std::uint8_t> made;
@@ -109,13 +109,14 @@ std::vector<std::uint8_t> AllOf(Stream& file) {
 }  // namespace
 
 bool ReadIntervalsByThreads(Stream& file, const jpeg_decompress_struct& codec, Bitmap& page) {
-  if (codec.restart_interval == 0 || file.Size() > MostCodedBytes) return false;
+  if (codec.restart_interval == 0 || file.Size() > LongestJpegScan) return false;
   const std::size_t threads =
       ThreadsForWork(std::uint64_t{page.RowBytes()} * static_cast<std::uint64_t>(page.Height()) * WorkOfDecodedByte);
   if (threads < 2) return false;
   const auto bytes = AllOf(file);
   const auto scan = JpegScanOf(bytes);
   if (!scan || scan->interval == 0 || scan->height != static_cast<std::uint32_t>(page.Height())) return false;
+  if (scan->codesBegin > LargestHead) return false;
   const IntervalBands bands(bytes, *scan, threads);
   if (bands.Count() < 2) return false;
 

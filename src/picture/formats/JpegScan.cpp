@@ -33,7 +33,8 @@ public:
   explicit ScanParser(std::span<const std::uint8_t> bytes) : stream(bytes) {}
 
   std::optional<JpegScan> Parse() {
-    if (stream.size() < 2 || stream[0] != MarkerByte || stream[1] != StreamBegin) return std::nullopt;
+    if (stream.size() < 2 || stream.size() > LongestJpegScan || stream[0] != MarkerByte || stream[1] != StreamBegin)
+      return std::nullopt;
     at = 2;
     while (!isAtCodes) {
       if (!TakeSegment()) return std::nullopt;
@@ -162,7 +163,7 @@ private:
       if (marker >= FirstRestart && marker <= LastRestart) {
         const bool isNext = marker - FirstRestart == static_cast<int>(scan.restarts.size() % RestartNumbers);
         if (!isNext || scan.restarts.size() == restarts) return false;
-        scan.restarts.push_back(at);
+        scan.restarts.push_back(static_cast<std::uint32_t>(at));
       } else if (marker != 0) {
         return false;
       }
