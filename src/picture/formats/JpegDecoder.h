@@ -12,7 +12,7 @@
 
 namespace kw {
 
-// It is kept for ReadHeader()'s caller.
+// The marker whose data ReadHeader() keeps.
 constexpr int ExifMarker = JPEG_APP0 + 1;
 
 constexpr std::size_t JpegBlockSize = std::size_t{64} * 1024;
