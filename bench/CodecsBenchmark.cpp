@@ -7,8 +7,8 @@
 
 #include <benchmark/benchmark.h>
 #include <jpeglib.h>
-#include <tiffio.h>
 
+#include "bench/BareCodecs.h"
 #include "bench/Pages.h"
 #include "picture/formats/Formats.h"
 
@@ -50,35 +50,9 @@ void WriteOurs(benchmark::State& state, const PictureFormat& format, const Bitma
   }
 }
 
-TIFF* OpenTiff(Stream& stream, const char* mode) {
-  return TIFFClientOpen(
-      "", mode, &stream,
-      [](thandle_t to, void* bytes, tmsize_t count) {
-        return static_cast<tmsize_t>(static_cast<Stream*>(to)->Read(bytes, static_cast<std::size_t>(count)));
-      },
-      [](thandle_t to, void* bytes, tmsize_t count) {
-        return static_cast<tmsize_t>(static_cast<Stream*>(to)->Write(bytes, static_cast<std::size_t>(count)));
-      },
-      [](thandle_t to, toff_t offset, int origin) -> toff_t {
-        auto& file = *static_cast<Stream*>(to);
-        file.Seek(offset + (origin == SEEK_CUR ? file.Position() : origin == SEEK_END ? file.Size() : 0));
-        return file.Position();
-      },
-      [](thandle_t) { return 0; }, [](thandle_t to) -> toff_t { return static_cast<Stream*>(to)->Size(); }, nullptr,
-      nullptr);
-}
-
 void ReadG4Bare(benchmark::State& state) {
   MemoryReader file(Written(TiffFormat, Fax()).Bytes());
-  for (auto _ : state) {
-    file.Seek(0);
-    TIFF* codec = OpenTiff(file, "rm");
-    const tmsize_t size = TIFFStripSize(codec);
-    void* strip = std::malloc(static_cast<std::size_t>(size));
-    benchmark::DoNotOptimize(TIFFReadEncodedStrip(codec, 0, strip, size));
-    std::free(strip);
-    TIFFClose(codec);
-  }
+  for (auto _ : state) DecodeTiffBare(file);
 }
 
 void WriteG4Bare(benchmark::State& state) {
@@ -87,7 +61,7 @@ void WriteG4Bare(benchmark::State& state) {
   for (std::int32_t y = 0; y < PageHeight; ++y) page.insert(page.end(), Fax().Row(y).begin(), Fax().Row(y).end());
   for (auto _ : state) {
     MemoryFile file;
-    TIFF* codec = OpenTiff(file, "wl");
+    TIFF* codec = OpenTiffBare(file, "wl");
     TIFFSetField(codec, TIFFTAG_IMAGEWIDTH, PageWidth);
     TIFFSetField(codec, TIFFTAG_IMAGELENGTH, PageHeight);
     TIFFSetField(codec, TIFFTAG_BITSPERSAMPLE, 1);
@@ -105,25 +79,7 @@ void WriteG4Bare(benchmark::State& state) {
 
 void ReadJpegBare(benchmark::State& state) {
   const auto bytes = Written(JpegFormat, Photo()).Bytes();
-  for (auto _ : state) {
-    jpeg_decompress_struct codec{};
-    jpeg_error_mgr errors{};
-    codec.err = jpeg_std_error(&errors);
-    jpeg_create_decompress(&codec);
-    jpeg_mem_src(&codec, bytes.data(), static_cast<unsigned long>(bytes.size()));
-    jpeg_read_header(&codec, TRUE);
-    jpeg_start_decompress(&codec);
-    const std::size_t rowBytes = std::size_t{codec.output_width} * 3;
-    auto* page = static_cast<JSAMPLE*>(std::malloc(rowBytes * codec.output_height));
-    while (codec.output_scanline < codec.output_height) {
-      JSAMPROW row = page + codec.output_scanline * rowBytes;
-      jpeg_read_scanlines(&codec, &row, 1);
-    }
-    jpeg_finish_decompress(&codec);
-    jpeg_destroy_decompress(&codec);
-    benchmark::DoNotOptimize(page[0]);
-    std::free(page);
-  }
+  for (auto _ : state) DecodeJpegBare(bytes);
 }
 
 void WriteJpegBare(benchmark::State& state) {

@@ -84,7 +84,7 @@ bool MayTalkToTheSystem(std::string_view path) {
   // Tests that lock files or limit the memory, each in the system's own way.
   if (path == "tests/picture/SavingTest.cpp" || path == "tests/picture/BadInputTest.cpp") return true;
   if (path == "tests/picture/DurabilityTest.cpp") return true;           // what the system is asked to flush
-  if (path.starts_with("src/components/base/SystemFile")) return true;   // what files need of each system
+  if (path.starts_with("src/components/base/System")) return true;       // what files and memory need
   if (path == "tests/support/KilledProcess.h") return true;              // a process is ended
   if (path == "src/components/base/RowPadding.h") return true;           // the compiler's own sanitizer
   if (path == "tests/fuzz/HostileFilesTest.cpp") return true;            // processes with limits, and what they needed

@@ -98,6 +98,18 @@ void AddEffects(std::vector<Scenario>& rows, int bitsPerPixel) {
   }
 }
 
+// Several threads work, however little there is to do.
+template <typename Step>
+void ByThreads(const Step& step) {
+  SetLeastWork(1);
+  SetMostThreads(4);
+  const std::shared_ptr<void> usual(nullptr, [](void*) {
+    SetLeastWork(0);
+    SetMostThreads(0);
+  });
+  step();
+}
+
 // Enough rows that several threads work on them.
 void AddParallelEffect(std::vector<Scenario>& rows, const char* command) {
   rows.push_back(OfLibrary(
@@ -105,14 +117,19 @@ void AddParallelEffect(std::vector<Scenario>& rows, const char* command) {
       [](LibraryStage& stage) { stage.document.Replace(StagePicture(64, 96)); },
       [=](LibraryStage& stage) {
         const Effect& effect = *FindEffect(command);
-        SetLeastWork(1);
-        SetMostThreads(4);
-        const std::shared_ptr<void> usual(nullptr, [](void*) {
-          SetLeastWork(0);
-          SetMostThreads(0);
-        });
-        stage.document.Apply(effect, StandardValues(effect));
+        ByThreads([&] { stage.document.Apply(effect, StandardValues(effect)); });
       }));
+}
+
+// A page of several strips.
+void AddParallelLoading(std::vector<Scenario>& rows) {
+  rows.push_back(OfLibrary(
+      "library.threads.load",
+      [](LibraryStage& stage) { SavePicture(StagePicture(400, 600), stage.files.File("large.tif")); },
+      [](LibraryStage& stage) {
+        ByThreads([&] { stage.isRefused = !stage.document.Load(stage.files.File("large.tif")); });
+      }));
+  rows.back().isOfThreads = true;
 }
 
 void AddDepths(std::vector<Scenario>& rows) {
@@ -146,6 +163,7 @@ std::vector<Scenario> LibraryScenarios() {
   AddEffects(rows, 8);
   AddEffects(rows, 1);
   for (const char* const command : {"Blur", "Rotate", "Invert"}) AddParallelEffect(rows, command);
+  AddParallelLoading(rows);
   AddDepths(rows);
   rows.push_back(OfLibrary(
       "library.signature", [](LibraryStage& stage) { stage.document.Replace(StagePicture()); },

@@ -67,6 +67,8 @@ struct Scenario {
   std::map<std::string, std::set<std::string>> between{};
   // A file that cannot be read is no error of this action, and is not told.
   bool isSilent = false;
+  // Threads make calls to the file system: how many, differs from time to time.
+  bool isOfThreads = false;
 };
 
 // Every scenario, the library's first.

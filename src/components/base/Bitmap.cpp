@@ -8,6 +8,7 @@
 
 #include "components/base/RowPadding.h"
 #include "components/base/RunTimeError.h"
+#include "components/base/SystemMemory.h"
 
 namespace kw {
 namespace {
@@ -37,6 +38,7 @@ std::shared_ptr<std::uint8_t[]> AllocatePixels(std::size_t bytes, std::size_t st
   if (bytes > std::numeric_limits<std::size_t>::max() - Bitmap::RowAlignment) Raise(ErrorNumber::OutOfMemory);
   void* block = zeroed ? std::calloc(bytes + Bitmap::RowAlignment, 1) : std::malloc(bytes + Bitmap::RowAlignment);
   if (block == nullptr) Raise(ErrorNumber::OutOfMemory);
+  PreferLargePages(block, bytes);
   const std::size_t excess = reinterpret_cast<std::uintptr_t>(block) % Bitmap::RowAlignment;
   auto* aligned = static_cast<std::uint8_t*>(block) + (excess == 0 ? 0 : Bitmap::RowAlignment - excess);
   if constexpr (ForbidsPadding) {

@@ -32,7 +32,7 @@ void SetMostThreads(unsigned most) { mostThreads = most; }
 // Large bands first keep their number low; small bands last keep the wait short for a thread whose processor was busy
 // with something else.
 std::vector<RowBand> CutIntoRowBands(std::int32_t height, std::uint64_t work, std::int32_t leastRows) {
-  const auto threads = static_cast<std::int32_t>(std::min(std::uint64_t{Threads()}, work / leastWork));
+  const auto threads = static_cast<std::int32_t>(ThreadsForWork(work));
   if (threads < 2) return {{0, height}};
   const std::int32_t least = std::max(leastRows, height / threads / PartsOfShare);
   std::vector<RowBand> bands;
@@ -63,6 +63,10 @@ void ParallelFor(std::size_t count, const std::function<void(std::size_t)>& task
 }
 
 std::size_t ThreadsFor(std::size_t tasks) { return std::min(tasks, std::size_t{Threads()}); }
+
+std::size_t ThreadsForWork(std::uint64_t work) {
+  return std::max<std::size_t>(1, static_cast<std::size_t>(std::min(std::uint64_t{Threads()}, work / leastWork)));
+}
 
 void ParallelForRows(std::int32_t height, std::uint64_t work, const std::function<void(RowBand)>& task) {
   const auto bands = CutIntoRowBands(height, work);

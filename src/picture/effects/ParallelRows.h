@@ -23,6 +23,12 @@ void ParallelFor(std::size_t count, const std::function<void(std::size_t)>& task
 // The number of threads that ParallelFor uses for that many tasks.
 std::size_t ThreadsFor(std::size_t tasks);
 
+// What it takes to decode a byte of a picture, in bytes to process.
+constexpr std::uint64_t WorkOfDecodedByte = 16;
+
+// The number of threads that this much work is worth; `work` as for CutIntoRowBands.
+std::size_t ThreadsForWork(std::uint64_t work);
+
 // Calls task(band) for the row bands of `height` rows, in parallel.
 void ParallelForRows(std::int32_t height, std::uint64_t work, const std::function<void(RowBand)>& task);
 

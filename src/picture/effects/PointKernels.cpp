@@ -15,6 +15,7 @@ namespace kw::kernels::HWY_NAMESPACE {
 using scalar::ApplyLinearMap;
 using scalar::ApplyLut;
 using scalar::ApplyLutToColours;
+using scalar::ExchangeRedAndBlue;
 using scalar::Luma;
 using scalar::SplitIntoBins;
 using scalar::ThresholdToBits;
@@ -189,6 +190,25 @@ void ThresholdToBits(const std::uint8_t* from, std::uint8_t* to, std::size_t pix
     hn::StoreMaskBits(d, hn::Eq(hn::Max(values, least), values), to + x / 8);
   }
 }
+
+void ExchangeRedAndBlue(std::uint8_t* row, std::size_t pixels, std::size_t size) {
+  const Bytes d;
+  const std::size_t step = hn::Lanes(d);
+  hn::Vec<Bytes> a;
+  hn::Vec<Bytes> b;
+  hn::Vec<Bytes> c;
+  hn::Vec<Bytes> alpha;
+  for (; pixels >= step; pixels -= step, row += step * size) {
+    if (size == 3) {
+      hn::LoadInterleaved3(d, row, a, b, c);
+      hn::StoreInterleaved3(c, b, a, d, row);
+    } else {
+      hn::LoadInterleaved4(d, row, a, b, c, alpha);
+      hn::StoreInterleaved4(c, b, a, alpha, d, row);
+    }
+  }
+  scalar::ExchangeRedAndBlue(row, pixels, size);
+}
 #endif
 
 }  // namespace kw::kernels::HWY_NAMESPACE
@@ -203,6 +223,7 @@ HWY_EXPORT(ApplyLinearMap);
 HWY_EXPORT(Luma);
 HWY_EXPORT(ThresholdToBits);
 HWY_EXPORT(SplitIntoBins);
+HWY_EXPORT(ExchangeRedAndBlue);
 
 void ApplyLut(std::uint8_t* row, std::size_t count, const Lut& table) {
   HWY_DYNAMIC_DISPATCH(ApplyLut)(row, count, table);
@@ -228,6 +249,10 @@ void ThresholdToBits(const std::uint8_t* from, std::uint8_t* to, std::size_t pix
   HWY_DYNAMIC_DISPATCH(ThresholdToBits)(from, to, pixels, level);
   // The bits behind the pixels are invisible but would be written to files.
   if (pixels % 8 != 0) to[pixels / 8] = static_cast<std::uint8_t>(to[pixels / 8] & 0xFF00U >> pixels % 8);
+}
+
+void ExchangeRedAndBlue(std::uint8_t* row, std::size_t pixels, std::size_t size) {
+  HWY_DYNAMIC_DISPATCH(ExchangeRedAndBlue)(row, pixels, size);
 }
 
 }  // namespace kw::kernels

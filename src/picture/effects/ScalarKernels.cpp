@@ -243,6 +243,10 @@ void Interpolate(const PlacedRow& row, std::uint8_t* to, std::size_t pixels, std
   }
 }
 
+void ExchangeRedAndBlue(std::uint8_t* row, std::size_t pixels, std::size_t size) {
+  for (const std::uint8_t* const end = row + pixels * size; row != end; row += size) std::swap(row[0], row[2]);
+}
+
 void TransposeTiles(const Tiles& tiles, std::size_t size) {
   const auto bytes = static_cast<std::ptrdiff_t>(size);
   for (std::ptrdiff_t column = 0; column < tiles.columns; ++column) {

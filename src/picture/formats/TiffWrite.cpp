@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "picture/TiffPageWriter.h"
+#include "picture/effects/Kernels.h"
 #include "picture/effects/ParallelRows.h"
 #include "picture/formats/TiffHandle.h"
 
@@ -83,7 +84,9 @@ void WriteRows(const TiffHandle& tiff, const Bitmap& picture, std::int32_t begin
   const std::size_t pixelBytes = picture.BitsPerPixel() > 8 ? static_cast<std::size_t>(picture.BitsPerPixel() / 8) : 0;
   for (std::int32_t y = 0; y < count; ++y) {
     std::ranges::copy(picture.Row(begin + y), row.begin());
-    for (std::size_t at = 0; pixelBytes != 0 && at < row.size(); at += pixelBytes) std::swap(row[at], row[at + 2]);
+    if (pixelBytes != 0) {
+      kernels::ExchangeRedAndBlue(row.data(), static_cast<std::size_t>(picture.Width()), pixelBytes);
+    }
     tiff.Require(TIFFWriteScanline(tiff.Get(), row.data(), static_cast<std::uint32_t>(target + y), 0) == 1);
   }
 }

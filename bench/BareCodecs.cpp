@@ -1,0 +1,63 @@
+#include "bench/BareCodecs.h"
+
+#include <cstdio>
+#include <cstdlib>
+
+#include <benchmark/benchmark.h>
+#include <jpeglib.h>
+
+namespace kw {
+
+TIFF* OpenTiffBare(Stream& stream, const char* mode) {
+  return TIFFClientOpen(
+      "", mode, &stream,
+      [](thandle_t to, void* bytes, tmsize_t count) {
+        return static_cast<tmsize_t>(static_cast<Stream*>(to)->Read(bytes, static_cast<std::size_t>(count)));
+      },
+      [](thandle_t to, void* bytes, tmsize_t count) {
+        return static_cast<tmsize_t>(static_cast<Stream*>(to)->Write(bytes, static_cast<std::size_t>(count)));
+      },
+      [](thandle_t to, toff_t offset, int origin) -> toff_t {
+        auto& file = *static_cast<Stream*>(to);
+        file.Seek(offset + (origin == SEEK_CUR ? file.Position() : origin == SEEK_END ? file.Size() : 0));
+        return file.Position();
+      },
+      [](thandle_t) { return 0; }, [](thandle_t to) -> toff_t { return static_cast<Stream*>(to)->Size(); }, nullptr,
+      nullptr);
+}
+
+void DecodeTiffBare(Stream& file) {
+  file.Seek(0);
+  TIFF* codec = OpenTiffBare(file, "rm");
+  const tmsize_t size = TIFFStripSize(codec);
+  const std::uint32_t strips = TIFFNumberOfStrips(codec);
+  auto* page = static_cast<std::uint8_t*>(std::malloc(static_cast<std::size_t>(size) * strips));
+  for (std::uint32_t i = 0; i < strips; ++i) {
+    benchmark::DoNotOptimize(TIFFReadEncodedStrip(codec, i, page + static_cast<std::size_t>(size) * i, size));
+  }
+  std::free(page);
+  TIFFClose(codec);
+}
+
+void DecodeJpegBare(std::span<const std::uint8_t> bytes) {
+  jpeg_decompress_struct codec{};
+  jpeg_error_mgr errors{};
+  codec.err = jpeg_std_error(&errors);
+  jpeg_create_decompress(&codec);
+  jpeg_mem_src(&codec, bytes.data(), static_cast<unsigned long>(bytes.size()));
+  jpeg_read_header(&codec, TRUE);
+  codec.out_color_space = JCS_EXT_BGR;
+  jpeg_start_decompress(&codec);
+  const std::size_t rowBytes = std::size_t{codec.output_width} * 3;
+  auto* page = static_cast<JSAMPLE*>(std::malloc(rowBytes * codec.output_height));
+  while (codec.output_scanline < codec.output_height) {
+    JSAMPROW row = page + codec.output_scanline * rowBytes;
+    jpeg_read_scanlines(&codec, &row, 1);
+  }
+  jpeg_finish_decompress(&codec);
+  jpeg_destroy_decompress(&codec);
+  benchmark::DoNotOptimize(page[0]);
+  std::free(page);
+}
+
+}  // namespace kw

@@ -1,0 +1,162 @@
+#include "picture/formats/TiffStrips.h"
+
+#include <algorithm>
+#include <atomic>
+#include <mutex>
+#include <optional>
+#include <vector>
+
+#include "picture/effects/ParallelRows.h"
+#include "picture/formats/JpegScan.h"
+
+namespace kw {
+namespace {
+
+// The handles of all threads take this part of the memory of a page, or less.
+constexpr std::uint64_t PartOfPage = 3;
+
+// One thread's stream on bytes that several threads read.
+class StripBytes : public Stream {
+public:
+  StripBytes(Stream& sharedFile, std::mutex& sharedLock) : file(sharedFile), lock(sharedLock), size(file.Size()) {}
+
+  std::size_t Read(void* to, std::size_t count) noexcept override {
+    const std::scoped_lock reading(lock);
+    const std::size_t done = file.Seek(position) ? file.Read(to, count) : 0;
+    position += done;
+    return done;
+  }
+  std::size_t Write(const void* /*from*/, std::size_t /*count*/) noexcept override { return 0; }
+  bool Seek(std::uint64_t to) noexcept override {
+    position = to;
+    return true;
+  }
+  std::uint64_t Position() const noexcept override { return position; }
+  std::uint64_t Size() noexcept override { return size; }
+
+private:
+  Stream& file;
+  std::mutex& lock;
+  std::uint64_t size;
+  std::uint64_t position = 0;
+};
+
+// What a handle needs to decode strips: the coded bytes of one, rows, its lists of strips, the codec's own state. 0 for
+// codecs that are not decoded by threads: their state is large, or goes from one strip to the next.
+std::uint64_t MemoryOfHandle(const TiffPage& page, std::uint32_t strips) {
+  constexpr std::uint64_t mebibyte = std::uint64_t{1} << 20U;
+  // Of a pixel's bits, and of the rows of blocks.
+  constexpr std::uint64_t rowsOfFax = 64;
+  constexpr std::uint64_t rowsOfJpeg = 128;
+  std::uint64_t rows = 2;
+  std::uint64_t state = mebibyte;
+  switch (page.layout.compression) {
+    case COMPRESSION_NONE:
+    case COMPRESSION_LZW:
+    case COMPRESSION_PACKBITS:
+    case COMPRESSION_DEFLATE:
+    case COMPRESSION_ADOBE_DEFLATE:
+      break;
+    case COMPRESSION_CCITTRLE:
+    case COMPRESSION_CCITTRLEW:
+    case COMPRESSION_CCITTFAX3:
+    case COMPRESSION_CCITTFAX4:
+      rows = rowsOfFax;
+      break;
+    case COMPRESSION_JPEG:
+      rows = rowsOfJpeg;
+      break;
+    case COMPRESSION_ZSTD:
+      state = 129 * mebibyte;  // the largest window that it takes
+      break;
+    default:
+      return 0;
+  }
+  constexpr std::uint64_t bytesOfLists = 64;
+  std::uint64_t largest = 0;
+  for (std::uint32_t i = 0; i < strips; ++i) {
+    largest = std::max(largest, TIFFGetStrileByteCount(page.tiff.Get(), i));
+  }
+  return state + std::min(largest, page.file.Size()) + rows * page.LineBytes() + bytesOfLists * strips;
+}
+
+// The first bytes of a strip's code, `most` of them or fewer. They are not read by the library: it would note what is
+// wrong with them.
+std::vector<std::uint8_t> CodeOf(const TiffPage& page, std::uint32_t strip, std::uint64_t most) {
+  const std::uint64_t size = std::min({TIFFGetStrileByteCount(page.tiff.Get(), strip), page.file.Size(), most});
+  std::vector<std::uint8_t> code(static_cast<std::size_t>(size));
+  const bool isThere = page.file.Seek(TIFFGetStrileOffset(page.tiff.Get(), strip));
+  code.resize(isThere ? page.file.Read(code.data(), code.size()) : 0);
+  return code;
+}
+
+// Once the library has met codes of the old style, it takes those of later strips for such codes, too.
+bool MayHaveOldCodes(const TiffPage& page, std::uint32_t strips) {
+  for (std::uint32_t i = 0; i < strips; ++i) {
+    const auto code = CodeOf(page, i, 1);
+    if (code.empty() || code[0] == 0) return true;
+  }
+  return false;
+}
+
+// The decoder keeps the tables of a strip for the next one: a table that a strip needs has to be its own, or one that
+// no strip brings.
+bool HaveTheirTables(const TiffPage& page, std::uint32_t strips) {
+  unsigned brought = 0;
+  // That a strip needs and has not.
+  unsigned lacking = 0;
+  for (std::uint32_t i = 0; i < strips; ++i) {
+    const auto code = CodeOf(page, i, page.file.Size());
+    const auto scan = JpegScanOf(code);
+    if (!scan) return false;
+    brought |= scan->definedTables;
+    lacking |= scan->neededTables & ~unsigned{scan->definedTables};
+  }
+  return (brought & lacking) == 0;
+}
+
+bool AreIndependent(const TiffPage& page, std::uint32_t strips) {
+  if (page.layout.compression == COMPRESSION_LZW) return !MayHaveOldCodes(page, strips);
+  return page.layout.compression != COMPRESSION_JPEG || HaveTheirTables(page, strips);
+}
+
+std::size_t StripThreads(const TiffPage& page, std::uint32_t strips) {
+  const std::uint64_t memory = MemoryOfHandle(page, strips);
+  if (memory == 0) return 1;
+  const std::uint64_t handles = page.limits.pageMemory / PartOfPage / memory;
+  const std::size_t threads = ThreadsForWork(page.LineBytes() * page.layout.height * WorkOfDecodedByte);
+  return static_cast<std::size_t>(std::min({std::uint64_t{threads}, std::uint64_t{strips}, handles}));
+}
+
+}  // namespace
+
+bool DecodeStripsByThreads(const TiffPage& page,
+                           const std::function<bool(const TiffPage& own, std::uint32_t strip)>& decode) {
+  const std::uint32_t strips = TIFFNumberOfStrips(page.tiff.Get());
+  if (strips < 2) return false;
+  const std::size_t threads = StripThreads(page, strips);
+  if (threads < 2 || !AreIndependent(page, strips)) return false;
+
+  std::mutex lock;
+  std::atomic<std::uint32_t> next{0};
+  std::atomic<bool> sound{true};
+  const auto decodeStrips = [&] {
+    std::optional<StripBytes> bytes;
+    std::optional<TiffPage> own;
+    for (std::uint32_t strip = next++; strip < strips && sound; strip = next++) {
+      if (!own) own.emplace(bytes.emplace(page.file, lock), page.directory, page.limits);
+      if (!decode(*own, strip)) sound = false;
+    }
+    if (own && own->tiff.Damage() != page.tiff.Damage()) sound = false;
+  };
+  ParallelFor(threads, [&](std::size_t /*thread*/) {
+    try {
+      decodeStrips();
+    } catch (...) {
+      sound = false;  // the plain way says why, or has more memory
+    }
+  });
+  return sound;
+}
+
+}  // namespace kw
