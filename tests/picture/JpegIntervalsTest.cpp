@@ -54,7 +54,7 @@ Bytes RestartJpegOf(const RestartKind& kind) {
   Bytes row(std::size_t{RestartWidth} * static_cast<unsigned>(channels));
   for (JDIMENSION y = 0; y < RestartHeight; ++y) {
     for (std::size_t i = 0; i < row.size(); ++i) {
-      row[i] = static_cast<std::uint8_t>(i % 7 * 30 + y / 5 * 11 + random() % 40);
+      row[i] = static_cast<std::uint8_t>(i % 7 * 30 + std::size_t{y} / 5 * 11 + random() % 40);
     }
     JSAMPROW line = row.data();
     jpeg_write_scanlines(&codec, &line, 1);

@@ -1,7 +1,5 @@
 #include "picture/formats/TiffLayout.h"
 
-#include <algorithm>
-
 #include "picture/Unreadable.h"
 
 namespace kw {
@@ -62,10 +60,6 @@ std::size_t TiffPage::LineBytes() const {
   tiff.Require(size > 0);
   if (static_cast<std::uint64_t>(size) > limits.pageMemory) RaiseUnreadable("The picture is too large.");
   return static_cast<std::size_t>(size);
-}
-
-std::uint32_t TiffPage::RowsPerStrip() const {
-  return std::clamp<std::uint32_t>(tiff.Field(TIFFTAG_ROWSPERSTRIP, layout.height), 1, layout.height);
 }
 
 }  // namespace kw

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 
 #include "picture/PictureFormat.h"
@@ -46,7 +47,9 @@ struct TiffPage {
 
   // A row of its samples, or of those of one plane, is decoded into that many bytes. Raises InvalidPicture.
   std::size_t LineBytes() const;
-  std::uint32_t RowsPerStrip() const;
+  std::uint32_t RowsPerStrip() const {
+    return std::clamp<std::uint32_t>(tiff.Field(TIFFTAG_ROWSPERSTRIP, layout.height), 1, layout.height);
+  }
 
   Stream& file;
   std::uint64_t directory;
