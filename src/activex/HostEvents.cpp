@@ -8,6 +8,7 @@
 
 #include "activex/KwEditor.h"
 #include "activex/Text.h"
+#include "windows/base/WaitPointer.h"
 
 namespace kw::activex {
 namespace {
@@ -61,6 +62,7 @@ void HostEvents::Send(DISPID event, std::span<VARIANT> arguments) {
   const auto sinks = eventPoint.Sinks();
   if (freezes > 0 || sinks.empty()) return;
   const Lifetime::Outgoing outgoing(life);
+  const windows::WaitPointer::Rest rest;
   DISPPARAMS parameters = {};
   parameters.rgvarg = arguments.data();
   parameters.cArgs = static_cast<UINT>(arguments.size());
@@ -75,6 +77,7 @@ void HostEvents::TellChanged(DISPID property) {
   const auto sinks = propertyPoint.Sinks();
   if (sinks.empty()) return;
   const Lifetime::Outgoing outgoing(life);
+  const windows::WaitPointer::Rest rest;
   for (const ComPtr<IUnknown>& sink : sinks) {
     static_cast<IPropertyNotifySink*>(sink.Get())->OnChanged(property);
   }

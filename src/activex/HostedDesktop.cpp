@@ -1,6 +1,7 @@
 #include "activex/HostedDesktop.h"
 
 #include "windows/base/Mouse.h"
+#include "windows/base/WaitPointer.h"
 
 namespace kw::activex {
 namespace {
@@ -37,6 +38,7 @@ std::shared_ptr<void> HostedDesktop::EnterDialog() {
   struct WhileUp {
     WhileUp(Lifetime& life, const InPlaceActivation& inPlace) : outgoing(life), focus(inPlace), modal(inPlace) {}
     const Lifetime::Outgoing outgoing;
+    const windows::WaitPointer::Rest rest;
     const KeptFocus focus;
     const InPlaceActivation::Modal modal;
   };
@@ -46,6 +48,13 @@ std::shared_ptr<void> HostedDesktop::EnterDialog() {
   return whileUp;
 }
 
-std::shared_ptr<void> HostedDesktop::EnterEvents() { return std::make_shared<Lifetime::Outgoing>(life); }
+std::shared_ptr<void> HostedDesktop::EnterEvents() {
+  struct WhileHandled {
+    explicit WhileHandled(Lifetime& life) : outgoing(life) {}
+    const Lifetime::Outgoing outgoing;
+    const windows::WaitPointer::Rest rest;
+  };
+  return std::make_shared<WhileHandled>(life);
+}
 
 }  // namespace kw::activex

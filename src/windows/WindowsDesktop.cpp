@@ -16,6 +16,7 @@
 #include "windows/base/ScreenScale.h"
 #include "windows/base/Text.h"
 #include "windows/base/TextDrawing.h"
+#include "windows/base/WaitPointer.h"
 #include "windows/dialogs/ModalWindow.h"
 #include "windows/printing/Printer.h"
 #include "windows/scanning/TwainScanner.h"
@@ -77,6 +78,9 @@ WindowsDesktop::~WindowsDesktop() {
 }
 
 HWND WindowsDesktop::DialogOwner() const { return GetActiveWindow(); }
+
+std::shared_ptr<void> WindowsDesktop::EnterDialog() { return std::make_shared<WaitPointer::Rest>(); }
+std::shared_ptr<void> WindowsDesktop::EnterEvents() { return std::make_shared<WaitPointer::Rest>(); }
 
 HWND WindowsDesktop::TopLevelOwner() const {
   const HWND asked = DialogOwner();

@@ -55,8 +55,8 @@ protected:
   virtual HWND DialogOwner() const;
   // Called before a modal dialog is shown or the message queue is emptied. The returned object lives until that is
   // over.
-  virtual std::shared_ptr<void> EnterDialog() { return {}; }
-  virtual std::shared_ptr<void> EnterEvents() { return {}; }
+  virtual std::shared_ptr<void> EnterDialog();
+  virtual std::shared_ptr<void> EnterEvents();
 
 private:
   // The top-level window that owns a dialog; a child window cannot own one.

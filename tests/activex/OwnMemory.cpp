@@ -9,7 +9,8 @@ namespace kw::test {
 
 void* OwnMemory::Count(void* memory) {
   if (memory == nullptr) return nullptr;
-  bytes += static_cast<long long>(_msize(memory));
+  const long long now = bytes += static_cast<long long>(_msize(memory));
+  if (now > peak) peak = now;
   ++blocks;
   return memory;
 }

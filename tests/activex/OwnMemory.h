@@ -12,6 +12,9 @@ class OwnMemory {
 public:
   static long long Bytes() { return bytes; }
   static long Blocks() { return blocks; }
+  // The most bytes at once since ForgetPeak; near enough if several threads take memory.
+  static long long Peak() { return peak; }
+  static void ForgetPeak() { peak = bytes.load(); }
 
 private:
   static void* Count(void* memory);
@@ -23,6 +26,7 @@ private:
   static char* Duplicate(const char* text);
 
   static inline std::atomic<long long> bytes = 0;
+  static inline std::atomic<long long> peak = 0;
   static inline std::atomic<long> blocks = 0;
   ImportPatch allocate{Ocx::Library(), "malloc", &Allocate};
   ImportPatch allocateCleared{Ocx::Library(), "calloc", &AllocateCleared};

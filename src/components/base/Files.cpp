@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "components/base/FilePath.h"
+#include "components/base/LongWork.h"
 #include "components/base/RunTimeError.h"
 #include "components/base/SystemFile.h"
 
@@ -35,6 +36,7 @@ std::optional<FileIdentity> IdentityOf(const std::string& path) {
 }  // namespace
 
 void AppendToFile(const std::string& path, std::string_view text) {
+  NoteWork();
   if (const SystemCode code = FileSystem::Current().Append(ToFilesystemPath(path), text); code != 0) {
     RaiseFileError(code);
   }

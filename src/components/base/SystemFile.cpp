@@ -4,6 +4,7 @@
 #include <limits>
 #include <utility>
 
+#include "components/base/LongWork.h"
 #include "components/base/SystemStream.h"
 
 namespace kw {
@@ -21,6 +22,7 @@ void FileSystem::Replace(const FileSystem* other) { currentSystem = other != nul
 void CloseFile::operator()(std::FILE* file) const noexcept { static_cast<void>(FileSystem::Current().Close(file)); }
 
 SystemCode FileSystem::Read(std::FILE* file, void* to, std::size_t count, std::size_t& done) const {
+  NoteWork();
   ForgetStreamError();
   done = std::fread(to, 1, count, file);
   if (done == count || std::ferror(file) == 0) return 0;
@@ -30,6 +32,7 @@ SystemCode FileSystem::Read(std::FILE* file, void* to, std::size_t count, std::s
 }
 
 SystemCode FileSystem::Write(std::FILE* file, const void* from, std::size_t count, std::size_t& done) const {
+  NoteWork();
   ForgetStreamError();
   done = std::fwrite(from, 1, count, file);
   return done == count ? 0 : LastWriteError();

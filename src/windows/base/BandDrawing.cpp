@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "components/base/LongWork.h"
+
 namespace kw::windows {
 namespace {
 
@@ -36,6 +38,7 @@ LONG BandDrawing::EdgeAt(std::int32_t row) const {
 }
 
 bool BandDrawing::Draw(const Bitmap& rows, std::int32_t first, std::int32_t count) {
+  NoteWork();
   const auto stride = static_cast<std::size_t>(DibStride(rows.Width(), rows.BitsPerPixel()));
   memory.assign(stride * static_cast<std::size_t>(count), 0);
   for (std::int32_t y = 0; y < count; ++y) {

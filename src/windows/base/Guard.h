@@ -3,13 +3,16 @@
 #include <exception>
 #include <utility>
 
+#include "windows/base/WaitPointer.h"
+
 namespace kw::windows {
 
-// The exception barrier: runs an action that the system or a host called. An exception that left it would unwind
-// foreign stack frames and end the process. Returns the action's result or, if it threw, the result of `answer`, which
-// gets the exception, or null if that is no std::exception.
+// The barrier around what the system or a host calls: it times the action for the wait pointer and lets no exception
+// out, because that would unwind foreign stack frames and end the process. Returns the action's result or, if it threw,
+// the result of `answer`, which gets the exception, or null if that is no std::exception.
 template <class Action, class Answer>
 auto Guard(Action&& action, Answer&& answer) noexcept {
+  const WaitPointer::Work work;
   try {
     return std::forward<Action>(action)();
   } catch (const std::exception& error) {

@@ -9,6 +9,7 @@
 #include "windows/base/Guard.h"
 #include "windows/base/Module.h"
 #include "windows/base/Mouse.h"
+#include "windows/base/WaitPointer.h"
 #include "windows/views/ViewTree.h"
 
 namespace kw::windows {
@@ -222,7 +223,7 @@ LRESULT ControlView::Default(UINT message, WPARAM wParam, LPARAM lParam) {
 }
 
 bool ControlView::SetPointerOf(const Control& shown) const {
-  const bool isBusy = tree.Root().Pointer() == MousePointer::Hourglass;
+  const bool isBusy = WaitPointer::IsShown() || tree.Root().Pointer() == MousePointer::Hourglass;
   const HCURSOR cursor =
       tree.Pictures().CursorOf(isBusy ? MousePointer::Hourglass : shown.Pointer(), shown.PointerIcon());
   if (cursor != nullptr) SetCursor(cursor);

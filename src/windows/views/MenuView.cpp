@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "windows/base/Text.h"
+#include "windows/base/WaitPointer.h"
 #include "windows/views/ViewTree.h"
 
 namespace kw::windows {
@@ -24,6 +25,7 @@ void MenuView::Show(Aspect aspect) {
   // Code that runs while the menu is up may close the window or unload menu entries.
   const auto held = Shared().Hold();
   const ViewTree::Message underWay(Shared());
+  const WaitPointer::Rest rest;
   const BOOL chosen =
       TrackPopupMenu(popUp, TPM_RETURNCMD | TPM_RIGHTBUTTON, mouse.x, mouse.y, 0, Shared().Window(), nullptr);
   DestroyMenu(popUp);
