@@ -200,12 +200,12 @@ void AddOpenCv() {}
 
 #ifdef KW_HAS_LEPTONICA
 void AddLeptonica() {
-  using Process = PIX* (*)(PIX*);
-  const auto add = [](const char* name, int bits, Process process) {
+  using Operation = PIX* (*)(PIX*);
+  const auto add = [](const char* name, int bits, Operation operation) {
     benchmark::RegisterBenchmark((std::string("Leptonica/") + name).c_str(), [=](benchmark::State& state) {
       PIX* page = leptonica::ToPix(PageOf(bits));
       for (auto _ : state) {
-        PIX* result = process(page);
+        PIX* result = operation(page);
         benchmark::DoNotOptimize(result);
         if (result != page) pixDestroy(&result);
       }

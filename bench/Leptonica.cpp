@@ -12,7 +12,7 @@ PIX* ToPix(const Bitmap& page) {
       if (page.BitsPerPixel() == 24) {
         pixSetRGBPixel(pix, x, y, c.red, c.green, c.blue);
       } else {
-        pixSetPixel(pix, x, y, page.BitsPerPixel() == 1 ? c.red == 0 : c.red);
+        pixSetPixel(pix, x, y, page.BitsPerPixel() == 1 ? static_cast<l_uint32>(c.red == 0) : c.red);
       }
     }
   }

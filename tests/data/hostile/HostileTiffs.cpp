@@ -342,13 +342,15 @@ std::vector<HostileFile> HostileTiffs() {
       {"tiff-lerc-page", [] { return OnePage(20000, 20000, 8, Lerc, LercOf(20000, 20000)); }, true},
       {"tiff-lerc-page-too-large", [] { return OnePage(30000, 30000, 8, Lerc, LercOf(30000, 30000)); }},
       {"tiff-packbits-colours",
-       [] { return ColourPage(18000, 18000, PackBits, PackedZeros(18000 * (54000 / 128 + 1))); }, true},
+       [] { return ColourPage(18000, 18000, PackBits, PackedZeros(std::size_t{18000} * (54000 / 128 + 1))); }, true},
       {"tiff-turned-colours",
        [] {
-         return ColourPage(12000, 12000, PackBits, PackedZeros(12000 * (36000 / 128 + 1)), {{274, Short, 1, 6}});
+         return ColourPage(12000, 12000, PackBits, PackedZeros(std::size_t{12000} * (36000 / 128 + 1)),
+                           {{274, Short, 1, 6}});
        },
        true},
-      {"tiff-inks", [] { return InkPage(11000, 11000, PackBits, PackedZeros(11000 * (44000 / 128 + 1))); }, true},
+      {"tiff-inks", [] { return InkPage(11000, 11000, PackBits, PackedZeros(std::size_t{11000} * (44000 / 128 + 1))); },
+       true},
       {"tiff-inks-too-large", [] { return InkPage(18000, 18000, PackBits, PackedZeros(1000)); }},
       {"tiff-big-directory", [] { return BigTiff(true); }},
       {"tiff-big-values", [] { return BigTiff(false); }},
