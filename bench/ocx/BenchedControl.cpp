@@ -16,7 +16,7 @@ int WINAPI AnswerAtOnce(HWND /*owner*/, LPCWSTR /*text*/, LPCWSTR /*title*/, UIN
 
 // A dialog is a top-level window that has an owner.
 LRESULT CALLBACK AnswerDialog(int code, WPARAM wParam, LPARAM lParam) {
-  const auto window = reinterpret_cast<HWND>(wParam);
+  auto* const window = reinterpret_cast<HWND>(wParam);
   if (code == HCBT_ACTIVATE && GetWindow(window, GW_OWNER) != nullptr) test::AnswerBox(window, true);
   return CallNextHookEx(nullptr, code, wParam, lParam);
 }
