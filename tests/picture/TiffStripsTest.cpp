@@ -25,8 +25,9 @@ protected:
     return file.TimesRead(byte);
   }
 
-  // Each handle reads the file's header. The threads' handles are more than the plain one.
-  static bool HasHandlesOfThreads(const Bytes& bytes, const ReadLimits& limits = {}) {
+  // Each handle reads the file's header. The threads' handles are more than the plain one. A page of 32 bits may be too
+  // small for some of them, so the limits are those of 64 bits.
+  static bool HasHandlesOfThreads(const Bytes& bytes, const ReadLimits& limits = {std::uint64_t{1} << 30U}) {
     return TimesRead(bytes, 4, HeaderByte, limits) > TimesRead(bytes, 1, HeaderByte, limits);
   }
 
