@@ -111,7 +111,10 @@ void Pages(int bitsPerPixel) {
                                 "Dither", "Threshold",  "Rotate",  "Resize", "Flip Horizontal", "Flip Vertical"};
   for (const std::string command : commands) {
     editor.Open(path);
-    if (editor.Click(command)) MeasurePage(command + depth, bitsPerPixel, [&] { editor.Click(command); });
+    if (editor.Click(command))
+      MeasurePage(command + depth, bitsPerPixel, [&] { editor.Click(command); });
+    else
+      std::printf("%s%s: no button to click\n", command.c_str(), depth.c_str());
   }
 }
 

@@ -47,8 +47,9 @@ TEST_F(LongWorkTest, AShortCallShowsNoWaitPointer) {
   const std::wstring path = scratch.WriteTiff(L"short.tif", 1);
   const ULONGLONG begin = GetTickCount64();
   const ULONGLONG answered = Open(path, 300);
-  const bool isShort = GetTickCount64() - answered < 100 && answered - begin < 400;  // unless the machine is busy
-  EXPECT_TRUE(!isShort || pointersSet.empty()) << "the user's time is not work";
+  const bool isShort = GetTickCount64() - answered < 100 && answered - begin < 400;
+  if (!isShort) GTEST_SKIP() << "the machine is too busy for a short call";
+  EXPECT_TRUE(pointersSet.empty()) << "the user's time is not work";
 }
 
 TEST_F(LongWorkTest, ALongCallShowsItAfterTheDelayAndTakesItBack) {
