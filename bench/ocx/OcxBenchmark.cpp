@@ -101,7 +101,11 @@ void Pages(int bitsPerPixel) {
   }
   editor.Open(path);
   editor.AwaitTools();
-  bool isFirst = true;
+  if (!editor.Click("Next Page")) {
+    std::printf("pages%s: not measured, the control shows no pages\n", depth.c_str());
+    return;
+  }
+  bool isFirst = false;
   MeasurePage("page turn" + depth, bitsPerPixel, [&] {
     editor.Click(isFirst ? "Next Page" : "Previous Page");
     isFirst = !isFirst;
