@@ -29,6 +29,9 @@ TIFF* OpenTiffBare(Stream& stream, const char* mode) {
 void DecodeTiffBare(Stream& file) {
   file.Seek(0);
   TIFF* codec = OpenTiffBare(file, "rm");
+  std::uint16_t compression = COMPRESSION_NONE;
+  TIFFGetFieldDefaulted(codec, TIFFTAG_COMPRESSION, &compression);
+  if (compression == COMPRESSION_JPEG) TIFFSetField(codec, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
   const tmsize_t size = TIFFStripSize(codec);
   const std::uint32_t strips = TIFFNumberOfStrips(codec);
   auto* page = static_cast<std::uint8_t*>(std::malloc(static_cast<std::size_t>(size) * strips));

@@ -12,7 +12,7 @@ namespace kw {
 
 TIFF* OpenTiffBare(Stream& stream, const char* mode);
 
-// Decodes the first page strip by strip, one behind the other into memory of its own.
+// Decodes the first page strip by strip, one behind the other into memory of its own; JPEG to red, green and blue.
 void DecodeTiffBare(Stream& file);
 
 // Decodes a picture of three colours, blue first.
