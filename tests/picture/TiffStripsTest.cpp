@@ -10,8 +10,32 @@ namespace {
 
 class StripThreads : public ThreadsTest {
 protected:
+  // Whether one thread and several make of a file what the page's own handle makes of it row by row.
   testing::AssertionResult IsReadByThreads(const Bytes& bytes, ReadOutcome* outcome = nullptr) {
-    return IsReadTheSame(bytes, {4}, outcome);
+    ReadOutcome plain;
+    const auto result = IsReadTheSame(bytes, {4}, &plain);
+    if (outcome != nullptr) *outcome = plain;
+    if (!result) return result;
+    const ReadOutcome rows = ReadByRows(bytes);
+    if (plain.isRead != rows.isRead || plain.warning != rows.warning) {
+      return testing::AssertionFailure() << plain.error << plain.warning << " / by rows: " << rows.error
+                                         << rows.warning;
+    }
+    return SamePicture(plain.picture, rows.picture) ? testing::AssertionSuccess()
+                                                    : testing::AssertionFailure() << "other pixels by rows";
+  }
+
+  static ReadOutcome ReadByRows(const Bytes& bytes) {
+    SetMostThreads(1);
+    MemoryReader file(bytes);
+    ReadOutcome outcome;
+    try {
+      outcome.picture = TiffFormat.open(file, FewLimits)->Read(file, 1, outcome.warning);
+      outcome.isRead = true;
+    } catch (const RunTimeError& error) {
+      outcome.error = error.Description();
+    }
+    return outcome;
   }
 
   // How often the byte is read while the page is.
@@ -28,10 +52,12 @@ protected:
   // Each handle reads the file's header. The threads' handles are more than the plain one. A page of 32 bits may be too
   // small for some of them, so the limits are those of 64 bits.
   static bool HasHandlesOfThreads(const Bytes& bytes, const ReadLimits& limits = {std::uint64_t{1} << 30U}) {
-    return TimesRead(bytes, 4, HeaderByte, limits) > TimesRead(bytes, 1, HeaderByte, limits);
+    return TimesRead(bytes, 4, HeaderByte, limits) > TimesRead(bytes, 1, HeaderByte, FewLimits);
   }
 
   static constexpr std::size_t HeaderByte = 4;
+  // Too little memory for another handle.
+  static constexpr ReadLimits FewLimits{std::uint64_t{2} << 20U};
   std::string path = At("page.tif");
 };
 
@@ -90,12 +116,13 @@ TEST_P(StripKinds, SeveralThreadsReadWhatOneReads) {
   EXPECT_TRUE(IsReadByThreads(bytes, &outcome));
   EXPECT_TRUE(outcome.isRead) << outcome.error;
   EXPECT_EQ("", outcome.warning);
+  const int compression = std::get<0>(GetParam()).compression;
   EXPECT_TRUE(HasHandlesOfThreads(bytes));
   // No strip is decoded a second time in the plain way. Of JPEG, all tables are looked at before.
-  const Bytes piece = CodedPieces(path, 0).at(1);
+  const Bytes piece = CodedPieces(path, 0).back();
   const auto end = std::search(bytes.begin(), bytes.end(), piece.begin(), piece.end()) + std::ssize(piece) - 1;
-  const bool isJpeg = std::get<0>(GetParam()).compression == COMPRESSION_JPEG;
-  EXPECT_EQ(isJpeg ? 2U : 1U, TimesRead(bytes, 4, static_cast<std::size_t>(end - bytes.begin())));
+  EXPECT_EQ(compression == COMPRESSION_JPEG ? 2U : 1U,
+            TimesRead(bytes, 4, static_cast<std::size_t>(end - bytes.begin())));
 }
 
 // Any strip, cut short or with other bytes in it: what is lost and what is said about it does not change.
@@ -151,6 +178,17 @@ INSTANTIATE_TEST_SUITE_P(
                                                1},
                                      StripKind{8, 3, PHOTOMETRIC_RGB, COMPRESSION_JPEG, 0, PLANARCONFIG_SEPARATE}),
                      testing::Values(16, 48)));
+
+// Whole strips are decoded apart from the page's own handle even if there is one only.
+INSTANTIATE_TEST_SUITE_P(OneStrip, StripKinds,
+                         testing::Combine(testing::Values(StripKind{8, 3, PHOTOMETRIC_RGB, COMPRESSION_NONE},
+                                                          StripKind{8, 3, PHOTOMETRIC_RGB, COMPRESSION_LZW, 2},
+                                                          StripKind{4, 1, PHOTOMETRIC_MINISBLACK, COMPRESSION_LZW},
+                                                          StripKind{8, 3, PHOTOMETRIC_RGB, COMPRESSION_ADOBE_DEFLATE,
+                                                                    2},
+                                                          StripKind{8, 3, PHOTOMETRIC_RGB, COMPRESSION_ADOBE_DEFLATE},
+                                                          StripKind{8, 1, PHOTOMETRIC_MINISBLACK, COMPRESSION_DEFLATE}),
+                                          testing::Values(static_cast<int>(StripHeight))));
 
 // Strips of any number of rows, the last one shorter; JPEG takes multiples of its blocks only.
 class StripRows : public StripThreads, public testing::WithParamInterface<std::tuple<int, int>> {};

@@ -23,8 +23,9 @@ void ParallelFor(std::size_t count, const std::function<void(std::size_t)>& task
 // The number of threads that ParallelFor uses for that many tasks.
 std::size_t ThreadsFor(std::size_t tasks);
 
-// What it takes to decode a byte of a picture, in bytes to process.
+// What it takes to decode a byte of a picture, in bytes to process; the second one is that of JPEG.
 constexpr std::uint64_t WorkOfDecodedByte = 16;
+constexpr std::uint64_t WorkOfJpegByte = 4;
 
 // The number of threads that this much work is worth; `work` as for CutIntoRowBands.
 std::size_t ThreadsForWork(std::uint64_t work);

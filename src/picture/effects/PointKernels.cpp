@@ -191,23 +191,41 @@ void ThresholdToBits(const std::uint8_t* from, std::uint8_t* to, std::size_t pix
   }
 }
 
-void ExchangeRedAndBlue(std::uint8_t* row, std::size_t pixels, std::size_t size) {
-  const Bytes d;
-  const std::size_t step = hn::Lanes(d);
-  hn::Vec<Bytes> a;
-  hn::Vec<Bytes> b;
-  hn::Vec<Bytes> c;
-  hn::Vec<Bytes> alpha;
-  for (; pixels >= step; pixels -= step, row += step * size) {
-    if (size == 3) {
-      hn::LoadInterleaved3(d, row, a, b, c);
-      hn::StoreInterleaved3(c, b, a, d, row);
-    } else {
-      hn::LoadInterleaved4(d, row, a, b, c, alpha);
-      hn::StoreInterleaved4(c, b, a, alpha, d, row);
+// What each byte of 48, 16 pixels of 3 bytes, is taken from: the first index is the vector of 16 bytes that it comes to
+// lie in, the second one the vector that it comes from.
+constexpr std::uint8_t None = 0x80;
+alignas(16) constexpr std::uint8_t TripleOrder[3][3][16] = {
+    {{2, 1, 0, 5, 4, 3, 8, 7, 6, 11, 10, 9, 14, 13, 12, None},
+     {None, None, None, None, None, None, None, None, None, None, None, None, None, None, None, 1},
+     {}},
+    {{None, 15, None, None, None, None, None, None, None, None, None, None, None, None, None, None},
+     {0, None, 4, 3, 2, 7, 6, 5, 10, 9, 8, 13, 12, 11, None, 15},
+     {None, None, None, None, None, None, None, None, None, None, None, None, None, None, 0, None}},
+    {{},
+     {14, None, None, None, None, None, None, None, None, None, None, None, None, None, None, None},
+     {None, 3, 2, 1, 6, 5, 4, 9, 8, 7, 12, 11, 10, 15, 14, 13}}};
+alignas(16) constexpr std::uint8_t QuadrupleOrder[16] = {2, 1, 0, 3, 6, 5, 4, 7, 10, 9, 8, 11, 14, 13, 12, 15};
+
+void ExchangeRedAndBlue(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::size_t size) {
+  const hn::FixedTag<std::uint8_t, 16> d;
+  const std::size_t step = size == 3 ? 16 : 4;
+  for (; pixels >= step; pixels -= step, from += step * size, to += step * size) {
+    const auto a = hn::LoadU(d, from);
+    if (size == 4) {
+      hn::StoreU(hn::TableLookupBytes(a, hn::Load(d, QuadrupleOrder)), d, to);
+      continue;
     }
+    const auto b = hn::LoadU(d, from + 16);
+    const auto c = hn::LoadU(d, from + 32);
+    const auto part = [&](auto of, const std::uint8_t* order) {
+      return hn::TableLookupBytesOr0(of, hn::Load(d, order));
+    };
+    hn::StoreU(hn::Or(part(a, TripleOrder[0][0]), part(b, TripleOrder[0][1])), d, to);
+    hn::StoreU(hn::Or(hn::Or(part(a, TripleOrder[1][0]), part(b, TripleOrder[1][1])), part(c, TripleOrder[1][2])), d,
+               to + 16);
+    hn::StoreU(hn::Or(part(b, TripleOrder[2][1]), part(c, TripleOrder[2][2])), d, to + 32);
   }
-  scalar::ExchangeRedAndBlue(row, pixels, size);
+  scalar::ExchangeRedAndBlue(from, to, pixels, size);
 }
 #endif
 
@@ -251,8 +269,8 @@ void ThresholdToBits(const std::uint8_t* from, std::uint8_t* to, std::size_t pix
   if (pixels % 8 != 0) to[pixels / 8] = static_cast<std::uint8_t>(to[pixels / 8] & 0xFF00U >> pixels % 8);
 }
 
-void ExchangeRedAndBlue(std::uint8_t* row, std::size_t pixels, std::size_t size) {
-  HWY_DYNAMIC_DISPATCH(ExchangeRedAndBlue)(row, pixels, size);
+void ExchangeRedAndBlue(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::size_t size) {
+  HWY_DYNAMIC_DISPATCH(ExchangeRedAndBlue)(from, to, pixels, size);
 }
 
 }  // namespace kw::kernels

@@ -1,6 +1,7 @@
 #include "picture/effects/ScalarKernels.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 #include "picture/Depth.h"
@@ -243,8 +244,12 @@ void Interpolate(const PlacedRow& row, std::uint8_t* to, std::size_t pixels, std
   }
 }
 
-void ExchangeRedAndBlue(std::uint8_t* row, std::size_t pixels, std::size_t size) {
-  for (const std::uint8_t* const end = row + pixels * size; row != end; row += size) std::swap(row[0], row[2]);
+void ExchangeRedAndBlue(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::size_t size) {
+  for (const std::uint8_t* const end = from + pixels * size; from != end; from += size, to += size) {
+    const std::array<std::uint8_t, 3> colour{from[2], from[1], from[0]};
+    if (size == 4) to[3] = from[3];
+    std::ranges::copy(colour, to);
+  }
 }
 
 void TransposeTiles(const Tiles& tiles, std::size_t size) {

@@ -111,7 +111,7 @@ std::vector<std::uint8_t> AllOf(Stream& file) {
 bool ReadIntervalsByThreads(Stream& file, const jpeg_decompress_struct& codec, Bitmap& page) {
   if (codec.restart_interval == 0 || file.Size() > LongestJpegScan) return false;
   const std::size_t threads =
-      ThreadsForWork(std::uint64_t{page.RowBytes()} * static_cast<std::uint64_t>(page.Height()) * WorkOfDecodedByte);
+      ThreadsForWork(std::uint64_t{page.RowBytes()} * static_cast<std::uint64_t>(page.Height()) * WorkOfJpegByte);
   if (threads < 2) return false;
   const auto bytes = AllOf(file);
   const auto scan = JpegScanOf(bytes);

@@ -79,7 +79,7 @@ public:
 
   Bitmap Read() {
     RequireWorkFits(tiff, page, 0, limits);
-    if (!ReadByThreads()) {
+    if (!ReadApart()) {
       const std::uint16_t planes = layout.planar ? channels : std::uint16_t{1};
       for (std::uint16_t plane = 0; plane < planes; ++plane) ReadPlane(plane);
     }
@@ -117,35 +117,95 @@ private:
     return !layout.planar && layout.samples == channels && layout.bits == 8;
   }
 
-  // Decodes a row with a handle of the page and, if it is not in place, by way of `line`. Returns false if the library
+  // Decodes a row with a handle of the page and, if `line` is not empty, by way of it. Returns false if the library
   // cannot.
-  bool ReadLine(const TiffHandle& handle, std::int32_t y, std::uint16_t plane, std::vector<std::uint8_t>& line) {
-    const bool inPlace = line.empty();
-    std::uint8_t* const target = inPlace ? page.MutableRow(y).data() : line.data();
+  bool ReadLine(const TiffHandle& handle, std::int32_t y, std::uint16_t plane, std::span<std::uint8_t> line) {
+    std::uint8_t* const target = line.empty() ? page.MutableRow(y).data() : line.data();
     if (TIFFReadScanline(handle.Get(), target, static_cast<std::uint32_t>(y), plane) != 1) return false;
-    if (!inPlace)
-      Take({y, 0, layout.width, target, plane});
-    else if (channels != 1)
-      kernels::ExchangeRedAndBlue(target, layout.width, channels);
+    if (!line.empty()) Take({y, 0, layout.width, target, plane});
     return true;
   }
 
-  std::vector<std::uint8_t> Line() const { return std::vector<std::uint8_t>(IsInPlace() ? 0 : source.LineBytes()); }
+  // A row of samples, if it is not decoded in place.
+  class LineBuffer {
+  public:
+    explicit LineBuffer(const SampleReader& reader) {
+      if (reader.channels == 1 && reader.IsInPlace()) return;
+      // The codec writes rows that begin at an even address past the caches.
+      begin = reader.layout.compression == COMPRESSION_JPEG ? 1 : 0;
+      bytes.resize(begin + reader.source.LineBytes());
+    }
+    std::span<std::uint8_t> Bytes() { return std::span(bytes).subspan(begin); }
 
-  // If that is not possible, the page is empty again.
-  bool ReadByThreads() {
-    if (layout.tiled || NeedsWholeStrips(layout.compression)) return false;
+  private:
+    std::size_t begin = 0;
+    std::vector<std::uint8_t> bytes;
+  };
+
+  // Decodes a whole strip. If its code goes on behind its end, the library says that it is sound but may have left out
+  // the last pixels: then the last byte is not written.
+  bool DecodeWhole(const TiffHandle& handle, std::uint32_t strip, std::span<std::uint8_t> to) const {
+    const auto size = static_cast<tmsize_t>(to.size());
+    const auto decode = [&] { return TIFFReadEncodedStrip(handle.Get(), strip, to.data(), size) == size; };
+    if (layout.compression == COMPRESSION_NONE) return decode();
+    const bool areDifferences = tiff.Field(TIFFTAG_PREDICTOR, std::uint16_t{PREDICTOR_NONE}) != PREDICTOR_NONE;
+    const bool hasLeft = areDifferences && layout.width > 1;
+    for (const std::uint8_t unwritten : {std::uint8_t{0x80}, std::uint8_t{0x7F}}) {
+      to.back() = unwritten;
+      if (!decode()) return false;
+      const unsigned left = hasLeft ? to[to.size() - 1 - layout.samples] : 0U;
+      if (static_cast<std::uint8_t>(to.back() - left) != unwritten) return true;
+    }
+    return false;
+  }
+
+  // Decodes whole strips, packed into the end of the memory of their rows, from where these move to their places.
+  bool ReadWhole(const TiffHandle& handle, StripRange range, const Pixels& pixels) const {
+    const std::size_t rowBytes = source.LineBytes();
+    const std::uint32_t step = source.RowsPerStrip();
+    const std::uint32_t begin = range.begin * step;
+    const std::uint32_t end =
+        layout.height - begin > (range.end - range.begin) * step ? range.end * step : layout.height;
+    std::uint8_t* from = pixels.Row(static_cast<std::int32_t>(begin)) + (end - begin) * (pixels.stride - rowBytes);
+    std::uint8_t* to = from;
+    for (std::uint32_t strip = range.begin; strip < range.end; ++strip) {
+      const std::size_t size = std::min(step, layout.height - strip * step) * rowBytes;
+      if (!DecodeWhole(handle, strip, {to, size})) return false;
+      to += size;
+    }
+    for (std::uint32_t y = begin; y < end; ++y, from += rowBytes) {
+      std::uint8_t* const row = pixels.Row(static_cast<std::int32_t>(y));
+      if (channels != 1)
+        kernels::ExchangeRedAndBlue(from, row, layout.width, channels);
+      else
+        std::memmove(row, from, rowBytes);
+    }
+    return true;
+  }
+
+  bool ReadRows(const TiffHandle& handle, StripRange range) {
     const std::uint32_t step = source.RowsPerStrip();
     const std::uint32_t stripsOfPlane = (layout.height + step - 1) / step;
-    const bool isRead = DecodeStripsByThreads(source, [&](const TiffPage& own, std::uint32_t strip) {
+    LineBuffer line(*this);
+    for (std::uint32_t strip = range.begin; strip < range.end; ++strip) {
       const auto plane = static_cast<std::uint16_t>(strip / stripsOfPlane);
       if (plane >= (layout.planar ? channels : 1)) return true;
       const std::uint32_t begin = strip % stripsOfPlane * step;
-      auto line = Line();
       for (std::uint32_t y = begin; y < begin + std::min(step, layout.height - begin); ++y) {
-        if (!ReadLine(own.tiff, static_cast<std::int32_t>(y), plane, line)) return false;
+        if (!ReadLine(handle, static_cast<std::int32_t>(y), plane, line.Bytes())) return false;
       }
-      return true;
+    }
+    return true;
+  }
+
+  // If that is not possible, the page is empty again.
+  bool ReadApart() {
+    if (layout.tiled || NeedsWholeStrips(layout.compression)) return false;
+    const bool areWhole = IsInPlace() && PaysWhole(layout.compression);
+    const Pixels pixels(page);
+    const auto calls = areWhole ? StripCalls::Whole : StripCalls::Rows;
+    const bool isRead = DecodeStripsApart(source, calls, [&](const TiffPage& own, StripRange range) {
+      return areWhole ? ReadWhole(own.tiff, range, pixels) : ReadRows(own.tiff, range);
     });
     if (!isRead && layout.IsIndexed()) {
       page = {};
@@ -155,10 +215,10 @@ private:
   }
 
   void ReadLines(std::uint16_t plane) {
-    auto line = Line();
+    LineBuffer line(*this);
     const auto step = static_cast<std::int32_t>(source.RowsPerStrip());
     for (std::int32_t y = 0; y < page.Height(); ++y) {
-      if (ReadLine(tiff, y, plane, line)) continue;
+      if (ReadLine(tiff, y, plane, line.Bytes())) continue;
       // The next strip can still be decoded.
       const std::int32_t next = page.Height() - y > step ? (y / step + 1) * step : page.Height();
       damage.MissRows(page, y, std::min(next, page.Height()));
@@ -229,6 +289,10 @@ private:
 
   void TakeColours(const Part& part, std::span<std::uint8_t> row) const {
     // The file has red, green, blue, alpha; the page blue, green, red, alpha.
+    if (layout.bits == 8 && !layout.planar && layout.samples == channels) {
+      kernels::ExchangeRedAndBlue(part.samples, row.data() + part.x * channels, part.count, channels);
+      return;
+    }
     constexpr std::array<std::size_t, 4> places{2, 1, 0, 3};
     const std::size_t step = layout.planar ? 1 : layout.samples;
     const std::uint16_t begin = layout.planar ? part.plane : 0;

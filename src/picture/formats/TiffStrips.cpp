@@ -120,22 +120,48 @@ bool AreIndependent(const TiffPage& page, std::uint32_t strips) {
   return page.layout.compression != COMPRESSION_JPEG || HaveTheirTables(page, strips);
 }
 
+std::uint64_t WorkOfByte(int compression) {
+  // Most of the time goes into reading, which threads do one after the other.
+  if (compression == COMPRESSION_NONE) return 0;
+  return compression == COMPRESSION_JPEG ? WorkOfJpegByte : WorkOfDecodedByte;
+}
+
+// 0 if another handle takes too much memory.
 std::size_t StripThreads(const TiffPage& page, std::uint32_t strips) {
   const std::uint64_t memory = MemoryOfHandle(page, strips);
-  if (memory == 0) return 1;
+  if (memory == 0) return 0;
   const std::uint64_t handles = page.limits.pageMemory / PartOfPage / memory;
-  const std::size_t threads = ThreadsForWork(page.LineBytes() * page.layout.height * WorkOfDecodedByte);
+  const std::size_t threads =
+      ThreadsForWork(std::uint64_t{page.LineBytes()} * page.layout.height * WorkOfByte(page.layout.compression));
   return static_cast<std::size_t>(std::min({std::uint64_t{threads}, std::uint64_t{strips}, handles}));
+}
+
+// Whole strips that stay in the caches until their rows are in their places.
+std::uint32_t StripsAtOnce(const TiffPage& page, std::uint32_t strips, std::size_t threads) {
+  constexpr std::uint64_t bytesAtOnce = std::uint64_t{128} << 10U;
+  constexpr std::uint64_t partsOfShare = 8;
+  const std::uint64_t most = std::min(bytesAtOnce / (std::uint64_t{page.RowsPerStrip()} * page.LineBytes()),
+                                      strips / (partsOfShare * threads));
+  return static_cast<std::uint32_t>(std::max(most, std::uint64_t{1}));
 }
 
 }  // namespace
 
-bool DecodeStripsByThreads(const TiffPage& page,
-                           const std::function<bool(const TiffPage& own, std::uint32_t strip)>& decode) {
-  const std::uint32_t strips = TIFFNumberOfStrips(page.tiff.Get());
-  if (strips < 2) return false;
+// Of packed runs, the library cuts off what goes beyond the end of a call's pixels.
+bool PaysWhole(int compression) {
+  return compression == COMPRESSION_NONE || compression == COMPRESSION_LZW || compression == COMPRESSION_DEFLATE ||
+         compression == COMPRESSION_ADOBE_DEFLATE;
+}
+
+bool DecodeStripsApart(const TiffPage& page, StripCalls calls,
+                       const std::function<bool(const TiffPage& own, StripRange range)>& decode) {
+  const bool areWhole = calls == StripCalls::Whole;
+  const std::uint32_t all = TIFFNumberOfStrips(page.tiff.Get());
+  const std::uint32_t strips = areWhole && page.layout.planar ? all / page.layout.samples : all;
   const std::size_t threads = StripThreads(page, strips);
-  if (threads < 2 || !AreIndependent(page, strips)) return false;
+  if (threads < (areWhole ? 1 : 2) || !AreIndependent(page, strips)) return false;
+  const std::uint32_t step = areWhole ? StripsAtOnce(page, strips, threads) : 1;
+  const std::uint32_t steps = (strips + step - 1) / step;
 
   std::mutex lock;
   std::atomic<std::uint32_t> next{0};
@@ -143,9 +169,9 @@ bool DecodeStripsByThreads(const TiffPage& page,
   const auto decodeStrips = [&] {
     std::optional<StripBytes> bytes;
     std::optional<TiffPage> own;
-    for (std::uint32_t strip = next++; strip < strips && sound; strip = next++) {
+    for (std::uint32_t i = next++; i < steps && sound; i = next++) {
       if (!own) own.emplace(bytes.emplace(page.file, lock), page.directory, page.limits);
-      if (!decode(*own, strip)) sound = false;
+      if (!decode(*own, {i * step, std::min(strips, (i + 1) * step)})) sound = false;
     }
     if (own && own->tiff.Damage() != page.tiff.Damage()) sound = false;
   };

@@ -6,11 +6,29 @@
 
 namespace kw {
 
-// Calls decode(own, strip) for each strip of the page on several threads; `own` is the page in a handle of the thread,
-// and decode() returns whether the strip is sound. It may throw. Returns true if every strip was decoded, and as one
-// handle alone would have done it. False: nothing is known, and the page has to be decoded in the plain way, whether
-// because threads do not pay, because the file or its codec does not allow it, or because something was not sound.
-bool DecodeStripsByThreads(const TiffPage& page,
-                           const std::function<bool(const TiffPage& own, std::uint32_t strip)>& decode);
+// Strips [begin, end) of a page.
+struct StripRange {
+  std::uint32_t begin = 0;
+  std::uint32_t end = 0;
+};
+
+// How the strips of a page are decoded.
+enum class StripCalls {
+  // Row by row.
+  Rows,
+  // By one call of the library for each strip. Of a page in planes, the first one only.
+  Whole,
+};
+
+// Whether a call for each strip takes less time than one for each row, and makes the same of sound strips.
+bool PaysWhole(int compression);
+
+// Calls decode(own, range) for all strips of the page, on several threads if they pay; `own` is the page in a handle of
+// the thread, and decode() returns whether these strips are sound. It may throw. Returns true if every strip was
+// decoded, and as the handle of the page itself would have done it row by row. False: nothing is known, and the page
+// has to be decoded in that plain way, whether because another one does not pay, because the file or its codec does not
+// allow it, or because something was not sound.
+bool DecodeStripsApart(const TiffPage& page, StripCalls calls,
+                       const std::function<bool(const TiffPage& own, StripRange range)>& decode);
 
 }  // namespace kw

@@ -83,10 +83,11 @@ void WriteRows(const TiffHandle& tiff, const Bitmap& picture, std::int32_t begin
   std::vector<std::uint8_t> row(picture.RowBytes());
   const std::size_t pixelBytes = picture.BitsPerPixel() > 8 ? static_cast<std::size_t>(picture.BitsPerPixel() / 8) : 0;
   for (std::int32_t y = 0; y < count; ++y) {
-    std::ranges::copy(picture.Row(begin + y), row.begin());
-    if (pixelBytes != 0) {
-      kernels::ExchangeRedAndBlue(row.data(), static_cast<std::size_t>(picture.Width()), pixelBytes);
-    }
+    const auto from = picture.Row(begin + y);
+    if (pixelBytes == 0)
+      std::ranges::copy(from, row.begin());
+    else
+      kernels::ExchangeRedAndBlue(from.data(), row.data(), static_cast<std::size_t>(picture.Width()), pixelBytes);
     tiff.Require(TIFFWriteScanline(tiff.Get(), row.data(), static_cast<std::uint32_t>(target + y), 0) == 1);
   }
 }

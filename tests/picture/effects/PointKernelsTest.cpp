@@ -94,22 +94,27 @@ TEST(PackedBits, HaveNothingBehindThePixels) {
   }
 }
 
+// In place, to a place before it that it overlaps, and to one far away.
 TEST(ExchangeRedAndBlue, IsThatOfThePlainKernelAndTouchesNothingElse) {
   std::mt19937 random(1);
   for (const std::size_t size : {std::size_t{3}, std::size_t{4}}) {
-    for (const std::size_t pixels : {0U, 1U, 15U, 16U, 17U, 63U, 64U, 65U, 200U, 2480U}) {
+    for (const std::size_t pixels : {0U, 1U, 4U, 5U, 6U, 15U, 16U, 17U, 63U, 64U, 65U, 200U, 2480U}) {
       constexpr std::size_t margin = 7;
-      std::vector<std::uint8_t> row(pixels * size + 2 * margin);
-      for (std::uint8_t& byte : row) byte = static_cast<std::uint8_t>(random());
-      std::vector<std::uint8_t> expected = row;
-      for (std::size_t i = 0; i < pixels; ++i) {
-        std::swap(expected[margin + i * size], expected[margin + i * size + 2]);
+      for (const std::size_t distance :
+           {std::size_t{0}, std::size_t{1}, std::size_t{13}, std::size_t{17}, 2480 * size}) {
+        std::vector<std::uint8_t> row(distance + pixels * size + 2 * margin);
+        for (std::uint8_t& byte : row) byte = static_cast<std::uint8_t>(random());
+        std::vector<std::uint8_t> expected = row;
+        for (std::size_t i = 0; i < pixels * size; ++i) {
+          const std::size_t channel = i % size;
+          expected[margin + i] = row[margin + distance + i - channel + (channel == 3 ? 3 : 2 - channel)];
+        }
+        std::vector<std::uint8_t> plain = row;
+        kernels::ExchangeRedAndBlue(row.data() + margin + distance, row.data() + margin, pixels, size);
+        EXPECT_EQ(expected, row) << pixels << " of " << size << " by " << distance;
+        kernels::scalar::ExchangeRedAndBlue(plain.data() + margin + distance, plain.data() + margin, pixels, size);
+        EXPECT_EQ(expected, plain);
       }
-      std::vector<std::uint8_t> plain = row;
-      kernels::ExchangeRedAndBlue(row.data() + margin, pixels, size);
-      EXPECT_EQ(expected, row) << pixels << " of " << size;
-      kernels::scalar::ExchangeRedAndBlue(plain.data() + margin, pixels, size);
-      EXPECT_EQ(expected, plain);
     }
   }
 }
