@@ -1,6 +1,7 @@
 #include "tests/torture/FailingMemory.h"
 
 #include <dlfcn.h>
+#include <malloc.h>
 
 #include <cerrno>
 #include <cstddef>
@@ -23,6 +24,7 @@ void* KW_SYSTEM(malloc)(std::size_t size);
 void* KW_SYSTEM(calloc)(std::size_t count, std::size_t size);
 void* KW_SYSTEM(realloc)(void* memory, std::size_t size);
 void* KW_SYSTEM(memalign)(std::size_t alignment, std::size_t size);
+void KW_SYSTEM(free)(void* memory);
 }
 
 namespace kw::test {
@@ -64,10 +66,29 @@ __attribute__((no_sanitize("address", "undefined"))) bool IsRefusedTo(void* call
   return !(isKnown && std::strstr(library.dli_fname, "libtiff") != nullptr) && IsRefused();
 }
 
-void* Request(std::size_t size) noexcept { return IsRefused() ? nullptr : KW_SYSTEM(malloc)(size == 0 ? 1 : size); }
+// Before the run time has begun, nothing but these may be touched.
+bool isMeasured = false;
+std::ptrdiff_t heldBytes = 0;
+std::ptrdiff_t mostBytes = 0;
+
+// Returns `memory`, which is held from now on, or for `sign` -1 no longer.
+__attribute__((no_sanitize("address", "undefined", "thread"))) void* Count(void* memory, std::ptrdiff_t sign = 1) {
+  if (!__atomic_load_n(&isMeasured, __ATOMIC_RELAXED) || memory == nullptr) return memory;
+  const auto size = static_cast<std::ptrdiff_t>(malloc_usable_size(memory));
+  const std::ptrdiff_t held = __atomic_add_fetch(&heldBytes, sign * size, __ATOMIC_RELAXED);
+  std::ptrdiff_t most = __atomic_load_n(&mostBytes, __ATOMIC_RELAXED);
+  while (held > most &&
+         !__atomic_compare_exchange_n(&mostBytes, &most, held, false, __ATOMIC_RELAXED, __ATOMIC_RELAXED)) {
+  }
+  return memory;
+}
+
+void* Request(std::size_t size) noexcept {
+  return IsRefused() ? nullptr : Count(KW_SYSTEM(malloc)(size == 0 ? 1 : size));
+}
 
 void* RequestAligned(std::size_t size, std::align_val_t alignment) noexcept {
-  return IsRefused() ? nullptr : KW_SYSTEM(memalign)(static_cast<std::size_t>(alignment), size == 0 ? 1 : size);
+  return IsRefused() ? nullptr : Count(KW_SYSTEM(memalign)(static_cast<std::size_t>(alignment), size == 0 ? 1 : size));
 }
 
 void* OrThrow(void* memory) {
@@ -94,24 +115,40 @@ long FailingMemory::Requests() const { return requests; }
 
 bool FailingMemory::HasFailed() const { return failing != Failing::Never && requests >= firstFailing; }
 
+HeldMemory::HeldMemory() {
+  heldBytes = 0;
+  mostBytes = 0;
+  __atomic_store_n(&isMeasured, true, __ATOMIC_SEQ_CST);
+}
+
+HeldMemory::~HeldMemory() { __atomic_store_n(&isMeasured, false, __ATOMIC_SEQ_CST); }
+
+std::int64_t HeldMemory::Peak() const { return __atomic_load_n(&mostBytes, __ATOMIC_SEQ_CST); }
+
 }  // namespace kw::test
 
+using kw::test::Count;
 using kw::test::OrThrow;
 using kw::test::Request;
 using kw::test::RequestAligned;
 
 extern "C" {
 __attribute__((no_sanitize("address", "undefined"))) void* malloc(std::size_t size) {
-  return kw::test::IsRefused() ? nullptr : KW_SYSTEM(malloc)(size);
+  return kw::test::IsRefused() ? nullptr : Count(KW_SYSTEM(malloc)(size));
 }
 // The system's header has names for the arguments that only it may use.
 // NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
 __attribute__((no_sanitize("address", "undefined"))) void* calloc(std::size_t count, std::size_t size) {
-  return kw::test::IsRefused() ? nullptr : KW_SYSTEM(calloc)(count, size);
+  return kw::test::IsRefused() ? nullptr : Count(KW_SYSTEM(calloc)(count, size));
 }
 __attribute__((no_sanitize("address", "undefined"))) void* realloc(void* memory, std::size_t size) {
-  return kw::test::IsRefusedTo(__builtin_return_address(0)) ? nullptr : KW_SYSTEM(realloc)(memory, size);
+  if (kw::test::IsRefusedTo(__builtin_return_address(0))) return nullptr;
+  Count(memory, -1);
+  void* const larger = KW_SYSTEM(realloc)(memory, size);
+  Count(larger == nullptr && size != 0 ? memory : larger);
+  return larger;
 }
+__attribute__((no_sanitize("address", "undefined"))) void free(void* memory) { KW_SYSTEM(free)(Count(memory, -1)); }
 // NOLINTEND(readability-inconsistent-declaration-parameter-name)
 }
 

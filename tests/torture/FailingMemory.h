@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 namespace kw::test {
 
 // While it lives, this thread's requests for memory are counted, from 1 on, and some fail: those of operator new in all
@@ -15,6 +17,18 @@ public:
 
   long Requests() const;
   bool HasFailed() const;
+};
+
+// While it lives, the bytes are counted that all threads hold, by the same calls. One at a time.
+class HeldMemory {
+public:
+  HeldMemory();
+  HeldMemory(const HeldMemory&) = delete;
+  HeldMemory& operator=(const HeldMemory&) = delete;
+  ~HeldMemory();
+
+  // The most bytes that were held beyond those at the beginning.
+  std::int64_t Peak() const;
 };
 
 }  // namespace kw::test

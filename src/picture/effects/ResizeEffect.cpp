@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
 #include <utility>
@@ -31,24 +32,55 @@ PictureSize ResizedSize(const Bitmap& picture, std::span<const double> values) {
           WholeSize(givenHeight != 0 ? givenHeight : height * givenWidth / width)};
 }
 
-// The rows of a picture; colours are multiplied by alpha if there is one.
+// The rows of a picture in values; colours are multiplied by alpha if there is one. A picture with a palette is not
+// converted as a whole: that would take many times its memory.
 class ResizeSource {
 public:
-  explicit ResizeSource(const Bitmap& picture)
-      : pixels(picture), count(picture.RowBytes()), hasAlpha(picture.BitsPerPixel() == 32) {}
+  explicit ResizeSource(const Bitmap& original)
+      : picture(original),
+        pixels(picture),
+        width(static_cast<std::size_t>(picture.Width())),
+        depth(picture.BitsPerPixel()),
+        size(static_cast<std::size_t>(DepthInValues(picture) / 8)),
+        isStored(depth == 24 || HasGreyRamp(picture)) {
+    std::ranges::copy(picture.Palette(), palette.begin());
+    std::ranges::transform(palette, levels.begin(), &Rgb::red);
+  }
 
-  // `scratch` must hold a row; it is used if the row has to be computed.
+  // Bytes of a pixel and of a row in values.
+  std::size_t PixelBytes() const { return size; }
+  std::size_t RowBytes() const { return width * size; }
+  // What Row() needs to compute a row.
+  std::size_t ScratchBytes() const { return isStored ? 0 : RowBytes() + Bitmap::RowAlignment; }
+
+  // The row as it is stored, or computed in `scratch`.
   const std::uint8_t* Row(std::int32_t y, std::uint8_t* scratch) const {
     const std::uint8_t* const row = pixels.Row(y);
-    if (!hasAlpha) return row;
-    Premultiply(row, scratch, count / 4);
+    if (isStored) return row;
+    if (size == 4) {
+      Premultiply(row, scratch, width);
+    } else if (size == 1) {
+      kernels::UnpackLevels(row, scratch, width, depth, levels);
+    } else {
+      for (std::size_t x = 0; x < width; ++x) {
+        const Rgb colour = palette[PaletteIndexAt({row, picture.RowBytes()}, x, depth)];
+        scratch[3 * x] = colour.blue;
+        scratch[3 * x + 1] = colour.green;
+        scratch[3 * x + 2] = colour.red;
+      }
+    }
     return scratch;
   }
 
 private:
+  const Bitmap& picture;
   ConstPixels pixels;
-  std::size_t count;
-  bool hasAlpha;
+  std::size_t width;
+  int depth;
+  std::size_t size;
+  bool isStored;
+  std::array<Rgb, 256> palette{};
+  Lut levels{};
 };
 
 void Scale(const Bitmap& picture, Bitmap& result, bool bicubic) {
@@ -56,11 +88,11 @@ void Scale(const Bitmap& picture, Bitmap& result, bool bicubic) {
   const ResizeWeights down(picture.Height(), result.Height(), bicubic);
   const ResizeSource source(picture);
   const Pixels to(result);
-  const std::size_t count = picture.RowBytes();
-  const auto size = static_cast<std::size_t>(picture.BitsPerPixel() / 8);
-  const bool hasAlpha = size == 4;
+  const std::size_t count = source.RowBytes();
+  const std::size_t size = source.PixelBytes();
   const auto width = static_cast<std::size_t>(result.Width());
-  const auto bands = CutIntoRowBands(result.Height(), 4 * std::max(BytesOf(picture), BytesOf(result)));
+  const std::uint64_t read = PixelMemory(picture.Width(), picture.Height(), result.BitsPerPixel());
+  const auto bands = CutIntoRowBands(result.Height(), 4 * std::max(read, BytesOf(result)));
   struct Work {
     std::vector<std::uint8_t> row;
     std::vector<std::int32_t> sums;
@@ -68,7 +100,7 @@ void Scale(const Bitmap& picture, Bitmap& result, bool bicubic) {
   };
   std::vector<Work> works(bands.size());
   for (Work& work : works) {
-    work.row.resize(hasAlpha ? count : 0);
+    work.row.resize(source.ScratchBytes());
     work.sums.resize(count + Bitmap::RowAlignment);
     work.mixed.resize(count + Bitmap::RowAlignment);
   }
@@ -83,24 +115,30 @@ void Scale(const Bitmap& picture, Bitmap& result, bool bicubic) {
       }
       kernels::PackSums(work.sums.data(), work.mixed.data(), count);
       across.Row(work.mixed.data(), to.Row(y), size);
-      if (hasAlpha) Unpremultiply(to.Row(y), width);
+      if (size == 4) Unpremultiply(to.Row(y), width);
     }
   });
 }
 
-// Halves both sides.
+// Halves both sides of a picture without alpha.
 void Downsample2(const Bitmap& picture, Bitmap& result) {
-  const ConstPixels from(picture);
+  const ResizeSource source(picture);
   const Pixels to(result);
   const auto width = static_cast<std::size_t>(result.Width());
-  const auto size = static_cast<std::size_t>(picture.BitsPerPixel() / 8);
-  ParallelForRows(result.Height(), BytesOf(picture), [&](RowBand band) {
-    for (std::int32_t y = band.begin; y < band.end; ++y) {
-      if (y + 1 < band.end) {
+  const std::uint64_t read = PixelMemory(picture.Width(), picture.Height(), result.BitsPerPixel());
+  const auto bands = CutIntoRowBands(result.Height(), read);
+  const std::size_t scratch = source.ScratchBytes();
+  std::vector<std::vector<std::uint8_t>> rows(bands.size(), std::vector<std::uint8_t>(2 * scratch));
+  const ConstPixels from(picture);
+  ParallelFor(bands.size(), [&](std::size_t i) {
+    for (std::int32_t y = bands[i].begin; y < bands[i].end; ++y) {
+      if (y + 1 < bands[i].end) {
         PrefetchRow(from.Row(2 * y + 2), picture.RowBytes());
         PrefetchRow(from.Row(2 * y + 3), picture.RowBytes());
       }
-      kernels::BoxDownsample2(from.Row(2 * y), from.Row(2 * y + 1), to.Row(y), width, size);
+      const std::uint8_t* const upper = source.Row(2 * y, rows[i].data());
+      const std::uint8_t* const lower = source.Row(2 * y + 1, rows[i].data() + scratch);
+      kernels::BoxDownsample2(upper, lower, to.Row(y), width, source.PixelBytes());
     }
   });
 }
@@ -110,22 +148,20 @@ void Downsample2(const Bitmap& picture, Bitmap& result) {
 // picture with a palette becomes 8 bits if it is grey, else 24 bits; colours are weighted by alpha.
 void Resize(Bitmap& picture, std::span<const double> values) {
   const PictureSize size = ResizedSize(picture, values);
-  const Bitmap original = InValues(picture);
-  Bitmap result = Like(original, size.width, size.height, original.BitsPerPixel());
+  Bitmap result = Like(picture, size.width, size.height, DepthInValues(picture));
   const bool isHalf =
-      original.Width() == 2 * std::int64_t{size.width} && original.Height() == 2 * std::int64_t{size.height};
-  if (isHalf && original.BitsPerPixel() != 32) {
-    Downsample2(original, result);
+      picture.Width() == 2 * std::int64_t{size.width} && picture.Height() == 2 * std::int64_t{size.height};
+  if (isHalf && picture.BitsPerPixel() != 32) {
+    Downsample2(picture, result);
   } else {
-    Scale(original, result, values[3] != 0);
+    Scale(picture, result, values[3] != 0);
   }
   picture = std::move(result);
 }
 
 std::uint64_t MemoryOfResize(const Bitmap& picture, std::span<const double> values) {
   const PictureSize size = ResizedSize(picture, values);
-  const std::uint64_t result = PixelMemory(size.width, size.height, DepthInValues(picture));
-  return std::max(result, MemoryInValues(picture, values));
+  return PixelMemory(size.width, size.height, DepthInValues(picture));
 }
 
 constexpr std::string_view ResizeKernels[] = {"Lanczos", "Bicubic"};
