@@ -6,6 +6,7 @@
 #include "picture/effects/Kernels.h"
 #include "picture/effects/Pixels.h"
 #include "picture/effects/RowWindow.h"
+#include "picture/effects/WideBlur.h"
 
 namespace kw {
 namespace {
@@ -47,29 +48,8 @@ void FilterWithAlpha(Bitmap& picture, std::int32_t radius, std::size_t scratchBy
   FilterRows(picture, filter);
 }
 
-// One side of a Gaussian bell, the middle first, in 32768ths; both sides add up to 32768. Empty if the bell is so
-// narrow that only the middle counts.
-std::vector<std::int16_t> BellWeights(double sigma, std::int32_t radius) {
-  std::vector<double> bell;
-  double sum = 1;
-  for (std::int32_t i = 1; i <= radius; ++i) {
-    const double away = i / sigma;
-    bell.push_back(std::exp(-0.5 * away * away));
-    sum += 2 * bell.back();
-  }
-  constexpr std::int32_t whole = 32768;
-  std::vector<std::int16_t> weights{0};
-  std::int32_t rest = whole;
-  for (const double weight : bell) {
-    weights.push_back(static_cast<std::int16_t>(std::lround(whole * weight / sum)));
-    rest -= 2 * weights.back();
-  }
-  if (rest == whole) return {};
-  weights[0] = static_cast<std::int16_t>(rest);
-  return weights;
-}
-
 void BlurValues(Bitmap& picture, double sigma) {
+  if (sigma >= LeastWideSigma) return BlurWidely(picture, sigma);
   const auto radius = static_cast<std::int32_t>(std::ceil(3 * sigma));
   const auto weights = BellWeights(sigma, radius);
   if (weights.empty()) return;
