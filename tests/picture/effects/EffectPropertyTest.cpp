@@ -207,6 +207,50 @@ TEST(EffectProperty, WideBlurIsGaussian) {
   }
 }
 
+// The exact blur of a value of each pixel, far beyond what a bell of bytes shows.
+std::vector<double> ExactBlur(const reference::Plain& picture, double sigma) {
+  const auto radius = static_cast<std::int32_t>(std::ceil(6 * sigma));
+  const auto pass = [&](const auto& at) {
+    std::vector<double> blurred;
+    for (std::int32_t y = 0; y < picture.height; ++y) {
+      for (std::int32_t x = 0; x < picture.width; ++x) {
+        double sum = 0;
+        double exact = 0;
+        for (std::int32_t i = -radius; i <= radius; ++i) {
+          const double height = std::exp(-0.5 * i * i / (sigma * sigma));
+          sum += height;
+          exact += height * at(x, y, i);
+        }
+        blurred.push_back(exact / sum);
+      }
+    }
+    return blurred;
+  };
+  const auto down =
+      pass([&](std::int32_t x, std::int32_t y, std::int32_t i) -> double { return picture.Near(x, y + i)[0]; });
+  return pass([&](std::int32_t x, std::int32_t y, std::int32_t i) {
+    return down[picture.Index(std::clamp(x + i, 0, picture.width - 1), y)];
+  });
+}
+
+// Pictures smaller than a block or a bell, too.
+TEST(EffectProperty, WideBlurOfNoiseIsGaussianInAnySize) {
+  struct Size {
+    std::int32_t width;
+    std::int32_t height;
+  };
+  for (const Size& size : {Size{60, 41}, Size{1, 1}, Size{1, 7}, Size{9, 1}, Size{2, 3}, Size{5, 5}, Size{33, 2}}) {
+    const Bitmap picture = Noise(size.width, size.height, 8, false);
+    for (const double sigma : {5.0, 9.9, 10.0, 17.0, 50.0}) {
+      const auto exact = ExactBlur(reference::Read(picture), sigma);
+      const auto after = reference::Read(With(picture, "Blur", std::vector{sigma}));
+      double most = 0;
+      for (std::size_t i = 0; i < exact.size(); ++i) most = std::max(most, std::fabs(exact[i] - after.pixels[i][0]));
+      EXPECT_LE(most, sigma < 15 ? 2.1 : 1.0) << sigma << ", " << size.width << " x " << size.height;
+    }
+  }
+}
+
 // Slightly wider blurs are slightly wider, also if they are computed in another way.
 TEST(EffectProperty, ABlurIsNextToASlightlyWiderOne) {
   const Bitmap picture = Noise(97, 61, 24, false);
