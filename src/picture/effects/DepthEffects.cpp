@@ -1,5 +1,7 @@
 #include <algorithm>
 #include <array>
+#include <atomic>
+#include <bit>
 #include <cstring>
 #include <utility>
 #include <vector>
@@ -67,50 +69,89 @@ using Row = std::vector<std::uint8_t>;
 // 32 bits are too few for the pixels of the largest page of 1 bit.
 using Histogram = std::array<std::uint64_t, 256>;
 
+// Counts levels, a pair of neighbours in one step: a step ends with a write to memory, and these take the time.
+class LevelCounter {
+public:
+  LevelCounter() : pairs(Levels * Levels) {}
+
+  void Add(const std::uint8_t* row, std::size_t count) {
+    // Wider rows than half of what a counter holds are more than a picture can have.
+    constexpr std::size_t most = std::size_t{1} << 31U;
+    if ((counted += count) > most) Flush();
+    const auto wordAt = [row](std::size_t x) {
+      std::uint64_t word = 0;
+      std::memcpy(&word, row + x, sizeof word);
+      return word;
+    };
+    std::uint32_t* const counts = pairs.data();
+    constexpr std::size_t wordBytes = sizeof(std::uint64_t);
+    constexpr unsigned pairBits = 16;
+    std::size_t x = 0;
+    for (; x + 2 * wordBytes <= count; x += 2 * wordBytes) {
+      const std::uint64_t words[] = {wordAt(x), wordAt(x + wordBytes)};
+      // Paper without noise: many writes to one counter would wait for each other.
+      if (words[0] == words[1] && words[0] == std::rotl(words[0], 8)) {
+        sum[words[0] % Levels] += 2 * wordBytes;
+        continue;
+      }
+      for (const std::uint64_t word : words) {
+        for (unsigned shift = 0; shift < 8 * wordBytes; shift += pairBits) ++counts[word >> shift & 0xFFFFU];
+      }
+    }
+    for (; x < count; ++x) ++sum[row[x]];
+  }
+
+  void AddTo(Histogram& whole) {
+    Flush();
+    for (std::size_t level = 0; level < Levels; ++level) whole[level] += sum[level];
+  }
+
+private:
+  static constexpr std::size_t Levels = 256;
+
+  void Flush() {
+    std::array<std::uint32_t, Levels> lowers{};
+    for (std::size_t upper = 0; upper < Levels; ++upper) {
+      std::uint32_t* const own = pairs.data() + upper * Levels;
+      std::uint32_t both = 0;
+      for (std::size_t lower = 0; lower < Levels; ++lower) {
+        both += own[lower];
+        lowers[lower] += own[lower];
+      }
+      sum[upper] += both;
+      std::fill_n(own, Levels, 0);
+    }
+    for (std::size_t lower = 0; lower < Levels; ++lower) sum[lower] += lowers[lower];
+    counted = 0;
+  }
+
+  std::vector<std::uint32_t> pairs;
+  std::size_t counted = 0;
+  Histogram sum{};
+};
+
 Histogram HistogramOf(const Bitmap& picture) {
   const LumaRows luma(picture);
   const auto bands = CutIntoRowBands(picture.Height(), BytesOf(picture));
   const auto width = static_cast<std::size_t>(picture.Width());
-  // Eight histograms in turn: neighbours are often equal, and incrementing one counter twice in a row is slow.
-  constexpr std::size_t together = 8;
   struct Work {
-    std::array<std::array<std::uint32_t, 256>, together> counts{};
-    std::size_t counted = 0;
-    Histogram sum{};
+    LevelCounter counter;
     Row scratch;
-
-    void Flush() {
-      for (auto& own : counts) {
-        for (std::size_t level = 0; level < sum.size(); ++level) sum[level] += std::exchange(own[level], 0);
-      }
-      counted = 0;
-    }
   };
-  std::vector<Work> works(bands.size());
+  std::vector<Work> works(ThreadsFor(bands.size()));
   for (Work& work : works) work.scratch.resize(RoundedWidth(picture));
-  ParallelFor(bands.size(), [&](std::size_t i) {
-    Work& work = works[i];
-    auto& counts = work.counts;
-    for (std::int32_t y = bands[i].begin; y < bands[i].end; ++y) {
-      const std::uint8_t* const row = luma.Row(y, work.scratch.data());
-      if (y + 1 < bands[i].end) luma.Prefetch(y + 1);
-      // Wider rows than half of what a counter holds are more than a picture can have.
-      constexpr std::size_t most = std::size_t{1} << 31U;
-      if ((work.counted += width) > most) work.Flush();
-      std::size_t x = 0;
-      for (; x + together <= width; x += together) {
-        std::uint64_t levels = 0;
-        std::memcpy(&levels, row + x, sizeof levels);
-        for (std::size_t k = 0; k < together; ++k) ++counts[k][levels >> (8 * k) & 255U];
+  std::atomic<std::size_t> next{0};
+  ParallelFor(works.size(), [&](std::size_t own) {
+    Work& work = works[own];
+    for (std::size_t i = next++; i < bands.size(); i = next++) {
+      for (std::int32_t y = bands[i].begin; y < bands[i].end; ++y) {
+        if (y + 1 < bands[i].end) luma.Prefetch(y + 1);
+        work.counter.Add(luma.Row(y, work.scratch.data()), width);
       }
-      for (; x < width; ++x) ++counts[0][row[x]];
     }
-    work.Flush();
   });
   Histogram sum{};
-  for (const Work& work : works) {
-    for (std::size_t level = 0; level < sum.size(); ++level) sum[level] += work.sum[level];
-  }
+  for (Work& work : works) work.counter.AddTo(sum);
   return sum;
 }
 

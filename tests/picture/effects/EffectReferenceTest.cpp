@@ -103,6 +103,22 @@ TEST_P(EffectReference, SmoothPictures) {
   }
 }
 
+// Runs of one colour, of any length and at any place, among others.
+TEST_P(EffectReference, PartlyFlatPictures) {
+  for (const int depth : {8, 24}) {
+    Bitmap picture = Noise(131, 23, depth, false);
+    const auto size = static_cast<std::size_t>(depth / 8);
+    for (std::int32_t y = 0; y < picture.Height(); ++y) {
+      const auto row = picture.MutableRow(y);
+      const std::size_t begin = static_cast<std::size_t>(y) % 5 * size;
+      for (std::size_t x = begin; x < begin + static_cast<std::size_t>(5 * y) * size; ++x) {
+        row[x] = static_cast<std::uint8_t>(200 + y % 3);
+      }
+    }
+    ASSERT_NO_FATAL_FAILURE(Check(picture));
+  }
+}
+
 TEST_P(EffectReference, HiddenPixels) {
   for (const unsigned share : {2U, 5U, 40U}) {
     for (const std::int32_t width : {1, 2, 3, 9, 33, 70}) {
