@@ -165,10 +165,15 @@ Bitmap WithOwnColours(const Bitmap& picture, int bitsPerPixel) {
   return result;
 }
 
-// Counts the colours of the rows from `begin` on, on several threads.
-void CountRows(const Bitmap& picture, std::int32_t begin, MedianCutQuantizer& quantizer) {
+// Counts the colours of a picture of 24 bits, on several threads. Of a large one a quarter of the pixels are counted:
+// one of any four neighbours in a row or a column, so that thin lines count, too.
+void CountRows(const Bitmap& picture, MedianCutQuantizer& quantizer) {
   const auto width = static_cast<std::size_t>(picture.Width());
-  const auto bands = CutIntoRowBands(picture.Height() - begin, BytesOf(picture));
+  const auto bands = CutIntoRowBands(picture.Height(), BytesOf(picture));
+  constexpr std::size_t large = std::size_t{1} << 20U;
+  constexpr std::array<std::size_t, 4> firsts{0, 2, 1, 3};
+  const bool isLarge = width * static_cast<std::size_t>(picture.Height()) >= large;
+  const std::size_t step = isLarge ? firsts.size() : 1;
   struct Work {
     ColourHistogram::BinnedRow row;
     ColourHistogram::Counter counter;
@@ -182,10 +187,10 @@ void CountRows(const Bitmap& picture, std::int32_t begin, MedianCutQuantizer& qu
   ParallelFor(works.size(), [&](std::size_t own) {
     Work& work = works[own];
     for (std::size_t i = next++; i < bands.size(); i = next++) {
-      for (std::int32_t y = begin + bands[i].begin; y < begin + bands[i].end; ++y) {
-        if (y + 1 < begin + bands[i].end) PrefetchRow(picture.Row(y + 1).data(), 3 * width);
+      for (std::int32_t y = bands[i].begin; y < bands[i].end; ++y) {
+        if (y + 1 < bands[i].end) PrefetchRow(picture.Row(y + 1).data(), 3 * width);
         work.row.Split(picture.Row(y).data(), width);
-        work.counter.Add(work.row, width);
+        work.counter.Add(work.row, width, isLarge ? firsts[static_cast<std::size_t>(y) % firsts.size()] : 0, step);
       }
     }
     work.counter.Finish();
@@ -238,14 +243,20 @@ Bitmap ToPalette(const Bitmap& picture, int bitsPerPixel) {
   }
   MedianCutQuantizer quantizer(std::size_t{1} << bitsPerPixel);
   const bool isPlain = picture.BitsPerPixel() == 24;
-  std::int32_t counted = 0;
+  std::int32_t seen = 0;
   // The order of the colours matters only as long as all of them may fit into the palette; if they do not fit into two,
   // nothing about them matters.
-  while (counted < picture.Height() && (quantizer.IsExact() || (!isPlain && bitsPerPixel != 1))) {
-    ForEachColour(picture, counted++, [&](std::size_t, Rgb colour) { quantizer.Count(colour); });
+  while (seen < picture.Height() && (quantizer.IsExact() || (!isPlain && bitsPerPixel != 1))) {
+    ForEachColour(picture, seen++, [&](std::size_t, Rgb colour) {
+      if (isPlain) {
+        quantizer.See(colour);
+      } else {
+        quantizer.Count(colour);
+      }
+    });
   }
   if (bitsPerPixel == 1 && !quantizer.IsExact()) return ToBlackAndWhite(picture);
-  if (counted < picture.Height()) CountRows(picture, counted, quantizer);
+  if (isPlain && !quantizer.IsExact()) CountRows(picture, quantizer);
   quantizer.Quantize();
   Bitmap result = Like(picture, bitsPerPixel);
   result.SetPalette(quantizer.Palette());

@@ -38,15 +38,16 @@ MedianCutQuantizer::MedianCutQuantizer(std::size_t mostEntries)
 
 void MedianCutQuantizer::Count(Rgb colour) {
   counter.Add(colour);
-  if (exact) CountExactly(colour);
+  See(colour);
 }
 
 void MedianCutQuantizer::Count(Rgb colour, std::uint64_t times) {
   histogram.Add(colour, times);
-  if (exact) CountExactly(colour);
+  See(colour);
 }
 
-void MedianCutQuantizer::CountExactly(Rgb colour) {
+void MedianCutQuantizer::See(Rgb colour) {
+  if (!exact) return;
   const std::uint32_t key = KeyOf(colour);
   if (key == lastKey) return;
   lastKey = key;
@@ -60,7 +61,9 @@ void MedianCutQuantizer::CountExactly(Rgb colour) {
 }
 
 void MedianCutQuantizer::Quantize() {
-  if (!exact) Cut();
+  if (exact) return;
+  Cut();
+  FillUncounted();
 }
 
 void MedianCutQuantizer::Cut() {
@@ -128,6 +131,37 @@ void MedianCutQuantizer::Cut() {
     };
     palette.push_back({mean(0), mean(1), mean(2)});
   }
+}
+
+// Gives bins that were not counted the entry of the nearest counted one. The distance is the sum of those along the
+// channels, so that it can be found along one channel after the other.
+void MedianCutQuantizer::FillUncounted() {
+  constexpr std::size_t count = ColourHistogram::Count;
+  constexpr std::size_t side = std::size_t{1} << BinBits;
+  constexpr std::uint8_t far = 3 * side;
+  const auto binAt = [](std::size_t rgb555) { return ColourHistogram::BinOf(static_cast<std::uint16_t>(rgb555)); };
+  std::vector<std::uint8_t> entries(count);
+  std::vector<std::uint8_t> distances(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    entries[i] = indexOfBin[binAt(i)];
+    distances[i] = histogram[binAt(i)].count == 0 ? far : 0;
+  }
+  const auto take = [&](std::size_t to, std::size_t from) {
+    const auto distance = static_cast<std::uint8_t>(distances[from] + 1);
+    const bool isNearer = distance < distances[to];
+    distances[to] = isNearer ? distance : distances[to];
+    entries[to] = isNearer ? entries[from] : entries[to];
+  };
+  for (std::size_t step = side * side; step != 0; step /= side) {
+    const auto isFirst = [step](std::size_t i) { return i / step % side == 0; };
+    for (std::size_t i = step; i < count; ++i) {
+      if (!isFirst(i)) take(i, i - step);
+    }
+    for (std::size_t i = count - step; i-- > 0;) {
+      if (!isFirst(i + step)) take(i, i + step);
+    }
+  }
+  for (std::size_t i = 0; i < count; ++i) indexOfBin[binAt(i)] = entries[i];
 }
 
 std::uint8_t MedianCutQuantizer::IndexOf(Rgb colour) const {

@@ -11,12 +11,15 @@
 namespace kw {
 
 // Chooses the palette of a picture: its own colours if they are few enough, else a median cut of them.
-// Order of use: Count() each pixel, Quantize() once, then Palette() and IndexOf().
+// Order of use: Count() each pixel, or See() each and count some by Histogram(); Quantize() once, then Palette() and
+// IndexOf().
 class MedianCutQuantizer {
 public:
   // `most` is 2 to 256.
   explicit MedianCutQuantizer(std::size_t most);
 
+  // Only finds out whether there are few enough colours.
+  void See(Rgb colour);
   void Count(Rgb colour);
   // The same for many pixels of one colour.
   void Count(Rgb colour, std::uint64_t times);
@@ -27,14 +30,14 @@ public:
   // True if every counted colour is in the palette.
   bool IsExact() const { return exact; }
   const std::vector<Rgb>& Palette() const { return palette; }
-  // The entry for a colour that was counted.
+  // The entry for a colour. If IsExact(), only for one that was seen.
   std::uint8_t IndexOf(Rgb colour) const;
   // The entries of the first `pixels` pixels of a split row. Only if IsExact() is false.
   void IndexRow(const ColourHistogram::BinnedRow& row, std::uint8_t* to, std::size_t pixels) const;
 
 private:
-  void CountExactly(Rgb colour);
   void Cut();
+  void FillUncounted();
 
   std::size_t most;
   bool exact = true;

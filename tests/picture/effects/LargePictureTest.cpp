@@ -8,6 +8,7 @@
 #include "picture/effects/Effect.h"
 #include "picture/effects/ParallelRows.h"
 #include "tests/picture/Scratch.h"
+#include "tests/picture/effects/Reference.h"
 #include "tests/support/Watched.h"
 
 namespace kw {
@@ -99,6 +100,32 @@ TEST(LargePicture, DepthsAreTheSameOnSeveralThreads) {
     }
   }
   SetLeastWork(0);
+}
+
+// A large picture whose palette is made of some of its pixels, with a line of a colour of its own in either direction
+// and dots of colours that are hardly counted.
+TEST(LargePicture, HasAPaletteOfSomeOfItsPixels) {
+  Bitmap picture(1033, 1021, 24);
+  for (std::int32_t y = 0; y < picture.Height(); ++y) {
+    const auto row = picture.MutableRow(y);
+    for (std::int32_t x = 0; x < picture.Width(); ++x) {
+      const auto at = static_cast<std::size_t>(x) * 3;
+      const bool isDot = x % 97 == 5 && y % 89 == 7;
+      row[at] = static_cast<std::uint8_t>(isDot ? 3 * x + y : 200 + x / 64 + y % 2);
+      row[at + 1] = static_cast<std::uint8_t>(isDot ? 5 * x : y == 500 ? 10 : 180 + y / 32);
+      row[at + 2] = static_cast<std::uint8_t>(isDot ? 7 * y : x == 700 ? 20 : 230 + (x + y) % 7);
+    }
+  }
+  const auto expected = reference::Expected("DecreaseBpp", picture, {});
+  for (const unsigned threads : {1U, 3U}) {
+    SetMostThreads(threads);
+    Bitmap result = picture;
+    ApplyEffect(*FindEffect("DecreaseBpp"), result);
+    EXPECT_TRUE(expected == reference::Read(result)) << threads;
+    EXPECT_NEAR(10, result.PixelAt(99, 500).green, 1);
+    EXPECT_NEAR(20, result.PixelAt(700, 99).red, 1);
+  }
+  SetMostThreads(0);
 }
 
 TEST(Bands, AreAllDoneOnceWhateverTheThreads) {

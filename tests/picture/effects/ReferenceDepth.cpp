@@ -46,6 +46,7 @@ struct Box {
 };
 
 std::array<std::int32_t, 3> ColourOf(const Pixel& p) { return {p[2], p[1], p[0]}; }
+Place PlaceOf(const Pixel& p) { return {p[2] / 8, p[1] / 8, p[0] / 8}; }
 
 // The half of fewer pixels and the rest, by the place along the box's widest channel.
 std::array<Box, 2> Halves(Box box) {
@@ -64,11 +65,19 @@ std::array<Box, 2> Halves(Box box) {
   return halves;
 }
 
+// Of a large picture, every fourth pixel of a row is counted.
+bool IsCounted(const Plain& plain, std::size_t pixel) {
+  if (plain.pixels.size() < 1048576) return true;
+  const auto width = static_cast<std::size_t>(plain.width);
+  return pixel % width % 4 == std::array<std::size_t, 4>{0, 2, 1, 3}[pixel / width % 4];
+}
+
 std::vector<Box> MedianCut(const Plain& plain, std::size_t entries) {
   std::map<Place, Cell> cells;
-  for (const Pixel& p : plain.pixels) {
-    const auto colour = ColourOf(p);
-    const Place place{colour[0] / 8, colour[1] / 8, colour[2] / 8};
+  for (std::size_t i = 0; i < plain.pixels.size(); ++i) {
+    if (!IsCounted(plain, i)) continue;
+    const auto colour = ColourOf(plain.pixels[i]);
+    const Place place = PlaceOf(plain.pixels[i]);
     Cell& cell = cells[place];
     cell.place = place;
     ++cell.count;
@@ -89,6 +98,33 @@ std::vector<Box> MedianCut(const Plain& plain, std::size_t entries) {
   return boxes;
 }
 
+// What is shown for a colour's cell.
+struct Shown {
+  std::int32_t distance = 1000;  // of the cell that it was made for
+  Pixel colour{};
+};
+
+// Gives the other cells what is shown for the nearest of those, along one channel after the other.
+void FillCells(std::map<Place, Shown>& cells) {
+  for (std::size_t channel = 0; channel < 3; ++channel) {
+    for (const std::int32_t direction : {1, -1}) {
+      for (std::int32_t to = 1; to < 32; ++to) {
+        for (std::int32_t other = 0; other < 32 * 32; ++other) {
+          Place place{};
+          place[channel] = direction > 0 ? to : 31 - to;
+          place[(channel + 1) % 3] = other / 32;
+          place[(channel + 2) % 3] = other % 32;
+          Place before = place;
+          before[channel] -= direction;
+          const Shown from = cells[before];
+          Shown& own = cells[place];
+          if (from.distance + 1 < own.distance) own = {from.distance + 1, from.colour};
+        }
+      }
+    }
+  }
+}
+
 Plain WithPalette(Plain plain, int bitsPerPixel) {
   const std::size_t entries = std::size_t{1} << static_cast<unsigned>(bitsPerPixel);
   plain.bitsPerPixel = bitsPerPixel;
@@ -98,7 +134,7 @@ Plain WithPalette(Plain plain, int bitsPerPixel) {
     for (Pixel& p : plain.pixels) p = Grey(Luma(p) > 128 ? 255 : 0);
     return plain;
   }
-  std::map<Place, Pixel> shown;
+  std::map<Place, Shown> shown;
   for (const Box& box : MedianCut(plain, entries)) {
     Pixel mean{0, 0, 0, 255};
     const std::int64_t count = std::max<std::int64_t>(1, box.Count());
@@ -107,9 +143,10 @@ Plain WithPalette(Plain plain, int bitsPerPixel) {
       for (const Cell& cell : box.cells) sum += cell.sums[channel];
       mean[2 - channel] = static_cast<std::int32_t>((sum + count / 2) / count);
     }
-    for (const Cell& cell : box.cells) shown[cell.place] = mean;
+    for (const Cell& cell : box.cells) shown[cell.place] = {0, mean};
   }
-  for (Pixel& p : plain.pixels) p = shown.at({p[2] / 8, p[1] / 8, p[0] / 8});
+  if (!std::ranges::all_of(plain.pixels, [&](const Pixel& p) { return shown.contains(PlaceOf(p)); })) FillCells(shown);
+  for (Pixel& p : plain.pixels) p = shown.at(PlaceOf(p)).colour;
   return plain;
 }
 
