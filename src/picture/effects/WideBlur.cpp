@@ -19,32 +19,33 @@ constexpr std::size_t Excess = 2 * Bitmap::RowAlignment;
 // one behind its end; there is nothing but the picture's outermost pixels outside.
 struct WideBlurPlan {
   // Larger blocks would show where stripes nearly as wide fall on them.
-  WideBlurPlan(const Bitmap& picture, double sigma) : factor(sigma < 2 * LeastWideSigma ? 2 : 4) {
+  WideBlurPlan(const Bitmap& picture, double sigma)
+      : factor(sigma < 2 * LeastWideSigma ? 2 : 4),
+        size(static_cast<std::size_t>(picture.BitsPerPixel() / 8)),
+        height(picture.Height()),
+        count(static_cast<std::size_t>(picture.Width()) * size),
+        columns((picture.Width() + factor - 1) / factor),
+        rows((height + factor - 1) / factor),
+        blurredCount(static_cast<std::size_t>(columns + 2) * size),
+        stride(blurredCount + Excess),
+        steps(kernels::StepsOf(size, static_cast<std::size_t>(factor))) {
     // Averaging and enlarging blur, too: by a variance of factor squared / 4.
     const double reduced = std::sqrt(sigma * sigma / (factor * factor) - 0.25);
     radius = static_cast<std::int32_t>(std::ceil(4 * reduced));
     weights = BellWeights(reduced, radius);
-    size = static_cast<std::size_t>(picture.BitsPerPixel() / 8);
-    height = picture.Height();
-    count = static_cast<std::size_t>(picture.Width()) * size;
-    columns = (picture.Width() + factor - 1) / factor;
-    rows = (height + factor - 1) / factor;
-    blurredCount = static_cast<std::size_t>(columns + 2) * size;
-    stride = blurredCount + Excess;
-    steps = kernels::StepsOf(size, static_cast<std::size_t>(factor));
   }
 
   std::int32_t factor;
+  std::size_t size;          // values of a pixel
+  std::int32_t height;       // of the picture
+  std::size_t count;         // values of its rows
+  std::int32_t columns;      // reduced ones inside the picture
+  std::int32_t rows;         // the same
+  std::size_t blurredCount;  // values of a reduced row
+  std::size_t stride;
+  kernels::EnlargingSteps steps;
   std::int32_t radius = 0;
   std::vector<std::int16_t> weights;
-  std::size_t size = 0;          // values of a pixel
-  std::int32_t height = 0;       // of the picture
-  std::size_t count = 0;         // values of its rows
-  std::int32_t columns = 0;      // reduced ones inside the picture
-  std::int32_t rows = 0;         // the same
-  std::size_t blurredCount = 0;  // values of a reduced row
-  std::size_t stride = 0;
-  kernels::EnlargingSteps steps;
 };
 
 // What a band of rows needs to be reduced.

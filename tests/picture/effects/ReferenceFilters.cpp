@@ -83,8 +83,9 @@ Plain WideBlur(const Plain& plain, double sigma) {
   const std::int32_t rows = plain.height / factor + 2 * around + 2;
   using Blocks = std::vector<std::int32_t>;
   const auto at = [&](const Blocks& blocks, std::int32_t x, std::int32_t y) {
-    const std::int32_t column = std::clamp(x + around, 0, columns - 1);
-    return blocks[static_cast<std::size_t>(std::clamp(y + around, 0, rows - 1) * columns + column)];
+    const auto column = static_cast<std::size_t>(std::clamp(x + around, 0, columns - 1));
+    const auto row = static_cast<std::size_t>(std::clamp(y + around, 0, rows - 1));
+    return blocks[row * static_cast<std::size_t>(columns) + column];
   };
   const auto each = [&](const auto& make) {
     Blocks blocks;
