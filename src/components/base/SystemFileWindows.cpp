@@ -82,6 +82,8 @@ bool NamesDevice(const std::filesystem::path& path) {
   std::wstring name = path.native().substr(path.native().find_last_of(L"\\/:") + 1);
   name.resize(std::min(name.find_first_of(L".:"), name.size()));
   name.erase(name.find_last_not_of(L' ') + 1);
+  constexpr std::size_t longest = 7;
+  if (name.size() > longest) return false;
   CharUpperBuffW(name.data(), static_cast<DWORD>(name.size()));
   constexpr std::array<std::wstring_view, 6> names{L"CON", L"PRN", L"AUX", L"NUL", L"CONIN$", L"CONOUT$"};
   if (std::ranges::find(names, name) != names.end()) return true;
@@ -117,36 +119,20 @@ HANDLE OpenForAppending(const std::filesystem::path& path) {
 }
 
 // Between those who append to one file, since not every file system puts the bytes of two of them behind each other.
-// They do without it if it cannot be had.
-class WritersLock {
-public:
-  explicit WritersLock(HANDLE written) : file(written) {
-    const ULONGLONG start = GetTickCount64();
-    do {
-      OVERLAPPED place = Place();
-      isHeld = LockFileEx(file, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place) != FALSE;
-      if (isHeld || GetLastError() != ERROR_LOCK_VIOLATION) return;
-      Sleep(1);
-    } while (GetTickCount64() - start < LongestWait);
-  }
-  WritersLock(const WritersLock&) = delete;
-  WritersLock& operator=(const WritersLock&) = delete;
-  ~WritersLock() {
-    OVERLAPPED place = Place();
-    if (isHeld) UnlockFileEx(file, 0, 1, 0, &place);
-  }
-
-private:
-  // Behind all bytes that a file can have, so that readers do not meet it.
-  static OVERLAPPED Place() {
+// They do without it if it cannot be had. It lasts until the file is closed: to give it back by a call of its own takes
+// a seventh of the time of the whole.
+void AwaitOtherWriters(HANDLE file) {
+  const ULONGLONG start = GetTickCount64();
+  do {
+    // Behind all bytes that a file can have, so that readers do not meet it.
     OVERLAPPED place = {};
     place.OffsetHigh = 0x7FFFFFFF;
-    return place;
-  }
-
-  HANDLE file;
-  bool isHeld = false;
-};
+    const bool isLocked =
+        LockFileEx(file, LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &place) != FALSE;
+    if (isLocked || GetLastError() != ERROR_LOCK_VIOLATION) return;
+    Sleep(1);
+  } while (GetTickCount64() - start < LongestWait);
+}
 
 // Attributes and access rights of the file that is about to be replaced, as far as this user and the file system allow.
 // ReplaceFile() would hand on more, but it takes two steps: between them there is no file of that name.
@@ -323,7 +309,7 @@ SystemCode FileSystem::Append(const Path& path, std::string_view text) const {
   if (NamesDevice(path)) return ERROR_INVALID_NAME;
   const Handle file(OpenForAppending(path));
   if (!file.IsOpen()) return LastCode();
-  const WritersLock lock(file.Get());
+  AwaitOtherWriters(file.Get());
   while (!text.empty()) {
     DWORD written = 0;
     constexpr std::size_t most = 1U << 30U;
