@@ -342,7 +342,9 @@ void FileSystem::Unlock(const Path& /*path*/, std::intptr_t handle) const {
   CloseHandle(reinterpret_cast<HANDLE>(handle));
 }
 
-std::string MachineName() {
+namespace {
+
+std::string AskForMachineName() {
   constexpr COMPUTER_NAME_FORMAT kind = ComputerNamePhysicalDnsFullyQualified;
   DWORD size = 0;
   GetComputerNameExW(kind, nullptr, &size);
@@ -350,6 +352,14 @@ std::string MachineName() {
   if (size == 0 || GetComputerNameExW(kind, name.data(), &size) == FALSE) return {};
   name.resize(size);
   return Utf8FromUtf16(std::u16string(name.begin(), name.end()));
+}
+
+}  // namespace
+
+// The system looks it up in the network, which takes a millisecond or more.
+std::string MachineName() {
+  static const std::string name = AskForMachineName();
+  return name;
 }
 
 std::int64_t ProcessNumber() { return GetCurrentProcessId(); }
