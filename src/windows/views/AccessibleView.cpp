@@ -75,7 +75,9 @@ void ControlView::ShowName() {
   if (isFirst || now.name != told->name) {
     // Tools that read no accessible names read the text of the window.
     const bool isText = isOwnClass || (GetWindowTextLengthW(window) == 0 && !HasTextOfItsOwn(*model));
-    if (isText) SetWindowTextW(window, ToWide(now.name).c_str());
+    // A new window has none.
+    const bool isShown = isFirst && now.name.empty();
+    if (isText && !isShown) SetWindowTextW(window, ToWide(now.name).c_str());
     if (!isFirst) tree.Announce(EVENT_OBJECT_NAMECHANGE, window, CHILDID_SELF);
   }
   if (!isFirst && now.value != told->value) tree.Announce(EVENT_OBJECT_VALUECHANGE, window, CHILDID_SELF);
