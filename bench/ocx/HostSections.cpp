@@ -53,7 +53,7 @@ void Creation() {
   AddCreation("creation to first painting, later", 9);
   const SystemCalls calls;
   std::vector<Part> parts;
-  const Times whole = calls.TimesOf(
+  const Times whole = SystemCalls::TimesOf(
       5, [] { BenchedControl(); }, parts);
   whole.Print("a life, its calls of the system", parts);
 }
@@ -102,7 +102,7 @@ void Documents() {
     const double decoding = DecodingOf(path);
     const SystemCalls calls;
     std::vector<Part> parts;
-    const Times times = calls.TimesOf(
+    const Times times = SystemCalls::TimesOf(
         5, [&] { editor.Open(path); }, parts);
     parts.push_back({"decode", decoding});
     times.Print(std::to_string(pages) + " pages", parts);
@@ -129,7 +129,7 @@ void Pictures() {
       put();
       editor.Paint();
     };
-    const Times times = calls.TimesOf(5, work, parts);
+    const Times times = SystemCalls::TimesOf(5, work, parts);
     parts.push_back({"decode", decoding});
     times.Print(name, parts);
   };

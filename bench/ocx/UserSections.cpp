@@ -68,7 +68,7 @@ void MeasureWait(const std::string& name, const PageParts& page, const std::stri
   Times times;
   {
     const SystemCalls calls;
-    times = calls.TimesOf(count, work, parts, prepare);
+    times = SystemCalls::TimesOf(count, work, parts, prepare);
   }
   parts.push_back({bare, engine});
   times.Print(name, parts);
@@ -198,7 +198,7 @@ void Drawing() {
   const SystemCalls calls;
   const auto row = [&](const std::string& name, int count, const auto& work, std::vector<Part> more = {}) {
     std::vector<Part> parts;
-    const Times times = calls.TimesOf(count, work, parts);
+    const Times times = SystemCalls::TimesOf(count, work, parts);
     parts.insert(parts.end(), more.begin(), more.end());
     times.Print(name, parts);
   };
@@ -238,7 +238,7 @@ void Drawing() {
   int last = test::TracedTimes(editor.Folder().Path(), "BringForward");
   test::SendKey(VK_CONTROL, false);
   row("restacking among them", 5, [&] {
-    for (const WORD key : {'B', 'F'}) {
+    for (const WORD key : {WORD{'B'}, WORD{'F'}}) {
       test::SendKey(key, false);
       test::SendKey(key, true);
       editor.Paint();
