@@ -64,11 +64,11 @@ void ColourHistogram::Counter::Add(Rgb colour) {
   if ((packed[bin] & FlushBit) != 0) Flush(bin);
 }
 
-void ColourHistogram::Counter::Add(const BinnedRow& row, std::size_t pixels, std::size_t first, std::size_t step) {
+void ColourHistogram::Counter::Add(const BinnedRow& row, std::size_t pixels) {
   std::uint64_t* const counts = packed.data();
   const std::uint16_t* const binOfPixel = row.Bins();
   const std::uint16_t* const lowBitsOfPixel = row.LowBits();
-  for (std::size_t i = first; i < pixels; i += step) {
+  for (std::size_t i = 0; i < pixels; ++i) {
     std::uint64_t& count = counts[binOfPixel[i]];
     const std::uint64_t sums = count + Increments[lowBitsOfPixel[i]];
     count = sums;

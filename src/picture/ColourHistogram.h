@@ -43,8 +43,8 @@ public:
     // The histogram must outlive the counter.
     explicit Counter(ColourHistogram& wholeHistogram);
     void Add(Rgb colour);
-    // Adds of the first `pixels` pixels of a split row each step-th one, from `first` on.
-    void Add(const BinnedRow& row, std::size_t pixels, std::size_t first = 0, std::size_t step = 1);
+    // Adds the first `pixels` pixels of a split row.
+    void Add(const BinnedRow& row, std::size_t pixels);
     // The histogram holds all pixels of this counter only after this call.
     void Finish();
 

@@ -166,14 +166,15 @@ Bitmap WithOwnColours(const Bitmap& picture, int bitsPerPixel) {
 }
 
 // Counts the colours of a picture of 24 bits, on several threads. Of a large one a quarter of the pixels are counted:
-// one of any four neighbours in a row or a column, so that thin lines count, too.
-void CountRows(const Bitmap& picture, MedianCutQuantizer& quantizer) {
+// runs of a row, and one of any four neighbours in a column, so that thin lines count, too. False if so.
+bool CountRows(const Bitmap& picture, MedianCutQuantizer& quantizer) {
   const auto width = static_cast<std::size_t>(picture.Width());
   const auto bands = CutIntoRowBands(picture.Height(), BytesOf(picture));
   constexpr std::size_t large = std::size_t{1} << 20U;
-  constexpr std::array<std::size_t, 4> firsts{0, 2, 1, 3};
+  constexpr std::size_t someOfRow = 64;
+  constexpr std::array<std::size_t, 4> runs{0, 2, 1, 3};
   const bool isLarge = width * static_cast<std::size_t>(picture.Height()) >= large;
-  const std::size_t step = isLarge ? firsts.size() : 1;
+  const std::size_t run = isLarge ? someOfRow : width;
   struct Work {
     ColourHistogram::BinnedRow row;
     ColourHistogram::Counter counter;
@@ -188,13 +189,18 @@ void CountRows(const Bitmap& picture, MedianCutQuantizer& quantizer) {
     Work& work = works[own];
     for (std::size_t i = next++; i < bands.size(); i = next++) {
       for (std::int32_t y = bands[i].begin; y < bands[i].end; ++y) {
-        if (y + 1 < bands[i].end) PrefetchRow(picture.Row(y + 1).data(), 3 * width);
-        work.row.Split(picture.Row(y).data(), width);
-        work.counter.Add(work.row, width, isLarge ? firsts[static_cast<std::size_t>(y) % firsts.size()] : 0, step);
+        const std::uint8_t* const row = picture.Row(y).data();
+        const std::size_t first = isLarge ? runs[static_cast<std::size_t>(y) % runs.size()] * run : 0;
+        for (std::size_t x = first; x < width; x += runs.size() * run) {
+          const std::size_t pixels = std::min(run, width - x);
+          work.row.Split(row + 3 * x, pixels);
+          work.counter.Add(work.row, pixels);
+        }
       }
     }
     work.counter.Finish();
   });
+  return !isLarge;
 }
 
 // Writes the palette indices of a picture of 24 bits whose palette is a median cut.
@@ -256,8 +262,9 @@ Bitmap ToPalette(const Bitmap& picture, int bitsPerPixel) {
     });
   }
   if (bitsPerPixel == 1 && !quantizer.IsExact()) return ToBlackAndWhite(picture);
-  if (isPlain && !quantizer.IsExact()) CountRows(picture, quantizer);
+  const bool areAllCounted = !isPlain || quantizer.IsExact() || CountRows(picture, quantizer);
   quantizer.Quantize();
+  if (!areAllCounted) quantizer.FillUncounted();
   Bitmap result = Like(picture, bitsPerPixel);
   result.SetPalette(quantizer.Palette());
   if (isPlain && bitsPerPixel == 8 && !quantizer.IsExact()) {

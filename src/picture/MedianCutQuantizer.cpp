@@ -61,9 +61,7 @@ void MedianCutQuantizer::See(Rgb colour) {
 }
 
 void MedianCutQuantizer::Quantize() {
-  if (exact) return;
-  Cut();
-  FillUncounted();
+  if (!exact) Cut();
 }
 
 void MedianCutQuantizer::Cut() {
@@ -133,8 +131,8 @@ void MedianCutQuantizer::Cut() {
   }
 }
 
-// Gives bins that were not counted the entry of the nearest counted one. The distance is the sum of those along the
-// channels, so that it can be found along one channel after the other.
+// The distance of bins is the sum of those along the channels, so that it can be found along one channel after the
+// other.
 void MedianCutQuantizer::FillUncounted() {
   constexpr std::size_t count = ColourHistogram::Count;
   constexpr std::size_t side = std::size_t{1} << BinBits;
@@ -146,19 +144,18 @@ void MedianCutQuantizer::FillUncounted() {
     entries[i] = indexOfBin[binAt(i)];
     distances[i] = histogram[binAt(i)].count == 0 ? far : 0;
   }
-  const auto take = [&](std::size_t to, std::size_t from) {
-    const auto distance = static_cast<std::uint8_t>(distances[from] + 1);
-    const bool isNearer = distance < distances[to];
-    distances[to] = isNearer ? distance : distances[to];
-    entries[to] = isNearer ? entries[from] : entries[to];
+  const auto take = [&](std::size_t to, std::size_t from, std::size_t length) {
+    for (std::size_t i = 0; i < length; ++i) {
+      const auto distance = static_cast<std::uint8_t>(distances[from + i] + 1);
+      const bool isNearer = distance < distances[to + i];
+      distances[to + i] = isNearer ? distance : distances[to + i];
+      entries[to + i] = isNearer ? entries[from + i] : entries[to + i];
+    }
   };
   for (std::size_t step = side * side; step != 0; step /= side) {
-    const auto isFirst = [step](std::size_t i) { return i / step % side == 0; };
-    for (std::size_t i = step; i < count; ++i) {
-      if (!isFirst(i)) take(i, i - step);
-    }
-    for (std::size_t i = count - step; i-- > 0;) {
-      if (!isFirst(i + step)) take(i, i + step);
+    for (std::size_t first = 0; first < count; first += step * side) {
+      for (std::size_t i = 1; i < side; ++i) take(first + i * step, first + (i - 1) * step, step);
+      for (std::size_t i = side - 1; i-- > 0;) take(first + i * step, first + (i + 1) * step, step);
     }
   }
   for (std::size_t i = 0; i < count; ++i) indexOfBin[binAt(i)] = entries[i];

@@ -26,18 +26,19 @@ public:
   // For threads that count pixels themselves. Only once IsExact() is false.
   ColourHistogram& Histogram() { return histogram; }
   void Quantize();
+  // Gives colours that were not counted the entry of the nearest bin that was. After Quantize(), if not IsExact().
+  void FillUncounted();
 
   // True if every counted colour is in the palette.
   bool IsExact() const { return exact; }
   const std::vector<Rgb>& Palette() const { return palette; }
-  // The entry for a colour. If IsExact(), only for one that was seen.
+  // The entry for a colour that was counted; if IsExact(), one that was seen.
   std::uint8_t IndexOf(Rgb colour) const;
   // The entries of the first `pixels` pixels of a split row. Only if IsExact() is false.
   void IndexRow(const ColourHistogram::BinnedRow& row, std::uint8_t* to, std::size_t pixels) const;
 
 private:
   void Cut();
-  void FillUncounted();
 
   std::size_t most;
   bool exact = true;

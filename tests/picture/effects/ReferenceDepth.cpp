@@ -65,11 +65,11 @@ std::array<Box, 2> Halves(Box box) {
   return halves;
 }
 
-// Of a large picture, every fourth pixel of a row is counted.
+// Of a large picture, every fourth run of a row is counted.
 bool IsCounted(const Plain& plain, std::size_t pixel) {
   if (plain.pixels.size() < 1048576) return true;
   const auto width = static_cast<std::size_t>(plain.width);
-  return pixel % width % 4 == std::array<std::size_t, 4>{0, 2, 1, 3}[pixel / width % 4];
+  return pixel % width / 64 % 4 == std::array<std::size_t, 4>{0, 2, 1, 3}[pixel / width % 4];
 }
 
 std::vector<Box> MedianCut(const Plain& plain, std::size_t entries) {
