@@ -148,16 +148,20 @@ void PictureDocument::ConvertToBitsPerPixel(std::int16_t& bitsPerPixel) {
 
 void PictureDocument::PrepareSignature() {
   if (Current().IsEmpty()) Raise(ErrorNumber::ObjectVariableNotSet);
-  Replace(WithWhitePaper(Current()));
+  Change([](Bitmap& picture) { WhitenPaper(picture); });
 }
 
 void PictureDocument::Apply(const Effect& effect, std::span<const double> values) {
   if (HoldsSettings(effect)) return RequireInRange(effect, values);
   Current();
+  Change([&](Bitmap& picture) { ApplyEffect(effect, picture, values, options.reading); });
+}
+
+void PictureDocument::Change(const std::function<void(Bitmap&)>& change) {
   // If nobody else holds the pixels, they are changed in place.
   Bitmap picture = std::exchange(current, {});
   try {
-    ApplyEffect(effect, picture, values, options.reading);
+    change(picture);
   } catch (...) {
     current = std::move(picture);
     throw;

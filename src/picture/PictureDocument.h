@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -127,6 +128,8 @@ private:
   };
 
   void Open(const std::string& path);
+  // Replaces the current picture by what change() makes of it. If that throws, it must leave the picture as it was.
+  void Change(const std::function<void(Bitmap&)>& change);
   void RequireUnchanged(const InputFile& file) const;
   bool SaveAsStored(Stream& to) const;
   void WriteAnew(const PictureFormat& format, Stream& to) const;

@@ -4,9 +4,12 @@
 #include <array>
 #include <functional>
 #include <mutex>
+#include <utility>
+#include <vector>
 
 #include "picture/Depth.h"
 #include "picture/PictureFormat.h"
+#include "picture/effects/Kernels.h"
 #include "picture/effects/ParallelRows.h"
 #include "picture/effects/Pixels.h"
 
@@ -33,22 +36,39 @@ Result OverRows(const Bitmap& picture, Result result, const Work& work, const Jo
   return result;
 }
 
+// Neighbours are often equal, and incrementing one counter twice in a row is slow: they are counted in turn.
+using LumaCountsInTurn = std::array<LumaCounts, 4>;
+
+void CountLumaOfColours(const std::uint8_t* row, std::size_t width, LumaCountsInTurn& counts) {
+  // Parts of a row begin at its alignment.
+  constexpr std::size_t part = 16 * Bitmap::RowAlignment;
+  alignas(Bitmap::RowAlignment) std::array<std::uint8_t, part> luma;
+  for (std::size_t begin = 0; begin < width; begin += part) {
+    const std::size_t count = std::min(part, width - begin);
+    kernels::Luma(row + 3 * begin, luma.data(), count);
+    for (std::size_t x = 0; x < count; ++x) ++counts[x % counts.size()][luma[x]];
+  }
+}
+
+void Add(LumaCounts& all, const LumaCounts& own) { std::ranges::transform(all, own, all.begin(), std::plus()); }
+
 LumaCounts LumaCountsOf(const Bitmap& picture) {
   const auto width = static_cast<std::size_t>(picture.Width());
-  const auto countRow = [&](std::int32_t y, LumaCounts& counts) {
+  const ConstPixels pixels(picture);
+  const auto countRow = [&](std::int32_t y, LumaCountsInTurn& counts) {
+    if (picture.BitsPerPixel() == 24) return CountLumaOfColours(pixels.Row(y), width, counts);
     const auto row = picture.Row(y);
     for (std::size_t x = 0; x < width; ++x) {
-      if (picture.BitsPerPixel() == 24) {
-        ++counts[Luma({row[x * 3 + 2], row[x * 3 + 1], row[x * 3]})];
-      } else {
-        const std::size_t index = PaletteIndexAt(row, x, picture.BitsPerPixel());
-        ++counts[index < picture.Palette().size() ? Luma(picture.Palette()[index]) : 0];
-      }
+      const std::size_t index = PaletteIndexAt(row, x, picture.BitsPerPixel());
+      ++counts[0][index < picture.Palette().size() ? Luma(picture.Palette()[index]) : 0];
     }
   };
-  return OverRows(picture, LumaCounts{}, countRow, [](LumaCounts& all, const LumaCounts& own) {
-    std::ranges::transform(all, own, all.begin(), std::plus());
-  });
+  const auto join = [](LumaCountsInTurn& all, const LumaCountsInTurn& own) {
+    for (std::size_t i = 0; i < all.size(); ++i) Add(all[i], own[i]);
+  };
+  auto counts = OverRows(picture, LumaCountsInTurn{}, countRow, join);
+  for (std::size_t i = 1; i < counts.size(); ++i) Add(counts[0], counts[i]);
+  return counts[0];
 }
 
 // The new value of each channel value.
@@ -92,6 +112,16 @@ Bounds InkBounds(const Bitmap& picture) {
   return found.right == 0 ? Bounds{0, 0, picture.Width(), picture.Height()} : found;
 }
 
+// Divides numbers below 2^16 by each amount of ink: n * 2^24 / ink, its second factor rounded up, is exact.
+constexpr unsigned InkShift = 24;
+constexpr auto InkReciprocals = [] {
+  std::array<std::uint32_t, 256> reciprocals{};
+  for (std::uint32_t ink = 1; ink < reciprocals.size(); ++ink) {
+    reciprocals[ink] = ((1U << InkShift) + ink - 1) / ink;
+  }
+  return reciprocals;
+}();
+
 // Blended with white by its alpha, the pixel shows the scanned colour.
 void WriteInk(const std::uint8_t* scanned, std::uint8_t* pixel) {
   const unsigned ink = InkOf(scanned);
@@ -100,31 +130,36 @@ void WriteInk(const std::uint8_t* scanned, std::uint8_t* pixel) {
     pixel[3] = 0;
     return;
   }
+  const std::uint64_t reciprocal = InkReciprocals[ink];
   for (std::size_t i = 0; i < 3; ++i) {
-    pixel[i] = static_cast<std::uint8_t>(255U - ((255U - scanned[i]) * 255U + ink / 2) / ink);
+    const unsigned dividend = (255U - scanned[i]) * 255U + ink / 2;
+    pixel[i] = static_cast<std::uint8_t>(255U - (dividend * reciprocal >> InkShift));
   }
   pixel[3] = static_cast<std::uint8_t>(ink);
 }
 
+void Whiten(Bitmap& picture) {
+  const auto levels = Stretch(LumaCountsOf(picture));
+  if (picture.BitsPerPixel() <= 8) {
+    std::vector<Rgb> palette(picture.Palette().begin(), picture.Palette().end());
+    for (Rgb& entry : palette) entry = {levels[entry.red], levels[entry.green], levels[entry.blue]};
+    picture.SetPalette(std::move(palette));
+    return;
+  }
+  const Pixels pixels(picture);
+  const std::size_t rowBytes = picture.RowBytes();
+  ParallelForRows(picture.Height(), BytesOf(picture), [&](RowBand band) {
+    for (std::int32_t y = band.begin; y < band.end; ++y) kernels::ApplyLut(pixels.Row(y), rowBytes, levels);
+  });
+}
+
 }  // namespace
 
-Bitmap WithWhitePaper(const Bitmap& picture) {
-  Bitmap result = picture.BitsPerPixel() == 32 ? ToDepth(picture, 24) : picture;
-  const auto levels = Stretch(LumaCountsOf(result));
-  if (result.BitsPerPixel() <= 8) {
-    std::vector<Rgb> palette(result.Palette().begin(), result.Palette().end());
-    for (Rgb& entry : palette) entry = {levels[entry.red], levels[entry.green], levels[entry.blue]};
-    result.SetPalette(std::move(palette));
-    return result;
-  }
-  const Pixels pixels(result);
-  ParallelForRows(result.Height(), BytesOf(result), [&](RowBand band) {
-    for (std::int32_t y = band.begin; y < band.end; ++y) {
-      std::uint8_t* const row = pixels.Row(y);
-      for (std::size_t i = 0; i < result.RowBytes(); ++i) row[i] = levels[row[i]];
-    }
-  });
-  return result;
+void WhitenPaper(Bitmap& picture) {
+  if (picture.BitsPerPixel() != 32) return Whiten(picture);
+  Bitmap colours = ToDepth(picture, 24);
+  Whiten(colours);
+  picture = std::move(colours);
 }
 
 Bitmap SignatureInk(const Bitmap& whitePaper) {
@@ -132,7 +167,7 @@ Bitmap SignatureInk(const Bitmap& whitePaper) {
   RequireResultFits(PixelMemory(whitePaper.Width(), whitePaper.Height(), 24), {});
   const Bitmap scan = ToDepth(whitePaper, 24);
   const Bounds bounds = InkBounds(scan);
-  Bitmap ink(bounds.right - bounds.left, bounds.bottom - bounds.top, 32);
+  Bitmap ink = Bitmap::Unfilled(bounds.right - bounds.left, bounds.bottom - bounds.top, 32);
   ink.SetResolution(whitePaper.HorizontalResolution(), whitePaper.VerticalResolution());
   const Pixels pixels(ink);
   ParallelForRows(ink.Height(), BytesOf(ink), [&](RowBand band) {

@@ -140,11 +140,38 @@ TEST(Signature, PaperBecomesWhiteAndInkStaysDark) {
 }
 
 TEST(Signature, BlackPictureStaysBlack) {
-  const Bitmap result = WithWhitePaper(Bitmap(8, 8, 24));
+  Bitmap result(8, 8, 24);
+  WhitenPaper(result);
   EXPECT_EQ((Rgb{0, 0, 0}), result.PixelAt(4, 4));
 }
 
-TEST(Signature, OneBitScanStaysOneBit) { EXPECT_TRUE(SamePicture(FaxPage(64, 40), WithWhitePaper(FaxPage(64, 40)))); }
+TEST(Signature, OneBitScanStaysOneBit) {
+  Bitmap result = FaxPage(64, 40);
+  WhitenPaper(result);
+  EXPECT_TRUE(SamePicture(FaxPage(64, 40), result));
+}
+
+// Rows of any length, and of more pixels than are counted together.
+TEST(Signature, PaperIsTheMostFrequentLightLuma) {
+  for (const std::int32_t width : {1, 63, 1023, 1025, 2100}) {
+    Bitmap scan(width, 5, 24);
+    std::array<std::uint64_t, 256> counts{};
+    for (std::int32_t y = 0; y < 5; ++y) {
+      const auto row = scan.MutableRow(y);
+      for (std::size_t i = 0; i < row.size(); ++i) row[i] = static_cast<std::uint8_t>((i * i + 77) % 211 + 40);
+      for (std::int32_t x = 0; x < width; ++x) ++counts[Luma(scan.PixelAt(x, y))];
+    }
+    const auto* const paper = std::max_element(counts.begin() + 128, counts.end());
+    const unsigned white = *paper == 0 ? 255U : std::max(128U, static_cast<unsigned>(paper - counts.begin()) - 24U);
+    Bitmap result = scan;
+    WhitenPaper(result);
+    for (std::int32_t y = 0; y < 5; ++y) {
+      for (std::size_t i = 0; i < scan.RowBytes(); ++i) {
+        ASSERT_EQ(std::min(255U, scan.Row(y)[i] * 255U / white), result.Row(y)[i]) << width << ": " << i;
+      }
+    }
+  }
+}
 
 }  // namespace
 }  // namespace kw

@@ -64,6 +64,30 @@ TEST(SignatureInk, LooksAsScannedOnWhiteWithSoftEdges) {
   }
 }
 
+// Each amount of ink with each value that another channel may have.
+TEST(SignatureInk, IsDividedExactly) {
+  Bitmap scan(256, 256, 24);
+  for (std::int32_t darkest = 0; darkest < 256; ++darkest) {
+    const auto row = scan.MutableRow(darkest);
+    for (std::size_t x = 0; x < 256; ++x) {
+      row[x * 3] = static_cast<std::uint8_t>(darkest);
+      row[x * 3 + 1] = static_cast<std::uint8_t>(std::max<std::size_t>(x, static_cast<std::size_t>(darkest)));
+      row[x * 3 + 2] = 255;
+    }
+  }
+  const Bitmap ink = SignatureInk(scan);
+  ASSERT_EQ(256, ink.Width());
+  for (std::int32_t y = 0; y < ink.Height(); ++y) {
+    const auto share = static_cast<unsigned>(255 - y);
+    for (std::int32_t x = 0; x < 256; ++x) {
+      const auto value = static_cast<unsigned>(std::max(x, y));
+      const unsigned expected = 255U - ((255U - value) * 255U + share / 2) / share;
+      ASSERT_EQ((std::array<int, 4>{255, static_cast<int>(expected), 0, static_cast<int>(share)}),
+                StraightPixel(ink, x, y));
+    }
+  }
+}
+
 TEST(SignatureInk, OfABlackAndWhiteScanIsBlackOrNothing) {
   Bitmap scan(16, 4, 1);
   for (std::int32_t y = 0; y < 4; ++y) std::fill_n(scan.MutableRow(y).begin(), 2, std::uint8_t{0xFF});
