@@ -26,7 +26,7 @@ Bitmap PageOf(int bitsPerPixel) {
   for (std::int32_t y = 0; y < page.Height(); ++y) {
     const auto row = page.MutableRow(y);
     for (std::size_t i = 0; i < row.size(); ++i) {
-      row[i] = static_cast<std::uint8_t>(y % 40 < 12 && i % 9 < 5 ? i * 7 + static_cast<unsigned>(y) * 3 : 0xFF);
+      row[i] = static_cast<std::uint8_t>(y % 40 < 12 && i % 9 < 5 ? i * 7 + static_cast<std::size_t>(y) * 3 : 0xFF);
     }
   }
   return page;

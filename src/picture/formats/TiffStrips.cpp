@@ -140,8 +140,8 @@ std::size_t StripThreads(const TiffPage& page, std::uint32_t strips) {
 std::uint32_t StripsAtOnce(const TiffPage& page, std::uint32_t strips, std::size_t threads) {
   constexpr std::uint64_t bytesAtOnce = std::uint64_t{128} << 10U;
   constexpr std::uint64_t partsOfShare = 8;
-  const std::uint64_t most = std::min(bytesAtOnce / (std::uint64_t{page.RowsPerStrip()} * page.LineBytes()),
-                                      strips / (partsOfShare * threads));
+  const std::uint64_t bytes = std::max(std::uint64_t{page.RowsPerStrip()} * page.LineBytes(), std::uint64_t{1});
+  const std::uint64_t most = std::min(bytesAtOnce / bytes, strips / (partsOfShare * std::max<std::size_t>(threads, 1)));
   return static_cast<std::uint32_t>(std::max(most, std::uint64_t{1}));
 }
 
