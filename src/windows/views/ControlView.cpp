@@ -103,9 +103,8 @@ void ControlView::Open() {
   ShowEnabled();
   if (container == nullptr) return;  // the host sets the root's position and visibility
   ShowBounds();
-  ShowOrder();
   tree.AddToolTip(window, *model);
-  if (model->Visible()) ShowWindow(window, SW_SHOWNA);
+  ShowOrder(model->Visible() ? SWP_SHOWWINDOW : 0);
 }
 
 void ControlView::Detach() {
@@ -180,13 +179,15 @@ void ControlView::ShowVisibility() {
   if (IsAttached() && !model->Visible()) ShowWindow(window, SW_HIDE);
 }
 
-void ControlView::ShowOrder() { SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE); }
+void ControlView::ShowOrder(UINT more) {
+  SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | more);
+}
 
 void ControlView::ShowEnabled() {
   if (window == nullptr) return;
   // While the host allows no input, the controls must not look disabled: only the root's window is.
   const bool isEnabled = container == nullptr ? TakesInput() : IsEffectivelyEnabled();
-  EnableWindow(window, isEnabled ? TRUE : FALSE);
+  if ((IsWindowEnabled(window) != FALSE) != isEnabled) EnableWindow(window, isEnabled ? TRUE : FALSE);
 }
 
 bool ControlView::TakesInput() const { return tree.TakesInput() && IsEffectivelyEnabled(); }

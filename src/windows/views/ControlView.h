@@ -108,7 +108,8 @@ private:
   void Unhook();
   LRESULT Receive(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
-  void ShowOrder();
+  // Brings the window to the front of its fellows; `more` are further flags of SetWindowPos.
+  void ShowOrder(UINT more = 0);
   void ShowVisibility();
   // Shows the accessible name as the window's text, and tells screen readers if name or value changed.
   void ShowName();
