@@ -5,6 +5,7 @@
 
 #include "tests/activex/EditorWindows.h"
 #include "tests/activex/PaperlessPrinter.h"
+#include "tests/support/programs/twain/TestScanner.h"
 #include "tests/support/win32/AccessibleClient.h"
 #include "tests/support/win32/ToolBarButtons.h"
 
@@ -162,6 +163,13 @@ HRESULT Print(Place& place) {
   return S_OK;
 }
 
+HRESULT Scan(Place& place) {
+  const TestScanner scanner;
+  EmptyTheClipboard();
+  Press(place, "Acquire Image from Scanner");
+  return S_OK;
+}
+
 HRESULT Paste(Place& place) {
   if (const HWND canvas = CanvasOf(place.container->ControlWindow())) SendMessageW(canvas, WM_CHAR, 'V' - 'A' + 1, 1);
   PumpMessages();
@@ -190,6 +198,7 @@ constexpr OcxAction Actions[] = {
     {"Stamp", &Stamp, true, true, true},
     {"Paste", &Paste, true, true},
     {"Print", &Print, true, true},
+    {"Scan", &Scan, true, true},
 };
 
 }  // namespace

@@ -44,7 +44,7 @@ Printing::Printing(const EditorContext& context, Document& openDocument)
 void Printing::PrintPages() {
   if (isAtWork) return;
   Procedure run(trap);
-  const DeviceAtWork printer(form.kwraPrintingStatus, isAtWork);
+  const DeviceAtWork printer(run, form.kwraPrintingStatus, isAtWork);
   const Range pages = AskForRange(run);
   if (pages.first <= 0 || pages.last <= 0) return;
   run([&] { form.lblPrintingStatus.SetCaption(""); });

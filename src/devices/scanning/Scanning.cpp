@@ -21,13 +21,15 @@ void Scanning::SelectScanner() {
 void Scanning::Acquire() {
   Procedure run(trap, "Acquire");
   if (isAcquiring) return;
-  const DeviceAtWork scan(form.kwraScanningStatus, isAcquiring);
+  const DeviceAtWork scan(run, form.kwraScanningStatus, isAcquiring);
   run([&] { ShowCentred(form.kwraScanningStatus, form.editor); });
   run([&] { form.KWScannerCtl1.SwitchOn(true); });
   const bool isAcquired = run.Ask<bool>([&] { return form.KWScannerCtl1.Acquire(); }, false);
-  if (!isAcquired) return;
-  run([&] { clipboardWatch.tmrWatchClipBoard_Timer(); });
-  run([&] { dispatcher.tbrBasicTools_ButtonClick("Paste"); });
+  if (isAcquired) {
+    run([&] { clipboardWatch.tmrWatchClipBoard_Timer(); });
+    run([&] { dispatcher.tbrBasicTools_ButtonClick("Paste"); });
+  }
+  run([&] { form.kwraScanningStatus.SetVisible(false); });
 }
 
 void Scanning::chkCancelScanning_Click() {

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <new>
 #include <string>
 #include <utility>
 #include <vector>
@@ -203,6 +204,54 @@ TEST_F(Scanning, ThePanelIsInTheMiddleAtAnySize) {
     EXPECT_EQ(top, (height - panel.Height()) / 2);
   }
   EXPECT_EQ(script.calls.size(), 3U);
+}
+
+// A view that lacks memory to hide what it shows.
+class UnhideableView final : public View {
+public:
+  explicit UnhideableView(Control& shown) : model(shown) { model.AttachView(this); }
+  UnhideableView(const UnhideableView&) = delete;
+  UnhideableView& operator=(const UnhideableView&) = delete;
+  ~UnhideableView() override { model.DetachView(); }
+  void Changed(Aspect aspect) override {
+    if (aspect == Aspect::Visibility && !model.Visible()) throw std::bad_alloc();
+  }
+
+private:
+  Control& model;
+};
+
+TEST_F(Scanning, APanelThatCannotBeHiddenIsReported) {
+  desktop.Expect("Critical Error: Error Number : 7");
+  {
+    const UnhideableView view(Form().kwraScanningStatus);
+    Command("Acquire");
+  }
+  ASSERT_EQ(events.errors.size(), 1U);
+  EXPECT_EQ(events.errors[0], 7);
+  EXPECT_FALSE(Form().kwraScanningStatus.Visible());
+  control->LetEnabled(true);
+  desktop.Expect("mnuPasteSelectedArea_Click");
+  script.onAcquire = [&] { return Deliver(); };
+  Command("Acquire");
+  EXPECT_EQ(script.calls, (Names{"acquire", "acquire"}));
+}
+
+// What leaves the procedure does not end the process, either.
+TEST_F(Scanning, APanelThatCannotBeHiddenWhenTheReportFailsIsLeft) {
+  desktop.Allow("Critical Error");
+  const UnhideableView view(Form().kwraScanningStatus);
+  script.onAcquire = [&]() -> bool {
+    AppDir = folder.File("none/");
+    Raise(ErrorNumber::InternalError);
+  };
+  Command("Acquire");
+  EXPECT_FALSE(Form().kwraScanningStatus.Visible());
+  AppDir = folder.File("");
+  control->LetEnabled(true);
+  script.onAcquire = nullptr;
+  Command("Acquire");
+  EXPECT_EQ(script.calls, (Names{"acquire", "acquire"}));
 }
 
 }  // namespace
