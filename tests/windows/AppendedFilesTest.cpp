@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <thread>
 
 #include "components/base/Files.h"
 #include "tests/support/Errors.h"
@@ -47,17 +48,13 @@ TEST(AppendedFiles, AreWaitedForWhileAnotherWriterHasThem) {
   HANDLE other = OpenBeside(path);
   ASSERT_TRUE(LockWriters(other));
   const ULONGLONG start = GetTickCount64();
-  const auto close = [](void* file) -> DWORD {
+  std::thread closing([other] {
     Sleep(200);
-    CloseHandle(file);
-    return 0;
-  };
-  HANDLE thread = CreateThread(nullptr, 0, +close, other, 0, nullptr);
-  ASSERT_NE(thread, nullptr);
+    CloseHandle(other);
+  });
   AppendToFile(path, "two");
   EXPECT_GE(GetTickCount64() - start, 150U);
-  WaitForSingleObject(thread, INFINITE);
-  CloseHandle(thread);
+  closing.join();
   EXPECT_EQ(ReadWhole(path), "onetwo");
 }
 
