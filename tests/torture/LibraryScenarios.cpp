@@ -121,6 +121,14 @@ void AddParallelEffect(std::vector<Scenario>& rows, const char* command) {
       }));
 }
 
+void AddWideBlur(std::vector<Scenario>& rows) {
+  rows.push_back(OfLibrary(
+      "library.threads.WideBlur", [](LibraryStage& stage) { stage.document.Replace(StagePicture(64, 96)); },
+      [](LibraryStage& stage) {
+        ByThreads([&] { stage.document.Apply(*FindEffect("Blur"), std::vector<double>{10}); });
+      }));
+}
+
 // A page of several strips.
 void AddParallelLoading(std::vector<Scenario>& rows) {
   rows.push_back(OfLibrary(
@@ -163,6 +171,7 @@ std::vector<Scenario> LibraryScenarios() {
   AddEffects(rows, 8);
   AddEffects(rows, 1);
   for (const char* const command : {"Blur", "Rotate", "Invert"}) AddParallelEffect(rows, command);
+  AddWideBlur(rows);
   AddParallelLoading(rows);
   AddDepths(rows);
   rows.push_back(OfLibrary(
