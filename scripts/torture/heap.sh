@@ -12,7 +12,7 @@ heap_rounds() {
   while [ $rounds = 0 ] || [ "$SECONDS" -lt "$end" ]; do
     status=0
     step "$name" "$log" "$@" env KW_CHECK_HEAP=1 KW_WINE_TIMEOUT=3000 scripts/wine-alone torture \
-      "build/$preset/tests/test_activex.exe" --gtest_filter=-HostileFilesTest.* || status=$?
+      "build/$preset/tests/test_activex.exe" --gtest_filter="-HostileFilesTest.*" || status=$?
     if [ $status != 0 ] || grep -q ':heap:' "$log"; then
       # shellcheck disable=SC2034  # torture_results reads it
       failed=1

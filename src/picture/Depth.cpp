@@ -166,7 +166,8 @@ Bitmap WithOwnColours(const Bitmap& picture, int bitsPerPixel) {
 }
 
 // Counts the colours of a picture of 24 bits, on several threads. Of a large one a quarter of the pixels are counted:
-// runs of a row, and one of any four neighbours in a column, so that thin lines count, too. False if so.
+// runs of a row, and one of any four neighbours in a column, so that thin lines count, too. Returns true if all pixels
+// were counted.
 bool CountRows(const Bitmap& picture, MedianCutQuantizer& quantizer) {
   const auto width = static_cast<std::size_t>(picture.Width());
   const auto bands = CutIntoRowBands(picture.Height(), BytesOf(picture));
