@@ -188,9 +188,8 @@ TEST_F(Resources, AnImageFromItsDialogTakesNoMoreThanTheDialog) {
     DrawImage();
     PumpMessages(50);
   }
-  Holdings growth = GrowthOf("an image", 500, boxes, [&] { DrawImage(); });
-  for (int series = 1; series < MostSeries && growth.ownBytes != 0; ++series)
-    growth = GrowthOf("an image", 500, boxes, [&] { DrawImage(); });
+  const Holdings growth = LastGrowthOf(
+      "an image", 500, boxes, [&] { DrawImage(); }, [](const Holdings& series) { return series.IsNoMemory(); });
   EXPECT_LE(growth.gdi, dialogs.gdi);
   EXPECT_LE(growth.user, dialogs.user);
   EXPECT_LE(growth.handles, dialogs.handles);

@@ -42,10 +42,9 @@ Holdings Holdings::operator-(const Holdings& before) const {
           .resident = resident - before.resident};
 }
 
-bool Holdings::IsNone() const {
-  return gdi == 0 && user == 0 && handles == 0 && threads == 0 && ownBytes == 0 && ownBlocks == 0 &&
-         resident <= MostResident;
-}
+bool Holdings::IsNoMemory() const { return ownBytes == 0 && ownBlocks == 0 && resident <= MostResident; }
+
+bool Holdings::IsNone() const { return gdi == 0 && user == 0 && handles == 0 && threads == 0 && IsNoMemory(); }
 
 std::ostream& operator<<(std::ostream& out, const Holdings& held) {
   return out << held.gdi << " GDI objects, " << held.user << " user objects, " << held.handles << " handles, "
