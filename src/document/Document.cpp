@@ -57,7 +57,7 @@ void Document::OpenFile(const std::string& fPath) {
   run([&] { SetPageRange(0, 0); });
   const bool isOpen = !run.IsOver() && (IsFirstPageFile(m_FilePath) ? OpenFirstPageFile(run) : OpenAndSplit(run));
   if (!isOpen) return;
-  run([&] { PageIndex_Change(); });
+  if (!run.Ask<bool>([&] { return PageIndex_Change(); }, true)) return;
   run([&] { form.tmrDefaultToolsSelection.SetEnabled(false); });
   run([&] { form.tmrDefaultToolsSelection.SetEnabled(true); });
   run([&] { bracket.DoPostCommandProcess(); });
@@ -143,14 +143,14 @@ std::int32_t Document::WritePage(DocumentProcedure& run, std::int16_t page, cons
   return error;
 }
 
-void Document::PageIndex_Change() {
+bool Document::PageIndex_Change() {
   DocumentProcedure run(trap, "PageIndex_Change", openings);
   run([&] {
     std::int16_t pageNo = ToInteger16(form.PageIndex.Value());
     events.Raise<EventId::PageChanged>(pageNo);
   });
   ShowPageControls(run);
-  if (run.IsOver() || (!m_IgnorePageChange && !AskToKeepChanges(run))) return;
+  if (run.IsOver() || (!m_IgnorePageChange && !AskToKeepChanges(run))) return true;
   run([&] { form.editor.SetPointer(MousePointer::Hourglass); });
   ResetView(run);
   run([&] { m_CurrentPageNo = ToInteger16(form.PageIndex.Value()); });
@@ -160,12 +160,13 @@ void Document::PageIndex_Change() {
         return m_CurrentPageNo == 0 ? m_FilePath : GetPageFileName(m_FilePath, m_CurrentPageNo);
       },
       {});
-  if (!Load(run, path)) return;
+  if (!Load(run, path)) return false;
   run([&] { TakePageValue(); });
   run([&] { layers.UnloadLayerItems(); });
   run([&] { bracket.DoPostCommandProcess(); });
   run([&] { layers.SetCurrentLayer(Layers::PageLayer); });
   run([&] { m_IgnorePageChange = false; });
+  return true;
 }
 
 // Buttons, caption and list of the pages follow the spinner.

@@ -27,7 +27,8 @@ public:
   // A document that is opened while the list of pending work is up is opened first. One that is opened later, out of an
   // event or a box, takes the place of this one: the outer call then ends at once, as does a change of the page.
   void OpenFile(const std::string& fPath);
-  void PageIndex_Change();
+  // False if the page that the spinner tells cannot be loaded, as the user was told.
+  bool PageIndex_Change();
   void cmbPageNo_Click();
 
   const std::string& FilePath() const { return m_FilePath; }

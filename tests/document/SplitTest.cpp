@@ -170,6 +170,22 @@ TEST_F(Split, ADamagedPageThatIsDecodedDoesNotHoldUpTheOthers) {
   EXPECT_EQ(LoadPicture(folder.File("first_Page_1.bmp")).PixelAt(0, 0), (Rgb{1, 1, 1}));
 }
 
+// Pages are copied as they are coded; that the first one cannot be shown is found behind the split.
+TEST_F(Split, AFirstPageThatIsTooLargeToBeShownIsToldOnce) {
+  desktop.Expect("File Error: Invalid file format..");
+  const std::string path = MakeFile("D.tif", {Bitmap(300, 200, 8), Bitmap(20, 10, 8)});
+  control->Engine().GetOptions().reading.pageMemory = 20000;
+  control->OpenFile(path);
+  EXPECT_EQ(Announced(), (std::vector<int>{2, 1}));
+  EXPECT_EQ(desktop.boxes.back(), SplitFileError);
+  EXPECT_TRUE(events.errors.empty());
+  EXPECT_TRUE(control->GetEnabled());
+  EXPECT_FALSE(control->GetIsEditable());
+  EXPECT_FALSE(Form().TransLayers(1).HasPicture());
+  Form().PageIndex.SetValue(2);
+  EXPECT_EQ(Form().TransLayers(1).Picture().Width(), 20);
+}
+
 TEST_F(Split, OntoTheFileThatItReadsIsRefusedBeforeAnythingIsWritten) {
   desktop.Expect("File Error: Invalid file format..");
   control->OpenFile(MakeDocument("D.tif", 3));
