@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <functional>
 #include <mutex>
 #include <utility>
 #include <vector>
@@ -10,6 +9,7 @@
 #include "picture/Depth.h"
 #include "picture/PictureFormat.h"
 #include "picture/effects/Kernels.h"
+#include "picture/effects/LumaHistogram.h"
 #include "picture/effects/ParallelRows.h"
 #include "picture/effects/Pixels.h"
 
@@ -19,8 +19,6 @@ namespace {
 // Paper is not uniform: a pixel nearly as light as the paper is paper too.
 constexpr unsigned PaperSpread = 24;
 constexpr unsigned DarkestPaper = 128;
-
-using LumaCounts = std::array<std::uint64_t, 256>;
 
 // Gives the rows of a picture to several threads; the results of their bands are joined in any order.
 template <typename Result, typename Work, typename Join>
@@ -36,43 +34,8 @@ Result OverRows(const Bitmap& picture, Result result, const Work& work, const Jo
   return result;
 }
 
-// Neighbours are often equal, and incrementing one counter twice in a row is slow: they are counted in turn.
-using LumaCountsInTurn = std::array<LumaCounts, 4>;
-
-void CountLumaOfColours(const std::uint8_t* row, std::size_t width, LumaCountsInTurn& counts) {
-  // Parts of a row begin at its alignment.
-  constexpr std::size_t part = 16 * Bitmap::RowAlignment;
-  alignas(Bitmap::RowAlignment) std::array<std::uint8_t, part> luma;
-  for (std::size_t begin = 0; begin < width; begin += part) {
-    const std::size_t count = std::min(part, width - begin);
-    kernels::Luma(row + 3 * begin, luma.data(), count);
-    for (std::size_t x = 0; x < count; ++x) ++counts[x % counts.size()][luma[x]];
-  }
-}
-
-void Add(LumaCounts& all, const LumaCounts& own) { std::ranges::transform(all, own, all.begin(), std::plus()); }
-
-LumaCounts LumaCountsOf(const Bitmap& picture) {
-  const auto width = static_cast<std::size_t>(picture.Width());
-  const ConstPixels pixels(picture);
-  const auto countRow = [&](std::int32_t y, LumaCountsInTurn& counts) {
-    if (picture.BitsPerPixel() == 24) return CountLumaOfColours(pixels.Row(y), width, counts);
-    const auto row = picture.Row(y);
-    for (std::size_t x = 0; x < width; ++x) {
-      const std::size_t index = PaletteIndexAt(row, x, picture.BitsPerPixel());
-      ++counts[0][index < picture.Palette().size() ? Luma(picture.Palette()[index]) : 0];
-    }
-  };
-  const auto join = [](LumaCountsInTurn& all, const LumaCountsInTurn& own) {
-    for (std::size_t i = 0; i < all.size(); ++i) Add(all[i], own[i]);
-  };
-  auto counts = OverRows(picture, LumaCountsInTurn{}, countRow, join);
-  for (std::size_t i = 1; i < counts.size(); ++i) Add(counts[0], counts[i]);
-  return counts[0];
-}
-
 // The new value of each channel value.
-std::array<std::uint8_t, 256> Stretch(const LumaCounts& counts) {
+std::array<std::uint8_t, 256> Stretch(const LevelHistogram& counts) {
   const auto paper = std::max_element(counts.begin() + DarkestPaper, counts.end()) - counts.begin();
   const unsigned white = *std::max_element(counts.begin() + DarkestPaper, counts.end()) == 0
                              ? 255
@@ -139,7 +102,7 @@ void WriteInk(const std::uint8_t* scanned, std::uint8_t* pixel) {
 }
 
 void Whiten(Bitmap& picture) {
-  const auto levels = Stretch(LumaCountsOf(picture));
+  const auto levels = Stretch(LumaHistogramOf(picture));
   if (picture.BitsPerPixel() <= 8) {
     std::vector<Rgb> palette(picture.Palette().begin(), picture.Palette().end());
     for (Rgb& entry : palette) entry = {levels[entry.red], levels[entry.green], levels[entry.blue]};

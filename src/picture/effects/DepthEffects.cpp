@@ -1,7 +1,5 @@
 #include <algorithm>
 #include <array>
-#include <atomic>
-#include <bit>
 #include <cstring>
 #include <utility>
 #include <vector>
@@ -9,6 +7,8 @@
 #include "picture/Depth.h"
 #include "picture/effects/Families.h"
 #include "picture/effects/Kernels.h"
+#include "picture/effects/LumaHistogram.h"
+#include "picture/effects/LumaRows.h"
 #include "picture/effects/ParallelRows.h"
 #include "picture/effects/Pixels.h"
 
@@ -17,147 +17,11 @@ namespace {
 
 constexpr std::array<int, 5> Depths{1, 4, 8, 24, 32};
 
-// The luma of the pixels of each row, on a white background.
-class LumaRows {
-public:
-  explicit LumaRows(const Bitmap& picture)
-      : from(picture),
-        width(static_cast<std::size_t>(picture.Width())),
-        depth(picture.BitsPerPixel()),
-        isRamp(HasGreyRamp(picture)) {
-    for (std::size_t i = 0; i < picture.Palette().size(); ++i) levels[i] = Luma(picture.Palette()[i]);
-  }
-
-  // The row, computed into `scratch` or as it is stored. `scratch` holds the width rounded up to RowAlignment.
-  const std::uint8_t* Row(std::int32_t y, std::uint8_t* scratch) const {
-    const std::uint8_t* const row = from.Row(y);
-    if (isRamp) return row;
-    if (depth == 24) {
-      kernels::Luma(row, scratch, width);
-    } else if (depth == 32) {
-      for (std::size_t x = 0; x < width; ++x) scratch[x] = OnPaper(row + x * 4);
-    } else {
-      kernels::UnpackLevels(row, scratch, width, depth, levels);
-    }
-    return scratch;
-  }
-
-  void Prefetch(std::int32_t y) const { PrefetchRow(from.Row(y), (width * static_cast<std::size_t>(depth) + 7) / 8); }
-
-private:
-  static std::uint8_t OnPaper(const std::uint8_t* pixel) {
-    const auto mixed = [alpha = pixel[3]](unsigned value) {
-      return static_cast<std::uint8_t>((value * alpha + 255U * (255U - alpha) + 127) / 255);
-    };
-    return Luma({mixed(pixel[2]), mixed(pixel[1]), mixed(pixel[0])});
-  }
-
-  ConstPixels from;
-  std::size_t width;
-  int depth;
-  bool isRamp;
-  Lut levels{};
-};
-
-std::size_t RoundedWidth(const Bitmap& picture) {
-  constexpr std::size_t alignment = Bitmap::RowAlignment;
-  return (static_cast<std::size_t>(picture.Width()) + alignment - 1) / alignment * alignment;
-}
-
 using Row = std::vector<std::uint8_t>;
-
-// 32 bits are too few for the pixels of the largest page of 1 bit.
-using Histogram = std::array<std::uint64_t, 256>;
-
-// Counts levels, a pair of neighbours in one step: a step ends with a write to memory, and these take the time.
-class LevelCounter {
-public:
-  LevelCounter() : pairs(Levels * Levels) {}
-
-  void Add(const std::uint8_t* row, std::size_t count) {
-    // Wider rows than half of what a counter holds are more than a picture can have.
-    constexpr std::size_t most = std::size_t{1} << 31U;
-    if ((counted += count) > most) Flush();
-    const auto wordAt = [row](std::size_t x) {
-      std::uint64_t word = 0;
-      std::memcpy(&word, row + x, sizeof word);
-      return word;
-    };
-    std::uint32_t* const counts = pairs.data();
-    constexpr std::size_t wordBytes = sizeof(std::uint64_t);
-    constexpr unsigned pairBits = 16;
-    std::size_t x = 0;
-    for (; x + 2 * wordBytes <= count; x += 2 * wordBytes) {
-      const std::uint64_t words[] = {wordAt(x), wordAt(x + wordBytes)};
-      // Paper without noise: many writes to one counter would wait for each other.
-      if (words[0] == words[1] && words[0] == std::rotl(words[0], 8)) {
-        sum[words[0] % Levels] += 2 * wordBytes;
-        continue;
-      }
-      for (const std::uint64_t word : words) {
-        for (unsigned shift = 0; shift < 8 * wordBytes; shift += pairBits) ++counts[word >> shift & 0xFFFFU];
-      }
-    }
-    for (; x < count; ++x) ++sum[row[x]];
-  }
-
-  void AddTo(Histogram& whole) {
-    Flush();
-    for (std::size_t level = 0; level < Levels; ++level) whole[level] += sum[level];
-  }
-
-private:
-  static constexpr std::size_t Levels = 256;
-
-  void Flush() {
-    std::array<std::uint32_t, Levels> lowers{};
-    for (std::size_t upper = 0; upper < Levels; ++upper) {
-      std::uint32_t* const own = pairs.data() + upper * Levels;
-      std::uint32_t both = 0;
-      for (std::size_t lower = 0; lower < Levels; ++lower) {
-        both += own[lower];
-        lowers[lower] += own[lower];
-      }
-      sum[upper] += both;
-      std::fill_n(own, Levels, 0);
-    }
-    for (std::size_t lower = 0; lower < Levels; ++lower) sum[lower] += lowers[lower];
-    counted = 0;
-  }
-
-  std::vector<std::uint32_t> pairs;
-  std::size_t counted = 0;
-  Histogram sum{};
-};
-
-Histogram HistogramOf(const Bitmap& picture) {
-  const LumaRows luma(picture);
-  const auto bands = CutIntoRowBands(picture.Height(), BytesOf(picture));
-  const auto width = static_cast<std::size_t>(picture.Width());
-  struct Work {
-    LevelCounter counter;
-    Row scratch;
-  };
-  std::vector<Work> works(ThreadsFor(bands.size()));
-  for (Work& work : works) work.scratch.resize(RoundedWidth(picture));
-  std::atomic<std::size_t> next{0};
-  ParallelFor(works.size(), [&](std::size_t own) {
-    Work& work = works[own];
-    for (std::size_t i = next++; i < bands.size(); i = next++) {
-      for (std::int32_t y = bands[i].begin; y < bands[i].end; ++y) {
-        if (y + 1 < bands[i].end) luma.Prefetch(y + 1);
-        work.counter.Add(luma.Row(y, work.scratch.data()), width);
-      }
-    }
-  });
-  Histogram sum{};
-  for (Work& work : works) work.counter.AddTo(sum);
-  return sum;
-}
 
 // Otsu's level: the least white level of the two classes that lie farthest apart. Of equally good levels it is the
 // middle one, which leaves the same margin to the paper and to the ink.
-std::int32_t OtsuLevel(const Histogram& counts) {
+std::int32_t OtsuLevel(const LevelHistogram& counts) {
   double all = 0;
   double sum = 0;
   for (std::size_t i = 0; i < counts.size(); ++i) {
@@ -191,7 +55,7 @@ std::int32_t OtsuLevel(const Histogram& counts) {
 
 // Replaces level 0 by Otsu's level of the picture.
 void FindLevel(const Bitmap& picture, std::span<double> values) {
-  if (values[0] == 0) values[0] = OtsuLevel(HistogramOf(picture));
+  if (values[0] == 0) values[0] = OtsuLevel(LumaHistogramOf(picture));
 }
 
 // White if the luma is at least the level, else black; level 0 means Otsu's level. The result has 1 bit per pixel;
@@ -205,7 +69,7 @@ void Threshold(Bitmap& picture, std::span<const double> values) {
   const Pixels to(result);
   const auto width = static_cast<std::size_t>(picture.Width());
   const auto bands = CutIntoRowBands(picture.Height(), BytesOf(picture));
-  std::vector<Row> scratch(bands.size(), Row(RoundedWidth(picture)));
+  std::vector<Row> scratch(bands.size(), Row(luma.ScratchBytes()));
   ParallelFor(bands.size(), [&](std::size_t i) {
     for (std::int32_t y = bands[i].begin; y < bands[i].end; ++y) {
       if (y + 1 < bands[i].end) luma.Prefetch(y + 1);
@@ -228,8 +92,8 @@ void Dither(Bitmap& picture, std::span<const double> /*values*/) {
   std::vector<std::int16_t> errors(width + 2 * margin);
   kernels::DiffusedRows rows{};
   for (std::size_t i = 0; i < together; ++i) {
-    levels[i].resize(RoundedWidth(picture) + 2 * margin);
-    shown[i].resize(RoundedWidth(picture) + 2 * margin);
+    levels[i].resize(luma.ScratchBytes() + 2 * margin);
+    shown[i].resize(luma.ScratchBytes() + 2 * margin);
     rows.levels[i] = levels[i].data() + margin;
     rows.to[i] = shown[i].data() + margin;
   }
