@@ -57,6 +57,10 @@ void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size);
 // Both may lie anywhere; if they overlap, `to` is not behind `from`.
 void ExchangeRedAndBlue(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::size_t size);
 
+// The same for a page that is larger than the caches: with non-temporal stores if `to` is a multiple of 16. The pixels
+// do not overlap. Other threads see them after FinishStreams has returned.
+void StreamExchanged(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::size_t size);
+
 struct Area {
   const std::uint8_t* base;
   std::size_t stride;

@@ -18,6 +18,7 @@ using scalar::ApplyLutToColours;
 using scalar::ExchangeRedAndBlue;
 using scalar::Luma;
 using scalar::SplitIntoBins;
+using scalar::StreamExchanged;
 using scalar::ThresholdToBits;
 #else
 namespace hn = hwy::HWY_NAMESPACE;
@@ -206,13 +207,16 @@ alignas(16) constexpr std::uint8_t TripleOrder[3][3][16] = {
      {None, 3, 2, 1, 6, 5, 4, 9, 8, 7, 12, 11, 10, 15, 14, 13}}};
 alignas(16) constexpr std::uint8_t QuadrupleOrder[16] = {2, 1, 0, 3, 6, 5, 4, 7, 10, 9, 8, 11, 14, 13, 12, 15};
 
-void ExchangeRedAndBlue(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::size_t size) {
+// Exchanges whole vectors of pixels, whose bytes go to store(vector, place), and the rest one by one.
+template <typename Store>
+void ExchangeVectors(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::size_t size,
+                     const Store& store) {
   const hn::FixedTag<std::uint8_t, 16> d;
   const std::size_t step = size == 3 ? 16 : 4;
   for (; pixels >= step; pixels -= step, from += step * size, to += step * size) {
     const auto a = hn::LoadU(d, from);
     if (size == 4) {
-      hn::StoreU(hn::TableLookupBytes(a, hn::Load(d, QuadrupleOrder)), d, to);
+      store(hn::TableLookupBytes(a, hn::Load(d, QuadrupleOrder)), to);
       continue;
     }
     const auto b = hn::LoadU(d, from + 16);
@@ -220,12 +224,22 @@ void ExchangeRedAndBlue(const std::uint8_t* from, std::uint8_t* to, std::size_t 
     const auto part = [&](auto of, const std::uint8_t* order) {
       return hn::TableLookupBytesOr0(of, hn::Load(d, order));
     };
-    hn::StoreU(hn::Or(part(a, TripleOrder[0][0]), part(b, TripleOrder[0][1])), d, to);
-    hn::StoreU(hn::Or(hn::Or(part(a, TripleOrder[1][0]), part(b, TripleOrder[1][1])), part(c, TripleOrder[1][2])), d,
-               to + 16);
-    hn::StoreU(hn::Or(part(b, TripleOrder[2][1]), part(c, TripleOrder[2][2])), d, to + 32);
+    store(hn::Or(part(a, TripleOrder[0][0]), part(b, TripleOrder[0][1])), to);
+    store(hn::Or(hn::Or(part(a, TripleOrder[1][0]), part(b, TripleOrder[1][1])), part(c, TripleOrder[1][2])), to + 16);
+    store(hn::Or(part(b, TripleOrder[2][1]), part(c, TripleOrder[2][2])), to + 32);
   }
   scalar::ExchangeRedAndBlue(from, to, pixels, size);
+}
+
+void ExchangeRedAndBlue(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::size_t size) {
+  const hn::FixedTag<std::uint8_t, 16> d;
+  ExchangeVectors(from, to, pixels, size, [&](auto bytes, std::uint8_t* place) { hn::StoreU(bytes, d, place); });
+}
+
+void StreamExchanged(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::size_t size) {
+  const hn::FixedTag<std::uint8_t, 16> d;
+  if (reinterpret_cast<std::uintptr_t>(to) % 16 != 0) return ExchangeRedAndBlue(from, to, pixels, size);
+  ExchangeVectors(from, to, pixels, size, [&](auto bytes, std::uint8_t* place) { hn::Stream(bytes, d, place); });
 }
 #endif
 
@@ -242,6 +256,7 @@ HWY_EXPORT(Luma);
 HWY_EXPORT(ThresholdToBits);
 HWY_EXPORT(SplitIntoBins);
 HWY_EXPORT(ExchangeRedAndBlue);
+HWY_EXPORT(StreamExchanged);
 
 void ApplyLut(std::uint8_t* row, std::size_t count, const Lut& table) {
   HWY_DYNAMIC_DISPATCH(ApplyLut)(row, count, table);
@@ -271,6 +286,10 @@ void ThresholdToBits(const std::uint8_t* from, std::uint8_t* to, std::size_t pix
 
 void ExchangeRedAndBlue(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::size_t size) {
   HWY_DYNAMIC_DISPATCH(ExchangeRedAndBlue)(from, to, pixels, size);
+}
+
+void StreamExchanged(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::size_t size) {
+  HWY_DYNAMIC_DISPATCH(StreamExchanged)(from, to, pixels, size);
 }
 
 }  // namespace kw::kernels

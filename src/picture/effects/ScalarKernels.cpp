@@ -252,6 +252,10 @@ void ExchangeRedAndBlue(const std::uint8_t* from, std::uint8_t* to, std::size_t 
   }
 }
 
+void StreamExchanged(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::size_t size) {
+  ExchangeRedAndBlue(from, to, pixels, size);
+}
+
 void TransposeTiles(const Tiles& tiles, std::size_t size) {
   const auto bytes = static_cast<std::ptrdiff_t>(size);
   for (std::ptrdiff_t column = 0; column < tiles.columns; ++column) {

@@ -38,6 +38,7 @@ void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size);
 void FindPlaces(const PlaceLine& line, std::int32_t* to, std::size_t count);
 void Interpolate(const PlacedRow& row, std::uint8_t* to, std::size_t pixels, std::size_t size);
 void ExchangeRedAndBlue(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::size_t size);
+void StreamExchanged(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::size_t size);
 void TransposeTiles(const Tiles& tiles, std::size_t size);
 void StreamRows(const StreamedRows& rows);
 

@@ -65,6 +65,17 @@ struct Part {
   std::uint16_t plane = 0;
 };
 
+// Finishes what a thread streams.
+struct StreamsOfThread {
+  StreamsOfThread() = default;
+  StreamsOfThread(const StreamsOfThread&) = delete;
+  StreamsOfThread& operator=(const StreamsOfThread&) = delete;
+  ~StreamsOfThread() { kernels::FinishStreams(); }
+};
+
+// Of a larger page, nothing would be left in them when it is whole.
+constexpr std::size_t BytesOfCaches = std::size_t{4} << 20U;
+
 // Unpacks the samples of grey, palette and RGB pages.
 class SampleReader {
 public:
@@ -75,13 +86,16 @@ public:
         limits(source.limits),
         damage(lost),
         page(EmptyPage()),
-        channels(static_cast<std::uint16_t>(layout.IsIndexed() ? 1 : layout.Depth() / 8)) {}
+        channels(static_cast<std::uint16_t>(layout.IsIndexed() ? 1 : layout.Depth() / 8)),
+        exchange(page.Stride() * layout.height > BytesOfCaches ? kernels::StreamExchanged
+                                                               : kernels::ExchangeRedAndBlue) {}
 
   Bitmap Read() {
     RequireWorkFits(tiff, page, 0, limits);
     if (!ReadApart()) {
       const std::uint16_t planes = layout.planar ? channels : std::uint16_t{1};
       for (std::uint16_t plane = 0; plane < planes; ++plane) ReadPlane(plane);
+      kernels::FinishStreams();
     }
     return std::move(page);
   }
@@ -183,6 +197,40 @@ private:
     return true;
   }
 
+  // Reads strips that are not coded piece by piece, so that a piece moves to its rows while it is in the caches.
+  bool ReadPlain(const TiffPage& own, StripRange range, const Pixels& pixels) const {
+    constexpr std::size_t pieceBytes = std::size_t{128} << 10U;
+    const std::size_t rowBytes = source.LineBytes();
+    const bool isInOrder = own.tiff.Field(TIFFTAG_FILLORDER, std::uint16_t{FILLORDER_MSB2LSB}) == FILLORDER_MSB2LSB;
+    if (!isInOrder || rowBytes > pieceBytes) return ReadWhole(own.tiff, range, pixels);
+    const std::uint32_t step = source.RowsPerStrip();
+    const auto end =
+        static_cast<std::uint32_t>(std::min(std::uint64_t{range.end} * step, std::uint64_t{layout.height}));
+    const auto placeOf = [&](std::uint32_t y) {
+      return TIFFGetStrileOffset(own.tiff.Get(), y / step) + std::uint64_t{y % step} * rowBytes;
+    };
+    std::vector<std::uint8_t> piece(pieceBytes / rowBytes * rowBytes);
+    for (std::uint32_t y = range.begin * step; y < end;) {
+      const std::uint64_t place = placeOf(y);
+      std::uint32_t rows = 1;
+      // As long as the strips lie one behind the other.
+      while (y + rows < end && (rows + 1) * rowBytes <= piece.size() && placeOf(y + rows) == place + rows * rowBytes) {
+        ++rows;
+      }
+      if (!own.file.Seek(place) || !own.file.ReadAll(piece.data(), rows * rowBytes)) return false;
+      for (std::uint32_t i = 0; i < rows; ++i, ++y) TakeWhole(piece.data() + i * rowBytes, y, pixels);
+    }
+    return true;
+  }
+
+  void TakeWhole(const std::uint8_t* from, std::uint32_t y, const Pixels& pixels) const {
+    std::uint8_t* const row = pixels.Row(static_cast<std::int32_t>(y));
+    if (channels != 1)
+      exchange(from, row, layout.width, channels);
+    else
+      std::memcpy(row, from, source.LineBytes());
+  }
+
   bool ReadRows(const TiffHandle& handle, StripRange range) {
     const std::uint32_t step = source.RowsPerStrip();
     const std::uint32_t stripsOfPlane = (layout.height + step - 1) / step;
@@ -205,7 +253,10 @@ private:
     const Pixels pixels(page);
     const auto calls = areWhole ? StripCalls::Whole : StripCalls::Rows;
     const bool isRead = DecodeStripsApart(source, calls, [&](const TiffPage& own, StripRange range) {
-      return areWhole ? ReadWhole(own.tiff, range, pixels) : ReadRows(own.tiff, range);
+      const StreamsOfThread streams;
+      if (!areWhole) return ReadRows(own.tiff, range);
+      return layout.compression == COMPRESSION_NONE ? ReadPlain(own, range, pixels)
+                                                    : ReadWhole(own.tiff, range, pixels);
     });
     if (!isRead && layout.IsIndexed()) {
       page = {};
@@ -290,7 +341,7 @@ private:
   void TakeColours(const Part& part, std::span<std::uint8_t> row) const {
     // The file has red, green, blue, alpha; the page blue, green, red, alpha.
     if (layout.bits == 8 && !layout.planar && layout.samples == channels) {
-      kernels::ExchangeRedAndBlue(part.samples, row.data() + part.x * channels, part.count, channels);
+      exchange(part.samples, row.data() + part.x * channels, part.count, channels);
       return;
     }
     constexpr std::array<std::size_t, 4> places{2, 1, 0, 3};
@@ -322,6 +373,7 @@ private:
   DamageReport& damage;
   Bitmap page;
   std::uint16_t channels;
+  decltype(&kernels::ExchangeRedAndBlue) exchange;
 };
 
 }  // namespace

@@ -22,7 +22,8 @@ public:
 
   std::size_t Read(void* to, std::size_t count) noexcept override {
     const std::scoped_lock reading(lock);
-    const std::size_t done = file.Seek(position) ? file.Read(to, count) : 0;
+    const bool isThere = file.Position() == position || file.Seek(position);
+    const std::size_t done = isThere ? file.Read(to, count) : 0;
     position += done;
     return done;
   }
@@ -138,6 +139,7 @@ std::size_t StripThreads(const TiffPage& page, std::uint32_t strips) {
 
 // Whole strips that stay in the caches until their rows are in their places.
 std::uint32_t StripsAtOnce(const TiffPage& page, std::uint32_t strips, std::size_t threads) {
+  if (page.layout.compression == COMPRESSION_NONE) return strips;  // cut into pieces by who reads them
   constexpr std::uint64_t bytesAtOnce = std::uint64_t{128} << 10U;
   constexpr std::uint64_t partsOfShare = 8;
   const std::uint64_t bytes = std::max(std::uint64_t{page.RowsPerStrip()} * page.LineBytes(), std::uint64_t{1});

@@ -119,5 +119,25 @@ TEST(ExchangeRedAndBlue, IsThatOfThePlainKernelAndTouchesNothingElse) {
   }
 }
 
+// To places that a vector may and may not begin at.
+TEST(StreamExchanged, IsThatOfThePlainKernelAndTouchesNothingElse) {
+  std::mt19937 random(2);
+  for (const std::size_t size : {std::size_t{3}, std::size_t{4}}) {
+    for (const std::size_t pixels : {0U, 1U, 3U, 4U, 15U, 16U, 17U, 64U, 65U, 200U, 2480U}) {
+      for (const std::size_t begin : {16U, 17U, 24U, 32U, 48U, 64U, 100U}) {
+        std::vector<std::uint8_t> from(pixels * size);
+        for (std::uint8_t& byte : from) byte = static_cast<std::uint8_t>(random());
+        Bitmap rows(static_cast<std::int32_t>(begin + from.size() + 16), 1, 8);
+        std::ranges::fill(rows.MutableRow(0), std::uint8_t{0xA5});
+        std::vector<std::uint8_t> expected(rows.Row(0).begin(), rows.Row(0).end());
+        kernels::scalar::StreamExchanged(from.data(), expected.data() + begin, pixels, size);
+        kernels::StreamExchanged(from.data(), rows.MutableRow(0).data() + begin, pixels, size);
+        kernels::FinishStreams();
+        EXPECT_TRUE(std::ranges::equal(expected, rows.Row(0))) << pixels << " of " << size << " at " << begin;
+      }
+    }
+  }
+}
+
 }  // namespace
 }  // namespace kw
