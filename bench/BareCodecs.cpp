@@ -63,4 +63,32 @@ void DecodeJpegBare(std::span<const std::uint8_t> bytes) {
   std::free(page);
 }
 
+void CodeJpegBare(const Bitmap& page, BareJpeg kind, Stream& to) {
+  jpeg_compress_struct codec{};
+  jpeg_error_mgr errors{};
+  codec.err = jpeg_std_error(&errors);
+  jpeg_create_compress(&codec);
+  unsigned char* data = nullptr;
+  unsigned long size = 0;
+  jpeg_mem_dest(&codec, &data, &size);
+  codec.image_width = static_cast<JDIMENSION>(page.Width());
+  codec.image_height = static_cast<JDIMENSION>(page.Height());
+  codec.input_components = 3;
+  codec.in_color_space = JCS_EXT_BGR;
+  jpeg_set_defaults(&codec);
+  constexpr int quality = 90;
+  jpeg_set_quality(&codec, quality, TRUE);
+  if (kind.fineColour) codec.comp_info[0].h_samp_factor = codec.comp_info[0].v_samp_factor = 1;
+  codec.restart_in_rows = kind.restartRows;
+  jpeg_start_compress(&codec, TRUE);
+  for (std::int32_t y = 0; y < page.Height(); ++y) {
+    auto* row = const_cast<JSAMPLE*>(page.Row(y).data());
+    jpeg_write_scanlines(&codec, &row, 1);
+  }
+  jpeg_finish_compress(&codec);
+  jpeg_destroy_compress(&codec);
+  to.WriteAll({data, size});
+  std::free(data);
+}
+
 }  // namespace kw

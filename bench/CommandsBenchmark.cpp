@@ -10,7 +10,9 @@
 
 #include <benchmark/benchmark.h>
 
+#include "bench/BareCodecs.h"
 #include "bench/Pages.h"
+#include "picture/File.h"
 #include "picture/PictureDocument.h"
 
 namespace kw {
@@ -25,7 +27,10 @@ public:
     create_directories(path);
     PictureDocument engine;
     engine.Replace(Photograph());
-    engine.SaveScratch((path / "in.jpg").string(), {});
+    // Without restart markers, as most programs write it.
+    OutputFile photograph((path / "in.jpg").string(), Durability::Passing);
+    CodeJpegBare(Photograph(), {}, photograph);
+    photograph.Commit();
     engine.SaveScratch((path / "in.tif").string(), {});
   }
   CommandFolder(const CommandFolder&) = delete;

@@ -2,12 +2,10 @@
 // codec libraries, which decode them on one thread. Those of one strip show what the search for strips costs.
 
 #include <array>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
 #include <benchmark/benchmark.h>
-#include <jpeglib.h>
 
 #include "bench/BareCodecs.h"
 #include "bench/Pages.h"
@@ -42,34 +40,6 @@ void WriteBare(MemoryFile& file, const Bitmap& page, int compression, std::int32
   TIFFClose(codec);
 }
 
-// A photograph with a restart marker behind each row of blocks, as cameras and scanners write them.
-void WriteRestarts(MemoryFile& file, const Bitmap& page) {
-  jpeg_compress_struct codec{};
-  jpeg_error_mgr errors{};
-  codec.err = jpeg_std_error(&errors);
-  jpeg_create_compress(&codec);
-  unsigned char* data = nullptr;
-  unsigned long size = 0;
-  jpeg_mem_dest(&codec, &data, &size);
-  codec.image_width = static_cast<JDIMENSION>(page.Width());
-  codec.image_height = static_cast<JDIMENSION>(page.Height());
-  codec.input_components = 3;
-  codec.in_color_space = JCS_EXT_BGR;
-  jpeg_set_defaults(&codec);
-  constexpr int quality = 90;
-  jpeg_set_quality(&codec, quality, TRUE);
-  codec.restart_in_rows = 1;
-  jpeg_start_compress(&codec, TRUE);
-  for (std::int32_t y = 0; y < page.Height(); ++y) {
-    auto* row = const_cast<JSAMPLE*>(page.Row(y).data());
-    jpeg_write_scanlines(&codec, &row, 1);
-  }
-  jpeg_finish_compress(&codec);
-  jpeg_destroy_compress(&codec);
-  file.Write(data, size);
-  std::free(data);
-}
-
 struct Kind {
   const char* name;
   bool fax;
@@ -99,7 +69,8 @@ std::span<const std::uint8_t> Coded(std::size_t kind) {
 
 std::span<const std::uint8_t> Restarts() {
   static MemoryFile file;
-  if (file.Size() == 0) WriteRestarts(file, Photograph());
+  // A restart marker behind each row of blocks, as cameras and scanners write them.
+  if (file.Size() == 0) CodeJpegBare(Photograph(), {false, 1}, file);
   return file.Bytes();
 }
 

@@ -140,6 +140,14 @@ void AddParallelLoading(std::vector<Scenario>& rows) {
   rows.back().isOfThreads = true;
 }
 
+// A picture that is coded in bands.
+void AddParallelSaving(std::vector<Scenario>& rows) {
+  rows.push_back(OfLibrary(
+      "library.threads.save", [](LibraryStage& stage) { stage.document.Replace(StagePicture(1450, 1000)); },
+      [](LibraryStage& stage) { ByThreads([&] { stage.document.Save(stage.files.File("large.jpg")); }); }));
+  rows.back().isOfThreads = true;
+}
+
 void AddDepths(std::vector<Scenario>& rows) {
   for (const int from : {24, 8, 1}) {
     for (const std::int16_t to : {std::int16_t{1}, std::int16_t{4}, std::int16_t{8}, std::int16_t{32}}) {
@@ -173,6 +181,7 @@ std::vector<Scenario> LibraryScenarios() {
   for (const char* const command : {"Blur", "Rotate", "Invert"}) AddParallelEffect(rows, command);
   AddWideBlur(rows);
   AddParallelLoading(rows);
+  AddParallelSaving(rows);
   AddDepths(rows);
   rows.push_back(OfLibrary(
       "library.signature", [](LibraryStage& stage) { stage.document.Replace(StagePicture()); },
