@@ -210,15 +210,19 @@ INSTANTIATE_TEST_SUITE_P(WrongExtensions, Recognition,
 // The strips of a whole page are coded by several threads, those of a page in bands one after the other.
 TEST(TiffStrips, OfAWholePageAreThoseOfItsBands) {
   SetMostThreads(4);
-  for (const int depth : {4, 8, 24, 32}) {
-    const Bitmap picture = Noise(1501, 907, depth);
+  std::vector<Bitmap> pictures;
+  for (const int depth : {4, 8, 24, 32}) pictures.push_back(Noise(1501, 907, depth));
+  // More strips than are coded at once, each of one row.
+  Bitmap& manyStrips = pictures.emplace_back(270000, 140, 8);
+  for (std::int32_t y = 0; y < manyStrips.Height(); ++y) manyStrips.MutableRow(y)[0] = static_cast<std::uint8_t>(y);
+  for (const Bitmap& picture : pictures) {
     MemoryFile whole;
     TiffFormat.write(picture, whole, {});
     MemoryFile banded;
     TiffPageWriter writer(banded, picture.Height());
     writer.Add(picture);
     writer.Finish();
-    EXPECT_TRUE(std::ranges::equal(banded.Bytes(), whole.Bytes())) << depth;
+    EXPECT_TRUE(std::ranges::equal(banded.Bytes(), whole.Bytes())) << picture.BitsPerPixel();
   }
   SetMostThreads(0);
 }

@@ -4,6 +4,8 @@
 #include <array>
 #include <exception>
 #include <mutex>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include "picture/TiffPageWriter.h"
@@ -105,7 +107,8 @@ std::vector<std::uint8_t> CodedStrip(const Bitmap& picture, std::int32_t begin, 
   return {coded.begin(), coded.end()};
 }
 
-// Several threads code the strips of a page, which do not depend on each other; this one writes them in their order.
+// Several threads code the strips of a page, which do not depend on each other; this one also writes them in their
+// order, as soon as those before them are written.
 class StripCoders {
 public:
   StripCoders(const TiffHandle& page, const Bitmap& source)
@@ -115,27 +118,44 @@ public:
         total((picture.Height() + step - 1) / step) {}
 
   void Run() {
-    constexpr std::int32_t atOnce = 32;
-    for (std::int32_t first = 0; first < total; first += atOnce) {
-      std::vector<std::vector<std::uint8_t>> coded(static_cast<std::size_t>(std::min(atOnce, total - first)));
-      ParallelFor(coded.size(), [&](std::size_t i) { Code(first + static_cast<std::int32_t>(i), coded[i]); });
+    // What the others have coded may wait for a strip of this thread.
+    constexpr std::int32_t atOnce = 128;
+    while (written < total) {
+      first = written;
+      coded.clear();
+      coded.resize(static_cast<std::size_t>(std::min(atOnce, total - first)));
+      ParallelFor(coded.size(), [&](std::size_t i) { Code(i); });
       if (failure) std::rethrow_exception(failure);
-      for (std::size_t i = 0; i < coded.size(); ++i) {
-        const auto size = static_cast<tmsize_t>(coded[i].size());
-        const std::uint32_t strip = static_cast<std::uint32_t>(first) + static_cast<std::uint32_t>(i);
-        tiff.Require(TIFFWriteRawStrip(tiff.Get(), strip, coded[i].data(), size) == size);
-      }
+      WriteCoded();
     }
   }
 
 private:
-  void Code(std::int32_t strip, std::vector<std::uint8_t>& coded) {
+  void Code(std::size_t i) {
     try {
-      const std::int32_t begin = strip * step;
-      coded = CodedStrip(picture, begin, std::min(step, picture.Height() - begin));
+      const std::int32_t begin = (first + static_cast<std::int32_t>(i)) * step;
+      auto strip = CodedStrip(picture, begin, std::min(step, picture.Height() - begin));
+      {
+        const std::scoped_lock handingOver(lock);
+        coded[i] = std::move(strip);
+      }
+      if (std::this_thread::get_id() == writer) WriteCoded();
     } catch (...) {
       const std::scoped_lock noting(lock);
       failure = std::current_exception();
+    }
+  }
+
+  void WriteCoded() {
+    for (const std::int32_t end = first + static_cast<std::int32_t>(coded.size()); written < end; ++written) {
+      std::vector<std::uint8_t> strip;
+      {
+        const std::scoped_lock takingOver(lock);
+        strip.swap(coded[static_cast<std::size_t>(written - first)]);
+      }
+      if (strip.empty()) return;
+      const auto size = static_cast<tmsize_t>(strip.size());
+      tiff.Require(TIFFWriteRawStrip(tiff.Get(), static_cast<std::uint32_t>(written), strip.data(), size) == size);
     }
   }
 
@@ -143,7 +163,12 @@ private:
   const Bitmap& picture;
   std::int32_t step;
   std::int32_t total;
+  std::thread::id writer = std::this_thread::get_id();
+  std::int32_t first = 0;
+  std::int32_t written = 0;
   std::mutex lock;
+  // From `first` on; empty ones are not coded yet, or written.
+  std::vector<std::vector<std::uint8_t>> coded;
   std::exception_ptr failure;
 };
 
