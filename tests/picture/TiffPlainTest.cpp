@@ -174,5 +174,31 @@ INSTANTIATE_TEST_SUITE_P(All, ScatteredStrips,
                                                           PlainKind{8, 1, PHOTOMETRIC_MINISBLACK, COMPRESSION_NONE}),
                                           testing::Values(1U, 29U, 640U)));
 
+using ShortStrips = PlainPages;
+
+// What lies behind a strip is another one's. (If the first two differ in size, the library takes all sizes for wrong.)
+TEST_P(ShortStrips, AreNotFilledFromTheNextOne) {
+  const std::uint32_t rows = std::get<1>(GetParam());
+  const std::uint32_t strips = (LargeHeight + rows - 1) / rows;
+  {
+    TiffMaker maker(path);
+    Describe(maker);
+    for (std::uint32_t strip = 0; strip < strips; ++strip) {
+      Bytes bytes(LineSize() * std::min(rows, LargeHeight - strip * rows), 7);
+      if (strip + 2 == strips) bytes.pop_back();
+      maker.CodedStrip(strip, bytes);
+    }
+    maker.EndPage();
+  }
+  const ReadOutcome outcome = Read(BytesOf(path), 2);
+  ASSERT_TRUE(outcome.isRead) << outcome.error;
+  EXPECT_NE(outcome.warning.find(" of 1103 rows of the page "), std::string::npos) << outcome.warning;
+}
+
+INSTANTIATE_TEST_SUITE_P(All, ShortStrips,
+                         testing::Combine(testing::Values(PlainKind{8, 3, PHOTOMETRIC_RGB, COMPRESSION_NONE},
+                                                          PlainKind{8, 1, PHOTOMETRIC_MINISBLACK, COMPRESSION_NONE}),
+                                          testing::Values(1U, 29U, 640U)));
+
 }  // namespace
 }  // namespace kw

@@ -209,6 +209,11 @@ private:
     const auto placeOf = [&](std::uint32_t y) {
       return TIFFGetStrileOffset(own.tiff.Get(), y / step) + std::uint64_t{y % step} * rowBytes;
     };
+    // What lies behind a strip that is too short is not its own.
+    for (std::uint32_t strip = range.begin; strip < range.end; ++strip) {
+      const std::uint64_t rows = std::min(step, layout.height - strip * step);
+      if (TIFFGetStrileByteCount(own.tiff.Get(), strip) < rows * rowBytes) return false;
+    }
     std::vector<std::uint8_t> piece(pieceBytes / rowBytes * rowBytes);
     for (std::uint32_t y = range.begin * step; y < end;) {
       const std::uint64_t place = placeOf(y);

@@ -127,6 +127,7 @@ public:
       ParallelFor(coded.size(), [&](std::size_t i) { Code(i); });
       if (failure) std::rethrow_exception(failure);
       WriteCoded();
+      tiff.Require(written == first + static_cast<std::int32_t>(coded.size()));
     }
   }
 
