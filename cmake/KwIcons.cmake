@@ -1,8 +1,8 @@
 # Turns the drawings in resources/ into Windows icons, cursors and a bitmap; resources/README.md says how they are drawn.
 #
 # kw_icons(<target>)
-# Gives the target, and whatever links to it, the header "resources/KwIcons.h" (the key of every icon and cursor with
-# its resource id; no OS header) and, for Windows, the resources themselves in the final executable or DLL.
+# Gives the target, and whatever links to it, the header "resources/KwIcons.h" (the keys of all icons and cursors in the
+# order of their pixels; no OS header) and, for Windows, the pixels as resources in the final executable or DLL.
 #
 # kw_application_icon(<target>)
 # Gives the executable itself the product's icon, as resource 1.
@@ -22,14 +22,19 @@ set(KW_ICON_FOLDER "${KW_SHARED}/resources")
 set(KW_PRODUCT_ICON "${KW_ICON_FOLDER}/KwEditor.ico")
 set(iconFiles "")
 
-# Adds a rule that turns a drawing below resources/ into a file of that kind.
+# kw_rasterise(<kind> <drawing> <output> [<side>...])
+# Adds a rule that turns a drawing below resources/ into a file of that kind, or into one of pixels for each size.
 function(kw_rasterise kind drawing output)
+  set(files "${output}")
+  if(ARGN)
+    list(TRANSFORM ARGN PREPEND "${output}." OUTPUT_VARIABLE files)
+  endif()
   add_custom_command(
-    OUTPUT "${output}"
-    COMMAND "${resources}/rasterise" ${kind} "${resources}/${drawing}" "${output}"
+    OUTPUT ${files}
+    COMMAND "${resources}/rasterise" ${kind} "${resources}/${drawing}" "${output}" ${ARGN}
     DEPENDS "${resources}/${drawing}" "${resources}/rasterise"
     COMMENT "" VERBATIM)
-  set(iconFiles ${iconFiles} "${output}" PARENT_SCOPE)
+  set(iconFiles ${iconFiles} ${files} PARENT_SCOPE)
 endfunction()
 
 file(MAKE_DIRECTORY "${KW_ICON_FOLDER}/icons" "${KW_ICON_FOLDER}/cursors")
@@ -39,28 +44,43 @@ set(KW_TOOLBOX_BITMAP_ID 101)
 set(KW_PRODUCT_ICON_ID 102)
 set(script "${KW_TOOLBOX_BITMAP_ID} BITMAP \"ToolboxBitmap.bmp\"\n${KW_PRODUCT_ICON_ID} ICON \"KwEditor.ico\"\n")
 
-# The ids follow the order of the names; only the header and the script have to agree on them.
+# One resource for each size holds the pixels of all drawings of a kind in the order of their names, compressed.
+set(iconSizes 16 20 24 32 48)
+set(cursorSizes 32 48 64)
+set(KW_FIRST_ICON_ID 1000)
+set(KW_FIRST_CURSOR_ID 2000)
 foreach(kind IN ITEMS icon cursor)
   file(GLOB drawings RELATIVE "${resources}" CONFIGURE_DEPENDS "${resources}/${kind}s/*.svg")
   list(SORT drawings)
-  if(kind STREQUAL "icon")
-    set(id 1000)
-    set(ending ico)
-    set(keyEnding "")
-  else()
-    set(id 2000)
-    set(ending cur)
-    set(keyEnding ".Ico")
-  endif()
   set(${kind}Rows "")
+  set(outputs "")
   foreach(drawing IN LISTS drawings)
     get_filename_component(name "${drawing}" NAME_WE)
-    math(EXPR id "${id} + 1")
-    kw_rasterise(${kind} "${drawing}" "${KW_ICON_FOLDER}/${kind}s/${name}.${ending}")
-    string(APPEND ${kind}Rows "    {\"${name}${keyEnding}\", ${id}},\n")
-    string(TOUPPER ${kind} type)
-    string(APPEND script "${id} ${type} \"${kind}s/${name}.${ending}\"\n")
+    set(output "${KW_ICON_FOLDER}/${kind}s/${name}")
+    kw_rasterise(pixels "${drawing}" "${output}" ${${kind}Sizes})
+    list(APPEND outputs "${output}")
+    if(kind STREQUAL "icon")
+      string(APPEND iconRows "    \"${name}\",\n")
+    else()
+      set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${resources}/${drawing}")
+      file(STRINGS "${resources}/${drawing}" spot REGEX "data-hotspot")
+      if(NOT spot MATCHES "data-hotspot=\"([0-9]+) ([0-9]+)\"")
+        message(FATAL_ERROR "${resources}/${drawing} has no data-hotspot")
+      endif()
+      string(APPEND cursorRows "    {\"${name}.Ico\", ${CMAKE_MATCH_1}, ${CMAKE_MATCH_2}},\n")
+    endif()
   endforeach()
+  string(TOUPPER "KW_FIRST_${kind}_ID" first)
+  foreach(side IN LISTS ${kind}Sizes)
+    list(TRANSFORM outputs APPEND ".${side}" OUTPUT_VARIABLE pixels)
+    set(strip "${KW_ICON_FOLDER}/${kind}s${side}.gz")
+    add_custom_command(OUTPUT "${strip}" COMMAND "${resources}/rasterise" strip "${strip}" ${pixels}
+      DEPENDS ${pixels} "${resources}/rasterise" COMMENT "" VERBATIM)
+    list(APPEND iconFiles "${strip}")
+    math(EXPR id "${${first}} + ${side}")
+    string(APPEND script "${id} RCDATA \"${kind}s${side}.gz\"\n")
+  endforeach()
+  list(JOIN ${kind}Sizes ", " ${kind}Sizes)
 endforeach()
 
 file(CONFIGURE OUTPUT "${KW_ICON_FOLDER}/KwIcons.h" @ONLY CONTENT [[// Made by cmake/KwIcons.cmake from the drawings in resources/.
@@ -68,21 +88,28 @@ file(CONFIGURE OUTPUT "${KW_ICON_FOLDER}/KwIcons.h" @ONLY CONTENT [[// Made by c
 
 namespace kw {
 
-struct IconResource {
-  const char* key;
-  int id;
+// A mouse pointer by its key in the image list of mouse pointers; its hot spot counts in pixels of the smallest size.
+struct CursorDrawing {
+  char key[16];
+  int x;
+  int y;
 };
 
-// ICON resources for tool bars, by button key.
-inline constexpr IconResource IconResources[] = {
+// Keys of the tool bars' icons, and the mouse pointers of the tools. For each size there is a resource of raw data with
+// the pixels of all icons, and one with those of all mouse pointers, in the order of these lists, compressed with gzip.
+// A pixel has 32 bits: straight alpha, red, green, blue from the highest; the top row is the first.
+inline constexpr char IconKeys[][24] = {
 @iconRows@};
-
-// CURSOR resources of the tools, by key in the image list of mouse pointers.
-inline constexpr IconResource CursorResources[] = {
+inline constexpr CursorDrawing CursorDrawings[] = {
 @cursorRows@};
 
-// Widths (and heights) in pixels that every ICON resource holds.
-inline constexpr int IconSizes[] = {16, 20, 24, 32, 48};
+// Widths (and heights) in pixels.
+inline constexpr int IconSizes[] = {@iconSizes@};
+inline constexpr int CursorSizes[] = {@cursorSizes@};
+
+// The resource of a size has this id and the width.
+inline constexpr int FirstIconId = @KW_FIRST_ICON_ID@;
+inline constexpr int FirstCursorId = @KW_FIRST_CURSOR_ID@;
 
 // BITMAP resource of 16 x 15 pixels that stands for the control on a designer's tool box.
 inline constexpr int ToolboxBitmapId = @KW_TOOLBOX_BITMAP_ID@;

@@ -9,6 +9,8 @@ function(kw_product target)
   set(folder "${CMAKE_BINARY_DIR}/symbols")
   file(MAKE_DIRECTORY "${folder}")
   set(name "$<TARGET_FILE_NAME:${target}>")
+  # Leaves out functions and tables that nothing uses.
+  target_link_options(${target} PRIVATE -Wl,--gc-sections)
   # The time that the linker notes in the file is SOURCE_DATE_EPOCH, if that is set.
   target_link_options(${target} PRIVATE "-Wl,-Map=${folder}/${name}.map")
   add_custom_command(TARGET ${target} POST_BUILD WORKING_DIRECTORY "${folder}"

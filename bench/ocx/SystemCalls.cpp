@@ -91,7 +91,6 @@ struct SystemCalls::Patches {
   KW_MEASURED(Drawing, BeginPaint);
   KW_MEASURED(Drawing, BitBlt);
   KW_MEASURED(Drawing, CreateDIBSection);
-  KW_MEASURED(Drawing, LoadImageW);
   KW_MEASURED(Drawing, ImageList_Add);
   KW_MEASURED(Drawing, ImageList_Draw);
   KW_MEASURED(Drawing, ExtTextOutW);

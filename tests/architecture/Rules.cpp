@@ -94,6 +94,7 @@ bool MayTalkToTheSystem(std::string_view path) {
   if (path.starts_with("tests/support/win32/")) return true;             // what tests of real windows share
   if (path.starts_with("tests/ocxmemory/")) return true;                 // the built control
   if (path.starts_with("bench/ocx/")) return true;                       // its benchmark
+  if (path.starts_with("cmake/")) return true;                           // linked into products for Windows
   if (path.starts_with("tests/torture/FailingMemory")) return true;      // stands before the system's own
   return folder == "windows" || folder == "activex" || folder == "host" || folder == "samples" ||
          (folder == "tools" && file.starts_with("Platform"));

@@ -76,7 +76,7 @@ std::filesystem::path TemporaryBeside(const std::filesystem::path& path) {
   name += HexOf(NumberOfMachine());
   name += HexOf(static_cast<std::uint32_t>(ProcessNumber()));
   name += HexOf(std::random_device()());
-  return path.parent_path() / name.append(TemporaryEnd);
+  return path.parent_path() / ToFilesystemPath(name.append(TemporaryEnd));
 }
 
 void RemoveLeftovers(const std::filesystem::path& folder) {

@@ -5,6 +5,8 @@
 #include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
+#include <cstdio>
 #include <system_error>
 
 #include "components/base/Texts.h"
@@ -49,11 +51,20 @@ std::vector<std::string> WithMnemonics(std::span<const Parameter> fields, std::s
 }
 
 std::string NumberText(double value, std::string_view separator) {
+  constexpr double ExactWholeNumbers = 9007199254740992;  // up to 2 to the power of 53
+  constexpr std::int64_t Thousand = 1000;
   std::array<char, 512> digits = {};  // the largest double has 309
-  const double rounded = std::round(value * 1000) / 1000;
-  const auto result = std::to_chars(digits.data(), digits.data() + digits.size(), rounded, std::chars_format::fixed);
-  std::string text(digits.data(), result.ptr);
-  if (const auto point = text.find('.'); point != std::string::npos) text.replace(point, 1, separator);
+  const double rounded = std::round(value * Thousand);
+  if (!(std::abs(rounded) < ExactWholeNumbers)) {
+    const int length = std::snprintf(digits.data(), digits.size(), "%.0f", value);
+    return {digits.data(), static_cast<std::size_t>(length)};
+  }
+  // Made of whole numbers, since the standard library's way needs tables of 100 KiB.
+  const auto thousandths = static_cast<std::int64_t>(std::abs(rounded));
+  std::string text = (rounded < 0 ? "-" : "") + std::to_string(thousandths / Thousand);
+  std::string places = std::to_string(Thousand + thousandths % Thousand);
+  while (places.ends_with('0')) places.pop_back();
+  if (places.size() > 1) text.append(separator).append(places, 1);
   return text;
 }
 

@@ -3,14 +3,13 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
-#include <optional>
+#include <iterator>
 #include <span>
 #include <vector>
 
 #include "resources/KwIcons.h"
+#include "windows/base/DrawnPixels.h"
 #include "windows/base/Gdi.h"
-#include "windows/base/Module.h"
 
 namespace kw::windows {
 namespace {
@@ -18,10 +17,6 @@ namespace {
 // The space that a tool bar adds to the image size for a button, half of it before the image, whatever size is
 // requested.
 constexpr SIZE ToolBarPadding = {8, 6};
-
-constexpr int CursorSizes[] = {32, 48, 64};
-
-using IconPixels = std::vector<std::uint32_t>;  // a square; top row first, straight alpha
 
 // The largest of the sizes, which rise, that is not larger than the first one scaled.
 int Fitting(std::span<const int> sizes, const Scale& scale) {
@@ -47,7 +42,7 @@ bool IsFaceDark() {
 }
 
 // For a dark button face: inverts the brightness of dark ink. An icon with a paper of its own stays as it is.
-void BrightenInk(IconPixels& icon) {
+void BrightenInk(DrawnPixels& icon) {
   constexpr std::uint32_t Opaque = 200;
   constexpr std::uint32_t PaperBrightness = 200;
   constexpr int PaperShare = 5;  // an icon has paper if it is one of so many pixels
@@ -74,43 +69,22 @@ std::uint32_t Disable(std::uint32_t pixel) {
   return (alpha << 24U) | (grey << 16U) | (grey << 8U) | grey;
 }
 
-// Reads the pixels of an icon resource from its data: creating a system icon for each would be slow.
-std::optional<IconPixels> ReadIcon(int id, int side) {
-  const auto load = [](int number, const wchar_t* type) -> std::span<const std::byte> {
-    const HRSRC found = FindResourceW(Module(), MAKEINTRESOURCEW(number), type);
-    const HGLOBAL loaded = found == nullptr ? nullptr : LoadResource(Module(), found);
-    if (loaded == nullptr) return {};
-    return {static_cast<const std::byte*>(LockResource(loaded)), SizeofResource(Module(), found)};
-  };
-  const auto directory = load(id, RT_GROUP_ICON);
-  if (directory.empty()) return std::nullopt;
-  // The function only reads, although its parameter is not const.
-  auto* const entries = reinterpret_cast<BYTE*>(const_cast<std::byte*>(directory.data()));
-  const auto icon = load(LookupIconIdFromDirectoryEx(entries, TRUE, side, side, LR_DEFAULTCOLOR), RT_ICON);
-  BITMAPINFOHEADER header = {};
-  const auto width = static_cast<std::size_t>(side);
-  IconPixels pixels(width * width);
-  const std::size_t rowSize = width * sizeof pixels.front();
-  if (icon.size() < sizeof header + width * rowSize) return std::nullopt;
-  std::memcpy(&header, icon.data(), sizeof header);
-  if (header.biSize != sizeof header || header.biWidth != side || header.biBitCount != 32) return std::nullopt;
-  for (std::size_t y = 0; y < width; ++y) {  // the bottom row is stored first
-    std::memcpy(&pixels[y * width], &icon[sizeof header + (width - 1 - y) * rowSize], rowSize);
-  }
-  return pixels;
-}
-
-// Makes an image list of these icons, each centred in its cell.
-HIMAGELIST MakeList(const std::vector<IconPixels>& icons, int side, SIZE cell) {
-  const int count = static_cast<int>(icons.size());
-  const HIMAGELIST list = ImageList_Create(cell.cx, cell.cy, ILC_COLOR32, count, 1);
+BITMAPINFO TopDown(int width, int height) {
   BITMAPINFO info = {};
   info.bmiHeader.biSize = sizeof info.bmiHeader;
-  info.bmiHeader.biWidth = cell.cx * count;
-  info.bmiHeader.biHeight = -cell.cy;
+  info.bmiHeader.biWidth = width;
+  info.bmiHeader.biHeight = -height;
   info.bmiHeader.biPlanes = 1;
   info.bmiHeader.biBitCount = 32;
   info.bmiHeader.biCompression = BI_RGB;
+  return info;
+}
+
+// Makes an image list of these icons, each centred in its cell.
+HIMAGELIST MakeList(const std::vector<DrawnPixels>& icons, int side, SIZE cell) {
+  const int count = static_cast<int>(icons.size());
+  const HIMAGELIST list = ImageList_Create(cell.cx, cell.cy, ILC_COLOR32, count, 1);
+  const BITMAPINFO info = TopDown(cell.cx * count, cell.cy);
   void* bits = nullptr;
   const HBITMAP strip = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
   if (strip == nullptr) return list;
@@ -129,10 +103,34 @@ HIMAGELIST MakeList(const std::vector<IconPixels>& icons, int side, SIZE cell) {
   return list;
 }
 
-// The image of a key that has no icon.
-IconPixels Placeholder(int side) {
+HCURSOR MakeCursor(const DrawnPixels& pixels, int side, const CursorDrawing& drawing) {
+  // What is transparent stays as it is on the screen, also where pointers have no alpha; rows end at 16 bits.
   const auto width = static_cast<std::size_t>(side);
-  IconPixels pixels(width * width);
+  const std::size_t rowSize = (width + 15) / 16 * 2;
+  std::vector<std::uint8_t> mask(rowSize * width);
+  for (std::size_t i = 0; i < pixels.size(); ++i) {
+    if ((pixels[i] >> 24U) != 0) continue;
+    mask[i / width * rowSize + i % width / 8] |= static_cast<std::uint8_t>(0x80U >> (i % width % 8));
+  }
+  void* bits = nullptr;
+  const BITMAPINFO info = TopDown(side, side);
+  ICONINFO parts = {};
+  parts.xHotspot = static_cast<DWORD>(drawing.x * side / CursorSizes[0]);
+  parts.yHotspot = static_cast<DWORD>(drawing.y * side / CursorSizes[0]);
+  parts.hbmMask = CreateBitmap(side, side, 1, 1, mask.data());
+  parts.hbmColor = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+  if (parts.hbmColor != nullptr) std::ranges::copy(pixels, static_cast<std::uint32_t*>(bits));
+  const bool isWhole = parts.hbmColor != nullptr && parts.hbmMask != nullptr;
+  auto* const cursor = isWhole ? static_cast<HCURSOR>(CreateIconIndirect(&parts)) : nullptr;
+  if (parts.hbmColor != nullptr) DeleteObject(parts.hbmColor);
+  if (parts.hbmMask != nullptr) DeleteObject(parts.hbmMask);
+  return cursor;
+}
+
+// The image of a key that has no icon.
+DrawnPixels Placeholder(int side) {
+  const auto width = static_cast<std::size_t>(side);
+  DrawnPixels pixels(width * width);
   constexpr std::uint32_t Outline = 0xFF9AA5B0U;
   const std::size_t margin = width * 3 / 16;
   for (std::size_t i = margin; i < width - margin; ++i) {
@@ -189,16 +187,14 @@ Images::~Images() {
 
 void Images::Fill() const {
   if (normal != nullptr) return;
-  std::vector<IconPixels> icons = {Placeholder(size)};  // index 0
-  for (const IconResource& resource : IconResources) {
-    const auto icon = ReadIcon(resource.id, size);
-    if (!icon) continue;
-    indexes[resource.key] = static_cast<int>(icons.size());
-    icons.push_back(*icon);
+  std::vector<DrawnPixels> icons = {Placeholder(size)};  // index 0
+  for (DrawnPixels& icon : ReadDrawings(FirstIconId + size, std::size(IconKeys), size)) {
+    indexes[IconKeys[icons.size() - 1]] = static_cast<int>(icons.size());
+    icons.push_back(std::move(icon));
   }
   if (IsFaceDark()) std::ranges::for_each(icons, &BrightenInk);
   normal = MakeList(icons, size, cellSize);
-  for (IconPixels& icon : icons) {
+  for (DrawnPixels& icon : icons) {
     for (std::uint32_t& pixel : icon) pixel = Disable(pixel);
   }
   disabled = MakeList(icons, size, cellSize);
@@ -233,12 +229,11 @@ HCURSOR Images::CursorOf(MousePointer pointer, const std::string& icon) const {
   }
   const auto known = cursors.find(icon);
   if (known != cursors.end()) return known->second;
-  HCURSOR cursor = nullptr;
-  for (const IconResource& resource : CursorResources) {
-    if (resource.key != icon) continue;
-    cursor = static_cast<HCURSOR>(
-        LoadImageW(Module(), MAKEINTRESOURCEW(resource.id), IMAGE_CURSOR, cursorSize, cursorSize, 0));
-  }
+  const auto drawing = std::ranges::find(CursorDrawings, icon, &CursorDrawing::key);
+  if (drawing == std::end(CursorDrawings)) return cursors[icon] = nullptr;
+  const auto index = static_cast<std::size_t>(drawing - std::begin(CursorDrawings));
+  const auto all = ReadDrawings(FirstCursorId + cursorSize, std::size(CursorDrawings), cursorSize);
+  const HCURSOR cursor = all.empty() ? nullptr : MakeCursor(all[index], cursorSize, *drawing);
   return cursors[icon] = cursor;
 }
 

@@ -27,6 +27,12 @@ TEST(ParameterText, NumbersHaveNoMoreDigitsThanTheyNeed) {
   EXPECT_EQ(NumberText(0.1 + 0.2, "."), "0.3");
   EXPECT_EQ(NumberText(1.23449, "."), "1.234");
   EXPECT_EQ(NumberText(100000, "."), "100000");
+  EXPECT_EQ(NumberText(-20.05, "."), "-20.05");
+  EXPECT_EQ(NumberText(7.005, "."), "7.005");
+  EXPECT_EQ(NumberText(1.9996, "."), "2");
+  EXPECT_EQ(NumberText(-0.0004, "."), "0");
+  EXPECT_EQ(NumberText(9007199254740.5, "."), "9007199254740.5");
+  EXPECT_EQ(NumberText(1e15, ","), "1000000000000000");
   EXPECT_EQ(NumberText(2.5, ","), "2,5");
   EXPECT_EQ(NumberText(2.5, "\xD9\xAB"),
             "2\xD9\xAB"

@@ -2,8 +2,13 @@
 
 #include <commctrl.h>
 
+#include <cstddef>
+#include <vector>
+
 #include "resources/KwIcons.h"
 #include "tests/support/win32/ChildWindows.h"
+#include "windows/base/Images.h"
+#include "windows/base/ScreenScale.h"
 
 namespace kw::test {
 namespace {
@@ -22,6 +27,24 @@ std::string NarrowToolTipOf(const ToolBarButton& button) {
   SendMessageW(GetParent(button.bar), WM_NOTIFY, asked.hdr.idFrom, reinterpret_cast<LPARAM>(&asked));
   const std::wstring wide = text;
   return {wide.begin(), wide.end()};
+}
+
+// What a pointer is to the eye: its hot spot, then its pixels.
+std::vector<DWORD> LookOf(HCURSOR cursor) {
+  ICONINFO parts = {};
+  if (GetIconInfo(cursor, &parts) == FALSE) return {};
+  std::vector<DWORD> look{parts.xHotspot, parts.yHotspot};
+  BITMAP colours = {};
+  GetObjectW(parts.hbmColor, sizeof colours, &colours);
+  look.resize(2 + static_cast<std::size_t>(colours.bmWidth) * static_cast<std::size_t>(colours.bmHeight));
+  BITMAPINFO info = {};
+  info.bmiHeader = {sizeof info.bmiHeader, colours.bmWidth, -colours.bmHeight, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+  const HDC context = GetDC(nullptr);
+  GetDIBits(context, parts.hbmColor, 0, static_cast<UINT>(colours.bmHeight), &look[2], &info, DIB_RGB_COLORS);
+  ReleaseDC(nullptr, context);
+  DeleteObject(parts.hbmMask);
+  DeleteObject(parts.hbmColor);
+  return look;
 }
 
 }  // namespace
@@ -76,13 +99,11 @@ std::string PointerOver(HWND window) {
   const HCURSOR shown = GetCursor();
   if (shown == LoadCursorW(nullptr, IDC_ARROW)) return "0";
   if (shown == LoadCursorW(nullptr, IDC_CROSS)) return "2";
-  ICONINFOEXW info = {};
-  info.cbSize = sizeof info;
-  if (GetIconInfoExW(shown, &info) == FALSE) return "?";
-  DeleteObject(info.hbmMask);
-  DeleteObject(info.hbmColor);
-  for (const IconResource& resource : CursorResources) {
-    if (resource.id == info.wResID) return std::string("99 ") + resource.key;
+  const windows::Images images{windows::ScaleOf(window)};
+  for (const CursorDrawing& drawing : CursorDrawings) {
+    if (LookOf(shown) == LookOf(images.CursorOf(MousePointer::Custom, drawing.key))) {
+      return std::string("99 ") + drawing.key;
+    }
   }
   return "?";
 }
