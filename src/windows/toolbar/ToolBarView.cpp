@@ -71,13 +71,13 @@ void ToolBarView::SetRoom(const BarRoom& newRoom) {
 
 void ToolBarView::Show(Aspect aspect) {
   if (aspect == Aspect::Content) ShowButtons();
-  if (aspect == Aspect::Visibility) rows.LayOut();
+  if (aspect == Aspect::Visibility && isComplete) rows.LayOut();
 }
 
 void ToolBarView::ShowBounds() {
   ControlView::ShowBounds();
   ShowButtons();
-  rows.LayOut();
+  if (isComplete) rows.LayOut();
 }
 
 void ToolBarView::ShowEnabled() {
@@ -85,7 +85,16 @@ void ToolBarView::ShowEnabled() {
   ShowButtons();
 }
 
+// The buttons wait until all bars are known, since a bar's room depends on those beside it.
+void ToolBarView::Complete() {
+  rows.LayOut();
+  isComplete = true;
+  ShowButtons();
+  ControlView::Complete();
+}
+
 void ToolBarView::ShowButtons() {
+  if (!isComplete) return;
   const HDC measuring = GetDC(Handle());
   const HGDIOBJ before = SelectObject(measuring, Shared().Font());
   const RECT bounds = Bounds();
@@ -132,8 +141,16 @@ std::vector<BYTE> ToolBarView::States(const BarLayout& layout) const {
 void ToolBarView::AddButtons(const BarLayout& layout, const std::vector<BYTE>& states) {
   SendMessageW(Handle(), WM_SETREDRAW, FALSE, 0);
   while (SendMessageW(Handle(), TB_DELETEBUTTON, 0, 0) != FALSE) continue;
+  std::vector<std::wstring> names(states.size());
+  std::vector<TBBUTTON> buttons;
+  for (std::size_t i = 0; i < states.size(); ++i) buttons.push_back(SystemButton(i, states[i], names[i]));
+  SendMessageW(Handle(), TB_ADDBUTTONSW, buttons.size(), reinterpret_cast<LPARAM>(buttons.data()));
   for (std::size_t i = 0; i < states.size(); ++i) {
-    AddButton(i, states[i], WidthOf(i < layout.buttonBounds.size() ? layout.buttonBounds[i] : *layout.more));
+    TBBUTTONINFOW info = {};
+    info.cbSize = sizeof info;
+    info.dwMask = TBIF_SIZE;
+    info.cx = static_cast<WORD>(WidthOf(i < layout.buttonBounds.size() ? layout.buttonBounds[i] : *layout.more));
+    if (info.cx > 0) SendMessageW(Handle(), TB_SETBUTTONINFOW, i + 1, reinterpret_cast<LPARAM>(&info));
   }
   SendMessageW(Handle(), TB_AUTOSIZE, 0, 0);
   SendMessageW(Handle(), WM_SETREDRAW, TRUE, 0);
@@ -141,26 +158,21 @@ void ToolBarView::AddButtons(const BarLayout& layout, const std::vector<BYTE>& s
   shownStates = states;
 }
 
-// A button's text is not shown; screen readers use it as the button's name.
-void ToolBarView::AddButton(std::size_t index, BYTE state, int width) const {
+// A button's text is not shown; screen readers use it as the button's name. `name` keeps it.
+TBBUTTON ToolBarView::SystemButton(std::size_t index, BYTE state, std::wstring& name) const {
   const bool isMore = index == bar.Buttons().size();
   const ToolBar::Button button =
       isMore ? ToolBar::Button{.toolTip = Translated("More Buttons"), .image = MoreImage} : bar.Buttons()[index];
-  const std::wstring name = ToWide(button.toolTip);
-  TBBUTTON added = {};
-  added.idCommand = static_cast<int>(index) + 1;
-  added.fsStyle = StyleOf(button);
-  added.fsState = state;
-  added.iBitmap = button.style == ButtonStyle::Separator            ? Sizes().gap
+  name = ToWide(button.toolTip);
+  TBBUTTON shown = {};
+  shown.idCommand = static_cast<int>(index) + 1;
+  shown.fsStyle = StyleOf(button);
+  shown.fsState = state;
+  shown.iBitmap = button.style == ButtonStyle::Separator            ? Sizes().gap
                   : button.image.empty() || !button.caption.empty() ? I_IMAGENONE
                                                                     : Shared().Pictures().IndexOf(button.image);
-  if (!name.empty()) added.iString = reinterpret_cast<INT_PTR>(name.c_str());
-  SendMessageW(Handle(), TB_ADDBUTTONSW, 1, reinterpret_cast<LPARAM>(&added));
-  TBBUTTONINFOW info = {};
-  info.cbSize = sizeof info;
-  info.dwMask = TBIF_SIZE;
-  info.cx = static_cast<WORD>(width);
-  if (width > 0) SendMessageW(Handle(), TB_SETBUTTONINFOW, index + 1, reinterpret_cast<LPARAM>(&info));
+  if (!name.empty()) shown.iString = reinterpret_cast<INT_PTR>(name.c_str());
+  return shown;
 }
 
 // A click's command may destroy the window while the system's code for the message is on the stack, which would crash.

@@ -24,6 +24,7 @@ public:
   bool IsTabStop() const override;
   bool WantsKey(WPARAM key) const override;
   void OnCommand(WORD notification, WORD id) override;
+  void Complete() override;
   void Rescale() override;
   LRESULT OnNotify(NMHDR& header) override;
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
@@ -45,7 +46,7 @@ private:
   void ShowButtons();
   std::vector<BYTE> States(const BarLayout& layout) const;
   void AddButtons(const BarLayout& layout, const std::vector<BYTE>& states);
-  void AddButton(std::size_t index, BYTE state, int width) const;
+  TBBUTTON SystemButton(std::size_t index, BYTE state, std::wstring& name) const;
   LRESULT DrawCaption(const NMTBCUSTOMDRAW& drawing) const;
 
   // Runs what had to wait until the system's code for the message returned.
@@ -72,6 +73,7 @@ private:
   BarRows& rows;
   BarRoom room;
   std::vector<BYTE> shownStates;
+  bool isComplete = false;
   int messagesUnderWay = 0;
   WORD clicked = 0;  // the clicked button that waits; 0: none
   std::size_t lastKeyed = 0;

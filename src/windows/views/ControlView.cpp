@@ -74,7 +74,6 @@ ControlView::~ControlView() {
 }
 
 void ControlView::Hook() {
-  isOwnClass = OwnWindowClass::IsOf(window);
   if (isOwnClass)
     OwnWindowClass::SetView(window, this);
   else
@@ -96,15 +95,21 @@ void ControlView::Open() {
     Show(Aspect::Content);
     return;
   }
-  Hook();
+  isOwnClass = OwnWindowClass::IsOf(window);
+  if (isOwnClass) Hook();
   tree.NoteWindow(window, *this);
   Show(Aspect::Content);
   ShowName();
   ShowEnabled();
   if (container == nullptr) return;  // the host sets the root's position and visibility
   ShowBounds();
-  tree.AddToolTip(window, *model);
   ShowOrder(model->Visible() ? SWP_SHOWWINDOW : 0);
+}
+
+void ControlView::Complete() {
+  if (window == nullptr || container == nullptr) return;
+  if (!isOwnClass) Hook();
+  tree.AddToolTip(window, *model);
 }
 
 void ControlView::Detach() {

@@ -35,6 +35,9 @@ public:
 
   // Creates the window, if the view has one, and shows the model's present state.
   void Open();
+  // Called when all views that are made together are open. From here on the view gets the messages of a system's
+  // window: each of them asks Wine's server twice, so the many that fill the windows do without.
+  virtual void Complete();
   // Called before the model leaves its container. The model may be partly destroyed: only members of Control may be
   // used.
   virtual void Leave() {}

@@ -42,6 +42,11 @@ void ImageComboView::ShowBounds() {
   CentreEdit();
 }
 
+void ImageComboView::Complete() {
+  ControlView::Complete();
+  CentreEdit();  // the window was shown before its messages came here
+}
+
 LRESULT ImageComboView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   const LRESULT result = Default(message, wParam, lParam);
   if ((message == WM_WINDOWPOSCHANGED || message == WM_SHOWWINDOW) && IsAttached()) CentreEdit();

@@ -21,6 +21,7 @@ public:
   bool IsTabStop() const override { return true; }
   bool WantsKey(WPARAM key) const override;
   void OnCommand(WORD notification, WORD id) override;
+  void Complete() override;
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
 private:

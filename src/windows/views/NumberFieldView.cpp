@@ -43,6 +43,11 @@ void NumberFieldView::ShowBounds() {
                SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
+void NumberFieldView::Complete() {
+  ControlView::Complete();
+  if (spin != nullptr) PlaceSpin();  // the field was shown before its messages came here
+}
+
 void NumberFieldView::PlaceSpin() const {
   const RECT bounds = Bounds();
   SetWindowPos(spin, nullptr, bounds.right - SpinWidth(), bounds.top, SpinWidth(), HeightOf(bounds),

@@ -19,6 +19,7 @@ public:
   void Leave() override;
   void OnCommand(WORD notification, WORD id) override;
   LRESULT OnNotify(NMHDR& header) override;
+  void Complete() override;
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
 private:

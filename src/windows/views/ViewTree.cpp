@@ -40,6 +40,7 @@ void ViewTree::Open(HWND parent, const RECT& position) {
   rootView->Open();
   if (rootView->Handle() == nullptr) Raise(ErrorNumber::OutOfMemory, static_cast<std::int32_t>(GetLastError()));
   for (Control* child : root->Children()) MakeViews(*child, rootView);
+  CompleteViews(*root);
   opening.tree = nullptr;
 }
 
@@ -88,6 +89,7 @@ void ViewTree::Add(Control& model, ControlView* container) {
   std::optional<CommonControls> controls;
   if (!IsCanvasItem(model)) controls.emplace();
   MakeViews(model, container);
+  CompleteViews(model);
 }
 
 void ViewTree::MakeViews(Control& model, ControlView* container) {
@@ -97,6 +99,11 @@ void ViewTree::MakeViews(Control& model, ControlView* container) {
   views[&model] = std::move(made);
   view->Open();
   for (Control* child : model.Children()) MakeViews(*child, view);
+}
+
+void ViewTree::CompleteViews(const Control& model) {
+  if (ControlView* view = ViewOf(model)) view->Complete();
+  for (const Control* child : model.Children()) CompleteViews(*child);
 }
 
 void ViewTree::Remove(Control& model) {

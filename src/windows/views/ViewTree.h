@@ -128,6 +128,7 @@ private:
   bool IsOwn(HWND window) const;
   void LeaveByTab(bool isBackward);
   void MakeViews(Control& model, ControlView* container);
+  void CompleteViews(const Control& model);
   void RescaleViews(const Control& model);
   void Retire(std::unique_ptr<ControlView> view);
   void FreeRetired();
