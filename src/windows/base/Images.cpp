@@ -229,7 +229,7 @@ HCURSOR Images::CursorOf(MousePointer pointer, const std::string& icon) const {
   }
   const auto known = cursors.find(icon);
   if (known != cursors.end()) return known->second;
-  const auto drawing = std::ranges::find(CursorDrawings, icon, &CursorDrawing::key);
+  const auto* const drawing = std::ranges::find(CursorDrawings, icon, &CursorDrawing::key);
   if (drawing == std::end(CursorDrawings)) return cursors[icon] = nullptr;
   const auto index = static_cast<std::size_t>(drawing - std::begin(CursorDrawings));
   const auto all = ReadDrawings(FirstCursorId + cursorSize, std::size(CursorDrawings), cursorSize);
