@@ -3,10 +3,12 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cstring>
 #include <vector>
 
 #include "components/base/RunTimeError.h"
 #include "picture/MedianCutQuantizer.h"
+#include "picture/effects/Kernels.h"
 #include "picture/effects/ParallelRows.h"
 #include "picture/effects/Pixels.h"
 
@@ -58,7 +60,28 @@ void ForEachColour(const Bitmap& picture, std::int32_t y, const Take& take) {
   }
 }
 
+// Looks up the pixels of a picture of 8 bits.
+Bitmap IndicesToColours(const Bitmap& picture) {
+  std::array<std::array<std::uint8_t, 4>, 256> stored{};
+  for (std::size_t i = 0; i < picture.Palette().size(); ++i) {
+    const Rgb colour = picture.Palette()[i];
+    stored[i] = {colour.blue, colour.green, colour.red, 0};
+  }
+  Bitmap result = Like(picture, 24);
+  const Pixels to(result);
+  const auto width = static_cast<std::size_t>(picture.Width());
+  ForRows(picture, [&](std::int32_t y) {
+    const auto from = picture.Row(y);
+    std::uint8_t* at = to.Row(y);
+    // Four bytes are one step for the processor; the next pixel writes over the fourth.
+    for (std::size_t x = 0; x + 1 < width; ++x, at += 3) std::memcpy(at, stored[from[x]].data(), 4);
+    std::memcpy(at, stored[from[width - 1]].data(), 3);
+  });
+  return result;
+}
+
 Bitmap ToColours(const Bitmap& picture, int bitsPerPixel) {
+  if (picture.BitsPerPixel() == 8 && bitsPerPixel == 24) return IndicesToColours(picture);
   Bitmap result = Like(picture, bitsPerPixel);
   const std::size_t size = bitsPerPixel == 32 ? 4 : 3;
   ForRows(picture, [&](std::int32_t y) {
@@ -104,21 +127,29 @@ private:
   unsigned gathered = 0;
 };
 
-using NewIndices = std::array<std::uint8_t, 256>;
+using NewIndices = Lut;
+
+void ChangeIndicesToBits(const std::uint8_t* from, const NewIndices& indices, std::uint8_t* to, std::size_t width) {
+  std::array<std::uint8_t, 4096> part{};
+  for (std::size_t x = 0; x < width; x += part.size()) {
+    const std::size_t pixels = std::min(part.size(), width - x);
+    kernels::UnpackLevels(from + x, part.data(), pixels, 8, indices);
+    kernels::ThresholdToBits(part.data(), to + x / 8, pixels, 1);
+  }
+}
 
 // Gives the pixels of a picture of 8 bits other indices.
 void ChangeIndices(const Bitmap& picture, const NewIndices& indices, Bitmap& result) {
   const auto width = static_cast<std::size_t>(picture.Width());
+  if (result.BitsPerPixel() == 1) {
+    const Pixels to(result);
+    ForRows(picture, [&](std::int32_t y) { ChangeIndicesToBits(picture.Row(y).data(), indices, to.Row(y), width); });
+    return;
+  }
   ForRows(picture, [&](std::int32_t y) {
     const auto from = picture.Row(y);
     const auto to = result.MutableRow(y);
-    if (result.BitsPerPixel() == 1) {
-      BitRow bits(to);
-      for (std::size_t x = 0; x < width; ++x) bits.Take(x, indices[from[x]] != 0);
-      bits.Finish(width);
-    } else {
-      for (std::size_t x = 0; x < width; ++x) PutIndex(to, x, indices[from[x]], result.BitsPerPixel());
-    }
+    for (std::size_t x = 0; x < width; ++x) PutIndex(to, x, indices[from[x]], result.BitsPerPixel());
   });
 }
 
@@ -127,6 +158,14 @@ Bitmap ToBlackAndWhite(const Bitmap& picture) {
   constexpr std::uint8_t lightestBlack = 128;
   const auto isLight = [](Rgb colour) { return Luma(colour) > lightestBlack; };
   Bitmap result = Like(picture, 1);
+  if (HasGreyRamp(picture)) {
+    const ConstPixels from(picture);
+    const Pixels to(result);
+    ForRows(picture, [&](std::int32_t y) {
+      kernels::ThresholdToBits(from.Row(y), to.Row(y), static_cast<std::size_t>(picture.Width()), lightestBlack + 1);
+    });
+    return result;
+  }
   if (picture.BitsPerPixel() == 8) {
     NewIndices indices{};
     std::ranges::transform(picture.Palette(), indices.begin(), isLight);
@@ -149,15 +188,28 @@ Bitmap WithOwnColours(const Bitmap& picture, int bitsPerPixel) {
   std::array<bool, 256> seen{};
   NewIndices indices{};
   std::vector<Rgb> palette;
+  const auto see = [&](std::uint8_t index) {
+    if (seen[index]) return true;
+    seen[index] = true;
+    const auto known = std::ranges::find(palette, colours[index]);
+    if (known == palette.end() && palette.size() == std::size_t{1} << static_cast<unsigned>(bitsPerPixel)) return false;
+    indices[index] = static_cast<std::uint8_t>(known - palette.begin());
+    if (known == palette.end()) palette.push_back(colours[index]);
+    return true;
+  };
   for (std::int32_t y = 0; y < picture.Height(); ++y) {
-    for (const std::uint8_t index : picture.Row(y)) {
-      if (seen[index]) continue;
-      seen[index] = true;
-      const auto known = std::ranges::find(palette, colours[index]);
-      if (known == palette.end() && palette.size() == std::size_t{1} << static_cast<unsigned>(bitsPerPixel)) return {};
-      indices[index] = static_cast<std::uint8_t>(known - palette.begin());
-      if (known == palette.end()) palette.push_back(colours[index]);
+    const auto row = picture.Row(y);
+    std::array<std::uint8_t, 8> last{};
+    std::array<std::uint8_t, 8> next{};
+    std::size_t x = 0;
+    for (; x + next.size() <= row.size(); x += next.size()) {
+      std::memcpy(next.data(), row.data() + x, next.size());
+      // Most of a page are runs of one colour.
+      if (x != 0 && next == last) continue;
+      if (!std::ranges::all_of(next, see)) return {};
+      last = next;
     }
+    if (!std::all_of(row.begin() + static_cast<std::ptrdiff_t>(x), row.end(), see)) return {};
   }
   Bitmap result = Like(picture, bitsPerPixel);
   result.SetPalette(std::move(palette));

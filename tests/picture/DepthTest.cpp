@@ -59,6 +59,27 @@ TEST(Depth, ManyColoursBecomeBlackAndWhiteInOneBit) {
   EXPECT_EQ((Rgb{255, 255, 255}), result.PixelAt(2, 0));
 }
 
+// Each level of grey on either side of a byte's end, and the last pixel of a row alone.
+TEST(Depth, GreysBecomeBitsAndColoursInAnyWidth) {
+  for (const std::int32_t width : {1, 2, 7, 8, 9, 31, 64, 65, 255, 256, 301}) {
+    const Bitmap picture = ToGreyLevels(Noise(width, 3, 8));
+    const Bitmap bits = ToDepth(picture, 1);
+    const Bitmap colours = ToDepth(picture, 24);
+    ASSERT_EQ(24, colours.BitsPerPixel());
+    std::set<std::uint8_t> used;
+    for (const Rgb& colour : ColoursOf(picture)) used.insert(colour.red);
+    for (std::int32_t y = 0; y < 3; ++y) {
+      for (std::int32_t x = 0; x < width; ++x) {
+        const Rgb grey = picture.PixelAt(x, y);
+        ASSERT_EQ(grey, colours.PixelAt(x, y)) << width << ": " << x << ", " << y;
+        if (used.size() <= 2) continue;
+        const auto level = static_cast<std::uint8_t>(grey.red > 128 ? 255 : 0);
+        ASSERT_EQ((Rgb{level, level, level}), bits.PixelAt(x, y)) << width << ": " << x << ", " << y;
+      }
+    }
+  }
+}
+
 // The colours themselves decide, not the indices that a palette gives them.
 TEST(Depth, IndicesBecomeTheSameBitsAsTheirColours) {
   for (const int used : {1, 2, 3, 16, 17, 256}) {
@@ -70,6 +91,27 @@ TEST(Depth, IndicesBecomeTheSameBitsAsTheirColours) {
     picture.SetPalette(palette);
     for (const int depth : {1, 4}) {
       EXPECT_TRUE(SamePicture(ToDepth(ToDepth(picture, 24), depth), ToDepth(picture, depth))) << used << " " << depth;
+    }
+  }
+}
+
+// Runs of any length, in which a colour may first occur in the last pixel of a row.
+TEST(Depth, RunsOfFewColoursBecomeTheSameBits) {
+  for (const std::int32_t width : {1, 8, 15, 4095, 4096, 4097, 8201}) {
+    for (const std::int32_t run : {1, 5, 8, 37, width}) {
+      Bitmap picture = ToGreyLevels(Noise(width, 4, 8));
+      for (std::int32_t y = 0; y < 4; ++y) {
+        const auto row = picture.MutableRow(y);
+        for (std::int32_t x = 0; x < width; ++x) {
+          row[static_cast<std::size_t>(x)] = static_cast<std::uint8_t>(x / run % 2 == 0 ? 255 : 40);
+        }
+        if (y == 2) row.back() = 40;
+      }
+      for (const int depth : {1, 4}) {
+        const Bitmap result = ToDepth(picture, depth);
+        EXPECT_EQ(ColoursOf(picture), ColoursOf(result)) << width << " " << run << " " << depth;
+        EXPECT_TRUE(SamePicture(ToDepth(ToDepth(picture, 24), depth), result)) << width << " " << run << " " << depth;
+      }
     }
   }
 }
