@@ -25,7 +25,7 @@ const SafeNames Safe = {
     "KillTimer", "PostMessageW", "PtInRect", "QueryInterface", "RegCloseKey", "RegOverridePredefKey", "Release",
     "ReleaseActCtx", "ReleaseDC", "SUCCEEDED", "SendMessageW", "SetCursor", "SetFocus", "SetStretchBltMode",
     "SetViewportOrgEx", "ShowWindow", "SysFreeString", "TlsFree", "VariantClear", "__uuidof", "__xl_f", "begin", "copy",
-    "end", "erase_if", "size",
+    "end", "erase_if", "inflateEnd", "size",
     // Ours.
     "Abandon", "Activation", "AreObjectsHeld", "Bars", "Close", "Context", "Detach", "Disconnect", "Extent", "Find",
     "Free", "FreeRetired", "GiveBack", "GoDownTo", "HandOut", "HeightOf", "IsDirty", "IsHeldByOthers", "IsNeeded",
