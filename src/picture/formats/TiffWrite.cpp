@@ -147,14 +147,15 @@ private:
     }
   }
 
+  // What is written stays until all is: the memory that a thread gives back would be taken from the system again for
+  // its next strip.
   void WriteCoded() {
     for (const std::int32_t end = first + static_cast<std::int32_t>(coded.size()); written < end; ++written) {
-      std::vector<std::uint8_t> strip;
+      std::vector<std::uint8_t>& strip = coded[static_cast<std::size_t>(written - first)];
       {
-        const std::scoped_lock takingOver(lock);
-        strip.swap(coded[static_cast<std::size_t>(written - first)]);
+        const std::scoped_lock lookingAt(lock);
+        if (strip.empty()) return;
       }
-      if (strip.empty()) return;
       const auto size = static_cast<tmsize_t>(strip.size());
       tiff.Require(TIFFWriteRawStrip(tiff.Get(), static_cast<std::uint32_t>(written), strip.data(), size) == size);
     }
@@ -168,7 +169,7 @@ private:
   std::int32_t first = 0;
   std::int32_t written = 0;
   std::mutex lock;
-  // From `first` on; empty ones are not coded yet, or written.
+  // From `first` on; empty ones are not coded yet.
   std::vector<std::vector<std::uint8_t>> coded;
   std::exception_ptr failure;
 };
