@@ -154,7 +154,7 @@ private:
       std::vector<std::uint8_t>& strip = coded[static_cast<std::size_t>(written - first)];
       {
         const std::scoped_lock lookingAt(lock);
-        if (strip.empty()) return;
+        if (failure || strip.empty()) return;
       }
       const auto size = static_cast<tmsize_t>(strip.size());
       tiff.Require(TIFFWriteRawStrip(tiff.Get(), static_cast<std::uint32_t>(written), strip.data(), size) == size);
