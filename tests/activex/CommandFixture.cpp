@@ -120,15 +120,8 @@ void CommandTest::SetScene() {
 
 // The text of the combo whose entries end in a percent sign, or of the one whose entries do not.
 std::string CommandTest::ComboText(bool isZoom) const {
-  for (const HWND combo : ChildWindows(container.ControlWindow(), WC_COMBOBOXEXW)) {
-    wchar_t text[40] = {};
-    COMBOBOXEXITEMW item = {};
-    item.mask = CBEIF_TEXT;
-    item.iItem = SendMessageW(combo, CB_GETCURSEL, 0, 0);
-    item.pszText = text;
-    item.cchTextMax = 40;
-    SendMessageW(combo, CBEM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
-    std::string shown = Narrow(text);
+  for (const HWND combo : ChildWindows(container.ControlWindow(), WC_COMBOBOXW)) {
+    std::string shown = Narrow(EntryOf(combo, SendMessageW(combo, CB_GETCURSEL, 0, 0)));
     if (shown.ends_with('%') == isZoom) return shown;
   }
   return {};

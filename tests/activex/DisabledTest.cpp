@@ -40,7 +40,7 @@ protected:
   // Everything that a user can do, as the system says it to each window.
   void DoEverything() {
     std::vector<HWND> windows = {editor};
-    for (const wchar_t* className : {L"KwEditorView", TOOLBARCLASSNAMEW, WC_COMBOBOXEXW, TRACKBAR_CLASSW, WC_SCROLLBARW,
+    for (const wchar_t* className : {L"KwEditorView", TOOLBARCLASSNAMEW, WC_COMBOBOXW, TRACKBAR_CLASSW, WC_SCROLLBARW,
                                      UPDOWN_CLASSW, WC_BUTTONW}) {
       const auto found = ChildWindows(editor, className);
       windows.insert(windows.end(), found.begin(), found.end());
@@ -61,8 +61,8 @@ protected:
     }
     for (WORD id = 1; id <= 20; ++id) Notify(TOOLBARCLASSNAMEW, WM_COMMAND, MAKEWPARAM(id, 0));
     Notify(WC_BUTTONW, WM_COMMAND, MAKEWPARAM(0, BN_CLICKED));
-    Notify(WC_COMBOBOXEXW, WM_COMMAND, MAKEWPARAM(0, CBN_SELCHANGE));
-    Notify(WC_COMBOBOXEXW, WM_COMMAND, MAKEWPARAM(0, CBN_EDITCHANGE));
+    Notify(WC_COMBOBOXW, WM_COMMAND, MAKEWPARAM(0, CBN_SELCHANGE));
+    Notify(WC_COMBOBOXW, WM_COMMAND, MAKEWPARAM(0, CBN_EDITCHANGE));
     Notify(WC_SCROLLBARW, WM_VSCROLL, SB_LINEDOWN);
     Notify(TRACKBAR_CLASSW, WM_HSCROLL, TB_LINEDOWN);
     for (const HWND spinner : ChildWindows(editor, UPDOWN_CLASSW)) {

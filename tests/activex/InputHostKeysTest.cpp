@@ -90,7 +90,7 @@ protected:
     eatenBefore = info.dwFlags;
   }
   HWND ComboWithText() const {
-    const auto combos = ChildWindows(editor, WC_COMBOBOXEXW);
+    const auto combos = ChildWindows(editor, WC_COMBOBOXW);
     return combos.empty() ? nullptr : combos[0];
   }
 

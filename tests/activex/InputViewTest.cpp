@@ -207,29 +207,19 @@ TEST_F(InputView, ALayerOverThePagesEdgeIsPressedAndNotTheBorder) {
 
 TEST_F(InputView, AZoomIsChosenInTheComboAndTheStepsEndWithTheirBoxes) {
   HWND combo = nullptr;
-  const auto textOf = [](HWND one) {
-    wchar_t text[40] = {};
-    COMBOBOXEXITEMW item = {};
-    item.mask = CBEIF_TEXT;
-    item.iItem = SendMessageW(one, CB_GETCURSEL, 0, 0);
-    item.pszText = static_cast<wchar_t*>(text);
-    item.cchTextMax = 40;
-    SendMessageW(one, CBEM_GETITEMW, 0, reinterpret_cast<LPARAM>(&item));
-    return std::wstring(static_cast<const wchar_t*>(text));
-  };
-  for (const HWND one : ChildWindows(editor, WC_COMBOBOXEXW)) {
+  const auto textOf = [](HWND one) { return EntryOf(one, SendMessageW(one, CB_GETCURSEL, 0, 0)); };
+  for (const HWND one : ChildWindows(editor, WC_COMBOBOXW)) {
     if (textOf(one).ends_with(L'%')) combo = one;
   }
   ASSERT_NE(combo, nullptr);
   const auto choose = [&](WORD key, const std::wstring& text) {
     const RECT place = OnScreen(combo);
     hand.ClickAt({place.right - 8, (place.top + place.bottom) / 2});
-    auto* const list = reinterpret_cast<HWND>(SendMessageW(combo, CBEM_GETCOMBOCONTROL, 0, 0));
-    ASSERT_TRUE(hand.Await([&] { return SendMessageW(list, CB_GETDROPPEDSTATE, 0, 0) != 0; }));
+    ASSERT_TRUE(hand.Await([&] { return SendMessageW(combo, CB_GETDROPPEDSTATE, 0, 0) != 0; }));
     hand.Strike(key);
     hand.Strike(VK_RETURN);
     EXPECT_TRUE(hand.Await([&] { return textOf(combo) == text; })) << key;
-    EXPECT_TRUE(hand.Await([&] { return SendMessageW(list, CB_GETDROPPEDSTATE, 0, 0) == 0; }));
+    EXPECT_TRUE(hand.Await([&] { return SendMessageW(combo, CB_GETDROPPEDSTATE, 0, 0) == 0; }));
   };
   const auto step = [&](const wchar_t* button) {
     const BoxAnswerer user({Once("Can not Zoom")});

@@ -37,10 +37,7 @@ protected:
   }
   HWND Number(std::size_t i) const { return WindowOf(dialog->fields[i]->number); }
   HWND SliderBar(std::size_t i) const { return WindowOf(dialog->fields[i]->slider); }
-  // The list itself, which has the focus.
-  HWND List() const {
-    return reinterpret_cast<HWND>(SendMessageW(WindowOf(dialog->fields[Kernel]->choice), CBEM_GETCOMBOCONTROL, 0, 0));
-  }
+  HWND List() const { return WindowOf(dialog->fields[Kernel]->choice); }
   bool IsListDropped() const { return SendMessageW(List(), CB_GETDROPPEDSTATE, 0, 0) != 0; }
   // The up-down control that lies at the right end of the field.
   HWND Spin(std::size_t i) const {

@@ -209,7 +209,7 @@ TEST(ScaledViews, TheFieldOfAComboLiesInItsMiddle) {
     const HWND host = TestForm::HostWindow();
     {
       const windows::EditorWindow window(root, host, {0, 0, 600, 400}, Scale(dpi));
-      auto* const edit = reinterpret_cast<HWND>(SendMessageW(WindowOf(combo), CBEM_GETEDITCONTROL, 0, 0));
+      const HWND edit = FieldOf(combo);
       ASSERT_NE(edit, nullptr);
       const RECT field = PlaceOf(edit);
       const int middle = (field.top + field.bottom) / 2;

@@ -27,13 +27,9 @@ protected:
   void Show(const std::function<void()>& user) {
     made.emplace(desktop, trap);
     made->LastStampSelected = lastStamp;
-    Use([&] { made->ShowModal(); }, [&] { return Focus() == Inner(made->cmbStamps); }, user);
+    Use([&] { made->ShowModal(); }, [&] { return Focus() == FieldOf(made->cmbStamps); }, user);
   }
-  // The field of a combo that takes the typing.
-  static HWND Inner(const ImageCombo& combo) {
-    return reinterpret_cast<HWND>(SendMessageW(WindowOf(combo), CBEM_GETEDITCONTROL, 0, 0));
-  }
-  static std::string TextIn(const ImageCombo& combo) { return RealDialog::TextIn(Inner(combo)); }
+  static std::string TextIn(const ImageCombo& combo) { return RealDialog::TextIn(FieldOf(combo)); }
   std::string ListFile() const { return ReadWhole(folder.File("stamps.lst")); }
 
   const TemporaryFolder folder;
@@ -95,7 +91,7 @@ TEST_F(RealStampDialog, StampsTheCount) {
     EXPECT_EQ(Focus(), WindowOf(made->opt(1)));
     EXPECT_FALSE(IsWindowEnabled(WindowOf(made->cmbStamps)));
     Press(VK_TAB);
-    EXPECT_EQ(Focus(), Inner(made->cmbNoOfTimes));
+    EXPECT_EQ(Focus(), FieldOf(made->cmbNoOfTimes));
     Type(L"3");
     EXPECT_EQ(made->lblTimes.Caption(), "TIMES");
     Type(L"0");
@@ -197,7 +193,7 @@ TEST_F(RealStampDialog, TheTabKeyGoesRoundTheControlsOfTheOption) {
   std::vector<HWND> expected;
   Show([&] {
     expected = {WindowOf(made->chkAttachSignature), WindowOf(made->chkOK), WindowOf(made->chkCancel),
-                WindowOf(made->opt(0)), Inner(made->cmbStamps)};
+                WindowOf(made->opt(0)), FieldOf(made->cmbStamps)};
     for (int i = 0; i < 5; ++i) {
       Press(VK_TAB);
       forth.push_back(Focus());

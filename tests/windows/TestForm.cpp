@@ -118,6 +118,12 @@ HWND WindowOf(const Control& model) {
   return view == nullptr ? nullptr : view->Handle();
 }
 
+HWND FieldOf(const ImageCombo& combo) {
+  COMBOBOXINFO parts = {};
+  parts.cbSize = sizeof parts;
+  return GetComboBoxInfo(WindowOf(combo), &parts) == FALSE ? nullptr : parts.hwndItem;
+}
+
 RECT PlaceOf(HWND window) {
   RECT place = {};
   GetWindowRect(window, &place);

@@ -84,6 +84,8 @@ public:
 
 // The window that shows the model; null for one that has none.
 HWND WindowOf(const Control& model);
+// The field of a combo that takes the typing.
+HWND FieldOf(const ImageCombo& combo);
 // The window's place in its parent's client area.
 RECT PlaceOf(HWND window);
 // Of its font, as the system counts it: below zero for the height of the letters.

@@ -40,7 +40,7 @@ RECT ButtonPlace(const ToolBar& bar, int index) {
 TEST(Views, EachModelGetsTheControlThatSuitsIt) {
   const TestForm form;
   EXPECT_EQ(ClassOf(WindowOf(form.bar)), TOOLBARCLASSNAMEW);
-  EXPECT_EQ(ClassOf(WindowOf(form.combo)), WC_COMBOBOXEXW);
+  EXPECT_EQ(ClassOf(WindowOf(form.combo)), WC_COMBOBOXW);
   EXPECT_EQ(ClassOf(WindowOf(form.slider)), TRACKBAR_CLASSW);
   EXPECT_EQ(ClassOf(WindowOf(form.vertical)), L"ScrollBar");
   EXPECT_EQ(ClassOf(WindowOf(form.tick)), L"Button");

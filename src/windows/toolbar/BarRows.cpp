@@ -1,6 +1,7 @@
 #include "windows/toolbar/BarRows.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "windows/base/Gdi.h"
 #include "windows/toolbar/BarLayout.h"
@@ -41,6 +42,7 @@ std::vector<BarRows::Sight> BarRows::Look() const {
     const BarRoom room = {static_cast<int>(end), false};
     sights.push_back({bar, corner, room.width, room.IsUsable(sizes)});
   }
+  std::ranges::sort(sights, {}, [](const Sight& sight) { return std::pair(sight.corner.y, sight.corner.x); });
   return sights;
 }
 

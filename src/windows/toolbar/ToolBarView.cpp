@@ -74,8 +74,7 @@ void ToolBarView::Show(Aspect aspect) {
   if (aspect == Aspect::Visibility && isComplete) rows.LayOut();
 }
 
-void ToolBarView::ShowBounds() {
-  ControlView::ShowBounds();
+void ToolBarView::Fit() {
   ShowButtons();
   if (isComplete) rows.LayOut();
 }

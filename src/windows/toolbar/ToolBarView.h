@@ -40,7 +40,7 @@ private:
 
   HWND Create(HWND parent) override;
   void Show(Aspect aspect) override;
-  void ShowBounds() override;
+  void Fit() override;
   void ShowEnabled() override;
   void SetSizes(HWND shown) const;
   void ShowButtons();

@@ -101,15 +101,17 @@ void ControlView::Open() {
   Show(Aspect::Content);
   ShowName();
   ShowEnabled();
+  isFilled = true;
   if (container == nullptr) return;  // the host sets the root's position and visibility
-  ShowBounds();
-  ShowOrder(model->Visible() ? SWP_SHOWWINDOW : 0);
+  Fit();
+  if (!model->Visible()) return;
+  SetWindowPos(window, nullptr, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_SHOWWINDOW);
 }
 
 void ControlView::Complete() {
   if (window == nullptr || container == nullptr) return;
   if (!isOwnClass) Hook();
-  tree.AddToolTip(window, *model);
+  hasToolTip = tree.AddToolTip(window, *model);
 }
 
 void ControlView::Detach() {
@@ -154,9 +156,9 @@ void ControlView::ChildRemoved(Control& child) { tree.Remove(child); }
 RECT ControlView::Bounds() const { return ToRect(tree.Scaling().ToDevice(BoundsOf(*model))); }
 
 void ControlView::ShowBounds() {
-  const RECT bounds = Bounds();
-  SetWindowPos(window, nullptr, bounds.left, bounds.top, WidthOf(bounds), HeightOf(bounds),
-               SWP_NOZORDER | SWP_NOACTIVATE);
+  const RECT place = Place();
+  SetWindowPos(window, nullptr, place.left, place.top, WidthOf(place), HeightOf(place), SWP_NOZORDER | SWP_NOACTIVATE);
+  if (IsAttached()) Fit();
 }
 
 void ControlView::Rescale() {
@@ -184,8 +186,8 @@ void ControlView::ShowVisibility() {
   if (IsAttached() && !model->Visible()) ShowWindow(window, SW_HIDE);
 }
 
-void ControlView::ShowOrder(UINT more) {
-  SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | more);
+void ControlView::ShowOrder() const {
+  if (window != nullptr) SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
 void ControlView::ShowEnabled() {
@@ -210,16 +212,24 @@ LRESULT ControlView::OnNotify(NMHDR& /*header*/) { return 0; }
 void ControlView::OnScroll(WORD /*code*/) {}
 LRESULT ControlView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) { return Default(message, wParam, lParam); }
 
+// With all that is known of it at once: each later change of a window takes several calls of the system.
+HWND ControlView::CreateChild(HWND parent, const wchar_t* className, const wchar_t* text, DWORD style,
+                              DWORD extendedStyle) {
+  const RECT place = Place();
+  const DWORD disabled = IsEffectivelyEnabled() ? 0 : WS_DISABLED;
+  return CreateWindowExW(extendedStyle, className, text, WS_CHILD | WS_CLIPSIBLINGS | style | disabled, place.left,
+                         place.top, WidthOf(place), HeightOf(place), parent, nullptr, Module(), nullptr);
+}
+
 HWND ControlView::CreateSystemWindow(HWND parent, const wchar_t* className, DWORD style, DWORD extendedStyle) {
-  const HWND created = CreateWindowExW(extendedStyle, className, nullptr, WS_CHILD | WS_CLIPSIBLINGS | style, 0, 0, 1,
-                                       1, parent, nullptr, Module(), nullptr);
+  const HWND created = CreateChild(parent, className, nullptr, style, extendedStyle);
   if (created != nullptr) SendMessageW(created, WM_SETFONT, reinterpret_cast<WPARAM>(tree.Font()), FALSE);
   return created;
 }
 
-HWND ControlView::CreateOwnWindow(HWND parent, DWORD extendedStyle) {
-  return CreateWindowExW(extendedStyle | WS_EX_NOPARENTNOTIFY, OwnWindowClass::Name, nullptr,
-                         WS_CHILD | WS_CLIPSIBLINGS | WS_CLIPCHILDREN, 0, 0, 1, 1, parent, nullptr, Module(), nullptr);
+HWND ControlView::CreateOwnWindow(HWND parent) {
+  told = std::make_unique<AccessibleItem>(AccessibleOf(*model));
+  return CreateChild(parent, OwnWindowClass::Name, ToWide(told->name).c_str(), WS_CLIPCHILDREN, WS_EX_NOPARENTNOTIFY);
 }
 
 LRESULT ControlView::Default(UINT message, WPARAM wParam, LPARAM lParam) {
@@ -269,6 +279,9 @@ LRESULT CALLBACK ControlView::Subclass(HWND /*handle*/, UINT message, WPARAM wPa
 }
 
 LRESULT ControlView::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (hasToolTip && message >= WM_MOUSEFIRST && message <= WM_MOUSELAST) {
+    tree.TellToolTips(window, message, wParam, lParam);
+  }
   if (message == WM_NCDESTROY) {
     Unhook();
     accessibleWindow.Disconnect();

@@ -33,8 +33,10 @@ public:
   HWND Handle() const { return window; }
   ControlView* Container() const { return container; }
 
-  // Creates the window, if the view has one, and shows the model's present state.
+  // Creates the window, if the view has one, behind its fellows, and shows the model's present state.
   void Open();
+  // Brings the window to the front of its fellows.
+  void ShowOrder() const;
   // Called when all views that are made together are open. From here on the view gets the messages of a system's
   // window: each of them asks Wine's server twice, so the many that fill the windows do without.
   virtual void Complete();
@@ -78,11 +80,14 @@ public:
   std::unique_ptr<ControlView> retiredBefore;
 
 protected:
-  // Creates the view's window; null for a view without one.
+  // Creates the view's window, hidden and behind its fellows; null for a view without one.
   virtual HWND Create(HWND parent) = 0;
   // Shows a changed aspect of the model. ControlView handles geometry, order, visibility and enabling itself.
   virtual void Show(Aspect aspect) = 0;
-  virtual void ShowBounds();
+  // The window's bounds in its parent: by default those of the control.
+  virtual RECT Place() const { return Bounds(); }
+  // Called when the window has got its place.
+  virtual void Fit() {}
   virtual void ShowEnabled();
 
   AccessibleAnswer Whole() const override;
@@ -93,7 +98,9 @@ protected:
   // Creates a window of a system class, with the tree's font.
   HWND CreateSystemWindow(HWND parent, const wchar_t* className, DWORD style, DWORD extendedStyle = 0);
   // Creates a window of our own class.
-  HWND CreateOwnWindow(HWND parent, DWORD extendedStyle = 0);
+  HWND CreateOwnWindow(HWND parent);
+  // Whether the view's window is made and filled: what has not been shown needs no painting.
+  bool IsFilled() const { return isFilled; }
   LRESULT Default(UINT message, WPARAM wParam, LPARAM lParam);
   // Sets the control's mouse pointer; false if it is the default one.
   bool SetPointerOf(const Control& shown) const;
@@ -111,8 +118,8 @@ private:
   void Unhook();
   LRESULT Receive(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
-  // Brings the window to the front of its fellows; `more` are further flags of SetWindowPos.
-  void ShowOrder(UINT more = 0);
+  HWND CreateChild(HWND parent, const wchar_t* className, const wchar_t* text, DWORD style, DWORD extendedStyle);
+  void ShowBounds();
   void ShowVisibility();
   // Shows the accessible name as the window's text, and tells screen readers if name or value changed.
   void ShowName();
@@ -126,6 +133,8 @@ private:
   ControlView* container;
   HWND window = nullptr;
   bool isOwnClass = false;
+  bool isFilled = false;
+  bool hasToolTip = false;
   AccessibleWindow accessibleWindow;
   std::unique_ptr<AccessibleItem> told;  // to screen readers
 };

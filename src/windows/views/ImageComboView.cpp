@@ -12,38 +12,43 @@ constexpr int ListRows = 16;  // rows of the dropped-down list
 constexpr int ComboRowHeight = 16;
 constexpr int BorderHeight = 6;  // top and bottom border of the closed combo together, at every scale
 
+// All zero if the system has no answer.
+COMBOBOXINFO PartsOf(HWND combo) {
+  COMBOBOXINFO parts = {};
+  parts.cbSize = sizeof parts;
+  return GetComboBoxInfo(combo, &parts) == FALSE ? COMBOBOXINFO{} : parts;
+}
+
 }  // namespace
 
 HWND ImageComboView::Create(HWND parent) {
-  const HWND created = CreateSystemWindow(
-      parent, WC_COMBOBOXEXW, WS_VSCROLL | static_cast<DWORD>(combo.IsEditable() ? CBS_DROPDOWN : CBS_DROPDOWNLIST));
-  const auto nameInner = [&](UINT message) {
-    return std::make_unique<NamedWindow>(reinterpret_cast<HWND>(SendMessageW(created, message, 0, 0)),
-                                         ToWide(AccessibleOf(combo).name));
-  };
-  namedList = nameInner(CBEM_GETCOMBOCONTROL);
-  namedEdit = nameInner(CBEM_GETEDITCONTROL);
-  // One of these has the focus.
-  for (const UINT part : {CBEM_GETCOMBOCONTROL, CBEM_GETEDITCONTROL}) {
-    ViewTree::ClaimTabOf(reinterpret_cast<HWND>(SendMessageW(created, part, 0, 0)));
-  }
+  const DWORD kind = combo.IsEditable() ? CBS_DROPDOWN | CBS_AUTOHSCROLL : CBS_DROPDOWNLIST;
+  const HWND created = CreateSystemWindow(parent, WC_COMBOBOXW, WS_VSCROLL | WS_TABSTOP | CBS_HASSTRINGS | kind);
+  if (combo.IsEditable()) edit = PartsOf(created).hwndItem;
   return created;
 }
 
-HWND ImageComboView::Edit() const { return reinterpret_cast<HWND>(SendMessageW(Handle(), CBEM_GETEDITCONTROL, 0, 0)); }
+// With the room of the dropped-down list.
+RECT ImageComboView::Place() const {
+  RECT place = Bounds();
+  place.bottom += ListRows * Shared().Scaling().LengthOnDevice(ComboRowHeight);
+  return place;
+}
 
-void ImageComboView::ShowBounds() {
-  const RECT bounds = Bounds();
-  SetWindowPos(Handle(), nullptr, bounds.left, bounds.top, WidthOf(bounds),
-               HeightOf(bounds) + ListRows * Shared().Scaling().LengthOnDevice(ComboRowHeight),
-               SWP_NOZORDER | SWP_NOACTIVATE);
+void ImageComboView::Fit() {
   constexpr auto Closed = static_cast<WPARAM>(-1);
-  SendMessageW(Handle(), CB_SETITEMHEIGHT, Closed, HeightOf(bounds) - BorderHeight);
+  const LRESULT height = HeightOf(Bounds()) - BorderHeight;
+  if (SendMessageW(Handle(), CB_GETITEMHEIGHT, Closed, 0) != height) {
+    SendMessageW(Handle(), CB_SETITEMHEIGHT, Closed, height);
+  }
   CentreEdit();
 }
 
 void ImageComboView::Complete() {
   ControlView::Complete();
+  if (edit == nullptr) return;
+  namedEdit = std::make_unique<NamedWindow>(edit, ToWide(AccessibleOf(combo).name));
+  ViewTree::ClaimTabOf(edit);
   CentreEdit();  // the window was shown before its messages came here
 }
 
@@ -53,24 +58,27 @@ LRESULT ImageComboView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   return result;
 }
 
-// Centres the edit field. It is as high as its font, and the system may put it at the bottom of a higher combo whenever
-// it moves or shows the combo.
+// Makes the edit field as high as its font, in the middle: the system makes it as high as the combo, with the text at
+// the top, whenever it moves or shows the combo.
 void ImageComboView::CentreEdit() const {
-  const HWND edit = Edit();
   if (edit == nullptr) return;
-  RECT room = {};
-  GetClientRect(GetParent(edit), &room);
-  RECT field = {};
-  GetWindowRect(edit, &field);
-  MapWindowPoints(nullptr, GetParent(edit), reinterpret_cast<POINT*>(&field), 2);
-  SetWindowPos(edit, nullptr, field.left, (room.bottom - HeightOf(field)) / 2, 0, 0,
-               SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+  const HDC measuring = GetDC(edit);
+  const HGDIOBJ before = SelectObject(measuring, Shared().Font());
+  TEXTMETRICW text = {};
+  GetTextMetricsW(measuring, &text);
+  SelectObject(measuring, before);
+  ReleaseDC(edit, measuring);
+  RECT client = {};
+  GetClientRect(Handle(), &client);
+  const RECT item = PartsOf(Handle()).rcItem;
+  SetWindowPos(edit, nullptr, item.left, (client.bottom - text.tmHeight) / 2, WidthOf(item), text.tmHeight,
+               SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void ImageComboView::ShowEnabled() {
   ControlView::ShowEnabled();
-  // The edit field is nested two windows deep, and not every system repaints it.
-  RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+  // Not every system repaints the edit field.
+  if (edit != nullptr) RedrawWindow(Handle(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 void ImageComboView::Show(Aspect aspect) {
@@ -95,17 +103,12 @@ void ImageComboView::ShowItems() {
   }
   for (std::int32_t i = count + 1; i <= combo.ItemCount(); ++i) {
     shownItems.push_back(combo.ItemText(i));
-    std::wstring text = ToWide(shownItems.back());
-    COMBOBOXEXITEMW item = {};
-    item.mask = CBEIF_TEXT;
-    item.iItem = -1;
-    item.pszText = text.data();
-    SendMessageW(Handle(), CBEM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&item));
+    const std::wstring text = ToWide(shownItems.back());
+    SendMessageW(Handle(), CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(text.c_str()));
   }
 }
 
 void ImageComboView::ShowText() {
-  const HWND edit = Edit();
   DWORD start = 0;
   DWORD end = 0;
   if (edit != nullptr) SendMessageW(edit, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
@@ -158,24 +161,15 @@ void ImageComboView::OnCommand(WORD notification, WORD /*id*/) {
       // A handler may have restored the old choice.
       if (IsAttached()) Show(Aspect::Content);
       break;
-    case CBN_EDITCHANGE: {
-      const HWND edit = Edit();
-      if (edit == nullptr) break;
-      const std::wstring text = TextOf(edit);
-      // A choice by the arrow keys notifies only a change of the edit field.
-      const std::int32_t chosen = Chosen();
-      if (chosen == 0 || text != ToWide(combo.ItemText(chosen))) {
-        combo.UserType(FromWide(text));
-      } else if (chosen != combo.SelectedItem()) {
-        combo.UserChoose(chosen);
-      }
+    case CBN_EDITCHANGE:
+      if (edit != nullptr) combo.UserType(FromWide(TextOf(edit)));
       break;
-    }
+    // A combo without a field has the focus itself.
     case CBN_SETFOCUS:
-      FocusCame();
+      if (edit != nullptr) FocusCame();
       break;
     case CBN_KILLFOCUS:
-      FocusWent(GetFocus());
+      if (edit != nullptr) FocusWent(GetFocus());
       break;
     default:
       break;

@@ -27,11 +27,10 @@ public:
 private:
   HWND Create(HWND parent) override;
   void Show(Aspect aspect) override;
-  void ShowBounds() override;
+  RECT Place() const override;
+  void Fit() override;
   void ShowEnabled() override;
   void CentreEdit() const;
-  // The edit field; null for a drop-down list.
-  HWND Edit() const;
   // The window's selected item, from 1; 0 if none.
   std::int32_t Chosen() const;
   void ShowItems();
@@ -39,8 +38,7 @@ private:
 
   ImageCombo& combo;
   std::vector<std::string> shownItems;
-  // The windows inside; null until the combo has one.
-  std::unique_ptr<NamedWindow> namedList;
+  HWND edit = nullptr;  // null for a drop-down list
   std::unique_ptr<NamedWindow> namedEdit;
   bool isShowing = false;
   bool isDropped = false;

@@ -35,12 +35,15 @@ void NumberFieldView::Leave() {
 
 int NumberFieldView::SpinWidth() const { return Shared().Scaling().LengthOnDevice(WidthOfSpin); }
 
-void NumberFieldView::ShowBounds() {
-  const RECT bounds = Bounds();
+RECT NumberFieldView::Place() const {
+  RECT place = Bounds();
+  place.right -= SpinWidth();
+  return place;
+}
+
+void NumberFieldView::Fit() {
   const int margin = Shared().Scaling().LengthOnDevice(RightMargin);
   SendMessageW(Handle(), EM_SETMARGINS, EC_RIGHTMARGIN, MAKELPARAM(0, margin));
-  SetWindowPos(Handle(), nullptr, bounds.left, bounds.top, WidthOf(bounds) - SpinWidth(), HeightOf(bounds),
-               SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void NumberFieldView::Complete() {

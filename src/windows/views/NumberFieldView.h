@@ -25,7 +25,8 @@ public:
 private:
   HWND Create(HWND parent) override;
   void Show(Aspect aspect) override;
-  void ShowBounds() override;
+  RECT Place() const override;
+  void Fit() override;
   void ShowEnabled() override;
   void ShowText();
   void SelectAll() const { SendMessageW(Handle(), EM_SETSEL, 0, -1); }

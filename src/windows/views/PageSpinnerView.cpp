@@ -6,6 +6,15 @@ namespace kw::windows {
 
 HWND PageSpinnerView::Create(HWND parent) { return CreateSystemWindow(parent, UPDOWN_CLASSW, 0); }
 
+// The system gives a new spinner a width of its own.
+void PageSpinnerView::Fit() {
+  RECT shown = {};
+  GetWindowRect(Handle(), &shown);
+  const RECT place = Place();
+  if (WidthOf(shown) == WidthOf(place)) return;
+  SetWindowPos(Handle(), nullptr, 0, 0, WidthOf(place), HeightOf(place), SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
 void PageSpinnerView::Show(Aspect aspect) {
   if (aspect != Aspect::Content) return;
   SendMessageW(Handle(), UDM_SETRANGE32, static_cast<WPARAM>(spinner.Min()), spinner.Max());

@@ -17,6 +17,7 @@ public:
 
 private:
   HWND Create(HWND parent) override;
+  void Fit() override;
   void Show(Aspect aspect) override;
 
   PageSpinner& spinner;

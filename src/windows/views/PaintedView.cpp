@@ -34,14 +34,14 @@ bool SendKey(const KeyInput& input, UINT message, WPARAM wParam) {
 void PaintedView::Show(Aspect aspect) {
   if (aspect == Aspect::Pointer) RenewPointer();
   if (aspect == Aspect::Content || aspect == Aspect::Colours || aspect == Aspect::Font || aspect == Aspect::Geometry) {
-    InvalidateRect(Handle(), nullptr, FALSE);
+    if (IsFilled()) InvalidateRect(Handle(), nullptr, FALSE);
   }
 }
 
 // Also called if a container of the control was disabled.
 void PaintedView::ShowEnabled() {
   ControlView::ShowEnabled();
-  if (Handle() != nullptr) InvalidateRect(Handle(), nullptr, FALSE);
+  if (IsFilled()) InvalidateRect(Handle(), nullptr, FALSE);
 }
 
 void PaintedView::PaintWith(HDC context) {

@@ -1,5 +1,7 @@
 #include "windows/views/ViewTree.h"
 
+#include <windowsx.h>
+
 #include <optional>
 #include <utility>
 
@@ -39,7 +41,7 @@ void ViewTree::Open(HWND parent, const RECT& position) {
   views[root] = std::move(made);
   rootView->Open();
   if (rootView->Handle() == nullptr) Raise(ErrorNumber::OutOfMemory, static_cast<std::int32_t>(GetLastError()));
-  for (Control* child : root->Children()) MakeViews(*child, rootView);
+  MakeViewsIn(*root, rootView);
   CompleteViews(*root);
   opening.tree = nullptr;
 }
@@ -89,6 +91,7 @@ void ViewTree::Add(Control& model, ControlView* container) {
   std::optional<CommonControls> controls;
   if (!IsCanvasItem(model)) controls.emplace();
   MakeViews(model, container);
+  if (const ControlView* view = ViewOf(model)) view->ShowOrder();
   CompleteViews(model);
 }
 
@@ -98,7 +101,13 @@ void ViewTree::MakeViews(Control& model, ControlView* container) {
   ControlView* const view = made.get();
   views[&model] = std::move(made);
   view->Open();
-  for (Control* child : model.Children()) MakeViews(*child, view);
+  MakeViewsIn(model, view);
+}
+
+// From front to back, since a new window lies behind its fellows.
+void ViewTree::MakeViewsIn(Control& holder, ControlView* container) {
+  const auto& children = holder.Children();
+  for (auto child = children.rbegin(); child != children.rend(); ++child) MakeViews(**child, container);
 }
 
 void ViewTree::CompleteViews(const Control& model) {
@@ -144,16 +153,23 @@ ControlView* ViewTree::ViewOf(const Control& model) const {
   return found == views.end() ? nullptr : found->second.get();
 }
 
-void ViewTree::AddToolTip(HWND window, const Control& model) const {
-  if (model.ToolTip().empty() || toolTips == nullptr) return;
+bool ViewTree::AddToolTip(HWND window, const Control& model) const {
+  if (model.ToolTip().empty() || toolTips == nullptr) return false;
   std::wstring text = ToWide(TranslatedIfOwn(model.ToolTip()));
   TTTOOLINFOW tool = {};
   tool.cbSize = TTTOOLINFOW_V1_SIZE;  // a size that every version of the common controls accepts
-  tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+  tool.uFlags = TTF_IDISHWND;
   tool.hwnd = GetParent(window);
   tool.uId = reinterpret_cast<UINT_PTR>(window);
   tool.lpszText = text.data();
-  SendMessageW(toolTips, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+  return SendMessageW(toolTips, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool)) != FALSE;
+}
+
+void ViewTree::TellToolTips(HWND window, UINT message, WPARAM wParam, LPARAM lParam) const {
+  const DWORD at = GetMessagePos();
+  MSG told = {
+      window, message, wParam, lParam, static_cast<DWORD>(GetMessageTime()), {GET_X_LPARAM(at), GET_Y_LPARAM(at)}};
+  SendMessageW(toolTips, TTM_RELAYEVENT, 0, reinterpret_cast<LPARAM>(&told));
 }
 
 bool ViewTree::IsOwn(HWND window) const {

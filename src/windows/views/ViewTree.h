@@ -68,8 +68,9 @@ public:
   const Images& Pictures() const { return *images; }
   // See ViewFactory.
   void LayOut() { factory->LayOut(); }
-  // Adds the control's tool tip, if it has one.
-  void AddToolTip(HWND window, const Control& model) const;
+  // Adds the control's tool tip; false if it has none. It wants to hear of the window's mouse messages.
+  bool AddToolTip(HWND window, const Control& model) const;
+  void TellToolTips(HWND window, UINT message, WPARAM wParam, LPARAM lParam) const;
 
   // Moves the focus to the next or previous tab stop; false past the last one.
   bool MoveFocus(bool isBackward);
@@ -127,7 +128,9 @@ public:
 private:
   bool IsOwn(HWND window) const;
   void LeaveByTab(bool isBackward);
+  // The views of the model and of all in it, behind the windows that are there.
   void MakeViews(Control& model, ControlView* container);
+  void MakeViewsIn(Control& holder, ControlView* container);
   void CompleteViews(const Control& model);
   void RescaleViews(const Control& model);
   void Retire(std::unique_ptr<ControlView> view);

@@ -25,6 +25,15 @@ std::vector<HWND> ChildWindows(HWND parent, const std::wstring& className) {
   return search.found;
 }
 
+std::wstring EntryOf(HWND combo, LRESULT index) {
+  const LRESULT length = SendMessageW(combo, CB_GETLBTEXTLEN, static_cast<WPARAM>(index), 0);
+  if (length <= 0) return {};
+  std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
+  SendMessageW(combo, CB_GETLBTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(text.data()));
+  text.resize(static_cast<std::size_t>(length));
+  return text;
+}
+
 void PumpMessages(DWORD milliseconds) {
   const DWORD start = GetTickCount();
   for (;;) {

@@ -10,6 +10,8 @@ namespace kw::test {
 
 // The windows of a class below a window.
 std::vector<HWND> ChildWindows(HWND parent, const std::wstring& className);
+// The text of an entry of a combo box, from 0; empty if there is none.
+std::wstring EntryOf(HWND combo, LRESULT index);
 
 // Handles the messages of this thread that are there and those that come within the time.
 void PumpMessages(DWORD milliseconds = 0);
