@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <filesystem>
 #include <string>
 
@@ -16,17 +17,14 @@ public:
     std::wstring own(32768, L'\0');
     own.resize(GetModuleFileNameW(nullptr, own.data(), static_cast<DWORD>(own.size())));
     const std::filesystem::path path = std::filesystem::path(own).parent_path() / program;
-    std::wstring command = L"\"" + path.wstring() + L"\" " + arguments;
-    STARTUPINFOW start = {};
-    start.cb = sizeof start;
-    PROCESS_INFORMATION information = {};
-    if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &information) ==
-        FALSE) {
-      ADD_FAILURE() << path << " does not start: " << GetLastError();
-      return;
+    const std::wstring command = L"\"" + path.wstring() + L"\" " + arguments;
+    DWORD error = Start(command);
+    if (error == ERROR_INTERNAL_ERROR) {
+      // Seen once in many thousand starts, from Wine, which had not begun to load the program.
+      std::printf("%ls did not start (error %lu); it is started again\n", program.c_str(), error);
+      error = Start(command);
     }
-    CloseHandle(information.hThread);
-    process = information.hProcess;
+    if (error != 0) ADD_FAILURE() << path << " does not start: " << error;
   }
   Process(const Process&) = delete;
   Process& operator=(const Process&) = delete;
@@ -48,6 +46,20 @@ public:
   }
 
 private:
+  // 0 or why the program does not start.
+  DWORD Start(std::wstring command) {
+    STARTUPINFOW start = {};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION information = {};
+    if (CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &information) ==
+        FALSE) {
+      return GetLastError();
+    }
+    CloseHandle(information.hThread);
+    process = information.hProcess;
+    return 0;
+  }
+
   static constexpr DWORD Killed = 99;
   HANDLE process = nullptr;
 };
