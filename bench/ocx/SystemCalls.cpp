@@ -91,8 +91,7 @@ struct SystemCalls::Patches {
   KW_MEASURED(Drawing, BeginPaint);
   KW_MEASURED(Drawing, BitBlt);
   KW_MEASURED(Drawing, CreateDIBSection);
-  KW_MEASURED(Drawing, ImageList_Add);
-  KW_MEASURED(Drawing, ImageList_Draw);
+  KW_MEASURED(Drawing, GdiAlphaBlend);
   KW_MEASURED(Drawing, ExtTextOutW);
   KW_MEASURED(Drawing, RedrawWindow);
 #undef KW_MEASURED

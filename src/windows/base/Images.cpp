@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <iterator>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "resources/KwIcons.h"
@@ -13,10 +14,6 @@
 
 namespace kw::windows {
 namespace {
-
-// The space that a tool bar adds to the image size for a button, half of it before the image, whatever size is
-// requested.
-constexpr SIZE ToolBarPadding = {8, 6};
 
 // The largest of the sizes, which rise, that is not larger than the first one scaled.
 int Fitting(std::span<const int> sizes, const Scale& scale) {
@@ -80,27 +77,14 @@ BITMAPINFO TopDown(int width, int height) {
   return info;
 }
 
-// Makes an image list of these icons, each centred in its cell.
-HIMAGELIST MakeList(const std::vector<DrawnPixels>& icons, int side, SIZE cell) {
-  const int count = static_cast<int>(icons.size());
-  const HIMAGELIST list = ImageList_Create(cell.cx, cell.cy, ILC_COLOR32, count, 1);
-  const BITMAPINFO info = TopDown(cell.cx * count, cell.cy);
-  void* bits = nullptr;
-  const HBITMAP strip = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-  if (strip == nullptr) return list;
-  auto* const pixels = static_cast<std::uint32_t*>(bits);
-  const auto width = static_cast<std::size_t>(side);
-  const auto cellWidth = static_cast<std::size_t>(cell.cx);
-  const std::size_t left = (cellWidth - width) / 2;
-  const std::size_t top = (static_cast<std::size_t>(cell.cy) - width) / 2;
-  for (std::size_t i = 0; i < icons.size(); ++i) {
-    for (std::size_t y = 0; y < width; ++y) {
-      std::copy_n(&icons[i][y * width], width, pixels + ((y + top) * icons.size() + i) * cellWidth + left);
-    }
+// The pixel as the system blends it.
+std::uint32_t Premultiplied(std::uint32_t pixel) {
+  const std::uint32_t alpha = pixel >> 24U;
+  std::uint32_t result = alpha << 24U;
+  for (const unsigned channel : {0U, 8U, 16U}) {
+    result |= (((pixel >> channel) & 0xFFU) * alpha + 127) / 255 << channel;
   }
-  ImageList_Add(list, strip, nullptr);
-  DeleteObject(strip);
-  return list;
+  return result;
 }
 
 HCURSOR MakeCursor(const DrawnPixels& pixels, int side, const CursorDrawing& drawing) {
@@ -171,55 +155,46 @@ const wchar_t* SystemCursorOf(MousePointer pointer) {
 
 }  // namespace
 
-Images::Images(const Scale& scale)
-    : size(Fitting(IconSizes, scale)),
-      cellSize{scale.LengthOnDevice(ButtonSize) - ToolBarPadding.cx,
-               scale.LengthOnDevice(ButtonSize) - ToolBarPadding.cy},
-      cursorSize(Fitting(CursorSizes, scale)) {}
+Images::Images(const Scale& scale) : size(Fitting(IconSizes, scale)), cursorSize(Fitting(CursorSizes, scale)) {}
 
 Images::~Images() {
-  if (normal != nullptr) ImageList_Destroy(normal);
-  if (disabled != nullptr) ImageList_Destroy(disabled);
   for (const auto& [key, cursor] : cursors) {
     if (cursor != nullptr) DestroyCursor(cursor);
   }
 }
 
 void Images::Fill() const {
-  if (normal != nullptr) return;
-  std::vector<DrawnPixels> icons = {Placeholder(size)};  // index 0
-  for (DrawnPixels& icon : ReadDrawings(FirstIconId + size, std::size(IconKeys), size)) {
-    indexes[IconKeys[icons.size() - 1]] = static_cast<int>(icons.size());
-    icons.push_back(std::move(icon));
+  std::vector<DrawnPixels> drawings = {Placeholder(size)};  // index 0
+  for (DrawnPixels& drawing : ReadDrawings(FirstIconId + size, std::size(IconKeys), size)) {
+    drawings.push_back(std::move(drawing));
   }
-  if (IsFaceDark()) std::ranges::for_each(icons, &BrightenInk);
-  normal = MakeList(icons, size, cellSize);
-  for (DrawnPixels& icon : icons) {
-    for (std::uint32_t& pixel : icon) pixel = Disable(pixel);
+  if (IsFaceDark()) std::ranges::for_each(drawings, &BrightenInk);
+  const int width = size * static_cast<int>(drawings.size());
+  if (!icons.Reserve(width, 2 * size)) return;
+  const FrameBuffer pixels = icons.Pixels({0, 0, width, 2 * size});
+  for (int y = 0; y < size; ++y) {
+    const auto normal = pixels.Row(y, 0, width);
+    const auto disabled = pixels.Row(size + y, 0, width);
+    for (std::size_t x = 0; x < normal.size(); ++x) {
+      const auto side = static_cast<std::size_t>(size);
+      const std::uint32_t pixel = drawings[x / side][static_cast<std::size_t>(y) * side + x % side];
+      normal[x] = Premultiplied(pixel);
+      disabled[x] = Premultiplied(Disable(pixel));
+    }
   }
-  disabled = MakeList(icons, size, cellSize);
-}
-
-HIMAGELIST Images::Normal() const {
-  Fill();
-  return normal;
-}
-
-HIMAGELIST Images::Disabled() const {
-  Fill();
-  return disabled;
-}
-
-int Images::IndexOf(const std::string& key) const {
-  Fill();
-  const auto found = indexes.find(key);
-  return found == indexes.end() ? 0 : found->second;
+  std::map<std::string, int> loaded = {{"", 0}};
+  for (std::size_t i = 1; i < drawings.size(); ++i) loaded[IconKeys[i - 1]] = static_cast<int>(i);
+  indexes = std::move(loaded);
 }
 
 void Images::Draw(HDC context, const RECT& bounds, const std::string& key, bool isEnabled) const {
-  ImageList_Draw(isEnabled ? Normal() : Disabled(), IndexOf(key), context,
-                 (bounds.left + bounds.right - cellSize.cx) / 2, (bounds.top + bounds.bottom - cellSize.cy) / 2,
-                 ILD_TRANSPARENT);
+  if (indexes.empty()) Fill();
+  if (indexes.empty()) return;  // memory ran out
+  const auto found = indexes.find(key);
+  const int index = found == indexes.end() ? 0 : found->second;
+  constexpr BLENDFUNCTION byAlpha = {AC_SRC_OVER, 0, 255, AC_SRC_ALPHA};
+  GdiAlphaBlend(context, (bounds.left + bounds.right - size) / 2, (bounds.top + bounds.bottom - size) / 2, size, size,
+                icons.Context(), index * size, isEnabled ? 0 : size, size, size, byAlpha);
 }
 
 HCURSOR Images::CursorOf(MousePointer pointer, const std::string& icon) const {

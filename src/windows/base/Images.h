@@ -2,13 +2,12 @@
 
 #include <windows.h>
 
-#include <commctrl.h>
-
 #include <map>
 #include <string>
 
 #include "components/controls/Control.h"
 #include "drawing/Scale.h"
+#include "windows/base/Gdi.h"
 
 namespace kw::windows {
 
@@ -24,13 +23,8 @@ public:
   Images& operator=(const Images&) = delete;
   ~Images();
 
-  // Image lists for tool bars with the same indexes; the disabled one holds pale grey copies. Each image has a margin
-  // that centres it in its button.
-  HIMAGELIST Normal() const;
-  HIMAGELIST Disabled() const;
-  // The key's index in both lists; a key without an icon has that of a plain square.
-  int IndexOf(const std::string& key) const;
-  // Draws an image centred in `bounds`, which may be smaller.
+  // Draws an image centred in `bounds`, which may be smaller: of a key without an icon a plain square, of a disabled
+  // control a pale grey copy.
   void Draw(HDC context, const RECT& bounds, const std::string& key, bool isEnabled) const;
 
   // Returns null for the default pointer.
@@ -40,11 +34,10 @@ private:
   void Fill() const;
 
   int size;
-  SIZE cellSize;
   int cursorSize;
-  mutable HIMAGELIST normal = nullptr;
-  mutable HIMAGELIST disabled = nullptr;
-  mutable std::map<std::string, int> indexes;
+  // The icons side by side, those of disabled controls below, their colours multiplied by their opacity.
+  mutable BackBuffer icons;
+  mutable std::map<std::string, int> indexes;  // empty until the icons are loaded
   mutable std::map<std::string, HCURSOR> cursors;
 };
 

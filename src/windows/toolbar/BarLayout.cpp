@@ -79,7 +79,11 @@ BarLayout LayOut(const ToolBar& bar, SIZE size, const BarRoom& room, const BarSi
   return layout;
 }
 
-void DrawCaptioned(const Look& look, RECT bounds, const ToolBar::Button& button, bool isEnabled) {
+void DrawPicture(const Look& look, RECT bounds, const ToolBar::Button& button, bool isEnabled) {
+  if (button.caption.empty()) {
+    if (!button.image.empty()) look.images.Draw(look.context, bounds, button.image, isEnabled);
+    return;
+  }
   const BarSizes sizes(look.scale);
   if (!button.image.empty()) {
     const RECT square = {bounds.left, bounds.top, bounds.left + sizes.button, bounds.bottom};

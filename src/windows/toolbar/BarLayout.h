@@ -46,7 +46,7 @@ struct BarLayout {
 BarLayout LayOut(const ToolBar& bar, SIZE size, const BarRoom& room, const BarSizes& sizes, HDC measuring);
 bool IsOfOneRow(int height, const BarSizes& sizes);
 
-// Draws a button's image with its caption beside it.
-void DrawCaptioned(const Look& look, RECT bounds, const ToolBar::Button& button, bool isEnabled);
+// Draws a button's image, if it has one, in its middle or with its caption beside it.
+void DrawPicture(const Look& look, RECT bounds, const ToolBar::Button& button, bool isEnabled);
 
 }  // namespace kw::windows

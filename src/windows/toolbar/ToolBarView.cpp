@@ -49,9 +49,10 @@ HWND ToolBarView::Create(HWND parent) {
 }
 
 void ToolBarView::SetSizes(HWND shown) const {
-  SendMessageW(shown, TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(Shared().Pictures().Normal()));
-  SendMessageW(shown, TB_SETDISABLEDIMAGELIST, 0, reinterpret_cast<LPARAM>(Shared().Pictures().Disabled()));
+  // The space that a tool bar adds to the size of its pictures for a button, whatever size is requested.
+  constexpr SIZE padding = {8, 6};
   const int side = Sizes().button;
+  SendMessageW(shown, TB_SETBITMAPSIZE, 0, MAKELPARAM(side - padding.cx, side - padding.cy));
   SendMessageW(shown, TB_SETBUTTONSIZE, 0, MAKELPARAM(side, side));
 }
 
@@ -157,19 +158,20 @@ void ToolBarView::AddButtons(const BarLayout& layout, const std::vector<BYTE>& s
   shownStates = states;
 }
 
+ToolBar::Button ToolBarView::ButtonAt(std::size_t index) const {
+  if (index < bar.Buttons().size()) return bar.Buttons()[index];
+  return {.toolTip = Translated("More Buttons"), .image = MoreImage};
+}
+
 // A button's text is not shown; screen readers use it as the button's name. `name` keeps it.
 TBBUTTON ToolBarView::SystemButton(std::size_t index, BYTE state, std::wstring& name) const {
-  const bool isMore = index == bar.Buttons().size();
-  const ToolBar::Button button =
-      isMore ? ToolBar::Button{.toolTip = Translated("More Buttons"), .image = MoreImage} : bar.Buttons()[index];
+  const ToolBar::Button button = ButtonAt(index);
   name = ToWide(button.toolTip);
   TBBUTTON shown = {};
   shown.idCommand = static_cast<int>(index) + 1;
   shown.fsStyle = StyleOf(button);
   shown.fsState = state;
-  shown.iBitmap = button.style == ButtonStyle::Separator            ? Sizes().gap
-                  : button.image.empty() || !button.caption.empty() ? I_IMAGENONE
-                                                                    : Shared().Pictures().IndexOf(button.image);
+  shown.iBitmap = button.style == ButtonStyle::Separator ? Sizes().gap : I_IMAGENONE;
   if (!name.empty()) shown.iString = reinterpret_cast<INT_PTR>(name.c_str());
   return shown;
 }
@@ -267,22 +269,23 @@ void ToolBarView::PopUpRest() {
   if (view->IsAttached()) view->Choose(index);
 }
 
-LRESULT ToolBarView::DrawCaption(const NMTBCUSTOMDRAW& drawing) const {
-  const auto index = static_cast<std::size_t>(drawing.nmcd.dwItemSpec) - 1;
+// The system draws what lies below the picture: the face, and the frame of a button that is pressed or below the
+// pointer.
+LRESULT ToolBarView::DrawButton(const NMTBCUSTOMDRAW& drawing) const {
   if (drawing.nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
-  if (index >= bar.Buttons().size() || bar.Buttons()[index].caption.empty()) return CDRF_DODEFAULT;
   if (drawing.nmcd.dwDrawStage == CDDS_ITEMPREPAINT) return CDRF_NOTIFYPOSTPAINT;
-  if (drawing.nmcd.dwDrawStage != CDDS_ITEMPOSTPAINT) return CDRF_DODEFAULT;
+  const auto index = static_cast<std::size_t>(drawing.nmcd.dwItemSpec) - 1;
+  if (drawing.nmcd.dwDrawStage != CDDS_ITEMPOSTPAINT || index >= shownStates.size()) return CDRF_DODEFAULT;
   const HGDIOBJ before = SelectObject(drawing.nmcd.hdc, Shared().Font());
-  DrawCaptioned({drawing.nmcd.hdc, Shared().Pictures(), Shared().Scaling()}, drawing.nmcd.rc, bar.Buttons()[index],
-                (shownStates[index] & TBSTATE_ENABLED) != 0);
+  DrawPicture({drawing.nmcd.hdc, Shared().Pictures(), Shared().Scaling()}, drawing.nmcd.rc, ButtonAt(index),
+              (shownStates[index] & TBSTATE_ENABLED) != 0);
   SelectObject(drawing.nmcd.hdc, before);
   return CDRF_DODEFAULT;
 }
 
 LRESULT ToolBarView::OnNotify(NMHDR& header) {
   if (header.code == static_cast<UINT>(NM_CUSTOMDRAW)) {
-    return DrawCaption(reinterpret_cast<const NMTBCUSTOMDRAW&>(header));
+    return DrawButton(reinterpret_cast<const NMTBCUSTOMDRAW&>(header));
   }
   if (header.code != static_cast<UINT>(TBN_GETINFOTIPW)) return 0;
   auto& asked = reinterpret_cast<NMTBGETINFOTIPW&>(header);
@@ -305,10 +308,7 @@ void ToolBarView::Draw(const Look& look, const RECT& bounds, const ToolBar& bar)
     if (WidthOf(own) == 0 || button.style == ButtonStyle::Separator) continue;
     if (button.pressed) DrawEdge(look.context, &own, BDR_SUNKENOUTER, BF_RECT);
     const bool isEnabled = bar.Enabled() && button.enabled;
-    if (!button.caption.empty())
-      DrawCaptioned(look, own, button, isEnabled);
-    else if (!button.image.empty())
-      look.images.Draw(look.context, own, button.image, isEnabled);
+    DrawPicture(look, own, button, isEnabled);
   }
 }
 

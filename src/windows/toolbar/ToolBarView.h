@@ -47,7 +47,9 @@ private:
   std::vector<BYTE> States(const BarLayout& layout) const;
   void AddButtons(const BarLayout& layout, const std::vector<BYTE>& states);
   TBBUTTON SystemButton(std::size_t index, BYTE state, std::wstring& name) const;
-  LRESULT DrawCaption(const NMTBCUSTOMDRAW& drawing) const;
+  LRESULT DrawButton(const NMTBCUSTOMDRAW& drawing) const;
+  // The button of the model, or behind them the one that opens the overflow menu.
+  ToolBar::Button ButtonAt(std::size_t index) const;
 
   // Runs what had to wait until the system's code for the message returned.
   void FinishMessage(UINT message);
