@@ -30,9 +30,6 @@
 namespace kw {
 namespace {
 
-constexpr std::int32_t Width = PageWidth;
-constexpr std::int32_t Height = PageHeight;
-
 void Copy(benchmark::State& state, const Bitmap& page) {
   const std::size_t bytes = page.Stride() * static_cast<std::size_t>(page.Height());
   std::vector<std::uint8_t> copy(bytes);
@@ -126,7 +123,8 @@ using Process = void (*)(const cv::Mat& from, cv::Mat& to);
 void RunOpenCv(benchmark::State& state, Process process, int bitsPerPixel) {
   cv::setNumThreads(1);
   Bitmap page = PageOf(bitsPerPixel);
-  const cv::Mat from(Height, Width, bitsPerPixel == 24 ? CV_8UC3 : CV_8UC1, page.MutableRow(0).data(), page.Stride());
+  const cv::Mat from(PageHeight, PageWidth, bitsPerPixel == 24 ? CV_8UC3 : CV_8UC1, page.MutableRow(0).data(),
+                     page.Stride());
   for (auto _ : state) {
     // As with ours, the result is a new picture.
     cv::Mat to;
@@ -162,11 +160,11 @@ void AddOpenCv() {
     constexpr double radians = 7 * 3.14159265358979323846 / 180;
     const double across = std::cos(radians);
     const double along = std::sin(radians);
-    const cv::Size size(static_cast<int>(std::ceil(Width * across + Height * along)),
-                        static_cast<int>(std::ceil(Width * along + Height * across)));
-    cv::Mat turn = cv::getRotationMatrix2D({(Width - 1) / 2.0F, (Height - 1) / 2.0F}, -7, 1);
-    turn.at<double>(0, 2) += (size.width - Width) / 2.0;
-    turn.at<double>(1, 2) += (size.height - Height) / 2.0;
+    const cv::Size size(static_cast<int>(std::ceil(PageWidth * across + PageHeight * along)),
+                        static_cast<int>(std::ceil(PageWidth * along + PageHeight * across)));
+    cv::Mat turn = cv::getRotationMatrix2D({(PageWidth - 1) / 2.0F, (PageHeight - 1) / 2.0F}, -7, 1);
+    turn.at<double>(0, 2) += (size.width - PageWidth) / 2.0;
+    turn.at<double>(1, 2) += (size.height - PageHeight) / 2.0;
     cv::warpAffine(from, to, turn, size, cv::INTER_LINEAR, cv::BORDER_CONSTANT, cv::Scalar(255, 255, 255));
   });
   add("Soften", [](const cv::Mat& from, cv::Mat& to) {
