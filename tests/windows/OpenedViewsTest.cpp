@@ -6,10 +6,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <new>
 #include <string>
 #include <vector>
 
 #include "scene/CanvasItems.h"
+#include "tests/windows/FailingMemory.h"
 #include "tests/windows/TestForm.h"
 #include "tests/windows/WholeEditor.h"
 #include "windows/base/Gdi.h"
@@ -51,6 +53,8 @@ int ExpectOrder(const Control& holder) {
 class OpenedViews : public WholeEditor {};
 
 TEST_F(OpenedViews, WindowsLieInTheOrderOfTheirControls) {
+  ExpectOrder(Form().editor);
+  ShowAll();
   EXPECT_GT(ExpectOrder(Form().editor), 6);
   Form().picFrame.ZOrder();
   ExpectOrder(Form().editor);
@@ -59,6 +63,7 @@ TEST_F(OpenedViews, WindowsLieInTheOrderOfTheirControls) {
 TEST_F(OpenedViews, EachWindowIsWhereItsControlIsAndShowsWhetherItIsEnabled) {
   Form().kwraTools.SetEnabled(false);
   Form().cmbZoomFactor.SetEnabled(false);
+  ShowAll();
   window = nullptr;
   window = std::make_unique<windows::EditorWindow>(control->Root(), host, RECT{0, 0, 860, 640});
   int count = 0;
@@ -86,6 +91,68 @@ TEST(OpenedView, AControlThatComesLaterLiesInFront) {
   ASSERT_NE(window, nullptr);
   EXPECT_EQ(GetWindow(window, GW_HWNDFIRST), window);
   ExpectOrder(form.root);
+}
+
+// The form's windows and those in them.
+int CountOfWindows(HWND form) {
+  int count = 0;
+  EnumChildWindows(
+      form,
+      [](HWND, LPARAM all) {
+        ++*reinterpret_cast<int*>(all);
+        return TRUE;
+      },
+      reinterpret_cast<LPARAM>(&count));
+  return count;
+}
+
+TEST_F(OpenedViews, WhatIsHiddenHasNoWindowsUntilItIsShown) {
+  const RaisedArea& panel = Form().kwraScanningStatus;
+  EXPECT_EQ(WindowOf(panel), nullptr);
+  EXPECT_EQ(WindowOf(Form().chkCancelScanning), nullptr);
+  const int before = CountOfWindows(window->Handle());
+  Form().kwraScanningStatus.SetEnabled(true);
+  Form().kwraScanningStatus.Move(310, 260, 260, 88);
+  Form().lblScanningStatus.SetCaption("Scanning 7");
+  Form().chkCancelScanning.SetEnabled(false);
+  Form().kwraScanningStatus.SetVisible(true);
+  EXPECT_EQ(CountOfWindows(window->Handle()), before + 3);
+  EXPECT_EQ(PlaceOf(WindowOf(panel)).left, 310);
+  EXPECT_TRUE(IsWindowVisible(WindowOf(Form().chkCancelScanning)));
+  EXPECT_FALSE(IsWindowEnabled(WindowOf(Form().chkCancelScanning)));
+  EXPECT_EQ(GetParent(WindowOf(Form().chkCancelScanning)), WindowOf(panel));
+  ExpectOrder(Form().editor);
+  const HWND shown = WindowOf(panel);
+  Form().kwraScanningStatus.SetVisible(false);
+  EXPECT_EQ(WindowOf(panel), shown);
+  EXPECT_FALSE(IsWindowVisible(shown));
+}
+
+TEST_F(OpenedViews, WhatCannotBeShownForLackOfMemoryIsShownTheNextTime) {
+  const int before = CountOfWindows(window->Handle());
+  long failures = 0;
+  for (bool isShown = false; !isShown;) {
+    {
+      const FailingMemory memory(failures + 1);
+      try {
+        Form().kwraScanningStatus.SetVisible(true);
+        isShown = true;
+      } catch (const std::bad_alloc&) {
+        EXPECT_TRUE(memory.HasFailed());
+      }
+    }
+    if (isShown) break;
+    ++failures;
+    EXPECT_EQ(CountOfWindows(window->Handle()), before) << failures;
+    EXPECT_EQ(WindowOf(Form().kwraScanningStatus), nullptr) << failures;
+    EXPECT_EQ(WindowOf(Form().lblScanningStatus), nullptr) << failures;
+    Form().kwraScanningStatus.SetVisible(false);
+    TestForm::Pump();
+  }
+  EXPECT_GT(failures, 10);
+  EXPECT_EQ(CountOfWindows(window->Handle()), before + 3);
+  EXPECT_TRUE(IsWindowVisible(WindowOf(Form().chkCancelScanning)));
+  ExpectOrder(Form().editor);
 }
 
 // The text of the tool tip that the thread shows.

@@ -234,6 +234,7 @@ protected:
 TEST_F(ScaledEditor, TheWholeFormIsScaledWithoutGaps) {
   for (const std::int32_t dpi : Dpis) {
     ShowAt(Scale(dpi));
+    ShowAll();
     EXPECT_GT(ExpectNoGaps(control->Root(), Scale(dpi)), 40);
   }
 }

@@ -327,6 +327,7 @@ TEST_F(ToolBars, EveryButtonIsNamedByItsToolTip) {
   for (Control* control : Form().Controls()) {
     const auto* bar = dynamic_cast<const ToolBar*>(control);
     if (bar == nullptr) continue;
+    control->SetVisible(true);
     for (std::size_t i = 0; i < bar->Buttons().size(); ++i) {
       if (bar->Buttons()[i].style == ButtonStyle::Separator) continue;
       wchar_t text[80] = {};

@@ -179,15 +179,18 @@ TEST(Views, TheOrderOfTheModelsIsThatOfTheWindows) {
   EXPECT_EQ(GetTopWindow(form.window->Handle()), WindowOf(form.frame));
 }
 
-TEST(Views, ALoadedControlGetsAWindowAndLosesItWhenItIsUnloaded) {
+TEST(Views, ALoadedControlGetsAWindowWhenItIsShownAndLosesItWhenItIsUnloaded) {
   TestForm form;
   RaisedArea& loaded = form.panels.Load(3);
-  const HWND window = WindowOf(loaded);
-  ASSERT_NE(window, nullptr);
-  EXPECT_FALSE(IsWindowVisible(window)) << "loaded hidden";
+  EXPECT_EQ(WindowOf(loaded), nullptr) << "loaded hidden";
   loaded.Move(500, 340);
   loaded.SetVisible(true);
+  const HWND window = WindowOf(loaded);
   EXPECT_TRUE(IsWindowVisible(window));
+  EXPECT_EQ(PlaceOf(window).left, 500);
+  loaded.SetVisible(false);
+  EXPECT_EQ(WindowOf(loaded), window);
+  EXPECT_FALSE(IsWindowVisible(window));
   form.panels.Unload(3);
   EXPECT_FALSE(IsWindow(window));
 }

@@ -73,6 +73,17 @@ protected:
   }
 
   EditorForm& Form() { return control->Form(); }
+  // Shows every control that has a window.
+  void ShowAll() {
+    EditorForm& form = Form();
+    for (Control* one : {static_cast<Control*>(&form.tbrOpenFile), static_cast<Control*>(&form.kwraTools),
+                         static_cast<Control*>(&form.kwrpColors), static_cast<Control*>(&form.kwraPrintingStatus),
+                         static_cast<Control*>(&form.kwraScanningStatus), static_cast<Control*>(&form.PageIndex),
+                         static_cast<Control*>(&form.picTempBuffer), static_cast<Control*>(&form.Label1),
+                         static_cast<Control*>(&form.Label2)}) {
+      one->SetVisible(true);
+    }
+  }
   // Gives control and window another size in pixels.
   void Resize(int width, int height) {
     SetWindowPos(host, nullptr, 0, 0, width, height, SWP_NOZORDER | SWP_NOACTIVATE);

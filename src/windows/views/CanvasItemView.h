@@ -19,6 +19,7 @@ public:
   template <class Model>
   CanvasItemView(ViewTree& shared, Model& shown, ControlView* container)
       : CanvasItemView(shared, shown, shown, container) {}
+  bool SleepsWhileHidden() const override { return false; }
   ~CanvasItemView() override;
 
   // The canvas draws it.

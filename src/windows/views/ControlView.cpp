@@ -1,7 +1,9 @@
 #include "windows/views/ControlView.h"
 
+#include <algorithm>
 #include <atomic>
 #include <mutex>
+#include <vector>
 
 #include "scene/Accessible.h"
 #include "scene/CanvasItems.h"
@@ -88,6 +90,7 @@ void ControlView::Unhook() {
 }
 
 void ControlView::Open() {
+  isOpened = true;
   ControlView* holder = container;
   while (holder != nullptr && holder->window == nullptr) holder = holder->container;
   window = Create(holder == nullptr ? nullptr : holder->window);
@@ -108,10 +111,17 @@ void ControlView::Open() {
   SetWindowPos(window, nullptr, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_SHOWWINDOW);
 }
 
+void ControlView::Unopen() {
+  Leave();
+  tree.ForgetWindow(window);
+  Destroy();
+  window = nullptr;
+  isOpened = isFilled = false;
+}
+
 void ControlView::Complete() {
   if (window == nullptr || container == nullptr) return;
   if (!isOwnClass) Hook();
-  hasToolTip = tree.AddToolTip(window, *model);
 }
 
 void ControlView::Detach() {
@@ -126,6 +136,10 @@ void ControlView::Destroy() {
 }
 
 void ControlView::Changed(Aspect aspect) {
+  if (IsAsleep()) {
+    if (aspect == Aspect::Visibility && model->Visible()) tree.Wake(*this);
+    return;
+  }
   if (window != nullptr && container != nullptr) {
     if (aspect == Aspect::Geometry) ShowBounds();
     if (aspect == Aspect::Visibility) ShowVisibility();
@@ -145,7 +159,7 @@ void ControlView::Changed(Aspect aspect) {
 
 void ControlView::EnableDescendants(const Control& holder) {
   for (const Control* child : holder.Children()) {
-    if (ControlView* view = tree.ViewOf(*child)) view->ShowEnabled();
+    if (ControlView* view = tree.ViewOf(*child); view != nullptr && !view->IsAsleep()) view->ShowEnabled();
     EnableDescendants(*child);
   }
 }
@@ -187,7 +201,16 @@ void ControlView::ShowVisibility() {
 }
 
 void ControlView::ShowOrder() const {
-  if (window != nullptr) SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+  if (window == nullptr) return;
+  const std::vector<Control*>& fellows = model->Container()->Children();
+  HWND front = HWND_TOP;
+  for (auto fellow = std::ranges::find(fellows, model); fellow != fellows.end(); ++fellow) {
+    const ControlView* const view = tree.ViewOf(**fellow);
+    if (view == nullptr || view == this || view->window == nullptr) continue;
+    front = view->window;
+    break;
+  }
+  SetWindowPos(window, front, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
 }
 
 void ControlView::ShowEnabled() {
@@ -278,10 +301,16 @@ LRESULT CALLBACK ControlView::Subclass(HWND /*handle*/, UINT message, WPARAM wPa
   return GuardOr(LRESULT{0}, [&] { return view->Receive(message, wParam, lParam); });
 }
 
+// A tip that cannot be made must not cost the message.
+void ControlView::TellToolTips(UINT message, WPARAM wParam, LPARAM lParam) {
+  Guard([&] {
+    if (!hasToolTip) hasToolTip = IsAttached() && container != nullptr && tree.AddToolTip(window, *model);
+    if (hasToolTip) tree.TellToolTips(window, message, wParam, lParam);
+  });
+}
+
 LRESULT ControlView::Receive(UINT message, WPARAM wParam, LPARAM lParam) {
-  if (hasToolTip && message >= WM_MOUSEFIRST && message <= WM_MOUSELAST) {
-    tree.TellToolTips(window, message, wParam, lParam);
-  }
+  if (message >= WM_MOUSEFIRST && message <= WM_MOUSELAST) TellToolTips(message, wParam, lParam);
   if (message == WM_NCDESTROY) {
     Unhook();
     accessibleWindow.Disconnect();

@@ -35,13 +35,19 @@ public:
 
   // Creates the window, if the view has one, behind its fellows, and shows the model's present state.
   void Open();
-  // Brings the window to the front of its fellows.
+  // Destroys the window and is as before Open().
+  void Unopen();
+  // A view with a window is opened when its control is shown first: until then it has no window, and what the control
+  // holds has no views.
+  bool IsAsleep() const { return !isOpened; }
+  virtual bool SleepsWhileHidden() const { return true; }
+  // Lays the window behind those of the controls in front of its own.
   void ShowOrder() const;
   // Called when all views that are made together are open. From here on the view gets the messages of a system's
   // window: each of them asks Wine's server twice, so the many that fill the windows do without.
   virtual void Complete();
-  // Called before the model leaves its container. The model may be partly destroyed: only members of Control may be
-  // used.
+  // Called before the model leaves its container or the window goes. The model may be partly destroyed: only members of
+  // Control may be used.
   virtual void Leave() {}
   // Disconnects the model; the window stays, without effect, until Destroy.
   void Detach();
@@ -116,6 +122,7 @@ private:
   // Starts or stops the window's messages coming to this view.
   void Hook();
   void Unhook();
+  void TellToolTips(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT Receive(UINT message, WPARAM wParam, LPARAM lParam);
   LRESULT Handle(UINT message, WPARAM wParam, LPARAM lParam);
   HWND CreateChild(HWND parent, const wchar_t* className, const wchar_t* text, DWORD style, DWORD extendedStyle);
@@ -133,6 +140,7 @@ private:
   ControlView* container;
   HWND window = nullptr;
   bool isOwnClass = false;
+  bool isOpened = false;
   bool isFilled = false;
   bool hasToolTip = false;
   AccessibleWindow accessibleWindow;

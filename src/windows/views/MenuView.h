@@ -16,6 +16,7 @@ public:
 
 private:
   HWND Create(HWND /*parent*/) override { return nullptr; }
+  bool SleepsWhileHidden() const override { return false; }
   void Show(Aspect aspect) override;
 
   Menu& menu;

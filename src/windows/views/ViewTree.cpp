@@ -32,10 +32,6 @@ void ViewTree::Open(HWND parent, const RECT& position) {
   Opening opening(*this);
   isMade = true;
   font = CreateCaptionFont(scale);
-  // Without an owner: the host may give the window another parent, and destroy the former one.
-  toolTips =
-      CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT,
-                      CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, nullptr, nullptr, Module(), nullptr);
   auto made = std::make_unique<RootView>(*this, *root, parent, position);
   rootView = made.get();
   views[root] = std::move(made);
@@ -52,7 +48,7 @@ void ViewTree::Close() {
   // Detach first: messages sent by dying windows must not reach the models.
   for (const auto& [model, view] : views) view->Detach();
   // Destroy the tool tip window before the windows that it watches, because it keeps data about them.
-  if (toolTips != nullptr) DestroyWindow(toolTips);
+  if (toolTips != nullptr) DestroyWindow(std::exchange(toolTips, nullptr));
   if (closing != nullptr) closing->Destroy();
   for (auto& [model, view] : views) Retire(std::move(view));
   views.clear();
@@ -81,12 +77,12 @@ void ViewTree::Refresh() {
 }
 
 void ViewTree::RescaleViews(const Control& model) {
-  if (ControlView* view = ViewOf(model)) view->Rescale();
+  if (ControlView* view = ViewOf(model); view != nullptr && !view->IsAsleep()) view->Rescale();
   for (const Control* child : model.Children()) RescaleViews(*child);
 }
 
 void ViewTree::Add(Control& model, ControlView* container) {
-  if (!IsOpen()) return;
+  if (!IsOpen() || container->IsAsleep()) return;
   // Items without a window need no system classes, and activating them would be too slow for the markers of a stroke.
   std::optional<CommonControls> controls;
   if (!IsCanvasItem(model)) controls.emplace();
@@ -100,6 +96,7 @@ void ViewTree::MakeViews(Control& model, ControlView* container) {
   if (made == nullptr) return;
   ControlView* const view = made.get();
   views[&model] = std::move(made);
+  if (view->SleepsWhileHidden() && !model.Visible()) return;
   view->Open();
   MakeViewsIn(model, view);
 }
@@ -110,8 +107,35 @@ void ViewTree::MakeViewsIn(Control& holder, ControlView* container) {
   for (auto child = children.rbegin(); child != children.rend(); ++child) MakeViews(**child, container);
 }
 
+void ViewTree::Wake(ControlView& view) {
+  Control& model = view.Model();
+  // What was made of the control before something failed goes again.
+  struct Waking {
+    ViewTree& tree;
+    ControlView& view;
+    Control& model;
+    bool isDone = false;
+    Waking(ViewTree& own, ControlView& woken, Control& shown) : tree(own), view(woken), model(shown) {}
+    Waking(const Waking&) = delete;
+    Waking& operator=(const Waking&) = delete;
+    ~Waking() {
+      if (isDone) return;
+      for (Control* child : model.Children()) tree.Remove(*child);
+      view.Unopen();
+    }
+  };
+  const CommonControls controls;
+  Waking waking(*this, view, model);
+  view.Open();
+  view.ShowOrder();
+  MakeViewsIn(model, &view);
+  CompleteViews(model);
+  LayOut();
+  waking.isDone = true;
+}
+
 void ViewTree::CompleteViews(const Control& model) {
-  if (ControlView* view = ViewOf(model)) view->Complete();
+  if (ControlView* view = ViewOf(model); view != nullptr && !view->IsAsleep()) view->Complete();
   for (const Control* child : model.Children()) CompleteViews(*child);
 }
 
@@ -153,8 +177,17 @@ ControlView* ViewTree::ViewOf(const Control& model) const {
   return found == views.end() ? nullptr : found->second.get();
 }
 
-bool ViewTree::AddToolTip(HWND window, const Control& model) const {
-  if (model.ToolTip().empty() || toolTips == nullptr) return false;
+void ViewTree::MakeToolTips() {
+  const CommonControls controls;
+  // Without an owner: the host may give the window another parent, and destroy the former one.
+  toolTips =
+      CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT,
+                      CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, nullptr, nullptr, Module(), nullptr);
+}
+
+bool ViewTree::AddToolTip(HWND window, const Control& model) {
+  if (model.ToolTip().empty()) return false;
+  if (toolTips == nullptr) MakeToolTips();
   std::wstring text = ToWide(TranslatedIfOwn(model.ToolTip()));
   TTTOOLINFOW tool = {};
   tool.cbSize = TTTOOLINFOW_V1_SIZE;  // a size that every version of the common controls accepts

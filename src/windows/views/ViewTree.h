@@ -64,12 +64,14 @@ public:
   // One buffer serves all windows, because they are painted one after the other.
   BackBuffer& Buffer() { return buffer; }
   HFONT Font() const { return font; }
-  HWND ToolTips() const { return toolTips; }
   const Images& Pictures() const { return *images; }
+  // Opens a view that was asleep, and makes the views of all in its control. If that fails, it sleeps on.
+  void Wake(ControlView& view);
   // See ViewFactory.
   void LayOut() { factory->LayOut(); }
-  // Adds the control's tool tip; false if it has none. It wants to hear of the window's mouse messages.
-  bool AddToolTip(HWND window, const Control& model) const;
+  // Adds the control's tool tip; false if it has none. The window of the tips is made for the first one. From then on
+  // it wants to hear of the control's mouse messages.
+  bool AddToolTip(HWND window, const Control& model);
   void TellToolTips(HWND window, UINT message, WPARAM wParam, LPARAM lParam) const;
 
   // Moves the focus to the next or previous tab stop; false past the last one.
@@ -127,6 +129,7 @@ public:
 
 private:
   bool IsOwn(HWND window) const;
+  void MakeToolTips();
   void LeaveByTab(bool isBackward);
   // The views of the model and of all in it, behind the windows that are there.
   void MakeViews(Control& model, ControlView* container);
@@ -155,7 +158,7 @@ private:
   bool isTabClaimed = false;       // its message comes next
   bool isTabCharacterDue = false;  // and then its character
   HFONT font = nullptr;
-  HWND toolTips = nullptr;
+  HWND toolTips = nullptr;  // null until a tip is wanted
   std::unique_ptr<Images> images;
   BackBuffer buffer;
 };
