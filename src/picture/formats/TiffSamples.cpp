@@ -8,6 +8,7 @@
 #include "picture/Unreadable.h"
 #include "picture/effects/Kernels.h"
 #include "picture/formats/TiffBounds.h"
+#include "picture/formats/TiffPlain.h"
 #include "picture/formats/TiffStrips.h"
 
 namespace kw {
@@ -197,37 +198,6 @@ private:
     return true;
   }
 
-  // Reads strips that are not coded piece by piece, so that a piece moves to its rows while it is in the caches.
-  bool ReadPlain(const TiffPage& own, StripRange range, const Pixels& pixels) const {
-    constexpr std::size_t pieceBytes = std::size_t{128} << 10U;
-    const std::size_t rowBytes = source.LineBytes();
-    const bool isInOrder = own.tiff.Field(TIFFTAG_FILLORDER, std::uint16_t{FILLORDER_MSB2LSB}) == FILLORDER_MSB2LSB;
-    if (!isInOrder || rowBytes > pieceBytes) return ReadWhole(own.tiff, range, pixels);
-    const std::uint32_t step = source.RowsPerStrip();
-    const auto end =
-        static_cast<std::uint32_t>(std::min(std::uint64_t{range.end} * step, std::uint64_t{layout.height}));
-    const auto placeOf = [&](std::uint32_t y) {
-      return TIFFGetStrileOffset(own.tiff.Get(), y / step) + std::uint64_t{y % step} * rowBytes;
-    };
-    // What lies behind a strip that is too short is not its own.
-    for (std::uint32_t strip = range.begin; strip < range.end; ++strip) {
-      const std::uint64_t rows = std::min(step, layout.height - strip * step);
-      if (TIFFGetStrileByteCount(own.tiff.Get(), strip) < rows * rowBytes) return false;
-    }
-    std::vector<std::uint8_t> piece(pieceBytes / rowBytes * rowBytes);
-    for (std::uint32_t y = range.begin * step; y < end;) {
-      const std::uint64_t place = placeOf(y);
-      std::uint32_t rows = 1;
-      // As long as the strips lie one behind the other.
-      while (y + rows < end && (rows + 1) * rowBytes <= piece.size() && placeOf(y + rows) == place + rows * rowBytes) {
-        ++rows;
-      }
-      if (!own.file.Seek(place) || !own.file.ReadAll(piece.data(), rows * rowBytes)) return false;
-      for (std::uint32_t i = 0; i < rows; ++i, ++y) TakeWhole(piece.data() + i * rowBytes, y, pixels);
-    }
-    return true;
-  }
-
   void TakeWhole(const std::uint8_t* from, std::uint32_t y, const Pixels& pixels) const {
     std::uint8_t* const row = pixels.Row(static_cast<std::int32_t>(y));
     if (channels != 1)
@@ -255,13 +225,15 @@ private:
   bool ReadApart() {
     if (layout.tiled || NeedsWholeStrips(layout.compression)) return false;
     const bool areWhole = IsInPlace() && PaysWhole(layout.compression);
+    const bool areShared = areWhole && PlainRows::Suits(source);
     const Pixels pixels(page);
-    const auto calls = areWhole ? StripCalls::Whole : StripCalls::Rows;
+    PlainRows plain(source);
+    const auto calls = areShared ? StripCalls::Shared : areWhole ? StripCalls::Whole : StripCalls::Rows;
     const bool isRead = DecodeStripsApart(source, calls, [&](const TiffPage& own, StripRange range) {
       const StreamsOfThread streams;
       if (!areWhole) return ReadRows(own.tiff, range);
-      return layout.compression == COMPRESSION_NONE ? ReadPlain(own, range, pixels)
-                                                    : ReadWhole(own.tiff, range, pixels);
+      if (!areShared) return ReadWhole(own.tiff, range, pixels);
+      return plain.Read(own, [&](const std::uint8_t* from, std::uint32_t y) { TakeWhole(from, y, pixels); });
     });
     if (!isRead && layout.IsIndexed()) {
       page = {};

@@ -4,6 +4,7 @@
 #include <atomic>
 #include <mutex>
 #include <optional>
+#include <thread>
 #include <vector>
 
 #include "picture/effects/ParallelRows.h"
@@ -21,7 +22,7 @@ public:
   StripBytes(Stream& sharedFile, std::mutex& sharedLock) : file(sharedFile), lock(sharedLock), size(file.Size()) {}
 
   std::size_t Read(void* to, std::size_t count) noexcept override {
-    const std::scoped_lock reading(lock);
+    const auto reading = Lock();
     const bool isThere = file.Position() == position || file.Seek(position);
     const std::size_t done = isThere ? file.Read(to, count) : 0;
     position += done;
@@ -36,6 +37,18 @@ public:
   std::uint64_t Size() noexcept override { return size; }
 
 private:
+  // The other thread reads for some microseconds; to wake one that sleeps takes longer.
+  std::unique_lock<std::mutex> Lock() {
+    constexpr int attempts = 100;
+    std::unique_lock reading(lock, std::defer_lock);
+    for (int i = 0; i < attempts; ++i) {
+      if (reading.try_lock()) return reading;
+      std::this_thread::yield();
+    }
+    reading.lock();
+    return reading;
+  }
+
   Stream& file;
   std::mutex& lock;
   std::uint64_t size;
@@ -121,25 +134,26 @@ bool AreIndependent(const TiffPage& page, std::uint32_t strips) {
   return page.layout.compression != COMPRESSION_JPEG || HaveTheirTables(page, strips);
 }
 
-std::uint64_t WorkOfByte(int compression) {
+std::uint64_t WorkOfByte(int compression, StripCalls calls) {
+  if (calls == StripCalls::Shared) return 1;
   // Most of the time goes into reading, which threads do one after the other.
   if (compression == COMPRESSION_NONE) return 0;
   return compression == COMPRESSION_JPEG ? WorkOfJpegByte : WorkOfDecodedByte;
 }
 
 // 0 if another handle takes too much memory.
-std::size_t StripThreads(const TiffPage& page, std::uint32_t strips) {
+std::size_t StripThreads(const TiffPage& page, std::uint32_t strips, StripCalls calls) {
   const std::uint64_t memory = MemoryOfHandle(page, strips);
   if (memory == 0) return 0;
   const std::uint64_t handles = page.limits.pageMemory / PartOfPage / memory;
   const std::size_t threads =
-      ThreadsForWork(std::uint64_t{page.LineBytes()} * page.layout.height * WorkOfByte(page.layout.compression));
-  return static_cast<std::size_t>(std::min({std::uint64_t{threads}, std::uint64_t{strips}, handles}));
+      ThreadsForWork(std::uint64_t{page.LineBytes()} * page.layout.height * WorkOfByte(page.layout.compression, calls));
+  const std::uint64_t parts = calls == StripCalls::Shared ? page.layout.height : strips;
+  return static_cast<std::size_t>(std::min({std::uint64_t{threads}, parts, handles}));
 }
 
 // Whole strips that stay in the caches until their rows are in their places.
 std::uint32_t StripsAtOnce(const TiffPage& page, std::uint32_t strips, std::size_t threads) {
-  if (page.layout.compression == COMPRESSION_NONE) return strips;  // cut into pieces by who reads them
   constexpr std::uint64_t bytesAtOnce = std::uint64_t{128} << 10U;
   constexpr std::uint64_t partsOfShare = 8;
   const std::uint64_t bytes = std::max(std::uint64_t{page.RowsPerStrip()} * page.LineBytes(), std::uint64_t{1});
@@ -157,13 +171,14 @@ bool PaysWhole(int compression) {
 
 bool DecodeStripsApart(const TiffPage& page, StripCalls calls,
                        const std::function<bool(const TiffPage& own, StripRange range)>& decode) {
-  const bool areWhole = calls == StripCalls::Whole;
+  const bool areWhole = calls != StripCalls::Rows;
+  const bool areShared = calls == StripCalls::Shared;
   const std::uint32_t all = TIFFNumberOfStrips(page.tiff.Get());
   const std::uint32_t strips = areWhole && page.layout.planar ? all / page.layout.samples : all;
-  const std::size_t threads = StripThreads(page, strips);
+  const std::size_t threads = StripThreads(page, strips, calls);
   if (threads < (areWhole ? 1 : 2) || !AreIndependent(page, strips)) return false;
-  const std::uint32_t step = areWhole ? StripsAtOnce(page, strips, threads) : 1;
-  const std::uint32_t steps = (strips + step - 1) / step;
+  const std::uint32_t step = areWhole && !areShared ? StripsAtOnce(page, strips, threads) : 1;
+  const auto steps = areShared ? static_cast<std::uint32_t>(threads) : (strips + step - 1) / step;
 
   std::mutex lock;
   std::atomic<std::uint32_t> next{0};
@@ -173,7 +188,8 @@ bool DecodeStripsApart(const TiffPage& page, StripCalls calls,
     std::optional<TiffPage> own;
     for (std::uint32_t i = next++; i < steps && sound; i = next++) {
       if (!own) own.emplace(bytes.emplace(page.file, lock), page.directory, page.limits);
-      if (!decode(*own, {i * step, std::min(strips, (i + 1) * step)})) sound = false;
+      const StripRange part = {i * step, std::min(strips, (i + 1) * step)};
+      if (!decode(*own, areShared ? StripRange{0, strips} : part)) sound = false;
     }
     if (own && own->tiff.Damage() != page.tiff.Damage()) sound = false;
   };

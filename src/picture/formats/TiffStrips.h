@@ -18,6 +18,8 @@ enum class StripCalls {
   Rows,
   // By one call of the library for each strip. Of a page in planes, the first one only.
   Whole,
+  // Of a page that is not coded: each thread is called once, for all strips, and the threads share their rows.
+  Shared,
 };
 
 // Whether a call for each strip takes less time than one for each row, and makes the same of sound strips.
