@@ -7,6 +7,7 @@
 
 #include "picture/Unreadable.h"
 #include "picture/effects/Kernels.h"
+#include "picture/formats/PackedRows.h"
 #include "picture/formats/TiffBounds.h"
 #include "picture/formats/TiffPlain.h"
 #include "picture/formats/TiffStrips.h"
@@ -181,20 +182,19 @@ private:
     const std::uint32_t begin = range.begin * step;
     const std::uint32_t end =
         layout.height - begin > (range.end - range.begin) * step ? range.end * step : layout.height;
-    std::uint8_t* from = pixels.Row(static_cast<std::int32_t>(begin)) + (end - begin) * (pixels.stride - rowBytes);
-    std::uint8_t* to = from;
+    std::uint8_t* const first = pixels.Row(static_cast<std::int32_t>(begin));
+    std::uint8_t* to = first + (end - begin) * (pixels.stride - rowBytes);
     for (std::uint32_t strip = range.begin; strip < range.end; ++strip) {
       const std::size_t size = std::min(step, layout.height - strip * step) * rowBytes;
       if (!DecodeWhole(handle, strip, {to, size})) return false;
       to += size;
     }
-    for (std::uint32_t y = begin; y < end; ++y, from += rowBytes) {
-      std::uint8_t* const row = pixels.Row(static_cast<std::int32_t>(y));
+    SpreadRows({first, pixels.stride, rowBytes, end - begin}, [&](const std::uint8_t* from, std::uint8_t* row) {
       if (channels != 1)
         kernels::ExchangeRedAndBlue(from, row, layout.width, channels);
       else
         std::memmove(row, from, rowBytes);
-    }
+    });
     return true;
   }
 
