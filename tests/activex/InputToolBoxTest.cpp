@@ -45,7 +45,6 @@ protected:
     foreground = Named(L"Foreground Color");
     background = Named(L"Background Color");
     slider = Named(L"Line Thickness");
-    palette = PartOf(toolBox, [](const RECT& place) { return place.top == 162; });
     upperCaption = PartOf(toolBox, [](const RECT& place) { return place.top == 163; });
     lowerCaption = PartOf(toolBox, [](const RECT& place) { return place.top == 219; });
     sampleLine = PartOf(toolBox, [](const RECT& place) { return place.left == 10; });
@@ -70,6 +69,12 @@ protected:
     ADD_FAILURE() << "a part of the tool box is missing";
     return nullptr;
   }
+  // Null until it is shown for the first time.
+  HWND Palette() const {
+    HWND child = GetWindow(toolBox, GW_CHILD);
+    while (child != nullptr && PlaceIn(child).top != 162) child = GetWindow(child, GW_HWNDNEXT);
+    return child;
+  }
   POINT OnBackground(int right = 0, int down = 0) const {
     return OnScreen(toolBox, Background.x + right, Background.y + down);
   }
@@ -87,7 +92,7 @@ protected:
   void OpenPalette(HWND swatch) {
     LetTheClickBeOver();
     hand.ClickAt(MiddleOf(swatch));
-    ASSERT_TRUE(hand.Await([&] { return IsShown(palette) && GetFocus() == palette; }));
+    ASSERT_TRUE(hand.Await([&] { return IsShown(Palette()) && GetFocus() == Palette(); }));
   }
   COLORREF ColourOfSwatch(HWND swatch) const { return Snapshot(swatch).At(10, 10); }
   void ExpectColour(HWND swatch, COLORREF colour) const {
@@ -105,17 +110,17 @@ protected:
     bool wasOpen = true;
     {
       const Bystander user(DialogClass, L"Color", [&](HWND dialog) {
-        wasOpen = IsShown(palette);
+        wasOpen = IsShown(Palette());
         Hand::SendRelease();
         PostMessageW(dialog, WM_COMMAND, answer, 0);
       });
       hand.ClickAt(MiddleOf(swatch));
-      EXPECT_TRUE(hand.Await([&] { return IsShown(palette); }));
+      EXPECT_TRUE(hand.Await([&] { return IsShown(Palette()); }));
       hand.Press();
       EXPECT_TRUE(user.HasActed());
     }
     EXPECT_FALSE(wasOpen) << "the dialog took the keyboard";
-    EXPECT_FALSE(IsShown(palette));
+    EXPECT_FALSE(IsShown(Palette()));
   }
 
   HWND toolBox = nullptr;
@@ -123,7 +128,6 @@ protected:
   HWND foreground = nullptr;
   HWND background = nullptr;
   HWND readOut = nullptr;
-  HWND palette = nullptr;
   HWND slider = nullptr;
   HWND sampleLine = nullptr;
   HWND upperCaption = nullptr;
@@ -247,9 +251,9 @@ TEST_F(InputColours, AreTakenFromWhereThePaletteShowsThem) {
     const HWND other = swatch == foreground ? background : foreground;
     const COLORREF kept = ColourOfSwatch(other);
     OpenPalette(swatch);
-    const COLORREF shown = Snapshot(palette).At(at.x, at.y);
-    hand.ClickAt(OnScreen(palette, at.x, at.y));
-    EXPECT_TRUE(hand.Await([&] { return !IsShown(palette); }));
+    const COLORREF shown = Snapshot(Palette()).At(at.x, at.y);
+    hand.ClickAt(OnScreen(Palette(), at.x, at.y));
+    EXPECT_TRUE(hand.Await([&] { return !IsShown(Palette()); }));
     ExpectColour(swatch, shown);
     ExpectColour(other, kept);
   }
@@ -260,14 +264,14 @@ TEST_F(InputColours, AreReadOutUnderTheMouseAndPreviewedWhileItIsHeld) {
   OpenPalette(background);
   Snapshot shown(readOut);
   for (const POINT at : {POINT{20, 20}, {90, 70}}) {
-    hand.GlideTo(OnScreen(palette, at.x, at.y));
+    hand.GlideTo(OnScreen(Palette(), at.x, at.y));
     EXPECT_TRUE(hand.Await([&] { return Snapshot(readOut) != shown; }));
     shown = Snapshot(readOut);
     EXPECT_EQ(shown.At(2, 9), RGB(255, 255, 255)) << "its ground is the colour as it was";
   }
   hand.Press();
-  hand.GlideTo(OnScreen(palette, 60, 40));
-  const COLORREF pointed = Snapshot(palette).At(60, 40);
+  hand.GlideTo(OnScreen(Palette(), 60, 40));
+  const COLORREF pointed = Snapshot(Palette()).At(60, 40);
   EXPECT_TRUE(hand.Await([&] { return Snapshot(readOut).At(2, 9) == pointed; }));
   ExpectColour(background, RGB(255, 255, 255));
   hand.Release();
@@ -288,13 +292,13 @@ TEST_F(InputColours, OfADialogThatIsCancelledStayAndTheNextClickOpensThePalette)
 
 TEST_F(InputColours, TheRightButtonPicksAndOpensTheDialogOnThem) {
   OpenPalette(background);
-  const COLORREF shown = Snapshot(palette).At(30, 60);
+  const COLORREF shown = Snapshot(Palette()).At(30, 60);
   {
     const Bystander user(DialogClass, L"Color", [](HWND dialog) { PostMessageW(dialog, WM_COMMAND, IDOK, 0); });
-    hand.ClickAt(OnScreen(palette, 30, 60), Hand::Button::Right);
+    hand.ClickAt(OnScreen(Palette(), 30, 60), Hand::Button::Right);
     EXPECT_TRUE(user.HasActed());
   }
-  EXPECT_FALSE(IsShown(palette));
+  EXPECT_FALSE(IsShown(Palette()));
   ExpectColour(background, shown);
   OpenPalette(background);
 }
@@ -304,23 +308,23 @@ TEST_F(InputColours, ThePaletteClosesWhateverElseTheUserDoes) {
   for (const POINT& way : ways) {
     OpenPalette(foreground);
     hand.ClickAt(way);
-    EXPECT_TRUE(hand.Await([&] { return !IsShown(palette); })) << way.x << ", " << way.y;
+    EXPECT_TRUE(hand.Await([&] { return !IsShown(Palette()); })) << way.x << ", " << way.y;
     EXPECT_NE(IsChild(container.Window(), GetFocus()), FALSE) << "the keyboard stays in the control";
   }
   for (const WORD key : {WORD{VK_ESCAPE}, WORD{VK_RETURN}, WORD{VK_TAB}}) {
     OpenPalette(foreground);
     ForgetTrace();
     hand.Strike(key);
-    EXPECT_TRUE(hand.Await([&] { return !IsShown(palette); })) << key;
+    EXPECT_TRUE(hand.Await([&] { return !IsShown(Palette()); })) << key;
     hand.Pump();
     EXPECT_FALSE(HasTraced("UserControl_KeyPress")) << "the key was the palette's";
   }
   OpenPalette(foreground);
   SetFocus(container.Window());
-  EXPECT_TRUE(hand.Await([&] { return !IsShown(palette); }));
+  EXPECT_TRUE(hand.Await([&] { return !IsShown(Palette()); }));
   OpenPalette(foreground);
   control->put_Enabled(VARIANT_FALSE);
-  EXPECT_TRUE(hand.Await([&] { return !IsShown(palette); }));
+  EXPECT_TRUE(hand.Await([&] { return !IsShown(Palette()); }));
   control->put_Enabled(VARIANT_TRUE);
 }
 
@@ -328,9 +332,9 @@ TEST_F(InputColours, ThePaletteChangesFromOneSwatchToTheOther) {
   OpenPalette(foreground);
   hand.ClickAt(MiddleOf(background));
   ASSERT_TRUE(hand.Await([&] { return TimesTraced("SampleBackGroundColor_Click") == 1; }));
-  EXPECT_TRUE(IsShown(palette));
-  const COLORREF shown = Snapshot(palette).At(80, 40);
-  hand.ClickAt(OnScreen(palette, 80, 40));
+  EXPECT_TRUE(IsShown(Palette()));
+  const COLORREF shown = Snapshot(Palette()).At(80, 40);
+  hand.ClickAt(OnScreen(Palette(), 80, 40));
   ExpectColour(background, shown);
   ExpectColour(foreground, RGB(0, 0, 0));
 }

@@ -152,6 +152,10 @@ TEST_F(Several, TheParentChangesAndTheFormerOneGoes) {
   Open(control, L"green.bmp", Green);
   const HWND window = container->ControlWindow();
   const HWND otherForm = NewForm();
+  // The tips are there since the mouse met a control that has one.
+  const std::vector<HWND> combos = ChildWindows(window, WC_COMBOBOXW);
+  ASSERT_FALSE(combos.empty());
+  SendMessageW(combos[0], WM_MOUSEMOVE, 0, MAKELPARAM(4, 4));
   // First the part of the form that holds it, then the control's own window.
   SetParent(container->Window(), otherForm);
   DestroyWindow(form);

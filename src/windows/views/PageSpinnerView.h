@@ -14,6 +14,8 @@ public:
   static void Draw(const Look& look, const RECT& bounds, const PageSpinner& spinner);
 
   LRESULT OnNotify(NMHDR& header) override;
+  // No user sees it; programs send it the steps of a spinner.
+  bool SleepsWhileHidden() const override { return false; }
 
 private:
   HWND Create(HWND parent) override;
