@@ -21,16 +21,16 @@ const SafeNames Safe = {
     "AbortDoc", "AddRef", "BitBlt", "CloseEnhMetaFile", "CoRevokeClassObject", "CoTaskMemAlloc", "CoUninitialize",
     "DeactivateActCtx", "DeleteDC", "DeleteEnhMetaFile", "DeleteObject", "DestroyCursor", "DestroyWindow",
     "EnableModeless", "EnableWindow", "EndPaint", "FreeLibrary", "GdiFlush", "GetAncestor", "GetFocus",
-    "GetTickCount64", "GlobalFree", "GlobalUnlock", "IID_PPV_ARGS", "ImageList_Destroy", "IntersectRect", "IsChild",
-    "KillTimer", "PostMessageW", "PtInRect", "QueryInterface", "RegCloseKey", "RegOverridePredefKey", "Release",
-    "ReleaseActCtx", "ReleaseDC", "SUCCEEDED", "SendMessageW", "SetCursor", "SetFocus", "SetStretchBltMode",
-    "SetViewportOrgEx", "ShowWindow", "SysFreeString", "TlsFree", "VariantClear", "__uuidof", "__xl_f", "begin", "copy",
-    "end", "erase_if", "inflateEnd", "size",
+    "GetTickCount64", "GlobalFree", "GlobalUnlock", "IID_PPV_ARGS", "IntersectRect", "IsChild", "KillTimer",
+    "PostMessageW", "PtInRect", "QueryInterface", "RegCloseKey", "RegOverridePredefKey", "Release", "ReleaseActCtx",
+    "ReleaseDC", "SUCCEEDED", "SendMessageW", "SetCursor", "SetFocus", "SetStretchBltMode", "SetViewportOrgEx",
+    "ShowWindow", "SysFreeString", "TlsFree", "VariantClear", "__uuidof", "__xl_f", "begin", "copy", "end", "erase_if",
+    "inflateEnd", "size",
     // Ours.
     "Abandon", "Activation", "AreObjectsHeld", "Bars", "Close", "Context", "Detach", "Disconnect", "Extent", "Find",
     "Free", "FreeRetired", "GiveBack", "GoDownTo", "HandOut", "HeightOf", "IsDirty", "IsHeldByOthers", "IsNeeded",
     "IsUnused", "Life", "Lock", "Only", "ReleaseLater", "Remove", "RunningTimers", "Shared", "TakeBack", "Unhook",
-    "Unknown", "Unlock", "WidthOf", "Window"};
+    "Unknown", "Unlock", "Unmake", "WidthOf", "Window"};
 
 const SafeNames Keywords = {"if", "for", "while", "switch", "return", "sizeof", "catch"};
 

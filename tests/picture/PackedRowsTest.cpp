@@ -53,7 +53,7 @@ TEST_F(SpreadRowsTest, EachRowIsMovedOnce) {
     for (std::size_t count = 1; count < 200; ++count) {
       std::vector<std::uint8_t> memory(count * stride);
       std::vector<std::atomic<int>> moves(count);
-      SpreadRows({memory.data(), stride, 63, count}, [&](const std::uint8_t* /*from*/, std::uint8_t* to) {
+      SpreadRows({memory.data(), stride, 63, count}, [&](const std::uint8_t* /*from*/, const std::uint8_t* to) {
         ++moves[static_cast<std::size_t>(to - memory.data()) / stride];
       });
       for (std::size_t y = 0; y < count; ++y) ASSERT_EQ(moves[y], 1) << y << " of " << count << ", " << threads;

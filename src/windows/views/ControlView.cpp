@@ -11,6 +11,7 @@
 #include "windows/base/Guard.h"
 #include "windows/base/Module.h"
 #include "windows/base/Mouse.h"
+#include "windows/base/Text.h"
 #include "windows/base/WaitPointer.h"
 #include "windows/views/ViewTree.h"
 

@@ -3,6 +3,7 @@
 #include <windowsx.h>
 
 #include <optional>
+#include <ranges>
 #include <utility>
 
 #include "components/base/RunTimeError.h"
@@ -103,35 +104,34 @@ void ViewTree::MakeViews(Control& model, ControlView* container) {
 
 // From front to back, since a new window lies behind its fellows.
 void ViewTree::MakeViewsIn(Control& holder, ControlView* container) {
-  const auto& children = holder.Children();
-  for (auto child = children.rbegin(); child != children.rend(); ++child) MakeViews(**child, container);
+  for (Control* child : std::views::reverse(holder.Children())) MakeViews(*child, container);
 }
 
 void ViewTree::Wake(ControlView& view) {
-  Control& model = view.Model();
-  // What was made of the control before something failed goes again.
+  // What was made before something failed goes again.
   struct Waking {
     ViewTree& tree;
-    ControlView& view;
-    Control& model;
-    bool isDone = false;
-    Waking(ViewTree& own, ControlView& woken, Control& shown) : tree(own), view(woken), model(shown) {}
+    ControlView* view;
+    Waking(ViewTree& own, ControlView& woken) : tree(own), view(&woken) {}
     Waking(const Waking&) = delete;
     Waking& operator=(const Waking&) = delete;
     ~Waking() {
-      if (isDone) return;
-      for (Control* child : model.Children()) tree.Remove(*child);
-      view.Unopen();
+      if (view != nullptr) tree.Unmake(*view);
     }
   };
   const CommonControls controls;
-  Waking waking(*this, view, model);
+  Waking waking(*this, view);
   view.Open();
   view.ShowOrder();
-  MakeViewsIn(model, &view);
-  CompleteViews(model);
+  MakeViewsIn(view.Model(), &view);
+  CompleteViews(view.Model());
   LayOut();
-  waking.isDone = true;
+  waking.view = nullptr;
+}
+
+void ViewTree::Unmake(ControlView& view) {
+  for (Control* child : view.Model().Children()) Remove(*child);
+  view.Unopen();
 }
 
 void ViewTree::CompleteViews(const Control& model) {

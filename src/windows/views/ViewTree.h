@@ -135,6 +135,8 @@ private:
   void MakeViews(Control& model, ControlView* container);
   void MakeViewsIn(Control& holder, ControlView* container);
   void CompleteViews(const Control& model);
+  // Lets an opened view sleep again.
+  void Unmake(ControlView& view);
   void RescaleViews(const Control& model);
   void Retire(std::unique_ptr<ControlView> view);
   void FreeRetired();
