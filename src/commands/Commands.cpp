@@ -144,12 +144,15 @@ void Dispatcher::StepPage(Procedure& run, int step) {
   run([&] { form.PageIndex.SetValue(ToInteger16(ToInteger16(form.PageIndex.Value()) + step)); });
 }
 
-// Each step is a statement of its own: after a failed operation the bracket is closed all the same.
+// Each step is a statement of its own: after a failed operation the bracket is closed all the same. It brings the
+// result of the last one to the page's depth.
 void Dispatcher::RunOperations(const Command& row, Procedure& run) {
   run([&] { bracket.DoPreCommandProcess(); });
-  for (const std::string_view operation : row.operations) {
+  for (auto next = row.operations.begin(); next != row.operations.end();) {
+    const std::string_view operation = *next++;
+    const bool isLast = std::all_of(next, row.operations.end(), [](std::string_view other) { return other.empty(); });
     run([&] {
-      if (!operation.empty()) KWPic.Apply(operation);
+      if (!operation.empty()) KWPic.Apply(operation, isLast ? bracket.BitsPerPixel() : std::int16_t{0});
     });
   }
   run([&] { bracket.DoPostCommandProcess(); });

@@ -8,6 +8,7 @@
 
 #include "components/base/RunTimeError.h"
 #include "picture/MedianCutQuantizer.h"
+#include "picture/effects/FirstLevels.h"
 #include "picture/effects/Kernels.h"
 #include "picture/effects/ParallelRows.h"
 #include "picture/effects/Pixels.h"
@@ -62,14 +63,18 @@ void ForEachColour(const Bitmap& picture, std::int32_t y, const Take& take) {
 
 // Looks up the pixels of a picture of 8 bits.
 Bitmap IndicesToColours(const Bitmap& picture) {
+  Bitmap result = kw::Like(picture, picture.Width(), picture.Height(), 24);
+  const Pixels to(result);
+  const auto width = static_cast<std::size_t>(picture.Width());
+  if (HasGreyRamp(picture)) {
+    ForRows(picture, [&](std::int32_t y) { kernels::Triple(picture.Row(y).data(), to.Row(y), width); });
+    return result;
+  }
   std::array<std::array<std::uint8_t, 4>, 256> stored{};
   for (std::size_t i = 0; i < picture.Palette().size(); ++i) {
     const Rgb colour = picture.Palette()[i];
     stored[i] = {colour.blue, colour.green, colour.red, 0};
   }
-  Bitmap result = Like(picture, 24);
-  const Pixels to(result);
-  const auto width = static_cast<std::size_t>(picture.Width());
   ForRows(picture, [&](std::int32_t y) {
     const auto from = picture.Row(y);
     std::uint8_t* at = to.Row(y);
@@ -154,15 +159,13 @@ void ChangeIndices(const Bitmap& picture, const NewIndices& indices, Bitmap& res
 }
 
 Bitmap ToBlackAndWhite(const Bitmap& picture) {
-  // A line of one pixel has this luma after a filter has spread it; it must stay a line.
-  constexpr std::uint8_t lightestBlack = 128;
-  const auto isLight = [](Rgb colour) { return Luma(colour) > lightestBlack; };
+  const auto isLight = [](Rgb colour) { return Luma(colour) > LightestBlack; };
   Bitmap result = Like(picture, 1);
   if (HasGreyRamp(picture)) {
     const ConstPixels from(picture);
     const Pixels to(result);
     ForRows(picture, [&](std::int32_t y) {
-      kernels::ThresholdToBits(from.Row(y), to.Row(y), static_cast<std::size_t>(picture.Width()), lightestBlack + 1);
+      kernels::ThresholdToBits(from.Row(y), to.Row(y), static_cast<std::size_t>(picture.Width()), LightestBlack + 1);
     });
     return result;
   }
@@ -180,9 +183,35 @@ Bitmap ToBlackAndWhite(const Bitmap& picture) {
   return result;
 }
 
+// A picture of 8 bits with its own two indices or its one in 1 bit, in the order in which they first occur.
+Bitmap WithOwnIndices(const Bitmap& picture, const FirstLevels& indices) {
+  std::array<Rgb, 256> colours{};
+  std::ranges::copy(picture.Palette(), colours.begin());
+  Bitmap result = Like(picture, 1);
+  const Rgb first = colours[indices.first];
+  const Rgb second = colours[indices.second];
+  if (first == second) {
+    result.SetPalette({first});
+    return result;
+  }
+  const ConstPixels from(picture);
+  const Pixels to(result);
+  const std::uint8_t greater = std::max(indices.first, indices.second);
+  ForRows(picture, [&](std::int32_t y) {
+    kernels::ThresholdToBits(from.Row(y), to.Row(y), static_cast<std::size_t>(picture.Width()), greater);
+  });
+  if (indices.first == greater) ExchangeIndices(result);
+  result.SetPalette({first, second});
+  return result;
+}
+
 // A picture of 8 bits with its own colours in fewer bits, in the order in which they first occur; empty if they do not
 // fit.
 Bitmap WithOwnColours(const Bitmap& picture, int bitsPerPixel) {
+  if (bitsPerPixel == 1) {
+    const FirstLevels indices = FirstLevelsOf(picture);
+    if (indices.count != FirstLevels::Many) return WithOwnIndices(picture, indices);
+  }
   std::array<Rgb, 256> colours{};
   std::ranges::copy(picture.Palette(), colours.begin());
   std::array<bool, 256> seen{};

@@ -12,6 +12,10 @@ namespace kw {
 // - To 1 bit a picture of two colours keeps them; any other becomes black up to luma 128 and white above.
 Bitmap ToDepth(const Bitmap& picture, int bitsPerPixel);
 
+// The greatest luma that becomes black in 1 bit. A line of one pixel has it after a filter has spread the line, and
+// must stay a line.
+constexpr std::uint8_t LightestBlack = 128;
+
 // True for up to 8 bits per pixel and a palette of greys only.
 bool HasGreyPalette(const Bitmap& picture);
 

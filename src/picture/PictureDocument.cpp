@@ -151,10 +151,16 @@ void PictureDocument::PrepareSignature() {
   Change([](Bitmap& picture) { WhitenPaper(picture); });
 }
 
-void PictureDocument::Apply(const Effect& effect, std::span<const double> values) {
+void PictureDocument::Apply(const Effect& effect, std::span<const double> values, std::int16_t nextDepth) {
   if (HoldsSettings(effect)) return RequireInRange(effect, values);
-  Current();
-  Change([&](Bitmap& picture) { ApplyEffect(effect, picture, values, options.reading); });
+  const bool keepsDepth = Current().BitsPerPixel() == nextDepth;
+  Change([&](Bitmap& picture) {
+    if (keepsDepth) {
+      ApplyEffectKeepingDepth(effect, picture, values, options.reading);
+    } else {
+      ApplyEffect(effect, picture, values, options.reading);
+    }
+  });
 }
 
 void PictureDocument::Change(const std::function<void(Bitmap&)>& change) {

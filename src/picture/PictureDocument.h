@@ -108,7 +108,11 @@ public:
 
   // Runs an effect on the current picture with these values; "Option" changes no picture. Raises ObjectVariableNotSet
   // without a picture and the errors of ApplyEffect; the picture is then as it was.
-  void Apply(const Effect& effect, std::span<const double> values);
+  //
+  // `nextDepth` is the depth that the caller brings the result to directly after it, by ConvertToBitsPerPixel; 0 if
+  // there is none. The result may have that depth already, if this takes less time and memory: what comes of both calls
+  // is the same.
+  void Apply(const Effect& effect, std::span<const double> values, std::int16_t nextDepth = 0);
 
   // Makes `picture` the current one; an operation on the picture ends with this. The document then has one page, which
   // no longer comes from a file. An empty picture empties it.

@@ -62,6 +62,8 @@ public:
 
   // True if both show the same size, depth, palette and pixels (resolution and padding left out).
   friend bool SamePicture(const Bitmap& a, const Bitmap& b);
+  // True if another picture has the same pixels in memory, so that the first write copies them.
+  bool IsShared() const { return pixels.use_count() > 1; }
   // True if both are copies of one picture whose pixels nobody has changed since; also if both are empty.
   bool SharesPixelsWith(const Bitmap& other) const { return pixels == other.pixels; }
 

@@ -25,7 +25,7 @@ ParameterQuestion QuestionOf(const Effect& effect, const Bitmap& picture) {
 
 }  // namespace
 
-void KWPicEd::Apply(std::string_view command) {
+void KWPicEd::Apply(std::string_view command, std::int16_t nextDepth) {
   const Effect* effect = FindEffect(command);
   if (effect == nullptr) Raise(ErrorNumber::InvalidProcedureCall);
   const auto standing = settings.ValuesOf(*effect);
@@ -40,7 +40,7 @@ void KWPicEd::Apply(std::string_view command) {
   if (HoldsSettings(*effect)) {
     settings.Set(*effect, values);
   } else {
-    PictureDocument::Apply(*effect, values);
+    PictureDocument::Apply(*effect, values, nextDepth);
   }
 }
 

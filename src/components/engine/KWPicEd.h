@@ -18,7 +18,8 @@ public:
   // Runs the operation of that command ("Rotate", "Blur", ...) on the current picture; if the user cancels, or if the
   // engine got another picture while the user was asked, nothing changes. Raises InvalidProcedureCall for a name that
   // is no operation and the errors of PictureDocument::Apply; "Option" needs no picture.
-  void Apply(std::string_view command);
+  // `nextDepth` as there.
+  void Apply(std::string_view command, std::int16_t nextDepth = 0);
 
   // The values that effects run with, and that the user is offered. The operation "Option" changes them.
   EffectSettings& Settings() { return settings; }

@@ -55,6 +55,13 @@ std::size_t OffsetOf(const Effect& effect) {
   return offset;
 }
 
+void RequireApplicable(const Effect& effect, const Bitmap& picture, std::span<const double> values,
+                       const ReadLimits& limits) {
+  RequireInRange(effect, values);
+  if (picture.IsEmpty()) Raise(ErrorNumber::ObjectVariableNotSet);
+  if (effect.memory != nullptr) RequireResultFits(effect.memory(picture, values), limits);
+}
+
 }  // namespace
 
 std::span<const Effect> Effects() {
@@ -81,10 +88,15 @@ void RequireInRange(const Effect& effect, std::span<const double> values) {
 }
 
 void ApplyEffect(const Effect& effect, Bitmap& picture, std::span<const double> values, const ReadLimits& limits) {
-  RequireInRange(effect, values);
-  if (picture.IsEmpty()) Raise(ErrorNumber::ObjectVariableNotSet);
-  if (effect.memory != nullptr) RequireResultFits(effect.memory(picture, values), limits);
+  RequireApplicable(effect, picture, values, limits);
   if (!HoldsSettings(effect)) effect.procedure(picture, values);
+}
+
+void ApplyEffectKeepingDepth(const Effect& effect, Bitmap& picture, std::span<const double> values,
+                             const ReadLimits& limits) {
+  RequireApplicable(effect, picture, values, limits);
+  const bool isDone = effect.keepingDepth != nullptr && effect.keepingDepth(picture, values);
+  if (!isDone && !HoldsSettings(effect)) effect.procedure(picture, values);
 }
 
 void ApplyEffect(const Effect& effect, Bitmap& picture) { ApplyEffect(effect, picture, StandardValues(effect)); }

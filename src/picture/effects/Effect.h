@@ -36,6 +36,9 @@ struct Effect {
   bool movesPixels = false;
   // Replaces the values that mean "find it in the picture" by what is found in this picture. nullptr if there are none.
   void (*find)(const Bitmap& picture, std::span<double> values) = nullptr;
+  // Changes the picture as the procedure and then ToDepth do that gives the picture its old depth again, in one step.
+  // False, with the picture as it was, if there is no such step for this picture. nullptr if there never is.
+  bool (*keepingDepth)(Bitmap& picture, std::span<const double> values) = nullptr;
 };
 
 // The table, one row an effect, sorted by command.
@@ -55,7 +58,12 @@ std::vector<double> StandardValues(const Effect& effect);
 // the memory of a page. After an error the picture is as it was.
 void ApplyEffect(const Effect& effect, Bitmap& picture, std::span<const double> values, const ReadLimits& limits = {});
 
-// As above, with every parameter at its default.
+// Runs an effect for a caller that next brings the result to the depth of the picture by ToDepth: it has that depth
+// already if that is less work. Otherwise as ApplyEffect.
+void ApplyEffectKeepingDepth(const Effect& effect, Bitmap& picture, std::span<const double> values,
+                             const ReadLimits& limits = {});
+
+// ApplyEffect with every parameter at its default.
 void ApplyEffect(const Effect& effect, Bitmap& picture);
 
 // Raises InvalidProcedureCall if ApplyEffect would for these values.

@@ -34,8 +34,15 @@ void SplitIntoBins(const std::uint8_t* from, std::uint16_t* bins, std::uint16_t*
 // A bit is 1 if its value is at least `level`. The bits of the last byte that have no pixel are 0.
 void ThresholdToBits(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::uint8_t level);
 
-// Unpacks palette indices and looks up their levels, 8 pixels at a time: `to` has room for a multiple of 8.
+// Unpacks palette indices of 1, 4 or 8 bits and looks up their levels: `to` has room for a multiple of 8. Both may lie
+// anywhere.
 void UnpackLevels(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, int bitsPerPixel, const Lut& levels);
+
+// The place of the first byte that is neither of two; `count` if there is none. Reads no further.
+std::size_t FindThird(const std::uint8_t* row, std::size_t count, std::uint8_t first, std::uint8_t second);
+
+// Writes each byte three times: greys as pixels of 24 bits. Both may lie anywhere but do not overlap.
+void Triple(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels);
 
 // Rows of error diffusion that are worked on together. levels[i] is row i, to[i] gets 255 for white and 0 for black.
 // errors[x] is what pixel x gets from the row above, in sixteenths; it becomes what the row below the last one gets. Of

@@ -23,7 +23,12 @@ Number NumberAt(const std::uint8_t* from) {
 void LevelCounter::Add(const std::uint8_t* row, std::size_t count) {
   constexpr std::size_t wordBytes = sizeof(std::uint64_t);
   constexpr std::size_t step = 2 * wordBytes;
-  std::uint16_t* const counts = pairs.data();
+  uncollected += count;
+  if (uncollected > mostUncollected) {
+    Collect();
+    uncollected = count;
+  }
+  std::uint32_t* const counts = pairs.data();
   const auto add = [&](const std::uint8_t* from) {
     const auto word = NumberAt<std::uint64_t>(from);
     // Paper without noise: many writes to one counter would wait for each other.
@@ -31,11 +36,7 @@ void LevelCounter::Add(const std::uint8_t* row, std::size_t count) {
       sum[word % Levels] += step;
       return;
     }
-    for (std::size_t i = 0; i < step; i += 2) {
-      const auto pair = NumberAt<std::uint16_t>(from + i);
-      if (++counts[pair] == 0) [[unlikely]]
-        CountFull(pair);
-    }
+    for (std::size_t i = 0; i < step; i += 2) ++counts[NumberAt<std::uint16_t>(from + i)];
   };
   std::size_t x = 0;
   for (; x + 2 * step <= count; x += 2 * step) {
@@ -45,23 +46,22 @@ void LevelCounter::Add(const std::uint8_t* row, std::size_t count) {
   for (; x < count; ++x) ++sum[row[x]];
 }
 
-void LevelCounter::AddTo(LevelHistogram& whole) {
+void LevelCounter::Collect() {
   for (std::size_t upper = 0; upper < Levels; ++upper) {
-    const std::uint16_t* const own = pairs.data() + upper * Levels;
+    std::uint32_t* const own = pairs.data() + upper * Levels;
     std::uint64_t both = 0;
     for (std::size_t lower = 0; lower < Levels; ++lower) {
       both += own[lower];
       sum[lower] += own[lower];
+      own[lower] = 0;
     }
     sum[upper] += both;
   }
-  for (std::size_t level = 0; level < Levels; ++level) whole[level] += sum[level];
 }
 
-void LevelCounter::CountFull(std::size_t pair) {
-  constexpr std::uint64_t full = std::uint64_t{1} << 16U;
-  sum[pair / Levels] += full;
-  sum[pair % Levels] += full;
+void LevelCounter::AddTo(LevelHistogram& whole) {
+  Collect();
+  for (std::size_t level = 0; level < Levels; ++level) whole[level] += sum[level];
 }
 
 LevelHistogram LumaHistogramOf(const Bitmap& picture) {

@@ -45,9 +45,13 @@ std::vector<RowBand> CutIntoRowBands(std::int32_t height, std::uint64_t work, st
   return bands;
 }
 
-void ParallelFor(std::size_t count, const std::function<void(std::size_t)>& task) {
+void ParallelFor(std::size_t count, const std::function<void(std::size_t)>& task,
+                 const std::function<void()>& prepare) {
   std::atomic<std::size_t> next{0};
+  std::atomic<bool> isPrepared{!prepare};
   const auto work = [&] {
+    // What is prepared takes no longer than a thread needs to start.
+    while (!isPrepared) std::this_thread::yield();
     for (std::size_t i = next++; i < count; i = next++) task(i);
   };
   const std::size_t most = ThreadsFor(count);
@@ -58,6 +62,8 @@ void ParallelFor(std::size_t count, const std::function<void(std::size_t)>& task
   } catch (const std::exception&) {
     // No more threads are available: those that were started do all the work.
   }
+  if (prepare) prepare();
+  isPrepared = true;
   work();
   for (std::thread& thread : threads) thread.join();
 }

@@ -18,7 +18,10 @@ std::vector<RowBand> CutIntoRowBands(std::int32_t height, std::uint64_t work, st
 
 // Calls task(i) for each i from 0 to count - 1, in any order, on as many threads as are available, and returns when all
 // calls have returned. A task must not throw.
-void ParallelFor(std::size_t count, const std::function<void(std::size_t)>& task);
+//
+// Each task runs after prepare(), which must not throw either: the other threads start meanwhile.
+void ParallelFor(std::size_t count, const std::function<void(std::size_t)>& task,
+                 const std::function<void()>& prepare = {});
 
 // The number of threads that ParallelFor uses for that many tasks.
 std::size_t ThreadsFor(std::size_t tasks);

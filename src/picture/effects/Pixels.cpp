@@ -4,13 +4,34 @@
 
 #include "picture/Depth.h"
 #include "picture/effects/Kernels.h"
+#include "picture/effects/ParallelRows.h"
 
 namespace kw {
+namespace {
+
+Bitmap SameKind(const Bitmap& picture) {
+  Bitmap result = Like(picture, picture.Width(), picture.Height(), picture.BitsPerPixel());
+  result.SetPalette({picture.Palette().begin(), picture.Palette().end()});
+  return result;
+}
+
+}  // namespace
 
 Bitmap Like(const Bitmap& picture, std::int32_t width, std::int32_t height, int bitsPerPixel) {
   Bitmap result = Bitmap::Unfilled(width, height, bitsPerPixel);
   result.SetResolution(picture.HorizontalResolution(), picture.VerticalResolution());
   return result;
+}
+
+Remade::Remade(Bitmap& original)
+    : picture(original),
+      made(original.IsShared() ? SameKind(original) : Bitmap()),
+      old(original),
+      rows(made.IsEmpty() ? original : made),
+      rowBytes(original.RowBytes()) {}
+
+void Remade::Finish() {
+  if (!made.IsEmpty()) picture = std::move(made);
 }
 
 std::uint64_t BytesOf(const Bitmap& picture) {
@@ -37,16 +58,23 @@ std::uint64_t MemoryInValues(const Bitmap& picture, std::span<const double> /*va
 Bitmap InValues(const Bitmap& picture) {
   if (picture.BitsPerPixel() > 8 || HasGreyRamp(picture)) return picture;
   if (!HasGreyPalette(picture)) return ToDepth(picture, 24);
-  Lut levels{};
-  for (std::size_t i = 0; i < picture.Palette().size(); ++i) levels[i] = picture.Palette()[i].red;
+  const Lut levels = GreyLevels(picture);
   Bitmap result = Like(picture, picture.Width(), picture.Height(), 8);
   const ConstPixels from(picture);
   const Pixels to(result);
   const auto width = static_cast<std::size_t>(picture.Width());
-  for (std::int32_t y = 0; y < picture.Height(); ++y) {
-    kernels::UnpackLevels(from.Row(y), to.Row(y), width, picture.BitsPerPixel(), levels);
-  }
+  ParallelForRows(picture.Height(), BytesOf(result), [&](RowBand band) {
+    for (std::int32_t y = band.begin; y < band.end; ++y) {
+      kernels::UnpackLevels(from.Row(y), to.Row(y), width, picture.BitsPerPixel(), levels);
+    }
+  });
   return result;
+}
+
+Lut GreyLevels(const Bitmap& picture) {
+  Lut levels{};
+  std::ranges::transform(picture.Palette(), levels.begin(), &Rgb::red);
+  return levels;
 }
 
 void Premultiply(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {

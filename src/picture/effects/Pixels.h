@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <span>
 #include <utility>
 
@@ -51,6 +52,35 @@ constexpr std::uint8_t ToByte(std::int32_t value) {
 // are uninitialised.
 Bitmap Like(const Bitmap& picture, std::int32_t width, std::int32_t height, int bitsPerPixel);
 
+// A picture of which every row is made anew. If another picture shares its pixels, the new rows have memory of their
+// own, which saves a copy of the old ones; else they take their place. The picture itself must not be touched between
+// the constructor and Finish.
+class Remade {
+public:
+  // If it throws, the picture is as it was.
+  explicit Remade(Bitmap& original);
+
+  const ConstPixels& Old() const { return old; }
+  const Pixels& New() const { return rows; }
+  // A row to change in place: if it has memory of its own, the old one is copied there.
+  std::uint8_t* Row(std::int32_t y) const {
+    std::uint8_t* const row = rows.Row(y);
+    if (rows.base != old.base) std::memcpy(row, old.Row(y), rowBytes);
+    return row;
+  }
+
+  // The picture gets the new rows. Without this call it is as it was if they have memory of their own.
+  void Finish();
+
+private:
+  Bitmap& picture;
+  // Empty if the new rows take the place of the old ones.
+  Bitmap made;
+  ConstPixels old;
+  Pixels rows;
+  std::size_t rowBytes;
+};
+
 // Bytes of all pixels, as a measure of work.
 std::uint64_t BytesOf(const Bitmap& picture);
 
@@ -60,6 +90,9 @@ bool HasGreyRamp(const Bitmap& picture);
 // Converts a picture with a palette to values to calculate with: 8 bits with a grey ramp if the palette is grey, else
 // 24 bits. Others share their pixels with the result.
 Bitmap InValues(const Bitmap& picture);
+
+// The level of each entry of a grey palette; an index that has no entry is black.
+Lut GreyLevels(const Bitmap& picture);
 
 // Bytes of the pixels of InValues(picture).
 std::uint64_t MemoryInValues(const Bitmap& picture, std::span<const double> values);

@@ -53,14 +53,14 @@ void MapChannels(Bitmap& picture, const Lut& table, double gain) {
     ChangePalette(picture, [&](Rgb c) { return Rgb{table[c.red], table[c.green], table[c.blue]}; });
     return;
   }
-  const Pixels pixels(picture);
+  Remade rows(picture);
   const std::size_t count = picture.RowBytes();
   const bool hasAlpha = picture.BitsPerPixel() == 32;
   const std::optional<kernels::LinearMap> linear = LinearMapOf(table, gain);
   ParallelForRows(picture.Height(), BytesOf(picture), [&](RowBand band) {
     for (std::int32_t y = band.begin; y < band.end; ++y) {
-      std::uint8_t* const row = pixels.Row(y);
-      if (y + 1 < band.end) PrefetchRow(pixels.Row(y + 1), count);
+      std::uint8_t* const row = rows.Row(y);
+      if (y + 1 < band.end) PrefetchRow(rows.Old().Row(y + 1), count);
       if (hasAlpha) {
         kernels::ApplyLutToColours(row, count, table);
       } else if (linear) {
@@ -70,6 +70,7 @@ void MapChannels(Bitmap& picture, const Lut& table, double gain) {
       }
     }
   });
+  rows.Finish();
 }
 
 // `percent` of the range of a channel.
@@ -117,10 +118,10 @@ void Mix(Bitmap& picture, const Mixture& mixture) {
   const auto width = static_cast<std::size_t>(picture.Width());
   const auto bands = CutIntoRowBands(picture.Height(), 4 * BytesOf(picture));
   std::vector<std::vector<std::uint8_t>> levels(bands.size(), std::vector<std::uint8_t>(width));
-  const Pixels pixels(picture);
+  Remade rows(picture);
   ParallelFor(bands.size(), [&](std::size_t i) {
     for (std::int32_t y = bands[i].begin; y < bands[i].end; ++y) {
-      std::uint8_t* const row = pixels.Row(y);
+      std::uint8_t* const row = rows.Row(y);
       if (hasAlpha) {
         for (std::uint8_t* at = row; at != row + width * 4; at += 4) mixture.Change(at, Luma({at[2], at[1], at[0]}));
       } else {
@@ -129,6 +130,7 @@ void Mix(Bitmap& picture, const Mixture& mixture) {
       }
     }
   });
+  rows.Finish();
 }
 
 // The pure colour of a hue: red, green and blue, 0 to 1.
@@ -207,6 +209,24 @@ void GrayScale(Bitmap& picture, std::span<const double> /*values*/) {
   picture = std::move(result);
 }
 
+// The greys of 24 bits as 24 bits.
+bool GrayScaleKeepingDepth(Bitmap& picture, std::span<const double> /*values*/) {
+  if (picture.BitsPerPixel() != 24) return false;
+  const auto width = static_cast<std::size_t>(picture.Width());
+  const auto bands = CutIntoRowBands(picture.Height(), BytesOf(picture));
+  std::vector<std::vector<std::uint8_t>> levels(bands.size(), std::vector<std::uint8_t>(width));
+  Remade rows(picture);
+  ParallelFor(bands.size(), [&](std::size_t i) {
+    for (std::int32_t y = bands[i].begin; y < bands[i].end; ++y) {
+      if (y + 1 < bands[i].end) PrefetchRow(rows.Old().Row(y + 1), 3 * width);
+      kernels::Luma(rows.Old().Row(y), levels[i].data(), width);
+      kernels::Triple(levels[i].data(), rows.New().Row(y), width);
+    }
+  });
+  rows.Finish();
+  return true;
+}
+
 void Colorize(Bitmap& picture, std::span<const double> values) {
   const auto amount = static_cast<std::uint32_t>(std::floor(values[1] * 2.56 + 0.5));
   Mix(picture, {Tints(values[0]), amount});
@@ -230,7 +250,10 @@ constexpr Effect PointEffectsRows[] = {
      .asks = true},
     {.command = "Contrast", .procedure = Contrast, .parameters = ContrastParameters, .resultingDepth = SameDepth},
     {.command = "Darken", .procedure = Darken, .parameters = LightnessParameters, .resultingDepth = SameDepth},
-    {.command = "GrayScale", .procedure = GrayScale, .resultingDepth = "24: 8; others as before"},
+    {.command = "GrayScale",
+     .procedure = GrayScale,
+     .resultingDepth = "24: 8; others as before",
+     .keepingDepth = GrayScaleKeepingDepth},
     {.command = "Invert", .procedure = Invert, .resultingDepth = SameDepth},
     {.command = "Lighten", .procedure = Lighten, .parameters = LightnessParameters, .resultingDepth = SameDepth},
 };

@@ -16,34 +16,46 @@ namespace kw {
 namespace {
 
 void HorizontalFlip(Bitmap& picture, std::span<const double> /*values*/) {
-  const Pixels pixels(picture);
+  Remade rows(picture);
   const auto width = static_cast<std::size_t>(picture.Width());
+  const std::size_t count = picture.RowBytes();
   const int depth = picture.BitsPerPixel();
   ParallelForRows(picture.Height(), BytesOf(picture), [&](RowBand band) {
     for (std::int32_t y = band.begin; y < band.end; ++y) {
-      if (y + 1 < band.end) PrefetchRow(pixels.Row(y + 1), picture.RowBytes());
+      if (y + 1 < band.end) PrefetchRow(rows.Old().Row(y + 1), count);
       if (depth < 8) {
-        kernels::MirrorPacked(pixels.Row(y), width, depth);
+        kernels::MirrorPacked(rows.Row(y), width, depth);
       } else {
-        kernels::MirrorBytes(pixels.Row(y), width, static_cast<std::size_t>(depth / 8));
+        kernels::MirrorBytes(rows.Row(y), width, static_cast<std::size_t>(depth / 8));
       }
     }
   });
+  rows.Finish();
 }
 
 void VerticalFlip(Bitmap& picture, std::span<const double> /*values*/) {
-  const Pixels pixels(picture);
+  Remade rows(picture);
+  const Pixels& to = rows.New();
+  const ConstPixels& from = rows.Old();
+  const bool isInPlace = to.base == from.base;
   const std::size_t count = picture.RowBytes();
   const std::int32_t last = picture.Height() - 1;
-  ParallelForRows(picture.Height() / 2, BytesOf(picture), [&](RowBand band) {
+  // The row in the middle is its own opposite: it stays in place, or is copied.
+  ParallelForRows(picture.Height() - picture.Height() / 2, BytesOf(picture), [&](RowBand band) {
     for (std::int32_t y = band.begin; y < band.end; ++y) {
       if (y + 1 < band.end) {
-        PrefetchRow(pixels.Row(y + 1), count);
-        PrefetchRow(pixels.Row(last - y - 1), count);
+        PrefetchRow(from.Row(y + 1), count);
+        PrefetchRow(from.Row(last - y - 1), count);
       }
-      std::swap_ranges(pixels.Row(y), pixels.Row(y) + count, pixels.Row(last - y));
+      if (!isInPlace) {
+        std::memcpy(to.Row(y), from.Row(last - y), count);
+        std::memcpy(to.Row(last - y), from.Row(y), count);
+      } else if (y != last - y) {
+        std::swap_ranges(to.Row(y), to.Row(y) + count, to.Row(last - y));
+      }
     }
   });
+  rows.Finish();
 }
 
 // Rotates by 90 degrees, clockwise or counter-clockwise.

@@ -17,9 +17,6 @@ constexpr std::int32_t BlockColumns = Size == 3 ? 128 : 64;
 // A result of this size does not stay in the caches, so non-temporal stores are faster.
 constexpr std::size_t MuchMemory = std::size_t{4} << 20U;
 
-// Multiplying by this replicates a byte into all eight bytes.
-constexpr std::uint64_t EachByte = 0x0101010101010101U;
-
 // Loads eight bytes, the first one highest.
 std::uint64_t LoadWord(const std::uint8_t* at) {
   std::uint64_t word = 0;
@@ -217,26 +214,6 @@ void Rotate90(const Area& from, const TargetArea& to, int bitsPerPixel, bool clo
       return Rotate90Bytes<3>(rotation);
     default:
       return Rotate90Bytes<4>(rotation);
-  }
-}
-
-void UnpackLevels(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, int bitsPerPixel, const Lut& levels) {
-  if (bitsPerPixel == 8) {
-    for (std::size_t x = 0; x < pixels; ++x) to[x] = levels[from[x]];
-  } else if (bitsPerPixel == 4) {
-    for (std::size_t x = 0; x < pixels; x += 2) {
-      to[x] = levels[static_cast<unsigned>(from[x / 2]) >> 4U];
-      to[x + 1] = levels[from[x / 2] & 15U];
-    }
-  } else {
-    // Spreads the bits to the lowest bits of eight bytes, then multiplies by the difference of the two levels.
-    const std::uint64_t background = EachByte * levels[0];
-    const auto difference = static_cast<std::uint64_t>(levels[0] ^ levels[1]);
-    for (std::size_t x = 0; x < pixels; x += 8) {
-      const std::uint64_t apart = from[x / 8] * EachByte & 0x8040201008040201U;
-      const std::uint64_t set = (apart + 0x7F * EachByte) >> 7U & EachByte;
-      StoreWord(to + x, background ^ set * difference);
-    }
   }
 }
 

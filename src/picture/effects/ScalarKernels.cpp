@@ -84,6 +84,29 @@ void ThresholdToBits(const std::uint8_t* from, std::uint8_t* to, std::size_t pix
   }
 }
 
+void UnpackLevels(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, int bitsPerPixel, const Lut& levels) {
+  if (bitsPerPixel == 8) {
+    for (std::size_t x = 0; x < pixels; ++x) to[x] = levels[from[x]];
+    return;
+  }
+  const auto bits = static_cast<unsigned>(bitsPerPixel);
+  const std::size_t perByte = 8 / bits;
+  const unsigned mask = (1U << bits) - 1;
+  for (std::size_t x = 0; x < pixels; ++x) {
+    const auto shift = 8 - bits * (static_cast<unsigned>(x % perByte) + 1);
+    to[x] = levels[static_cast<unsigned>(from[x / perByte]) >> shift & mask];
+  }
+}
+
+std::size_t FindThird(const std::uint8_t* row, std::size_t count, std::uint8_t first, std::uint8_t second) {
+  const auto isThird = [=](std::uint8_t value) { return value != first && value != second; };
+  return static_cast<std::size_t>(std::find_if(row, row + count, isThird) - row);
+}
+
+void Triple(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
+  for (std::size_t x = 0; x < pixels; ++x) std::fill_n(to + 3 * x, 3, from[x]);
+}
+
 void Diffuse(const DiffusedRows& rows, std::size_t pixels) {
   for (std::size_t row = 0; row < DiffusedRows::Count; ++row) {
     std::int32_t right = 0;
