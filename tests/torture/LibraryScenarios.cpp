@@ -121,6 +121,22 @@ void AddParallelEffect(std::vector<Scenario>& rows, const char* command) {
       }));
 }
 
+// Effects that leave a shared page in its own depth, on several threads.
+void AddKeptDepth(std::vector<Scenario>& rows, const char* command, int bitsPerPixel) {
+  rows.push_back(OfLibrary(
+      "library.kept." + std::string(command),
+      [=](LibraryStage& stage) {
+        stage.shown = StagePicture(64, 96, bitsPerPixel);
+        stage.document.Replace(stage.shown);
+      },
+      [=](LibraryStage& stage) {
+        const Effect& effect = *FindEffect(command);
+        auto depth = static_cast<std::int16_t>(bitsPerPixel);
+        ByThreads([&] { stage.document.Apply(effect, StandardValues(effect), depth); });
+        stage.document.ConvertToBitsPerPixel(depth);
+      }));
+}
+
 void AddWideBlur(std::vector<Scenario>& rows) {
   rows.push_back(OfLibrary(
       "library.threads.WideBlur", [](LibraryStage& stage) { stage.document.Replace(StagePicture(64, 96)); },
@@ -179,6 +195,8 @@ std::vector<Scenario> LibraryScenarios() {
   AddEffects(rows, 8);
   AddEffects(rows, 1);
   for (const char* const command : {"Blur", "Rotate", "Invert"}) AddParallelEffect(rows, command);
+  for (const char* const command : {"Blur", "Sharpen"}) AddKeptDepth(rows, command, 1);
+  AddKeptDepth(rows, "GrayScale", 24);
   AddWideBlur(rows);
   AddParallelLoading(rows);
   AddParallelSaving(rows);

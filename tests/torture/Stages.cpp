@@ -120,6 +120,7 @@ State LibraryStage::Look() {
   if (!appended.empty()) state["file " + appended] = PagesOf(files.File(appended));
   state["pages"] = std::to_string(document.PageCount());
   state["picture"] = PictureOf(document);
+  if (!shown.IsEmpty()) state["shown"] = Told(shown);
   state["result"] = result;
   return state;
 }

@@ -51,6 +51,8 @@ public:
 
   StageFolder files;
   PictureDocument document;
+  // A picture that shares its pixels with the document's, told if there is one.
+  Bitmap shown;
   // What an action found out, told as "result".
   std::string result;
   bool isRefused = false;
