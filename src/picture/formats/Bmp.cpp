@@ -7,6 +7,7 @@
 #include "picture/Bytes.h"
 #include "picture/DamageReport.h"
 #include "picture/Unreadable.h"
+#include "picture/effects/Pixels.h"
 #include "picture/formats/BmpRunLength.h"
 #include "picture/formats/Formats.h"
 
@@ -328,6 +329,8 @@ void WriteBmp(const Bitmap& picture, Stream& to, const WriteOptions& /*options*/
     auto at = block.begin();
     for (const std::int32_t end = left - rows; left > end; at += static_cast<std::ptrdiff_t>(fileRow)) {
       std::ranges::copy(picture.Row(--left), at);
+      // The processor does not foresee rows from the bottom upward.
+      if (left > 0) PrefetchRow(picture.Row(left - 1).data(), picture.RowBytes());
     }
     good = to.WriteAll({block.begin(), at});
   }
