@@ -15,7 +15,7 @@ template <std::size_t Size>
 constexpr std::int32_t BlockColumns = Size == 3 ? 128 : 64;
 
 // A result of this size does not stay in the caches, so non-temporal stores are faster.
-constexpr std::size_t MuchMemory = std::size_t{16} << 20U;
+constexpr std::size_t MuchMemory = std::size_t{4} << 20U;
 
 // Loads eight bytes, the first one highest.
 std::uint64_t LoadWord(const std::uint8_t* at) {
