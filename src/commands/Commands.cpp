@@ -148,11 +148,12 @@ void Dispatcher::StepPage(Procedure& run, int step) {
 // result of the last one to the page's depth.
 void Dispatcher::RunOperations(const Command& row, Procedure& run) {
   run([&] { bracket.DoPreCommandProcess(); });
-  for (auto next = row.operations.begin(); next != row.operations.end();) {
-    const std::string_view operation = *next++;
-    const bool isLast = std::all_of(next, row.operations.end(), [](std::string_view other) { return other.empty(); });
+  // The unused ones are the last.
+  std::size_t left =
+      row.operations.size() - static_cast<std::size_t>(std::ranges::count(row.operations, std::string_view()));
+  for (const std::string_view operation : row.operations) {
     run([&] {
-      if (!operation.empty()) KWPic.Apply(operation, isLast ? bracket.BitsPerPixel() : std::int16_t{0});
+      if (!operation.empty()) KWPic.Apply(operation, --left == 0 ? bracket.BitsPerPixel() : std::int16_t{0});
     });
   }
   run([&] { bracket.DoPostCommandProcess(); });

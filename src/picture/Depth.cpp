@@ -7,9 +7,11 @@
 #include <vector>
 
 #include "components/base/RunTimeError.h"
+#include "picture/IndexDepth.h"
 #include "picture/MedianCutQuantizer.h"
 #include "picture/effects/FirstLevels.h"
 #include "picture/effects/Kernels.h"
+#include "picture/effects/LumaHistogram.h"
 #include "picture/effects/ParallelRows.h"
 #include "picture/effects/Pixels.h"
 
@@ -61,32 +63,8 @@ void ForEachColour(const Bitmap& picture, std::int32_t y, const Take& take) {
   }
 }
 
-// Looks up the pixels of a picture of 8 bits.
-Bitmap IndicesToColours(const Bitmap& picture) {
-  Bitmap result = kw::Like(picture, picture.Width(), picture.Height(), 24);
-  const Pixels to(result);
-  const auto width = static_cast<std::size_t>(picture.Width());
-  if (HasGreyRamp(picture)) {
-    ForRows(picture, [&](std::int32_t y) { kernels::Triple(picture.Row(y).data(), to.Row(y), width); });
-    return result;
-  }
-  std::array<std::array<std::uint8_t, 4>, 256> stored{};
-  for (std::size_t i = 0; i < picture.Palette().size(); ++i) {
-    const Rgb colour = picture.Palette()[i];
-    stored[i] = {colour.blue, colour.green, colour.red, 0};
-  }
-  ForRows(picture, [&](std::int32_t y) {
-    const auto from = picture.Row(y);
-    std::uint8_t* at = to.Row(y);
-    // Four bytes are one step for the processor; the next pixel writes over the fourth.
-    for (std::size_t x = 0; x + 1 < width; ++x, at += 3) std::memcpy(at, stored[from[x]].data(), 4);
-    std::memcpy(at, stored[from[width - 1]].data(), 3);
-  });
-  return result;
-}
-
 Bitmap ToColours(const Bitmap& picture, int bitsPerPixel) {
-  if (picture.BitsPerPixel() == 8 && bitsPerPixel == 24) return IndicesToColours(picture);
+  if (picture.BitsPerPixel() <= 8 && bitsPerPixel == 24) return IndicesToColours(picture);
   Bitmap result = Like(picture, bitsPerPixel);
   const std::size_t size = bitsPerPixel == 32 ? 4 : 3;
   ForRows(picture, [&](std::int32_t y) {
@@ -98,19 +76,6 @@ Bitmap ToColours(const Bitmap& picture, int bitsPerPixel) {
       at[2] = colour.red;
       if (size == 4) at[3] = 255;
     });
-  });
-  return result;
-}
-
-Bitmap ToMoreIndexBits(const Bitmap& picture, int bitsPerPixel) {
-  Bitmap result = Like(picture, bitsPerPixel);
-  result.SetPalette({picture.Palette().begin(), picture.Palette().end()});
-  ForRows(picture, [&](std::int32_t y) {
-    const auto from = picture.Row(y);
-    const auto to = result.MutableRow(y);
-    for (std::size_t x = 0; x < static_cast<std::size_t>(picture.Width()); ++x) {
-      PutIndex(to, x, PaletteIndexAt(from, x, picture.BitsPerPixel()), bitsPerPixel);
-    }
   });
   return result;
 }
@@ -134,27 +99,23 @@ private:
 
 using NewIndices = Lut;
 
-void ChangeIndicesToBits(const std::uint8_t* from, const NewIndices& indices, std::uint8_t* to, std::size_t width) {
-  std::array<std::uint8_t, 4096> part{};
-  for (std::size_t x = 0; x < width; x += part.size()) {
-    const std::size_t pixels = std::min(part.size(), width - x);
-    kernels::UnpackLevels(from + x, part.data(), pixels, 8, indices);
-    kernels::ThresholdToBits(part.data(), to + x / 8, pixels, 1);
-  }
-}
-
-// Gives the pixels of a picture of 8 bits other indices.
+// Gives the pixels of a picture of 8 bits other indices, in fewer bits.
 void ChangeIndices(const Bitmap& picture, const NewIndices& indices, Bitmap& result) {
   const auto width = static_cast<std::size_t>(picture.Width());
-  if (result.BitsPerPixel() == 1) {
-    const Pixels to(result);
-    ForRows(picture, [&](std::int32_t y) { ChangeIndicesToBits(picture.Row(y).data(), indices, to.Row(y), width); });
-    return;
-  }
+  const bool areBits = result.BitsPerPixel() == 1;
+  const Pixels to(result);
   ForRows(picture, [&](std::int32_t y) {
-    const auto from = picture.Row(y);
-    const auto to = result.MutableRow(y);
-    for (std::size_t x = 0; x < width; ++x) PutIndex(to, x, indices[from[x]], result.BitsPerPixel());
+    const std::uint8_t* const from = picture.Row(y).data();
+    std::array<std::uint8_t, 4096> part{};
+    for (std::size_t x = 0; x < width; x += part.size()) {
+      const std::size_t pixels = std::min(part.size(), width - x);
+      kernels::UnpackLevels(from + x, part.data(), pixels, 8, indices);
+      if (areBits) {
+        kernels::ThresholdToBits(part.data(), to.Row(y) + x / 8, pixels, 1);
+      } else {
+        PackHalfBytes(part.data(), to.Row(y) + x / 2, pixels);
+      }
+    }
   });
 }
 
@@ -304,10 +265,10 @@ void IndexRows(const Bitmap& picture, const MedianCutQuantizer& quantizer, Bitma
 Bitmap ToFewerColours(const Bitmap& picture, int bitsPerPixel) {
   std::array<Rgb, 256> colours{};
   std::ranges::copy(picture.Palette(), colours.begin());
-  std::array<std::uint64_t, 256> counts{};
-  for (std::int32_t y = 0; y < picture.Height(); ++y) {
-    for (const std::uint8_t index : picture.Row(y)) ++counts[index];
-  }
+  LevelCounter counter;
+  for (std::int32_t y = 0; y < picture.Height(); ++y) counter.Add(picture.Row(y).data(), picture.RowBytes());
+  LevelHistogram counts{};
+  counter.AddTo(counts);
   MedianCutQuantizer quantizer(std::size_t{1} << static_cast<unsigned>(bitsPerPixel));
   for (std::size_t i = 0; i < counts.size(); ++i) {
     if (counts[i] != 0) quantizer.Count(colours[i], counts[i]);
@@ -374,7 +335,7 @@ Bitmap ToDepth(const Bitmap& picture, int bitsPerPixel) {
   if (depth == bitsPerPixel) return picture;
   if (bitsPerPixel == 24 || bitsPerPixel == 32) return ToColours(picture, bitsPerPixel);
   if (bitsPerPixel != 1 && bitsPerPixel != 4 && bitsPerPixel != 8) Raise(ErrorNumber::InvalidProcedureCall);
-  return depth < bitsPerPixel ? ToMoreIndexBits(picture, bitsPerPixel) : ToPalette(picture, bitsPerPixel);
+  return depth < bitsPerPixel ? IndicesToMoreBits(picture, bitsPerPixel) : ToPalette(picture, bitsPerPixel);
 }
 
 bool HasGreyPalette(const Bitmap& picture) {

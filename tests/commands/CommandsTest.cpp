@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <set>
 
+#include "picture/Depth.h"
+#include "picture/effects/Effect.h"
 #include "tests/support/EditorFixture.h"
 
 namespace kw::test {
@@ -107,6 +109,40 @@ TEST_F(Commands, DecreaseBppKeepsItsDepthOnTheLayer) {
   EXPECT_EQ(Form().TransLayers(1).Picture().BitsPerPixel(), 8);
   Click("IncreaseBpp");
   EXPECT_EQ(Form().TransLayers(1).Picture().BitsPerPixel(), 24);
+}
+
+// Lines on paper, of any depth.
+Bitmap Lined(int bitsPerPixel) {
+  Bitmap page(90, 50, bitsPerPixel);
+  for (std::int32_t y = 0; y < page.Height(); ++y) {
+    const auto row = page.MutableRow(y);
+    for (std::size_t i = 0; i < row.size(); ++i) row[i] = static_cast<std::uint8_t>(y % 7 < 2 ? i * 31 : 0xFF);
+  }
+  return page;
+}
+
+TEST_F(Commands, AResultIsTheEffectsInTheDepthOfThePage) {
+  desktop.Allow("");
+  for (const int depth : {1, 8, 24}) {
+    PictureDocument maker;
+    maker.Replace(Lined(depth));
+    const std::string path = folder.File("page" + std::to_string(depth) + ".bmp");
+    maker.Save(path);
+    for (const Effect& effect : Effects()) {
+      const bool changesDepth = effect.command == "IncreaseBpp" || effect.command == "DecreaseBpp";
+      if (HoldsSettings(effect) || changesDepth) continue;
+      control->OpenFile(path);
+      const Bitmap before = Form().TransLayers(1).Picture();
+      Bitmap expected = before;
+      ApplyEffect(effect, expected);
+      Click(std::string(effect.command));
+      const Bitmap& result = Form().TransLayers(1).Picture();
+      EXPECT_TRUE(SamePicture(ToDepth(expected, depth), result)) << effect.command << " of " << depth << " bits";
+      EXPECT_TRUE(result.SharesPixelsWith(control->Engine().Current())) << effect.command;
+      EXPECT_TRUE(SamePicture(Lined(depth), before)) << effect.command << " of " << depth << " bits";
+    }
+  }
+  EXPECT_TRUE(events.errors.empty());
 }
 
 TEST_F(Commands, SignatureAlwaysLeavesNoFillPressed) {

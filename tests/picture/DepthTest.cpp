@@ -1,9 +1,12 @@
 #include "picture/Depth.h"
 
+#include <algorithm>
+#include <map>
 #include <set>
 
 #include "picture/PictureDocument.h"
 #include "picture/Signature.h"
+#include "picture/effects/ParallelRows.h"
 #include "tests/picture/Scratch.h"
 
 namespace kw {
@@ -33,6 +36,57 @@ TEST(Depth, FewColoursSurviveFewerBits) {
   for (const int from : {1, 4, 8}) {
     const Bitmap picture = Noise(33, 9, from);
     EXPECT_EQ(ColoursOf(picture), ColoursOf(ToDepth(ToDepth(picture, 24), from))) << from;
+  }
+}
+
+// Around the ends of bytes and vectors, with palettes of colours and of greys, on one thread and on several.
+TEST(Depth, IndicesGetTheirColoursAndMoreBitsInAnyWidth) {
+  for (const std::int32_t width : {1, 2, 3, 7, 8, 9, 15, 17, 31, 33, 63, 64, 65, 129, 201}) {
+    for (const int from : {1, 4, 8}) {
+      for (const bool isColoured : {false, true}) {
+        Bitmap picture = Noise(width, 37, from, isColoured);
+        // Some indices have no colour.
+        if (width % 3 == 0) picture.SetPalette({picture.Palette().begin(), picture.Palette().end() - 1});
+        for (const unsigned threads : {1U, 3U}) {
+          SetLeastWork(1);
+          SetMostThreads(threads);
+          for (const int to : {4, 8, 24}) {
+            if (to <= from) continue;
+            const Bitmap result = ToDepth(picture, to);
+            EXPECT_EQ(to, result.BitsPerPixel());
+            EXPECT_EQ(ColoursOf(picture), ColoursOf(result)) << width << ", " << from << " to " << to;
+            EXPECT_TRUE(to == 24 || std::ranges::equal(picture.Palette(), result.Palette())) << width;
+          }
+          SetMostThreads(0);
+          SetLeastWork(0);
+        }
+      }
+    }
+  }
+}
+
+// 8 bits whose colours fit into 4, and whose colours do not.
+TEST(Depth, IndicesGetFewerBitsInAnyWidth) {
+  for (const std::int32_t width : {1, 2, 3, 15, 16, 17, 33, 255, 4095, 4096, 4097, 4099}) {
+    for (const unsigned colours : {16U, 200U}) {
+      Bitmap picture = Noise(width, 3, 8);
+      for (std::int32_t y = 0; y < 3; ++y) {
+        for (auto& index : picture.MutableRow(y)) index = static_cast<std::uint8_t>(index % colours);
+      }
+      const Bitmap result = ToDepth(picture, 4);
+      ASSERT_EQ(4, result.BitsPerPixel());
+      // A colour becomes one colour, its own if all of them fit.
+      std::map<unsigned, Rgb> known;
+      for (std::int32_t y = 0; y < 3; ++y) {
+        for (std::int32_t x = 0; x < width; ++x) {
+          const unsigned index = picture.Row(y)[static_cast<std::size_t>(x)];
+          const Rgb colour = known.emplace(index, result.PixelAt(x, y)).first->second;
+          ASSERT_EQ(colour, result.PixelAt(x, y)) << width << ": " << x << ", " << y;
+          ASSERT_TRUE(colours != 16 || picture.PixelAt(x, y) == colour) << width << ": " << x << ", " << y;
+        }
+        EXPECT_TRUE(width % 2 == 0 || (result.Row(y).back() & 0x0F) == 0) << width;
+      }
+    }
   }
 }
 

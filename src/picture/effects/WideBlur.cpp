@@ -175,14 +175,14 @@ void BlurWidely(Bitmap& picture, double sigma) {
   std::vector<Reducer> reducers(blocks.size(), Reducer(plan));
   const auto bands = CutIntoRowBands(plan.height, work, 4 * plan.factor);
   std::vector<Enlarger> enlargers(bands.size(), Enlarger(plan));
-  const Pixels pixels(picture);
-  const ConstPixels from(picture);
+  Remade pixels(picture);
   ParallelFor(blocks.size(), [&](std::size_t i) {
     for (std::int32_t row = blocks[i].begin; row < blocks[i].end; ++row) {
-      Reduce(plan, from, row - 1, reducers[i], reduced.data() + static_cast<std::size_t>(row) * plan.stride);
+      Reduce(plan, pixels.Old(), row - 1, reducers[i], reduced.data() + static_cast<std::size_t>(row) * plan.stride);
     }
   });
-  ParallelFor(bands.size(), [&](std::size_t i) { Enlarge(plan, reduced, bands[i], enlargers[i], pixels); });
+  ParallelFor(bands.size(), [&](std::size_t i) { Enlarge(plan, reduced, bands[i], enlargers[i], pixels.New()); });
+  pixels.Finish();
 }
 
 }  // namespace kw
