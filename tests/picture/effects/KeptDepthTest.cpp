@@ -188,7 +188,7 @@ TEST(KeptDepth, ChecksWhatApplyEffectChecks) {
   Bitmap none;
   EXPECT_EQ(91, ErrorOf([&] { ApplyEffectKeepingDepth(sharpen, none, std::vector{100.0}); }));
   ReadLimits limits;
-  limits.pageMemory = 100 * 60;
+  limits.pageMemory = 6000;  // less than the page has in 8 bits
   EXPECT_EQ(7, ErrorOf([&] { ApplyEffectKeepingDepth(sharpen, picture, std::vector{100.0}, limits); }));
   EXPECT_TRUE(SamePicture(FaxPage(100, 60), picture));
 }
