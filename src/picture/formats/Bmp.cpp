@@ -1,13 +1,13 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cstring>
 #include <limits>
 #include <optional>
 
 #include "picture/Bytes.h"
 #include "picture/DamageReport.h"
 #include "picture/Unreadable.h"
-#include "picture/effects/Pixels.h"
 #include "picture/formats/BmpRunLength.h"
 #include "picture/formats/Formats.h"
 
@@ -326,13 +326,12 @@ void WriteBmp(const Bitmap& picture, Stream& to, const WriteOptions& /*options*/
   std::vector<std::uint8_t> block(fileRow * static_cast<std::size_t>(most));
   for (std::int32_t left = picture.Height(); left > 0 && good;) {
     const std::int32_t rows = std::min(left, most);
-    auto at = block.begin();
-    for (const std::int32_t end = left - rows; left > end; at += static_cast<std::ptrdiff_t>(fileRow)) {
-      std::ranges::copy(picture.Row(--left), at);
-      // The processor does not foresee rows from the bottom upward.
-      if (left > 0) PrefetchRow(picture.Row(left - 1).data(), picture.RowBytes());
+    std::uint8_t* at = block.data();
+    for (const std::int32_t end = left - rows; left > end; at += fileRow) {
+      const auto row = picture.Row(--left);
+      std::memcpy(at, row.data(), row.size());
     }
-    good = to.WriteAll({block.begin(), at});
+    good = to.WriteAll({block.data(), at});
   }
 }
 
