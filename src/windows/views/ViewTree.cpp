@@ -2,9 +2,10 @@
 
 #include <windowsx.h>
 
+#include <algorithm>
 #include <optional>
-#include <ranges>
 #include <utility>
+#include <vector>
 
 #include "components/base/RunTimeError.h"
 #include "components/base/Texts.h"
@@ -104,7 +105,8 @@ void ViewTree::MakeViews(Control& model, ControlView* container) {
 
 // From front to back, since a new window lies behind its fellows.
 void ViewTree::MakeViewsIn(Control& holder, ControlView* container) {
-  for (Control* child : std::views::reverse(holder.Children())) MakeViews(*child, container);
+  const std::vector<Control*>& children = holder.Children();
+  std::for_each(children.rbegin(), children.rend(), [&](Control* child) { MakeViews(*child, container); });
 }
 
 void ViewTree::Wake(ControlView& view) {
