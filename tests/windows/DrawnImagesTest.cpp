@@ -23,6 +23,11 @@ namespace {
 constexpr int Side = 24;
 constexpr std::uint32_t Ground = 0x406080;
 
+// The place of a pixel among those of a square.
+std::size_t At(int x, int y, int side) {
+  return static_cast<std::size_t>(y) * static_cast<std::size_t>(side) + static_cast<std::size_t>(x);
+}
+
 // What a button of one colour shows with that icon.
 std::vector<std::uint32_t> DrawnOn(const windows::Images& images, const std::string& key, bool isEnabled = true) {
   windows::BackBuffer frame;
@@ -50,10 +55,10 @@ TEST(DrawnImages, AreBlendedWithTheirGroundInTheMiddle) {
     for (int y = 0; y < Side; ++y) {
       for (int x = 0; x < Side; ++x) {
         const bool isInside = std::min(x, y) >= 4 && std::max(x, y) < 20;
-        const std::uint32_t icon = isInside ? icons[i][static_cast<std::size_t>((y - 4) * 16 + x - 4)] : 0;
+        const std::uint32_t icon = isInside ? icons[i][At(x - 4, y - 4, 16)] : 0;
         const auto alpha = static_cast<int>(icon >> 24U);
         mixed += alpha > 0 && alpha < 255 ? 1 : 0;
-        const std::uint32_t shown = drawn[static_cast<std::size_t>(y * Side + x)];
+        const std::uint32_t shown = drawn[At(x, y, Side)];
         for (const unsigned shift : {0U, 8U, 16U}) {
           const auto ink = static_cast<int>(icon >> shift & 255U);
           const auto ground = static_cast<int>(Ground >> shift & 255U);
