@@ -93,16 +93,15 @@ TEST(OpenedView, AControlThatComesLaterLiesInFront) {
   ExpectOrder(form.root);
 }
 
+BOOL CALLBACK CountWindow(HWND /*window*/, LPARAM count) {
+  ++*reinterpret_cast<int*>(count);
+  return TRUE;
+}
+
 // The form's windows and those in them.
 int CountOfWindows(HWND form) {
   int count = 0;
-  EnumChildWindows(
-      form,
-      [](HWND, LPARAM all) {
-        ++*reinterpret_cast<int*>(all);
-        return TRUE;
-      },
-      reinterpret_cast<LPARAM>(&count));
+  EnumChildWindows(form, &CountWindow, reinterpret_cast<LPARAM>(&count));
   return count;
 }
 
