@@ -11,8 +11,33 @@
 
 namespace kw {
 
-// The control on the desktop of the tests, without the machinery of a test, and a view of 1024 x 768 pixels in which
-// its canvas is painted as a window does it.
+// 1024 x 768 pixels in which a canvas is painted as a window does it.
+class BenchView {
+public:
+  // Paints the parts in which the items, back to front, differ from those of the last call. They are exchanged with
+  // them.
+  void Show(std::vector<DisplayItem>& items, Colour background) {
+    compositor.SetBackground(background);
+    for (const PixelRect& part : compositor.Exchange(items)) Paint(part);
+  }
+  void PaintAll() { Paint(View); }
+  // Gives the pictures of the items back and leaves the pixels as they are.
+  void Forget() { compositor.Show({}); }
+
+private:
+  static constexpr PixelRect View = {0, 0, 1024, 768};
+
+  void Paint(const PixelRect& part) {
+    const PixelRect seen = Common(part, View);
+    if (!seen.IsEmpty()) compositor.Paint({pixels.data(), static_cast<std::size_t>(View.Width()), View}, seen, nullptr);
+  }
+
+  Compositor compositor{MakeColour(255, 255, 255)};
+  std::vector<std::uint32_t> pixels =
+      std::vector<std::uint32_t>(static_cast<std::size_t>(View.Width()) * static_cast<std::size_t>(View.Height()));
+};
+
+// The control on the desktop of the tests, without the machinery of a test, and a view of its canvas.
 class BenchEditor : public test::EditorTest {
 public:
   BenchEditor() { desktop.Allow(""); }
@@ -50,23 +75,13 @@ public:
   // Paints what has changed since the last call.
   void Paint() {
     CollectItems(Canvas(), Scale(), items);
-    compositor.SetBackground(Canvas().BackColor());
-    for (const PixelRect& part : compositor.Exchange(items)) PaintPart(part);
+    view.Show(items, Canvas().BackColor());
   }
-  void PaintAll() { PaintPart(View); }
+  void PaintAll() { view.PaintAll(); }
 
 private:
-  static constexpr PixelRect View = {0, 0, 1024, 768};
-
-  void PaintPart(const PixelRect& part) {
-    const PixelRect seen = Common(part, View);
-    if (!seen.IsEmpty()) compositor.Paint({pixels.data(), static_cast<std::size_t>(View.Width()), View}, seen, nullptr);
-  }
-
-  Compositor compositor{MakeColour(255, 255, 255)};
+  BenchView view;
   std::vector<DisplayItem> items;
-  std::vector<std::uint32_t> pixels =
-      std::vector<std::uint32_t>(static_cast<std::size_t>(View.Width()) * static_cast<std::size_t>(View.Height()));
 };
 
 }  // namespace kw

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "components/base/PixelBlock.h"
 #include "picture/effects/Effect.h"
 #include "tests/support/EditorFixture.h"
 #include "tests/torture/FailingMemory.h"
@@ -33,15 +34,18 @@ Bitmap PageOf(int bitsPerPixel) {
 }
 
 std::int64_t SizeOf(const Bitmap& page) {
+  if (page.IsEmpty()) return 0;
   return static_cast<std::int64_t>(PixelMemory(page.Width(), page.Height(), page.BitsPerPixel()));
 }
 
-// What the step takes beyond a page that is shown, and that page.
+// The most that is held during the step: a page that is shown, the block that is spared for the next one, and what the
+// step takes beyond them.
 template <typename Step>
 std::int64_t PeakOf(const Bitmap& shown, const Step& step) {
+  const std::int64_t before = SizeOf(shown) + static_cast<std::int64_t>(SparePixelBlock::Bytes());
   const HeldMemory memory;
   step();
-  return SizeOf(shown) + memory.Peak();
+  return before + memory.Peak();
 }
 
 std::string Told(const std::string& what, int bits, std::int64_t peak, std::int64_t copy) {
@@ -126,23 +130,70 @@ TEST_P(EditorMemory, OfACommandIsTwoCopiesOfTheLargerPage) {
   desktop.Allow("");
   for (const Effect& effect : Effects()) {
     if (HoldsSettings(effect)) continue;
-    control->OpenFile(path);
     // What the effect makes, before the page takes its depth again.
-    Bitmap between = Shown();
+    Bitmap between = PageOf(bits);
     ApplyEffect(effect, between);
     // Unless the effect gives the page its depth in one step.
     const bool isKept = effect.keepingDepth != nullptr && between.BitsPerPixel() != bits;
-    const std::int64_t largest = isKept ? SizeOf(Shown()) : std::max(SizeOf(Shown()), SizeOf(between));
+    const std::int64_t own = SizeOf(PageOf(bits));
+    const std::int64_t largest = isKept ? own : std::max(own, SizeOf(between));
     // A smaller page between stands beside the page before and the page behind.
     const std::int64_t beside = !isKept && SizeOf(between) < largest ? SizeOf(between) : 0;
     between = {};
+    control->OpenFile(path);
     const std::int64_t peak =
         PeakOf(Shown(), [&] { Form().tbrMoreTools.ButtonClick.Raise(std::string(effect.command)); });
     ExpectTwoCopies(std::string(effect.command), bits, peak - beside, largest);
   }
 }
 
+TEST_P(EditorMemory, OfADocumentAndAllThatIsDoneWithItIsTwoCopies) {
+  const int bits = GetParam();
+  const std::string path = folder.File("document.tif");
+  for (int page = 0; page < 2; ++page) {
+    PictureDocument maker;
+    maker.Replace(PageOf(bits));
+    maker.Append(path);
+  }
+  desktop.Allow("");
+  const std::int64_t copy = SizeOf(PageOf(bits));
+  const std::int64_t peak = PeakOf(Bitmap(), [&] {
+    control->OpenFile(path);
+    for (const std::int32_t page : {2, 1}) Form().PageIndex.SetValue(page);
+    for (const char* command : {"Invert", "Dilate", "Sharpen", "HorizontalFlip"}) {
+      Form().tbrMoreTools.ButtonClick.Raise(command);
+    }
+  });
+  ASSERT_EQ(copy, SizeOf(Shown()));
+  ExpectTwoCopies("A document", bits, peak, copy);
+}
+
 INSTANTIATE_TEST_SUITE_P(All, EditorMemory, testing::Values(1, 8, 24));
+
+TEST(PixelBlockMemory, IsFreedBeforeALargerBlockIsRefused) {
+  const SparePixelBlock keeper;
+  GiveBack(TakePixelBlock(SparePixelBlock::Least));
+  ASSERT_EQ(SparePixelBlock::Least, SparePixelBlock::Bytes());
+  {
+    const FailingMemory memory(FailingMemory::Failing::FromThenOn, 1);
+    EXPECT_EQ(nullptr, TakePixelBlock(2 * SparePixelBlock::Least).begin);
+    EXPECT_EQ(nullptr, TakeZeroedPixelBlock(2 * SparePixelBlock::Least).begin);
+  }
+  EXPECT_EQ(0U, SparePixelBlock::Bytes());
+}
+
+TEST(PixelBlockMemory, IsHadWithoutARequestIfItIsSpared) {
+  const SparePixelBlock keeper;
+  GiveBack(TakePixelBlock(SparePixelBlock::Least));
+  PixelBlock block;
+  {
+    const FailingMemory memory(FailingMemory::Failing::FromThenOn, 1);
+    block = TakePixelBlock(SparePixelBlock::Least);
+    EXPECT_EQ(0, memory.Requests());
+  }
+  EXPECT_NE(nullptr, block.begin);
+  GiveBack(block);
+}
 
 }  // namespace
 }  // namespace kw::test

@@ -1,14 +1,13 @@
 #include "components/base/Bitmap.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <utility>
 
+#include "components/base/PixelBlock.h"
 #include "components/base/RowPadding.h"
 #include "components/base/RunTimeError.h"
-#include "components/base/SystemMemory.h"
 
 namespace kw {
 namespace {
@@ -36,25 +35,22 @@ constexpr std::uint8_t PaddingNoise = 0xA5;
 std::shared_ptr<std::uint8_t[]> AllocatePixels(std::size_t bytes, std::size_t stride, std::size_t rowBytes,
                                                bool zeroed) {
   if (bytes > std::numeric_limits<std::size_t>::max() - Bitmap::RowAlignment) Raise(ErrorNumber::OutOfMemory);
-  void* block = zeroed ? std::calloc(bytes + Bitmap::RowAlignment, 1) : std::malloc(bytes + Bitmap::RowAlignment);
-  if (block == nullptr) Raise(ErrorNumber::OutOfMemory);
-  PreferLargePages(block, bytes);
-  const std::size_t excess = reinterpret_cast<std::uintptr_t>(block) % Bitmap::RowAlignment;
-  auto* aligned = static_cast<std::uint8_t*>(block) + (excess == 0 ? 0 : Bitmap::RowAlignment - excess);
+  const std::size_t all = bytes + Bitmap::RowAlignment;
+  const PixelBlock block = zeroed ? TakeZeroedPixelBlock(all) : TakePixelBlock(all);
+  if (block.begin == nullptr) Raise(ErrorNumber::OutOfMemory);
+  const std::size_t excess = reinterpret_cast<std::uintptr_t>(block.begin) % Bitmap::RowAlignment;
+  auto* aligned = static_cast<std::uint8_t*>(block.begin) + (excess == 0 ? 0 : Bitmap::RowAlignment - excess);
   if constexpr (ForbidsPadding) {
     const std::size_t height = bytes / stride;
     for (std::size_t y = 0; y < height; ++y) {
       std::memset(aligned + y * stride + rowBytes, PaddingNoise, stride - rowBytes);
     }
     ForbidPadding({aligned, stride, rowBytes, height});
-    const auto before = static_cast<std::size_t>(aligned - static_cast<std::uint8_t*>(block));
-    ForbidBytes(block, before);
-    ForbidBytes(aligned + bytes, Bitmap::RowAlignment - before);
+    const auto before = static_cast<std::size_t>(aligned - static_cast<std::uint8_t*>(block.begin));
+    ForbidBytes(block.begin, before);
+    ForbidBytes(aligned + bytes, block.bytes - before - bytes);
   }
-  return {aligned, [block, all = bytes + Bitmap::RowAlignment](std::uint8_t*) {
-            AllowBytes(block, all);
-            std::free(block);
-          }};
+  return {aligned, [block](std::uint8_t*) { GiveBack(block); }};
 }
 
 }  // namespace
