@@ -97,11 +97,11 @@ OutputFile::OutputFile(const std::string& path, Durability lasting)
       temporary(TemporaryBeside(target)),
       durability(lasting) {
   const FileSystem& files = FileSystem::Current();
-  FileFacts facts;
-  const SystemCode unknown = files.LookAt(target, facts);
+  FileKind kind{};
+  const SystemCode unknown = files.LookAt(target, kind);
   if (unknown != 0 && !IsMissing(unknown)) RaiseFileError(unknown);
   const bool isThere = unknown == 0;
-  if (isThere && facts.kind != FileKind::Plain) Raise(ErrorNumber::PathFileAccessError);
+  if (isThere && kind != FileKind::Plain) Raise(ErrorNumber::PathFileAccessError);
   if (durability == Durability::Lasting) RemoveLeftovers(target.parent_path());
   const SystemCode code = files.Open(temporary, isThere ? FileUse::CreatePrivate : FileUse::Create, file);
   if (code != 0) RaiseFileError(code);

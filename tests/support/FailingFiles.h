@@ -76,6 +76,10 @@ public:
     if (const SystemCode code = Fails(Call::Look, path); code != 0) return code;
     return FileSystem::LookAt(path, facts);
   }
+  SystemCode LookAt(const Path& path, FileKind& kind) const override {
+    if (const SystemCode code = Fails(Call::Look, path); code != 0) return code;
+    return FileSystem::LookAt(path, kind);
+  }
   SystemCode LookAt(std::FILE* file, FileFacts& facts) const override {
     if (const SystemCode code = Fails(Call::Look, PathOf(file)); code != 0) return code;
     return FileSystem::LookAt(file, facts);

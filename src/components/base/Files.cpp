@@ -13,15 +13,15 @@ namespace {
 
 SystemCode MakeFoldersAt(const std::filesystem::path& path) {
   const FileSystem& files = FileSystem::Current();
-  FileFacts facts;
-  if (files.LookAt(path, facts) == 0 && facts.kind == FileKind::Folder) return 0;
+  FileKind kind{};
+  if (files.LookAt(path, kind) == 0 && kind == FileKind::Folder) return 0;
   const std::filesystem::path parent = path.parent_path();
   if (!parent.empty() && parent != path) {
     if (const SystemCode code = MakeFoldersAt(parent); code != 0) return code;
   }
   if (!path.has_filename()) return 0;
   const SystemCode code = files.MakeFolder(path);
-  return IsTaken(code) && files.LookAt(path, facts) == 0 && facts.kind == FileKind::Folder ? 0 : code;
+  return IsTaken(code) && files.LookAt(path, kind) == 0 && kind == FileKind::Folder ? 0 : code;
 }
 
 // None if there is no such file, or if it is not a plain one.
@@ -44,10 +44,10 @@ void AppendToFile(const std::string& path, std::string_view text) {
 
 std::string LookUpFile(const std::string& path) {
   const std::filesystem::path native = ToFilesystemPath(path);
-  FileFacts facts;
-  const SystemCode code = FileSystem::Current().LookAt(native, facts);
+  FileKind kind{};
+  const SystemCode code = FileSystem::Current().LookAt(native, kind);
   if (code != 0 && !IsMissing(code)) RaiseFileError(code);
-  if (code != 0 || facts.kind == FileKind::Folder) return {};
+  if (code != 0 || kind == FileKind::Folder) return {};
   return FromFilesystemPath(native.filename());
 }
 

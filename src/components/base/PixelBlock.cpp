@@ -17,7 +17,7 @@ struct Spare {
   PixelBlock block;
 };
 
-constinit Spare spare;
+Spare spare;
 
 bool IsLarge(std::size_t bytes) { return bytes >= SparePixelBlock::Least; }
 

@@ -82,6 +82,8 @@ public:
 
   // A name that the system keeps for a device, as CON, is of the kind Other.
   virtual SystemCode LookAt(const Path& path, FileFacts& facts) const;
+  // The same kind and codes; does not open the file if there is another way.
+  virtual SystemCode LookAt(const Path& path, FileKind& kind) const;
   virtual SystemCode LookAt(std::FILE* file, FileFacts& facts) const;
   // Calls take() with the path of each plain file in the folder that is no link. An empty path is the current folder.
   virtual SystemCode List(const Path& folder, const std::function<void(const Path& path)>& take) const;

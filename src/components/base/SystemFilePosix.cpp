@@ -161,6 +161,13 @@ SystemCode FileSystem::LookAt(const Path& path, FileFacts& facts) const {
   return code;
 }
 
+SystemCode FileSystem::LookAt(const Path& path, FileKind& kind) const {
+  FileFacts facts;
+  const SystemCode code = FileSystem::LookAt(path, facts);
+  kind = facts.kind;
+  return code;
+}
+
 SystemCode FileSystem::LookAt(std::FILE* file, FileFacts& facts) const { return LookAtDescriptor(fileno(file), facts); }
 
 SystemCode FileSystem::Open(const Path& path, FileUse use, OpenedFile& file) const {

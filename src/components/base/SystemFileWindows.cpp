@@ -207,6 +207,22 @@ SystemCode FileSystem::LookAt(const Path& path, FileFacts& facts) const {
   return file.IsOpen() ? LookAtHandle(file.Get(), facts) : LastCode();
 }
 
+SystemCode FileSystem::LookAt(const Path& path, FileKind& kind) const {
+  kind = FileKind::Other;
+  if (NamesDevice(path)) return 0;
+  const DWORD attributes = GetFileAttributesW(path.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) return LastCode();
+  // What lies behind a link only opening it tells.
+  if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
+    FileFacts facts;
+    const SystemCode code = FileSystem::LookAt(path, facts);
+    kind = facts.kind;
+    return code;
+  }
+  kind = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? FileKind::Folder : FileKind::Plain;
+  return 0;
+}
+
 SystemCode FileSystem::LookAt(std::FILE* file, FileFacts& facts) const {
   return LookAtHandle(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file))), facts);
 }

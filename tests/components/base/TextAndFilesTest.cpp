@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <map>
 #include <sstream>
 #include <thread>
@@ -128,6 +129,35 @@ TEST(Files, LookUpFindsFilesOnly) {
   EXPECT_EQ(LookUpFile(folder.File("D_Page_2.tif")), "D_Page_2.tif");
   EXPECT_EQ(LookUpFile(folder.File("D_Page_3.tif")), "");
   EXPECT_EQ(LookUpFile(folder.Path()), "");
+}
+
+TEST(Files, AFileIsOfTheSameKindWhetherItIsOpenedOrNot) {
+  const test::TemporaryFolder folder;
+  AppendToFile(folder.File("plain.txt"), "text");
+  const std::filesystem::path native = folder.Native();
+  std::vector<std::filesystem::path> paths{
+      native,           native / "plain.txt", native / "missing.txt",     native / "missing" / "plain.txt",
+      native / "CON",   native / "NUL.tif",   native / "plain.txt" / "x", std::filesystem::path(),
+      native / "a*b?c", native / ""};
+#ifndef _WIN32
+  std::filesystem::create_symlink("plain.txt", native / "link");
+  std::filesystem::create_symlink(native, native / "folder");
+  std::filesystem::create_symlink("nothing", native / "dangling");
+  std::filesystem::create_symlink("circle", native / "circle");
+  for (const char* name : {"link", "folder", "dangling", "circle"}) paths.push_back(native / name);
+  paths.emplace_back("/dev/null");
+#endif
+  const FileSystem& files = FileSystem::Current();
+  for (const auto& path : paths) {
+    FileFacts facts;
+    FileKind kind{};
+    const SystemCode opened = files.LookAt(path, facts);
+    const SystemCode asked = files.LookAt(path, kind);
+    EXPECT_EQ(opened, asked) << path;
+    if (opened == 0 && asked == 0) {
+      EXPECT_EQ(facts.kind, kind) << path;
+    }
+  }
 }
 
 TEST(Files, RemoveOfAMissingFileIsError53) {
