@@ -1,6 +1,5 @@
 #include "activex/InPlaceActivation.h"
 
-#include <commctrl.h>
 #include <olectl.h>
 
 #include <memory>
@@ -17,25 +16,25 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-constexpr UINT_PTR SubclassId = 1;
-
 SIZE SizeOf(const RECT& rectangle) { return {rectangle.right - rectangle.left, rectangle.bottom - rectangle.top}; }
 
 }  // namespace
 
 HWND InPlaceActivation::Window() const { return content == nullptr ? nullptr : content->Handle(); }
 
-LRESULT CALLBACK InPlaceActivation::ContentProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam,
-                                                     UINT_PTR /*id*/, DWORD_PTR self) {
+LRESULT InPlaceActivation::ReceiveOfContent(void* self, UINT message, WPARAM wParam, LPARAM lParam) {
   constexpr UINT ScreenScaleChanged = 0x02E3;  // WM_DPICHANGED_AFTERPARENT; older headers lack it
-  auto& activation = *reinterpret_cast<InPlaceActivation*>(self);
+  auto& activation = *static_cast<InPlaceActivation*>(self);
+  HWND const window = activation.Window();
   std::optional<Lifetime::Outgoing> outgoing;
   if (message == WM_MOUSEACTIVATE || message == WM_SETFOCUS || message == ScreenScaleChanged)
     outgoing.emplace(activation.core.Life());
   // A click anywhere in the control or its children makes it the container's active object.
   if (message == WM_MOUSEACTIVATE) windows::Guard([&] { activation.UserCame(); });
-  if (message == WM_NCDESTROY) RemoveWindowSubclass(window, &ContentProcedure, SubclassId);
-  const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
+  // Meanwhile the container may have deactivated the control, and activated it again with another window.
+  if (activation.Window() != window) return DefWindowProcW(window, message, wParam, lParam);
+  if (message == WM_NCDESTROY) activation.contentHook.Unhook();
+  const LRESULT result = activation.contentHook.Default(message, wParam, lParam);
   if (message == WM_SETFOCUS && activation.HasFocus()) windows::Guard([&] { activation.UserCame(); });
   if (message == ScreenScaleChanged && activation.Window() == window) {
     RECT client = {};
@@ -92,7 +91,7 @@ HRESULT InPlaceActivation::MakeContent() {
     FollowFocus();
     TellEatenKeys();
   });
-  SetWindowSubclass(Window(), &ContentProcedure, SubclassId, reinterpret_cast<DWORD_PTR>(this));
+  contentHook.Hook(Window(), &ReceiveOfContent, this);
   SetRects(position, clip);
   FollowUiDead();
   if (content != nullptr) content->Show(true);
@@ -212,7 +211,7 @@ void InPlaceActivation::Abandon() {
 
 void InPlaceActivation::CloseContent() {
   if (content == nullptr) return;
-  if (Window() != nullptr) RemoveWindowSubclass(Window(), &ContentProcedure, SubclassId);
+  contentHook.Unhook();
   content->Close();
   content.reset();
 }

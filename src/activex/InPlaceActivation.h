@@ -7,6 +7,7 @@
 
 #include <memory>
 
+#include "windows/base/WindowHook.h"
 #include "windows/editor/EditorWindow.h"
 
 namespace kw::activex {
@@ -62,8 +63,7 @@ public:
 private:
   enum class State : unsigned char { Inactive, Active, UiActive };
 
-  static LRESULT CALLBACK ContentProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
-                                           DWORD_PTR self);
+  static LRESULT ReceiveOfContent(void* self, UINT message, WPARAM wParam, LPARAM lParam);
   HRESULT MakeContent();
   void CloseContent();
   void ShowAt(SIZE size);
@@ -82,6 +82,7 @@ private:
   DWORD toldKeys = 0;
   bool hadFocus = false;  // when FollowFocus looked last
   std::unique_ptr<windows::EditorWindow> content;
+  windows::WindowHook contentHook;
   Microsoft::WRL::ComPtr<IOleInPlaceSite> inPlaceSite;
   Microsoft::WRL::ComPtr<IOleInPlaceFrame> frame;
   Microsoft::WRL::ComPtr<IOleInPlaceUIWindow> document;

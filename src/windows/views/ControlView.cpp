@@ -80,14 +80,14 @@ void ControlView::Hook() {
   if (isOwnClass)
     OwnWindowClass::SetView(window, this);
   else
-    SetWindowSubclass(window, &Subclass, 0, reinterpret_cast<DWORD_PTR>(this));
+    hook.Hook(window, &ReceiveHooked, this);
 }
 
 void ControlView::Unhook() {
   if (isOwnClass)
     OwnWindowClass::SetView(window, nullptr);
   else
-    RemoveWindowSubclass(window, &Subclass, 0);
+    hook.Unhook();
 }
 
 void ControlView::Open() {
@@ -258,8 +258,7 @@ HWND ControlView::CreateOwnWindow(HWND parent) {
 
 LRESULT ControlView::Default(UINT message, WPARAM wParam, LPARAM lParam) {
   if (window == nullptr) return 0;
-  return isOwnClass ? DefWindowProcW(window, message, wParam, lParam)
-                    : DefSubclassProc(window, message, wParam, lParam);
+  return isOwnClass ? DefWindowProcW(window, message, wParam, lParam) : hook.Default(message, wParam, lParam);
 }
 
 bool ControlView::SetPointerOf(const Control& shown) const {
@@ -296,9 +295,8 @@ void ControlView::CloseDropDown() const {
   if (open != nullptr && open != this && open->IsDropDown()) active->LoseFocus();
 }
 
-LRESULT CALLBACK ControlView::Subclass(HWND /*handle*/, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR /*id*/,
-                                       DWORD_PTR self) {
-  auto* const view = reinterpret_cast<ControlView*>(self);
+LRESULT ControlView::ReceiveHooked(void* self, UINT message, WPARAM wParam, LPARAM lParam) {
+  auto* const view = static_cast<ControlView*>(self);
   return GuardOr(LRESULT{0}, [&] { return view->Receive(message, wParam, lParam); });
 }
 

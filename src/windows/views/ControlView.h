@@ -7,6 +7,7 @@
 #include <memory>
 
 #include "components/controls/Control.h"
+#include "windows/base/WindowHook.h"
 #include "windows/views/AccessibleSource.h"
 
 namespace kw {
@@ -117,8 +118,7 @@ protected:
 private:
   friend class OwnWindowClass;
 
-  static LRESULT CALLBACK Subclass(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
-                                   DWORD_PTR self);
+  static LRESULT ReceiveHooked(void* self, UINT message, WPARAM wParam, LPARAM lParam);
   // Starts or stops the window's messages coming to this view.
   void Hook();
   void Unhook();
@@ -139,6 +139,7 @@ private:
   Control* model;
   ControlView* container;
   HWND window = nullptr;
+  WindowHook hook;  // if the window is of a class of the system
   bool isOwnClass = false;
   bool isOpened = false;
   bool isFilled = false;
