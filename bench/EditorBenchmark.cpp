@@ -7,7 +7,6 @@
 #include <benchmark/benchmark.h>
 
 #include "bench/EditorBench.h"
-#include "components/base/PixelBlock.h"
 #include "picture/Depth.h"
 #include "picture/effects/Effect.h"
 #include "picture/formats/Formats.h"
@@ -88,7 +87,6 @@ void RunCommand(benchmark::State& state, const std::string& command, int bitsPer
 
 void ApplyAlone(benchmark::State& state, const Effect& effect, int bitsPerPixel) {
   const std::vector<double> values = StandardValues(effect);
-  const SparePixelBlock spare;
   PictureDocument engine;
   const auto begin = [&] {
     Bitmap page = PageOfDepth(bitsPerPixel);
@@ -258,7 +256,6 @@ void DecodePage(benchmark::State& state, int bitsPerPixel) {
 
 // As the first change of a shared page does it.
 void CopyOfPage(benchmark::State& state, int bitsPerPixel) {
-  const SparePixelBlock spare;
   for (auto _ : state) {
     Bitmap copy = PageOfDepth(bitsPerPixel);
     benchmark::DoNotOptimize(copy.MutableRow(0).data());

@@ -13,7 +13,6 @@
 #include "bench/ocx/Sections.h"
 #include "bench/ocx/SystemCalls.h"
 #include "bench/ocx/Table.h"
-#include "components/base/PixelBlock.h"
 #include "picture/PictureDocument.h"
 #include "picture/effects/Effect.h"
 #include "picture/formats/Formats.h"
@@ -55,8 +54,6 @@ struct PageParts {
         .Least();
   }
 
-  // As the control has one.
-  SparePixelBlock spare;
   const Bitmap& page;
   double scratch = 0;
   double copies = 0;

@@ -12,7 +12,6 @@
 #include "commands/toolbox/ColoursAndLines.h"
 #include "commands/toolbox/ToolBarStrip.h"
 #include "commands/toolbox/ToolBox.h"
-#include "components/base/PixelBlock.h"
 #include "components/engine/KWPicEd.h"
 #include "components/platform/Desktop.h"
 #include "control/PropertyBag.h"
@@ -140,8 +139,6 @@ private:
   void RemoveScratchFiles(Procedure& run);
   void ReCreateUndoFileIndex() {}  // the hook behind which a history can be built
 
-  // Pages come and go for as long as the control lives.
-  SparePixelBlock sparePixels;
   Desktop& desktop;
   EditorForm form;
   Trap trap;

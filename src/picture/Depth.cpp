@@ -6,6 +6,7 @@
 #include <cstring>
 #include <vector>
 
+#include "components/base/PixelBlock.h"
 #include "components/base/RunTimeError.h"
 #include "picture/IndexDepth.h"
 #include "picture/MedianCutQuantizer.h"
@@ -285,6 +286,8 @@ Bitmap ToFewerColours(const Bitmap& picture, int bitsPerPixel) {
 }
 
 Bitmap ToPalette(const Bitmap& picture, int bitsPerPixel) {
+  // The tables of colours are large, and the result is of another size.
+  FreeSparedBlock();
   if (picture.BitsPerPixel() == 8) {
     Bitmap result = WithOwnColours(picture, bitsPerPixel);
     if (!result.IsEmpty()) return result;

@@ -42,7 +42,7 @@ std::int64_t SizeOf(const Bitmap& page) {
 // step takes beyond them.
 template <typename Step>
 std::int64_t PeakOf(const Bitmap& shown, const Step& step) {
-  const std::int64_t before = SizeOf(shown) + static_cast<std::int64_t>(SparePixelBlock::Bytes());
+  const std::int64_t before = SizeOf(shown) + static_cast<std::int64_t>(SparedBytes());
   const HeldMemory memory;
   step();
   return before + memory.Peak();
@@ -171,28 +171,30 @@ TEST_P(EditorMemory, OfADocumentAndAllThatIsDoneWithItIsTwoCopies) {
 INSTANTIATE_TEST_SUITE_P(All, EditorMemory, testing::Values(1, 8, 24));
 
 TEST(PixelBlockMemory, IsFreedBeforeALargerBlockIsRefused) {
-  const SparePixelBlock keeper;
-  GiveBack(TakePixelBlock(SparePixelBlock::Least));
-  ASSERT_EQ(SparePixelBlock::Least, SparePixelBlock::Bytes());
+  const PixelBlock living = TakePixelBlock(PixelBlock::LeastSpared);
+  GiveBack(TakePixelBlock(PixelBlock::LeastSpared));
+  ASSERT_EQ(PixelBlock::LeastSpared, SparedBytes());
   {
     const FailingMemory memory(FailingMemory::Failing::FromThenOn, 1);
-    EXPECT_EQ(nullptr, TakePixelBlock(2 * SparePixelBlock::Least).begin);
-    EXPECT_EQ(nullptr, TakeZeroedPixelBlock(2 * SparePixelBlock::Least).begin);
+    EXPECT_EQ(nullptr, TakePixelBlock(2 * PixelBlock::LeastSpared).begin);
+    EXPECT_EQ(nullptr, TakeZeroedPixelBlock(2 * PixelBlock::LeastSpared).begin);
   }
-  EXPECT_EQ(0U, SparePixelBlock::Bytes());
+  EXPECT_EQ(0U, SparedBytes());
+  GiveBack(living);
 }
 
 TEST(PixelBlockMemory, IsHadWithoutARequestIfItIsSpared) {
-  const SparePixelBlock keeper;
-  GiveBack(TakePixelBlock(SparePixelBlock::Least));
+  const PixelBlock living = TakePixelBlock(PixelBlock::LeastSpared);
+  GiveBack(TakePixelBlock(PixelBlock::LeastSpared));
   PixelBlock block;
   {
     const FailingMemory memory(FailingMemory::Failing::FromThenOn, 1);
-    block = TakePixelBlock(SparePixelBlock::Least);
+    block = TakePixelBlock(PixelBlock::LeastSpared);
     EXPECT_EQ(0, memory.Requests());
   }
   EXPECT_NE(nullptr, block.begin);
   GiveBack(block);
+  GiveBack(living);
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 
 #include "Commands.h"
 #include "Platform.h"
-#include "components/base/PixelBlock.h"
 
 namespace kw {
 namespace {
@@ -22,8 +21,6 @@ int Report(std::string message, ExitCode code) {
 }  // namespace
 
 int RunProgram(const Arguments& arguments) {
-  // Pages follow each other.
-  const SparePixelBlock spare;
   try {
     if (const auto request = ReadCommandLine(arguments)) Run(*request);
     if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) return Report("the output cannot be written", Failed);

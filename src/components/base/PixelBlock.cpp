@@ -1,5 +1,7 @@
 #include "components/base/PixelBlock.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
@@ -11,19 +13,29 @@
 namespace kw {
 namespace {
 
-struct Spare {
-  std::mutex lock;
-  int keepers = 0;
-  PixelBlock block;
-};
+// Of one process there are few pages at a time. Blocks beyond that many are no reason to spare one.
+constexpr std::size_t MostNoted = 32;
 
-Spare spare;
+std::mutex poolLock;
+// The sizes of the large blocks in use; 0 for none.
+std::array<std::size_t, MostNoted> living{};
+PixelBlock spare;
 
-bool IsLarge(std::size_t bytes) { return bytes >= SparePixelBlock::Least; }
+bool IsLarge(std::size_t bytes) { return bytes >= PixelBlock::LeastSpared; }
 
 // A picture that takes a larger block than it needs keeps the rest from others; so only a little larger a one.
 bool Serves(const PixelBlock& block, std::size_t bytes) {
   return block.begin != nullptr && block.bytes >= bytes && block.bytes - bytes <= bytes / 4;
+}
+
+bool IsWanted(const PixelBlock& block) {
+  return block.bytes <= PixelBlock::MostSpared &&
+         std::ranges::any_of(living, [&](std::size_t bytes) { return bytes != 0 && Serves(block, bytes); });
+}
+
+// One of the sizes is another from now on.
+void Note(std::size_t former, std::size_t bytes) {
+  if (auto* const place = std::ranges::find(living, former); place != living.end()) *place = bytes;
 }
 
 void Free(const PixelBlock& block) noexcept {
@@ -35,8 +47,9 @@ void Free(const PixelBlock& block) noexcept {
 PixelBlock TakeSpare(std::size_t bytes) noexcept {
   PixelBlock block;
   {
-    const std::scoped_lock lock(spare.lock);
-    block = std::exchange(spare.block, {});
+    const std::scoped_lock lock(poolLock);
+    block = std::exchange(spare, {});
+    if (Serves(block, bytes)) Note(0, block.bytes);
   }
   if (Serves(block, bytes)) {
     AllowBytes(block.begin, block.bytes);
@@ -54,7 +67,10 @@ PixelBlock Take(std::size_t bytes, bool isZeroed) noexcept {
     }
   }
   const PixelBlock block = {isZeroed ? std::calloc(bytes, 1) : std::malloc(bytes), bytes};
-  if (block.begin != nullptr) PreferLargePages(block.begin, bytes);
+  if (block.begin == nullptr || !IsLarge(bytes)) return block;
+  PreferLargePages(block.begin, bytes);
+  const std::scoped_lock lock(poolLock);
+  Note(0, bytes);
   return block;
 }
 
@@ -65,36 +81,36 @@ PixelBlock TakePixelBlock(std::size_t bytes) noexcept { return Take(bytes, false
 PixelBlock TakeZeroedPixelBlock(std::size_t bytes) noexcept { return Take(bytes, true); }
 
 void GiveBack(const PixelBlock& block) noexcept {
-  PixelBlock old = block;
-  if (IsLarge(block.bytes) && block.bytes <= SparePixelBlock::Most) {
-    const std::scoped_lock lock(spare.lock);
-    if (spare.keepers > 0) {
-      // Who still reads a picture that is gone is found out.
-      AllowBytes(block.begin, block.bytes);
-      ForbidBytes(block.begin, block.bytes);
-      old = std::exchange(spare.block, block);
-    }
-  }
-  Free(old);
-}
-
-SparePixelBlock::SparePixelBlock() noexcept {
-  const std::scoped_lock lock(spare.lock);
-  ++spare.keepers;
-}
-
-SparePixelBlock::~SparePixelBlock() {
-  PixelBlock last;
+  if (!IsLarge(block.bytes)) return Free(block);
+  PixelBlock given = block;
+  PixelBlock former;
   {
-    const std::scoped_lock lock(spare.lock);
-    if (--spare.keepers == 0) last = std::exchange(spare.block, {});
+    const std::scoped_lock lock(poolLock);
+    Note(block.bytes, 0);
+    if (IsWanted(given)) {
+      // Who still reads a picture that is gone is found out.
+      AllowBytes(given.begin, given.bytes);
+      ForbidBytes(given.begin, given.bytes);
+      std::swap(spare, given);
+    }
+    if (!IsWanted(spare)) former = std::exchange(spare, {});
   }
-  Free(last);
+  Free(given);
+  Free(former);
 }
 
-std::size_t SparePixelBlock::Bytes() noexcept {
-  const std::scoped_lock lock(spare.lock);
-  return spare.block.bytes;
+void FreeSparedBlock() noexcept {
+  PixelBlock block;
+  {
+    const std::scoped_lock lock(poolLock);
+    block = std::exchange(spare, {});
+  }
+  Free(block);
+}
+
+std::size_t SparedBytes() noexcept {
+  const std::scoped_lock lock(poolLock);
+  return spare.bytes;
 }
 
 }  // namespace kw

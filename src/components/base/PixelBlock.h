@@ -5,7 +5,17 @@
 namespace kw {
 
 // Memory for the pixels of a picture. Owned by who took it, until it is given back.
+//
+// The system provides a large block page by page, and fills each of them with zeros first. For a scanned page that
+// takes longer than most effects. So the last large block that was given back is spared for the next picture, as long
+// as a picture of its size, or a little smaller, lives that it may take the place of. It is freed before another large
+// block is made, so a change from one page to the next holds two copies of the page, as it would without.
 struct PixelBlock {
+  // Smaller ones are not spared, because the system has them at hand; larger ones are not, because the host needs its
+  // memory itself. In bytes.
+  static constexpr std::size_t LeastSpared = std::size_t{1} << 20U;
+  static constexpr std::size_t MostSpared = std::size_t{1} << (sizeof(void*) > 4 ? 26U : 25U);
+
   void* begin = nullptr;
   std::size_t bytes = 0;
 };
@@ -17,24 +27,9 @@ PixelBlock TakePixelBlock(std::size_t bytes) noexcept;
 PixelBlock TakeZeroedPixelBlock(std::size_t bytes) noexcept;
 void GiveBack(const PixelBlock& block) noexcept;
 
-// The system provides a large block page by page, and fills each of them with zeros first. For a scanned page that
-// takes longer than most effects. So as long as one of these lives, the last large block that a picture gave back is
-// spared for the next picture of about its size. It is freed before another large block is made, so that a change from
-// one page to the next holds two copies of the page as without it; and with the last of these.
-class SparePixelBlock {
-public:
-  // No block of less is spared, because the system has them at hand; none of more, because the host needs its memory
-  // itself. In bytes.
-  static constexpr std::size_t Least = std::size_t{1} << 20U;
-  static constexpr std::size_t Most = std::size_t{1} << (sizeof(void*) > 4 ? 26U : 25U);
-
-  SparePixelBlock() noexcept;
-  SparePixelBlock(const SparePixelBlock&) = delete;
-  SparePixelBlock& operator=(const SparePixelBlock&) = delete;
-  ~SparePixelBlock();
-
-  // The bytes of the spared block; 0 if there is none.
-  static std::size_t Bytes() noexcept;
-};
+// The bytes of the spared block; 0 if there is none.
+std::size_t SparedBytes() noexcept;
+// For work that needs much memory of its own, and no picture of the size of the one before.
+void FreeSparedBlock() noexcept;
 
 }  // namespace kw

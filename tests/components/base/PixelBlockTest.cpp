@@ -18,6 +18,20 @@ namespace {
 
 constexpr std::size_t Large = std::size_t{4} << 20U;
 
+// A block in use.
+class Living {
+public:
+  explicit Living(std::size_t bytes) : block(TakePixelBlock(bytes)) {}
+  Living(const Living&) = delete;
+  Living& operator=(const Living&) = delete;
+  ~Living() { GiveBack(block); }
+  const void* Begin() const { return block.begin; }
+  std::size_t Bytes() const { return block.bytes; }
+
+private:
+  PixelBlock block;
+};
+
 // The address of a block of that size that was taken and given back, all its bytes 0xEE.
 const void* TakeAndGiveBack(std::size_t bytes) {
   const PixelBlock block = TakePixelBlock(bytes);
@@ -27,84 +41,117 @@ const void* TakeAndGiveBack(std::size_t bytes) {
   return block.begin;
 }
 
-TEST(PixelBlock, IsNotSparedIfNobodyKeepsOne) {
+TEST(PixelBlock, IsNotSparedIfNoPictureOfItsSizeLives) {
   TakeAndGiveBack(Large);
-  EXPECT_EQ(0U, SparePixelBlock::Bytes());
+  EXPECT_EQ(0U, SparedBytes());
+  const Living small(PixelBlock::LeastSpared - 1);
+  const Living smaller(Large / 5 * 4 - 4);
+  const Living larger(Large + 1);
+  TakeAndGiveBack(Large);
+  EXPECT_EQ(0U, SparedBytes());
 }
 
 TEST(PixelBlock, IsSparedForTheNextPictureOfItsSize) {
-  const SparePixelBlock keeper;
+  const Living page(Large);
   const void* const first = TakeAndGiveBack(Large);
-  EXPECT_EQ(Large, SparePixelBlock::Bytes());
-  const PixelBlock second = TakePixelBlock(Large);
-  EXPECT_EQ(first, second.begin);
-  EXPECT_EQ(0U, SparePixelBlock::Bytes());
-  GiveBack(second);
+  EXPECT_EQ(Large, SparedBytes());
+  const Living second(Large);
+  EXPECT_EQ(first, second.Begin());
+  EXPECT_EQ(0U, SparedBytes());
 }
 
 TEST(PixelBlock, ServesALittleSmallerPictureAndStaysWhole) {
-  const SparePixelBlock keeper;
+  const Living page(Large);
   const void* const first = TakeAndGiveBack(Large);
-  const PixelBlock second = TakePixelBlock(Large / 5 * 4 + 4);
-  EXPECT_EQ(first, second.begin);
-  EXPECT_EQ(Large, second.bytes);
-  GiveBack(second);
-  EXPECT_EQ(Large, SparePixelBlock::Bytes());
+  {
+    const Living second(Large / 5 * 4 + 4);
+    EXPECT_EQ(first, second.Begin());
+    EXPECT_EQ(Large, second.Bytes());
+  }
+  EXPECT_EQ(Large, SparedBytes());
 }
 
 TEST(PixelBlock, IsFreedBeforeALargeOneThatItDoesNotServe) {
-  const SparePixelBlock keeper;
-  for (const std::size_t bytes : {Large + 1, Large / 5 * 4 - 4, SparePixelBlock::Least, SparePixelBlock::Most + 1}) {
+  const Living page(Large);
+  for (const std::size_t bytes : {Large / 5 * 4 - 4, PixelBlock::LeastSpared, PixelBlock::MostSpared + 1, Large + 1}) {
     TakeAndGiveBack(Large);
-    const PixelBlock other = TakePixelBlock(bytes);
-    ASSERT_NE(nullptr, other.begin);
-    EXPECT_EQ(0U, SparePixelBlock::Bytes()) << bytes;
-    GiveBack(other);
+    ASSERT_EQ(Large, SparedBytes());
+    const Living other(bytes);
+    ASSERT_NE(nullptr, other.Begin());
+    EXPECT_EQ(0U, SparedBytes()) << bytes;
   }
 }
 
 TEST(PixelBlock, IsLeftAloneBySmallPictures) {
-  const SparePixelBlock keeper;
+  const Living page(Large);
   TakeAndGiveBack(Large);
-  TakeAndGiveBack(SparePixelBlock::Least - 1);
-  EXPECT_EQ(Large, SparePixelBlock::Bytes());
+  TakeAndGiveBack(PixelBlock::LeastSpared - 1);
+  EXPECT_EQ(Large, SparedBytes());
 }
 
 TEST(PixelBlock, IsSparedIfItsSizeIsBetweenTheLimits) {
-  const SparePixelBlock keeper;
-  for (const auto& [bytes, spared] : {std::pair{SparePixelBlock::Least - 1, std::size_t{0}},
-                                      {SparePixelBlock::Least, SparePixelBlock::Least},
-                                      {SparePixelBlock::Most, SparePixelBlock::Most},
-                                      {SparePixelBlock::Most + 1, std::size_t{0}}}) {
-    const SparePixelBlock another;
+  for (const auto& [bytes, spared] : {std::pair{PixelBlock::LeastSpared - 1, std::size_t{0}},
+                                      {PixelBlock::LeastSpared, PixelBlock::LeastSpared},
+                                      {PixelBlock::MostSpared, PixelBlock::MostSpared},
+                                      {PixelBlock::MostSpared + 1, std::size_t{0}}}) {
+    const Living page(bytes);
     TakeAndGiveBack(bytes);
-    EXPECT_EQ(spared, SparePixelBlock::Bytes()) << bytes;
-    GiveBack(TakePixelBlock(SparePixelBlock::Most + 1));
+    EXPECT_EQ(spared, SparedBytes()) << bytes;
   }
 }
 
+TEST(PixelBlock, GoesWithTheLastPictureOfItsSize) {
+  auto one = std::make_unique<Living>(Large);
+  auto other = std::make_unique<Living>(Large);
+  TakeAndGiveBack(Large);
+  one.reset();
+  EXPECT_EQ(Large, SparedBytes());
+  other.reset();
+  EXPECT_EQ(0U, SparedBytes());
+}
+
+TEST(PixelBlock, GoesIfAPageOfAnotherSizeTakesThePlace) {
+  auto former = std::make_unique<Living>(Large);
+  TakeAndGiveBack(Large);
+  const Living next(PixelBlock::LeastSpared - 1);
+  former.reset();
+  EXPECT_EQ(0U, SparedBytes());
+}
+
+TEST(PixelBlock, IsFreedAtRequest) {
+  const Living page(Large);
+  TakeAndGiveBack(Large);
+  FreeSparedBlock();
+  EXPECT_EQ(0U, SparedBytes());
+  FreeSparedBlock();
+  TakeAndGiveBack(Large);
+  EXPECT_EQ(Large, SparedBytes());
+}
+
 TEST(PixelBlock, OfTheLastPictureTakesThePlaceOfTheOneBefore) {
-  const SparePixelBlock keeper;
+  const Living page(Large);
+  const Living wide(2 * Large);
   const PixelBlock first = TakePixelBlock(Large);
   const PixelBlock second = TakePixelBlock(2 * Large);
   GiveBack(first);
   GiveBack(second);
-  EXPECT_EQ(2 * Large, SparePixelBlock::Bytes());
+  EXPECT_EQ(2 * Large, SparedBytes());
 }
 
-TEST(PixelBlock, GoesWithTheLastKeeper) {
-  auto one = std::make_unique<SparePixelBlock>();
-  {
-    const SparePixelBlock other;
-    TakeAndGiveBack(Large);
-  }
-  EXPECT_EQ(Large, SparePixelBlock::Bytes());
-  one.reset();
-  EXPECT_EQ(0U, SparePixelBlock::Bytes());
+TEST(PixelBlock, IsSparedNoMoreWhileManyLive) {
+  std::vector<std::unique_ptr<Living>> pages;
+  for (int i = 0; i < 40; ++i) pages.push_back(std::make_unique<Living>(PixelBlock::LeastSpared));
+  TakeAndGiveBack(PixelBlock::LeastSpared);
+  EXPECT_EQ(PixelBlock::LeastSpared, SparedBytes());
+  pages.clear();
+  EXPECT_EQ(0U, SparedBytes());
+  const Living page(Large);
+  TakeAndGiveBack(Large);
+  EXPECT_EQ(Large, SparedBytes());
 }
 
 TEST(PixelBlock, OfZerosIsThatAfterAnEarlierPicture) {
-  const SparePixelBlock keeper;
+  const Living page(Large);
   const void* const first = TakeAndGiveBack(Large);
   const PixelBlock zeroed = TakeZeroedPixelBlock(Large);
   EXPECT_EQ(first, zeroed.begin);
@@ -114,25 +161,25 @@ TEST(PixelBlock, OfZerosIsThatAfterAnEarlierPicture) {
 }
 
 TEST(PixelBlock, IsTakenByOneThreadAtATime) {
-  const SparePixelBlock keeper;
   std::vector<std::thread> threads;
   for (std::uint8_t mark = 1; mark <= 4; ++mark) {
     threads.emplace_back([mark] {
       for (int i = 0; i < 50; ++i) {
-        const PixelBlock block = TakePixelBlock(SparePixelBlock::Least);
+        const PixelBlock block = TakePixelBlock(PixelBlock::LeastSpared);
         auto* const bytes = static_cast<std::uint8_t*>(block.begin);
-        std::fill(bytes, bytes + SparePixelBlock::Least, mark);
-        EXPECT_EQ(SparePixelBlock::Least,
-                  static_cast<std::size_t>(std::count(bytes, bytes + SparePixelBlock::Least, mark)));
+        std::fill(bytes, bytes + PixelBlock::LeastSpared, mark);
+        EXPECT_EQ(PixelBlock::LeastSpared,
+                  static_cast<std::size_t>(std::count(bytes, bytes + PixelBlock::LeastSpared, mark)));
         GiveBack(block);
       }
     });
   }
   for (std::thread& thread : threads) thread.join();
+  EXPECT_EQ(0U, SparedBytes());
 }
 
 TEST(PixelBlock, OfAPictureIsThatOfTheOneBefore) {
-  const SparePixelBlock keeper;
+  const Bitmap shown(2000, 1000, 24);
   const std::uint8_t* first = nullptr;
   {
     Bitmap page(2000, 1000, 24);
@@ -148,7 +195,7 @@ TEST(PixelBlock, OfAPictureIsThatOfTheOneBefore) {
 
 #ifdef KW_FORBIDS_PADDING
 TEST(PixelBlock, ThatIsSparedIsForbidden) {
-  const SparePixelBlock keeper;
+  const Living page(Large);
   const void* const spared = TakeAndGiveBack(Large);
   EXPECT_NE(0, __asan_address_is_poisoned(spared));
   EXPECT_NE(0, __asan_address_is_poisoned(static_cast<const std::uint8_t*>(spared) + Large - 1));
