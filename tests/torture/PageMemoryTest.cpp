@@ -102,16 +102,20 @@ INSTANTIATE_TEST_SUITE_P(All, EffectMemory, testing::Values(1, 8, 24));
 class EditorMemory : public EditorTest, public testing::WithParamInterface<int> {
 protected:
   const Bitmap& Shown() { return Form().TransLayers(1).Picture(); }
+  std::string WriteTwoPages(int bits) const {
+    const std::string path = folder.File("document.tif");
+    for (int page = 0; page < 2; ++page) {
+      PictureDocument maker;
+      maker.Replace(PageOf(bits));
+      maker.Append(path);
+    }
+    return path;
+  }
 };
 
 TEST_P(EditorMemory, OfAPageTurnIsTwoCopies) {
   const int bits = GetParam();
-  const std::string path = folder.File("document.tif");
-  for (int page = 0; page < 2; ++page) {
-    PictureDocument maker;
-    maker.Replace(PageOf(bits));
-    maker.Append(path);
-  }
+  const std::string path = WriteTwoPages(bits);
   desktop.Allow("");
   control->OpenFile(path);
   Form().PageIndex.SetValue(2);
@@ -149,12 +153,7 @@ TEST_P(EditorMemory, OfACommandIsTwoCopiesOfTheLargerPage) {
 
 TEST_P(EditorMemory, OfADocumentAndAllThatIsDoneWithItIsTwoCopies) {
   const int bits = GetParam();
-  const std::string path = folder.File("document.tif");
-  for (int page = 0; page < 2; ++page) {
-    PictureDocument maker;
-    maker.Replace(PageOf(bits));
-    maker.Append(path);
-  }
+  const std::string path = WriteTwoPages(bits);
   desktop.Allow("");
   const std::int64_t copy = SizeOf(PageOf(bits));
   const std::int64_t peak = PeakOf(Bitmap(), [&] {

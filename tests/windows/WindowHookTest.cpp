@@ -8,6 +8,7 @@
 
 #include <memory>
 #include <mutex>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
@@ -35,6 +36,7 @@ struct Counter {
   static LRESULT Receive(void* self, UINT message, WPARAM wParam, LPARAM lParam) {
     auto* const counter = static_cast<Counter*>(self);
     if (message == WM_NULL) ++counter->count;
+    if (message == WM_APP + 1) throw std::runtime_error("of a receiver");
     if (message == WM_APP) {
       counter->hook.Unhook();
       return 7;
@@ -119,6 +121,7 @@ TEST(WindowHook, IsForOneWindowEach) {
 
 TEST(WindowHook, OfManyWindowsFindsEach) {
   std::vector<std::unique_ptr<Counter>> counters;
+  counters.reserve(600);
   for (int i = 0; i < 600; ++i) counters.push_back(std::make_unique<Counter>(MakeEdit()));
   for (const auto& counter : counters) SendMessageW(counter->window, WM_NULL, 0, 0);
   for (std::size_t i = 0; i < counters.size(); i += 2) counters[i]->hook.Unhook();
@@ -136,6 +139,15 @@ TEST(WindowHook, MayGoDuringAMessage) {
   SendMessageW(window, WM_NULL, 0, 0);
   EXPECT_EQ(0, counter.count);
   EXPECT_EQ(L"text", TextIn(window));
+  DestroyWindow(window);
+}
+
+TEST(WindowHook, LetsNoErrorOutToTheSystem) {
+  const HWND window = MakeEdit();
+  Counter counter(window);
+  EXPECT_EQ(0, SendMessageW(window, WM_APP + 1, 0, 0));
+  SendMessageW(window, WM_NULL, 0, 0);
+  EXPECT_EQ(1, counter.count);
   DestroyWindow(window);
 }
 
@@ -184,6 +196,7 @@ TEST(WindowHook, WorksInFrontOfASubclassOfTheCommonControlsLibrary) {
 
 TEST(WindowHook, OfOtherThreadsDoNotMeet) {
   std::vector<std::thread> threads;
+  threads.reserve(4);
   std::mutex oneAtATime;  // the display driver of Wine fails if threads make their first windows at once
   for (int i = 0; i < 4; ++i) {
     threads.emplace_back([&oneAtATime] {

@@ -19,8 +19,10 @@ std::atomic<std::uint64_t> leastWork{UsualLeastWork};
 std::atomic<unsigned> mostThreads{0};
 
 unsigned Threads() {
+  // The system is asked once: where another process answers, it does so only when a processor is free for it.
+  static const unsigned processors = std::max(1U, std::thread::hardware_concurrency());
   const unsigned most = mostThreads;
-  return most != 0 ? most : std::max(1U, std::thread::hardware_concurrency());
+  return most != 0 ? most : processors;
 }
 
 }  // namespace

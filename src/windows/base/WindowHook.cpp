@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <utility>
 
+#include "windows/base/Guard.h"
+
 namespace kw::windows {
 namespace {
 
@@ -52,7 +54,7 @@ LRESULT WindowHook::Default(UINT message, WPARAM wParam, LPARAM lParam) const {
   return CallWindowProcW(before, last, message, wParam, lParam);
 }
 
-LRESULT CALLBACK WindowHook::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+LRESULT WindowHook::HandOn(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
   Receiver receiver = nullptr;
   void* self = nullptr;
   AcquireSRWLockShared(&hooksLock);
@@ -67,6 +69,10 @@ LRESULT CALLBACK WindowHook::Procedure(HWND window, UINT message, WPARAM wParam,
   // Somebody in front of a hook that is gone still calls it.
   const auto own = reinterpret_cast<WNDPROC>(GetClassLongPtrW(window, GCLP_WNDPROC));
   return CallWindowProcW(own, window, message, wParam, lParam);
+}
+
+LRESULT CALLBACK WindowHook::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+  return GuardOr(LRESULT{0}, [&] { return HandOn(window, message, wParam, lParam); });
 }
 
 }  // namespace kw::windows

@@ -11,7 +11,7 @@ namespace kw::windows {
 // One hook for a window; called on the window's thread only. Needs no memory of its own, so hooking cannot fail.
 class WindowHook {
 public:
-  // Gets every message of the window; Default() is what the window makes of it.
+  // Gets every message of the window; Default() is what the window makes of it. What it throws counts as the answer 0.
   using Receiver = LRESULT (*)(void* self, UINT message, WPARAM wParam, LPARAM lParam);
 
   WindowHook() = default;
@@ -28,6 +28,7 @@ public:
 
 private:
   static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+  static LRESULT HandOn(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
   static WindowHook*& ListOf(HWND window);
 
   HWND hooked = nullptr;

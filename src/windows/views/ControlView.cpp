@@ -296,8 +296,7 @@ void ControlView::CloseDropDown() const {
 }
 
 LRESULT ControlView::ReceiveHooked(void* self, UINT message, WPARAM wParam, LPARAM lParam) {
-  auto* const view = static_cast<ControlView*>(self);
-  return GuardOr(LRESULT{0}, [&] { return view->Receive(message, wParam, lParam); });
+  return static_cast<ControlView*>(self)->Receive(message, wParam, lParam);
 }
 
 // A tip that cannot be made must not cost the message.

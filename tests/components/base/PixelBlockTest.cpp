@@ -140,6 +140,7 @@ TEST(PixelBlock, OfTheLastPictureTakesThePlaceOfTheOneBefore) {
 
 TEST(PixelBlock, IsSparedNoMoreWhileManyLive) {
   std::vector<std::unique_ptr<Living>> pages;
+  pages.reserve(40);
   for (int i = 0; i < 40; ++i) pages.push_back(std::make_unique<Living>(PixelBlock::LeastSpared));
   TakeAndGiveBack(PixelBlock::LeastSpared);
   EXPECT_EQ(PixelBlock::LeastSpared, SparedBytes());

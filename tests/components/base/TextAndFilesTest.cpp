@@ -134,7 +134,7 @@ TEST(Files, LookUpFindsFilesOnly) {
 TEST(Files, AFileIsOfTheSameKindWhetherItIsOpenedOrNot) {
   const test::TemporaryFolder folder;
   AppendToFile(folder.File("plain.txt"), "text");
-  const std::filesystem::path native = folder.Native();
+  const std::filesystem::path& native = folder.Native();
   std::vector<std::filesystem::path> paths{
       native,           native / "plain.txt", native / "missing.txt",     native / "missing" / "plain.txt",
       native / "CON",   native / "NUL.tif",   native / "plain.txt" / "x", std::filesystem::path(),
