@@ -103,7 +103,7 @@ class EditorMemory : public EditorTest, public testing::WithParamInterface<int> 
 protected:
   const Bitmap& Shown() { return Form().TransLayers(1).Picture(); }
   std::string WriteTwoPages(int bits) const {
-    const std::string path = folder.File("document.tif");
+    std::string path = folder.File("document.tif");
     for (int page = 0; page < 2; ++page) {
       PictureDocument maker;
       maker.Replace(PageOf(bits));
