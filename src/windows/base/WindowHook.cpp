@@ -10,8 +10,8 @@
 namespace kw::windows {
 namespace {
 
-// The hooks of all threads, by their windows: lists of a hash table. A host may use every other place that a window has
-// for its owner.
+// The hooks of all threads, by their windows: lists of a hash table. The fields of a window are no place for them,
+// because a host may write into those.
 constexpr std::size_t Lists = 256;
 std::array<WindowHook*, Lists> hooks{};
 SRWLOCK hooksLock = SRWLOCK_INIT;
@@ -19,15 +19,16 @@ SRWLOCK hooksLock = SRWLOCK_INIT;
 }  // namespace
 
 // The list that the window's hook is in.
-WindowHook*& WindowHook::ListOf(HWND window) {
+WindowHook*& WindowHook::ListOf(HWND listed) {
   // The low half of a handle counts up by twos.
-  return hooks[reinterpret_cast<std::uintptr_t>(window) / 2 % Lists];
+  return hooks[reinterpret_cast<std::uintptr_t>(listed) / 2 % Lists];
 }
 
-void WindowHook::Hook(HWND window, Receiver receiver, void* self) noexcept {
+void WindowHook::Hook(HWND hooked, Receiver receiver, void* self) noexcept {
   Unhook();
-  if (window == nullptr) return;
-  hooked = last = window;
+  if (hooked == nullptr) return;
+  isHooked = true;
+  window = hooked;
   receive = receiver;
   owner = self;
   before = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(window, GWLP_WNDPROC));
@@ -38,28 +39,28 @@ void WindowHook::Hook(HWND window, Receiver receiver, void* self) noexcept {
 }
 
 void WindowHook::Unhook() noexcept {
-  if (hooked == nullptr) return;
-  if (GetWindowLongPtrW(hooked, GWLP_WNDPROC) == reinterpret_cast<LONG_PTR>(&Procedure)) {
-    SetWindowLongPtrW(hooked, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(before));
+  if (!isHooked) return;
+  if (GetWindowLongPtrW(window, GWLP_WNDPROC) == reinterpret_cast<LONG_PTR>(&Procedure)) {
+    SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(before));
   }
   AcquireSRWLockExclusive(&hooksLock);
-  WindowHook** link = &ListOf(hooked);
+  WindowHook** link = &ListOf(window);
   while (*link != this) link = &(*link)->next;
   *link = std::exchange(next, nullptr);
   ReleaseSRWLockExclusive(&hooksLock);
-  hooked = nullptr;
+  isHooked = false;
 }
 
 LRESULT WindowHook::Default(UINT message, WPARAM wParam, LPARAM lParam) const {
-  return CallWindowProcW(before, last, message, wParam, lParam);
+  return CallWindowProcW(before, window, message, wParam, lParam);
 }
 
-LRESULT WindowHook::HandOn(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+LRESULT WindowHook::HandOn(HWND receiving, UINT message, WPARAM wParam, LPARAM lParam) {
   Receiver receiver = nullptr;
   void* self = nullptr;
   AcquireSRWLockShared(&hooksLock);
-  const WindowHook* hook = ListOf(window);
-  while (hook != nullptr && hook->hooked != window) hook = hook->next;
+  const WindowHook* hook = ListOf(receiving);
+  while (hook != nullptr && hook->window != receiving) hook = hook->next;
   if (hook != nullptr) {
     receiver = hook->receive;
     self = hook->owner;
@@ -67,12 +68,12 @@ LRESULT WindowHook::HandOn(HWND window, UINT message, WPARAM wParam, LPARAM lPar
   ReleaseSRWLockShared(&hooksLock);
   if (receiver != nullptr) return receiver(self, message, wParam, lParam);
   // Somebody in front of a hook that is gone still calls it.
-  const auto own = reinterpret_cast<WNDPROC>(GetClassLongPtrW(window, GCLP_WNDPROC));
-  return CallWindowProcW(own, window, message, wParam, lParam);
+  const auto own = reinterpret_cast<WNDPROC>(GetClassLongPtrW(receiving, GCLP_WNDPROC));
+  return CallWindowProcW(own, receiving, message, wParam, lParam);
 }
 
-LRESULT CALLBACK WindowHook::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-  return GuardOr(LRESULT{0}, [&] { return HandOn(window, message, wParam, lParam); });
+LRESULT CALLBACK WindowHook::Procedure(HWND receiving, UINT message, WPARAM wParam, LPARAM lParam) {
+  return GuardOr(LRESULT{0}, [&] { return HandOn(receiving, message, wParam, lParam); });
 }
 
 }  // namespace kw::windows

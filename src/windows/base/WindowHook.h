@@ -5,8 +5,9 @@
 namespace kw::windows {
 
 // A procedure in front of a window's own. The subclasses of the common controls library would do, but they keep their
-// list as a property of the window: they ask for it several times for each message, and on a system that keeps
-// properties in another process each time waits for that.
+// list as a property of the window and ask for it several times for each message; if the system keeps properties in
+// another process, as Wine does, each time waits for that process. So they serve windows that get few messages, or that
+// need several procedures.
 //
 // One hook for a window; called on the window's thread only. Needs no memory of its own, so hooking cannot fail.
 class WindowHook {
@@ -20,19 +21,19 @@ public:
   ~WindowHook() { Unhook(); }
 
   // A null window is left alone.
-  void Hook(HWND window, Receiver receiver, void* self) noexcept;
+  void Hook(HWND hooked, Receiver receiver, void* self) noexcept;
   // From now on the receiver is not called, also if others have put procedures of their own in front meanwhile. Has to
   // come before the window is gone. May come while a message is under way; Default() still works then.
   void Unhook() noexcept;
   LRESULT Default(UINT message, WPARAM wParam, LPARAM lParam) const;
 
 private:
-  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-  static LRESULT HandOn(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-  static WindowHook*& ListOf(HWND window);
+  static LRESULT CALLBACK Procedure(HWND receiving, UINT message, WPARAM wParam, LPARAM lParam);
+  static LRESULT HandOn(HWND receiving, UINT message, WPARAM wParam, LPARAM lParam);
+  static WindowHook*& ListOf(HWND listed);
 
-  HWND hooked = nullptr;
-  HWND last = nullptr;
+  bool isHooked = false;
+  HWND window = nullptr;
   WNDPROC before = nullptr;
   Receiver receive = nullptr;
   void* owner = nullptr;
