@@ -14,8 +14,8 @@ namespace kw {
 // 1024 x 768 pixels in which a canvas is painted as a window does it.
 class BenchView {
 public:
-  // Paints the parts in which the items, back to front, differ from those of the last call. They are exchanged with
-  // them.
+  // Paints the parts in which the items, back to front, differ from those of the last call, and
+  // returns those in `items`.
   void Show(std::vector<DisplayItem>& items, Colour background) {
     compositor.SetBackground(background);
     for (const PixelRect& part : compositor.Exchange(items)) Paint(part);

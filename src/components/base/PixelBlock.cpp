@@ -33,7 +33,7 @@ bool IsWanted(const PixelBlock& block) {
          std::ranges::any_of(living, [&](std::size_t bytes) { return bytes != 0 && Serves(block, bytes); });
 }
 
-// One of the sizes is another from now on.
+// Notes a block that was taken, if `former` is 0, or given back, if `bytes` is 0.
 void Note(std::size_t former, std::size_t bytes) {
   if (auto* const place = std::ranges::find(living, former); place != living.end()) *place = bytes;
 }

@@ -8,8 +8,8 @@ namespace kw {
 //
 // The system provides a large block page by page, and fills each of them with zeros first. For a scanned page that
 // takes longer than most effects. So the last large block that was given back is spared for the next picture, as long
-// as a picture of its size, or a little smaller, lives that it may take the place of. It is freed before another large
-// block is made, so a change from one page to the next holds two copies of the page, as it would without.
+// as a picture lives that is of its size or a little smaller. It is freed before another large block is made, so a
+// change from one page to the next holds no more than two copies of the page.
 struct PixelBlock {
   // Smaller ones are not spared, because the system has them at hand; larger ones are not, because the host needs its
   // memory itself. In bytes.

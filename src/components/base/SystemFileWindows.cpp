@@ -212,7 +212,7 @@ SystemCode FileSystem::LookAt(const Path& path, FileKind& kind) const {
   if (NamesDevice(path)) return 0;
   const DWORD attributes = GetFileAttributesW(path.c_str());
   if (attributes == INVALID_FILE_ATTRIBUTES) return LastCode();
-  // What lies behind a link only opening it tells.
+  // Only opening a link tells what lies behind it.
   if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
     FileFacts facts;
     const SystemCode code = FileSystem::LookAt(path, facts);

@@ -19,7 +19,7 @@ std::atomic<std::uint64_t> leastWork{UsualLeastWork};
 std::atomic<unsigned> mostThreads{0};
 
 unsigned Threads() {
-  // The system is asked once: where another process answers, it does so only when a processor is free for it.
+  // The system is asked once. Under Wine another process answers, and it waits if all processors are busy.
   static const unsigned processors = std::max(1U, std::thread::hardware_concurrency());
   const unsigned most = mostThreads;
   return most != 0 ? most : processors;

@@ -138,7 +138,7 @@ TEST(PixelBlock, OfTheLastPictureTakesThePlaceOfTheOneBefore) {
   EXPECT_EQ(2 * Large, SparedBytes());
 }
 
-TEST(PixelBlock, IsSparedNoMoreWhileManyLive) {
+TEST(PixelBlock, IsSparedAlsoIfMoreLiveThanAreNoted) {
   std::vector<std::unique_ptr<Living>> pages;
   pages.reserve(40);
   for (int i = 0; i < 40; ++i) pages.push_back(std::make_unique<Living>(PixelBlock::LeastSpared));
