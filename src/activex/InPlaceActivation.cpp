@@ -55,11 +55,12 @@ HRESULT InPlaceActivation::Activate(IOleClientSite* site) {
   if (asked->CanInPlaceActivate() != S_OK) return E_FAIL;
   HRESULT result = asked->OnInPlaceActivate();
   if (FAILED(result)) return result;
+  if (IsActive()) return S_OK;  // the container activated it meanwhile
   inPlaceSite = asked;
   state = State::Active;
   result = AtComBoundary(core.Life(), [this] { return MakeContent(); });
   if (FAILED(result)) {
-    Deactivate();
+    if (IsActiveAt(asked)) Deactivate();
     return result;
   }
   client->ShowObject();
@@ -79,8 +80,9 @@ HRESULT InPlaceActivation::MakeContent() {
   ComPtr<IOleInPlaceUIWindow> givenDocument;
   result = asked->GetWindowContext(&givenFrame, &givenDocument, &position, &clip, &frameInfo);
   if (FAILED(result)) return result;
-  // The container may have deactivated the control meanwhile.
-  if (!IsActive() || IsWindow(parent) == FALSE) return E_FAIL;
+  // The container may have deactivated the control meanwhile, and activated it again, here or elsewhere.
+  if (!IsActiveAt(asked) || IsWindow(parent) == FALSE) return E_FAIL;
+  if (content != nullptr) return S_OK;
   frame = givenFrame;
   document = givenDocument;
   core.SetWindowSize(SizeOf(position), windows::ScaleOf(parent));
@@ -109,7 +111,9 @@ HRESULT InPlaceActivation::ActivateUi(IOleClientSite* site, const MSG* message) 
   if (asked == nullptr) return E_FAIL;
   const HRESULT allowed = asked->OnUIActivate();
   if (FAILED(allowed)) return allowed;
-  if (!IsActive()) return E_FAIL;  // the container deactivated the control meanwhile
+  // The container may have deactivated the control meanwhile, moved it, or made it its active object by another call.
+  if (!IsActiveAt(asked)) return E_FAIL;
+  if (IsUiActive()) return S_OK;
   state = State::UiActive;
   ComPtr<IOleInPlaceActiveObject> active;
   core.Life().Unknown().QueryInterface(IID_PPV_ARGS(&active));

@@ -63,6 +63,9 @@ public:
 private:
   enum class State : unsigned char { Inactive, Active, UiActive };
 
+  bool IsActiveAt(const Microsoft::WRL::ComPtr<IOleInPlaceSite>& site) const {
+    return IsActive() && inPlaceSite.Get() == site.Get();
+  }
   static LRESULT ReceiveOfContent(void* self, UINT message, WPARAM wParam, LPARAM lParam);
   HRESULT MakeContent();
   void CloseContent();

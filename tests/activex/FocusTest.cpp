@@ -150,7 +150,6 @@ TEST_F(Focus, MayCostTheControlItsWindow) {
 
 TEST_F(Focus, MayCostTheControlItsLife) {
   container.onUiActivate = [&] {
-    container.onUiActivate = {};
     container.LetGo();
     control.Reset();
     return E_FAIL;

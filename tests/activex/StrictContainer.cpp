@@ -106,6 +106,7 @@ STDMETHODIMP StrictContainer::OnInPlaceActivate() {
   calls.emplace_back("OnInPlaceActivate");
   EXPECT_EQ(state, State::Loaded);
   EXPECT_FALSE(refusesActivation);
+  if (onInPlaceActivate) onInPlaceActivate();
   state = State::Active;
   return S_OK;
 }
@@ -125,6 +126,7 @@ STDMETHODIMP StrictContainer::GetWindowContext(IOleInPlaceFrame** frame, IOleInP
   calls.emplace_back("GetWindowContext");
   EXPECT_EQ(state, State::Active);
   EXPECT_EQ(info->cb, sizeof(OLEINPLACEFRAMEINFO));
+  if (onWindowContext) onWindowContext();
   *frame = this;
   AddRef();
   *document = nullptr;

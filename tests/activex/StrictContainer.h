@@ -35,6 +35,9 @@ public:
   std::optional<LONG> locale;    // unknown to it if empty
   // Called when the control wants to be its active object; it may refuse.
   std::function<HRESULT()> onUiActivate;
+  // Called when the control tells that it is about to be active in place, or asks where its window is to be.
+  std::function<void()> onInPlaceActivate;
+  std::function<void()> onWindowContext;
   // Called when it is asked for UserMode, before it answers.
   std::function<void()> onUserMode;
   RECT place = {10, 20, 410, 320};

@@ -1,0 +1,158 @@
+// What a container does to the control while the control is on its way to be active: it takes the control away, gives
+// it another window or another container.
+
+#include <windows.h>
+
+#include <ole2.h>
+
+#include <algorithm>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tests/activex/Fixture.h"
+#include "tests/activex/StrictContainer.h"
+
+namespace kw::test {
+namespace {
+
+using Calls = std::vector<std::string>;
+
+class NestedActivation : public ControlTest {
+protected:
+  void SetUp() override {
+    ControlTest::SetUp();
+    container.Take(control.Get());
+  }
+  // That function, doing `work` when it is called for the first time.
+  std::function<void()> Once(std::function<void()> work) {
+    return [this, work = std::move(work)] {
+      if (std::exchange(isTold, true)) return;
+      work();
+    };
+  }
+  void Reactivate(LONG verb) {
+    EXPECT_EQ(container.As<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK);
+    EXPECT_EQ(container.DoVerb(verb), S_OK);
+  }
+  void MoveTo(StrictContainer& other) {
+    const auto object = container.As<IOleObject>();
+    EXPECT_EQ(object->SetClientSite(static_cast<IOleClientSite*>(&other)), S_OK);
+    EXPECT_EQ(object->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, nullptr, 0, nullptr, nullptr), S_OK);
+  }
+  HWND ShowInPlace() {
+    EXPECT_EQ(container.DoVerb(OLEIVERB_INPLACEACTIVATE), S_OK);
+    return container.ControlWindow();
+  }
+  void Click(HWND editor) const {
+    SendMessageW(editor, WM_MOUSEACTIVATE, reinterpret_cast<WPARAM>(container.Window()),
+                 MAKELPARAM(HTCLIENT, WM_LBUTTONDOWN));
+  }
+  static int ChildrenOf(HWND parent) {
+    int count = 0;
+    for (HWND child = GetWindow(parent, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) ++count;
+    return count;
+  }
+  long long CountOf(const char* call) const { return std::ranges::count(container.calls, call); }
+  void ExpectOneWindow() {
+    PumpMessages(20);
+    EXPECT_EQ(ChildrenOf(container.Window()), 1) << testing::PrintToString(container.calls);
+    EXPECT_EQ(GetParent(container.ControlWindow()), container.Window());
+    EXPECT_EQ(IsWindowVisible(container.ControlWindow()), TRUE);
+  }
+  void ExpectActiveInAnotherWindowThan(HWND editor) {
+    EXPECT_TRUE(isTold);
+    EXPECT_EQ(IsWindow(editor), FALSE);
+    EXPECT_NE(container.ActiveObject(), nullptr);
+    EXPECT_EQ(CountOf("SetActiveObject"), 1) << testing::PrintToString(container.calls);
+    ExpectOneWindow();
+    container.LetGo();
+  }
+  void ExpectInPlaceIn(StrictContainer& other) {
+    PumpMessages(20);
+    EXPECT_EQ(ChildrenOf(container.Window()), 0);
+    EXPECT_EQ(GetParent(container.ControlWindow()), other.Window());
+    EXPECT_EQ(other.ActiveObject(), nullptr) << "which was not asked";
+    EXPECT_EQ(other.calls, (Calls{"CanInPlaceActivate", "OnInPlaceActivate", "GetWindowContext", "ShowObject"}));
+    container.LetGo();
+    EXPECT_EQ(other.References(), 1U);
+  }
+
+  StrictContainer container;
+  bool isTold = false;
+};
+
+TEST_F(NestedActivation, AnotherWindowAtAClick) {
+  const HWND editor = ShowInPlace();
+  container.onUiActivate = [work = Once([this] { Reactivate(OLEIVERB_INPLACEACTIVATE); })] {
+    work();
+    return S_OK;
+  };
+  Click(editor);
+  ExpectActiveInAnotherWindowThan(editor);
+}
+
+TEST_F(NestedActivation, AnotherWindowWhenTheFocusComes) {
+  const HWND editor = ShowInPlace();
+  container.onUiActivate = [work = Once([this] { Reactivate(OLEIVERB_INPLACEACTIVATE); })] {
+    work();
+    return S_OK;
+  };
+  SetFocus(editor);
+  ExpectActiveInAnotherWindowThan(editor);
+}
+
+TEST_F(NestedActivation, ActiveInAnotherWindowAtAClick) {
+  const HWND editor = ShowInPlace();
+  container.onUiActivate = [work = Once([this] { Reactivate(OLEIVERB_UIACTIVATE); })] {
+    work();
+    return S_OK;
+  };
+  Click(editor);
+  ExpectActiveInAnotherWindowThan(editor);
+}
+
+TEST_F(NestedActivation, AnotherContainerAtAClick) {
+  const HWND editor = ShowInPlace();
+  StrictContainer other;
+  container.onUiActivate = [work = Once([&] { MoveTo(other); })] {
+    work();
+    return S_OK;
+  };
+  Click(editor);
+  EXPECT_EQ(IsWindow(editor), FALSE);
+  ExpectInPlaceIn(other);
+}
+
+TEST_F(NestedActivation, ActivatedWhileItIsBeingActivated) {
+  container.onInPlaceActivate = Once([this] { EXPECT_EQ(container.DoVerb(OLEIVERB_INPLACEACTIVATE), S_OK); });
+  EXPECT_EQ(container.DoVerb(OLEIVERB_INPLACEACTIVATE), S_OK);
+  EXPECT_EQ(CountOf("GetWindowContext"), 1);
+  ExpectOneWindow();
+  container.LetGo();
+}
+
+TEST_F(NestedActivation, AnotherWindowWhileTheFirstIsBeingMade) {
+  container.onWindowContext = Once([this] { Reactivate(OLEIVERB_INPLACEACTIVATE); });
+  EXPECT_EQ(container.DoVerb(OLEIVERB_INPLACEACTIVATE), S_OK);
+  ExpectOneWindow();
+  container.LetGo();
+}
+
+TEST_F(NestedActivation, TakenAwayWhileItsWindowIsBeingMade) {
+  container.onWindowContext = Once([this] { EXPECT_EQ(container.As<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK); });
+  EXPECT_HRESULT_FAILED(container.DoVerb(OLEIVERB_INPLACEACTIVATE));
+  EXPECT_EQ(ChildrenOf(container.Window()), 0);
+  container.LetGo();
+}
+
+TEST_F(NestedActivation, AnotherContainerWhileItsWindowIsBeingMade) {
+  StrictContainer other;
+  container.onWindowContext = Once([&] { MoveTo(other); });
+  EXPECT_HRESULT_FAILED(container.DoVerb(OLEIVERB_INPLACEACTIVATE));
+  ExpectInPlaceIn(other);
+}
+
+}  // namespace
+}  // namespace kw::test
