@@ -40,12 +40,6 @@ void Copy(benchmark::State& state, const Bitmap& page) {
   }
 }
 
-std::vector<double> Usual(const Effect& effect) {
-  std::vector<double> values;
-  for (const Parameter& parameter : effect.parameters) values.push_back(parameter.standard);
-  return values;
-}
-
 void RunEffect(benchmark::State& state, const Effect& effect, const std::vector<double>& values, const Bitmap& page) {
   SetMostThreads(static_cast<unsigned>(state.range(0)));
   Bitmap own = page;
@@ -80,7 +74,7 @@ void AddEffects() {
     })->Unit(benchmark::kMillisecond);
     for (const Effect& effect : Effects()) {
       if (effect.procedure == nullptr) continue;
-      auto* const added = AddEffect(std::string(effect.command), effect, Usual(effect), bits);
+      auto* const added = AddEffect(std::string(effect.command), effect, StandardValues(effect), bits);
       // The other depths are cut into bands as this one is.
       for (unsigned threads = 2; bits == 24 && threads <= std::min(16U, std::thread::hardware_concurrency());
            threads *= 2) {
@@ -109,7 +103,7 @@ void AddSamples() {
       if (effect.procedure == nullptr) continue;
       benchmark::RegisterBenchmark(
           (name + std::string(effect.command)).c_str(),
-          [&effect, page](benchmark::State& state) { RunEffect(state, effect, Usual(effect), *page); })
+          [&effect, page](benchmark::State& state) { RunEffect(state, effect, StandardValues(effect), *page); })
           ->Arg(1)
           ->Unit(benchmark::kMillisecond)
           ->UseRealTime();

@@ -41,8 +41,7 @@ struct PageParts {
   // What a wait may take at most.
   double Limit(double engine) const { return engine + scratch + copies + painting; }
   double EngineTime(const Effect& effect) const {
-    std::vector<double> values;
-    for (const Parameter& parameter : effect.parameters) values.push_back(parameter.standard);
+    const std::vector<double> values = StandardValues(effect);
     PictureDocument engine;
     return TimesOf(
                3, [&] { engine.Apply(effect, values); },
