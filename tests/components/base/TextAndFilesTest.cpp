@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <atomic>
 #include <filesystem>
 #include <map>
 #include <sstream>
@@ -102,8 +103,8 @@ TEST(Files, FoldersAreMadeAlsoWhereThePathIsLong) {
 TEST(Files, LockIsTakenInTurn) {
   const test::TemporaryFolder folder;
   const auto path = folder.Native() / "list.lock";
-  int inside = 0;
-  int most = 0;
+  std::atomic<int> inside = 0;
+  std::atomic<int> most = 0;
   std::vector<std::thread> users;
   users.reserve(3);
   for (int user = 0; user < 3; ++user) {
@@ -111,7 +112,7 @@ TEST(Files, LockIsTakenInTurn) {
       for (int i = 0; i < 30; ++i) {
         const FileLock lock(path);
         EXPECT_TRUE(lock.IsHeld());
-        most = std::max(most, ++inside);
+        most = std::max(most.load(), ++inside);
         std::this_thread::yield();
         --inside;
       }
