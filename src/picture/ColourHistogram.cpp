@@ -35,6 +35,10 @@ std::size_t ColourHistogram::BinOf(Rgb colour) {
   return BinOf(static_cast<std::uint16_t>(rgb555));
 }
 
+void ColourHistogram::FindBins(const std::uint8_t* row, std::uint16_t* bins, std::size_t pixels) {
+  kernels::FindBins(row, bins, pixels);
+}
+
 void ColourHistogram::Add(Rgb colour, std::uint64_t times) {
   Bin& bin = bins[BinOf(colour)];
   bin.count += times;

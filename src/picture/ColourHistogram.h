@@ -59,6 +59,8 @@ public:
   ColourHistogram() : bins(Count) {}
 
   static std::size_t BinOf(Rgb colour);
+  // The bin of each pixel of a row of 24 bits per pixel.
+  static void FindBins(const std::uint8_t* row, std::uint16_t* bins, std::size_t pixels);
   // As above, for a colour of 5 bits a channel, red in the high bits.
   static constexpr std::size_t BinOf(std::uint16_t rgb555) {
     const unsigned bits = rgb555;

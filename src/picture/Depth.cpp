@@ -19,7 +19,12 @@
 namespace kw {
 namespace {
 
+// Its pixels are uninitialised.
 Bitmap Like(const Bitmap& picture, int bitsPerPixel) {
+  return Like(picture, picture.Width(), picture.Height(), bitsPerPixel);
+}
+
+Bitmap ZeroedLike(const Bitmap& picture, int bitsPerPixel) {
   Bitmap result(picture.Width(), picture.Height(), bitsPerPixel);
   result.SetResolution(picture.HorizontalResolution(), picture.VerticalResolution());
   return result;
@@ -149,7 +154,7 @@ Bitmap ToBlackAndWhite(const Bitmap& picture) {
 Bitmap WithOwnIndices(const Bitmap& picture, const FirstLevels& indices) {
   std::array<Rgb, 256> colours{};
   std::ranges::copy(picture.Palette(), colours.begin());
-  Bitmap result = Like(picture, 1);
+  Bitmap result = ZeroedLike(picture, 1);
   const Rgb first = colours[indices.first];
   const Rgb second = colours[indices.second];
   if (first == second) {
@@ -251,13 +256,13 @@ bool CountRows(const Bitmap& picture, MedianCutQuantizer& quantizer) {
 void IndexRows(const Bitmap& picture, const MedianCutQuantizer& quantizer, Bitmap& result) {
   const auto width = static_cast<std::size_t>(picture.Width());
   const auto bands = CutIntoRowBands(picture.Height(), BytesOf(picture));
-  std::vector<ColourHistogram::BinnedRow> rows(bands.size(), ColourHistogram::BinnedRow(width));
+  std::vector<std::vector<std::uint16_t>> bins(bands.size(), std::vector<std::uint16_t>(width));
   const Pixels to(result);
   ParallelFor(bands.size(), [&](std::size_t i) {
     for (std::int32_t y = bands[i].begin; y < bands[i].end; ++y) {
       if (y + 1 < bands[i].end) PrefetchRow(picture.Row(y + 1).data(), 3 * width);
-      rows[i].Split(picture.Row(y).data(), width);
-      quantizer.IndexRow(rows[i], to.Row(y), width);
+      ColourHistogram::FindBins(picture.Row(y).data(), bins[i].data(), width);
+      quantizer.IndexRow(bins[i].data(), to.Row(y), width);
     }
   });
 }
@@ -311,12 +316,14 @@ Bitmap ToPalette(const Bitmap& picture, int bitsPerPixel) {
   const bool areAllCounted = !isPlain || quantizer.IsExact() || CountRows(picture, quantizer);
   quantizer.Quantize();
   if (!areAllCounted) quantizer.FillUncounted();
-  Bitmap result = Like(picture, bitsPerPixel);
-  result.SetPalette(quantizer.Palette());
   if (isPlain && bitsPerPixel == 8 && !quantizer.IsExact()) {
+    Bitmap result = Like(picture, bitsPerPixel);
+    result.SetPalette(quantizer.Palette());
     IndexRows(picture, quantizer, result);
     return result;
   }
+  Bitmap result = ZeroedLike(picture, bitsPerPixel);
+  result.SetPalette(quantizer.Palette());
   ForRows(picture, [&](std::int32_t y) {
     const auto to = result.MutableRow(y);
     Rgb last{};

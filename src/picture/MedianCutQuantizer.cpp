@@ -132,52 +132,65 @@ void MedianCutQuantizer::Cut() {
 }
 
 // The distance of bins is the sum of those along the channels, so that it can be found along one channel after the
-// other.
+// other. It is quick along a channel whose neighbours lie far apart, because many lines are gone through at once.
 void MedianCutQuantizer::FillUncounted() {
   constexpr std::size_t count = ColourHistogram::Count;
   constexpr std::size_t side = std::size_t{1} << BinBits;
-  constexpr std::uint8_t far = 3 * side;
+  constexpr std::size_t plane = side * side;
+  constexpr int far = 3 * side;
+  constexpr int unit = 256;
   const auto binAt = [](std::size_t rgb555) { return ColourHistogram::BinOf(static_cast<std::uint16_t>(rgb555)); };
-  std::vector<std::uint8_t> entries(count);
-  std::vector<std::uint8_t> distances(count);
+  // The distance of the nearest bin in units, and its entry.
+  std::vector<std::int16_t> nearest(count);
   for (std::size_t i = 0; i < count; ++i) {
-    entries[i] = indexOfBin[binAt(i)];
-    distances[i] = histogram[binAt(i)].count == 0 ? far : 0;
+    const std::size_t bin = binAt(i);
+    nearest[i] = static_cast<std::int16_t>(histogram[bin].count == 0 ? far * unit : indexOfBin[bin]);
   }
   const auto take = [&](std::size_t to, std::size_t from, std::size_t length) {
     for (std::size_t i = 0; i < length; ++i) {
-      const auto distance = static_cast<std::uint8_t>(distances[from + i] + 1);
-      const bool isNearer = distance < distances[to + i];
-      distances[to + i] = isNearer ? distance : distances[to + i];
-      entries[to + i] = isNearer ? entries[from + i] : entries[to + i];
+      const auto own = nearest[to + i];
+      const auto other = static_cast<std::int16_t>(nearest[from + i] + unit);
+      nearest[to + i] = other < static_cast<std::int16_t>(own & ~(unit - 1)) ? other : own;
     }
   };
-  for (std::size_t step = side * side; step != 0; step /= side) {
+  const auto takeFromNeighbours = [&](std::size_t step) {
     for (std::size_t first = 0; first < count; first += step * side) {
       for (std::size_t i = 1; i < side; ++i) take(first + i * step, first + (i - 1) * step, step);
       for (std::size_t i = side - 1; i-- > 0;) take(first + i * step, first + (i + 1) * step, step);
     }
+  };
+  takeFromNeighbours(plane);
+  takeFromNeighbours(side);
+  // Those along blue lie side by side: they are moved apart.
+  std::vector<std::int16_t> byBlue(count);
+  for (std::size_t blue = 0; blue < side; ++blue) {
+    for (std::size_t i = 0; i < plane; ++i) byBlue[blue * plane + i] = nearest[i * side + blue];
   }
-  for (std::size_t i = 0; i < count; ++i) indexOfBin[binAt(i)] = entries[i];
+  nearest.swap(byBlue);
+  takeFromNeighbours(plane);
+  for (std::size_t i = 0; i < plane; ++i) {
+    for (std::size_t blue = 0; blue < side; ++blue) {
+      indexOfBin[binAt(i * side + blue)] = static_cast<std::uint8_t>(nearest[blue * plane + i]);
+    }
+  }
 }
 
 std::uint8_t MedianCutQuantizer::IndexOf(Rgb colour) const {
   return exact ? exactIndex.at(KeyOf(colour)) : indexOfBin[ColourHistogram::BinOf(colour)];
 }
 
-void MedianCutQuantizer::IndexRow(const ColourHistogram::BinnedRow& row, std::uint8_t* to, std::size_t pixels) const {
+void MedianCutQuantizer::IndexRow(const std::uint16_t* bins, std::uint8_t* to, std::size_t pixels) const {
   const std::uint8_t* const indices = indexOfBin.data();
-  const std::uint16_t* const binOfPixel = row.Bins();
   // Four entries at a time: the processor writes one word sooner than four bytes.
   constexpr std::size_t together = 4;
   std::size_t x = 0;
   for (; x + together <= pixels; x += together) {
-    const std::array<std::uint8_t, together> entries = {indices[binOfPixel[x]], indices[binOfPixel[x + 1]],
-                                                        indices[binOfPixel[x + 2]], indices[binOfPixel[x + 3]]};
+    const std::array<std::uint8_t, together> entries = {indices[bins[x]], indices[bins[x + 1]], indices[bins[x + 2]],
+                                                        indices[bins[x + 3]]};
     const auto word = std::bit_cast<std::uint32_t>(entries);
     std::memcpy(to + x, &word, sizeof word);
   }
-  for (; x < pixels; ++x) to[x] = indices[binOfPixel[x]];
+  for (; x < pixels; ++x) to[x] = indices[bins[x]];
 }
 
 }  // namespace kw

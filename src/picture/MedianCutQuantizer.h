@@ -34,8 +34,8 @@ public:
   const std::vector<Rgb>& Palette() const { return palette; }
   // The entry for a colour that was counted; if IsExact(), one that was seen.
   std::uint8_t IndexOf(Rgb colour) const;
-  // The entries of the first `pixels` pixels of a split row. Only if IsExact() is false.
-  void IndexRow(const ColourHistogram::BinnedRow& row, std::uint8_t* to, std::size_t pixels) const;
+  // The entries of pixels of these bins. Only if IsExact() is false.
+  void IndexRow(const std::uint16_t* bins, std::uint8_t* to, std::size_t pixels) const;
 
 private:
   void Cut();

@@ -62,9 +62,12 @@ TEST(ColourHistogram, ARowHasTheBinsOfItsPixels) {
     const PixelRow pixelRow(pixels, static_cast<unsigned>(pixels));
     ColourHistogram::BinnedRow row((pixels + Bitmap::RowAlignment) / Bitmap::RowAlignment * Bitmap::RowAlignment);
     row.Split(pixelRow.Data(), pixels);
+    std::vector<std::uint16_t> bins(pixels);
+    ColourHistogram::FindBins(pixelRow.Data(), bins.data(), pixels);
     for (std::size_t x = 0; x < pixels; ++x) {
       const Rgb colour = ColourAt(pixelRow.Bytes(), x);
       ASSERT_EQ(row.Bins()[x], ColourHistogram::BinOf(colour)) << x << " of " << pixels;
+      ASSERT_EQ(bins[x], row.Bins()[x]) << x << " of " << pixels;
       ASSERT_EQ(row.LowBits()[x], (colour.red & 7U) << 6U | (colour.green & 7U) << 3U | (colour.blue & 7U));
     }
   }

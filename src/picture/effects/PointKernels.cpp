@@ -16,6 +16,7 @@ using scalar::ApplyLinearMap;
 using scalar::ApplyLut;
 using scalar::ApplyLutToColours;
 using scalar::ExchangeRedAndBlue;
+using scalar::FindBins;
 using scalar::Luma;
 using scalar::SplitIntoBins;
 using scalar::StreamExchanged;
@@ -124,60 +125,62 @@ HWY_INLINE hn::Vec<Words> LumaOf(hn::Vec<Words> blue, hn::Vec<Words> green, hn::
   return hn::ShiftRight<6>(hn::MulHigh(sum, hn::Set(d, std::uint16_t{33555})));
 }
 
-void Luma(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
+// Calls put(blue, green, red, x) for each half vector of pixels, which begins at pixel x. False if there are too few
+// pixels for one vector.
+template <class Put>
+HWY_INLINE bool ForChannels(const std::uint8_t* from, std::size_t pixels, const Put& put) {
   const Bytes d;
   const Words words;
   const HalfBytes half;
-  const hn::RebindToSigned<Words> narrow;
   const std::size_t step = hn::Lanes(d);
-  const auto work = [=](const std::size_t x) HWY_ATTR {
+  return ForVectors(pixels, step, [=](const std::size_t x) HWY_ATTR {
     hn::Vec<Bytes> blue;
     hn::Vec<Bytes> green;
     hn::Vec<Bytes> red;
     hn::LoadInterleaved3(d, from + x * 3, blue, green, red);
-    const auto lower =
-        LumaOf(hn::PromoteTo(words, hn::LowerHalf(half, blue)), hn::PromoteTo(words, hn::LowerHalf(half, green)),
-               hn::PromoteTo(words, hn::LowerHalf(half, red)));
-    const auto upper =
-        LumaOf(hn::PromoteTo(words, hn::UpperHalf(half, blue)), hn::PromoteTo(words, hn::UpperHalf(half, green)),
-               hn::PromoteTo(words, hn::UpperHalf(half, red)));
-    hn::StoreU(hn::DemoteTo(half, hn::BitCast(narrow, lower)), half, to + x);
-    hn::StoreU(hn::DemoteTo(half, hn::BitCast(narrow, upper)), half, to + x + step / 2);
-  };
-  if (!ForVectors(pixels, step, work)) scalar::Luma(from, to, pixels);
+    put(hn::PromoteTo(words, hn::LowerHalf(half, blue)), hn::PromoteTo(words, hn::LowerHalf(half, green)),
+        hn::PromoteTo(words, hn::LowerHalf(half, red)), x);
+    put(hn::PromoteTo(words, hn::UpperHalf(half, blue)), hn::PromoteTo(words, hn::UpperHalf(half, green)),
+        hn::PromoteTo(words, hn::UpperHalf(half, red)), x + step / 2);
+  });
 }
 
-HWY_INLINE void PutSplit(hn::Vec<Words> blue, hn::Vec<Words> green, hn::Vec<Words> red, std::uint16_t* bins,
-                         std::uint16_t* lowBits) {
-  const Words d;
-  const auto high = hn::Set(d, std::uint16_t{0xE0});
-  const auto middle = hn::Set(d, std::uint16_t{0x18});
-  const auto low = hn::Set(d, std::uint16_t{7});
-  const auto ofRed = hn::Or(hn::ShiftLeft<7>(hn::And(red, high)), hn::ShiftLeft<1>(hn::And(red, middle)));
-  const auto ofGreen = hn::Or(hn::ShiftLeft<4>(hn::And(green, high)), hn::ShiftRight<1>(hn::And(green, middle)));
-  const auto ofBlue = hn::Or(hn::ShiftLeft<1>(hn::And(blue, high)), hn::ShiftRight<3>(hn::And(blue, middle)));
-  hn::StoreU(hn::Or(hn::Or(ofRed, ofGreen), ofBlue), d, bins);
-  const auto restOfRed = hn::ShiftLeft<6>(hn::And(red, low));
-  const auto restOfGreen = hn::ShiftLeft<3>(hn::And(green, low));
-  hn::StoreU(hn::Or(hn::Or(restOfRed, restOfGreen), hn::And(blue, low)), d, lowBits);
+void Luma(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
+  const hn::RebindToSigned<Words> narrow;
+  const auto put = [=](auto blue, auto green, auto red, std::size_t x) HWY_ATTR {
+    hn::StoreU(hn::DemoteTo(HalfBytes(), hn::BitCast(narrow, LumaOf(blue, green, red))), HalfBytes(), to + x);
+  };
+  if (!ForChannels(from, pixels, put)) scalar::Luma(from, to, pixels);
+}
+
+HWY_INLINE hn::Vec<Words> BinsOf(hn::Vec<Words> blue, hn::Vec<Words> green, hn::Vec<Words> red) {
+  const auto bits = [](std::uint16_t mask) HWY_ATTR { return hn::Set(Words(), mask); };
+  auto bins = hn::And(hn::ShiftLeft<7>(red), bits(0x7000));
+  bins = hn::OrAnd(bins, hn::ShiftLeft<4>(green), bits(0x0E00));
+  bins = hn::OrAnd(bins, hn::ShiftLeft<1>(blue), bits(0x01C0));
+  bins = hn::OrAnd(bins, hn::ShiftLeft<1>(red), bits(0x0030));
+  bins = hn::OrAnd(bins, hn::ShiftRight<1>(green), bits(0x000C));
+  return hn::OrAnd(bins, hn::ShiftRight<3>(blue), bits(0x0003));
+}
+
+HWY_INLINE hn::Vec<Words> LowBitsOf(hn::Vec<Words> blue, hn::Vec<Words> green, hn::Vec<Words> red) {
+  const auto bits = [](std::uint16_t mask) HWY_ATTR { return hn::Set(Words(), mask); };
+  const auto lowBits = hn::And(hn::ShiftLeft<6>(red), bits(0x01C0));
+  return hn::OrAnd(hn::OrAnd(lowBits, hn::ShiftLeft<3>(green), bits(0x0038)), blue, bits(0x0007));
 }
 
 void SplitIntoBins(const std::uint8_t* from, std::uint16_t* bins, std::uint16_t* lowBits, std::size_t pixels) {
-  const Bytes d;
-  const Words words;
-  const HalfBytes half;
-  const std::size_t step = hn::Lanes(d);
-  const auto work = [=](const std::size_t x) HWY_ATTR {
-    hn::Vec<Bytes> blue;
-    hn::Vec<Bytes> green;
-    hn::Vec<Bytes> red;
-    hn::LoadInterleaved3(d, from + x * 3, blue, green, red);
-    PutSplit(hn::PromoteTo(words, hn::LowerHalf(half, blue)), hn::PromoteTo(words, hn::LowerHalf(half, green)),
-             hn::PromoteTo(words, hn::LowerHalf(half, red)), bins + x, lowBits + x);
-    PutSplit(hn::PromoteTo(words, hn::UpperHalf(half, blue)), hn::PromoteTo(words, hn::UpperHalf(half, green)),
-             hn::PromoteTo(words, hn::UpperHalf(half, red)), bins + x + step / 2, lowBits + x + step / 2);
+  const auto put = [=](auto blue, auto green, auto red, std::size_t x) HWY_ATTR {
+    hn::StoreU(BinsOf(blue, green, red), Words(), bins + x);
+    hn::StoreU(LowBitsOf(blue, green, red), Words(), lowBits + x);
   };
-  if (!ForVectors(pixels, step, work)) scalar::SplitIntoBins(from, bins, lowBits, pixels);
+  if (!ForChannels(from, pixels, put)) scalar::SplitIntoBins(from, bins, lowBits, pixels);
+}
+
+void FindBins(const std::uint8_t* from, std::uint16_t* bins, std::size_t pixels) {
+  const auto put = [=](auto blue, auto green, auto red, std::size_t x)
+                       HWY_ATTR { hn::StoreU(BinsOf(blue, green, red), Words(), bins + x); };
+  if (!ForChannels(from, pixels, put)) scalar::FindBins(from, bins, pixels);
 }
 
 void ThresholdToBits(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::uint8_t level) {
@@ -255,6 +258,7 @@ HWY_EXPORT(ApplyLinearMap);
 HWY_EXPORT(Luma);
 HWY_EXPORT(ThresholdToBits);
 HWY_EXPORT(SplitIntoBins);
+HWY_EXPORT(FindBins);
 HWY_EXPORT(ExchangeRedAndBlue);
 HWY_EXPORT(StreamExchanged);
 
@@ -276,6 +280,10 @@ void Luma(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
 
 void SplitIntoBins(const std::uint8_t* from, std::uint16_t* bins, std::uint16_t* lowBits, std::size_t pixels) {
   HWY_DYNAMIC_DISPATCH(SplitIntoBins)(from, bins, lowBits, pixels);
+}
+
+void FindBins(const std::uint8_t* from, std::uint16_t* bins, std::size_t pixels) {
+  HWY_DYNAMIC_DISPATCH(FindBins)(from, bins, pixels);
 }
 
 void ThresholdToBits(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::uint8_t level) {

@@ -66,6 +66,16 @@ void Luma(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
 }
 
 void SplitIntoBins(const std::uint8_t* from, std::uint16_t* bins, std::uint16_t* lowBits, std::size_t pixels) {
+  FindBins(from, bins, pixels);
+  for (std::size_t x = 0; x < pixels; ++x) {
+    const unsigned blue = from[x * 3];
+    const unsigned green = from[x * 3 + 1];
+    const unsigned red = from[x * 3 + 2];
+    lowBits[x] = static_cast<std::uint16_t>((red & 7U) << 6U | (green & 7U) << 3U | (blue & 7U));
+  }
+}
+
+void FindBins(const std::uint8_t* from, std::uint16_t* bins, std::size_t pixels) {
   for (std::size_t x = 0; x < pixels; ++x) {
     const unsigned blue = from[x * 3];
     const unsigned green = from[x * 3 + 1];
@@ -73,7 +83,6 @@ void SplitIntoBins(const std::uint8_t* from, std::uint16_t* bins, std::uint16_t*
     const unsigned block = (red & 0xE0U) << 7U | (green & 0xE0U) << 4U | (blue & 0xE0U) << 1U;
     const unsigned within = (red & 0x18U) << 1U | (green & 0x18U) >> 1U | (blue & 0x18U) >> 3U;
     bins[x] = static_cast<std::uint16_t>(block | within);
-    lowBits[x] = static_cast<std::uint16_t>((red & 7U) << 6U | (green & 7U) << 3U | (blue & 7U));
   }
 }
 

@@ -12,6 +12,7 @@ void ApplyLutToColours(std::uint8_t* row, std::size_t count, const Lut& table);
 void ApplyLinearMap(std::uint8_t* row, std::size_t count, const LinearMap& map);
 void Luma(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels);
 void SplitIntoBins(const std::uint8_t* from, std::uint16_t* bins, std::uint16_t* lowBits, std::size_t pixels);
+void FindBins(const std::uint8_t* from, std::uint16_t* bins, std::size_t pixels);
 void ThresholdToBits(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::uint8_t level);
 void UnpackLevels(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, int bitsPerPixel, const Lut& levels);
 std::size_t FindThird(const std::uint8_t* row, std::size_t count, std::uint8_t first, std::uint8_t second);
