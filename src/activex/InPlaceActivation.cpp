@@ -49,6 +49,8 @@ HRESULT InPlaceActivation::Activate(IOleClientSite* site) {
     if (content != nullptr) content->Show(true);
     return S_OK;
   }
+  // The focus goes to the container's window when that of the control is destroyed, and some give it back.
+  if (state == State::Leaving) return E_FAIL;
   const ComPtr<IOleClientSite> client(site != nullptr ? site : core.Site().Get());
   ComPtr<IOleInPlaceSite> asked;
   if (client == nullptr || FAILED(client.As(&asked))) return E_FAIL;
@@ -198,7 +200,6 @@ HRESULT InPlaceActivation::Deactivate() {
   if (!IsActive()) return S_OK;
   DeactivateUi();
   if (!IsActive()) return S_OK;  // the container did it meanwhile
-  state = State::Inactive;
   CloseContent();
   const ComPtr<IOleInPlaceSite> asked = inPlaceSite;
   ReleaseSites();
@@ -208,16 +209,18 @@ HRESULT InPlaceActivation::Deactivate() {
 }
 
 void InPlaceActivation::Abandon() {
-  state = State::Inactive;
   CloseContent();
   ReleaseSites();
 }
 
 void InPlaceActivation::CloseContent() {
-  if (content == nullptr) return;
-  contentHook.Unhook();
-  content->Close();
-  content.reset();
+  state = State::Leaving;
+  if (content != nullptr) {
+    contentHook.Unhook();
+    content->Close();
+    content.reset();
+  }
+  state = State::Inactive;
 }
 
 void InPlaceActivation::ReleaseSites() {

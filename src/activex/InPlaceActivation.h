@@ -24,7 +24,7 @@ public:
   InPlaceActivation& operator=(const InPlaceActivation&) = delete;
   ~InPlaceActivation() { Abandon(); }
 
-  bool IsActive() const { return state != State::Inactive; }
+  bool IsActive() const { return state == State::Active || state == State::UiActive; }
   bool IsUiActive() const { return state == State::UiActive; }
   // Null if there is no window.
   HWND Window() const;
@@ -32,7 +32,7 @@ public:
   // The keys that the control wants before the container's default and cancel buttons: CTRLINFO_EATS_* flags.
   DWORD EatenKeys() const;
 
-  // Creates the window, or shows it again. E_FAIL if there is no site or it refuses.
+  // Creates the window, or shows it again. E_FAIL if there is no site, it refuses, or the window is being destroyed.
   HRESULT Activate(IOleClientSite* site);
   // Also takes the focus and becomes the container's active object. `message`, which may be null, is the container's
   // reason for it.
@@ -61,7 +61,7 @@ public:
   };
 
 private:
-  enum class State : unsigned char { Inactive, Active, UiActive };
+  enum class State : unsigned char { Inactive, Leaving, Active, UiActive };
 
   bool IsActiveAt(const Microsoft::WRL::ComPtr<IOleInPlaceSite>& site) const {
     return IsActive() && inPlaceSite.Get() == site.Get();

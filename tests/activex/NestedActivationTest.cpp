@@ -83,6 +83,50 @@ protected:
   bool isTold = false;
 };
 
+// The container's window, which gives the focus to the control whenever it gets it.
+class ReturnedFocus {
+public:
+  explicit ReturnedFocus(StrictContainer& control)
+      : window(control.Window()),
+        former(reinterpret_cast<WNDPROC>(
+            SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&ReturnedFocus::Procedure)))) {
+    container = &control;
+    results.clear();
+  }
+  ReturnedFocus(const ReturnedFocus&) = delete;
+  ReturnedFocus& operator=(const ReturnedFocus&) = delete;
+  ~ReturnedFocus() { SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(former)); }
+
+  static inline std::vector<HRESULT> results;
+
+private:
+  static LRESULT CALLBACK Procedure(HWND receiver, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_SETFOCUS) results.push_back(container->DoVerb(OLEIVERB_UIACTIVATE));
+    return DefWindowProcW(receiver, message, wParam, lParam);
+  }
+
+  static inline StrictContainer* container = nullptr;
+  HWND window;
+  WNDPROC former;
+};
+
+TEST_F(NestedActivation, WantedBackWhileItsWindowIsBeingDestroyed) {
+  SetFocus(ShowInPlace());
+  ASSERT_NE(container.ActiveObject(), nullptr);
+  container.calls.clear();
+  {
+    const ReturnedFocus focus(container);
+    EXPECT_EQ(container.As<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK);
+    ASSERT_EQ(ReturnedFocus::results.size(), 1U);
+    EXPECT_HRESULT_FAILED(ReturnedFocus::results[0]);
+  }
+  EXPECT_EQ(container.calls, (Calls{"OnFocusLost", "SetActiveObject(null)", "OnUIDeactivate", "OnInPlaceDeactivate"}));
+  EXPECT_EQ(ChildrenOf(container.Window()), 0);
+  EXPECT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+  ExpectOneWindow();
+  container.LetGo();
+}
+
 TEST_F(NestedActivation, AnotherWindowAtAClick) {
   const HWND editor = ShowInPlace();
   container.onUiActivate = [work = Once([this] { Reactivate(OLEIVERB_INPLACEACTIVATE); })] {
