@@ -45,12 +45,12 @@ LRESULT InPlaceActivation::ReceiveOfContent(void* self, UINT message, WPARAM wPa
 }
 
 HRESULT InPlaceActivation::Activate(IOleClientSite* site) {
+  // A container gets the focus when the control leaves, and some give it back.
+  if (state == State::Leaving) return E_FAIL;
   if (IsActive()) {
     if (content != nullptr) content->Show(true);
     return S_OK;
   }
-  // The focus goes to the container's window when that of the control is destroyed, and some give it back.
-  if (state == State::Leaving) return E_FAIL;
   const ComPtr<IOleClientSite> client(site != nullptr ? site : core.Site().Get());
   ComPtr<IOleInPlaceSite> asked;
   if (client == nullptr || FAILED(client.As(&asked))) return E_FAIL;
@@ -186,6 +186,11 @@ HRESULT InPlaceActivation::Hide() {
 HRESULT InPlaceActivation::DeactivateUi() {
   if (!IsUiActive()) return S_OK;
   state = State::Active;
+  TellUiIsOver();
+  return S_OK;
+}
+
+void InPlaceActivation::TellUiIsOver() {
   const ComPtr<IOleInPlaceSite> asked = inPlaceSite;
   TellFocus(FALSE);
   const ComPtr<IOleInPlaceFrame> activeFrame = frame;
@@ -193,13 +198,13 @@ HRESULT InPlaceActivation::DeactivateUi() {
   if (activeDocument != nullptr) activeDocument->SetActiveObject(nullptr, nullptr);
   if (activeFrame != nullptr) activeFrame->SetActiveObject(nullptr, nullptr);
   if (asked != nullptr) asked->OnUIDeactivate(FALSE);
-  return S_OK;
 }
 
 HRESULT InPlaceActivation::Deactivate() {
   if (!IsActive()) return S_OK;
-  DeactivateUi();
-  if (!IsActive()) return S_OK;  // the container did it meanwhile
+  const bool wasUiActive = IsUiActive();
+  state = State::Leaving;
+  if (wasUiActive) TellUiIsOver();
   CloseContent();
   const ComPtr<IOleInPlaceSite> asked = inPlaceSite;
   ReleaseSites();

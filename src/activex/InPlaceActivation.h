@@ -32,7 +32,7 @@ public:
   // The keys that the control wants before the container's default and cancel buttons: CTRLINFO_EATS_* flags.
   DWORD EatenKeys() const;
 
-  // Creates the window, or shows it again. E_FAIL if there is no site, it refuses, or the window is being destroyed.
+  // Creates the window, or shows it again. E_FAIL if there is no site, it refuses, or the control is being deactivated.
   HRESULT Activate(IOleClientSite* site);
   // Also takes the focus and becomes the container's active object. `message`, which may be null, is the container's
   // reason for it.
@@ -70,6 +70,7 @@ private:
   HRESULT MakeContent();
   void CloseContent();
   void ShowAt(SIZE size);
+  void TellUiIsOver();
   void TellFocus(BOOL hasFocus);
   void ReleaseSites();
   bool HasFocus() const;

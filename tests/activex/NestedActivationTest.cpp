@@ -127,6 +127,49 @@ TEST_F(NestedActivation, WantedBackWhileItsWindowIsBeingDestroyed) {
   container.LetGo();
 }
 
+TEST_F(NestedActivation, WantedBackWhenItIsNoLongerTheActiveObject) {
+  ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+  container.calls.clear();
+  container.onUiDeactivate = Once([this] { EXPECT_HRESULT_FAILED(container.DoVerb(OLEIVERB_UIACTIVATE)); });
+  EXPECT_EQ(container.As<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK);
+  EXPECT_EQ(container.calls, (Calls{"OnFocusLost", "SetActiveObject(null)", "OnUIDeactivate", "OnInPlaceDeactivate"}));
+  EXPECT_EQ(ChildrenOf(container.Window()), 0);
+  container.LetGo();
+}
+
+TEST_F(NestedActivation, WantedBackAsTheActiveObjectOnly) {
+  ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+  container.calls.clear();
+  container.onUiDeactivate = Once([this] { EXPECT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK); });
+  EXPECT_EQ(container.As<IOleInPlaceObject>()->UIDeactivate(), S_OK);
+  EXPECT_NE(container.ActiveObject(), nullptr);
+  ExpectOneWindow();
+  container.LetGo();
+}
+
+TEST_F(NestedActivation, DeactivatedWhenItIsNoLongerTheActiveObject) {
+  ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+  container.calls.clear();
+  container.onUiDeactivate = Once([this] { EXPECT_EQ(container.As<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK); });
+  EXPECT_EQ(container.As<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK);
+  EXPECT_EQ(container.calls, (Calls{"OnFocusLost", "SetActiveObject(null)", "OnUIDeactivate", "OnInPlaceDeactivate"}));
+  EXPECT_EQ(ChildrenOf(container.Window()), 0);
+  container.LetGo();
+}
+
+TEST_F(NestedActivation, AnotherContainerWhenItIsNoLongerTheActiveObject) {
+  StrictContainer other;
+  ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+  container.calls.clear();
+  const auto object = container.As<IOleObject>();
+  container.onUiDeactivate =
+      Once([&] { EXPECT_EQ(object->SetClientSite(static_cast<IOleClientSite*>(&other)), S_OK); });
+  EXPECT_EQ(container.As<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK);
+  EXPECT_EQ(container.calls, (Calls{"OnFocusLost", "SetActiveObject(null)", "OnUIDeactivate", "OnInPlaceDeactivate"}));
+  EXPECT_EQ(object->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, nullptr, 0, nullptr, nullptr), S_OK);
+  ExpectInPlaceIn(other);
+}
+
 TEST_F(NestedActivation, AnotherWindowAtAClick) {
   const HWND editor = ShowInPlace();
   container.onUiActivate = [work = Once([this] { Reactivate(OLEIVERB_INPLACEACTIVATE); })] {

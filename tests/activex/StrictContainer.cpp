@@ -144,6 +144,7 @@ STDMETHODIMP StrictContainer::OnUIDeactivate(BOOL undoable) {
   EXPECT_EQ(state, State::UiActive);
   EXPECT_EQ(undoable, FALSE);
   state = State::Active;
+  if (onUiDeactivate) onUiDeactivate();
   return S_OK;
 }
 

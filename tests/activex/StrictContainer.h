@@ -35,9 +35,11 @@ public:
   std::optional<LONG> locale;    // unknown to it if empty
   // Called when the control wants to be its active object; it may refuse.
   std::function<HRESULT()> onUiActivate;
-  // Called when the control tells that it is about to be active in place, or asks where its window is to be.
+  // Called when the control tells that it is about to be active in place, asks where its window is to be, or is no
+  // longer the active object.
   std::function<void()> onInPlaceActivate;
   std::function<void()> onWindowContext;
+  std::function<void()> onUiDeactivate;
   // Called when it is asked for UserMode, before it answers.
   std::function<void()> onUserMode;
   RECT place = {10, 20, 410, 320};
