@@ -1,3 +1,4 @@
+#include <array>
 #include <tuple>
 
 #include "picture/formats/Formats.h"
@@ -207,9 +208,9 @@ INSTANTIATE_TEST_SUITE_P(All, StripRows,
                                                           COMPRESSION_ADOBE_DEFLATE),
                                           testing::Values(1, 7, 49, 96)));
 
-// A page of levels of grey in strips of `rows` rows.
-void WriteGreyStrips(const std::string& path, int compression, std::uint32_t rows) {
-  TiffMaker maker(path);
+// A page of levels of grey in strips of `rows` rows; of a mode of TIFFOpen.
+void WriteGreyStrips(const std::string& path, int compression, std::uint32_t rows, const char* mode = "w") {
+  TiffMaker maker(path, mode);
   maker.Page(StripWidth, StripHeight, 8, 1, PHOTOMETRIC_MINISBLACK, compression, rows);
   for (std::uint32_t y = 0; y < StripHeight; ++y) maker.Line(y, SoftSamples(y, StripWidth));
   maker.EndPage();
@@ -227,27 +228,52 @@ void RewriteStrips(const std::string& path, int compression, std::uint32_t rows,
   maker.EndPage();
 }
 
+// The file with another beginning of the strip that begins at `from`; empty if no number of `Size` bytes says that.
+template <std::size_t Size>
+Bytes WithPlace(Bytes file, std::uint64_t from, std::uint64_t to) {
+  const auto number = [](std::uint64_t value) {
+    std::array<std::uint8_t, Size> bytes{};
+    for (std::size_t i = 0; i < Size; ++i) bytes[i] = static_cast<std::uint8_t>(value >> 8 * i);
+    return bytes;
+  };
+  const auto place = number(from);
+  const auto stated = std::find_end(file.begin(), file.end(), place.begin(), place.end());
+  if (stated == file.end()) return {};
+  std::ranges::copy(number(to), stated);
+  return file;
+}
+
 TEST_F(StripThreads, FileThatEndsInTheMiddleOfAStrip) {
   constexpr std::uint32_t rows = 7;
   WriteGreyStrips(path, COMPRESSION_LZW, rows);
   const Bytes good = BytesOf(path);
   const Bytes piece = CodedPieces(path, 0).at(StripHeight / rows / 2);
   const auto at = std::search(good.begin(), good.end(), piece.begin(), piece.end()) - good.begin();
-  const auto number = [](std::size_t value) {
-    return Bytes{static_cast<std::uint8_t>(value), static_cast<std::uint8_t>(value >> 8U),
-                 static_cast<std::uint8_t>(value >> 16U), static_cast<std::uint8_t>(value >> 24U)};
-  };
-  // Where the file says that the strip begins.
-  const Bytes place = number(static_cast<std::size_t>(at));
-  const auto stated = std::find_end(good.begin(), good.end(), place.begin(), place.end());
-  ASSERT_NE(good.end(), stated);
   for (const std::size_t begin : {good.size() - piece.size() / 2, good.size(), good.size() + 1000000000}) {
-    Bytes bad = good;
-    std::ranges::copy(number(begin), bad.begin() + (stated - good.begin()));
+    const Bytes bad = WithPlace<4>(good, static_cast<std::uint64_t>(at), begin);
+    ASSERT_FALSE(bad.empty());
     ReadOutcome outcome;
     EXPECT_TRUE(IsReadByThreads(bad, &outcome)) << begin;
     EXPECT_TRUE(outcome.isRead) << outcome.error;
     EXPECT_TRUE(outcome.warning.starts_with("7 of 97 rows of the page are not whole.")) << outcome.warning;
+  }
+}
+
+// Its later rows would lie at the beginning of the file, if places were counted on from 0.
+TEST_F(StripThreads, StripAtTheEndOfAllPlaces) {
+  for (const int compression : {COMPRESSION_NONE, COMPRESSION_LZW, COMPRESSION_ADOBE_DEFLATE}) {
+    WriteGreyStrips(path, compression, StripHeight, "w8");
+    const Bytes good = BytesOf(path);
+    const Bytes piece = CodedPieces(path, 0).at(0);
+    const auto at = std::search(good.begin(), good.end(), piece.begin(), piece.end()) - good.begin();
+    for (const std::uint64_t before :
+         {std::uint64_t{1}, std::uint64_t{StripWidth}, std::uint64_t{3} * StripWidth, std::uint64_t{1} << 63U}) {
+      const Bytes bad = WithPlace<8>(good, static_cast<std::uint64_t>(at), 0 - before);
+      ASSERT_FALSE(bad.empty());
+      ReadOutcome outcome;
+      EXPECT_TRUE(IsReadByThreads(bad, &outcome)) << before;
+      EXPECT_TRUE(!outcome.isRead || outcome.warning.starts_with("97 of 97 rows")) << outcome.warning;
+    }
   }
 }
 
