@@ -17,7 +17,6 @@ using scalar::ApplyLut;
 using scalar::ApplyLutToColours;
 using scalar::ExchangeRedAndBlue;
 using scalar::FindBins;
-using scalar::Luma;
 using scalar::SplitIntoBins;
 using scalar::StreamExchanged;
 using scalar::ThresholdToBits;
@@ -112,19 +111,6 @@ HWY_INLINE bool ForVectors(std::size_t pixels, std::size_t step, const Work& wor
   return true;
 }
 
-// An eighth of the sum fits into 16 bits: the weights are 8 * 37 + 3, 8 * 73 + 3, 8 * 14 + 2 and for rounding
-// 8 * 62 + 4. The rest is divided by 125; the multiplication is exact for these numbers.
-HWY_INLINE hn::Vec<Words> LumaOf(hn::Vec<Words> blue, hn::Vec<Words> green, hn::Vec<Words> red) {
-  const Words d;
-  const auto times = [d](hn::Vec<Words> value, std::uint16_t weight)
-                         HWY_ATTR { return hn::Mul(value, hn::Set(d, weight)); };
-  const auto eighths =
-      hn::Add(hn::Add(times(red, 37), times(green, 73)), hn::Add(times(blue, 14), hn::Set(d, std::uint16_t{62})));
-  const auto rest = hn::Add(times(hn::Add(red, green), 3), hn::Add(hn::Add(blue, blue), hn::Set(d, std::uint16_t{4})));
-  const auto sum = hn::Add(eighths, hn::ShiftRight<3>(rest));
-  return hn::ShiftRight<6>(hn::MulHigh(sum, hn::Set(d, std::uint16_t{33555})));
-}
-
 // Calls put(blue, green, red, x) for each half vector of pixels, which begins at pixel x. False if there are too few
 // pixels for one vector.
 template <class Put>
@@ -143,14 +129,6 @@ HWY_INLINE bool ForChannels(const std::uint8_t* from, std::size_t pixels, const 
     put(hn::PromoteTo(words, hn::UpperHalf(half, blue)), hn::PromoteTo(words, hn::UpperHalf(half, green)),
         hn::PromoteTo(words, hn::UpperHalf(half, red)), x + step / 2);
   });
-}
-
-void Luma(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
-  const hn::RebindToSigned<Words> narrow;
-  const auto put = [=](auto blue, auto green, auto red, std::size_t x) HWY_ATTR {
-    hn::StoreU(hn::DemoteTo(HalfBytes(), hn::BitCast(narrow, LumaOf(blue, green, red))), HalfBytes(), to + x);
-  };
-  if (!ForChannels(from, pixels, put)) scalar::Luma(from, to, pixels);
 }
 
 HWY_INLINE hn::Vec<Words> BinsOf(hn::Vec<Words> blue, hn::Vec<Words> green, hn::Vec<Words> red) {
@@ -255,7 +233,6 @@ namespace kw::kernels {
 HWY_EXPORT(ApplyLut);
 HWY_EXPORT(ApplyLutToColours);
 HWY_EXPORT(ApplyLinearMap);
-HWY_EXPORT(Luma);
 HWY_EXPORT(ThresholdToBits);
 HWY_EXPORT(SplitIntoBins);
 HWY_EXPORT(FindBins);
@@ -272,10 +249,6 @@ void ApplyLutToColours(std::uint8_t* row, std::size_t count, const Lut& table) {
 
 void ApplyLinearMap(std::uint8_t* row, std::size_t count, const LinearMap& map) {
   HWY_DYNAMIC_DISPATCH(ApplyLinearMap)(row, count, map);
-}
-
-void Luma(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels) {
-  HWY_DYNAMIC_DISPATCH(Luma)(from, to, pixels);
 }
 
 void SplitIntoBins(const std::uint8_t* from, std::uint16_t* bins, std::uint16_t* lowBits, std::size_t pixels) {
