@@ -98,7 +98,7 @@ void KwEditorLayers::LetAppDir(const std::string& value) {
 void KwEditorLayers::LetSignatureFilePath(const std::string& path) {
   Procedure run(trap, "Let SignatureFilePath");
   Bitmap image;
-  if (!IsBlank(path) && KWPicTempBuffer.Load(path)) {
+  if (!IsBlank(path) && KWPicTempBuffer.LoadPage(path)) {
     run([&] { KWPicTempBuffer.PrepareSignature(); });
     run([&] { ScratchBitmap(desktop).PassAndRemove(KWPicTempBuffer, image); });
   }
@@ -111,16 +111,14 @@ void KwEditorLayers::LetSignatureFilePath(const std::string& path) {
 
 void KwEditorLayers::LetBGImage(const std::string& path) {
   Procedure run(trap, "Let BackGroundImage");
-  Bitmap image;
-  if (!IsBlank(path) && KWPicTempBuffer.Load(path)) {
-    run([&] { image = ScratchBitmap(desktop).Pass(KWPicTempBuffer); });
-  }
-  run([&] { form.TransBackImage.SetPicture(image); });
-  if (image.IsEmpty()) {
+  if (IsBlank(path) || !KWPicTempBuffer.LoadPage(path)) {
+    run([&] { form.TransBackImage.SetPicture({}); });
     run([&] { form.TransBackImage.SetVisible(false); });
     SetButton(run, "ShowHideBackImage", false);
   } else {
     run([&] {
+      const Bitmap image = ScratchBitmap(desktop).Pass(KWPicTempBuffer);
+      form.TransBackImage.SetPicture(image);
       form.TransBackImage.Move(form.TransBackImage.Left(), form.TransBackImage.Top(), static_cast<float>(image.Width()),
                                static_cast<float>(image.Height()));
     });

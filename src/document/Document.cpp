@@ -75,7 +75,8 @@ bool Document::OpenFirstPageFile(DocumentProcedure& run) {
     }
   });
   run([&] { m_CurrentPageNo = 1; });
-  if (!Load(run, run.Ask<std::string>([&] { return GetPageFileName(m_FilePath, 1); }, {}))) return false;
+  const auto path = run.Ask<std::string>([&] { return GetPageFileName(m_FilePath, 1); }, {});
+  if (!Load(run, path)) return false;
   run([&] { TakePageValue(); });
   return true;
 }
@@ -160,7 +161,7 @@ bool Document::PageIndex_Change() {
         return m_CurrentPageNo == 0 ? m_FilePath : GetPageFileName(m_FilePath, m_CurrentPageNo);
       },
       {});
-  if (!Load(run, path)) return false;
+  if (!LoadPage(run, path)) return false;
   run([&] { TakePageValue(); });
   run([&] { layers.UnloadLayerItems(); });
   run([&] { bracket.DoPostCommandProcess(); });
@@ -242,10 +243,16 @@ void Document::TakePageValue() { bracket.SetBitsPerPixel(KWPic.PageValue()); }
 
 // An empty path is that of a page that has no file. If there is nothing to load, the engine is emptied.
 bool Document::Load(DocumentProcedure& run, const std::string& path) {
-  if (run.IsOver()) return false;
-  if (KWPic.Load(path)) return true;
-  ReportFileError(run);
-  return false;
+  return !run.IsOver() && Reported(run, KWPic.Load(path));
+}
+
+bool Document::LoadPage(DocumentProcedure& run, const std::string& path) {
+  return !run.IsOver() && Reported(run, KWPic.LoadPage(path));
+}
+
+bool Document::Reported(DocumentProcedure& run, bool isLoaded) {
+  if (!isLoaded) ReportFileError(run);
+  return isLoaded;
 }
 
 void Document::ReportFileError(DocumentProcedure& run) {

@@ -53,6 +53,8 @@ private:
   void SetPageRange(std::int16_t first, std::int16_t last);
   void TakePageValue();
   bool Load(DocumentProcedure& run, const std::string& path);
+  bool LoadPage(DocumentProcedure& run, const std::string& path);
+  bool Reported(DocumentProcedure& run, bool isLoaded);
   void ReportFileError(DocumentProcedure& run);
 
   CommandBracket& bracket;

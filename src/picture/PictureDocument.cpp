@@ -24,11 +24,12 @@ Bitmap LoadPicture(const std::string& path) {
   return document.Current();
 }
 
-bool PictureDocument::Load(const std::string& path) {
+template <class Work>
+bool PictureDocument::LoadBy(const Work& open) {
   lastLoadError.clear();
   Replace({});
   try {
-    Open(path);
+    open();
     return true;
   } catch (const std::bad_alloc&) {
     lastLoadError = "There is not enough memory for the picture.";
@@ -37,6 +38,17 @@ bool PictureDocument::Load(const std::string& path) {
   }
   Replace({});
   return false;
+}
+
+bool PictureDocument::Load(const std::string& path) {
+  return LoadBy([&] { Open(path); });
+}
+
+bool PictureDocument::LoadPage(const std::string& path) {
+  return LoadBy([&] {
+    Open(path);
+    Current();
+  });
 }
 
 void PictureDocument::Open(const std::string& path) {

@@ -38,6 +38,8 @@ public:
   // Opens the file at `path` (UTF-8), whose format is recognised by its content, and selects its first page. False,
   // with the document emptied, if it cannot be read; LastLoadError() then says why. Never throws.
   bool Load(const std::string& path);
+  // As Load, for a caller that needs the pixels of the first page: also False if it cannot be decoded.
+  bool LoadPage(const std::string& path);
   std::string LastLoadError() const { return lastLoadError; }
   // The format of the loaded file; empty if the picture does not come from a file.
   std::string_view FormatName() const;
@@ -132,6 +134,8 @@ private:
   };
 
   void Open(const std::string& path);
+  template <class Work>
+  bool LoadBy(const Work& open);
   // Replaces the current picture by what change() makes of it. If that throws, it must leave the picture as it was.
   void Change(const std::function<void(Bitmap&)>& change);
   void RequireUnchanged(const InputFile& file) const;

@@ -206,6 +206,17 @@ TEST_F(Signature, OfAFileThatIsNoImageOnlyDisablesItsTool) {
   EXPECT_TRUE(desktop.boxes.empty());
 }
 
+TEST_F(Signature, OfSeveralPagesWhoseFirstCannotBeDecodedOnlyDisablesItsTool) {
+  const std::string path = folder.File("sign.tif");
+  WriteWhole(path, TiffWithoutFirstPage());
+  control->LetSignatureFilePath(MakeImage("former.bmp"));
+  control->LetSignatureFilePath(path);
+  EXPECT_FALSE(Form().tbrEditingTools.ButtonOf("Signature").enabled);
+  EXPECT_TRUE(control->SignatureImage().IsEmpty());
+  EXPECT_TRUE(desktop.boxes.empty());
+  EXPECT_TRUE(events.errors.empty());
+}
+
 TEST_F(Signature, GoesThroughTheScratchBitmapWhichIsDeleted) {
   control->LetSignatureFilePath(MakeImage("sign.bmp", 12, 7));
   EXPECT_EQ(control->SignatureImage().Width(), 12);
@@ -253,7 +264,9 @@ using Background = EditorTest;
 TEST_F(Background, OfABlankPathOrABadFileClearsThePictureAndDisablesItsButton) {
   const std::string bad = folder.File("bad.tif");
   WriteWhole(bad, "II*");
-  for (const std::string& path : {std::string(" "), bad, folder.File("missing.tif")}) {
+  const std::string unreadable = folder.File("unreadable.tif");
+  WriteWhole(unreadable, TiffWithoutFirstPage());
+  for (const std::string& path : {std::string(" "), bad, unreadable, folder.File("missing.tif")}) {
     control->LetBGImage(MakeImage("back.bmp"));
     ASSERT_TRUE(IsEnabled("ShowHideBackImage"));
     control->LetBGImage(path);
@@ -262,6 +275,20 @@ TEST_F(Background, OfABlankPathOrABadFileClearsThePictureAndDisablesItsButton) {
     EXPECT_FALSE(IsEnabled("ShowHideBackImage"));
   }
   EXPECT_TRUE(desktop.boxes.empty());
+}
+
+TEST_F(Background, ThatCannotBeWrittenToTheScratchBitmapLeavesTheFormerOne) {
+  desktop.Expect("Critical Error: Error Number : 75");
+  control->LetIsToShowBackImage(true);
+  control->LetBGImage(MakeImage("former.bmp", 30, 20));
+  std::filesystem::remove(ToFilesystemPath(folder.File("tmp1234.bmp")));
+  std::filesystem::create_directory(ToFilesystemPath(folder.File("tmp1234.bmp")));
+  control->LetBGImage(MakeImage("back.bmp", 50, 40));
+  EXPECT_EQ(events.errors.size(), 1U);
+  EXPECT_EQ(Form().TransBackImage.Picture().Width(), 30);
+  EXPECT_EQ(Form().TransBackImage.Width(), 30);
+  EXPECT_TRUE(Form().TransBackImage.Visible());
+  EXPECT_TRUE(IsEnabled("ShowHideBackImage"));
 }
 
 TEST_F(Background, IsLightenedAsItsPropertySays) {

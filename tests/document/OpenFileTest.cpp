@@ -224,6 +224,27 @@ TEST_F(BadFile, OfEveryKindGivesTheFileErrorAndTheNextFileOpens) {
   EXPECT_TRUE(events.created.empty());
 }
 
+TEST_F(BadFile, OfSeveralPagesWhoseFirstCannotBeDecodedAsAPageFile) {
+  desktop.Expect("File Error: Invalid file format..");
+  WriteWhole(folder.File("D_Page_1.tif"), TiffWithoutFirstPage());
+  control->OpenFile(folder.File("D_Page_1.tif"));
+  EXPECT_EQ(desktop.boxes.back(), FileError);
+  EXPECT_TRUE(events.errors.empty());
+  EXPECT_TRUE(control->GetEnabled());
+  EXPECT_FALSE(control->GetIsEditable());
+  EXPECT_FALSE(Form().TransLayers(1).HasPicture());
+}
+
+TEST_F(BadFile, OfSeveralPagesWhoseFirstCannotBeDecodedWhenThePageIsTurned) {
+  desktop.Expect("File Error: Invalid file format..");
+  control->OpenFile(MakeDocument("D.tif", 2));
+  WriteWhole(folder.File("D_Page_2.tif"), TiffWithoutFirstPage());
+  Form().PageIndex.SetValue(2);
+  EXPECT_EQ(desktop.boxes.back(), FileError);
+  EXPECT_TRUE(events.errors.empty());
+  EXPECT_FALSE(control->GetIsEditable());
+}
+
 TEST_F(BadFile, APathWithoutADotReachesTheErrorTrapWhenPagesNeedNames) {
   desktop.Expect("Critical Error: Error Number : 5");
   desktop.Expect("File Error: Invalid file format..");

@@ -50,4 +50,11 @@ std::string GreyTiff(int pages) {
   return bytes;
 }
 
+std::string TiffWithoutFirstPage() {
+  constexpr std::size_t compression = 8 + 2 + 3 * 12 + 8;  // the value of the fourth entry of the first directory
+  std::string bytes = GreyTiff(2);
+  bytes[compression] = 7;
+  return bytes;
+}
+
 }  // namespace kw::test
