@@ -61,6 +61,9 @@ void Diffuse(const DiffusedRows& rows, std::size_t pixels);
 void MirrorPacked(std::uint8_t* row, std::size_t pixels, int bitsPerPixel);
 void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size);
 
+// Exchanges the bytes of two rows that do not overlap.
+void ExchangeRows(std::uint8_t* row, std::uint8_t* other, std::size_t count);
+
 // Copies pixels of 3 or 4 bytes and exchanges the first and the third byte of each: files have red first, bitmaps blue.
 // Both may lie anywhere; if they overlap, `to` is not behind `from`.
 void ExchangeRedAndBlue(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::size_t size);

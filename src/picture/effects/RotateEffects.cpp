@@ -51,7 +51,7 @@ void VerticalFlip(Bitmap& picture, std::span<const double> /*values*/) {
         std::memcpy(to.Row(y), from.Row(last - y), count);
         std::memcpy(to.Row(last - y), from.Row(y), count);
       } else if (y != last - y) {
-        std::swap_ranges(to.Row(y), to.Row(y) + count, to.Row(last - y));
+        kernels::ExchangeRows(to.Row(y), to.Row(last - y), count);
       }
     }
   });

@@ -255,6 +255,10 @@ void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size) {
   }
 }
 
+void ExchangeRows(std::uint8_t* row, std::uint8_t* other, std::size_t count) {
+  std::swap_ranges(row, row + count, other);
+}
+
 void FindPlaces(const PlaceLine& line, std::int32_t* to, std::size_t count) {
   for (std::size_t i = 0; i < count; ++i) {
     const double along = line.step * (line.first + static_cast<double>(i)) + line.start;

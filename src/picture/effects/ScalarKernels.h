@@ -39,6 +39,7 @@ void BlurAcross(const std::int16_t* from, std::uint8_t* to, std::size_t count, s
 void BoxDownsample2(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* to, std::size_t pixels,
                     std::size_t size);
 void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size);
+void ExchangeRows(std::uint8_t* row, std::uint8_t* other, std::size_t count);
 void FindPlaces(const PlaceLine& line, std::int32_t* to, std::size_t count);
 void Interpolate(const PlacedRow& row, std::uint8_t* to, std::size_t pixels, std::size_t size);
 void ExchangeRedAndBlue(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels, std::size_t size);

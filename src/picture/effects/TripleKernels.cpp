@@ -1,5 +1,5 @@
-// SIMD kernels that move or mix neighbouring pixels, mostly of three bytes, compiled once for each Highway target and
-// dispatched at run time.
+// SIMD kernels that move or mix neighbouring pixels, mostly of three bytes, or whole rows, compiled once for each
+// Highway target and dispatched at run time.
 
 #include <cstddef>
 
@@ -16,6 +16,7 @@ namespace kw::kernels::HWY_NAMESPACE {
 
 #if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
 using scalar::BoxDownsample2;
+using scalar::ExchangeRows;
 using scalar::MirrorBytes;
 #else
 namespace hn = hwy::HWY_NAMESPACE;
@@ -191,6 +192,17 @@ void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size) {
   }
   scalar::MirrorBytes(left, static_cast<std::size_t>(right - left) / size, size);
 }
+
+void ExchangeRows(std::uint8_t* row, std::uint8_t* other, std::size_t count) {
+  const Bytes d;
+  std::size_t i = 0;
+  for (; i + hn::Lanes(d) <= count; i += hn::Lanes(d)) {
+    const auto bytes = hn::LoadU(d, row + i);
+    hn::StoreU(hn::LoadU(d, other + i), d, row + i);
+    hn::StoreU(bytes, d, other + i);
+  }
+  scalar::ExchangeRows(row + i, other + i, count - i);
+}
 #endif
 
 }  // namespace kw::kernels::HWY_NAMESPACE
@@ -201,6 +213,7 @@ namespace kw::kernels {
 
 HWY_EXPORT(BoxDownsample2);
 HWY_EXPORT(MirrorBytes);
+HWY_EXPORT(ExchangeRows);
 
 void BoxDownsample2(const std::uint8_t* upper, const std::uint8_t* lower, std::uint8_t* to, std::size_t pixels,
                     std::size_t size) {
@@ -209,6 +222,10 @@ void BoxDownsample2(const std::uint8_t* upper, const std::uint8_t* lower, std::u
 
 void MirrorBytes(std::uint8_t* row, std::size_t pixels, std::size_t size) {
   HWY_DYNAMIC_DISPATCH(MirrorBytes)(row, pixels, size);
+}
+
+void ExchangeRows(std::uint8_t* row, std::uint8_t* other, std::size_t count) {
+  HWY_DYNAMIC_DISPATCH(ExchangeRows)(row, other, count);
 }
 
 }  // namespace kw::kernels
