@@ -3,12 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <limits>
 #include <new>
 #include <stdexcept>
 
 #include "components/controls/PictureBox.h"
 #include "components/controls/UserControl.h"
+#include "tests/support/Errors.h"
 #include "tests/support/RecordedEvents.h"
 #include "tests/support/ScriptedDesktop.h"
 #include "tests/support/TemporaryFolder.h"
@@ -59,6 +61,15 @@ TEST_F(TrapTest, EachTracedNameIsOneLineThatEndsInCarriageReturnAndLineFeed) {
   trap.TraceFunction("Let MaxUndoLevels");
   EXPECT_EQ(Trace(), "UserControl_Initialize\r\nLet MaxUndoLevels\r\n");
   EXPECT_EQ(trap.FunctionHistory(), "\r\nUserControl_Initialize\r\nLet MaxUndoLevels");
+}
+
+TEST_F(TrapTest, WithoutAFolderTheTraceGoesToTheCurrentOne) {
+  AppDir.clear();
+  const std::filesystem::path former = std::filesystem::current_path();
+  std::filesystem::current_path(folder.Native());
+  trap.TraceFunction("UserControl_Initialize");
+  std::filesystem::current_path(former);
+  EXPECT_EQ(Trace(), "UserControl_Initialize\r\n");
 }
 
 TEST_F(TrapTest, AfterFiveThousandTracedCallsTheHistoryHolds4096CharactersAndEndsWithTheLastName) {
@@ -163,17 +174,16 @@ TEST_F(TrapTest, ASecondErrorWhileDisabledIsSilent) {
   EXPECT_EQ(Trace(), before + "Fail\r\n");
 }
 
-TEST_F(TrapTest, AnErrorNumberAbove32767LeavesTheProcedureAsAnOverflow) {
-  desktop.Expect("Critical Error: Error Number : 32768");
-  try {
-    Fail(32768);
-    FAIL() << "no error came";
-  } catch (const RunTimeError& error) {
-    EXPECT_EQ(error.Number(), 6);
+TEST_F(TrapTest, AnErrorNumberBeyond16BitsLeavesTheProcedureAsAnOverflow) {
+  for (const std::int32_t number : {32768, -32769, -2147467259}) {
+    desktop.Expect("Critical Error: Error Number : " + std::to_string(number));
+    desktop.boxes.clear();
+    editor.SetEnabled(true);
+    EXPECT_EQ(test::ErrorOf([&] { Fail(number); }), 6);
+    EXPECT_EQ(desktop.boxes.size(), 1U);
+    EXPECT_NE(Trace().find("Error Number : " + std::to_string(number)), std::string::npos);
+    EXPECT_TRUE(numbers.empty());
   }
-  EXPECT_EQ(desktop.boxes.size(), 1U);
-  EXPECT_NE(Trace().find("Error Number : 32768"), std::string::npos);
-  EXPECT_TRUE(numbers.empty());
 }
 
 TEST_F(TrapTest, AnOverflowThatLeavesAProcedureReachesTheTrapOfItsCallerWhichFindsTheEditorDisabled) {
