@@ -81,10 +81,12 @@ STDMETHODIMP DataObject::DAdvise(FORMATETC* format, DWORD flags, IAdviseSink* si
     }
     const HRESULT advised =
         advises->Advise(this, format, flags & ~static_cast<DWORD>(ADVF_PRIMEFIRST), sink, connection);
-    if (FAILED(advised) || (flags & ADVF_PRIMEFIRST) == 0) return advised;
-    if ((flags & ADVF_ONLYONCE) != 0) advises->Unadvise(*connection);  // the notice that follows is the one
-    TellFirst(*format, flags, *sink);
-    return S_OK;
+    if (SUCCEEDED(advised) && (flags & ADVF_PRIMEFIRST) != 0) {
+      if ((flags & ADVF_ONLYONCE) != 0) advises->Unadvise(*connection);  // the notice that follows is the one
+      TellFirst(*format, flags, *sink);
+    }
+    EndIdleWatch();
+    return advised;
   });
 }
 
@@ -100,6 +102,18 @@ void DataObject::TellChanged() {
   const Lifetime::Outgoing outgoing(core.Life());
   const ComPtr<IDataAdviseHolder> kept = advises;
   kept->SendOnDataChange(this, 0, 0);
+  EndIdleWatch();
+}
+
+// An advise for one notice goes with it.
+void DataObject::EndIdleWatch() {
+  const ComPtr<IDataAdviseHolder> kept = advises;
+  ComPtr<IEnumSTATDATA> left;
+  if (FAILED(kept->EnumAdvise(&left)) || left == nullptr) return;
+  STATDATA one = {};
+  if (left->Next(1, &one, nullptr) != S_OK) watch.reset();
+  if (one.pAdvSink != nullptr) one.pAdvSink->Release();
+  CoTaskMemFree(one.formatetc.ptd);
 }
 
 STDMETHODIMP DataObject::DUnadvise(DWORD connection) {
@@ -107,12 +121,7 @@ STDMETHODIMP DataObject::DUnadvise(DWORD connection) {
     if (advises == nullptr) return OLE_E_NOCONNECTION;
     const ComPtr<IDataAdviseHolder> kept = advises;
     const HRESULT result = kept->Unadvise(connection);
-    ComPtr<IEnumSTATDATA> left;
-    STATDATA one = {};
-    if (FAILED(kept->EnumAdvise(&left)) || left == nullptr) return result;
-    const bool isAnyLeft = left->Next(1, &one, nullptr) == S_OK;
-    if (!isAnyLeft) watch.reset();
-    if (one.pAdvSink != nullptr) one.pAdvSink->Release();
+    EndIdleWatch();
     return result;
   });
 }

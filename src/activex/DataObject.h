@@ -36,6 +36,7 @@ protected:
 private:
   HRESULT RequireAdvises();
   void TellChanged();
+  void EndIdleWatch();
   void TellFirst(FORMATETC& format, DWORD flags, IAdviseSink& sink);
 
   EditorCore& core;

@@ -2,6 +2,7 @@
 
 #include <olectl.h>
 
+#include <array>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -15,6 +16,12 @@ namespace kw::activex {
 namespace {
 
 using Microsoft::WRL::ComPtr;
+
+// Of whom the control is the active object, if there is one.
+template <class Window>
+void LetGo(ComPtr<Window> window) {
+  if (window != nullptr) window->SetActiveObject(nullptr, nullptr);
+}
 
 SIZE SizeOf(const RECT& rectangle) { return {rectangle.right - rectangle.left, rectangle.bottom - rectangle.top}; }
 
@@ -35,7 +42,10 @@ LRESULT InPlaceActivation::ReceiveOfContent(void* self, UINT message, WPARAM wPa
   if (activation.Window() != window) return DefWindowProcW(window, message, wParam, lParam);
   if (message == WM_NCDESTROY) activation.contentHook.Unhook();
   const LRESULT result = activation.contentHook.Default(message, wParam, lParam);
-  if (message == WM_SETFOCUS && activation.HasFocus()) windows::Guard([&] { activation.UserCame(); });
+  // Within the control it moves, and says nothing of the user.
+  const auto cameFromOutside = [&] { return IsChild(window, reinterpret_cast<HWND>(wParam)) == FALSE; };
+  if (message == WM_SETFOCUS && cameFromOutside() && activation.HasFocus())
+    windows::Guard([&] { activation.UserCame(); });
   if (message == ScreenScaleChanged && activation.Window() == window) {
     RECT client = {};
     GetClientRect(window, &client);
@@ -46,7 +56,8 @@ LRESULT InPlaceActivation::ReceiveOfContent(void* self, UINT message, WPARAM wPa
 
 HRESULT InPlaceActivation::Activate(IOleClientSite* site) {
   // A container gets the focus when the control leaves, and some give it back.
-  if (state == State::Leaving) return E_FAIL;
+  if (state == State::Leaving || isMoving) return E_FAIL;
+  LeaveDestroyedWindow();
   if (IsActive()) {
     if (content != nullptr) content->Show(true);
     return S_OK;
@@ -88,7 +99,10 @@ HRESULT InPlaceActivation::MakeContent() {
   frame = givenFrame;
   document = givenDocument;
   core.SetWindowSize(SizeOf(position), windows::ScaleOf(parent));
-  content = std::make_unique<windows::EditorWindow>(core.Editor().Root(), parent, position);
+  if (!IsActiveAt(asked)) return E_FAIL;
+  auto made = std::make_unique<windows::EditorWindow>(core.Editor().Root(), parent, position);
+  if (!IsActiveAt(asked)) return E_FAIL;
+  content = std::move(made);
   content->HoldWith([this] { return std::make_shared<Lifetime::Outgoing>(core.Life()); });
   content->OnKeys([this] {
     const Lifetime::Outgoing outgoing(core.Life());
@@ -103,6 +117,8 @@ HRESULT InPlaceActivation::MakeContent() {
 }
 
 HRESULT InPlaceActivation::ActivateUi(IOleClientSite* site, const MSG* message) {
+  LeaveDestroyedWindow();
+  if (state == State::UiLeaving) return E_FAIL;
   if (IsUiActive()) {
     if (message != nullptr) TakeFocus(message);
     return S_OK;
@@ -117,21 +133,28 @@ HRESULT InPlaceActivation::ActivateUi(IOleClientSite* site, const MSG* message) 
   if (!IsActiveAt(asked)) return E_FAIL;
   if (IsUiActive()) return S_OK;
   state = State::UiActive;
+  endOfUi = EndOfUi::Focus;
   ComPtr<IOleInPlaceActiveObject> active;
   core.Life().Unknown().QueryInterface(IID_PPV_ARGS(&active));
-  const ComPtr<IOleInPlaceFrame> activeFrame = frame;
-  const ComPtr<IOleInPlaceUIWindow> activeDocument = document;
-  if (activeFrame != nullptr) {
-    activeFrame->SetActiveObject(active.Get(), nullptr);
-    activeFrame->SetBorderSpace(nullptr);  // the control needs no border space
+  // Whoever is told may deactivate the control.
+  const auto isStill = [&] { return IsUiActive() && IsActiveAt(asked); };
+  const std::array<ComPtr<IOleInPlaceUIWindow>, 2> told = {frame, document};
+  for (const ComPtr<IOleInPlaceUIWindow>& window : told) {
+    if (window == nullptr) continue;
+    window->SetActiveObject(active.Get(), nullptr);
+    if (!isStill()) return E_FAIL;
+    window->SetBorderSpace(nullptr);  // the control needs no border space
+    if (!isStill()) return E_FAIL;
   }
-  if (activeDocument != nullptr) {
-    activeDocument->SetActiveObject(active.Get(), nullptr);
-    activeDocument->SetBorderSpace(nullptr);
-  }
-  if (IsUiActive()) TakeFocus(message);
+  TakeFocus(message);
+  if (!isStill()) return E_FAIL;
   TellFocus(TRUE);
   return S_OK;
+}
+
+// The container may have destroyed the window alone.
+void InPlaceActivation::LeaveDestroyedWindow() {
+  if (IsActive() && content != nullptr && Window() == nullptr) Deactivate();
 }
 
 bool InPlaceActivation::HasFocus() const {
@@ -178,39 +201,72 @@ void InPlaceActivation::TellEatenKeys() {
 }
 
 HRESULT InPlaceActivation::Hide() {
+  const HWND window = Window();
   DeactivateUi();
-  if (content != nullptr) content->Show(false);
+  if (content != nullptr && Window() == window) content->Show(false);
   return S_OK;
 }
 
 HRESULT InPlaceActivation::DeactivateUi() {
   if (!IsUiActive()) return S_OK;
-  state = State::Active;
+  state = State::UiLeaving;
   TellUiIsOver();
   return S_OK;
 }
 
 void InPlaceActivation::TellUiIsOver() {
-  const ComPtr<IOleInPlaceSite> asked = inPlaceSite;
-  TellFocus(FALSE);
-  const ComPtr<IOleInPlaceFrame> activeFrame = frame;
-  const ComPtr<IOleInPlaceUIWindow> activeDocument = document;
-  if (activeDocument != nullptr) activeDocument->SetActiveObject(nullptr, nullptr);
-  if (activeFrame != nullptr) activeFrame->SetActiveObject(nullptr, nullptr);
-  if (asked != nullptr) asked->OnUIDeactivate(FALSE);
+  for (;;) {
+    switch (endOfUi) {
+      case EndOfUi::Focus:
+        endOfUi = EndOfUi::Document;
+        TellFocus(FALSE);
+        break;
+      case EndOfUi::Document:
+        endOfUi = EndOfUi::Frame;
+        LetGo(document);
+        break;
+      case EndOfUi::Frame:
+        endOfUi = EndOfUi::Site;
+        LetGo(frame);
+        break;
+      case EndOfUi::Site: {
+        endOfUi = EndOfUi::Told;
+        // Within this call the container may make the control its active object again.
+        if (state == State::UiLeaving) state = State::Active;
+        const ComPtr<IOleInPlaceSite> asked = inPlaceSite;
+        if (asked != nullptr) asked->OnUIDeactivate(FALSE);
+        return;
+      }
+      case EndOfUi::Told:
+        return;
+    }
+  }
 }
 
 HRESULT InPlaceActivation::Deactivate() {
   if (!IsActive()) return S_OK;
-  const bool wasUiActive = IsUiActive();
   state = State::Leaving;
-  if (wasUiActive) TellUiIsOver();
+  TellUiIsOver();
   CloseContent();
   const ComPtr<IOleInPlaceSite> asked = inPlaceSite;
   ReleaseSites();
   if (asked != nullptr) asked->OnInPlaceDeactivate();
   TellEatenKeys();
   return S_OK;
+}
+
+void InPlaceActivation::DeactivateAnd(const std::function<void()>& move) {
+  struct Moving {
+    bool& isMoving;
+    const bool before;
+    explicit Moving(bool& flag) : isMoving(flag), before(std::exchange(flag, true)) {}
+    Moving(const Moving&) = delete;
+    Moving& operator=(const Moving&) = delete;
+    ~Moving() { isMoving = before; }
+  };
+  const Moving moving(isMoving);
+  Deactivate();
+  move();
 }
 
 void InPlaceActivation::Abandon() {
@@ -241,7 +297,8 @@ void InPlaceActivation::FollowUiDead() {
 }
 
 HRESULT InPlaceActivation::SetRects(const RECT& position, const RECT& clip) {
-  if (Window() == nullptr) return E_UNEXPECTED;  // not created yet, or destroyed with the container's window
+  const HWND window = Window();
+  if (window == nullptr) return E_UNEXPECTED;  // not created yet, or destroyed with the container's window
   RECT visible = {};
   IntersectRect(&visible, &position, &clip);
   HRGN region = nullptr;
@@ -249,17 +306,19 @@ HRESULT InPlaceActivation::SetRects(const RECT& position, const RECT& clip) {
     OffsetRect(&visible, -position.left, -position.top);
     region = CreateRectRgnIndirect(&visible);
   }
-  SetWindowRgn(Window(), region, TRUE);  // the system owns the region now
-  content->Resize(position);
-  ShowAt(SizeOf(position));
+  // A container that hears of the window's messages may deactivate the control in them.
+  SetWindowRgn(window, region, TRUE);  // the system owns the region now
+  if (Window() == window) content->Resize(position);
+  if (Window() == window) ShowAt(SizeOf(position));
   return S_OK;
 }
 
 // The container may have moved its window to a screen with another DPI.
 void InPlaceActivation::ShowAt(SIZE size) {
-  const Scale scale = windows::ScaleOf(GetParent(Window()));
+  const HWND window = Window();
+  const Scale scale = windows::ScaleOf(GetParent(window));
   content->Rescale(scale);
-  core.SetWindowSize(size, scale);
+  if (Window() == window) core.SetWindowSize(size, scale);
 }
 
 InPlaceActivation::Modal::Modal(const InPlaceActivation& activation) : frame(activation.frame) {

@@ -5,6 +5,7 @@
 #include <oleidl.h>
 #include <wrl/client.h>
 
+#include <functional>
 #include <memory>
 
 #include "windows/base/WindowHook.h"
@@ -24,7 +25,7 @@ public:
   InPlaceActivation& operator=(const InPlaceActivation&) = delete;
   ~InPlaceActivation() { Abandon(); }
 
-  bool IsActive() const { return state == State::Active || state == State::UiActive; }
+  bool IsActive() const { return state >= State::Active; }
   bool IsUiActive() const { return state == State::UiActive; }
   // Null if there is no window.
   HWND Window() const;
@@ -40,6 +41,8 @@ public:
   HRESULT Hide();
   HRESULT DeactivateUi();
   HRESULT Deactivate();
+  // The control goes to another site: nothing activates it until `move` has returned.
+  void DeactivateAnd(const std::function<void()>& move);
   // Destroys the window without a call to the container: the control is being destroyed.
   void Abandon();
 
@@ -61,7 +64,11 @@ public:
   };
 
 private:
-  enum class State : unsigned char { Inactive, Leaving, Active, UiActive };
+  // In UiLeaving, the container is being told that the control is no longer its active object.
+  enum class State : unsigned char { Inactive, Leaving, Active, UiLeaving, UiActive };
+  // Who is to be told next that the control is no longer the active object. Each is told once, also if the container
+  // deactivates the control while it is told.
+  enum class EndOfUi : unsigned char { Focus, Document, Frame, Site, Told };
 
   bool IsActiveAt(const Microsoft::WRL::ComPtr<IOleInPlaceSite>& site) const {
     return IsActive() && inPlaceSite.Get() == site.Get();
@@ -70,6 +77,7 @@ private:
   HRESULT MakeContent();
   void CloseContent();
   void ShowAt(SIZE size);
+  void LeaveDestroyedWindow();
   void TellUiIsOver();
   void TellFocus(BOOL hasFocus);
   void ReleaseSites();
@@ -83,6 +91,8 @@ private:
 
   EditorCore& core;
   State state = State::Inactive;
+  EndOfUi endOfUi = EndOfUi::Told;
+  bool isMoving = false;
   DWORD toldKeys = 0;
   bool hadFocus = false;  // when FollowFocus looked last
   std::unique_ptr<windows::EditorWindow> content;

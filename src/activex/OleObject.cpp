@@ -17,8 +17,7 @@ STDMETHODIMP OleObject::SetClientSite(IOleClientSite* site) {
   return AtComBoundary(core.Life(), [&] {
     // If the container changes the site without deactivating first, the control deactivates while the old site is still
     // there to be told.
-    if (site != core.Site().Get()) core.Activation().Deactivate();
-    core.Site().Set(site);
+    if (site != core.Site().Get()) core.Activation().DeactivateAnd([&] { core.Site().Set(site); });
     core.FollowLanguage();
     core.FollowUserMode();
     return S_OK;

@@ -1,5 +1,7 @@
 #include "activex/Persistence.h"
 
+#include <utility>
+
 #include "activex/ComBoundary.h"
 #include "activex/HostBag.h"
 #include "activex/KwEditor.h"
@@ -101,7 +103,7 @@ STDMETHODIMP Persistence::Load(IStorage* storage) {
   });
 }
 
-STDMETHODIMP Persistence::Save(IStorage* storage, BOOL /*sameAsLoad*/) {
+STDMETHODIMP Persistence::Save(IStorage* storage, BOOL sameAsLoad) {
   return AtComBoundary(core.Life(), [&] {
     if (storage == nullptr) return E_POINTER;
     // No storage is held between calls, so the control can be saved to any storage.
@@ -109,7 +111,9 @@ STDMETHODIMP Persistence::Save(IStorage* storage, BOOL /*sameAsLoad*/) {
     ComPtr<IStream> stream;
     HRESULT result = storage->CreateStream(StreamName, STGM_CREATE | STGM_WRITE | STGM_SHARE_EXCLUSIVE, 0, 0, &stream);
     if (SUCCEEDED(result)) result = SaveStream(*stream.Get());
-    if (SUCCEEDED(result)) storageState = StorageState::NoScribble;
+    if (FAILED(result)) return result;
+    storageState = StorageState::NoScribble;
+    saved = sameAsLoad != FALSE ? Saved::Own : Saved::Copy;
     return result;
   });
 }
@@ -119,6 +123,8 @@ STDMETHODIMP Persistence::SaveCompleted(IStorage* storage) {
     if (storageState == StorageState::HandsOff && storage == nullptr) return E_INVALIDARG;
     if (storageState != StorageState::NoScribble && storageState != StorageState::HandsOff) return E_UNEXPECTED;
     storageState = StorageState::Scribble;
+    const Saved before = std::exchange(saved, Saved::None);
+    if (before == Saved::None || (before == Saved::Copy && storage == nullptr)) return S_OK;
     core.SetDirty(false);
     if (IOleAdviseHolder* const advises = core.Advises()) advises->SendOnSave();
     return S_OK;

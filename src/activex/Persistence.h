@@ -37,6 +37,9 @@ protected:
 private:
   // The use of its storage that the container allows the control between calls.
   enum class StorageState : unsigned char { None, Scribble, NoScribble, HandsOff };
+  // What was saved since SaveCompleted: the control to its own storage, or to another one. That becomes its own if
+  // SaveCompleted brings one; else it is a copy, and the control has changes as before.
+  enum class Saved : unsigned char { None, Own, Copy };
 
   void Read(PropertyBag& bag);
   HRESULT Write(PropertyBag& bag);
@@ -45,6 +48,7 @@ private:
 
   EditorCore& core;
   StorageState storageState = StorageState::None;
+  Saved saved = Saved::None;
 };
 
 }  // namespace kw::activex

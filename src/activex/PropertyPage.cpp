@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <iterator>
 #include <string>
+#include <utility>
 
 #include "activex/ComBoundary.h"
 #include "activex/Module.h"
@@ -77,8 +78,9 @@ STDMETHODIMP PropertyPage::Activate(HWND parent, LPCRECT place, BOOL /*modal*/) 
 STDMETHODIMP PropertyPage::Deactivate() {
   return AtComBoundary(life, [&] {
     if (!HasWindow()) return E_UNEXPECTED;
-    window->Close();
-    window.reset();
+    // The frame hears that the window goes, and may activate the page again.
+    const auto closing = std::exchange(window, nullptr);
+    closing->Close();
     return S_OK;
   });
 }

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "tests/activex/EditorWindows.h"
 #include "tests/activex/Fixture.h"
 #include "tests/activex/StrictContainer.h"
 
@@ -83,29 +84,31 @@ protected:
   bool isTold = false;
 };
 
-// The container's window, which gives the focus to the control whenever it gets it.
-class ReturnedFocus {
+// A window that does something before it handles a message; one at a time.
+class WatchedWindow {
 public:
-  explicit ReturnedFocus(StrictContainer& control)
-      : window(control.Window()),
+  WatchedWindow(HWND watched, std::function<void(UINT message, WPARAM wParam)> work)
+      : window(watched),
         former(reinterpret_cast<WNDPROC>(
-            SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&ReturnedFocus::Procedure)))) {
-    container = &control;
-    results.clear();
+            SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&WatchedWindow::Procedure)))) {
+    before = std::move(work);
+    next = former;
   }
-  ReturnedFocus(const ReturnedFocus&) = delete;
-  ReturnedFocus& operator=(const ReturnedFocus&) = delete;
-  ~ReturnedFocus() { SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(former)); }
-
-  static inline std::vector<HRESULT> results;
+  WatchedWindow(const WatchedWindow&) = delete;
+  WatchedWindow& operator=(const WatchedWindow&) = delete;
+  ~WatchedWindow() {
+    if (IsWindow(window) != FALSE) SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(former));
+    before = {};
+  }
 
 private:
   static LRESULT CALLBACK Procedure(HWND receiver, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_SETFOCUS) results.push_back(container->DoVerb(OLEIVERB_UIACTIVATE));
-    return DefWindowProcW(receiver, message, wParam, lParam);
+    if (before) before(message, wParam);
+    return CallWindowProcW(next, receiver, message, wParam, lParam);
   }
 
-  static inline StrictContainer* container = nullptr;
+  static inline std::function<void(UINT message, WPARAM wParam)> before;
+  static inline WNDPROC next = nullptr;
   HWND window;
   WNDPROC former;
 };
@@ -115,16 +118,154 @@ TEST_F(NestedActivation, WantedBackWhileItsWindowIsBeingDestroyed) {
   ASSERT_NE(container.ActiveObject(), nullptr);
   container.calls.clear();
   {
-    const ReturnedFocus focus(container);
+    std::vector<HRESULT> results;
+    const WatchedWindow parent(container.Window(), [&](UINT message, WPARAM /*wParam*/) {
+      if (message == WM_SETFOCUS) results.push_back(container.DoVerb(OLEIVERB_UIACTIVATE));
+    });
     EXPECT_EQ(container.As<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK);
-    ASSERT_EQ(ReturnedFocus::results.size(), 1U);
-    EXPECT_HRESULT_FAILED(ReturnedFocus::results[0]);
+    ASSERT_EQ(results.size(), 1U);
+    EXPECT_HRESULT_FAILED(results[0]);
   }
   EXPECT_EQ(container.calls, (Calls{"OnFocusLost", "SetActiveObject(null)", "OnUIDeactivate", "OnInPlaceDeactivate"}));
   EXPECT_EQ(ChildrenOf(container.Window()), 0);
   EXPECT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
   ExpectOneWindow();
   container.LetGo();
+}
+
+TEST_F(NestedActivation, WantedBackWhenItLosesTheFocus) {
+  ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+  container.calls.clear();
+  container.onFocus = [this](BOOL gotFocus) {
+    if (gotFocus != FALSE) return;
+    EXPECT_HRESULT_FAILED(container.DoVerb(OLEIVERB_UIACTIVATE));
+  };
+  EXPECT_EQ(container.As<IOleInPlaceObject>()->UIDeactivate(), S_OK);
+  EXPECT_EQ(container.calls, (Calls{"OnFocusLost", "SetActiveObject(null)", "OnUIDeactivate"}));
+  container.onFocus = {};
+  EXPECT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+  EXPECT_NE(container.ActiveObject(), nullptr);
+  container.LetGo();
+}
+
+TEST_F(NestedActivation, DeactivatedWhenItLosesTheFocus) {
+  ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+  container.calls.clear();
+  container.onFocus = [this](BOOL /*gotFocus*/) {
+    EXPECT_EQ(container.As<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK);
+  };
+  EXPECT_EQ(container.As<IOleInPlaceObject>()->UIDeactivate(), S_OK);
+  EXPECT_EQ(container.calls, (Calls{"OnFocusLost", "SetActiveObject(null)", "OnUIDeactivate", "OnInPlaceDeactivate"}));
+  EXPECT_EQ(ChildrenOf(container.Window()), 0);
+  container.LetGo();
+}
+
+TEST_F(NestedActivation, DeactivatedWhenItBecomesTheActiveObject) {
+  container.onActiveObject = Once([this] { EXPECT_EQ(container.As<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK); });
+  EXPECT_HRESULT_FAILED(container.DoVerb(OLEIVERB_UIACTIVATE));
+  EXPECT_EQ(container.ActiveObject(), nullptr);
+  EXPECT_EQ(CountOf("OnFocus"), 0);
+  EXPECT_EQ(container.calls.back(), "OnInPlaceDeactivate");
+  container.LetGo();
+}
+
+TEST_F(NestedActivation, DeactivatedWhenAFieldOfTheContainerLosesTheFocus) {
+  SetFocus(container.Window());
+  {
+    const WatchedWindow field(container.Window(), [this](UINT message, WPARAM /*wParam*/) {
+      if (message != WM_KILLFOCUS) return;
+      EXPECT_EQ(container.As<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK);
+    });
+    EXPECT_HRESULT_FAILED(container.DoVerb(OLEIVERB_UIACTIVATE));
+  }
+  EXPECT_EQ(CountOf("OnFocus"), 0);
+  EXPECT_EQ(container.calls.back(), "OnInPlaceDeactivate");
+  EXPECT_EQ(ChildrenOf(container.Window()), 0);
+  container.LetGo();
+}
+
+// The container's window hears of the windows in it.
+TEST_F(NestedActivation, TakenAwayWhenTheContainersWindowHearsOfIt) {
+  int heard = 0;
+  {
+    const WatchedWindow parent(container.Window(), [&](UINT message, WPARAM wParam) {
+      if (message != WM_PARENTNOTIFY || LOWORD(wParam) != WM_CREATE) return;
+      ++heard;
+      EXPECT_EQ(container.As<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK);
+    });
+    EXPECT_EQ(container.DoVerb(OLEIVERB_INPLACEACTIVATE), S_OK);
+  }
+  EXPECT_EQ(heard, 0) << "a window that is being made is no use to it";
+  ExpectOneWindow();
+  const LONG style = GetWindowLongW(container.ControlWindow(), GWL_EXSTYLE);
+  EXPECT_EQ(style & WS_EX_NOPARENTNOTIFY, 0) << "clicks are";
+  container.LetGo();
+}
+
+TEST_F(NestedActivation, TakenAwayWhenItsWindowIsResized) {
+  const HWND editor = ShowInPlace();
+  const WatchedWindow moved(editor, [this](UINT message, WPARAM /*wParam*/) {
+    if (message != WM_SIZE) return;
+    EXPECT_EQ(container.As<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK);
+  });
+  const RECT place = {0, 0, 300, 200};
+  EXPECT_EQ(container.As<IOleInPlaceObject>()->SetObjectRects(&place, &place), S_OK);
+  EXPECT_EQ(IsWindow(editor), FALSE);
+  EXPECT_EQ(container.calls.back(), "OnInPlaceDeactivate");
+  container.LetGo();
+}
+
+TEST_F(NestedActivation, TakenAwayWhenTheFocusLeavesWhatIsHidden) {
+  control->put_IsOpenButtonVisible(VARIANT_TRUE);
+  ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+  const std::vector<HWND> all = VisibleWindows(container.ControlWindow());
+  control->put_IsOpenButtonVisible(VARIANT_FALSE);
+  const std::vector<HWND> left = VisibleWindows(container.ControlWindow());
+  control->put_IsOpenButtonVisible(VARIANT_TRUE);
+  const auto hidden = std::ranges::find_if(all, [&](HWND one) { return std::ranges::count(left, one) == 0; });
+  ASSERT_NE(hidden, all.end());
+  SetFocus(*hidden);
+  EXPECT_EQ(container.As<IOleInPlaceObject>()->UIDeactivate(), S_OK);
+  container.calls.clear();
+  control->put_IsOpenButtonVisible(VARIANT_FALSE);
+  EXPECT_EQ(GetFocus(), container.ControlWindow());
+  EXPECT_EQ(CountOf("OnUIActivate"), 0) << "the focus only moved within the control";
+  container.LetGo();
+}
+
+TEST_F(NestedActivation, ShownAgainAfterItsWindowWasDestroyed) {
+  const HWND first = ShowInPlace();
+  DestroyWindow(first);
+  container.calls.clear();
+  EXPECT_EQ(container.DoVerb(OLEIVERB_SHOW), S_OK);
+  ExpectOneWindow();
+  EXPECT_EQ(container.calls, (Calls{"OnInPlaceDeactivate", "CanInPlaceActivate", "OnInPlaceActivate",
+                                    "GetWindowContext", "ShowObject"}));
+  DestroyWindow(container.ControlWindow());
+  EXPECT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+  ExpectOneWindow();
+  EXPECT_NE(container.ActiveObject(), nullptr);
+  container.LetGo();
+}
+
+TEST_F(NestedActivation, WantedBackByTheContainerThatItLeaves) {
+  ShowInPlace();
+  const auto object = container.As<IOleObject>();
+  container.onInPlaceDeactivate = Once([this] { EXPECT_HRESULT_FAILED(container.DoVerb(OLEIVERB_INPLACEACTIVATE)); });
+  EXPECT_EQ(object->SetClientSite(nullptr), S_OK);
+  EXPECT_TRUE(isTold);
+  EXPECT_EQ(ChildrenOf(container.Window()), 0);
+  EXPECT_EQ(container.References(), 1U);
+  container.LetGo();
+}
+
+TEST_F(NestedActivation, MovedWhenItIsHidden) {
+  StrictContainer other;
+  ASSERT_EQ(container.DoVerb(OLEIVERB_UIACTIVATE), S_OK);
+  container.onUiDeactivate = Once([&] { MoveTo(other); });
+  EXPECT_EQ(container.DoVerb(OLEIVERB_HIDE), S_OK);
+  EXPECT_EQ(IsWindowVisible(container.ControlWindow()), TRUE);
+  ExpectInPlaceIn(other);
 }
 
 TEST_F(NestedActivation, WantedBackWhenItIsNoLongerTheActiveObject) {

@@ -302,6 +302,24 @@ TEST_F(PersistenceTest, ForeignAndLaterStreamsAreRefused) {
   }
 }
 
+TEST_F(PersistenceTest, AStorageThatIsACopyLeavesTheControlChanged) {
+  ComPtr<IStorage> storage;
+  ASSERT_HRESULT_SUCCEEDED(StgCreateDocfile(scratch.File(L"form.stg").c_str(),
+                                            STGM_CREATE | STGM_READWRITE | STGM_SHARE_EXCLUSIVE, 0, &storage));
+  const auto persist = As<IPersistStorage>();
+  EXPECT_EQ(persist->InitNew(storage.Get()), S_OK);
+  ChangeEverything();
+  EXPECT_EQ(persist->Save(storage.Get(), FALSE), S_OK);
+  EXPECT_EQ(persist->SaveCompleted(nullptr), S_OK);
+  EXPECT_EQ(persist->IsDirty(), S_OK);
+  EXPECT_EQ(persist->HandsOffStorage(), S_OK);
+  EXPECT_EQ(persist->SaveCompleted(storage.Get()), S_OK);
+  EXPECT_EQ(persist->IsDirty(), S_OK) << "nothing was saved";
+  EXPECT_EQ(persist->Save(storage.Get(), FALSE), S_OK);
+  EXPECT_EQ(persist->SaveCompleted(storage.Get()), S_OK);
+  EXPECT_EQ(persist->IsDirty(), S_FALSE) << "that storage is its own now";
+}
+
 TEST_F(PersistenceTest, StorageFollowsItsProtocol) {
   ComPtr<IStorage> storage;
   ASSERT_HRESULT_SUCCEEDED(StgCreateDocfile(scratch.File(L"form.stg").c_str(),

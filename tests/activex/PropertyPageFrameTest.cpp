@@ -46,6 +46,34 @@ TEST_F(PropertyFrameTest, ThePageHasItsInterfacesAndIsNoAggregate) {
             CLASS_E_NOAGGREGATION);
 }
 
+// The frame's window hears that that of the page is destroyed.
+TEST_F(PropertyFrameTest, AFrameMayActivateThePageWhileItIsDeactivated) {
+  PageFrame frame;
+  frame.Open({control.Get()});
+  const HWND first = frame.PageWindow();
+  static PageFrame* opened = nullptr;
+  static WNDPROC former = nullptr;
+  static HRESULT result = E_NOTIMPL;
+  static RECT area = {};
+  opened = &frame;
+  area = place;
+  result = E_NOTIMPL;
+  const WNDPROC procedure = [](HWND window, UINT message, WPARAM wParam, LPARAM lParam) -> LRESULT {
+    const bool isGoing = message == WM_PARENTNOTIFY && LOWORD(wParam) == WM_DESTROY;
+    if (isGoing && result == E_NOTIMPL) result = opened->page->Activate(window, &area, FALSE);
+    return CallWindowProcW(former, window, message, wParam, lParam);
+  };
+  former =
+      reinterpret_cast<WNDPROC>(SetWindowLongPtrW(frame.window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure)));
+  EXPECT_EQ(frame.page->Deactivate(), S_OK);
+  SetWindowLongPtrW(frame.window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(former));
+  EXPECT_EQ(result, S_OK);
+  EXPECT_EQ(IsWindow(first), FALSE);
+  EXPECT_NE(frame.PageWindow(), nullptr);
+  EXPECT_EQ(frame.page->Show(SW_SHOW), S_OK);
+  frame.Close();
+}
+
 TEST_F(PropertyFrameTest, AFrameMayCallInAnyOrder) {
   PageFrame frame;
   IUnknown* object = control.Get();

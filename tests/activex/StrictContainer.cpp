@@ -153,6 +153,7 @@ STDMETHODIMP StrictContainer::OnInPlaceDeactivate() {
   EXPECT_EQ(state, State::Active);
   EXPECT_EQ(active.Get(), nullptr) << "the control is still the active object of the frame";
   state = State::Loaded;
+  if (onInPlaceDeactivate) onInPlaceDeactivate();
   return S_OK;
 }
 
@@ -168,6 +169,7 @@ STDMETHODIMP StrictContainer::TranslateAccelerator(MSG* /*message*/, DWORD modif
 
 STDMETHODIMP StrictContainer::OnFocus(BOOL gotFocus) {
   calls.emplace_back(gotFocus != 0 ? "OnFocus" : "OnFocusLost");
+  if (onFocus) onFocus(gotFocus);
   return S_OK;
 }
 
@@ -184,6 +186,7 @@ STDMETHODIMP StrictContainer::SetBorderSpace(LPCBORDERWIDTHS widths) {
 STDMETHODIMP StrictContainer::SetActiveObject(IOleInPlaceActiveObject* object, LPCOLESTR /*name*/) {
   calls.emplace_back(object != nullptr ? "SetActiveObject" : "SetActiveObject(null)");
   active = object;
+  if (object != nullptr && onActiveObject) onActiveObject();
   return S_OK;
 }
 

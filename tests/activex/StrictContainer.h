@@ -35,11 +35,14 @@ public:
   std::optional<LONG> locale;    // unknown to it if empty
   // Called when the control wants to be its active object; it may refuse.
   std::function<HRESULT()> onUiActivate;
-  // Called when the control tells that it is about to be active in place, asks where its window is to be, or is no
-  // longer the active object.
+  // Called when the control tells that it is about to be active in place, asks where its window is to be, is the active
+  // object, got or lost the focus, is no longer the active object, or no longer active in place.
   std::function<void()> onInPlaceActivate;
   std::function<void()> onWindowContext;
+  std::function<void()> onActiveObject;
+  std::function<void(BOOL gotFocus)> onFocus;
   std::function<void()> onUiDeactivate;
+  std::function<void()> onInPlaceDeactivate;
   // Called when it is asked for UserMode, before it answers.
   std::function<void()> onUserMode;
   RECT place = {10, 20, 410, 320};

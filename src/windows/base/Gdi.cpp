@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "windows/base/Owned.h"
+
 namespace kw::windows {
 
 bool BackBuffer::Reserve(int newWidth, int newHeight) {
@@ -52,7 +54,8 @@ namespace {
 std::vector<RECT> UpdatePartsOf(HWND window) {
   constexpr DWORD Many = 16;
   std::vector<RECT> parts;
-  const HRGN region = CreateRectRgn(0, 0, 0, 0);
+  const OwnedGdiObject owned(CreateRectRgn(0, 0, 0, 0));
+  auto* const region = static_cast<HRGN>(owned.get());
   if (GetUpdateRgn(window, region, FALSE) > NULLREGION) {
     std::vector<std::byte> memory(GetRegionData(region, 0, nullptr));
     auto* const data = reinterpret_cast<RGNDATA*>(memory.data());
@@ -64,7 +67,6 @@ std::vector<RECT> UpdatePartsOf(HWND window) {
       parts.push_back(data->rdh.rcBound);
     }
   }
-  DeleteObject(region);
   return parts;
 }
 

@@ -6,6 +6,7 @@
 
 #include "windows/base/Gdi.h"
 #include "windows/base/Mouse.h"
+#include "windows/base/Owned.h"
 #include "windows/base/ScreenScale.h"
 #include "windows/editor/FormViews.h"
 #include "windows/views/ViewTree.h"
@@ -93,12 +94,12 @@ void EditorWindow::Draw(UserControl& root, HDC context, const RECT& bounds) {
   BackBuffer frame;
   if (!frame.Reserve(width, height)) return;
   const Images images(scale);
-  const HFONT font = CreateCaptionFont(scale);
-  const HGDIOBJ before = SelectObject(frame.Context(), font);
+  const OwnedGdiObject font(CreateCaptionFont(scale));
+  // The frame's context outlives the drawing, also one that is not completed, but not the font.
+  const HGDIOBJ before = SelectObject(frame.Context(), font.get());
   FillWithFace(frame.Context(), {0, 0, width, height});
   DrawChildren({frame.Context(), images, scale}, root);
   SelectObject(frame.Context(), before);
-  DeleteObject(font);
   const int mode = SetStretchBltMode(context, HALFTONE);
   SetBrushOrgEx(context, 0, 0, nullptr);
   StretchBlt(context, bounds.left, bounds.top, WidthOf(bounds), HeightOf(bounds), frame.Context(), 0, 0, width, height,

@@ -11,6 +11,7 @@
 #include "windows/base/CommonControls.h"
 #include "windows/base/Guard.h"
 #include "windows/base/Module.h"
+#include "windows/base/Owned.h"
 #include "windows/base/Text.h"
 #include "windows/properties/PathQuestion.h"
 #include "windows/properties/PropertyFields.h"
@@ -95,7 +96,7 @@ void PropertyPageWindow::Initialise() const {
 }
 
 void PropertyPageWindow::ShowEntries() {
-  isShowing = true;
+  const RaisedFlag showing(isShowing);
   for (std::size_t i = 0; i < PropertyFields().size(); ++i) {
     const PropertyField& field = PropertyFields()[i];
     if (field.kind == PropertyField::Kind::Switch) {
@@ -105,7 +106,6 @@ void PropertyPageWindow::ShowEntries() {
       SetWindowTextW(Item(field.control), text.c_str());
     }
   }
-  isShowing = false;
 }
 
 void PropertyPageWindow::Focus(std::size_t field) const {

@@ -6,6 +6,7 @@
 
 #include "components/base/Texts.h"
 #include "windows/base/Gdi.h"
+#include "windows/base/Owned.h"
 #include "windows/base/Text.h"
 #include "windows/views/ViewTree.h"
 
@@ -245,7 +246,8 @@ std::vector<ToolBarView::MenuEntry> ToolBarView::EntriesOfRest() {
 }
 
 void ToolBarView::PopUpRest() {
-  const HMENU popUp = CreatePopupMenu();
+  OwnedMenu owned(CreatePopupMenu());
+  const HMENU popUp = owned.get();
   if (popUp == nullptr) return;
   const std::vector<MenuEntry> entries = EntriesOfRest();
   for (std::size_t i = 0; i < entries.size(); ++i) {
@@ -263,7 +265,7 @@ void ToolBarView::PopUpRest() {
   const auto held = Shared().Hold();
   const int chosen = TrackPopupMenuEx(popUp, TPM_RETURNCMD | TPM_RIGHTALIGN | TPM_VERTICAL, bounds.right, bounds.bottom,
                                       Shared().Window(), &besides);
-  DestroyMenu(popUp);
+  owned.reset();
   if (chosen <= 0 || !IsAttached()) return;
   const auto& [view, index] = entries[static_cast<std::size_t>(chosen) - 1];
   if (view->IsAttached()) view->Choose(index);

@@ -137,6 +137,8 @@ void ControlView::Destroy() {
 }
 
 void ControlView::Changed(Aspect aspect) {
+  // To move the focus calls the host, which may close the tree.
+  const ViewTree::Message underWay(tree);
   if (IsAsleep()) {
     if (aspect == Aspect::Visibility && model->Visible()) tree.Wake(*this);
     return;

@@ -2,6 +2,7 @@
 
 #include "scene/Accessible.h"
 #include "windows/base/Gdi.h"
+#include "windows/base/Owned.h"
 #include "windows/base/Text.h"
 #include "windows/views/ViewTree.h"
 
@@ -83,10 +84,9 @@ void ImageComboView::ShowEnabled() {
 
 void ImageComboView::Show(Aspect aspect) {
   if (aspect != Aspect::Content) return;
-  isShowing = true;
+  const RaisedFlag showing(isShowing);
   ShowItems();
   ShowText();
-  isShowing = false;
 }
 
 void ImageComboView::ShowItems() {

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "windows/base/Owned.h"
 #include "windows/base/Text.h"
 #include "windows/base/WaitPointer.h"
 #include "windows/views/ViewTree.h"
@@ -10,7 +11,8 @@ namespace kw::windows {
 
 void MenuView::Show(Aspect aspect) {
   if (aspect != Aspect::PopUp || !TakesInput()) return;
-  const HMENU popUp = CreatePopupMenu();
+  OwnedMenu owned(CreatePopupMenu());
+  const HMENU popUp = owned.get();
   if (popUp == nullptr) return;
   std::vector<Menu*> entries;
   for (Control* child : menu.Children()) {
@@ -28,7 +30,7 @@ void MenuView::Show(Aspect aspect) {
   const WaitPointer::Rest rest;
   const BOOL chosen =
       TrackPopupMenu(popUp, TPM_RETURNCMD | TPM_RIGHTBUTTON, mouse.x, mouse.y, 0, Shared().Window(), nullptr);
-  DestroyMenu(popUp);
+  owned.reset();
   if (chosen <= 0 || !IsAttached() || !TakesInput()) return;
   Menu* const entry = entries[static_cast<std::size_t>(chosen) - 1];
   for (const Control* child : menu.Children()) {

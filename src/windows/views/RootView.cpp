@@ -24,15 +24,20 @@ ScrollBar* FindScrollBar(const Control& holder, bool isVertical) {
 
 HWND RootView::Create(HWND /*parent*/) {
   // One stop of the host's Tab key: within the form the tree moves the focus.
-  const HWND created =
-      CreateWindowExW(0, OwnWindowClass::Name, nullptr, WS_CHILD | WS_CLIPSIBLINGS | WS_CLIPCHILDREN | WS_TABSTOP,
-                      start.left, start.top, WidthOf(start), HeightOf(start), host, nullptr, Module(), nullptr);
+  const HWND created = CreateWindowExW(WS_EX_NOPARENTNOTIFY, OwnWindowClass::Name, nullptr,
+                                       WS_CHILD | WS_CLIPSIBLINGS | WS_CLIPCHILDREN | WS_TABSTOP, start.left, start.top,
+                                       WidthOf(start), HeightOf(start), host, nullptr, Module(), nullptr);
   // A window takes the direction of a mirrored parent. Pages, drawings and English captions are not mirrored.
   if (created != nullptr) {
     const LONG style = GetWindowLongW(created, GWL_EXSTYLE);
     if ((style & WS_EX_LAYOUTRTL) != 0) SetWindowLongW(created, GWL_EXSTYLE, style & ~WS_EX_LAYOUTRTL);
   }
   return created;
+}
+
+// The host did not hear of a window that was still being made; from now on it hears of clicks into it.
+void RootView::LetHostHear() const {
+  SetWindowLongW(Handle(), GWL_EXSTYLE, GetWindowLongW(Handle(), GWL_EXSTYLE) & ~WS_EX_NOPARENTNOTIFY);
 }
 
 void RootView::Show(Aspect aspect) {

@@ -13,6 +13,8 @@ public:
       : PaintedView(shared, shown, nullptr, nullptr, &shown), root(shown), host(parent), start(position) {}
 
   LRESULT OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+  // To be called when all windows are made.
+  void LetHostHear() const;
 
 private:
   HWND Create(HWND parent) override;

@@ -35,12 +35,14 @@ void ViewTree::Open(HWND parent, const RECT& position) {
   isMade = true;
   font = CreateCaptionFont(scale);
   auto made = std::make_unique<RootView>(*this, *root, parent, position);
-  rootView = made.get();
+  RootView* const opened = made.get();
   views[root] = std::move(made);
+  rootView = opened;
   rootView->Open();
   if (rootView->Handle() == nullptr) Raise(ErrorNumber::OutOfMemory, static_cast<std::int32_t>(GetLastError()));
   MakeViewsIn(*root, rootView);
   CompleteViews(*root);
+  if (IsOpen()) opened->LetHostHear();
   opening.tree = nullptr;
 }
 
