@@ -13,6 +13,7 @@
 #include "tests/support/win32/BoxAnswerer.h"
 #include "tests/support/win32/Bystander.h"
 #include "tests/support/win32/Soon.h"
+#include "tests/support/win32/WatchedWindow.h"
 #include "windows/properties/PropertyPageIds.h"
 
 namespace kw::test {
@@ -51,22 +52,14 @@ TEST_F(PropertyFrameTest, AFrameMayActivateThePageWhileItIsDeactivated) {
   PageFrame frame;
   frame.Open({control.Get()});
   const HWND first = frame.PageWindow();
-  static PageFrame* opened = nullptr;
-  static WNDPROC former = nullptr;
-  static HRESULT result = E_NOTIMPL;
-  static RECT area = {};
-  opened = &frame;
-  area = place;
-  result = E_NOTIMPL;
-  const WNDPROC procedure = [](HWND window, UINT message, WPARAM wParam, LPARAM lParam) -> LRESULT {
-    const bool isGoing = message == WM_PARENTNOTIFY && LOWORD(wParam) == WM_DESTROY;
-    if (isGoing && result == E_NOTIMPL) result = opened->page->Activate(window, &area, FALSE);
-    return CallWindowProcW(former, window, message, wParam, lParam);
-  };
-  former =
-      reinterpret_cast<WNDPROC>(SetWindowLongPtrW(frame.window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(procedure)));
-  EXPECT_EQ(frame.page->Deactivate(), S_OK);
-  SetWindowLongPtrW(frame.window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(former));
+  HRESULT result = E_NOTIMPL;
+  {
+    const WatchedWindow window(frame.window, [&](UINT message, WPARAM wParam) {
+      const bool isGoing = message == WM_PARENTNOTIFY && LOWORD(wParam) == WM_DESTROY;
+      if (isGoing && result == E_NOTIMPL) result = frame.page->Activate(frame.window, &place, FALSE);
+    });
+    EXPECT_EQ(frame.page->Deactivate(), S_OK);
+  }
   EXPECT_EQ(result, S_OK);
   EXPECT_EQ(IsWindow(first), FALSE);
   EXPECT_NE(frame.PageWindow(), nullptr);
