@@ -2,6 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <string>
+
 #include "tests/activex/Ocx.h"
 
 namespace kw::test {
@@ -25,6 +32,15 @@ protected:
     PumpMessages(20);
     EXPECT_TRUE(Ocx::CanUnload()) << "something of the control is still alive";
     Ocx::ForgetFolder();
+    if (HasFailure()) TellTrace();
+  }
+
+  // What the control was at before it failed.
+  void TellTrace() const {
+    constexpr std::size_t most = 3000;
+    std::ifstream file(std::filesystem::path(scratch.File(L"FunctionsInExecution.txt")), std::ios::binary);
+    const std::string trace((std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>());
+    std::cout << "the end of the trace:\n" << trace.substr(trace.size() - std::min(most, trace.size())) << '\n';
   }
 
   ScratchFolder scratch;
