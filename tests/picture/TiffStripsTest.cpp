@@ -228,6 +228,21 @@ void RewriteStrips(const std::string& path, int compression, std::uint32_t rows,
   maker.EndPage();
 }
 
+// The differences of a plane are those of neighbours, however many planes there are.
+TEST_F(StripThreads, DifferencesInManyPlanes) {
+  constexpr std::uint16_t planes = 128;
+  {
+    TiffMaker maker(path);
+    maker.Page(2, 1, 8, planes, PHOTOMETRIC_MINISBLACK, COMPRESSION_LZW, 1);
+    maker.Set(TIFFTAG_PLANARCONFIG, PLANARCONFIG_SEPARATE).Set(TIFFTAG_PREDICTOR, 2);
+    for (std::uint16_t plane = 0; plane < planes; ++plane) maker.Line(0, {7, 9}, plane);
+    maker.EndPage();
+  }
+  ReadOutcome outcome;
+  EXPECT_TRUE(IsReadByThreads(BytesOf(path), &outcome));
+  EXPECT_TRUE(outcome.isRead) << outcome.error;
+}
+
 // The file with another beginning of the strip that begins at `from`; empty if no number of `Size` bytes says that.
 template <std::size_t Size>
 Bytes WithPlace(Bytes file, std::uint64_t from, std::uint64_t to) {

@@ -23,6 +23,7 @@ struct TiffLayout {
   bool plainNumbers = true;
   TiffAlpha alpha = TiffAlpha::None;
 
+  bool operator==(const TiffLayout&) const = default;
   bool IsGrey() const { return photometric == PHOTOMETRIC_MINISWHITE || photometric == PHOTOMETRIC_MINISBLACK; }
   // The first sample is an index or a level of grey, and there is no alpha.
   bool IsIndexed() const {

@@ -169,7 +169,8 @@ private:
     for (const std::uint8_t unwritten : {std::uint8_t{0x80}, std::uint8_t{0x7F}}) {
       to.back() = unwritten;
       if (!decode()) return false;
-      const unsigned left = hasLeft ? to[to.size() - 1 - layout.samples] : 0U;
+      const std::size_t step = layout.planar ? 1 : layout.samples;
+      const unsigned left = hasLeft ? to[to.size() - 1 - step] : 0U;
       if (static_cast<std::uint8_t>(to.back() - left) != unwritten) return true;
     }
     return false;

@@ -180,6 +180,14 @@ bool DecodeStripsApart(const TiffPage& page, StripCalls calls,
   const std::uint32_t step = areWhole && !areShared ? StripsAtOnce(page, strips, threads) : 1;
   const auto steps = areShared ? static_cast<std::uint32_t>(threads) : (strips + step - 1) / step;
 
+  const std::size_t lineBytes = page.LineBytes();
+  const std::uint32_t rowsPerStrip = page.RowsPerStrip();
+  // Another process may have changed the file since the page was opened.
+  const auto isThatPage = [&](const TiffPage& own) {
+    return own.layout == page.layout && own.LineBytes() == lineBytes && own.RowsPerStrip() == rowsPerStrip &&
+           TIFFNumberOfStrips(own.tiff.Get()) == all;
+  };
+
   std::mutex lock;
   std::atomic<std::uint32_t> next{0};
   std::atomic<bool> sound{true};
@@ -187,7 +195,13 @@ bool DecodeStripsApart(const TiffPage& page, StripCalls calls,
     std::optional<StripBytes> bytes;
     std::optional<TiffPage> own;
     for (std::uint32_t i = next++; i < steps && sound; i = next++) {
-      if (!own) own.emplace(bytes.emplace(page.file, lock), page.directory, page.limits);
+      if (!own) {
+        own.emplace(bytes.emplace(page.file, lock), page.directory, page.limits);
+        if (!isThatPage(*own)) {
+          sound = false;
+          return;
+        }
+      }
       const StripRange part = {i * step, std::min(strips, (i + 1) * step)};
       if (!decode(*own, areShared ? StripRange{0, strips} : part)) sound = false;
     }
