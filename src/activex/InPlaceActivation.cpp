@@ -9,6 +9,7 @@
 
 #include "activex/ComBoundary.h"
 #include "activex/EditorCore.h"
+#include "components/base/RaisedFlag.h"
 #include "windows/base/Guard.h"
 #include "windows/base/ScreenScale.h"
 
@@ -17,7 +18,7 @@ namespace {
 
 using Microsoft::WRL::ComPtr;
 
-// Of whom the control is the active object, if there is one.
+// Tells a window of the container, if there is one, that the control is no longer its active object.
 template <class Window>
 void LetGo(ComPtr<Window> window) {
   if (window != nullptr) window->SetActiveObject(nullptr, nullptr);
@@ -256,15 +257,7 @@ HRESULT InPlaceActivation::Deactivate() {
 }
 
 void InPlaceActivation::DeactivateAnd(const std::function<void()>& move) {
-  struct Moving {
-    bool& isMoving;
-    const bool before;
-    explicit Moving(bool& flag) : isMoving(flag), before(std::exchange(flag, true)) {}
-    Moving(const Moving&) = delete;
-    Moving& operator=(const Moving&) = delete;
-    ~Moving() { isMoving = before; }
-  };
-  const Moving moving(isMoving);
+  const RaisedFlag moving(isMoving);
   Deactivate();
   move();
 }

@@ -2,25 +2,10 @@
 
 #include <utility>
 
+#include "components/base/RaisedFlag.h"
 #include "components/platform/Desktop.h"
 
 namespace kw {
-namespace {
-
-// True from its making to its end, also when an error is the end.
-class Flag {
-public:
-  explicit Flag(bool& raised) : flag(raised) { raised = true; }
-  Flag(const Flag&) = delete;
-  Flag& operator=(const Flag&) = delete;
-  ~Flag() { flag = false; }
-
-private:
-  bool& flag;
-};
-
-}  // namespace
-
 Scanner::Scanner(std::string controlName, Desktop& platform)
     : Control(std::move(controlName), "KWScannerCtl"), desktop(platform) {}
 
@@ -34,13 +19,13 @@ void Scanner::SwitchOn(bool value) {
 
 void Scanner::SelectSource() {
   if (!IsReady()) return;
-  const Flag busy(isBusy);
+  const RaisedFlag busy(isBusy);
   driver->SelectSource();
 }
 
 bool Scanner::Acquire() {
   if (!IsReady()) return false;
-  const Flag busy(isBusy);
+  const RaisedFlag busy(isBusy);
   return driver->Acquire();
 }
 

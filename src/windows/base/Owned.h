@@ -19,16 +19,4 @@ struct MenuDelete {
 };
 using OwnedMenu = std::unique_ptr<HMENU, MenuDelete>;
 
-// A flag that is set while this lives, and not set afterwards.
-class RaisedFlag {
-public:
-  explicit RaisedFlag(bool& raised) : flag(raised) { flag = true; }
-  RaisedFlag(const RaisedFlag&) = delete;
-  RaisedFlag& operator=(const RaisedFlag&) = delete;
-  ~RaisedFlag() { flag = false; }
-
-private:
-  bool& flag;
-};
-
 }  // namespace kw::windows

@@ -6,12 +6,12 @@
 #include <optional>
 #include <utility>
 
+#include "components/base/RaisedFlag.h"
 #include "components/base/RunTimeError.h"
 #include "components/base/Texts.h"
 #include "windows/base/CommonControls.h"
 #include "windows/base/Guard.h"
 #include "windows/base/Module.h"
-#include "windows/base/Owned.h"
 #include "windows/base/Text.h"
 #include "windows/properties/PathQuestion.h"
 #include "windows/properties/PropertyFields.h"

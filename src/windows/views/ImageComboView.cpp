@@ -1,8 +1,8 @@
 #include "windows/views/ImageComboView.h"
 
+#include "components/base/RaisedFlag.h"
 #include "scene/Accessible.h"
 #include "windows/base/Gdi.h"
-#include "windows/base/Owned.h"
 #include "windows/base/Text.h"
 #include "windows/views/ViewTree.h"
 
