@@ -91,11 +91,11 @@ void EditorWindow::Draw(UserControl& root, HDC context, const RECT& bounds) {
   const Scale scale = ScaleFor(WidthOf(bounds), ownWidth);
   const int width = scale.ToDevice(ownWidth);
   const int height = scale.ToDevice(ownHeight);
+  // Outlives the frame, whose context may still hold it if the drawing fails.
+  const OwnedGdiObject font(CreateCaptionFont(scale));
   BackBuffer frame;
   if (!frame.Reserve(width, height)) return;
   const Images images(scale);
-  const OwnedGdiObject font(CreateCaptionFont(scale));
-  // The frame's context outlives the drawing, also one that is not completed, but not the font.
   const HGDIOBJ before = SelectObject(frame.Context(), font.get());
   FillWithFace(frame.Context(), {0, 0, width, height});
   DrawChildren({frame.Context(), images, scale}, root);
