@@ -105,7 +105,7 @@ void DataObject::TellChanged() {
   EndIdleWatch();
 }
 
-// An advise for one notice goes with it.
+// An advise for one notice ends with that notice.
 void DataObject::EndIdleWatch() {
   const ComPtr<IDataAdviseHolder> kept = advises;
   ComPtr<IEnumSTATDATA> left;

@@ -34,6 +34,13 @@ protected:
       work();
     };
   }
+  // When the control wants to be the active object, does that once and agrees.
+  void WhenToBeActiveObject(std::function<void()> work) {
+    container.onUiActivate = [once = Once(std::move(work))] {
+      once();
+      return S_OK;
+    };
+  }
   void Reactivate(LONG verb) {
     EXPECT_EQ(container.As<IOleInPlaceObject>()->InPlaceDeactivate(), S_OK);
     EXPECT_EQ(container.DoVerb(verb), S_OK);
@@ -167,10 +174,10 @@ TEST_F(NestedActivation, TakenAwayWhenTheContainersWindowHearsOfIt) {
     });
     EXPECT_EQ(container.DoVerb(OLEIVERB_INPLACEACTIVATE), S_OK);
   }
-  EXPECT_EQ(heard, 0) << "a window that is being made is no use to it";
+  EXPECT_EQ(heard, 0) << "the window is not ready yet";
   ExpectOneWindow();
   const LONG style = GetWindowLongW(container.ControlWindow(), GWL_EXSTYLE);
-  EXPECT_EQ(style & WS_EX_NOPARENTNOTIFY, 0) << "clicks are";
+  EXPECT_EQ(style & WS_EX_NOPARENTNOTIFY, 0) << "the container hears of clicks";
   container.LetGo();
 }
 
@@ -285,30 +292,21 @@ TEST_F(NestedActivation, AnotherContainerWhenItIsNoLongerTheActiveObject) {
 
 TEST_F(NestedActivation, AnotherWindowAtAClick) {
   const HWND editor = ShowInPlace();
-  container.onUiActivate = [work = Once([this] { Reactivate(OLEIVERB_INPLACEACTIVATE); })] {
-    work();
-    return S_OK;
-  };
+  WhenToBeActiveObject([this] { Reactivate(OLEIVERB_INPLACEACTIVATE); });
   Click(editor);
   ExpectActiveInAnotherWindowThan(editor);
 }
 
 TEST_F(NestedActivation, AnotherWindowWhenTheFocusComes) {
   const HWND editor = ShowInPlace();
-  container.onUiActivate = [work = Once([this] { Reactivate(OLEIVERB_INPLACEACTIVATE); })] {
-    work();
-    return S_OK;
-  };
+  WhenToBeActiveObject([this] { Reactivate(OLEIVERB_INPLACEACTIVATE); });
   SetFocus(editor);
   ExpectActiveInAnotherWindowThan(editor);
 }
 
 TEST_F(NestedActivation, ActiveInAnotherWindowAtAClick) {
   const HWND editor = ShowInPlace();
-  container.onUiActivate = [work = Once([this] { Reactivate(OLEIVERB_UIACTIVATE); })] {
-    work();
-    return S_OK;
-  };
+  WhenToBeActiveObject([this] { Reactivate(OLEIVERB_UIACTIVATE); });
   Click(editor);
   ExpectActiveInAnotherWindowThan(editor);
 }
@@ -316,10 +314,7 @@ TEST_F(NestedActivation, ActiveInAnotherWindowAtAClick) {
 TEST_F(NestedActivation, AnotherContainerAtAClick) {
   const HWND editor = ShowInPlace();
   StrictContainer other;
-  container.onUiActivate = [work = Once([&] { MoveTo(other); })] {
-    work();
-    return S_OK;
-  };
+  WhenToBeActiveObject([&] { MoveTo(other); });
   Click(editor);
   EXPECT_EQ(IsWindow(editor), FALSE);
   ExpectInPlaceIn(other);

@@ -30,6 +30,7 @@ void Luma(const std::uint8_t* from, std::uint8_t* to, std::size_t pixels);
 
 // Splits pixels of 24 bits into their bins (see ColourHistogram) and the low 3 bits of each channel.
 void SplitIntoBins(const std::uint8_t* from, std::uint16_t* bins, std::uint16_t* lowBits, std::size_t pixels);
+// The bins alone.
 void FindBins(const std::uint8_t* from, std::uint16_t* bins, std::size_t pixels);
 
 // A bit is 1 if its value is at least `level`. The bits of the last byte that have no pixel are 0.
