@@ -3,7 +3,23 @@
 #include <cstring>
 #include <utility>
 
+#include "picture/effects/Kernels.h"
+#include "picture/effects/ParallelRows.h"
+#include "picture/effects/Pixels.h"
+
 namespace kw {
+namespace {
+
+void MirrorRow(std::uint8_t* row, const Bitmap& page) {
+  const auto width = static_cast<std::size_t>(page.Width());
+  const int depth = page.BitsPerPixel();
+  if (depth < 8)
+    kernels::MirrorPacked(row, width, depth);
+  else
+    kernels::MirrorBytes(row, width, static_cast<std::size_t>(depth / 8));
+}
+
+}  // namespace
 
 PageHeader Upright(const PageHeader& stored, Orientation orientation) {
   if (!IsOnItsSide(orientation)) return stored;
@@ -15,44 +31,35 @@ PageHeader Upright(const PageHeader& stored, Orientation orientation) {
 
 Bitmap Upright(const Bitmap& stored, Orientation orientation, const ReadLimits& limits) {
   if (orientation < 2 || orientation > 8) return stored;
-  const bool transposed = IsOnItsSide(orientation);
-  const bool mirroredColumns = orientation == 2 || orientation == 3 || orientation == 7 || orientation == 8;
-  const bool mirroredRows = orientation == 3 || orientation == 4 || orientation == 6 || orientation == 7;
+  const bool isTurned = IsOnItsSide(orientation);
+  const bool isClockwise = orientation == 5 || orientation == 6;
+  const bool isUpsideDown = orientation == 3 || orientation == 4;
+  // A transposed page is one that is turned and then mirrored.
+  const bool isMirrored = orientation == 2 || orientation == 3 || orientation == 5 || orientation == 7;
 
-  const std::int32_t width = transposed ? stored.Height() : stored.Width();
-  const std::int32_t height = transposed ? stored.Width() : stored.Height();
-  RequireWorkFits(PixelMemory(stored.Width(), stored.Height(), stored.BitsPerPixel()) +
-                      PixelMemory(width, height, stored.BitsPerPixel()),
-                  limits);
-  Bitmap page =
-      NewPage(static_cast<std::uint64_t>(width), static_cast<std::uint64_t>(height), stored.BitsPerPixel(), limits);
-  page.SetPalette({stored.Palette().begin(), stored.Palette().end()});
-  page.SetResolution(transposed ? stored.VerticalResolution() : stored.HorizontalResolution(),
-                     transposed ? stored.HorizontalResolution() : stored.VerticalResolution());
-
+  const std::int32_t width = isTurned ? stored.Height() : stored.Width();
+  const std::int32_t height = isTurned ? stored.Width() : stored.Height();
   const int depth = stored.BitsPerPixel();
-  const auto pixelBytes = static_cast<std::size_t>(depth / 8);
-  for (std::int32_t y = 0; y < height; ++y) {
-    const auto to = page.MutableRow(y);
-    for (std::int32_t x = 0; x < width; ++x) {
-      // The stored column and row of the upright pixel (x, y).
-      std::int32_t column = transposed ? y : x;
-      std::int32_t row = transposed ? x : y;
-      if (mirroredColumns) column = stored.Width() - 1 - column;
-      if (mirroredRows) row = stored.Height() - 1 - row;
-      const auto from = stored.Row(row);
-      const auto source = static_cast<std::size_t>(column);
-      const auto target = static_cast<std::size_t>(x);
-      if (depth >= 8) {
-        std::memcpy(to.data() + target * pixelBytes, from.data() + source * pixelBytes, pixelBytes);
-      } else {
-        const auto bits = static_cast<unsigned>(depth);
-        const unsigned shift = 8 - bits - static_cast<unsigned>(target) * bits % 8;
-        to[target * bits / 8] = static_cast<std::uint8_t>(
-            to[target * bits / 8] | static_cast<unsigned>(PaletteIndexAt(from, source, depth)) << shift);
+  RequireWorkFits(PixelMemory(stored.Width(), stored.Height(), depth) + PixelMemory(width, height, depth), limits);
+  Bitmap page = NewUnfilledPage(static_cast<std::uint64_t>(width), static_cast<std::uint64_t>(height), depth, limits);
+  page.SetPalette({stored.Palette().begin(), stored.Palette().end()});
+  page.SetResolution(isTurned ? stored.VerticalResolution() : stored.HorizontalResolution(),
+                     isTurned ? stored.HorizontalResolution() : stored.VerticalResolution());
+
+  const ConstPixels from(stored);
+  const Pixels to(page);
+  ParallelForRows(height, BytesOf(page), [&](RowBand band) {
+    if (isTurned) {
+      kernels::Rotate90({from.base, from.stride, stored.Width(), stored.Height()}, {to.base, to.stride}, depth,
+                        isClockwise, band.begin, band.end);
+    } else {
+      for (std::int32_t y = band.begin; y < band.end; ++y) {
+        std::memcpy(to.Row(y), from.Row(isUpsideDown ? height - 1 - y : y), page.RowBytes());
       }
     }
-  }
+    if (!isMirrored) return;
+    for (std::int32_t y = band.begin; y < band.end; ++y) MirrorRow(to.Row(y), page);
+  });
   return page;
 }
 

@@ -202,6 +202,48 @@ TEST_F(HostileTiff, PageThatIsTooLargeTogetherWithItsUprightCopy) {
   EXPECT_TRUE(engine.Load(path)) << engine.LastLoadError();
 }
 
+// Tiles are to be multiples of 16 pixels wide; others need not begin at a whole byte of the page's row.
+TEST_F(HostileTiff, TilesOfOddWidths) {
+  constexpr std::uint32_t width = 75;
+  constexpr std::uint32_t height = 16;
+  for (const std::uint32_t depth : {1U, 4U, 8U}) {
+    const Bitmap picture = Noise(width, height, static_cast<int>(depth), false);
+    for (const std::uint32_t tileWidth : {8U, 12U, 24U, 33U, 75U, 90U}) {
+      const std::uint32_t tiles = (width + tileWidth - 1) / tileWidth;
+      const std::uint32_t tileRow = (tileWidth * depth + 7) / 8;
+      Bytes pixels(std::size_t{tiles} * tileRow * height);
+      for (std::uint32_t y = 0; y < height; ++y) {
+        for (std::uint32_t x = 0; x < width; ++x) {
+          const auto index = static_cast<unsigned>(
+              PaletteIndexAt(picture.Row(static_cast<std::int32_t>(y)), x, static_cast<int>(depth)));
+          const std::uint32_t bit = x % tileWidth * depth;
+          std::uint8_t& to = pixels[(x / tileWidth * height + y) * std::size_t{tileRow} + bit / 8];
+          to = static_cast<std::uint8_t>(to | index << (8 - depth - bit % 8));
+        }
+      }
+      // Behind the pixels: where the tiles begin, and their sizes.
+      const auto places = static_cast<std::uint32_t>(8 + pixels.size());
+      Bytes tables;
+      for (std::uint32_t i = 0; i < tiles; ++i) AppendBytes(tables, 8 + i * tileRow * height, 4);
+      for (std::uint32_t i = 0; i < tiles; ++i) AppendBytes(tables, tileRow * height, 4);
+      Bytes file = DirectoriesOver(pixels.size() + tables.size(), 1,
+                                   {{256, 4, 1, width},
+                                    {257, 4, 1, height},
+                                    {258, 3, 1, depth},
+                                    {259, 3, 1, 1},
+                                    {262, 3, 1, 1},
+                                    {322, 4, 1, tileWidth},
+                                    {323, 4, 1, height},
+                                    {324, 4, tiles, tiles == 1 ? 8 : places},
+                                    {325, 4, tiles, tiles == 1 ? tileRow * height : places + 4 * tiles}});
+      std::ranges::copy(pixels, file.begin() + 8);
+      std::ranges::copy(tables, file.begin() + 8 + std::ssize(pixels));
+      ASSERT_TRUE(Loads(file)) << engine.LastLoadError();
+      EXPECT_TRUE(SamePicture(picture, engine.Current())) << depth << " bits, tiles of " << tileWidth;
+    }
+  }
+}
+
 TEST_F(HostileTiff, TilesFarLargerThanThePage) {
   const std::string path = At("tiles.tif");
   {

@@ -103,26 +103,41 @@ struct Rotation90 {
   std::int32_t EndColumn() const { return clockwise ? end : from.width - begin; }
 };
 
-// Rotates packed pixels, one byte of old columns at a time. Bits is 1 or 4.
+// Rotates lines [first, last) of one byte of old columns.
+template <unsigned Bits>
+void Rotate90Byte(const Rotation90& rotation, std::int32_t byte, std::int32_t first, std::int32_t last) {
+  constexpr std::int32_t PerByte = 8 / Bits;
+  std::array<std::uint8_t*, PerByte> rows{};
+  for (std::int32_t i = 0; i < PerByte; ++i) rows[static_cast<std::size_t>(i)] = rotation.RowOf(byte * PerByte + i);
+  for (std::int32_t x = first; x < last; x += PerByte) {
+    std::uint64_t block = 0;
+    for (std::int32_t i = 0; i < PerByte; ++i) {
+      block = block << 8U | (x + i < rotation.from.height ? rotation.Line(x + i)[byte] : 0U);
+    }
+    if constexpr (Bits == 1) {
+      block = Transposed(block);
+    } else {
+      block = (block & 0xF00FU) | (block & 0x0F00U) >> 4U | (block & 0x00F0U) << 4U;
+    }
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      if (rows[i] == nullptr) continue;
+      rows[i][x / PerByte] = static_cast<std::uint8_t>(block >> (8 * (rows.size() - 1 - i)));
+    }
+  }
+}
+
+// Rotates packed pixels in blocks of as many bytes as a line of the caches has. Bits is 1 or 4.
 template <unsigned Bits>
 void Rotate90Packed(const Rotation90& rotation) {
   constexpr std::int32_t PerByte = 8 / Bits;
-  for (std::int32_t byte = rotation.FirstColumn() / PerByte; byte * PerByte < rotation.EndColumn(); ++byte) {
-    std::array<std::uint8_t*, PerByte> rows{};
-    for (std::int32_t i = 0; i < PerByte; ++i) rows[static_cast<std::size_t>(i)] = rotation.RowOf(byte * PerByte + i);
-    for (std::int32_t x = 0; x < rotation.from.height; x += PerByte) {
-      std::uint64_t block = 0;
-      for (std::int32_t i = 0; i < PerByte; ++i) {
-        block = block << 8U | (x + i < rotation.from.height ? rotation.Line(x + i)[byte] : 0U);
-      }
-      if constexpr (Bits == 1) {
-        block = Transposed(block);
-      } else {
-        block = (block & 0xF00FU) | (block & 0x0F00U) >> 4U | (block & 0x00F0U) << 4U;
-      }
-      for (std::size_t i = 0; i < rows.size(); ++i) {
-        if (rows[i] == nullptr) continue;
-        rows[i][x / PerByte] = static_cast<std::uint8_t>(block >> (8 * (rows.size() - 1 - i)));
+  constexpr std::int32_t Bytes = 64;
+  constexpr std::int32_t Lines = Bytes * PerByte;
+  const std::int32_t end = (rotation.EndColumn() + PerByte - 1) / PerByte;
+  for (std::int32_t begin = rotation.FirstColumn() / PerByte; begin < end; begin += Bytes) {
+    for (std::int32_t x = 0; x < rotation.from.height; x += Lines) {
+      const std::int32_t last = rotation.from.height - x > Lines ? x + Lines : rotation.from.height;
+      for (std::int32_t byte = begin; byte < std::min(begin + Bytes, end); ++byte) {
+        Rotate90Byte<Bits>(rotation, byte, x, last);
       }
     }
   }

@@ -307,6 +307,7 @@ private:
   void TakeIndices(const Part& part, std::span<std::uint8_t> row) const {
     const auto depth = static_cast<unsigned>(page.BitsPerPixel());
     const std::size_t step = layout.planar ? 1 : layout.samples;
+    if (step == 1 && layout.bits == depth && part.x * depth % 8 == 0) return TakeBits(part, row, part.x * depth / 8);
     for (std::size_t i = 0; i < part.count; ++i) {
       unsigned value = SampleAt(part.samples, i * step, layout.bits);
       if (layout.bits > 8) value = Scaled(value);
@@ -314,6 +315,17 @@ private:
       const unsigned shift = 8 - depth - static_cast<unsigned>(bit % 8);
       row[bit / 8] = static_cast<std::uint8_t>(row[bit / 8] | value << shift);
     }
+  }
+
+  // Indices that lie in the part as they do in the row, from a whole byte on.
+  void TakeBits(const Part& part, std::span<std::uint8_t> row, std::size_t at) const {
+    const std::size_t bits = part.count * layout.bits;
+    std::memcpy(row.data() + at, part.samples, bits / 8);
+    const unsigned left = bits % 8;
+    if (left == 0) return;
+    // The rest of the byte may be another part's.
+    std::uint8_t& last = row[at + bits / 8];
+    last = static_cast<std::uint8_t>(last | (part.samples[bits / 8] & ~(0xFFU >> left)));
   }
 
   void TakeColours(const Part& part, std::span<std::uint8_t> row) const {

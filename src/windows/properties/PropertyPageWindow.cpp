@@ -46,6 +46,7 @@ bool HasKeyboard(HWND window) { return window != nullptr && GetFocus() == window
 std::shared_ptr<PropertyPageWindow> PropertyPageWindow::Create(HWND parent, std::shared_ptr<PropertyEntries> entries,
                                                                Host host) {
   std::shared_ptr<PropertyPageWindow> page(new PropertyPageWindow(std::move(entries), std::move(host)));
+  const RaisedFlag making(page->isShowing);
   CreatePage(parent, &Procedure, reinterpret_cast<LPARAM>(page.get()));
   page->ShowEntries();
   return page;

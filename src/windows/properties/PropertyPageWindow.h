@@ -64,7 +64,7 @@ private:
   std::shared_ptr<PropertyEntries> entries;
   Host host;
   HWND window = nullptr;
-  bool isShowing = true;  // the page, not the user, changes its controls
+  bool isShowing = false;  // the page, not the user, changes its controls
 };
 
 }  // namespace kw::windows

@@ -239,16 +239,21 @@ Entries With(Entries entries, const TiffEntryBytes& more) {
   return entries;
 }
 
+// White rows of codes of one bit each, for a page of that many rows and more.
+HostileBytes FaxRows(std::uint32_t rows) { return HostileBytes(rows / 8 + 8, 0xFF); }
+
+// A square page of tiles of that size, all of which are `data`.
+HostileBytes TiledPage(std::uint32_t edge, std::uint32_t bits, std::uint32_t compression, const HostileBytes& data,
+                       std::uint32_t width, std::uint32_t height) {
+  Entries page = PageOf(edge, edge, bits, compression, 0);
+  page.resize(5);
+  const auto size = static_cast<std::uint32_t>(data.size());
+  page.insert(page.end(), {{322, Long, 1, width}, {323, Long, 1, height}, {324, Long, 1, 8}, {325, Long, 1, size}});
+  return TiffOf(data, {page});
+}
+
 HostileBytes Tiles(std::uint32_t width, std::uint32_t height) {
-  return TiffOf(HostileBytes(64), {{{256, Long, 1, 64},
-                                    {257, Long, 1, 64},
-                                    {258, Short, 1, 8},
-                                    {259, Short, 1, None},
-                                    {262, Short, 1, 1},
-                                    {322, Long, 1, width},
-                                    {323, Long, 1, height},
-                                    {324, Long, 1, 8},
-                                    {325, Long, 1, 64}}});
+  return TiledPage(64, 8, None, HostileBytes(64), width, height);
 }
 
 }  // namespace
@@ -314,6 +319,13 @@ std::vector<HostileFile> HostileTiffs() {
          return TiffOf(HostileBytes(32, 0xFF), {With(PageOf(1U << 25U, 100, 1, G4, 32), {274, Short, 1, 6})});
        },
        true},
+      {"tiff-turned-large-page",
+       [] {
+         const HostileBytes data = FaxRows(40000);
+         return TiffOf(data, {With(PageOf(40000, 40000, 1, G4, data.size()), {274, Short, 1, 6})});
+       },
+       true},
+      {"tiff-one-large-tile", [] { return TiledPage(40000, 1, G4, FaxRows(40000), 40000, 40000); }, true},
       {"tiff-sub-directory-of-itself",
        [] {
          return TiffOf(HostileBytes(64), {With(PageOf(8, 8, 8, None, 64), {330, Long, 1, 72})});
@@ -354,7 +366,7 @@ std::vector<HostileFile> HostileTiffs() {
       {"tiff-inks-too-large", [] { return InkPage(18000, 18000, PackBits, PackedZeros(1000)); }},
       {"tiff-big-directory", [] { return BigTiff(true); }},
       {"tiff-big-values", [] { return BigTiff(false); }},
-      {"tiff-g4-page", [] { return OnePage(30000, 30000, 1, G4, HostileBytes(30000 / 8 + 8, 0xFF)); }, true},
+      {"tiff-g4-page", [] { return OnePage(30000, 30000, 1, G4, FaxRows(30000)); }, true},
       {"tiff-g4-page-too-large", [] { return OnePage(100000, 100000, 1, G4, HostileBytes(13000, 0xFF)); }},
       {"tiff-g4-random-codes",
        [] {
