@@ -265,6 +265,10 @@ void PictureDocument::AppendTo(PageAppender& target) const {
     MemoryFile stored;
     if (SaveAsStored(stored) && target.Append(stored)) return;
   }
+  AppendAnew(target);
+}
+
+void PictureDocument::AppendAnew(PageAppender& target) const {
   MemoryFile page;
   WriteAnew(TiffFormat, page);
   if (!target.Append(page)) RaiseUnreadable("The page cannot be added to the document.");
@@ -273,20 +277,28 @@ void PictureDocument::AppendTo(PageAppender& target) const {
 void PictureDocument::Append(const std::string& path) {
   const PictureFormat* format = FormatOfPath(path);
   if (format == nullptr || format->append == nullptr) Raise(ErrorNumber::InvalidProcedureCall);
+  // No page can be read from a file that is being changed, so the current page is decoded first.
+  const bool isToItself = document.source != nullptr && IsSameFile(path, document.path);
+  if (isToItself) Current();
   const auto appendTo = [&](FileStream& file) {
     try {
-      AppendTo(*format->append(file));
+      const auto target = format->append(file);
+      if (isToItself)
+        AppendAnew(*target);
+      else
+        AppendTo(*target);
     } catch (...) {
       file.RaiseFailure();
       throw;
     }
   };
-  // No page can be read from a changed file, so the current page is decoded first.
-  if (document.source != nullptr && IsSameFile(path, document.path)) Replace(Bitmap(Current()));
   for (;;) {
     if (const auto existing = ChangedFile::Open(path)) {
       appendTo(*existing);
-      return existing->Finish();
+      existing->Finish();
+      // The pages are those of the file as it was.
+      if (isToItself) Replace(Bitmap(current));
+      return;
     }
     // Another process may create the document meanwhile; then the page is appended to it.
     OutputFile made(path);

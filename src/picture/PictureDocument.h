@@ -134,6 +134,7 @@ private:
   };
 
   void Open(const std::string& path);
+  void AppendAnew(PageAppender& target) const;
   template <class Work>
   bool LoadBy(const Work& open);
   // Replaces the current picture by what change() makes of it. If that throws, it must leave the picture as it was.

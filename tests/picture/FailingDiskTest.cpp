@@ -82,6 +82,25 @@ TEST_F(FailingDisk, DocumentWhoseEndCannotBeReadIsNotAppendedTo) {
   }
 }
 
+TEST_F(FailingDisk, PageThatCannotBeAppendedToItsOwnFileIsOneOfSeveralStill) {
+  for (const char* const name : {"scan.tif", "scan.fmf"}) {
+    MakePages(name, 3);
+    PictureDocument document;
+    ASSERT_TRUE(document.Load(At(name)));
+    document.SelectPage(2);
+    document.Current();
+    FailingFiles files;
+    files.onCall = [](Call call, const std::filesystem::path&) {
+      return call == Call::Open ? InputOutputError.code : 0;
+    };
+    EXPECT_EQ(NumberOf(ErrorNumber::PathFileAccessError), ErrorOf([&] { document.Append(At(name)); })) << name;
+    files.onCall = nullptr;
+    EXPECT_EQ(document.PageCount(), 3);
+    document.SelectPage(3);
+    EXPECT_EQ(document.Width(), 60);
+  }
+}
+
 TEST_F(FailingDisk, FileThatCannotBeLookedAtIsNotTakenForMissing) {
   const std::string path = Put("a.bmp", {1});
   FailingFiles files;
