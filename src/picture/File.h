@@ -69,18 +69,6 @@ private:
   FileStamp stamp;
 };
 
-// Runs a step that reads the file. If the file cannot be read, it is not taken for one that is damaged.
-template <typename Step>
-void Reading(const InputFile& file, const Step& step) {
-  try {
-    step();
-  } catch (...) {
-    file.RaiseFailure();
-    throw;
-  }
-  file.RaiseFailure();
-}
-
 // A file that appears whole or not at all: the bytes go to a file of another name in the same folder, which takes the
 // place of `path` at Commit(). Without a Commit() nothing of it remains. If the path is a link, the file that it leads
 // to is replaced. What processes that were ended left in the folder is removed; see RemoveLeftovers().

@@ -7,7 +7,7 @@
 namespace kw {
 
 OpenedPicture::OpenedPicture(const std::string& path, const ReadLimits& limits) : file(path) {
-  Reading(file, [&] {
+  TellingFailures(file, [&] {
     std::array<std::uint8_t, RecognisedBytes> head{};
     const std::size_t count = file.Read(head.data(), head.size());
     format = FormatOfContent({head.data(), count});

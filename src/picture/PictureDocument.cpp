@@ -26,17 +26,25 @@ Bitmap LoadPicture(const std::string& path) {
 
 template <class Work>
 bool PictureDocument::LoadBy(const Work& open) {
+  const auto tell = [this](const char* reason) {
+    // What was read is given back first: the reason needs memory, too.
+    Replace({});
+    try {
+      lastLoadError = reason;
+    } catch (const std::bad_alloc&) {
+      lastLoadError.clear();
+    }
+  };
   lastLoadError.clear();
   Replace({});
   try {
     open();
     return true;
   } catch (const std::bad_alloc&) {
-    lastLoadError = "There is not enough memory for the picture.";
+    tell("There is not enough memory for the picture.");
   } catch (const std::exception& error) {
-    lastLoadError = error.what();
+    tell(error.what());
   }
-  Replace({});
   return false;
 }
 
@@ -54,7 +62,7 @@ bool PictureDocument::LoadPage(const std::string& path) {
 void PictureDocument::Open(const std::string& path) {
   OpenedPicture opened(path, options.reading);
   std::int16_t bits = 0;
-  Reading(opened.file, [&] {
+  TellingFailures(opened.file, [&] {
     opened.source->RequireSoundCodes(opened.file);
     bits = opened.source->Header(opened.file, 1).bitsPerPixel;
     if (opened.source->PageCount() == 1 && !options.decodesWhenAsked) {
@@ -86,7 +94,7 @@ void PictureDocument::SelectPage(std::int32_t page) {
   InputFile file(document.path);
   RequireUnchanged(file);
   std::int16_t bits = 0;
-  Reading(file, [&] { bits = document.source->Header(file, page).bitsPerPixel; });
+  TellingFailures(file, [&] { bits = document.source->Header(file, page).bitsPerPixel; });
   selected = page;
   pageValue = bits;
   current = {};
@@ -102,12 +110,12 @@ void PictureDocument::RecoverPage(std::int32_t page) {
   Bitmap picture;
   std::string missing;
   try {
-    Reading(file, [&] { picture = document.source->Read(file, page, missing); });
+    TellingFailures(file, [&] { picture = document.source->Read(file, page, missing); });
   } catch (const RunTimeError& error) {
     if (error.Number() != static_cast<std::int32_t>(ErrorNumber::InvalidPicture)) throw;
     missing = error.Description();
     PageSize size;
-    Reading(file, [&] { size = document.source->StatedSize(file, page); });
+    TellingFailures(file, [&] { size = document.source->StatedSize(file, page); });
     picture = NewUnfilledPage(size.width, size.height, 1, options.reading);
     for (std::int32_t y = 0; y < picture.Height(); ++y) std::ranges::fill(picture.MutableRow(y), std::uint8_t{0xFF});
   }
@@ -124,7 +132,7 @@ const Bitmap& PictureDocument::Current() const {
     RequireUnchanged(file);
     std::string missing;
     Bitmap picture;
-    Reading(file, [&] { picture = document.source->Read(file, selected, missing); });
+    TellingFailures(file, [&] { picture = document.source->Read(file, selected, missing); });
     current = std::move(picture);
     warning = std::move(missing);
   }
@@ -199,7 +207,7 @@ bool PictureDocument::SaveAsStored(Stream& to) const {
     return false;
   }
   bool isCopied = false;
-  Reading(*file, [&] { isCopied = document.source->Copy(*file, selected, to); });
+  TellingFailures(*file, [&] { isCopied = document.source->Copy(*file, selected, to); });
   return isCopied;
 }
 
@@ -228,14 +236,10 @@ void PictureDocument::SaveAs(const PictureFormat* format, const std::string& pat
   const bool overItself = document.source != nullptr && IsSameFile(path, document.path);
   if (overItself) Current();
   OutputFile file(path, durability);
-  try {
+  TellingFailures(file, [&] {
     if (document.format != format || !SaveAsStored(file)) WriteAnew(*format, file);
     if (!mark.empty() && file.Seek(file.Size())) file.Write(mark.data(), mark.size());
-  } catch (...) {
-    // Only the file knows why the codec could not write.
-    file.RaiseFailure();
-    throw;
-  }
+  });
   file.Commit();
   if (overItself) document = {};
 }
@@ -263,14 +267,16 @@ void PictureDocument::AppendTo(PageAppender& target) const {
   if (PageCount() == 0) Raise(ErrorNumber::ObjectVariableNotSet);
   if (document.format != nullptr && document.format->append != nullptr) {
     MemoryFile stored;
-    if (SaveAsStored(stored) && target.Append(stored)) return;
+    bool isAppended = false;
+    TellingFailures(stored, [&] { isAppended = SaveAsStored(stored) && target.Append(stored); });
+    if (isAppended) return;
   }
   AppendAnew(target);
 }
 
 void PictureDocument::AppendAnew(PageAppender& target) const {
   MemoryFile page;
-  WriteAnew(TiffFormat, page);
+  TellingFailures(page, [&] { WriteAnew(TiffFormat, page); });
   if (!target.Append(page)) RaiseUnreadable("The page cannot be added to the document.");
 }
 
@@ -281,16 +287,13 @@ void PictureDocument::Append(const std::string& path) {
   const bool isToItself = document.source != nullptr && IsSameFile(path, document.path);
   if (isToItself) Current();
   const auto appendTo = [&](FileStream& file) {
-    try {
+    TellingFailures(file, [&] {
       const auto target = format->append(file);
       if (isToItself)
         AppendAnew(*target);
       else
         AppendTo(*target);
-    } catch (...) {
-      file.RaiseFailure();
-      throw;
-    }
+    });
   };
   for (;;) {
     if (const auto existing = ChangedFile::Open(path)) {

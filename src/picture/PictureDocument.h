@@ -36,7 +36,8 @@ public:
   virtual ~PictureDocument() = default;
 
   // Opens the file at `path` (UTF-8), whose format is recognised by its content, and selects its first page. False,
-  // with the document emptied, if it cannot be read; LastLoadError() then says why. Never throws.
+  // with the document emptied, if it cannot be read; LastLoadError() then says why, unless there is no memory even for
+  // that. Never throws.
   bool Load(const std::string& path);
   // As Load, for a caller that needs the pixels of the first page: also False if it cannot be decoded.
   bool LoadPage(const std::string& path);

@@ -4,6 +4,8 @@
 #include <cstring>
 #include <new>
 
+#include "components/base/RunTimeError.h"
+
 namespace kw {
 
 std::size_t MemoryReader::Read(void* to, std::size_t count) noexcept {
@@ -35,6 +37,7 @@ std::size_t MemoryFile::Write(const void* from, std::size_t count) noexcept {
   try {
     if (at + count > bytes.size()) bytes.resize(at + count);
   } catch (const std::bad_alloc&) {
+    hasFailed = true;
     return 0;
   }
   std::memcpy(bytes.data() + at, from, count);
@@ -45,6 +48,10 @@ std::size_t MemoryFile::Write(const void* from, std::size_t count) noexcept {
 bool MemoryFile::Seek(std::uint64_t to) noexcept {
   position = to;
   return true;
+}
+
+void MemoryFile::RaiseFailure() const {
+  if (hasFailed) Raise(ErrorNumber::OutOfMemory);
 }
 
 }  // namespace kw

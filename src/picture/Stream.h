@@ -50,12 +50,14 @@ private:
   std::uint64_t position = 0;
 };
 
-// A file in memory.
+// A file in memory. A write beyond the memory that is left writes nothing, and the file has failed from then on.
 class MemoryFile : public Stream {
 public:
   std::size_t Read(void* to, std::size_t count) noexcept override;
-  // Writes nothing if there is no memory left.
   std::size_t Write(const void* from, std::size_t count) noexcept override;
+  bool HasFailed() const noexcept override { return hasFailed; }
+  // Raises OutOfMemory if a write failed.
+  void RaiseFailure() const;
   bool Seek(std::uint64_t to) noexcept override;
   std::uint64_t Position() const noexcept override { return position; }
   std::uint64_t Size() noexcept override { return bytes.size(); }
@@ -64,6 +66,20 @@ public:
 private:
   std::vector<std::uint8_t> bytes;
   std::uint64_t position = 0;
+  bool hasFailed = false;
 };
+
+// Runs a step that reads or writes the file. Its failure, which only the file knows, is told rather than what the codec
+// makes of it: a file that cannot be read is not one that is damaged.
+template <class File, class Step>
+void TellingFailures(const File& file, const Step& step) {
+  try {
+    step();
+  } catch (...) {
+    file.RaiseFailure();
+    throw;
+  }
+  file.RaiseFailure();
+}
 
 }  // namespace kw

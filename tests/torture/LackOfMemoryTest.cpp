@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <new>
 #include <set>
 
@@ -11,6 +12,8 @@
 #include "components/controls/ControlArray.h"
 #include "components/controls/Label.h"
 #include "components/controls/TransparentPicture.h"
+#include "picture/PictureDocument.h"
+#include "picture/Stream.h"
 #include "tests/support/Documents.h"
 #include "tests/support/Errors.h"
 #include "tests/torture/FailingMemory.h"
@@ -74,6 +77,37 @@ TEST(LackOfMemory, ACopyOfAVariantThrows) {
   FailEachRequest([&] { EXPECT_EQ(CopyOf(text), text); },
                   [](std::int32_t error) { EXPECT_EQ(error, static_cast<std::int32_t>(ErrorNumber::OutOfMemory)); });
   EXPECT_EQ(CopyOf(std::variant<bool, std::string>(true)), (std::variant<bool, std::string>(true)));
+}
+
+TEST(LackOfMemory, AFileInMemoryTellsIt) {
+  const std::array<std::uint8_t, 100> bytes{};
+  FailEachRequest(
+      [&] {
+        MemoryFile file;
+        // As a codec does.
+        TellingFailures(file, [&] {
+          if (!file.WriteAll(bytes)) Raise(ErrorNumber::InvalidPicture);
+        });
+      },
+      [](std::int32_t error) { EXPECT_EQ(error, static_cast<std::int32_t>(ErrorNumber::OutOfMemory)); });
+}
+
+TEST(LackOfMemory, ALoadFailsAndDoesNotThrow) {
+  const TemporaryFolder folder;
+  const std::string path = folder.File("page.bmp");
+  SavePicture(StagePicture(), path);
+  bool hasFailed = true;
+  for (long which = 1; hasFailed; ++which) {
+    PictureDocument document;
+    bool isLoaded = false;
+    {
+      const FailingMemory memory(FailingMemory::Failing::FromThenOn, which);
+      EXPECT_NO_THROW(isLoaded = document.Load(path));
+      hasFailed = memory.HasFailed();
+    }
+    EXPECT_EQ(document.PageCount(), isLoaded ? 1 : 0);
+    EXPECT_TRUE(hasFailed || isLoaded);
+  }
 }
 
 TEST(LackOfMemory, AFolderIsListedAsFarAsThereIsMemory) {

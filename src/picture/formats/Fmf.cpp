@@ -49,9 +49,10 @@ public:
   }
   bool Copy(Stream& file, std::int32_t page, Stream& to) override {
     MemoryFile one;
-    if (!pages->Copy(file, page, one)) return false;
-    Begin(one, to);
-    return true;
+    bool isCopied = false;
+    TellingFailures(one, [&] { isCopied = pages->Copy(file, page, one); });
+    if (isCopied) Begin(one, to);
+    return isCopied;
   }
 
 private:
@@ -70,7 +71,7 @@ std::unique_ptr<PictureSource> OpenFmf(Stream& file, const ReadLimits& limits) {
 
 void WriteFmf(const Bitmap& picture, Stream& to, const WriteOptions& options) {
   MemoryFile page;
-  WriteTiff(picture, page, options);
+  TellingFailures(page, [&] { WriteTiff(picture, page, options); });
   Begin(page, to);
 }
 
