@@ -58,6 +58,12 @@ unsigned SampleAt(const std::uint8_t* row, std::size_t index, unsigned bits) {
   return value;
 }
 
+// Of a codec whose strips are decoded whole; others do not know the tag.
+bool AreDifferences(const TiffHandle& tiff, int compression) {
+  return PaysWhole(compression) && compression != COMPRESSION_NONE &&
+         tiff.Field(TIFFTAG_PREDICTOR, std::uint16_t{PREDICTOR_NONE}) != PREDICTOR_NONE;
+}
+
 // Iterates over a stored row: all samples of its pixels, or those of one plane.
 struct Part {
   std::int32_t y = 0;
@@ -88,6 +94,9 @@ public:
         limits(source.limits),
         damage(lost),
         page(EmptyPage()),
+        rowsPerStrip(source.RowsPerStrip()),
+        rowBytes(layout.tiled || NeedsWholeStrips(layout.compression) ? 0 : source.LineBytes()),
+        areDifferences(AreDifferences(tiff, layout.compression)),
         channels(static_cast<std::uint16_t>(layout.IsIndexed() ? 1 : layout.Depth() / 8)),
         exchange(page.Stride() * layout.height > BytesOfCaches ? kernels::StreamExchanged
                                                                : kernels::ExchangeRedAndBlue) {}
@@ -128,7 +137,7 @@ private:
 
   // A row of samples has the layout of the page's rows, but for the order of colours.
   bool IsInPlace() const {
-    if (source.LineBytes() > page.RowBytes()) return false;
+    if (rowBytes > page.RowBytes()) return false;
     if (channels == 1) return (layout.samples == 1 || layout.planar) && layout.bits == page.BitsPerPixel();
     return !layout.planar && layout.samples == channels && layout.bits == 8;
   }
@@ -149,7 +158,7 @@ private:
       if (reader.channels == 1 && reader.IsInPlace()) return;
       // The codec writes rows that begin at an even address past the caches.
       begin = reader.layout.compression == COMPRESSION_JPEG ? 1 : 0;
-      bytes.resize(begin + reader.source.LineBytes());
+      bytes.resize(begin + reader.rowBytes);
     }
     std::span<std::uint8_t> Bytes() { return std::span(bytes).subspan(begin); }
 
@@ -164,7 +173,6 @@ private:
     const auto size = static_cast<tmsize_t>(to.size());
     const auto decode = [&] { return TIFFReadEncodedStrip(handle.Get(), strip, to.data(), size) == size; };
     if (layout.compression == COMPRESSION_NONE) return decode();
-    const bool areDifferences = tiff.Field(TIFFTAG_PREDICTOR, std::uint16_t{PREDICTOR_NONE}) != PREDICTOR_NONE;
     const bool hasLeft = areDifferences && layout.width > 1;
     for (const std::uint8_t unwritten : {std::uint8_t{0x80}, std::uint8_t{0x7F}}) {
       to.back() = unwritten;
@@ -178,8 +186,7 @@ private:
 
   // Decodes whole strips, packed into the end of the memory of their rows, from where these move to their places.
   bool ReadWhole(const TiffHandle& handle, StripRange range, const Pixels& pixels) const {
-    const std::size_t rowBytes = source.LineBytes();
-    const std::uint32_t step = source.RowsPerStrip();
+    const std::uint32_t step = rowsPerStrip;
     const std::uint32_t begin = range.begin * step;
     const std::uint32_t end =
         layout.height - begin > (range.end - range.begin) * step ? range.end * step : layout.height;
@@ -204,11 +211,11 @@ private:
     if (channels != 1)
       exchange(from, row, layout.width, channels);
     else
-      std::memcpy(row, from, source.LineBytes());
+      std::memcpy(row, from, rowBytes);
   }
 
   bool ReadRows(const TiffHandle& handle, StripRange range) {
-    const std::uint32_t step = source.RowsPerStrip();
+    const std::uint32_t step = rowsPerStrip;
     const std::uint32_t stripsOfPlane = (layout.height + step - 1) / step;
     LineBuffer line(*this);
     for (std::uint32_t strip = range.begin; strip < range.end; ++strip) {
@@ -245,7 +252,7 @@ private:
 
   void ReadLines(std::uint16_t plane) {
     LineBuffer line(*this);
-    const auto step = static_cast<std::int32_t>(source.RowsPerStrip());
+    const auto step = static_cast<std::int32_t>(rowsPerStrip);
     for (std::int32_t y = 0; y < page.Height(); ++y) {
       if (ReadLine(tiff, y, plane, line.Bytes())) continue;
       // The next strip can still be decoded.
@@ -258,7 +265,7 @@ private:
   void ReadStrips(std::uint16_t plane) {
     auto strip = Buffer(TIFFStripSize(tiff.Get()));
     const auto lineSize = static_cast<std::size_t>(TIFFScanlineSize(tiff.Get()));
-    const std::uint32_t step = source.RowsPerStrip();
+    const std::uint32_t step = rowsPerStrip;
     for (std::uint32_t top = 0; top < layout.height; top += step) {
       const auto index = TIFFComputeStrip(tiff.Get(), top, plane);
       const std::uint32_t rows = std::min(step, layout.height - top);
@@ -362,6 +369,10 @@ private:
   const ReadLimits& limits;
   DamageReport& damage;
   Bitmap page;
+  // Asked for once: the library notes questions to the page's handle, which several threads would ask at once.
+  std::uint32_t rowsPerStrip;
+  std::size_t rowBytes;
+  bool areDifferences;
   std::uint16_t channels;
   decltype(&kernels::ExchangeRedAndBlue) exchange;
 };
