@@ -118,6 +118,26 @@ TEST_P(ExifOrientation, PhotographIsShownUpright) {
 
 INSTANTIATE_TEST_SUITE_P(All, ExifOrientation, testing::Range(0, 10));
 
+TEST_F(JpegKinds, OrientationDoesNotDependOnTheSmallPictureBehindIt) {
+  MemoryStream stream;
+  JpegFormat.write(Noise(32, 16, 8), stream, {});
+  for (const Bytes& link : {Bytes{0, 0, 0, 0}, Bytes{0x7F, 0xFF, 0xFF, 0xFF}, Bytes{0, 0, 0, 8}, Bytes{0}, Bytes{}}) {
+    Bytes exif{0xFF, 0xE1, 0,   static_cast<std::uint8_t>(30 + link.size()),
+               'E',  'x',  'i', 'f',
+               0,    0,    'M', 'M',
+               0,    42,   0,   0,
+               0,    8,    0,   1,
+               0x01, 0x12, 0,   3,
+               0,    0,    0,   1,
+               0,    6,    0,   0};
+    exif.insert(exif.end(), link.begin(), link.end());
+    Bytes bytes = stream.bytes;
+    bytes.insert(bytes.begin() + 2, exif.begin(), exif.end());
+    Open(bytes);
+    EXPECT_EQ(16, engine.Width()) << "a link of " << link.size() << " bytes";
+  }
+}
+
 TEST_F(JpegKinds, PictureWithDamagedExifIsShownAsItIs) {
   MemoryStream stream;
   JpegFormat.write(Noise(16, 16, 24), stream, {});

@@ -29,7 +29,7 @@ const TiffEntry* FindEntry(const std::vector<TiffEntry>& entries, std::uint16_t 
   return found == entries.end() ? nullptr : &*found;
 }
 
-TiffStructure::TiffStructure(Stream& file) {
+TiffStructure::TiffStructure(Stream& file, Chain chain) {
   std::array<std::uint8_t, 16> header{};
   if (!file.Seek(0) || !file.ReadAll(header.data(), 8)) RaiseCutShort();
   order = header[0] == 'M' ? ByteOrder::Big : ByteOrder::Little;
@@ -42,6 +42,7 @@ TiffStructure::TiffStructure(Stream& file) {
     if (!seen.insert(next).second) RaiseUnreadable("The pages of the TIFF file run in a circle.");
     if (directories.size() == MostPages) RaiseUnreadable("The TIFF file has too many pages.");
     directories.push_back(next);
+    if (chain == Chain::FirstOnly) break;
     std::array<std::uint8_t, 8> link{};
     if (!file.Seek(LinkOf(file, next)) || !file.ReadAll(link.data(), OffsetSize())) RaiseCutShort();
     next = ReadOffset(link, 0);

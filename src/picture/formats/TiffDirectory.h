@@ -67,9 +67,11 @@ struct TiffEntry {
 // The structure of a TIFF or BigTIFF file: its chain of directories, one a page, and their entries.
 class TiffStructure {
 public:
+  enum class Chain { Whole, FirstOnly };
   // Reads the chain but not the directories. Raises InvalidPicture if the stream is no TIFF, or if the chain leaves the
-  // file, is circular or has more than MostPages.
-  explicit TiffStructure(Stream& file);
+  // file, is circular or has more than MostPages. FirstOnly leaves out what lies behind the first directory, however it
+  // is.
+  explicit TiffStructure(Stream& file, Chain chain = Chain::Whole);
 
   ByteOrder Order() const { return order; }
   bool IsBig() const { return big; }
