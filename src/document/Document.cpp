@@ -1,6 +1,7 @@
 #include "document/Document.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "components/base/Arithmetic.h"
 #include "components/base/Blank.h"
@@ -68,8 +69,9 @@ bool Document::OpenFirstPageFile(DocumentProcedure& run) {
   run([&] { m_FilePath = GetSourceFileName(m_FilePath); });
   run([&] { SetPageRange(1, 1); });
   run([&] {
-    for (std::int16_t page = 2; !desktop.DirectoryLookUp(GetPageFileName(m_FilePath, page)).empty();
-         page = ToInteger16(page + 1)) {
+    constexpr std::int16_t last = std::numeric_limits<std::int16_t>::max();
+    for (std::int16_t page = 1; page < last;) {
+      if (desktop.DirectoryLookUp(GetPageFileName(m_FilePath, ++page)).empty()) return;
       m_IgnorePageChange = true;
       form.PageIndex.SetMax(page);
     }

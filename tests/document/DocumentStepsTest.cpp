@@ -124,6 +124,15 @@ TEST_F(DocumentSteps, AFirstPageFileAloneIsTheOnlyPage) {
   EXPECT_FALSE(IsEnabled("NextPage"));
 }
 
+TEST_F(DocumentSteps, AFirstPageFileHasAsManyPagesAsADocumentCanHave) {
+  const std::string first = MakePage("D_Page_1.tif", 8);
+  desktop.onLookUp = [](const std::string& path) { return path; };
+  control->OpenFile(first);
+  EXPECT_EQ(Form().PageIndex.Max(), 32767);
+  EXPECT_EQ(Form().cmbPageNo.ItemCount(), 32767);
+  EXPECT_EQ(Form().PageIndex.Value(), 1);
+}
+
 TEST_F(DocumentSteps, APageThatIsGoneIsToldWithoutTheHourglass) {
   desktop.Expect("File Error: Invalid file format..");
   control->OpenFile(MakeDocument("D.tif", 3));

@@ -47,6 +47,8 @@ public:
   mutable int timeReads = 0;
   // Runs whenever the editor asks for the number of its process, which is part of a scratch file's name.
   std::function<void()> onProcessNumber;
+  // The name that a look-up of the path gives; by default that of the file on the disk.
+  std::function<std::string(const std::string& path)> onLookUp;
   // The user's actions in the dialogs of parameters before Enter, unless the dialog is left by then.
   std::function<void(DialogForm&)> onParameters;
   // The user's actions in the common dialogs to come: a change of the fields and OK; Cancel if none is left.
@@ -199,7 +201,7 @@ public:
     return time;
   }
   void RemoveFile(const std::string& path) override { RemoveFileAt(path); }
-  std::string DirectoryLookUp(const std::string& path) override { return LookUpFile(path); }
+  std::string DirectoryLookUp(const std::string& path) override { return onLookUp ? onLookUp(path) : LookUpFile(path); }
   std::string ApplicationFolder() const override { return applicationFolder; }
   std::string MachineName() const override { return machineName; }
   std::int64_t ProcessNumber() const override {
