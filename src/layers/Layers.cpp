@@ -52,7 +52,7 @@ void Layers::Forward(const char* procedure, const CanvasHandler& handler, const 
   run([&] { handler.Raise(button, shift, x + layer.Left(), y + layer.Top()); });
 }
 
-TransparentPicture* Layers::NewLayer() {
+std::shared_ptr<TransparentPicture> Layers::NewLayer() {
   Procedure run(trap, "NewLayer");
   const auto index = static_cast<std::int32_t>(form.TransLayers.UBound()) + 1;
   const auto load = [&] {
@@ -64,7 +64,7 @@ TransparentPicture* Layers::NewLayer() {
   // While an error was reported, the host may have opened another file.
   if (!form.TransLayers.IsLoaded(index)) return nullptr;
   run([&] { stacking.Append(ToInteger16(index)); });
-  return &form.TransLayers(index);
+  return form.TransLayers.Share(index);
 }
 
 void Layers::UnloadLayerItems() {
@@ -254,7 +254,7 @@ std::int32_t Layers::RandomBelow(double limit) {
 
 void Layers::AddLabelLayer(Procedure& run) {
   run([&] { BeforeLabelLayer.Raise(); });
-  const TransparentPicture* const made = NewLayer();
+  const std::shared_ptr<const TransparentPicture> made = NewLayer();
   if (made == nullptr) return;
   const std::int16_t index = made->Index().value_or(PageLayer);
   const auto layer = [this, index]() -> TransparentPicture& { return form.TransLayers(index); };

@@ -44,8 +44,9 @@ public:
   Stacking& ZOrder() { return stacking; }
 
   // Loads the next layer as a hidden copy of the template, on top of all, with the present line size. Null if that
-  // failed, which is reported by then; past the array's limit it is InvalidControlArrayIndex.
-  TransparentPicture* NewLayer();
+  // failed, which is reported by then; past the array's limit it is InvalidControlArrayIndex. While the caller works on
+  // it, an error may be reported and the host may open another document: then the layer is on no canvas any more.
+  std::shared_ptr<TransparentPicture> NewLayer();
   // Unloads the floating layers and the pen's markers. The page becomes the current layer when the present one goes.
   void UnloadLayerItems();
 

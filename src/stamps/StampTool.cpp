@@ -59,17 +59,18 @@ void StampTool::ShowPreview(frmApprovedXTimes& dialog, TransparentPicture& text,
 }
 
 void StampTool::MakeLayers(const Stamp& stamp, float x, float y) {
+  const std::uint64_t document = openings.Count();
   const PixelRect page = PixelsOf(form.TransLayers(Layers::PageLayer));
   const StampPlaces places = Arrange(desktop, stamp, page, static_cast<std::int32_t>(std::lround(x)),
                                      static_cast<std::int32_t>(std::lround(y)));
   if (!places.text.IsEmpty()) {
-    TransparentPicture* const layer = layers.NewLayer();
+    const auto layer = layers.NewLayer();
     if (layer == nullptr) return;
     ShowText(*layer, stamp, places.text);
     layer->SetVisible(true);
   }
-  if (!places.signature.IsEmpty()) {
-    TransparentPicture* const layer = layers.NewLayer();
+  if (!places.signature.IsEmpty() && openings.Count() == document) {
+    const auto layer = layers.NewLayer();
     if (layer == nullptr) return;
     ShowSignature(*layer, stamp, places.signature);
     layer->SetVisible(true);

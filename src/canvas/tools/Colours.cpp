@@ -26,7 +26,7 @@ void FillRegion(ToolKit& kit, Procedure& run, const ToolUse& use) {
     const Colour colour = kit.form.SampleForeGroundColor.BackColor();
     const auto region = RegionOfPageAt(kit.form.TransLayers(Layers::PageLayer), use.x, use.y, colour, FillTolerance);
     if (!region) return;
-    TransparentPicture* const layer = kit.layers.NewLayer();
+    const auto layer = kit.layers.NewLayer();
     if (layer == nullptr) return;
     layer->Move(region->left, region->top, region->width, region->height);
     kit.SetCommonProperties(run, *layer);

@@ -11,7 +11,7 @@ void MakeFigure(ToolKit& kit, Procedure& run, const ToolUse& /*use*/) {
 }
 
 void MakeText(ToolKit& kit, Procedure& run, const ToolUse& /*use*/) {
-  TransparentPicture* const layer = kit.MakeFigure(run, FigureKind::Text);
+  const auto layer = kit.MakeFigure(run, FigureKind::Text);
   if (layer == nullptr) return;
   run([&] { layer->SetTextFont(kit.layers.CurrentLayer().TextFont()); });
   run([&] { layer->SetTyping(true); });

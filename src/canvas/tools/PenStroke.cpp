@@ -29,6 +29,7 @@ void PenStroke::Continue(float x, float y) {
     const float lastY = last.Top() + half;
     const Colour colour = form.point1(0).Color();
     MakeLayer();
+    if (form.point1.UBound() == 0) return;  // another document was opened meanwhile
     Drop();
     Begin(lastX, lastY, colour);
   }
@@ -71,7 +72,7 @@ void PenStroke::MakeLayer() {
   }
   const Colour colour = form.point1(0).Color();
   form.picTempBuffer.SetPicture(PictureOfStroke(centres, double{size}, colour, width, height));
-  TransparentPicture* const layer = layers.NewLayer();
+  const auto layer = layers.NewLayer();
   if (layer == nullptr) return;
   layer->Move(left, top, static_cast<float>(width), static_cast<float>(height));
   layer->SetTransparentColor(OtherThan(colour));  // its alpha alone says where the stroke is

@@ -29,7 +29,7 @@ void PlaceImage(ToolKit& kit, Procedure& run, const ToolUse& /*use*/) {
 
 void PlaceSignature(ToolKit& kit, Procedure& run, const ToolUse& /*use*/) {
   const Bitmap signature = kit.state.SignatureImage();
-  TransparentPicture* const layer = kit.PlacePicture(run, signature, PixelsOf(kit.form.fr));
+  const auto layer = kit.PlacePicture(run, signature, PixelsOf(kit.form.fr));
   // Its paper is transparent already, and the ink must not be, whatever the background colour.
   if (layer != nullptr) run([&] { layer->SetTransparentColor(White); });
 }

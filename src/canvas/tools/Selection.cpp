@@ -8,7 +8,7 @@ namespace kw {
 namespace {
 
 void MakeSelection(ToolKit& kit, Procedure& run, const ToolUse& /*use*/) {
-  TransparentPicture* const layer = kit.MakeFigure(run, FigureKind::Picture);
+  const auto layer = kit.MakeFigure(run, FigureKind::Picture);
   if (layer == nullptr) return;
   run([&] {
     // A drag that began beside the canvas selects what lies on it.
@@ -18,6 +18,7 @@ void MakeSelection(ToolKit& kit, Procedure& run, const ToolUse& /*use*/) {
                 static_cast<float>(area.Height()));
     layer->SetPicture(CopyOfPage(kit.form.TransLayers(Layers::PageLayer), area));
   });
+  if (layer->Container() == nullptr) return;  // another document was opened meanwhile
   run([&] { kit.layers.RaiseAboveOthers(layer->Index().value_or(Layers::PageLayer)); });
 }
 

@@ -70,8 +70,8 @@ void ToolKit::SetCommonProperties(Procedure& run, TransparentPicture& layer) {
   run([&] { layer.SetStyle(0); });
 }
 
-TransparentPicture* ToolKit::MakeFigure(Procedure& run, FigureKind kind) {
-  TransparentPicture* const made = layers.NewLayer();
+std::shared_ptr<TransparentPicture> ToolKit::MakeFigure(Procedure& run, FigureKind kind) {
+  auto made = layers.NewLayer();
   if (made == nullptr) return nullptr;
   TransparentPicture& layer = *made;
   const TransparentPicture& fr = form.fr;
@@ -93,9 +93,10 @@ PixelRect ToolKit::CanvasPixels() const {
   return {0, 0, place.Width(), place.Height()};
 }
 
-TransparentPicture* ToolKit::PlacePicture(Procedure& run, const Bitmap& picture, const PixelRect& within) {
+std::shared_ptr<TransparentPicture> ToolKit::PlacePicture(Procedure& run, const Bitmap& picture,
+                                                          const PixelRect& within) {
   if (picture.IsEmpty() || within.IsEmpty()) return nullptr;
-  TransparentPicture* const layer = layers.NewLayer();
+  auto layer = layers.NewLayer();
   if (layer == nullptr) return nullptr;
   run([&] {
     const float across = static_cast<float>(within.Width()) / static_cast<float>(picture.Width());

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "canvas/tools/PenStroke.h"
 #include "canvas/tools/Tool.h"
 #include "commands/toolbox/ColoursAndLines.h"
@@ -22,9 +24,9 @@ public:
   // The properties that the layers of all tools share, in this order.
   void SetCommonProperties(Procedure& run, TransparentPicture& layer);
   // A layer on the rectangle that the frame fr was dragged to; null if no layer can be loaded.
-  TransparentPicture* MakeFigure(Procedure& run, FigureKind kind);
+  std::shared_ptr<TransparentPicture> MakeFigure(Procedure& run, FigureKind kind);
   // Lays a picture in its proportions into a rectangle of the canvas; null for no picture or no layer.
-  TransparentPicture* PlacePicture(Procedure& run, const Bitmap& picture, const PixelRect& within);
+  std::shared_ptr<TransparentPicture> PlacePicture(Procedure& run, const Bitmap& picture, const PixelRect& within);
   PixelRect CanvasPixels() const;
 
   ColoursAndLines& colours;

@@ -40,6 +40,13 @@ public:
     return *found->second;
   }
 
+  // As above, for work that a host may interrupt: an item that is unloaded meanwhile lives on without a container.
+  std::shared_ptr<T> Share(std::int32_t index) const {
+    const auto found = items.find(index);
+    if (found == items.end()) RaiseMissingElement(index);
+    return found->second;
+  }
+
   bool IsLoaded(std::int32_t index) const { return items.contains(index); }
 
   // Raises InvalidControlArrayIndex out of range, ObjectAlreadyLoaded if the item is there.
@@ -75,10 +82,10 @@ public:
   auto end() const { return items.end(); }
 
 private:
-  using Items = std::map<std::int32_t, std::unique_ptr<T>>;
+  using Items = std::map<std::int32_t, std::shared_ptr<T>>;
 
-  std::unique_ptr<T> NewItem(std::int16_t index) const {
-    auto item = std::make_unique<T>(name);
+  std::shared_ptr<T> NewItem(std::int16_t index) const {
+    auto item = std::make_shared<T>(name);
     item->SetIndex(index);
     return item;
   }
