@@ -168,7 +168,7 @@ void WindowsDesktop::RemoveFile(const std::string& path) {
 std::string WindowsDesktop::DirectoryLookUp(const std::string& path) { return LookUpFile(path); }
 
 void WindowsDesktop::PrintPicture(const Bitmap& picture) { printer->PrintPicture(picture); }
-void WindowsDesktop::NewPrinterPage() { printer->NewPage(); }
+void WindowsDesktop::NewPrinterPage() { printer->EndPage(); }
 void WindowsDesktop::EndPrintJob() { printer->EndJob(); }
 
 std::unique_ptr<ScannerDriver> WindowsDesktop::MakeScannerDriver() {

@@ -142,7 +142,6 @@ public:
   }
   void NewPrinterPage() override {
     ++newPrinterPages;
-    if (isNewPage || openJob.empty()) openJob.emplace_back();
     isNewPage = true;
   }
   void EndPrintJob() override {

@@ -85,12 +85,13 @@ public:
 
   // Paints a picture on the current page of the printer chosen last, or of the default one, beginning a job and a page
   // if none is open: from the upper left corner of the printable area on, in its true size if its resolution is
-  // known, but never larger than that area and in its proportions. Raises PrinterError.
+  // known, but never larger than that area and in its proportions. An empty picture leaves the page blank. Raises
+  // PrinterError.
   virtual void PrintPicture(const Bitmap& picture) = 0;
-  // The next picture goes on a new page. A page on which nothing was painted stays blank. Raises PrinterError.
+  // The next picture goes on a new page. Does nothing if no page is open. Raises PrinterError.
   virtual void NewPrinterPage() = 0;
-  // Hands the open job to the printer; does nothing without one. A page on which nothing was painted is left out. No
-  // job is open afterwards, also if it fails. Raises PrinterError.
+  // Hands the open job to the printer; does nothing without one. No job is open afterwards, also if it fails. Raises
+  // PrinterError.
   virtual void EndPrintJob() = 0;
 
   // A way to the platform's scanners; null if it has none.

@@ -45,13 +45,19 @@ void Printing::PrintPages() {
   if (isAtWork) return;
   Procedure run(trap);
   const DeviceAtWork printer(run, form.kwraPrintingStatus, isAtWork);
+  // While the dialog is up, the host may open another document.
+  const Source source = run.Ask<Source>(
+      [&] {
+        return Source{document.FilePath(), document.UnwrittenPages(), form.PageIndex.Max() > 0};
+      },
+      {});
   const Range pages = AskForRange(run);
   if (pages.first <= 0 || pages.last <= 0) return;
   run([&] { form.lblPrintingStatus.SetCaption(""); });
   run([&] { ShowCentred(form.kwraPrintingStatus, form.editor); });
   run([&] { isPrinting = true; });
   Job job(desktop, run);
-  PrintRange(run, pages);
+  PrintRange(run, source, pages);
   job.End();
   run([&] { form.kwraPrintingStatus.SetVisible(false); });
   run([&] { isPrinting = false; });
@@ -72,17 +78,18 @@ Printing::Range Printing::AskForRange(Procedure& run) {
       {});
 }
 
-void Printing::PrintRange(Procedure& run, Range pages) {
-  const Source source{document.FilePath(), document.UnwrittenPages()};
+void Printing::PrintRange(Procedure& run, const Source& source, Range pages) {
   for (std::int32_t page = pages.first; page <= pages.last; ++page) {
     if (!Pause(run)) return;
     ShowCaption(run, pages, page);
-    PrintPage(run, source, ToInteger16(page));
+    const bool isPainted = PrintPage(run, source, ToInteger16(page));
     if (!isPrinting) return;
     ShowCaption(run, pages, page);
     if (!Pause(run)) return;
     run([&] {
-      if (page != pages.last) desktop.NewPrinterPage();
+      if (page == pages.last) return;
+      if (!isPainted) desktop.PrintPicture({});  // its sheet stays blank
+      desktop.NewPrinterPage();
     });
   }
 }
@@ -101,17 +108,20 @@ bool Printing::IsShown(const std::string& path, std::int16_t page) const {
   return page == std::max(1, form.PageIndex.Value()) && path == document.FilePath();
 }
 
-void Printing::PrintPage(Procedure& run, const Source& source, std::int16_t page) {
+// True if the printer has it.
+bool Printing::PrintPage(Procedure& run, const Source& source, std::int16_t page) {
   Bitmap picture;
   const bool isReady =
       IsShown(source.path, page) ? TakeShownPage(run, picture) : TakePageFile(run, source, page, picture);
-  if (!isReady || !Pause(run)) return;
+  if (!isReady || !Pause(run)) return false;
   run([&] {
     constexpr int withAlpha = 32;
     if (picture.BitsPerPixel() == withAlpha) picture = ToDepth(picture, 24);  // what is transparent shows white paper
   });
   // A printer that refuses one page would refuse the others too.
-  if (!run([&] { desktop.PrintPicture(picture); })) isPrinting = false;
+  const bool isPainted = run([&] { desktop.PrintPicture(picture); });
+  if (!isPainted) isPrinting = false;
+  return isPainted;
 }
 
 bool Printing::TakeShownPage(Procedure& run, Bitmap& picture) {
@@ -127,7 +137,7 @@ bool Printing::TakePageFile(Procedure& run, const Source& source, std::int16_t p
   std::string file;
   const bool hasFile = run([&] {
     if (source.unwrittenPages.contains(page)) Raise(ErrorNumber::FileNotFound);
-    file = GetPageFileName(source.path, page);
+    file = source.isSplit ? GetPageFileName(source.path, page) : source.path;
   });
   if (!hasFile) return false;
   const auto pause = [&](const Bitmap& expected) {

@@ -32,6 +32,7 @@ private:
   struct Source {
     std::string path;
     std::set<std::int16_t> unwrittenPages;
+    bool isSplit = false;  // into page files
   };
   struct Range {
     std::int16_t first = 0;
@@ -39,9 +40,9 @@ private:
   };
 
   Range AskForRange(Procedure& run);
-  void PrintRange(Procedure& run, Range pages);
+  void PrintRange(Procedure& run, const Source& source, Range pages);
   void ShowCaption(Procedure& run, Range pages, std::int32_t page);
-  void PrintPage(Procedure& run, const Source& source, std::int16_t page);
+  bool PrintPage(Procedure& run, const Source& source, std::int16_t page);
   bool TakeShownPage(Procedure& run, Bitmap& picture);
   bool TakePageFile(Procedure& run, const Source& source, std::int16_t page, Bitmap& picture);
   // Called between two steps with what the scratch engine holds; empty for a rendering without a pause.

@@ -92,11 +92,6 @@ void Printer::EndPage() {
   if (::EndPage(device) <= 0) RaisePrinterError();
 }
 
-void Printer::NewPage() {
-  RequirePage();
-  EndPage();
-}
-
 void Printer::DrawBands(const Bitmap& picture) {
   const Extent size = PrintedSize(picture, device);
   const auto bandRows = static_cast<std::int32_t>(std::clamp<std::size_t>(BandBytes / picture.RowBytes(), 1, 65536));

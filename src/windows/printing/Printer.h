@@ -20,10 +20,11 @@ public:
   // have it.
   void Use(HDC device, std::wstring name = {});
   // Prints a picture at the top left of the printable area; opens a job and a page if none is open. The picture has its
-  // true size if its resolution is known, else 96 pixels to the inch; it is reduced to fit the printable area.
+  // true size if its resolution is known, else 96 pixels to the inch; it is reduced to fit the printable area. An empty
+  // picture leaves the page blank.
   void PrintPicture(const Bitmap& picture);
-  // Ends the open page; if none is open, prints a blank page.
-  void NewPage();
+  // Ends the open page; does nothing if none is open.
+  void EndPage();
   // Ends the open job, if there is one. A job that cannot be ended is aborted.
   void EndJob();
 
@@ -31,7 +32,6 @@ private:
   void RequirePage();
   void RequireJob();
   void RequireDevice();
-  void EndPage();
   void DrawBands(const Bitmap& picture);
 
   HDC device = nullptr;

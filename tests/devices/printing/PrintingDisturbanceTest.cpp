@@ -173,6 +173,59 @@ TEST_F(Printing, GoesOnWithItsOwnDocumentWhenAnotherIsOpenedMeanwhile) {
   EXPECT_EQ(Sheets(), (SheetWidths{10, 20, 30}));
 }
 
+TEST_F(Printing, GoesOnWithItsOwnDocumentWhenAnotherIsOpenedInTheDialog) {
+  Open(3);
+  const std::string other = MakeImage("other.bmp", 77, 7);
+  desktop.printerAnswers.emplace_back([&](PrinterDialog& dialog) {
+    dialog.fromPage = 1;
+    dialog.toPage = 3;
+    control->OpenFile(other);
+  });
+  Print();
+  EXPECT_EQ(Sheets(), (SheetWidths{10, 20, 30}));
+  EXPECT_EQ(desktop.printersShown[0].document, "scan.tif");
+  EXPECT_TRUE(events.errors.empty());
+}
+
+TEST_F(Printing, ADocumentThatIsNotSplitIsPrintedFromItselfWhenAnotherIsOpenedMeanwhile) {
+  Open(3);
+  control->OpenFile(MakeImage("letter.bmp", 44, 40));
+  // Of a document of the same name, which is another one.
+  MakeImage("letter_Page_1.bmp", 55, 40);
+  const std::string other = MakeImage("other.bmp", 77, 7);
+  whileWaiting = [&] {
+    if (control->OpenedDocument().FilePath() != other) control->OpenFile(other);
+  };
+  Print(1, 1);
+  EXPECT_EQ(Sheets(), SheetWidths{44});
+  EXPECT_TRUE(events.errors.empty());
+}
+
+TEST_F(Printing, TheCommandThatEndsTheJobMeanwhileLeavesTheOtherPagesToAnotherOne) {
+  // In each pause of the second page.
+  for (int turn = 1;; ++turn) {
+    desktop.printedJobs.clear();
+    captions.clear();
+    Open(3);
+    int pauses = 0;
+    whileWaiting = [&] {
+      if (captions.size() == 2 && ++pauses == turn) BasicBar("Print").UserClick("Print");
+    };
+    Print(1, 3);
+    whileWaiting = nullptr;
+    if (pauses < turn) {
+      EXPECT_GT(turn, 2);
+      break;
+    }
+    std::vector<int> widths;
+    for (const auto& job : desktop.printedJobs) {
+      for (const Bitmap& sheet : job) widths.push_back(sheet.Width());
+    }
+    EXPECT_EQ(widths, (SheetWidths{10, 20, 30})) << "pause " << turn;
+    EXPECT_EQ(desktop.printedJobs.size(), 2U) << "pause " << turn;
+  }
+}
+
 TEST_F(Printing, MorePagesThanTheNumbersHoldAreAnOverflow) {
   desktop.Expect("Critical Error: Error Number : 6");
   Open(2);
