@@ -28,7 +28,7 @@ protected:
     const std::string path = folder.File("page.bmp");
     SavePicture(Bitmap(300, 200, 24), path);
     control->OpenFile(path);
-    return control->LayerRoom().NewLayer();
+    return control->LayerRoom().NewLayer().get();
   }
   // Who takes a press at that point of the canvas: "view" if the view hands it to the layer, "editor" if the editor
   // picks the layer.

@@ -178,6 +178,26 @@ TEST_F(RealStampDialog, IsLeftByEnterAndEscWhereverTheKeyboardIs) {
   }
 }
 
+// The list of a field chooses the item that begins with what was typed, and writes it into the field.
+TEST_F(RealStampDialog, StampsWhatItsFieldShowsOnceTheListWasDown) {
+  for (const bool isLeftDown : {true, false}) {
+    std::string shown;
+    Show([&] {
+      const HWND combo = WindowOf(made->cmbStamps);
+      SendMessageW(Focus(), EM_SETSEL, 0, -1);
+      Type(L"AP");
+      SendMessageW(combo, CB_SHOWDROPDOWN, TRUE, 0);
+      if (!isLeftDown) SendMessageW(combo, CB_SHOWDROPDOWN, FALSE, 0);
+      Settle();
+      EXPECT_EQ(TextIn(made->cmbStamps), made->cmbStamps.Text());
+      EXPECT_EQ(SendMessageW(combo, CB_GETCURSEL, 0, 0), made->cmbStamps.SelectedItem() - 1);
+      shown = TextIn(made->cmbStamps);
+      Press(VK_RETURN);
+    });
+    EXPECT_EQ(made->StampString, shown);
+  }
+}
+
 TEST_F(RealStampDialog, IsLeftByItsButtonsAndItsCloseBox) {
   Show([&] { Click(made->chkCancel); });
   EXPECT_TRUE(made->IsCancelled);

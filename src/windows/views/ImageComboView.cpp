@@ -54,6 +54,10 @@ void ImageComboView::Complete() {
 }
 
 LRESULT ImageComboView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+  if (message == TakeFieldMessage) {
+    TakeField();
+    return 0;
+  }
   const LRESULT result = Default(message, wParam, lParam);
   if ((message == WM_WINDOWPOSCHANGED || message == WM_SHOWWINDOW) && IsAttached()) CentreEdit();
   return result;
@@ -151,6 +155,8 @@ void ImageComboView::OnCommand(WORD notification, WORD /*id*/) {
   if (notification == CBN_DROPDOWN || notification == CBN_CLOSEUP) {
     isDropped = notification == CBN_DROPDOWN;
     Shared().NoteKeys();
+    // A list that drops down then chooses the item that begins with what was typed.
+    if (edit != nullptr) PostMessageW(Handle(), TakeFieldMessage, 0, 0);
   }
   if (isShowing) return;
   const bool isInput = notification == CBN_SELCHANGE || notification == CBN_EDITCHANGE;
@@ -174,6 +180,19 @@ void ImageComboView::OnCommand(WORD notification, WORD /*id*/) {
     default:
       break;
   }
+}
+
+void ImageComboView::TakeField() {
+  const std::string text = FromWide(TextOf(edit));
+  const std::int32_t chosen = Chosen();
+  if (text == combo.Text() && chosen == combo.SelectedItem()) return;
+  if (TakesInput()) {
+    if (chosen > 0 && combo.ItemText(chosen) == text)
+      combo.UserChoose(chosen);
+    else
+      combo.UserType(text);
+  }
+  if (IsAttached()) Show(Aspect::Content);
 }
 
 void ImageComboView::Draw(const Look& look, const RECT& bounds, const ImageCombo& combo) {

@@ -31,10 +31,14 @@ private:
   void Fit() override;
   void ShowEnabled() override;
   void CentreEdit() const;
+  // Takes over what the system has written into the field without a notice.
+  void TakeField();
   // The window's selected item, from 1; 0 if none.
   std::int32_t Chosen() const;
   void ShowItems();
   void ShowText();
+
+  static constexpr UINT TakeFieldMessage = WM_USER + 3;
 
   ImageCombo& combo;
   std::vector<std::string> shownItems;
