@@ -59,6 +59,9 @@ void Printing::PrintPages() {
   Job job(desktop, run);
   PrintRange(run, source, pages);
   job.End();
+  // They hold the last page that was rendered.
+  run([&] { KWPicTempBuffer.Replace({}); });
+  run([&] { form.picTempBuffer.SetPicture({}); });
   run([&] { form.kwraPrintingStatus.SetVisible(false); });
   run([&] { isPrinting = false; });
 }

@@ -178,6 +178,14 @@ TEST_F(Printing, TheOnlyPageOfADocumentThatIsNotSplitIsPageOne) {
   EXPECT_TRUE(events.errors.empty());
 }
 
+TEST_F(Printing, KeepsNoPageThatItRendered) {
+  Open(3);
+  desktop.onPrintPicture = [this](const Bitmap&) { EXPECT_FALSE(Form().picTempBuffer.Picture().IsEmpty()); };
+  Print(2, 3);
+  EXPECT_EQ(Sheets(), (SheetWidths{20, 30}));
+  EXPECT_TRUE(Form().picTempBuffer.Picture().IsEmpty());
+}
+
 TEST_F(Printing, FloatingLayersAreNotPrinted) {
   Open(1);
   TransparentPicture& layer = Form().TransLayers.Load(2);
