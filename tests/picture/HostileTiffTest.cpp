@@ -211,7 +211,8 @@ TEST_F(HostileTiff, TilesOfOddWidths) {
     for (const std::uint32_t tileWidth : {8U, 12U, 24U, 33U, 75U, 90U}) {
       const std::uint32_t tiles = (width + tileWidth - 1) / tileWidth;
       const std::uint32_t tileRow = (tileWidth * depth + 7) / 8;
-      Bytes pixels(std::size_t{tiles} * tileRow * height);
+      const std::uint32_t tileSize = tileRow * height;
+      Bytes pixels(std::size_t{tiles} * tileSize);
       for (std::uint32_t y = 0; y < height; ++y) {
         for (std::uint32_t x = 0; x < width; ++x) {
           const auto index = static_cast<unsigned>(
@@ -224,8 +225,8 @@ TEST_F(HostileTiff, TilesOfOddWidths) {
       // Behind the pixels: where the tiles begin, and their sizes.
       const auto places = static_cast<std::uint32_t>(8 + pixels.size());
       Bytes tables;
-      for (std::uint32_t i = 0; i < tiles; ++i) AppendBytes(tables, 8 + i * tileRow * height, 4);
-      for (std::uint32_t i = 0; i < tiles; ++i) AppendBytes(tables, tileRow * height, 4);
+      for (std::uint32_t i = 0; i < tiles; ++i) AppendBytes(tables, 8 + std::uint64_t{i} * tileSize, 4);
+      for (std::uint32_t i = 0; i < tiles; ++i) AppendBytes(tables, tileSize, 4);
       Bytes file = DirectoriesOver(pixels.size() + tables.size(), 1,
                                    {{256, 4, 1, width},
                                     {257, 4, 1, height},
@@ -235,7 +236,7 @@ TEST_F(HostileTiff, TilesOfOddWidths) {
                                     {322, 4, 1, tileWidth},
                                     {323, 4, 1, height},
                                     {324, 4, tiles, tiles == 1 ? 8 : places},
-                                    {325, 4, tiles, tiles == 1 ? tileRow * height : places + 4 * tiles}});
+                                    {325, 4, tiles, tiles == 1 ? tileSize : places + 4 * tiles}});
       std::ranges::copy(pixels, file.begin() + 8);
       std::ranges::copy(tables, file.begin() + 8 + std::ssize(pixels));
       ASSERT_TRUE(Loads(file)) << engine.LastLoadError();

@@ -73,9 +73,9 @@ TEST_F(StripThreads, PageThatBecomesWiderMeanwhile) {
   }
   const Bytes bytes = BytesOf(path);
   const Bytes entry{0, 1, 3, 0, 1, 0, 0, 0, StripWidth, 0};
-  const auto at = std::ranges::search(bytes, entry);
-  ASSERT_FALSE(at.empty());
-  const auto widthAt = static_cast<std::size_t>(at.end() - bytes.begin()) - 2;
+  const auto at = std::search(bytes.begin(), bytes.end(), entry.begin(), entry.end());
+  ASSERT_NE(at, bytes.end());
+  const auto widthAt = static_cast<std::size_t>(at - bytes.begin()) + entry.size() - 2;
   const ReadOutcome plain = ReadByRows(bytes);
   const unsigned ofThePage = TimesRead(bytes, 1, HeaderByte, FewLimits);
   SetMostThreads(4);

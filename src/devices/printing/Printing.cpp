@@ -46,7 +46,7 @@ void Printing::PrintPages() {
   Procedure run(trap);
   const DeviceAtWork printer(run, form.kwraPrintingStatus, isAtWork);
   // While the dialog is up, the host may open another document.
-  const Source source = run.Ask<Source>(
+  const auto source = run.Ask<Source>(
       [&] {
         return Source{document.FilePath(), document.UnwrittenPages(), form.PageIndex.Max() > 0};
       },

@@ -166,8 +166,7 @@ HostileBytes JbigSize() {
   AddBigEndian(data, 0x7FFFFFF8, 4);
   AddBigEndian(data, 1, 4);
   data.resize(64, 0);
-  HostileBytes file = OnePage(8, 8, 1, Jbig, data);
-  return file;
+  return OnePage(8, 8, 1, Jbig, data);
 }
 
 // A page of several samples, whose depths stand behind the data.
@@ -240,7 +239,10 @@ Entries With(Entries entries, const TiffEntryBytes& more) {
 }
 
 // White rows of codes of one bit each, for a page of that many rows and more.
-HostileBytes FaxRows(std::uint32_t rows) { return HostileBytes(rows / 8 + 8, 0xFF); }
+HostileBytes FaxRows(std::uint32_t rows) {
+  HostileBytes codes(rows / 8 + 8, 0xFF);
+  return codes;
+}
 
 // A square page of tiles of that size, all of which are `data`.
 HostileBytes TiledPage(std::uint32_t edge, std::uint32_t bits, std::uint32_t compression, const HostileBytes& data,
