@@ -185,6 +185,17 @@ TEST_F(Commands, ShowHideToolsTogglesTheToolBox) {
   EXPECT_TRUE(Form().kwraTools.Visible());
 }
 
+TEST_F(Commands, FontSettingsLeavesADocumentAloneThatIsOpenedMeanwhile) {
+  const std::string other = MakeImage("other.bmp");
+  const float before = Form().TransLayers(1).TextFont().size;
+  desktop.fontAnswers.emplace_back([&](Font& font) {
+    font.size = before + 20;
+    control->OpenFile(other);
+  });
+  Click("FontSettings");
+  EXPECT_EQ(Form().TransLayers(1).TextFont().size, before);
+}
+
 TEST_F(Commands, FontSettingsSetsTheCurrentLayersFontAndACancelLeavesIt) {
   Font chosen;
   chosen.name = "Arial";
