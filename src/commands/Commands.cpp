@@ -179,11 +179,11 @@ void Dispatcher::Stamp(const Command& /*row*/, Procedure& run) {
 void Dispatcher::FontSettings(const Command& /*row*/, Procedure& run) {
   run([&] { isFontDialogUp = true; });
   run([&] {
-    const std::uint64_t document = openings.Count();
+    const std::uint64_t opening = openings.Count();
     Font font = layers.CurrentLayer().TextFont();
     desktop.ShowFont(font);  // cancelled, it leaves the font as it is
     // While the dialog was up, another document may have been opened.
-    if (openings.Count() == document) layers.CurrentLayer().SetTextFont(font);
+    if (openings.Count() == opening) layers.CurrentLayer().SetTextFont(font);
   });
   run([&] { isFontDialogUp = false; });
 }
