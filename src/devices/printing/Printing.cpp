@@ -140,7 +140,8 @@ bool Printing::TakePageFile(Procedure& run, const Source& source, std::int16_t p
   std::string file;
   const bool hasFile = run([&] {
     if (source.unwrittenPages.contains(page)) Raise(ErrorNumber::FileNotFound);
-    file = source.isSplit ? GetPageFileName(source.path, page) : source.path;
+    const bool isWholeFile = !source.isSplit && page == 1;
+    file = isWholeFile ? source.path : GetPageFileName(source.path, page);
   });
   if (!hasFile) return false;
   const auto pause = [&](const Bitmap& expected) {

@@ -178,6 +178,14 @@ TEST_F(Printing, TheOnlyPageOfADocumentThatIsNotSplitIsPageOne) {
   EXPECT_TRUE(events.errors.empty());
 }
 
+TEST_F(Printing, ADocumentThatIsNotSplitHasNoSecondPage) {
+  desktop.Expect("Critical Error: Error Number : 53");
+  control->OpenFile(MakeImage("scan.bmp", 30, 40));
+  Print(1, 2);
+  EXPECT_EQ(Sheets(), SheetWidths{30});
+  EXPECT_EQ(events.errors, std::vector<int>{static_cast<int>(ErrorNumber::FileNotFound)});
+}
+
 TEST_F(Printing, KeepsNoPageThatItRendered) {
   Open(3);
   desktop.onPrintPicture = [this](const Bitmap&) { EXPECT_FALSE(Form().picTempBuffer.Picture().IsEmpty()); };
