@@ -32,7 +32,7 @@ Orientation OrientationOf(const jpeg_decompress_struct& codec) {
     }
     try {
       MemoryReader exif(data.subspan(mark.size()));
-      // Behind it lies a small picture, which many programs damage or cut off.
+      // The second directory is that of a small picture, which many programs damage or cut off.
       const TiffStructure structure(exif, TiffStructure::Chain::FirstOnly);
       const auto entries = structure.ReadDirectory(exif, structure.Directories().front());
       return static_cast<Orientation>(structure.ReadNumber(exif, entries, TiffTag::Orientation, 1));

@@ -69,8 +69,8 @@ class TiffStructure {
 public:
   enum class Chain { Whole, FirstOnly };
   // Reads the chain but not the directories. Raises InvalidPicture if the stream is no TIFF, or if the chain leaves the
-  // file, is circular or has more than MostPages. FirstOnly leaves out what lies behind the first directory, however it
-  // is.
+  // file, is circular or has more than MostPages. FirstOnly takes the first directory alone
+  // and does not read its link.
   explicit TiffStructure(Stream& file, Chain chain = Chain::Whole);
 
   ByteOrder Order() const { return order; }

@@ -369,7 +369,7 @@ private:
   const ReadLimits& limits;
   DamageReport& damage;
   Bitmap page;
-  // Asked for once: the library notes questions to the page's handle, which several threads would ask at once.
+  // Read once: libtiff stores in a handle which field was asked for last, so threads must not ask the page's handle.
   std::uint32_t rowsPerStrip;
   std::size_t rowBytes;
   bool areDifferences;

@@ -55,6 +55,7 @@ void ImageComboView::Complete() {
 
 LRESULT ImageComboView::OnMessage(UINT message, WPARAM wParam, LPARAM lParam) {
   if (message == TakeFieldMessage) {
+    const auto held = Shared().Hold();
     TakeField();
     return 0;
   }
